@@ -1,0 +1,37 @@
+# What every target of the project is compiled and linked with.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_C_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+if(NOT CMAKE_BUILD_TYPE)
+    set(CMAKE_BUILD_TYPE RelWithDebInfo)
+endif()
+
+# All libraries and programs land in two folders, as they do on a BMC: dlopen by name works in the build tree.
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
+set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+
+# 64-bit off_t and time_t on the 32-bit target: state files and SEL times outlive 2038.
+add_compile_definitions(_GNU_SOURCE _FILE_OFFSET_BITS=64 _TIME_BITS=64)
+
+add_library(ph_options INTERFACE)
+target_compile_options(ph_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion
+                                            -Werror -fstack-protector-strong)
+target_link_options(ph_options INTERFACE -Wl,-z,relro,-z,now,-z,defs)
+if(PH_SANITIZE)
+    add_compile_options(-fsanitize=${PH_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    add_link_options(-fsanitize=${PH_SANITIZE})
+    # A sanitized library resolves the runtime's symbols in the program.
+    set_property(TARGET ph_options PROPERTY INTERFACE_LINK_OPTIONS -Wl,-z,relro,-z,now)
+elseif(NOT CMAKE_BUILD_TYPE STREQUAL Debug)
+    target_compile_options(ph_options INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+endif()
+
+find_package(Threads REQUIRED)
+find_package(PkgConfig REQUIRED)

@@ -1,0 +1,49 @@
+// The road to a BMC: one IPMI request, one answer.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <stdexcept>
+#include <string>
+
+namespace ipmi {
+
+// No answer could be had: the BMC cannot be reached, refused the session or stopped answering.
+struct TransportError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+// IPMI 2.0 messages over LAN carry at most 255 bytes.
+inline constexpr std::size_t maxMessage = 272;
+
+class Transport {
+public:
+    virtual ~Transport() = default;
+
+    // Sends `request` (the bytes after the command) to the BMC (LUN 0) and writes its answer, completion code
+    // first, to `answer`. Returns the number of bytes written, at least 1. Throws TransportError.
+    virtual std::size_t exchange(std::uint8_t netFn, std::uint8_t command, std::span<const std::uint8_t> request,
+                                 std::span<std::uint8_t> answer) = 0;
+};
+
+// As the session row of the SMASH database says; see CIM_Create_IPMI20_Session (platform/cim_hooks.h).
+struct SessionSettings {
+    enum Interface { Lan = 0, LocalDevice = 1, VirtualBmc = 2 };
+    std::string address;
+    std::uint16_t port = 623;
+    std::string userName;
+    std::string password;
+    int interfaceType = Lan;
+    int cipherSuite = 3;
+    int workaroundFlags = 0;
+    int retransmission = 0;  // milliseconds, 0: default
+    int privilegeLevel = 4;
+    int timeout = 30;        // seconds, of one exchange with its retries
+};
+
+// Opens the transport that the settings name. Throws TransportError.
+std::unique_ptr<Transport> openTransport(const SessionSettings& settings);
+
+}  // namespace ipmi
