@@ -1,0 +1,10 @@
+/* Everything that libProviderHelper exports. */
+#ifndef PROVIDER_HELPER_PROVIDER_HELPER_H
+#define PROVIDER_HELPER_PROVIDER_HELPER_H
+
+#include "provider_helper/computer_system.h"
+#include "provider_helper/sensors.h"
+#include "provider_helper/tables.h"
+#include "provider_helper/utility.h"
+
+#endif
