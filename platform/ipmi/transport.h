@@ -8,24 +8,28 @@
 #include <stdexcept>
 #include <string>
 
+// The library is built with hidden symbols. What crosses it, exceptions included, is marked.
+#define PH_IPMI_EXPORT __attribute__((visibility("default")))
+
 namespace ipmi {
 
 // No answer could be had: the BMC cannot be reached, refused the session or stopped answering.
-struct TransportError : std::runtime_error {
+struct PH_IPMI_EXPORT TransportError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// IPMI 2.0 messages over LAN carry at most 255 bytes.
+// Room for the longest answer: IPMI messages carry at most 255 bytes of data, which follow the completion
+// code.
 inline constexpr std::size_t maxMessage = 272;
 
-class Transport {
+class PH_IPMI_EXPORT Transport {
 public:
     virtual ~Transport() = default;
 
     // Sends `request` (the bytes after the command) to the BMC (LUN 0) and writes its answer, completion code
     // first, to `answer`. Returns the number of bytes written, at least 1. Throws TransportError.
-    virtual std::size_t exchange(std::uint8_t netFn, std::uint8_t command, std::span<const std::uint8_t> request,
-                                 std::span<std::uint8_t> answer) = 0;
+    virtual std::size_t exchange(std::uint8_t netFn, std::uint8_t command,
+                                 std::span<const std::uint8_t> request, std::span<std::uint8_t> answer) = 0;
 };
 
 // As the session row of the SMASH database says; see CIM_Create_IPMI20_Session (platform/cim_hooks.h).
@@ -38,12 +42,13 @@ struct SessionSettings {
     int interfaceType = Lan;
     int cipherSuite = 3;
     int workaroundFlags = 0;
-    int retransmission = 0;  // milliseconds, 0: default
+    int retransmission = 0; // milliseconds, 0: default
     int privilegeLevel = 4;
-    int timeout = 30;        // seconds, of one exchange with its retries
+    int timeout = 30; // seconds, of one exchange with its retries
 };
 
-// Opens the transport that the settings name. Throws TransportError.
-std::unique_ptr<Transport> openTransport(const SessionSettings& settings);
+// Opens the transport that the settings name. Throws TransportError; its text names the BMC, never the
+// password.
+PH_IPMI_EXPORT std::unique_ptr<Transport> openTransport(const SessionSettings& settings);
 
-}  // namespace ipmi
+} // namespace ipmi

@@ -1,0 +1,89 @@
+// One IPMI command: request out, answer's data back, completion code checked.
+#pragma once
+
+#include "ipmi/message.h"
+#include "ipmi/transport.h"
+
+namespace ipmi {
+
+// Network functions of requests (IPMI 2.0 table 5-1).
+namespace netFn {
+inline constexpr std::uint8_t chassis = 0x00;
+inline constexpr std::uint8_t bridge = 0x02;
+inline constexpr std::uint8_t sensorEvent = 0x04;
+inline constexpr std::uint8_t app = 0x06;
+inline constexpr std::uint8_t firmware = 0x08;
+inline constexpr std::uint8_t storage = 0x0A;
+inline constexpr std::uint8_t transport = 0x0C;
+inline constexpr std::uint8_t groupExtension = 0x2C;
+inline constexpr std::uint8_t oemGroup = 0x2E;
+inline constexpr std::uint8_t oem = 0x30; // first of the controller-specific ones, 30h to 3Eh
+} // namespace netFn
+
+// Completion codes that callers tell apart (IPMI 2.0 table 5-2).
+namespace completion {
+inline constexpr std::uint8_t success = 0x00;
+inline constexpr std::uint8_t nodeBusy = 0xC0;
+inline constexpr std::uint8_t invalidCommand = 0xC1;
+inline constexpr std::uint8_t invalidCommandForLun = 0xC2;
+inline constexpr std::uint8_t timeout = 0xC3;
+inline constexpr std::uint8_t outOfSpace = 0xC4;
+inline constexpr std::uint8_t reservationCanceled = 0xC5;
+inline constexpr std::uint8_t requestTruncated = 0xC6;
+inline constexpr std::uint8_t requestLengthInvalid = 0xC7;
+inline constexpr std::uint8_t requestLengthExceeded = 0xC8;
+inline constexpr std::uint8_t parameterOutOfRange = 0xC9;
+inline constexpr std::uint8_t cannotReturnBytes = 0xCA;
+inline constexpr std::uint8_t notPresent = 0xCB;
+inline constexpr std::uint8_t invalidDataField = 0xCC;
+inline constexpr std::uint8_t illegalForSensorOrRecord = 0xCD;
+inline constexpr std::uint8_t responseUnavailable = 0xCE;
+inline constexpr std::uint8_t duplicateRequest = 0xCF;
+inline constexpr std::uint8_t insufficientPrivilege = 0xD4;
+inline constexpr std::uint8_t notInPresentState = 0xD5;
+inline constexpr std::uint8_t unspecified = 0xFF;
+} // namespace completion
+
+// What a completion code means; codes that belong to one command or to an OEM are named by their range.
+const char* completionCodeText(std::uint8_t code);
+
+// The BMC answered with a completion code other than 00h.
+struct PH_IPMI_EXPORT CompletionCodeError : std::runtime_error {
+    CompletionCodeError(std::uint8_t netFn, std::uint8_t command, std::uint8_t code);
+    std::uint8_t netFn;
+    std::uint8_t command;
+    std::uint8_t code;
+};
+
+// The BMC answered with success and fewer bytes than the command's answer has.
+struct PH_IPMI_EXPORT ShortAnswerError : std::runtime_error {
+    ShortAnswerError(std::uint8_t netFn, std::uint8_t command, std::size_t size);
+};
+
+// An answer whose completion code was 00h.
+class Answer {
+public:
+    // The bytes after the completion code.
+    std::span<const std::uint8_t> data() const { return std::span(bytes_).subspan(1, size_ - 1); }
+    Reader reader() const { return Reader(data()); }
+
+    // For the end of a decoder: throws ShortAnswerError when `reader` ran over the end of this answer.
+    void verify(const Reader& reader) const;
+
+private:
+    friend Answer run(Transport&, std::uint8_t, std::uint8_t, std::span<const std::uint8_t>);
+    std::array<std::uint8_t, maxMessage> bytes_;
+    std::size_t size_ = 1;
+    std::uint8_t netFn_ = 0;
+    std::uint8_t command_ = 0;
+};
+
+// Runs one command. Throws TransportError or CompletionCodeError.
+Answer run(Transport& transport, std::uint8_t netFn, std::uint8_t command,
+           std::span<const std::uint8_t> request);
+inline Answer run(Transport& transport, std::uint8_t netFn, std::uint8_t command,
+                  std::initializer_list<std::uint8_t> request = {}) {
+    return run(transport, netFn, command, std::span(request.begin(), request.size()));
+}
+
+} // namespace ipmi
