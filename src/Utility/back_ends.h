@@ -1,0 +1,69 @@
+// Owners of what a function opens: nothing stays open when it returns.
+#pragma once
+
+#include "provider_helper/utility.h"
+
+#include <cstdlib>
+#include <memory>
+
+namespace ph {
+
+struct FreeDeleter {
+    void operator()(void* block) const { std::free(block); }
+};
+template <class T>
+using HeapPtr = std::unique_ptr<T, FreeDeleter>;
+
+// The row that a db_get_* call hands out: record(db_get_x, handle, key…); nullptr when it fails.
+template <class Row, class... Parameters, class... Arguments>
+HeapPtr<Row> record(int (*get)(SMASH_DB_HANDLE, Parameters..., Row**), SMASH_DB_HANDLE handle,
+                    Arguments... arguments) {
+    Row* row = nullptr;
+    const int result = get(handle, arguments..., &row);
+    HeapPtr<Row> owner(row);
+    return result == 0 ? std::move(owner) : nullptr;
+}
+
+// An IPMI session of the enumerating function.
+class IpmiSession {
+public:
+    IpmiSession() = default;
+    ~IpmiSession() {
+        if (open_)
+            CloseIPMISession(&session_);
+    }
+    IpmiSession(const IpmiSession&) = delete;
+    IpmiSession& operator=(const IpmiSession&) = delete;
+
+    // Only -1 is a failure: a database without session settings gives a session on which every call fails.
+    bool open() { return open_ = CreateIPMISession(&session_) != -1; }
+    IPMI20_SESSION_T* get() { return &session_; }
+
+private:
+    IPMI20_SESSION_T session_{};
+    bool open_ = false;
+};
+
+// A database handle of the enumerating function.
+class Database {
+public:
+    using Opener = int (*)(SMASH_DB_HANDLE*);
+    Database() = default;
+    ~Database() {
+        if (open_)
+            PH_CloseDBHandle(handle_);
+    }
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
+
+    bool open(Opener opener = PH_CreateDBHandle) { return open_ = opener(&handle_) == 0; }
+    SMASH_DB_HANDLE get() const { return handle_; }
+
+private:
+    SMASH_DB_HANDLE handle_ = nullptr;
+    bool open_ = false;
+};
+
+inline constexpr int hookTimeout = 30; // seconds, of every call on an IPMI session
+
+} // namespace ph

@@ -1,0 +1,150 @@
+// A class's published properties as data: name, kind and place in the record.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <type_traits>
+
+namespace ph {
+
+// How a value is stored in a record, and with that the CIM type it is published as.
+enum class Kind : std::uint8_t {
+    Boolean,
+    Uint8,
+    Uint16,
+    Uint32,
+    Uint64,
+    Sint8,
+    Sint16,
+    Sint32,
+    Sint64,
+    Real32,
+    Real64,
+    Text,          // char[N]: string
+    TextRef,       // const char*: string, NULL leaves the property out
+    Uint16List,    // int[N] up to the first negative entry: uint16[]
+    Uint16ListRef, // const int*, the same elsewhere
+    StringList,    // char*[N] up to NULL, heap strings of the record: string[]; none leaves the property out
+};
+
+template <class T>
+consteval Kind kindOf() {
+    if constexpr (std::is_array_v<T>) {
+        using Element = std::remove_extent_t<T>;
+        if constexpr (std::is_same_v<Element, char>)
+            return Kind::Text;
+        else if constexpr (std::is_same_v<Element, int>)
+            return Kind::Uint16List;
+        else {
+            static_assert(std::is_same_v<Element, char*>, "no CIM type for this array");
+            return Kind::StringList;
+        }
+    } else if constexpr (std::is_same_v<T, bool>)
+        return Kind::Boolean;
+    else if constexpr (std::is_same_v<T, const char*>)
+        return Kind::TextRef;
+    else if constexpr (std::is_same_v<T, const int*>)
+        return Kind::Uint16ListRef;
+    else if constexpr (std::is_same_v<T, float>)
+        return Kind::Real32;
+    else if constexpr (std::is_same_v<T, double>)
+        return Kind::Real64;
+    else {
+        static_assert(std::is_integral_v<T> && !std::is_same_v<T, char>, "no CIM type for this field");
+        constexpr bool isSigned = std::is_signed_v<T>;
+        switch (sizeof(T)) {
+        case 1:
+            return isSigned ? Kind::Sint8 : Kind::Uint8;
+        case 2:
+            return isSigned ? Kind::Sint16 : Kind::Uint16;
+        case 4:
+            return isSigned ? Kind::Sint32 : Kind::Uint32;
+        default:
+            return isSigned ? Kind::Sint64 : Kind::Uint64;
+        }
+    }
+}
+
+struct Property {
+    const char* name;
+    Kind kind;
+    bool isKey;
+    std::size_t offset;
+    bool (*condition)(const void* record);            // nullptr: always published
+    void (*compute)(const void* record, void* value); // nullptr: the value is the field at `offset`
+};
+
+// Room for the value of a compute function: every kind but the arrays.
+union ComputedValue {
+    std::uint64_t integer;
+    double real;
+    const void* pointer;
+};
+
+namespace detail {
+
+template <class F>
+struct Signature;
+template <class R, class Record>
+struct Signature<R (*)(const Record&)> {
+    using Result = R;
+    using Argument = Record;
+};
+
+template <auto Function>
+using ResultOf = typename Signature<decltype(Function)>::Result;
+
+template <auto Function>
+bool condition(const void* record) {
+    return Function(*static_cast<const typename Signature<decltype(Function)>::Argument*>(record));
+}
+
+template <auto Function>
+void compute(const void* record, void* value) {
+    static_assert(sizeof(ResultOf<Function>) <= sizeof(ComputedValue));
+    *static_cast<ResultOf<Function>*>(value) =
+        Function(*static_cast<const typename Signature<decltype(Function)>::Argument*>(record));
+}
+
+} // namespace detail
+
+// One table out of two: a class's own properties behind those of the class it extends. The extended record is
+// the first member of the extending one, so that offsets hold for both.
+template <std::size_t A, std::size_t B>
+consteval std::array<Property, A + B> joined(const Property (&first)[A], const Property (&second)[B]) {
+    std::array<Property, A + B> all{};
+    for (std::size_t i = 0; i < A; ++i)
+        all[i] = first[i];
+    for (std::size_t i = 0; i < B; ++i)
+        all[A + i] = second[i];
+    return all;
+}
+
+} // namespace ph
+
+// A row of a property table. `condition` is bool(const Record&); `function` returns the value from a const
+// Record&.
+#define PH_KEY(Record, field)                                                                                \
+    ::ph::Property {                                                                                         \
+#field, ::ph::kindOf < decltype(Record::field)>(), true, offsetof(Record, field), nullptr, nullptr   \
+    }
+#define PH_PROPERTY(Record, field)                                                                           \
+    ::ph::Property {                                                                                         \
+#field, ::ph::kindOf < decltype(Record::field)>(), false, offsetof(Record, field), nullptr, nullptr  \
+    }
+#define PH_PROPERTY_IF(Record, field, condition)                                                             \
+    ::ph::Property {                                                                                         \
+#field, ::ph::kindOf < decltype(Record::field)>(), false, offsetof(Record, field),                   \
+            ::ph::detail::condition < &condition>, nullptr                                                   \
+    }
+#define PH_COMPUTED(name, function)                                                                          \
+    ::ph::Property {                                                                                         \
+        name, ::ph::kindOf<::ph::detail::ResultOf<&function>>(), false, 0, nullptr,                          \
+            ::ph::detail::compute<&function>                                                                 \
+    }
+#define PH_COMPUTED_IF(name, function, condition)                                                            \
+    ::ph::Property {                                                                                         \
+        name, ::ph::kindOf<::ph::detail::ResultOf<&function>>(), false, 0,                                   \
+            ::ph::detail::condition<&condition>, ::ph::detail::compute<&function>                            \
+    }

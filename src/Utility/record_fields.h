@@ -1,0 +1,26 @@
+// Writing the fields of data records.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <initializer_list>
+
+namespace ph {
+
+// Copies a text, cut at the field's width and always terminated.
+template <std::size_t N>
+void copyText(char (&field)[N], const char* text) {
+    const std::size_t length = strnlen(text, N - 1);
+    std::memmove(field, text, length);
+    field[length] = '\0';
+}
+
+// Writes a list ended by a negative number, cut at the field's width.
+template <std::size_t N>
+void setList(int (&field)[N], std::initializer_list<int> values) {
+    std::fill_n(field, N, -1);
+    std::copy_n(values.begin(), std::min(values.size(), N - 1), field);
+}
+
+} // namespace ph
