@@ -1,0 +1,33 @@
+// IPMI 2.0 over LAN: an RMCP+ session.
+#pragma once
+
+#include "ipmi/freeipmi_context.h"
+
+#include <chrono>
+#include <optional>
+
+namespace ipmi {
+
+class LanTransport final : public Transport {
+public:
+    // Opens the session. A BMC that does not answer at all is given up after less than five seconds.
+    explicit LanTransport(SessionSettings settings);
+
+    std::size_t exchange(std::uint8_t netFn, std::uint8_t command, std::span<const std::uint8_t> request,
+                         std::span<std::uint8_t> answer) override;
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    void probe() const;
+    void open();
+
+    SessionSettings settings_;
+    std::string host_;        // as FreeIPMI wants it, port included
+    unsigned sessionTimeout_; // milliseconds, as is the next
+    unsigned retransmission_;
+    std::optional<FreeIpmiContext> context_;
+    Clock::time_point lastAnswer_;
+};
+
+} // namespace ipmi
