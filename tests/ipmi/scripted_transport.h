@@ -1,0 +1,24 @@
+// A transport that plays back one answer and keeps what it was asked.
+#pragma once
+
+#include "ipmi/transport.h"
+
+#include <algorithm>
+#include <vector>
+
+struct ScriptedTransport : ipmi::Transport {
+    std::vector<std::uint8_t> answer;
+
+    std::uint8_t netFn = 0;
+    std::uint8_t command = 0;
+    std::vector<std::uint8_t> request;
+
+    std::size_t exchange(std::uint8_t netFunction, std::uint8_t commandNumber,
+                         std::span<const std::uint8_t> data, std::span<std::uint8_t> out) override {
+        netFn = netFunction;
+        command = commandNumber;
+        request.assign(data.begin(), data.end());
+        std::copy_n(answer.begin(), std::min(answer.size(), out.size()), out.begin());
+        return answer.size();
+    }
+};
