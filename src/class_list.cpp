@@ -1,0 +1,14 @@
+#include "class_list.h"
+
+namespace ph {
+
+extern constinit const ClassFamily family_HostComputerSystem;
+
+std::span<const ClassFamily* const> allClasses() {
+    static constexpr const ClassFamily* classes[] = {
+        &family_HostComputerSystem,
+    };
+    return classes;
+}
+
+} // namespace ph

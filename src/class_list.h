@@ -1,0 +1,12 @@
+// All classes that the library serves.
+#pragma once
+
+#include "Utility/class_family.h"
+
+#include <span>
+
+namespace ph {
+
+std::span<const ClassFamily* const> allClasses();
+
+} // namespace ph
