@@ -1,0 +1,186 @@
+#include "ipmi_sim.h"
+
+#include <arpa/inet.h>
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <fstream>
+#include <poll.h>
+#include <sstream>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace ph_test {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr char user[] = "admin";
+constexpr char password[] = "simulated-bmc";
+constexpr int portsTried = 5;
+constexpr int millisecondsToStart = 10000;
+constexpr int millisecondsPerProbe = 50;
+
+class UdpSocket {
+public:
+    UdpSocket() : descriptor_(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0)) {}
+    ~UdpSocket() { ::close(descriptor_); }
+    UdpSocket(const UdpSocket&) = delete;
+    UdpSocket& operator=(const UdpSocket&) = delete;
+    int descriptor() const { return descriptor_; }
+
+private:
+    int descriptor_;
+};
+
+sockaddr_in loopback(std::uint16_t port) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    return address;
+}
+
+// A port that nothing listens on now. Another program may take it before the simulator does; then the next is
+// tried.
+std::uint16_t freePort() {
+    const UdpSocket socket;
+    auto address = loopback(0);
+    socklen_t size = sizeof address;
+    if (::bind(socket.descriptor(), reinterpret_cast<sockaddr*>(&address), size) != 0 ||
+        ::getsockname(socket.descriptor(), reinterpret_cast<sockaddr*>(&address), &size) != 0)
+        throw std::runtime_error("no free UDP port on loopback");
+    return ntohs(address.sin_port);
+}
+
+std::string lanConfiguration(std::uint16_t port) {
+    std::ostringstream out;
+    out << "name \"sim\"\nset_working_mc 0x20\nstartlan 1\naddr 127.0.0.1 " << port << "\npriv_limit admin\n";
+    for (const char* level : {"callback", "user", "operator", "admin"})
+        out << "allowed_auths_" << level << " none md2 md5 straight\n";
+    out << "guid a123456789abcdefa123456789abcdef\nendlan\n"
+        << "user 1 true \"\" \"anonymous\" user 10 none md2 md5 straight\n"
+        << "user 2 true \"" << user << "\" \"" << password << "\" admin 10 none md2 md5 straight\n";
+    return out.str();
+}
+
+fs::path makeDirectory() {
+    std::string name = (fs::temp_directory_path() / "ph-ipmi-sim-XXXXXX").string();
+    if (::mkdtemp(name.data()) == nullptr)
+        throw std::runtime_error("cannot make " + name);
+    return name;
+}
+
+void write(const fs::path& path, const std::string& text) {
+    if (!(std::ofstream(path) << text << std::flush))
+        throw std::runtime_error("cannot write " + path.string());
+}
+
+std::string read(const fs::path& path) {
+    std::ostringstream text;
+    text << std::ifstream(path).rdbuf();
+    return text.str();
+}
+
+// In the child, between fork and exec: only async-signal-safe calls.
+[[noreturn]] void become(const char* const* arguments, const char* log) {
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL); // a test that is killed leaves no simulator behind
+    const int input = ::open("/dev/null", O_RDONLY);
+    const int output = ::open(log, O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    if (::dup2(input, STDIN_FILENO) >= 0 && ::dup2(output, STDOUT_FILENO) >= 0 &&
+        ::dup2(output, STDERR_FILENO) >= 0)
+        ::execvp(arguments[0], const_cast<char* const*>(arguments));
+    ::_exit(127);
+}
+
+} // namespace
+
+IpmiSim::IpmiSim(const std::vector<SimSensor>& sensors) : directory_(makeDirectory()) {
+    fs::create_directory(directory_ / "state");
+    write(directory_ / "commands", simCommands(sensors));
+    for (int i = 0; i < portsTried; ++i)
+        if (start())
+            return;
+    const std::string log = read(directory_ / "log");
+    fs::remove_all(directory_);
+    throw std::runtime_error("ipmi_sim does not start: " + log);
+}
+
+IpmiSim::~IpmiSim() {
+    stop();
+    std::error_code ignored;
+    fs::remove_all(directory_, ignored);
+}
+
+bool IpmiSim::start() {
+    port_ = freePort();
+    const std::string lan = directory_ / "lan.conf", commands = directory_ / "commands",
+                      state = directory_ / "state", log = directory_ / "log";
+    write(lan, lanConfiguration(port_));
+    const char* const arguments[] = {"ipmi_sim",       "-n", "-c",          lan.c_str(), "-f",
+                                     commands.c_str(), "-s", state.c_str(), nullptr};
+    process_ = ::fork();
+    if (process_ == 0)
+        become(arguments, log.c_str());
+    for (int waited = 0; waited < millisecondsToStart; waited += millisecondsPerProbe) {
+        if (answers())
+            return true;
+        if (::waitpid(process_, nullptr, WNOHANG) == process_) {
+            process_ = -1;
+            return false;
+        }
+    }
+    stop();
+    return false;
+}
+
+// Asks for the channel's authentication capabilities, which needs no session (IPMI 2.0, 13.13.2 and 22.13).
+bool IpmiSim::answers() const {
+    static constexpr std::uint8_t request[] = {0x06, 0x00, 0xFF, 0x07, // RMCP, class IPMI
+                                               0x00, 0,    0,    0,    0,    0,    0,    0,    0,
+                                               9, // no session
+                                               0x20, 0x18, 0xC8, 0x81, 0x00, 0x38, 0x0E, 0x04, 0x35};
+    const UdpSocket socket;
+    const auto address = loopback(port_);
+    ::connect(socket.descriptor(), reinterpret_cast<const sockaddr*>(&address), sizeof address);
+    ::send(socket.descriptor(), request, sizeof request, 0);
+    pollfd waiting{.fd = socket.descriptor(), .events = POLLIN, .revents = 0};
+    if (::poll(&waiting, 1, millisecondsPerProbe) != 1)
+        return false;
+    std::uint8_t answer[64];
+    if (::recv(socket.descriptor(), answer, sizeof answer, 0) > 0)
+        return true;
+    ::usleep(millisecondsPerProbe * 1000); // refused at once: the port is not open yet
+    return false;
+}
+
+void IpmiSim::stop() {
+    if (process_ <= 0)
+        return;
+    ::kill(process_, SIGKILL);
+    ::waitpid(process_, nullptr, 0);
+    process_ = -1;
+}
+
+void IpmiSim::pause() const {
+    ::kill(process_, SIGSTOP);
+}
+
+void IpmiSim::resume() const {
+    ::kill(process_, SIGCONT);
+}
+
+ipmi::SessionSettings IpmiSim::settings() const {
+    // ipmi_sim takes the privilege level of an Open Session Request for the highest the user may have, and 0
+    // for none.
+    constexpr int openSessionPrivilege = 0x10;
+    return {.address = "127.0.0.1",
+            .port = port_,
+            .userName = user,
+            .password = password,
+            .workaroundFlags = openSessionPrivilege};
+}
+
+} // namespace ph_test

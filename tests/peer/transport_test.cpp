@@ -1,0 +1,194 @@
+// The LAN transport against OpenIPMI's BMC simulator, with ipmitool as the witness of what it should say.
+#include "ipmi/command.h"
+#include "ipmi_sim.h"
+
+#include <chrono>
+#include <cstdio>
+#include <functional>
+#include <gmock/gmock.h>
+#include <thread>
+
+namespace {
+
+using ipmi::SessionSettings;
+using ph_test::IpmiSim;
+using ph_test::SimSensor;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr std::uint8_t getDeviceId = 0x01;
+constexpr std::uint8_t getSensorReading = 0x2D;
+constexpr std::uint8_t getSdrRepositoryInfo = 0x20;
+
+constexpr std::uint8_t fanSlot = 9;
+
+std::vector<SimSensor> sensors() {
+    auto all = ph_test::thresholdSensors(3);
+    all[1].reading = 125; // above upper critical
+    all[2].m = 100;       // a fan: 100 rpm a step
+    all[2].name = "Fan 3";
+    all[2].type = 0x04;
+    all[2].unit = 18;
+    all.push_back(
+        {.number = fanSlot, .name = "Fan slot", .type = 0x25, .eventReadingType = 0x6F, .states = 0x0001});
+    return all;
+}
+
+class Peer : public testing::Test {
+protected:
+    static void SetUpTestSuite() { bmc = std::make_unique<IpmiSim>(sensors()); }
+    static void TearDownTestSuite() { bmc.reset(); }
+
+    // What `ipmitool <arguments>` prints, asking the same BMC.
+    static std::string ipmitool(const std::string& arguments) {
+        const auto settings = bmc->settings();
+        const std::string command = "ipmitool -I lanplus -C 3 -H " + settings.address + " -p " +
+                                    std::to_string(settings.port) + " -U " + settings.userName + " -P " +
+                                    settings.password + " " + arguments + " 2>&1";
+        std::string output;
+        const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
+        char part[256];
+        while (pipe && fgets(part, sizeof part, pipe.get()) != nullptr)
+            output += part;
+        return output;
+    }
+
+    static std::unique_ptr<IpmiSim> bmc;
+};
+
+std::unique_ptr<IpmiSim> Peer::bmc;
+
+double seconds(const std::function<void()>& work) {
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+std::string hexBytes(std::span<const std::uint8_t> bytes) {
+    std::string text;
+    for (const unsigned value : bytes) {
+        char digits[8];
+        std::snprintf(digits, sizeof digits, " %02x", value);
+        text += digits;
+    }
+    return text + "\n";
+}
+
+TEST_F(Peer, answersAreTheBytesIpmitoolGets) {
+    const auto transport = ipmi::openTransport(bmc->settings());
+    const std::pair<std::uint8_t, std::vector<std::uint8_t>> commands[] = {
+        {ipmi::netFn::app, {getDeviceId}},
+        {ipmi::netFn::sensorEvent, {getSensorReading, 1}},
+        {ipmi::netFn::sensorEvent, {getSensorReading, 2}},
+        {ipmi::netFn::sensorEvent, {getSensorReading, fanSlot}},
+    };
+    for (const auto& [netFn, message] : commands) {
+        const auto data = std::span(message).subspan(1);
+        const auto answer = ipmi::run(*transport, netFn, message[0], data);
+        const auto witness = ipmitool("raw " + std::to_string(netFn) + " " + std::to_string(message[0]) +
+                                      (data.empty() ? "" : " " + std::to_string(data[0])));
+        EXPECT_EQ(hexBytes(answer.data()), witness);
+    }
+}
+
+TEST_F(Peer, ipmitoolReadsTheModelsSensorsAsMeant) {
+    const auto printed = ipmitool("sdr list");
+    EXPECT_THAT(printed, HasSubstr("Temp 1           | 31 degrees C      | ok"));
+    EXPECT_THAT(printed, HasSubstr("Temp 2           | 125 degrees C     | cr"));
+    EXPECT_THAT(printed, HasSubstr("Fan 3            | 3300 RPM          | ok"));
+    EXPECT_THAT(ipmitool("sdr elist compact"), HasSubstr("Fan slot         | 09h | ok  |  7.1 | Present"));
+}
+
+TEST_F(Peer, completionCodesArriveAsErrors) {
+    const auto transport = ipmi::openTransport(bmc->settings());
+    try {
+        ipmi::run(*transport, ipmi::netFn::sensorEvent, getSensorReading, {200});
+        FAIL() << "there is no sensor 200";
+    } catch (const ipmi::CompletionCodeError& error) {
+        char witness[16];
+        std::snprintf(witness, sizeof witness, "rsp=0x%x", error.code);
+        EXPECT_THAT(ipmitool("raw 4 0x2d 200"), HasSubstr(witness));
+    }
+}
+
+TEST_F(Peer, refusedSessionsSayWhyAndAreRefusedAtOnce) {
+    auto wrongPassword = bmc->settings();
+    wrongPassword.password = "not-the-password";
+    auto wrongUser = bmc->settings();
+    wrongUser.userName = "nobody";
+    for (const auto& [settings, problem] :
+         {std::pair{wrongPassword, "password invalid"}, {wrongUser, "'nobody'"}}) {
+        const double elapsed = seconds([&] {
+            try {
+                ipmi::openTransport(settings);
+                ADD_FAILURE() << "opened without " << problem;
+            } catch (const ipmi::TransportError& error) {
+                EXPECT_THAT(error.what(), AllOf(HasSubstr(problem), Not(HasSubstr(settings.password))));
+            }
+        });
+        EXPECT_LT(elapsed, 2);
+    }
+}
+
+TEST_F(Peer, aBmcThatHangsFailsTheExchangeWithinItsTimeout) {
+    auto settings = bmc->settings();
+    settings.timeout = 2;
+    const auto transport = ipmi::openTransport(settings);
+    bmc->pause();
+    EXPECT_LT(seconds([&] {
+                  EXPECT_THROW(ipmi::run(*transport, ipmi::netFn::app, getDeviceId), ipmi::TransportError);
+              }),
+              2.2);
+    bmc->resume();
+}
+
+TEST_F(Peer, aSessionOutlivesAPauseLongerThanItsTimeout) {
+    auto settings = bmc->settings();
+    settings.timeout = 1;
+    const auto transport = ipmi::openTransport(settings);
+    std::this_thread::sleep_for(std::chrono::milliseconds(1200));
+    EXPECT_NO_THROW(ipmi::run(*transport, ipmi::netFn::app, getDeviceId));
+}
+
+TEST(ManySensors, areAllInTheRepository) {
+    const IpmiSim bmc(ph_test::thresholdSensors(180));
+    const auto transport = ipmi::openTransport(bmc.settings());
+    const auto answer = ipmi::run(*transport, ipmi::netFn::storage, getSdrRepositoryInfo);
+    auto reader = answer.reader();
+    reader.skip(1);
+    EXPECT_EQ(reader.u16(), 180);
+    for (const auto& sensor : ph_test::thresholdSensors(180)) {
+        auto reading =
+            ipmi::run(*transport, ipmi::netFn::sensorEvent, getSensorReading, {sensor.number}).reader();
+        EXPECT_EQ(reading.u8(), sensor.reading) << sensor.name;
+    }
+}
+
+TEST_F(Peer, deviceIdIsWhatIpmitoolPrints) {
+    const auto transport = ipmi::openTransport(bmc->settings());
+    const auto answer = ipmi::run(*transport, ipmi::netFn::app, getDeviceId);
+    auto reader = answer.reader();
+    const unsigned deviceId = reader.u8();
+    const unsigned revision = reader.u8() & 0x0Fu;
+    const unsigned major = reader.u8() & 0x7Fu;
+    const unsigned minor = reader.u8();
+    reader.skip(2);
+    const unsigned manufacturer = reader.u24();
+    const unsigned product = reader.u16();
+    ASSERT_NO_THROW(answer.verify(reader));
+
+    const auto printed = ipmitool("mc info");
+    char line[64];
+    for (const auto& [name, value] : {std::pair{"Device ID", deviceId},
+                                      {"Device Revision", revision},
+                                      {"Manufacturer ID", manufacturer},
+                                      {"Product ID", product}}) {
+        std::snprintf(line, sizeof line, "%-26s: %u", name, value);
+        EXPECT_THAT(printed, HasSubstr(line));
+    }
+    std::snprintf(line, sizeof line, "Firmware Revision         : %u.%02x", major, minor);
+    EXPECT_THAT(printed, HasSubstr(line));
+}
+
+} // namespace
