@@ -26,6 +26,9 @@ ph_install(${CMAKE_INSTALL_BINDIR} phctl)
 
 # The model of the sample server, for `phctl bmc create`.
 install(DIRECTORY platform/virtual-bmc/models DESTINATION ${dataDir} OPTIONAL)
+# What registers the classes and the provider module with an object manager.
+install(DIRECTORY ${CMAKE_BINARY_DIR}/schema/ DESTINATION ${dataDir}/schema
+        FILES_MATCHING PATTERN *.mof PATTERN *.reg PATTERN classes.json)
 
 install(DIRECTORY include/provider_helper include/platform DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 if(PH_CMPI_INCLUDE_DIR)
