@@ -80,16 +80,20 @@ void Answer::verify(const Reader& reader) const {
         throw ShortAnswerError(netFn_, command_, size_);
 }
 
-Answer run(Transport& transport, std::uint8_t netFn, std::uint8_t command,
+Answer ask(Transport& transport, std::uint8_t netFn, std::uint8_t command,
            std::span<const std::uint8_t> request) {
-    Answer answer;
-    answer.netFn_ = netFn;
-    answer.command_ = command;
+    Answer answer(netFn, command);
     answer.size_ = transport.exchange(netFn, command, request, answer.bytes_);
     if (answer.size_ < 1 || answer.size_ > answer.bytes_.size())
         throw TransportError("the BMC's answer has no completion code");
-    if (const std::uint8_t code = answer.bytes_[0]; code != completion::success)
-        throw CompletionCodeError(netFn, command, code);
+    return answer;
+}
+
+Answer run(Transport& transport, std::uint8_t netFn, std::uint8_t command,
+           std::span<const std::uint8_t> request) {
+    Answer answer = ask(transport, netFn, command, request);
+    if (answer.code() != completion::success)
+        throw CompletionCodeError(netFn, command, answer.code());
     return answer;
 }
 

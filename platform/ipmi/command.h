@@ -60,9 +60,9 @@ struct PH_IPMI_EXPORT ShortAnswerError : std::runtime_error {
     ShortAnswerError(std::uint8_t netFn, std::uint8_t command, std::size_t size);
 };
 
-// An answer whose completion code was 00h.
 class Answer {
 public:
+    std::uint8_t code() const { return bytes_[0]; }
     // The bytes after the completion code.
     std::span<const std::uint8_t> data() const { return std::span(bytes_).subspan(1, size_ - 1); }
     Reader reader() const { return Reader(data()); }
@@ -71,14 +71,20 @@ public:
     void verify(const Reader& reader) const;
 
 private:
-    friend Answer run(Transport&, std::uint8_t, std::uint8_t, std::span<const std::uint8_t>);
+    friend Answer ask(Transport&, std::uint8_t, std::uint8_t, std::span<const std::uint8_t>);
+    Answer(std::uint8_t netFn, std::uint8_t command) : netFn_(netFn), command_(command) {}
+
     std::array<std::uint8_t, maxMessage> bytes_;
     std::size_t size_ = 1;
-    std::uint8_t netFn_ = 0;
-    std::uint8_t command_ = 0;
+    std::uint8_t netFn_;
+    std::uint8_t command_;
 };
 
-// Runs one command. Throws TransportError or CompletionCodeError.
+// Runs one command whatever its completion code. Throws TransportError.
+Answer ask(Transport& transport, std::uint8_t netFn, std::uint8_t command,
+           std::span<const std::uint8_t> request);
+
+// Runs one command that has to succeed. Throws TransportError or CompletionCodeError.
 Answer run(Transport& transport, std::uint8_t netFn, std::uint8_t command,
            std::span<const std::uint8_t> request);
 inline Answer run(Transport& transport, std::uint8_t netFn, std::uint8_t command,

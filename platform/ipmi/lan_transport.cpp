@@ -10,6 +10,9 @@ namespace {
 constexpr unsigned defaultRetransmission = 500; // milliseconds
 constexpr unsigned probeTimeout = 4000;         // milliseconds; FreeIPMI notices half a second later
 
+// A BMC ends a session after a minute without messages, give or take three seconds (IPMI 2.0, 6.12.15).
+constexpr unsigned longestPause = 30000; // milliseconds
+
 constexpr std::uint8_t getChannelAuthenticationCapabilities = 0x38;
 constexpr std::uint8_t presentChannel = 0x0E;
 constexpr std::uint8_t withIpmi20Data = 0x80;
@@ -82,9 +85,8 @@ void LanTransport::open() {
 
 std::size_t LanTransport::exchange(std::uint8_t netFn, std::uint8_t command,
                                    std::span<const std::uint8_t> request, std::span<std::uint8_t> answer) {
-    // FreeIPMI counts its timeout from the last answer, and the BMC ends a session that is idle for a minute:
-    // after a pause the session is a new one.
-    if (Clock::now() - lastAnswer_ > std::chrono::milliseconds(sessionTimeout_ / 2))
+    // FreeIPMI counts its timeout from the last answer: after a pause the session is a new one.
+    if (Clock::now() - lastAnswer_ > std::chrono::milliseconds(std::min(sessionTimeout_ / 2, longestPause)))
         open();
     const std::size_t length = context_->exchange(netFn, command, request, answer);
     lastAnswer_ = Clock::now();

@@ -1,0 +1,25 @@
+// A BMC that plays a script: it takes the place of every transport the hooks open, and keeps what it was
+// asked.
+#pragma once
+
+#include "ipmi/transport.h"
+
+#include <map>
+#include <vector>
+
+using Bytes = std::vector<std::uint8_t>;
+
+struct ScriptedBmc {
+    // Answers by request: network function, command, data. Anything else is answered with C1h, invalid
+    // command.
+    std::map<Bytes, Bytes> answers;
+    bool isReachable = true;
+
+    std::vector<Bytes> requests;
+    std::vector<ipmi::SessionSettings> opened;
+    int openTransports = 0;
+    std::string debugLog;
+};
+
+// The one of this test program; a test begins with a new one.
+extern ScriptedBmc bmc;

@@ -1,0 +1,59 @@
+#include <platform/cim_hooks.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <gmock/gmock.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class SystemNames : public testing::Test {
+protected:
+    SystemNames() {
+        std::string name = (fs::temp_directory_path() / "ph-hooks-XXXXXX").string();
+        root = ::mkdtemp(name.data());
+        ::setenv("PH_SYSROOT", root.c_str(), 1);
+        fs::create_directory(root / "conf");
+    }
+    ~SystemNames() override {
+        ::unsetenv("PH_SYSROOT");
+        fs::remove_all(root);
+    }
+
+    void configure(const std::string& text) { std::ofstream(root / "conf/system_names.ini") << text; }
+
+    fs::path root;
+    char host[256] = {};
+    char sp[256] = {};
+};
+
+TEST_F(SystemNames, areThoseConfigured) {
+    configure("[names]\nhost = Example host 7\nsp = Example controller\n");
+    EXPECT_EQ(OEM_GetHostSystemName(host), 0);
+    EXPECT_EQ(OEM_GetSPSystemName(sp), 0);
+    EXPECT_STREQ(host, "Example host 7");
+    EXPECT_STREQ(sp, "Example controller");
+}
+
+TEST_F(SystemNames, mayBeMissing) {
+    EXPECT_NE(OEM_GetHostSystemName(host), 0) << "no file";
+    configure("[names]\nhost =\n");
+    EXPECT_NE(OEM_GetHostSystemName(host), 0) << "empty";
+    EXPECT_NE(OEM_GetSPSystemName(sp), 0) << "no such key";
+    configure("no section, no value");
+    EXPECT_NE(OEM_GetHostSystemName(host), 0) << "not a configuration file";
+    EXPECT_NE(OEM_GetHostSystemName(nullptr), 0);
+}
+
+TEST_F(SystemNames, areCutAtTheWidthOfTheField) {
+    configure("[names]\nhost = " + std::string(400, 'n') + "\n");
+    char field[257];
+    field[256] = '#';
+    EXPECT_EQ(OEM_GetHostSystemName(field), 0);
+    EXPECT_STREQ(field, std::string(255, 'n').c_str());
+    EXPECT_EQ(field[256], '#');
+}
+
+} // namespace
