@@ -1,0 +1,7 @@
+/* CMPI: what the headers need from the operating system. */
+#ifndef CMPIOS_H
+#define CMPIOS_H
+
+#include <time.h>
+
+#endif
