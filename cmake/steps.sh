@@ -34,7 +34,7 @@ step() {
     echo "$colour$result$plain ($((SECONDS - begin)) s)"
     grep -E '^[0-9]+% tests passed' "$log" || true
     [ $result = ok ] && return
-    tail -n 40 "$log" | sed 's/^/    /'
+    tail -n 60 "$log" | sed 's/^/    /'
     echo "    (the whole log: ${log#"$PWD"/})"
     return 1
 }
