@@ -24,6 +24,9 @@ int tmp_db_init(SMASH_DB_HANDLE* handle);
 int smash_db_init(SMASH_DB_HANDLE* handle);
 /* Closes a handle; NULL is a failure. */
 int db_close(SMASH_DB_HANDLE handle);
+/* Why the last call of the calling thread that failed did so: a text that names the database file, empty before
+ * the first failure. It stays valid until that thread's next failure. */
+const char* db_last_error(void);
 
 /* How to reach the BMC. Numbers are texts in C notation ("3", "0x10"); see CIM_Create_IPMI20_Session for what
  * each means. An empty text reads as 0. */

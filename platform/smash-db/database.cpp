@@ -1,0 +1,111 @@
+#include "smash-db/database.h"
+
+#include "smash-db/rows.h"
+
+#include <platform/sysroot.h>
+
+#include <cerrno>
+#include <cstring>
+#include <stdexcept>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace smash {
+namespace {
+
+// A sync's commit is the longest wait: some thousand rows written to flash.
+constexpr int busyTimeoutMs = 3000;
+
+constexpr mode_t privateMode = S_IRUSR | S_IWUSR; // the file holds the BMC's password
+
+std::string resolve(const char* absolutePath) {
+    char path[4096];
+    if (PH_SysrootPath(absolutePath, path, sizeof path) != 0)
+        throw std::runtime_error(std::string(absolutePath) + ": the path is too long");
+    return path;
+}
+
+// In a folder that everybody writes to, a file or link of another user must not become our database.
+void requireOwnFile(const std::string& path) {
+    struct stat status = {};
+    if (lstat(path.c_str(), &status) != 0)
+        throw std::runtime_error(std::strerror(errno));
+    if (!S_ISREG(status.st_mode) || status.st_uid != geteuid())
+        throw std::runtime_error("not a file of this user");
+}
+
+std::string createStatement(const Table& table) {
+    std::string columns;
+    std::string keys;
+    for (const Column& column : table.columns) {
+        columns += (columns.empty() ? "" : ", ") + std::string(column.name) +
+                   (column.type == ColumnType::Text ? " TEXT NOT NULL" : " INTEGER NOT NULL");
+        if (&column - table.columns.data() < static_cast<std::ptrdiff_t>(table.keyColumns))
+            keys += (keys.empty() ? ", UNIQUE (" : ", ") + std::string(column.name);
+    }
+    return std::string("CREATE TABLE ") + table.name + " (" + columns + keys + (keys.empty() ? ")" : "))");
+}
+
+int number(SQLite::Database& database, const char* query) {
+    return database.execAndGet(query).getInt();
+}
+
+bool isBlank(SQLite::Database& database) {
+    return number(database, "PRAGMA user_version") == 0 &&
+           number(database, "SELECT count(*) FROM sqlite_schema") == 0;
+}
+
+void createTables(SQLite::Database& database, const Schema& schema) {
+    SQLite::Transaction transaction(database, SQLite::TransactionBehavior::IMMEDIATE);
+    if (!isBlank(database)) // another process was quicker
+        return;
+    // By path, while SQLite holds the file: closing a descriptor of ours would drop its locks.
+    if (chmod(database.getFilename().c_str(), privateMode) != 0)
+        throw std::runtime_error(std::strerror(errno));
+    for (const Table* table : schema.tables)
+        database.exec(createStatement(*table));
+    database.exec("PRAGMA user_version = " + std::to_string(schema.version));
+    transaction.commit();
+}
+
+// What a request can afford: SQLite has read the header and the table definitions by now, each of our
+// statements compiles, and the file is as long as its header says. Damage within a page makes the reading of
+// its rows fail.
+void verify(SQLite::Database& database, const Schema& schema) {
+    const int version = number(database, "PRAGMA user_version");
+    if (version != schema.version)
+        throw std::runtime_error("schema version " + std::to_string(version) + " instead of " +
+                                 std::to_string(schema.version));
+    const auto size = off_t{number(database, "PRAGMA page_count")} * number(database, "PRAGMA page_size");
+    struct stat status = {};
+    if (stat(database.getFilename().c_str(), &status) != 0)
+        throw std::runtime_error(std::strerror(errno));
+    if (status.st_size < size)
+        throw std::runtime_error("the file is cut short");
+    for (const Table* table : schema.tables)
+        select(database, *table);
+}
+
+} // namespace
+
+SQLite::Database open(const Schema& schema, OpenMode mode) {
+    const std::string path = resolve(schema.path);
+    try {
+        const int create = mode == OpenMode::CreateMissing ? SQLite::OPEN_CREATE : 0;
+        if (create == 0 && access(path.c_str(), R_OK) != 0)
+            throw std::runtime_error(std::strerror(errno)); // SQLite says no more than "unable to open"
+        SQLite::Database database(path, SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX | create,
+                                  busyTimeoutMs);
+        if (schema.isInSharedFolder)
+            requireOwnFile(path);
+        if (create != 0 && isBlank(database))
+            createTables(database, schema);
+        verify(database, schema);
+        return database;
+    } catch (const std::exception& error) {
+        throw std::runtime_error(path + ": " + error.what());
+    }
+}
+
+} // namespace smash

@@ -1,0 +1,17 @@
+// Opening, checking and creating a database file.
+#pragma once
+
+#include "smash-db/schema.h"
+
+#include <SQLiteCpp/SQLiteCpp.h>
+
+namespace smash {
+
+enum class OpenMode { Existing, CreateMissing };
+
+// Opens the schema's file, which is created with mode 0600. Throws std::runtime_error, which names the file,
+// when it is missing, locked, no database, shorter than it says or of another schema. A file that is there is
+// never repaired or replaced: what it holds may matter to somebody.
+SQLite::Database open(const Schema& schema, OpenMode mode);
+
+} // namespace smash

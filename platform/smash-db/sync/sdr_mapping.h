@@ -1,0 +1,42 @@
+// What each SDR becomes: rows of CIM_NumericSensor and CIM_Sensor, and FRU devices to read. The mapping is
+// described in docs/sdr-mapping.md.
+#pragma once
+
+#include "smash-db/sync/sdr_repository.h"
+
+#include <platform/smash_db.h>
+
+#include <cstdint>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace smash {
+
+struct FruLocator {
+    std::uint8_t fruDeviceId;
+    std::uint8_t entityId;
+    std::uint8_t entityInstance;
+};
+
+class SdrMapping {
+public:
+    // Adds what a record stands for. A record, or a row of it, that cannot be served is left out and
+    // remarked.
+    void add(const SdrRecord& record, std::vector<SyncRemark>& remarks);
+
+    std::vector<FullSdr> numericSensors;
+    std::vector<CompactSdr> sensors;
+    std::vector<FruLocator> fruLocators;
+
+private:
+    template <class Row>
+    void publish(std::vector<Row>& rows, const Row& row, std::vector<SyncRemark>& remarks);
+
+    std::set<std::string> deviceIds_;
+};
+
+// Name of an IPMI sensor type code (IPMI 2.0 table 42-3).
+const char* sensorTypeName(std::uint8_t type);
+
+} // namespace smash

@@ -1,0 +1,142 @@
+#include "smash-db/sync/sync.h"
+
+#include "ipmi/command.h"
+#include "smash-db/database.h"
+#include "smash-db/rows.h"
+#include "smash-db/sync/fru_inventory.h"
+#include "smash-db/sync/sdr_mapping.h"
+
+#include <array>
+
+namespace smash {
+namespace {
+
+// IPMI 2.0 20: device "global" commands; 22.14: Get System GUID.
+constexpr std::uint8_t getDeviceId = 0x01;
+constexpr std::uint8_t getDeviceGuid = 0x08;
+constexpr std::uint8_t getSystemGuid = 0x37;
+
+constexpr std::uint16_t notApplicable = 12; // RequestedState
+
+// The canonical text of a GUID, which a BMC sends with the last byte first (IPMI 2.0 table 20-10). Empty
+// where the BMC has none: both commands are optional.
+std::string readGuid(ipmi::Transport& bmc, std::uint8_t command, const char* name,
+                     std::vector<SyncRemark>& remarks) {
+    try {
+        const auto answer = ipmi::run(bmc, ipmi::netFn::app, command);
+        auto reader = answer.reader();
+        const auto bytes = reader.bytes(16);
+        answer.verify(reader);
+        std::string text;
+        for (std::size_t i = bytes.size(); i-- > 0;) {
+            char digits[3];
+            std::snprintf(digits, sizeof digits, "%02x", bytes[i]);
+            text += digits;
+            if (i == 12 || i == 10 || i == 8 || i == 6)
+                text += '-';
+        }
+        return text;
+    } catch (const ipmi::CompletionCodeError& error) {
+        remarks.push_back({name, error.what()});
+    } catch (const ipmi::ShortAnswerError& error) {
+        remarks.push_back({name, error.what()});
+    }
+    return {};
+}
+
+void setGuid(DeviceRecord& device, std::string guid) {
+    copyText(device.guid, guid);
+    std::erase(guid, '-');
+    copyText(device.deviceId, guid);
+}
+
+std::array<DeviceRecord, 2> readDevices(ipmi::Transport& bmc, std::vector<SyncRemark>& remarks) {
+    const auto answer = ipmi::run(bmc, ipmi::netFn::app, getDeviceId);
+    auto reader = answer.reader();
+    DeviceRecord device = {};
+    device.type = SMASH_DEVICE_SP;
+    device.tag[0] = reader.u8();
+    device.tag[1] = reader.u8() & 0x0F;
+    device.firmwareMajor = reader.u8() & 0x7F;
+    device.firmwareMinor = reader.u8();
+    reader.skip(2); // IPMI version, additional device support
+    device.manufacturerId = reader.u24() & 0xFFFFF;
+    device.productId = reader.u16();
+    device.requestedState = notApplicable;
+    answer.verify(reader);
+
+    // The host is told apart by its GUID; IPMI identifies it by nothing else.
+    DeviceRecord host = device;
+    host.type = SMASH_DEVICE_HOST;
+
+    // A BMC that has one GUID only has it for both.
+    const std::string own = readGuid(bmc, getDeviceGuid, "device GUID", remarks);
+    const std::string system = readGuid(bmc, getSystemGuid, "system GUID", remarks);
+    constexpr char nil[] = "00000000-0000-0000-0000-000000000000";
+    setGuid(device, !own.empty() ? own : !system.empty() ? system : nil);
+    setGuid(host, !system.empty() ? system : !own.empty() ? own : nil);
+    return {device, host};
+}
+
+void keepRequestedState(const SQLite::Database& database, DeviceRecord& device) {
+    auto selection = select(database, deviceTable, "WHERE type = ?");
+    selection.bind(1, device.type);
+    if (const auto known = read(std::move(selection), deviceTable); known.count > 0)
+        device.requestedState = known.records.get()->requestedState;
+}
+
+struct Inventory {
+    std::array<DeviceRecord, 2> devices;
+    std::vector<FruRecord> frus;
+    SdrMapping sensors;
+};
+
+void store(SQLite::Database& database, Inventory& inventory) {
+    SQLite::Transaction transaction(database, SQLite::TransactionBehavior::IMMEDIATE);
+    for (DeviceRecord& device : inventory.devices)
+        keepRequestedState(database, device);
+    replaceAll<DeviceRecord>(database, deviceTable, inventory.devices);
+    replaceAll<FruRecord>(database, fruTable, inventory.frus);
+    replaceAll<FullSdr>(database, fullSdrTable, inventory.sensors.numericSensors);
+    replaceAll<CompactSdr>(database, compactSdrTable, inventory.sensors.sensors);
+    transaction.commit();
+}
+
+} // namespace
+
+SyncReport sync(ipmi::Transport& bmc, const SyncProgress& progress) {
+    const auto phase = [&](std::string_view name) {
+        return [&progress, name](std::size_t done, std::size_t total) {
+            if (progress)
+                progress(name, done, total);
+        };
+    };
+    // A database that cannot be opened is found before the minutes that a slow BMC may take.
+    auto database = open(smashSchema, OpenMode::CreateMissing);
+    SyncReport report;
+    Inventory inventory;
+
+    phase("device")(0, 1);
+    inventory.devices = readDevices(bmc, report.remarks);
+    phase("device")(1, 1);
+    const auto records = readSdrRepository(bmc, report.remarks, phase("SDR"));
+    for (const SdrRecord& record : records)
+        inventory.sensors.add(record, report.remarks);
+    inventory.frus = readFrus(bmc, inventory.sensors.fruLocators, report.remarks, phase("FRU"));
+
+    phase("database")(0, 1);
+    try {
+        store(database, inventory);
+    } catch (const SQLite::Exception& error) {
+        throw std::runtime_error(database.getFilename() + ": " + error.what());
+    }
+    phase("database")(1, 1);
+
+    report.recordsRead = records.size();
+    report.numericSensors = inventory.sensors.numericSensors.size();
+    report.sensors = inventory.sensors.sensors.size();
+    report.frus = inventory.frus.size();
+    return report;
+}
+
+} // namespace smash
