@@ -1,0 +1,147 @@
+#include "database_fixture.h"
+
+#include <gmock/gmock.h>
+#include <SQLiteCpp/SQLiteCpp.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+
+constexpr char file[] = "/conf/smash.db";
+
+void execute(const fs::path& path, const std::string& statements) {
+    SQLite::Database(path, SQLite::OPEN_READWRITE).exec(statements);
+}
+
+void overwrite(const fs::path& path, const std::string& text) {
+    std::ofstream(path, std::ios::trunc) << text;
+}
+
+struct Damage {
+    const char* name;
+    void (*apply)(const fs::path& path); // to a database that is in order
+    const char* reason;
+    bool isCreated = false; // by smash_db_init
+};
+
+void PrintTo(const Damage& damage, std::ostream* out) {
+    *out << damage.name;
+}
+
+const Damage damages[] = {
+    {"missing", [](const fs::path& path) { fs::remove(path); }, "No such file", true},
+    {"empty", [](const fs::path& path) { overwrite(path, ""); }, "schema version 0", true},
+    {"text", [](const fs::path& path) { overwrite(path, std::string(9000, 'x')); }, "not a database"},
+    {"onlyAHeader", [](const fs::path& path) { fs::resize_file(path, 100); }, "malformed"},
+    {"cutByAPage", [](const fs::path& path) { fs::resize_file(path, fs::file_size(path) - 4096); },
+     "malformed"},
+    {"cutWithinAPage", [](const fs::path& path) { fs::resize_file(path, fs::file_size(path) - 1); },
+     "cut short"},
+    {"ofALaterVersion", [](const fs::path& path) { execute(path, "PRAGMA user_version = 2"); },
+     "schema version 2 instead of 1"},
+    {"withoutATable", [](const fs::path& path) { execute(path, "DROP TABLE fru"); }, "no such table: fru"},
+    {"withoutAColumn", [](const fs::path& path) { execute(path, "ALTER TABLE fru DROP COLUMN model"); },
+     "no such column: model"},
+    {"ofAnotherProgram",
+     [](const fs::path& path) {
+         fs::remove(path);
+         SQLite::Database(path, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE).exec("CREATE TABLE own (a)");
+     },
+     "schema version 0"},
+    {"aFolder",
+     [](const fs::path& path) {
+         fs::remove(path);
+         fs::create_directory(path);
+     },
+     "unable to open"},
+    {"belowAFile",
+     [](const fs::path& path) {
+         fs::remove_all(path.parent_path());
+         overwrite(path.parent_path(), "x");
+     },
+     "Not a directory"},
+};
+
+class BadFile : public DatabaseFixture, public testing::WithParamInterface<Damage> {};
+
+TEST_P(BadFile, isRefusedByNameAndLeftAlone) {
+    handle.reset();
+    const auto path = sysroot.place(file);
+    GetParam().apply(path);
+    const auto contents = [&] {
+        std::ifstream in(path, std::ios::binary);
+        return fs::is_regular_file(path) ? std::string(std::istreambuf_iterator<char>(in), {}) : "";
+    };
+    const std::string before = contents();
+
+    SMASH_DB_HANDLE opened = nullptr;
+    EXPECT_EQ(db_init(&opened), 1);
+    EXPECT_EQ(opened, nullptr);
+    EXPECT_THAT(db_last_error(), HasSubstr(path.string() + ": "));
+    EXPECT_THAT(db_last_error(), HasSubstr(GetParam().reason));
+
+    EXPECT_EQ(smash_db_init(&opened), GetParam().isCreated ? 0 : 1);
+    if (!GetParam().isCreated)
+        EXPECT_EQ(contents(), before);
+    else
+        EXPECT_EQ(db_close(opened), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, BadFile, testing::ValuesIn(damages),
+                         [](const auto& test) { return test.param.name; });
+
+TEST_F(DatabaseFixture, damageWithinAPageGivesAnErrorInsteadOfRows) {
+    const auto path = sysroot.place(file);
+    execute(path, "INSERT INTO fru VALUES (7, 1, 'm', 'model', 's', 'p')");
+    const int page =
+        SQLite::Database(path).execAndGet("SELECT rootpage FROM sqlite_schema WHERE name = 'fru'").getInt();
+    {
+        std::fstream raw(path, std::ios::in | std::ios::out | std::ios::binary);
+        raw.seekp((page - 1) * 4096);
+        raw << std::string(4096, '\x5A');
+    }
+    handle = openDatabase(db_init);
+    EXPECT_EQ(getRow(db_get_fru_by_entity_id, handle, 7), nullptr);
+    EXPECT_THAT(db_last_error(), HasSubstr(path.string()));
+    EXPECT_EQ(getAll(db_get_all_full_sdrs, handle).count, 0) << "the other tables are in order";
+}
+
+TEST_F(DatabaseFixture, lockedFileIsAFailure) {
+    SQLite::Database other(sysroot.place(file), SQLite::OPEN_READWRITE);
+    other.exec("BEGIN EXCLUSIVE");
+    SMASH_DB_HANDLE opened = nullptr;
+    EXPECT_EQ(db_init(&opened), 1);
+    EXPECT_THAT(db_last_error(), HasSubstr(sysroot.place(file).string() + ": database is locked"));
+    other.exec("ROLLBACK");
+    EXPECT_EQ(db_close(openDatabase(db_init).release()), 0);
+}
+
+TEST_F(DatabaseFixture, filesAreForTheirOwner) {
+    const Handle temporary = openDatabase(tmp_db_init);
+    for (const char* name : {file, "/tmp/smash_tmp.db"}) {
+        struct stat status = {};
+        ASSERT_EQ(stat(sysroot.place(name).c_str(), &status), 0) << name;
+        EXPECT_EQ(status.st_mode & 0777, 0600u) << name;
+    }
+}
+
+TEST_F(DatabaseFixture, linkInTheSharedFolderIsRefused) {
+    const auto target = sysroot.place("/var/lib/target");
+    fs::create_symlink(target, sysroot.place("/tmp/smash_tmp.db"));
+    SMASH_DB_HANDLE opened = nullptr;
+    EXPECT_EQ(tmp_db_init(&opened), 1);
+    EXPECT_THAT(db_last_error(), HasSubstr("not a file of this user"));
+}
+
+TEST(TooLongSysroot, isAFailure) {
+    setenv("PH_SYSROOT", std::string(5000, '/').c_str(), 1);
+    SMASH_DB_HANDLE opened = nullptr;
+    EXPECT_EQ(db_init(&opened), 1);
+    EXPECT_THAT(db_last_error(), HasSubstr("too long"));
+    unsetenv("PH_SYSROOT");
+}
+
+} // namespace
