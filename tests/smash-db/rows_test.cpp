@@ -41,6 +41,7 @@ void fillCommon(CompactSdr& row) {
 template <class Record>
 void expectSame(const Owned<Record>& row, const Record& expected) {
     ASSERT_NE(row, nullptr) << db_last_error();
+    // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison): both had their padding cleared
     EXPECT_EQ(std::memcmp(row.get(), &expected, sizeof expected), 0);
 }
 

@@ -81,6 +81,7 @@ TEST_F(DebugLog, keepsLinesOfThreadsApartAndCutsLongOnes) {
     inChild([] {
         const std::string text(4000, 'x');
         std::vector<std::jthread> writers;
+        writers.reserve(threads);
         for (int i = 0; i < threads; ++i)
             writers.emplace_back([&] {
                 for (int line = 0; line < count; ++line)

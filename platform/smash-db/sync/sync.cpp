@@ -82,7 +82,7 @@ void keepRequestedState(const SQLite::Database& database, DeviceRecord& device) 
     auto selection = select(database, deviceTable, "WHERE type = ?");
     selection.bind(1, device.type);
     if (const auto known = read(std::move(selection), deviceTable); known.count > 0)
-        device.requestedState = known.records.get()->requestedState;
+        device.requestedState = known.records->requestedState;
 }
 
 struct Inventory {
