@@ -37,14 +37,13 @@ void requireOwnFile(const std::string& path) {
 
 std::string createStatement(const Table& table) {
     std::string columns;
-    std::string keys;
-    for (const Column& column : table.columns) {
+    for (const Column& column : table.columns)
         columns += (columns.empty() ? "" : ", ") + std::string(column.name) +
                    (column.type == ColumnType::Text ? " TEXT NOT NULL" : " INTEGER NOT NULL");
-        if (&column - table.columns.data() < static_cast<std::ptrdiff_t>(table.keyColumns))
-            keys += (keys.empty() ? ", UNIQUE (" : ", ") + std::string(column.name);
-    }
-    return std::string("CREATE TABLE ") + table.name + " (" + columns + keys + (keys.empty() ? ")" : "))");
+    std::string key;
+    for (const Column& column : table.columns.first(table.keyColumns))
+        key += (key.empty() ? ", UNIQUE (" : ", ") + std::string(column.name);
+    return std::string("CREATE TABLE ") + table.name + " (" + columns + key + (key.empty() ? ")" : "))");
 }
 
 int number(SQLite::Database& database, const char* query) {

@@ -7,8 +7,9 @@
 #include <platform/support.h>
 
 #include <cstdio>
-#include <limits>
 #include <stdexcept>
+#include <string>
+#include <utility>
 
 struct SmashDatabase {
     SQLite::Database connection;

@@ -93,6 +93,8 @@ private:
 
     // Appends up to `count` bytes of the record. Returns the ID of the record after it.
     std::uint16_t append(std::vector<std::uint8_t>& bytes, std::uint16_t id, std::size_t count) {
+        if (bytes.size() > 0xFF)
+            throw Unreadable("its end lies beyond what the command can address");
         std::uint8_t request[6];
         ipmi::Writer(request)
             .u16(reservation_)
