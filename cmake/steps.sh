@@ -88,7 +88,7 @@ useCompilerCache() {
     export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache CCACHE_NOHASHDIR=1
 }
 
-# build PRESET: configures and builds.
+# build PRESET [OPTION...]: configures and builds, with options for Ninja.
 build() {
-    cmake --preset "$1" && cmake --build --preset "$1"
+    cmake --preset "$1" && cmake --build --preset "$1" -- "${@:2}"
 }
