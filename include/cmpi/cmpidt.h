@@ -66,8 +66,8 @@ typedef struct _CMPIError CMPIError;
 typedef struct _CMPIPropertyList CMPIPropertyList;
 typedef struct _CMPIEnumerationFilter CMPIEnumerationFilter;
 typedef struct _CMPIGcStat CMPIGcStat;
-typedef void *CMPIMsgFileHandle;
-typedef const void *CMPICodepageID;
+typedef void* CMPIMsgFileHandle;
+typedef const void* CMPICodepageID;
 
 typedef unsigned char CMPIBoolean;
 typedef unsigned short CMPIChar16;
@@ -90,7 +90,7 @@ typedef unsigned short CMPIValueState;
 
 /* The address and length of memory (CMPI_ptr). */
 struct _CMPIValuePtr {
-    void *ptr;
+    void* ptr;
     CMPICount length;
 };
 
@@ -107,15 +107,15 @@ union _CMPIValue {
     CMPIReal32 real32;
     CMPIBoolean boolean;
     CMPIChar16 char16;
-    CMPIInstance *inst;
-    CMPIObjectPath *ref;
-    CMPIArgs *args;
-    CMPISelectExp *filter;
-    CMPIEnumeration *Enum;
-    CMPIArray *array;
-    CMPIString *string;
-    char *chars;
-    CMPIDateTime *dateTime;
+    CMPIInstance* inst;
+    CMPIObjectPath* ref;
+    CMPIArgs* args;
+    CMPISelectExp* filter;
+    CMPIEnumeration* Enum;
+    CMPIArray* array;
+    CMPIString* string;
+    char* chars;
+    CMPIDateTime* dateTime;
     CMPIValuePtr dataPtr;
 };
 
@@ -125,7 +125,7 @@ struct _CMPIData {
     CMPIValue value;
 };
 
-/* ---- Type codes: simple types, a bit group for each kind, and the array flag ----------------------------------- */
+/* ---- Type codes: simple types, a bit group for each kind, and the array flag ---- */
 
 #define CMPI_null 0
 
@@ -190,7 +190,7 @@ struct _CMPIData {
 #define CMPI_keyBoolean (CMPI_boolean)
 #define CMPI_keyRef (CMPI_ref)
 
-/* ---- Value states ---------------------------------------------------------------------------------------------- */
+/* ---- Value states ---- */
 
 #define CMPI_goodValue (0)
 #define CMPI_nullValue (1 << 8)
@@ -198,7 +198,7 @@ struct _CMPIData {
 #define CMPI_notFound (4 << 8)
 #define CMPI_badValue (0x80 << 8)
 
-/* ---- Return codes ---------------------------------------------------------------------------------------------- */
+/* ---- Return codes ---- */
 
 typedef enum _CMPIrc {
     CMPI_RC_OK = 0,
@@ -238,10 +238,10 @@ typedef enum _CMPIrc {
 
 struct _CMPIStatus {
     CMPIrc rc;
-    CMPIString *msg; /* NULL: the code says it all */
+    CMPIString* msg; /* NULL: the code says it all */
 };
 
-/* ---- Flags and capabilities ------------------------------------------------------------------------------------ */
+/* ---- Flags and capabilities ---- */
 
 /* Context entries. */
 #define CMPIInvocationFlags "CMPIInvocationFlags"
@@ -268,11 +268,7 @@ struct _CMPIStatus {
 #define CMPI_MB_Indications 0x00000087
 #define CMPI_MB_OSEncapsulationSupport 0x00000100
 
-typedef enum _CMPILevel {
-    CMPI_LEV_INFO = 1,
-    CMPI_LEV_WARNING = 2,
-    CMPI_LEV_VERBOSE = 3
-} CMPILevel;
+typedef enum _CMPILevel { CMPI_LEV_INFO = 1, CMPI_LEV_WARNING = 2, CMPI_LEV_VERBOSE = 3 } CMPILevel;
 
 typedef enum _CMPISeverity {
     CMPI_DEV_DEBUG = 1,
@@ -291,15 +287,15 @@ typedef enum _CMPIErrorSeverity {
 } CMPIErrorSeverity;
 typedef unsigned int CMPIErrorProbableCause;
 
-/* ---- Functions that pass through the broker -------------------------------------------------------------------- */
+/* ---- Functions that pass through the broker ---- */
 
 #ifndef CMPI_THREAD_RETURN
-#define CMPI_THREAD_RETURN void *
+#define CMPI_THREAD_RETURN void*
 #endif
-typedef void *(*CMPIThreadFunc)(void *parameter);
+typedef void* (*CMPIThreadFunc)(void* parameter);
 typedef void (*CMPIThreadOnceFunc)(void);
-typedef void (*CMPIThreadKeyCleanupFunc)(void *key);
-typedef CMPIData CMPIAccessor(const char *name, void *parameter);
+typedef void (*CMPIThreadKeyCleanupFunc)(void* key);
+typedef CMPIData CMPIAccessor(const char* name, void* parameter);
 
 #ifdef __cplusplus
 }

@@ -4,4 +4,6 @@
 
 #include <time.h>
 
+struct timespec; /* strict C hides it in <time.h> */
+
 #endif
