@@ -3,8 +3,6 @@
 #define PROVIDER_HELPER_PROVIDER_HELPER_H
 
 #include "provider_helper/computer_system.h"
-#include "provider_helper/sensors.h"
-#include "provider_helper/tables.h"
 #include "provider_helper/utility.h"
 
 #endif

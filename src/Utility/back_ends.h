@@ -5,6 +5,9 @@
 
 #include <cstdlib>
 #include <memory>
+#include <tuple>
+#include <type_traits>
+#include <utility>
 
 namespace ph {
 
@@ -15,9 +18,10 @@ template <class T>
 using HeapPtr = std::unique_ptr<T, FreeDeleter>;
 
 // The row that a db_get_* call hands out: record(db_get_x, handle, key…); nullptr when it fails.
-template <class Row, class... Parameters, class... Arguments>
-HeapPtr<Row> record(int (*get)(SMASH_DB_HANDLE, Parameters..., Row**), SMASH_DB_HANDLE handle,
-                    Arguments... arguments) {
+template <class... Parameters, class... Arguments>
+auto record(int (*get)(Parameters...), SMASH_DB_HANDLE handle, Arguments... arguments) {
+    using RowOut = std::tuple_element_t<sizeof...(Parameters) - 1, std::tuple<Parameters...>>;
+    using Row = std::remove_pointer_t<std::remove_pointer_t<RowOut>>;
     Row* row = nullptr;
     const int result = get(handle, arguments..., &row);
     HeapPtr<Row> owner(row);

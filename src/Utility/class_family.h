@@ -22,15 +22,15 @@ enum class Detail { Names, All }; // what an enumeration fills: keys only, or ev
 
 // A request that changes something, as CMPI hands it over. What a request has no use for is NULL.
 struct Request {
-    const CMPIBroker* broker;
-    const CMPIContext* context;
-    const CMPIResult* result;
-    const CMPIObjectPath* ref;
-    const CMPIInstance* instance; // modify, create
-    const char** properties;      // modify
-    const char* method;           // invoke
-    const CMPIArgs* in;           // invoke
-    CMPIArgs* out;                // invoke
+    const CMPIBroker* broker = nullptr;
+    const CMPIContext* context = nullptr;
+    const CMPIResult* result = nullptr;
+    const CMPIObjectPath* ref = nullptr;
+    const CMPIInstance* instance = nullptr; // modify, create
+    const char** properties = nullptr;      // modify
+    const char* method = nullptr;           // invoke
+    const CMPIArgs* in = nullptr;           // invoke
+    CMPIArgs* out = nullptr;                // invoke
 };
 using RequestHandler = CMPIStatus (*)(const Request& request);
 

@@ -121,30 +121,30 @@ consteval std::array<Property, A + B> joined(const Property (&first)[A], const P
     return all;
 }
 
+// A property that is published as its field of the record holds it.
+consteval Property stored(const char* name, Kind kind, std::size_t offset,
+                          bool (*condition)(const void*) = nullptr) {
+    return {name, kind, false, offset, condition, nullptr};
+}
+
+consteval Property key(const char* name, Kind kind, std::size_t offset) {
+    return {name, kind, true, offset, nullptr, nullptr};
+}
+
+// A property whose value `Function` makes from the record.
+template <auto Function>
+consteval Property computed(const char* name, bool (*condition)(const void*) = nullptr) {
+    return {name, kindOf<detail::ResultOf<Function>>(), false, 0, condition, detail::compute<Function>};
+}
+
 } // namespace ph
 
-// A row of a property table. `condition` is bool(const Record&); `function` returns the value from a const
+// A row of a property table. `test` is bool(const Record&); `function` returns the value from a const
 // Record&.
-#define PH_KEY(Record, field)                                                                                \
-    ::ph::Property {                                                                                         \
-#field, ::ph::kindOf < decltype(Record::field)>(), true, offsetof(Record, field), nullptr, nullptr   \
-    }
-#define PH_PROPERTY(Record, field)                                                                           \
-    ::ph::Property {                                                                                         \
-#field, ::ph::kindOf < decltype(Record::field)>(), false, offsetof(Record, field), nullptr, nullptr  \
-    }
-#define PH_PROPERTY_IF(Record, field, condition)                                                             \
-    ::ph::Property {                                                                                         \
-#field, ::ph::kindOf < decltype(Record::field)>(), false, offsetof(Record, field),                   \
-            ::ph::detail::condition < &condition>, nullptr                                                   \
-    }
-#define PH_COMPUTED(name, function)                                                                          \
-    ::ph::Property {                                                                                         \
-        name, ::ph::kindOf<::ph::detail::ResultOf<&function>>(), false, 0, nullptr,                          \
-            ::ph::detail::compute<&function>                                                                 \
-    }
-#define PH_COMPUTED_IF(name, function, condition)                                                            \
-    ::ph::Property {                                                                                         \
-        name, ::ph::kindOf<::ph::detail::ResultOf<&function>>(), false, 0,                                   \
-            ::ph::detail::condition<&condition>, ::ph::detail::compute<&function>                            \
-    }
+#define PH_FIELD(Record, field) #field, ::ph::kindOf < decltype(Record::field)>(), offsetof(Record, field)
+#define PH_KEY(Record, field) ::ph::key(PH_FIELD(Record, field))
+#define PH_PROPERTY(Record, field) ::ph::stored(PH_FIELD(Record, field))
+#define PH_PROPERTY_IF(Record, field, test)                                                                  \
+    ::ph::stored(PH_FIELD(Record, field), ::ph::detail::condition<&test>)
+#define PH_COMPUTED(name, function) ::ph::computed<&function>(name)
+#define PH_COMPUTED_IF(name, function, test) ::ph::computed<&function>(name, ::ph::detail::condition<&test>)

@@ -1,8 +1,9 @@
 // Values of a client's request as native numbers, booleans and strings.
-#include "Utility/typed_values.h"
+#include "provider_helper/utility.h"
 
 #include <cctype>
 #include <cmpimacs.h>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <limits>

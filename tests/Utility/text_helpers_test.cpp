@@ -1,8 +1,10 @@
 // Addresses, identifiers and lists as text.
 #include "provider_helper/utility.h"
 #include "Utility/array_count.h"
+#include <cstring>
 
 #include <cstdlib>
+#include <cstring>
 #include <gmock/gmock.h>
 #include <string>
 #include <vector>
