@@ -1,0 +1,196 @@
+// The CMPI objects: a handle with its function table over a C++ value, and what their functions have in common.
+#pragma once
+
+#include "state.h"
+
+#include <cmpift.h>
+#include <type_traits>
+#include <utility>
+
+namespace broker {
+
+class Object {
+public:
+    explicit Object(State& objectState);
+    virtual ~Object();
+    Object(const Object&) = delete;
+    Object& operator=(const Object&) = delete;
+
+    virtual const char* type() const = 0;    // "CMPIString", …
+    virtual std::string describe() const = 0; // for toString()
+    void destroy();
+
+    State& state;
+    bool preparedForThread = false; // a context that goes with detachThread
+
+private:
+    friend class Arena;
+    std::shared_ptr<State> keepsState_; // unless the state's own arena owns the object
+    Arena* arena_ = nullptr;            // none: a clone, its owner releases it
+    Object* previous_ = nullptr;
+    Object* next_ = nullptr;
+};
+
+struct PropertyFilter {
+    std::vector<std::string> properties, keys;
+};
+
+struct InstanceContent {
+    Instance instance;
+    std::optional<PropertyFilter> filter;
+};
+
+struct EnumerationContent {
+    std::vector<Value> items;
+    size_t next = 0;
+};
+
+// What an object of each kind holds, and its function table.
+template <class Handle>
+struct Traits;
+
+#define BROKER_TRAITS(Handle, ContentType)                                                                    \
+    template <>                                                                                               \
+    struct Traits<Handle> {                                                                                   \
+        using Content = ContentType;                                                                          \
+        static const Handle##FT table;                                                                        \
+        static constexpr const char* name = #Handle;                                                          \
+    }
+
+BROKER_TRAITS(CMPIString, std::string);
+BROKER_TRAITS(CMPIDateTime, DateTime);
+BROKER_TRAITS(CMPIArray, Value); // its type has CMPI_ARRAY
+BROKER_TRAITS(CMPIObjectPath, ObjectPath);
+BROKER_TRAITS(CMPIInstance, InstanceContent);
+BROKER_TRAITS(CMPIArgs, NamedValues);
+BROKER_TRAITS(CMPIContext, NamedValues);
+BROKER_TRAITS(CMPIResult, Reply);
+BROKER_TRAITS(CMPIEnumeration, EnumerationContent);
+#undef BROKER_TRAITS
+
+inline std::string description(const std::string& text) { return text; }
+inline std::string description(const DateTime& time) { return time.text(); }
+inline std::string description(const Value& value) { return toText(value); }
+inline std::string description(const ObjectPath& path) { return toText(path); }
+inline std::string description(const InstanceContent& content) {
+    return "instance of " + toText(content.instance.path);
+}
+template <class Content>
+std::string description(const Content&) {
+    return {};
+}
+
+template <class Handle>
+class ObjectOf final : public Object {
+public:
+    using Content = typename Traits<Handle>::Content;
+
+    ObjectOf(State& objectState, Content objectContent)
+        : Object(objectState), handle{static_cast<Object*>(this), &Traits<Handle>::table},
+          content(std::move(objectContent)) {}
+    const char* type() const override { return Traits<Handle>::name; }
+    std::string describe() const override { return description(content); }
+
+    Handle handle;
+    Content content;
+};
+
+template <class Handle>
+ObjectOf<Handle>& objectOf(const Handle* handle) {
+    if (handle == nullptr || handle->hdl == nullptr)
+        throw Failure{CMPI_RC_ERR_INVALID_HANDLE};
+    return *static_cast<ObjectOf<Handle>*>(static_cast<Object*>(const_cast<void*>(handle->hdl)));
+}
+
+inline State& objectOf(const CMPIBroker* broker) {
+    if (broker == nullptr || broker->hdl == nullptr)
+        throw Failure{CMPI_RC_ERR_INVALID_HANDLE};
+    return *static_cast<State*>(const_cast<void*>(broker->hdl));
+}
+
+inline State& stateOf(State& state) { return state; }
+inline State& stateOf(Object& object) { return object.state; }
+
+// A new object of the request.
+template <class Handle>
+Handle* make(State& state, typename Traits<Handle>::Content content) {
+    auto object = std::make_unique<ObjectOf<Handle>>(state, std::move(content));
+    state.arena().adopt(*object);
+    return &object.release()->handle;
+}
+
+// Within a catch block: the exception as a status.
+CMPIStatus currentFailure(State* state) noexcept;
+
+// What a function returns that fails.
+template <class Result>
+Result failed() {
+    if constexpr (std::is_same_v<Result, CMPIData>)
+        return {CMPI_null, CMPI_nullValue | CMPI_notFound, {}};
+    else
+        return {};
+}
+
+// Runs body(object) as the CMPI function `call` that reports through `status`.
+template <class Handle, class Body>
+auto obtain(const Handle* handle, Call call, CMPIStatus* status, Body body) noexcept
+    -> decltype(body(objectOf(handle))) {
+    State* state = nullptr;
+    CMPIStatus outcome{CMPI_RC_OK, nullptr};
+    auto result = failed<decltype(body(objectOf(handle)))>();
+    try {
+        auto& object = objectOf(handle);
+        state = &stateOf(object);
+        state->count(call);
+        result = body(object);
+    } catch (...) {
+        outcome = currentFailure(state);
+    }
+    if (status != nullptr)
+        *status = outcome;
+    return result;
+}
+
+// The same for one that returns its status.
+template <class Handle, class Body>
+CMPIStatus perform(const Handle* handle, Call call, Body body) noexcept {
+    CMPIStatus status{CMPI_RC_OK, nullptr};
+    obtain(handle, call, &status, [&](auto& object) {
+        body(object);
+        return true;
+    });
+    return status;
+}
+
+template <class Handle>
+CMPIStatus release(Handle* handle) {
+    return perform(handle, Call::release, [](Object& object) { object.destroy(); });
+}
+
+// An object that the caller owns.
+template <class Handle>
+Handle* clone(const Handle* handle, CMPIStatus* status) {
+    return obtain(handle, Call::clone, status, [](const ObjectOf<Handle>& object) {
+        return &(new ObjectOf<Handle>(object.state, object.content))->handle;
+    });
+}
+
+inline void report(CMPIStatus& status) { status = {CMPI_RC_ERR_NOT_SUPPORTED, nullptr}; }
+inline void report(CMPIStatus* status) {
+    if (status != nullptr)
+        report(*status);
+}
+template <class Argument>
+void report(const Argument&) {}
+
+// Fits into any table for a function that this broker does not have.
+template <class Result, class... Arguments>
+Result unsupported(Arguments... arguments) {
+    (report(arguments), ...);
+    if constexpr (std::is_same_v<Result, CMPIStatus>)
+        return {CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
+    else
+        return failed<Result>();
+}
+
+} // namespace broker

@@ -1,0 +1,81 @@
+// What a broker is inside: its CMPI handle, settings and counters, and the arenas that own objects.
+#pragma once
+
+#include "broker/broker.h"
+#include "calls.h"
+
+#include <array>
+#include <atomic>
+#include <mutex>
+#include <string>
+
+namespace broker {
+
+class Object;
+
+// A CMPI function that cannot do what it is asked.
+struct Failure {
+    CMPIrc code;
+    std::string message = {};
+};
+
+// Owns objects until it ends or they are released.
+class Arena {
+public:
+    Arena() = default;
+    ~Arena() { clear(); }
+    Arena(const Arena&) = delete;
+    Arena& operator=(const Arena&) = delete;
+
+    void adopt(Object& object);
+    void disown(Object& object);
+    void clear();
+
+private:
+    std::mutex mutex_;
+    Object* first_ = nullptr;
+};
+
+// Objects that a thread makes while a scope is its innermost go with the scope.
+class Scope {
+public:
+    explicit Scope(std::shared_ptr<State> state);
+    ~Scope();
+    Scope(const Scope&) = delete;
+    Scope& operator=(const Scope&) = delete;
+
+    static Scope* innermost(); // of this thread
+
+    const std::shared_ptr<State> state;
+    Arena arena;
+
+private:
+    Scope* outer_;
+};
+
+class State : public std::enable_shared_from_this<State> {
+public:
+    State();
+
+    // Counts a call; throws Failure when this is the one that is to fail.
+    void count(Call call);
+
+    // Where objects go: the thread's innermost scope, or what lasts as long as the broker.
+    Arena& arena();
+
+    struct Counter {
+        std::atomic<unsigned> calls{0};
+        std::atomic<unsigned> failAt{0}; // 0: never
+    };
+
+    CMPIBroker handle;
+    std::array<Counter, std::size(callNames)> counters;
+    std::atomic<size_t> liveObjects{0};
+    Broker::Router router;
+    Broker::IndicationHandler indicationHandler;
+    Broker::LogHandler logHandler;
+    Broker::KeyNames keyNames;
+    Arena root;
+};
+
+} // namespace broker
