@@ -1,0 +1,117 @@
+// A BMC in the process: an IPMI controller whose whole state is a file, so that separate processes see the
+// same machine. Behind a session it is ipmi::openTransport with SessionSettings::VirtualBmc; here is what
+// operates the machine from outside: making it, looking at it, turning its sensors, making its commands fail.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <nlohmann/json_fwd.hpp>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vbmc {
+
+// The text names the file, the place in it ("sensors[3].m") and the reason.
+struct Error : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+enum class Existing { Refuse, Replace };
+
+// Makes the state file (mode 0600; missing folders above it too) of the server that a model describes
+// (docs/virtual-bmc.md). Throws Error and leaves no file, or the former one, when the model is wrong or the
+// file exists and shall not be replaced.
+void create(const std::filesystem::path& stateFile, const std::filesystem::path& modelFile,
+            Existing existing = Existing::Refuse);
+// The same from the model's text, which errors call `modelName`.
+void createFromText(const std::filesystem::path& stateFile, std::string_view model,
+                    const std::string& modelName, Existing existing = Existing::Refuse);
+
+// Names a sensor by its number, or by its name. A text that is no sensor's name may be a number, decimal or
+// with 0x before it.
+class SensorRef {
+public:
+    SensorRef(int number) : number_(number) {}
+    SensorRef(std::string_view text) : text_(text) {}
+    SensorRef(const std::string& text) : text_(text) {}
+    SensorRef(const char* text) : text_(text) {}
+
+    int number() const { return number_; } // -1: by text
+    const std::string& text() const { return text_; }
+
+private:
+    int number_ = -1;
+    std::string text_;
+};
+
+enum class Availability {
+    Available,
+    Unavailable, // Get Sensor Reading answers with its "reading/state unavailable" bit
+    Unreadable,  // Get Sensor Reading fails with CBh
+};
+
+// What goes wrong with one command.
+struct Fault {
+    enum Kind {
+        CompletionCode, // `value` is the answer, the command has no effect
+        ShortAnswer,    // the answer is cut to `value` bytes, completion code included, 1 at least
+        Late,   // the answer comes after `value` milliseconds, or not at all if the session's time-out
+                // passes before
+        Silent, // no answer and no effect; the session's time-out is not waited for
+    };
+    std::uint8_t netFn = 0;
+    std::uint8_t command = 0;
+    Kind kind = CompletionCode;
+    unsigned value = 0;
+    unsigned skip = 0;  // so many calls go well before the first that does not
+    unsigned calls = 0; // how many calls it then strikes; 0: until it is cleared
+};
+
+// A message that the BMC received and its answer; `answer` is empty where it gave none.
+struct Message {
+    std::uint8_t netFn = 0;
+    std::uint8_t command = 0;
+    std::vector<std::uint8_t> request; // after the command
+    std::vector<std::uint8_t> answer;  // completion code first
+};
+
+class StateFile;
+
+// Every call is one transaction on the state file, like an IPMI command. All throw Error when the file is
+// missing, of something else or damaged, and for arguments that the machine does not have.
+class VirtualBmc {
+public:
+    explicit VirtualBmc(std::filesystem::path stateFile);
+    ~VirtualBmc();
+
+    // The machine as it is now: an object with a member per part of it ("device", "sensors", "users", …). An
+    // array of objects is a table; what is named "...Text" or "value" is meant for people. Sensors have
+    //   number, name, type, readingType, availability,
+    //   threshold sensors: raw, value, unit, crossed (names of the thresholds the reading is beyond)
+    //   discrete sensors: states (bits), statesText (their offsets)
+    nlohmann::ordered_json describe();
+
+    // Threshold sensors. The comparison status bits of the answer follow from the reading and the thresholds.
+    void setReading(const SensorRef& sensor, double value); // in the sensor's unit, to the nearest raw value
+    void setRawReading(const SensorRef& sensor, std::uint8_t raw);
+    // Discrete sensors: bit n is state offset n, 0 to 14.
+    void setStates(const SensorRef& sensor, std::uint16_t states);
+    void setAvailability(const SensorRef& sensor, Availability availability);
+
+    void addFault(const Fault& fault);
+    std::vector<Fault> faults(); // those that can still strike; skip and calls count down
+    void clearFaults();
+
+    // Records the next `limit` messages, those of other processes too, after forgetting earlier ones; 0 ends
+    // the recording and forgets.
+    void recordMessages(std::size_t limit);
+    std::vector<Message> recordedMessages();
+
+private:
+    std::unique_ptr<StateFile> file_;
+};
+
+} // namespace vbmc
