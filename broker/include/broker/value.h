@@ -89,8 +89,8 @@ std::string toText(const ObjectPath& path);
 
 class PathSyntaxError : public std::invalid_argument {
 public:
-    PathSyntaxError(const std::string& message, size_t position)
-        : std::invalid_argument(message + " at position " + std::to_string(position + 1)), position(position) {}
+    PathSyntaxError(const std::string& message, size_t offset)
+        : std::invalid_argument(message + " at position " + std::to_string(offset + 1)), position(offset) {}
     size_t position; // 0-based
 };
 

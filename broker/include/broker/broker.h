@@ -1,0 +1,168 @@
+// A CMPI broker in the process: it loads provider modules as an object manager does and answers requests with
+// them.
+//
+//     broker::Broker broker;
+//     broker.loadProvider("libProviderHelperProviders.so", "ProviderHelper");
+//     const broker::Reply reply = broker.enumerateInstances({.nameSpace = "root/cimv2", .className =
+//     "CIM_Sensor"});
+//
+// Requests may come from several threads at once. The handlers and the user are set before the first one.
+#pragma once
+
+#include "broker/value.h"
+
+#include <cmpift.h>
+#include <functional>
+
+namespace broker {
+
+class Frame;
+class State;
+
+// Names of the wanted properties; without a list all of them are.
+using PropertyList = std::optional<std::vector<std::string>>;
+
+struct Request {
+    enum class Operation {
+        EnumerateInstances,
+        EnumerateInstanceNames,
+        GetInstance,
+        ModifyInstance,
+        CreateInstance,
+        DeleteInstance,
+        InvokeMethod
+    };
+    Operation operation;
+    ObjectPath path;
+    Instance instance = {};       // modify, create
+    PropertyList properties = {}; // enumerate, get, modify
+    std::string method = {};      // invoke
+    NamedValues arguments = {};   // invoke
+};
+
+// What a provider returned, and how it ended.
+struct Reply {
+    CMPIrc code = CMPI_RC_OK;
+    std::string message = {};
+    std::vector<Instance> instances = {};
+    std::vector<ObjectPath> paths = {}; // of enumerated names, or of the created instance
+    std::vector<Value> values = {};     // a method's return value is the first
+    NamedValues arguments = {};         // a method's out-arguments
+    bool done = false;                  // the provider said that all is returned
+
+    bool ok() const { return code == CMPI_RC_OK; }
+};
+
+// "CMPI_RC_ERR_NOT_SUPPORTED", …; the number for codes without a name.
+std::string codeName(CMPIrc code);
+
+class LoadError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+class Broker {
+public:
+    // Answers a request. One that is set takes the place of the loaded providers.
+    using Router = std::function<Reply(const Request& request)>;
+    // Receives what providers deliver; an exception makes the delivery fail with its text.
+    using IndicationHandler = std::function<void(const std::string& nameSpace, const Instance& indication)>;
+    // Receives what providers log and trace.
+    using LogHandler = std::function<void(const std::string& id, const std::string& text)>;
+
+    Broker();
+    ~Broker(); // ends the providers
+    Broker(const Broker&) = delete;
+    Broker& operator=(const Broker&) = delete;
+
+    void setRouter(Router router);
+    void setIndicationHandler(IndicationHandler handler);
+    void setLogHandler(LogHandler handler);
+    // Whom requests come from: context entry CMPIPrincipal. Without one, or with "", the entry is missing.
+    void setUser(std::string user);
+
+    // Loads a module and creates what it has of an instance, a method and an indication provider: through
+    // <name>_Create_…MI, else _Generic_Create_…MI. It serves these classes, or with none named every class
+    // that no module loaded before does. Throws LoadError.
+    void loadProvider(const std::string& file, const std::string& name,
+                      std::vector<std::string> classes = {});
+
+    // A provider that fails gives a reply with its code and message, and without results.
+    Reply execute(const Request& request);
+    Reply enumerateInstances(const ObjectPath& path, const PropertyList& properties = {});
+    Reply enumerateInstanceNames(const ObjectPath& path);
+    Reply getInstance(const ObjectPath& path, const PropertyList& properties = {});
+    Reply modifyInstance(const ObjectPath& path, const Instance& instance,
+                         const PropertyList& properties = {});
+    Reply createInstance(const ObjectPath& path, const Instance& instance);
+    Reply deleteInstance(const ObjectPath& path);
+    Reply invokeMethod(const ObjectPath& path, const std::string& method, const NamedValues& arguments = {});
+
+    // Tells the indication provider of the class in `source` that somebody listens with this query, or no
+    // longer does: the filter is authorized and activated and indications are enabled, or the reverse.
+    Reply subscribe(const std::string& query, const ObjectPath& source);
+    Reply unsubscribe(const std::string& query, const ObjectPath& source);
+
+    // For code that speaks CMPI itself. Objects that are made without a Scope last as long as the broker.
+    const CMPIBroker* handle() const;
+
+    // Tests: how often CMPI functions were called, by the names of their table members ("setProperty";
+    // "clone" and "release" are those of every object), and the nth call from now that fails, with code 1 and
+    // without effect. Unknown names throw std::invalid_argument.
+    static std::vector<std::string> callNames();
+    unsigned calls(std::string_view name) const;
+    void failCall(std::string_view name, unsigned nth); // 0: none fails
+    void resetCalls();                                  // counts from 0, none fails
+
+    // CMPI objects that exist, of scopes as well as clones.
+    size_t liveObjects() const;
+
+private:
+    friend class Scope;
+    std::shared_ptr<State> state_;
+};
+
+// CMPI objects that the thread makes go with its innermost scope. A request has its own.
+class Scope {
+public:
+    explicit Scope(const Broker& broker);
+    ~Scope();
+    Scope(const Scope&) = delete;
+    Scope& operator=(const Scope&) = delete;
+
+    // CMPI objects of this scope.
+    CMPIObjectPath* make(const ObjectPath& path);
+    CMPIInstance* make(const Instance& instance);
+    CMPIArgs* makeArgs(const NamedValues& arguments = {});
+    CMPIContext* makeContext(const NamedValues& entries = {});
+    CMPIResult* makeResult();
+    CMPIData makeData(const Value& value);
+
+private:
+    std::unique_ptr<Frame> frame_;
+};
+
+// The property list as providers take it, valid as long as this and the list.
+class PropertyNames {
+public:
+    explicit PropertyNames(const PropertyList& properties);
+    const char** names() { return given_ ? names_.data() : nullptr; }
+
+private:
+    bool given_;
+    std::vector<const char*> names_; // ends with NULL
+};
+
+// CMPI objects, of any broker, as C++ values. Throw std::invalid_argument for what a Value cannot express.
+Value toValue(const CMPIData& data);
+ObjectPath toObjectPath(const CMPIObjectPath* path);
+Instance toInstance(const CMPIInstance* instance);
+NamedValues toNamedValues(const CMPIArgs* arguments);
+std::string toString(const CMPIString* string); // NULL is ""
+
+// What was returned so far through a result of this broker.
+Reply toReply(const CMPIResult* result);
+// The status as a reply without results.
+Reply toReply(const CMPIStatus& status);
+
+} // namespace broker
