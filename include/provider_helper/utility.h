@@ -139,32 +139,41 @@ PH_EXPORT int CheckForValidObjectPath(const CMPIBroker* broker, const CMPIObject
  *                      "DeleteInstance not supported", "Invoke Method not supported".
  *
  * Beside them a class has PH_Fill_X, which fills the non-key fields of a record from its back-end rows. */
-#define PH_DECLARE_CLASS_FAMILY(X, Record)                                                                            \
-    PH_EXPORT int PH_Enum_All_##X(Record** records, int* count, int namesOnly);                                       \
-    PH_EXPORT int PH_Get_##X(Record** record, CMPIString** keyValues);                                                \
-    PH_EXPORT void PH_Clean_##X(Record** records, int count);                                                         \
-    PH_EXPORT CMPIObjectPath* PH_MakePath_##X(const CMPIBroker* broker, const CMPIContext* context,                   \
-                                              const CMPIObjectPath* ref, const Record* record, CMPIStatus* status);   \
-    PH_EXPORT CMPIInstance* PH_MakeInst_##X(const CMPIBroker* broker, const CMPIContext* context,                     \
+#define PH_DECLARE_CLASS_FAMILY(X, Record) \
+    PH_DECLARE_CLASS_RECORDS(X, Record); \
+    PH_DECLARE_EMBEDDED_CLASS_FAMILY(X, Record)
+
+/* The part that a class has whose instances are only reached through others, as CIM_Error. Its EIN, EI and GI
+ * answer 7: "Enumerate Instance Names not supported", "Enumerate Instances  not supported", "Get Instance not
+ * supported". */
+#define PH_DECLARE_EMBEDDED_CLASS_FAMILY(X, Record) \
+    PH_EXPORT CMPIObjectPath* PH_MakePath_##X(const CMPIBroker* broker, const CMPIContext* context, \
+                                              const CMPIObjectPath* ref, const Record* record, CMPIStatus* status); \
+    PH_EXPORT CMPIInstance* PH_MakeInst_##X(const CMPIBroker* broker, const CMPIContext* context, \
                                             const CMPIObjectPath* ref, const char** properties, const Record* record, \
-                                            int callerKind, int callerDetail, CMPIStatus* status);                    \
-    PH_EXPORT CMPIArray* PH_##X##_GetInstArray(const CMPIObjectPath* ref, const CMPIBroker* broker,                   \
-                                               const CMPIContext* context, const char** properties);                  \
-    PH_EXPORT void PH_EI_##X(const CMPIBroker* broker, const CMPIContext* context, const CMPIObjectPath* ref,         \
-                             const char** properties, const CMPIResult* result, CMPIStatus* status);                  \
-    PH_EXPORT void PH_EIN_##X(const CMPIBroker* broker, const CMPIContext* context, const CMPIObjectPath* ref,        \
-                              const CMPIResult* result, CMPIStatus* status);                                          \
-    PH_EXPORT void PH_GI_##X(const CMPIBroker* broker, const CMPIContext* context, const CMPIObjectPath* ref,         \
-                             const char** properties, const CMPIResult* result, CMPIStatus* status);                  \
-    PH_EXPORT CMPIStatus PH_MI_##X(const CMPIBroker* broker, const CMPIContext* context, const CMPIResult* result,    \
-                                   const CMPIObjectPath* ref, const CMPIInstance* instance,                           \
-                                   const char** properties);                                                          \
-    PH_EXPORT CMPIStatus PH_CI_##X(const CMPIBroker* broker, const CMPIContext* context, const CMPIResult* result,    \
-                                   const CMPIObjectPath* ref, const CMPIInstance* instance);                          \
-    PH_EXPORT CMPIStatus PH_DI_##X(const CMPIBroker* broker, const CMPIContext* context, const CMPIResult* result,    \
-                                   const CMPIObjectPath* ref);                                                        \
-    PH_EXPORT CMPIStatus PH_IM_##X(const CMPIBroker* broker, const CMPIContext* context, const CMPIResult* result,    \
+                                            int callerKind, int callerDetail, CMPIStatus* status); \
+    PH_EXPORT void PH_EI_##X(const CMPIBroker* broker, const CMPIContext* context, const CMPIObjectPath* ref, \
+                             const char** properties, const CMPIResult* result, CMPIStatus* status); \
+    PH_EXPORT void PH_EIN_##X(const CMPIBroker* broker, const CMPIContext* context, const CMPIObjectPath* ref, \
+                              const CMPIResult* result, CMPIStatus* status); \
+    PH_EXPORT void PH_GI_##X(const CMPIBroker* broker, const CMPIContext* context, const CMPIObjectPath* ref, \
+                             const char** properties, const CMPIResult* result, CMPIStatus* status); \
+    PH_EXPORT CMPIStatus PH_MI_##X(const CMPIBroker* broker, const CMPIContext* context, const CMPIResult* result, \
+                                   const CMPIObjectPath* ref, const CMPIInstance* instance, \
+                                   const char** properties); \
+    PH_EXPORT CMPIStatus PH_CI_##X(const CMPIBroker* broker, const CMPIContext* context, const CMPIResult* result, \
+                                   const CMPIObjectPath* ref, const CMPIInstance* instance); \
+    PH_EXPORT CMPIStatus PH_DI_##X(const CMPIBroker* broker, const CMPIContext* context, const CMPIResult* result, \
+                                   const CMPIObjectPath* ref); \
+    PH_EXPORT CMPIStatus PH_IM_##X(const CMPIBroker* broker, const CMPIContext* context, const CMPIResult* result, \
                                    const CMPIObjectPath* ref, const char* method, const CMPIArgs* in, CMPIArgs* out)
+
+#define PH_DECLARE_CLASS_RECORDS(X, Record) \
+    PH_EXPORT int PH_Enum_All_##X(Record** records, int* count, int namesOnly); \
+    PH_EXPORT int PH_Get_##X(Record** record, CMPIString** keyValues); \
+    PH_EXPORT void PH_Clean_##X(Record** records, int count); \
+    PH_EXPORT CMPIArray* PH_##X##_GetInstArray(const CMPIObjectPath* ref, const CMPIBroker* broker, \
+                                               const CMPIContext* context, const char** properties)
 
 /* All instances of the class that `ref` names, found by that name: an OEM library's function first
  * (PH_OEM_<class>_GetInstArray in /usr/local/lib/libOEMProviderHelper.so), then this library's, then the class that

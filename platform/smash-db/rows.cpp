@@ -33,6 +33,8 @@ void visitInteger(ColumnType type, Visitor visit) {
         return visit(std::uint32_t{});
     case ColumnType::I32:
         return visit(std::int32_t{});
+    case ColumnType::I64:
+        return visit(std::int64_t{});
     case ColumnType::Text:
         break;
     }

@@ -1,9 +1,7 @@
-// The tables of the two databases.
+// The two databases: file, version, tables.
 #pragma once
 
 #include "smash-db/table.h"
-
-#include <platform/smash_db.h>
 
 namespace smash {
 
@@ -16,11 +14,5 @@ struct Schema {
 
 extern const Schema smashSchema;
 extern const Schema temporarySchema;
-
-extern const TableOf<IPMISessionInfo> sessionTable;
-extern const TableOf<DeviceRecord> deviceTable;
-extern const TableOf<FruRecord> fruTable;
-extern const TableOf<CompactSdr> compactSdrTable;
-extern const TableOf<FullSdr> fullSdrTable;
 
 } // namespace smash

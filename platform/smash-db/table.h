@@ -11,7 +11,7 @@
 
 namespace smash {
 
-enum class ColumnType : std::uint8_t { Text, U8, U16, U32, I32 };
+enum class ColumnType : std::uint8_t { Text, U8, U16, U32, I32, I64 };
 
 struct Column {
     const char* name;
@@ -48,9 +48,11 @@ consteval ColumnType columnType() {
         return ColumnType::U16;
     } else if constexpr (std::is_same_v<T, std::uint32_t>) {
         return ColumnType::U32;
-    } else {
-        static_assert(std::is_same_v<T, std::int32_t>);
+    } else if constexpr (std::is_same_v<T, std::int32_t>) {
         return ColumnType::I32;
+    } else {
+        static_assert(std::is_same_v<T, std::int64_t>);
+        return ColumnType::I64;
     }
 }
 

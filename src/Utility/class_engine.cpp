@@ -106,6 +106,14 @@ bool setArray(CMPIInstance* instance, const char* name, CMPIArray* array, CMPITy
     return CMSetProperty(instance, name, &value, type).rc == CMPI_RC_OK;
 }
 
+bool setDateTime(CMPIInstance* instance, const char* name, CMPIDateTime* time) {
+    if (time == nullptr)
+        return false;
+    CMPIValue value{};
+    value.dateTime = time;
+    return CMSetProperty(instance, name, &value, CMPI_dateTime).rc == CMPI_RC_OK;
+}
+
 bool setText(CMPIInstance* instance, const char* name, const char* text) {
     return CMSetProperty(instance, name, reinterpret_cast<const CMPIValue*>(text), CMPI_chars).rc ==
            CMPI_RC_OK;
@@ -132,6 +140,23 @@ bool setProperty(const CMPIBroker* broker, CMPIInstance* instance, const Propert
     case Kind::Uint16ListRef:
         return setArray(instance, property.name,
                         PH_Dup_uint16_Array(broker, *static_cast<const int* const*>(field)), CMPI_uint16A);
+    case Kind::Uint16Slots: {
+        const auto* slots = static_cast<const std::uint16_t*>(field);
+        return *slots == 0xFFFF ||
+               setArray(instance, property.name, PH_DupArray_uint16(broker, slots, 0), CMPI_uint16A);
+    }
+    case Kind::DateTimeText: {
+        const char* text = static_cast<const char*>(field);
+        return *text == '\0' ||
+               setDateTime(instance, property.name, CMNewDateTimeFromChars(broker, text, nullptr));
+    }
+    case Kind::DateTimeValue: {
+        const std::uint64_t microseconds = static_cast<const DateTime*>(field)->microseconds;
+        return setDateTime(instance, property.name,
+                           microseconds == DateTime::none
+                               ? CMNewDateTimeFromChars(broker, nullptr, nullptr)
+                               : CMNewDateTimeFromBinary(broker, microseconds, false, nullptr));
+    }
     case Kind::StringList: {
         char* const* texts = static_cast<char* const*>(field);
         return *texts == nullptr ||
@@ -287,6 +312,8 @@ CMPIArray* instanceArray(const ClassFamily& family, const CMPIObjectPath* ref, c
 
 void enumerateInstances(const ClassFamily& family, const CMPIBroker* broker, const CMPIObjectPath* ref,
                         const char** properties, const CMPIResult* result, CMPIStatus* status) {
+    if (family.enumerate == nullptr)
+        return fail(broker, status, CMPI_RC_ERR_NOT_SUPPORTED, "Enumerate Instances  not supported");
     RequestRecords records(family);
     bool done = records.enumerate(Detail::All);
     for (int i = 0; done && i < records.count(); ++i) {
@@ -301,6 +328,8 @@ void enumerateInstances(const ClassFamily& family, const CMPIBroker* broker, con
 
 void enumerateNames(const ClassFamily& family, const CMPIBroker* broker, const CMPIObjectPath* ref,
                     const CMPIResult* result, CMPIStatus* status) {
+    if (family.enumerate == nullptr)
+        return fail(broker, status, CMPI_RC_ERR_NOT_SUPPORTED, "Enumerate Instance Names not supported");
     RequestRecords records(family);
     bool done = records.enumerate(Detail::Names);
     for (int i = 0; done && i < records.count(); ++i) {
@@ -313,6 +342,8 @@ void enumerateNames(const ClassFamily& family, const CMPIBroker* broker, const C
 
 void getInstance(const ClassFamily& family, const CMPIBroker* broker, const CMPIObjectPath* ref,
                  const char** properties, const CMPIResult* result, CMPIStatus* status) {
+    if (family.enumerate == nullptr)
+        return fail(broker, status, CMPI_RC_ERR_NOT_SUPPORTED, "Get Instance not supported");
     // What exactly is wrong with the keys never reaches the client from here.
     CMPIStatus keyStatus = success;
     CMPIString* keyValues[maxKeys] = {};

@@ -38,11 +38,12 @@ using RequestHandler = CMPIStatus (*)(const Request& request);
 template <class Record>
 struct ClassDefinition {
     const char* name;       // "CIM_…"
-    const char* superclass; // for the class's schema
+    const char* superclass; // for the class's schema; nullptr: none
     std::span<const char* const> keys;
     std::span<const Property> properties; // in publication order, keys first
-    // Appends the records: 0, or -1 and nothing counts as appended.
-    int (*enumerate)(RecordArray<Record>& records, Detail detail);
+    // Appends the records: 0, or -1 and nothing counts as appended. A class without it is only reached
+    // through others: it refuses to be enumerated and got.
+    int (*enumerate)(RecordArray<Record>& records, Detail detail) = nullptr;
     // Appends the one record with these key values (not NULL, in key-list order) or a likely one: the keys
     // are compared afterwards. Without it the whole enumeration is searched.
     int (*get)(RecordArray<Record>& records, CMPIString** keyValues) = nullptr;
@@ -98,10 +99,11 @@ constexpr ClassFamily eraseTypes() {
                        nullptr,           nullptr,
                        definition.modify, definition.create,
                        definition.remove, definition.invoke};
-    family.enumerate = [](RecordStore& store, Detail detail) {
-        RecordArray<Record> records(store);
-        return definition.enumerate(records, detail);
-    };
+    if constexpr (definition.enumerate != nullptr)
+        family.enumerate = [](RecordStore& store, Detail detail) {
+            RecordArray<Record> records(store);
+            return definition.enumerate(records, detail);
+        };
     if constexpr (definition.get != nullptr)
         family.get = [](RecordStore& store, CMPIString** keyValues) {
             RecordArray<Record> records(store);
@@ -163,9 +165,23 @@ void clean(const ClassFamily& family, Record** records, int count) {
 
 // The exported functions of class CIM_X, and ph::family_X for the list of all classes.
 #define PH_EXPORT_CLASS_FAMILY(X, Record, definition)                                                        \
+    PH_DEFINE_CLASS_FAMILY(X, Record, definition)                                                            \
+    PH_EXPORT_CLASS_RECORDS(X, Record)                                                                       \
+    PH_EXPORT_CLASS_OBJECTS(X, Record)                                                                       \
+    PH_EXPORT_CLASS_REQUESTS(X)
+
+// The same for a class whose instances are only reached through others: nothing enumerates its records.
+#define PH_EXPORT_EMBEDDED_CLASS_FAMILY(X, Record, definition)                                               \
+    PH_DEFINE_CLASS_FAMILY(X, Record, definition)                                                            \
+    PH_EXPORT_CLASS_OBJECTS(X, Record)                                                                       \
+    PH_EXPORT_CLASS_REQUESTS(X)
+
+#define PH_DEFINE_CLASS_FAMILY(X, Record, definition)                                                        \
     namespace ph {                                                                                           \
     extern constinit const ClassFamily family_##X = detail::eraseTypes<Record, definition>();                \
-    }                                                                                                        \
+    }
+
+#define PH_EXPORT_CLASS_RECORDS(X, Record)                                                                   \
     int PH_Enum_All_##X(Record** records, int* count, int namesOnly) {                                       \
         return ph::engine::enumerateAll(ph::family_##X, records, count, namesOnly);                          \
     }                                                                                                        \
@@ -175,6 +191,12 @@ void clean(const ClassFamily& family, Record** records, int count) {
     void PH_Clean_##X(Record** records, int count) {                                                         \
         ph::engine::clean(ph::family_##X, records, count);                                                   \
     }                                                                                                        \
+    CMPIArray* PH_##X##_GetInstArray(const CMPIObjectPath* ref, const CMPIBroker* broker,                    \
+                                     const CMPIContext*, const char** properties) {                          \
+        return ph::engine::instanceArray(ph::family_##X, ref, broker, properties);                           \
+    }
+
+#define PH_EXPORT_CLASS_OBJECTS(X, Record)                                                                   \
     CMPIObjectPath* PH_MakePath_##X(const CMPIBroker* broker, const CMPIContext*, const CMPIObjectPath* ref, \
                                     const Record* record, CMPIStatus* status) {                              \
         return ph::engine::makePath(ph::family_##X, broker, ref, record, status);                            \
@@ -183,11 +205,9 @@ void clean(const ClassFamily& family, Record** records, int count) {
                                   const char** properties, const Record* record, int, int,                   \
                                   CMPIStatus* status) {                                                      \
         return ph::engine::makeInstance(ph::family_##X, broker, ref, properties, record, status);            \
-    }                                                                                                        \
-    CMPIArray* PH_##X##_GetInstArray(const CMPIObjectPath* ref, const CMPIBroker* broker,                    \
-                                     const CMPIContext*, const char** properties) {                          \
-        return ph::engine::instanceArray(ph::family_##X, ref, broker, properties);                           \
-    }                                                                                                        \
+    }
+
+#define PH_EXPORT_CLASS_REQUESTS(X)                                                                          \
     void PH_EI_##X(const CMPIBroker* broker, const CMPIContext*, const CMPIObjectPath* ref,                  \
                    const char** properties, const CMPIResult* result, CMPIStatus* status) {                  \
         ph::engine::enumerateInstances(ph::family_##X, broker, ref, properties, result, status);             \

@@ -1,13 +1,12 @@
 // PH_GetInstArray: a class's instances by the name of the class, for association providers.
-#include "platform/sysroot.h"
 #include "provider_helper/utility.h"
 #include "Utility/debug_log.h"
+#include "Utility/dynamic_library.h"
 
 #include <cmpimacs.h>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
-#include <dlfcn.h>
 #include <strings.h>
 
 namespace ph {
@@ -21,51 +20,29 @@ using ClassNameForPrefix = int (*)(const CMPIBroker*, const CMPIObjectPath*, cha
 constexpr std::size_t symbolSize = 256;
 constexpr std::size_t prefixLength = 4; // "CIM_"
 
-// A library opened for the time of one call.
-class Library {
-public:
-    explicit Library(const char* absolutePath) {
-        char path[4096];
-        if (PH_SysrootPath(absolutePath, path, sizeof(path)) == 0)
-            handle_ = dlopen(path, RTLD_LAZY);
-    }
-    ~Library() {
-        if (handle_ != nullptr)
-            dlclose(handle_);
-    }
-    Library(const Library&) = delete;
-    Library& operator=(const Library&) = delete;
-
-    template <class Function>
-    Function find(const char* symbol) const {
-        return handle_ != nullptr ? reinterpret_cast<Function>(dlsym(handle_, symbol)) : nullptr;
-    }
-    GetInstArray findGetter(const char* prefix, const char* name) const {
-        char symbol[symbolSize];
-        const int length = std::snprintf(symbol, sizeof(symbol), "%s%s_GetInstArray", prefix, name);
-        return length < static_cast<int>(sizeof(symbol)) ? find<GetInstArray>(symbol) : nullptr;
-    }
-
-private:
-    void* handle_ = nullptr;
-};
+// The array function of a class in `library`, nullptr where it has none.
+GetInstArray findGetter(const DynamicLibrary& library, const char* prefix, const char* name) {
+    char symbol[symbolSize];
+    const int length = std::snprintf(symbol, sizeof(symbol), "%s%s_GetInstArray", prefix, name);
+    return length < static_cast<int>(sizeof(symbol)) ? library.find<GetInstArray>(symbol) : nullptr;
+}
 
 const char* withoutPrefix(const char* className) {
     return className + strnlen(className, prefixLength);
 }
 
-GetInstArray findGetter(const Library& self, const CMPIBroker* broker, const CMPIObjectPath* ref,
-                        const char* className) {
-    if (const GetInstArray getter = self.findGetter("PH_", withoutPrefix(className)))
+GetInstArray findOwnGetter(const DynamicLibrary& self, const CMPIBroker* broker, const CMPIObjectPath* ref,
+                           const char* className) {
+    if (const GetInstArray getter = findGetter(self, "PH_", withoutPrefix(className)))
         return getter;
-    const Library objectManager("/usr/local/lib/libqom.so");
+    const DynamicLibrary objectManager("/usr/local/lib/libqom.so");
     const auto classNameFor =
         objectManager.find<ClassNameForPrefix>("qom_get_classname_for_arbitrary_prefix");
     char name[256] = "";
     if (classNameFor == nullptr || classNameFor(broker, ref, name) != 0)
         return nullptr;
     name[sizeof(name) - 1] = '\0';
-    return name[0] != '\0' ? self.findGetter("PH_", name) : nullptr;
+    return name[0] != '\0' ? findGetter(self, "PH_", name) : nullptr;
 }
 
 // Arrays of classes that are costly to collect and asked for once per associated element. A provider process
@@ -113,12 +90,12 @@ CMPIArray* PH_GetInstArray(const CMPIObjectPath* ref, const CMPIBroker* broker, 
     if (className == nullptr)
         return nullptr;
 
-    const ph::Library oem("/usr/local/lib/libOEMProviderHelper.so");
-    if (const ph::GetInstArray getter = oem.findGetter("PH_OEM_", ph::withoutPrefix(className)))
+    const ph::DynamicLibrary oem("/usr/local/lib/libOEMProviderHelper.so");
+    if (const ph::GetInstArray getter = ph::findGetter(oem, "PH_OEM_", ph::withoutPrefix(className)))
         return getter(ref, broker, context, properties);
 
-    const ph::Library self("/usr/local/lib/libProviderHelper.so");
-    const ph::GetInstArray getter = ph::findGetter(self, broker, ref, className);
+    const ph::DynamicLibrary self("/usr/local/lib/libProviderHelper.so");
+    const ph::GetInstArray getter = ph::findOwnGetter(self, broker, ref, className);
     if (getter == nullptr)
         return nullptr;
 

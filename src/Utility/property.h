@@ -25,7 +25,17 @@ enum class Kind : std::uint8_t {
     TextRef,       // const char*: string, NULL leaves the property out
     Uint16List,    // int[N] up to the first negative entry: uint16[]
     Uint16ListRef, // const int*, the same elsewhere
+    Uint16Slots,   // uint16_t[N] up to the first FFFFh: uint16[]; none leaves the property out
     StringList,    // char*[N] up to NULL, heap strings of the record: string[]; none leaves the property out
+    DateTimeText,  // char[N]: datetime of this DMTF text; an empty one leaves the property out
+    DateTimeValue, // ph::DateTime: datetime
+};
+
+// A datetime that is published from its number. Without one it is made from no text: the broker's value for a
+// time that is not known.
+struct DateTime {
+    static constexpr std::uint64_t none = ~std::uint64_t{0};
+    std::uint64_t microseconds; // since 1970 UTC, or of the interval
 };
 
 template <class T>
@@ -36,6 +46,8 @@ consteval Kind kindOf() {
             return Kind::Text;
         else if constexpr (std::is_same_v<Element, int>)
             return Kind::Uint16List;
+        else if constexpr (std::is_same_v<Element, std::uint16_t>)
+            return Kind::Uint16Slots;
         else {
             static_assert(std::is_same_v<Element, char*>, "no CIM type for this array");
             return Kind::StringList;
@@ -46,6 +58,8 @@ consteval Kind kindOf() {
         return Kind::TextRef;
     else if constexpr (std::is_same_v<T, const int*>)
         return Kind::Uint16ListRef;
+    else if constexpr (std::is_same_v<T, DateTime>)
+        return Kind::DateTimeValue;
     else if constexpr (std::is_same_v<T, float>)
         return Kind::Real32;
     else if constexpr (std::is_same_v<T, double>)
@@ -146,5 +160,7 @@ consteval Property computed(const char* name, bool (*condition)(const void*) = n
 #define PH_PROPERTY(Record, field) ::ph::stored(PH_FIELD(Record, field))
 #define PH_PROPERTY_IF(Record, field, test)                                                                  \
     ::ph::stored(PH_FIELD(Record, field), ::ph::detail::condition<&test>)
+// A text in DMTF's form of a point in time or an interval, published as datetime.
+#define PH_DATETIME(Record, field) ::ph::stored(#field, ::ph::Kind::DateTimeText, offsetof(Record, field))
 #define PH_COMPUTED(name, function) ::ph::computed<&function>(name)
 #define PH_COMPUTED_IF(name, function, test) ::ph::computed<&function>(name, ::ph::detail::condition<&test>)

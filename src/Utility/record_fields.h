@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdlib>
 #include <cstring>
 #include <initializer_list>
 
@@ -21,6 +22,18 @@ template <std::size_t N>
 void setList(int (&field)[N], std::initializer_list<int> values) {
     std::fill_n(field, N, -1);
     std::copy_n(values.begin(), std::min(values.size(), N - 1), field);
+}
+
+// Writes a list of decimal numbers separated by commas ("17,2"), ended by a negative number, cut at the
+// field's width.
+template <std::size_t N>
+void parseList(int (&field)[N], const char* text) {
+    std::fill_n(field, N, -1);
+    for (std::size_t i = 0; i < N - 1 && text != nullptr && *text != '\0'; ++i) {
+        field[i] = static_cast<int>(std::strtol(text, nullptr, 10));
+        text = std::strchr(text, ',');
+        text += text != nullptr;
+    }
 }
 
 } // namespace ph

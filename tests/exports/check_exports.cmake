@@ -28,7 +28,8 @@ execute_process(COMMAND ${COMPILER} -E -P -I${INCLUDES} -I${CMPI} ${CMAKE_CURREN
                 OUTPUT_VARIABLE declarations COMMAND_ERROR_IS_FATAL ANY)
 string(REPLACE "\n" " " declarations "${declarations}")
 string(REPLACE ";" "@" declarations "${declarations}") # not a list
-string(REGEX MATCHALL "visibility\\(\"default\"\\)\\)\\) [^@({]*[ *][A-Za-z_0-9]+[(@[]" declared "${declarations}")
+string(REPLACE "[" "(" declarations "${declarations}") # an open bracket would hold list elements together
+string(REGEX MATCHALL "visibility\\(\"default\"\\)\\)\\) [^@({]*[ *][A-Za-z_0-9]+[(@]" declared "${declarations}")
 list(TRANSFORM declared REPLACE ".*[ *]([A-Za-z_0-9]+).$" "\\1")
 
 require_same(exported "the library" listed "exports.map")

@@ -1,5 +1,6 @@
 #include "database_fixture.h"
 #include "smash-db/database.h"
+#include "smash-db/inventory_tables.h"
 #include "smash-db/rows.h"
 
 #include <cstring>

@@ -4,8 +4,8 @@
 //
 //     classes.json                 class descriptions
 //     classes.inc                  the same as a C++ string literal, for phctl
-//     ProviderHelper.mof           class declarations of the classes that are not in the DMTF schema as they stand
-//     ProviderHelper.reg           provider registration in the form of small-footprint object managers
+//     ProviderHelper.mof           class declarations of the classes that are not in the DMTF schema as they
+//     stand ProviderHelper.reg           provider registration in the form of small-footprint object managers
 //     ProviderHelperModule.mof     provider registration as PG_Provider* instances
 #include "class_list.h"
 
@@ -56,6 +56,11 @@ CimType cimType(Kind kind) {
     case Kind::Uint16List:
     case Kind::Uint16ListRef:
         return {"uint16", true};
+    case Kind::Uint16Slots:
+        return {"uint16", true};
+    case Kind::DateTimeText:
+    case Kind::DateTimeValue:
+        return {"datetime", false};
     case Kind::StringList:
         return {"string", true};
     }
@@ -63,7 +68,8 @@ CimType cimType(Kind kind) {
 }
 
 nlohmann::ordered_json describe(const ClassFamily& family) {
-    nlohmann::ordered_json description{{"name", family.name}, {"superclass", family.superclass}};
+    nlohmann::ordered_json description{{"name", family.name},
+                                       {"superclass", family.superclass != nullptr ? family.superclass : ""}};
     for (const Property& property : family.properties) {
         const CimType type = cimType(property.kind);
         description["properties"].push_back(
@@ -77,7 +83,10 @@ nlohmann::ordered_json describe(const ClassFamily& family) {
 }
 
 void writeClass(std::ostream& mof, const ClassFamily& family) {
-    mof << "[Provider(\"cmpi:ProviderHelperProviders\")]\nclass " << family.name << " : " << family.superclass << "\n{\n";
+    mof << "[Provider(\"cmpi:ProviderHelperProviders\")]\nclass " << family.name;
+    if (family.superclass != nullptr)
+        mof << " : " << family.superclass;
+    mof << "\n{\n";
     for (const Property& property : family.properties) {
         const CimType type = cimType(property.kind);
         mof << "    " << (property.isKey ? "[Key] " : "") << type.name << " " << property.name
@@ -89,14 +98,16 @@ void writeClass(std::ostream& mof, const ClassFamily& family) {
 void writeModule(std::ostream& mof) {
     mof << "instance of PG_ProviderModule\n{\n    Name = \"ProviderHelperModule\";\n"
            "    Location = \"ProviderHelperProviders\";\n    Vendor = \"provider-helper\";\n"
-           "    Version = \"1.0.0\";\n    InterfaceType = \"CMPI\";\n    InterfaceVersion = \"2.0.0\";\n};\n\n"
+           "    Version = \"1.0.0\";\n    InterfaceType = \"CMPI\";\n    InterfaceVersion = "
+           "\"2.0.0\";\n};\n\n"
            "instance of PG_Provider\n{\n    ProviderModuleName = \"ProviderHelperModule\";\n"
            "    Name = \"ProviderHelper\";\n};\n\n";
     for (const ClassFamily* family : ph::allClasses())
         mof << "instance of PG_ProviderCapabilities\n{\n    ProviderModuleName = \"ProviderHelperModule\";\n"
                "    ProviderName = \"ProviderHelper\";\n    CapabilityID = \""
             << family->name << "\";\n    ClassName = \"" << family->name
-            << "\";\n    Namespaces = {\"root/cimv2\"};\n    ProviderType = {2, 5}; // instance, method\n};\n\n";
+            << "\";\n    Namespaces = {\"root/cimv2\"};\n    ProviderType = {2, 5}; // instance, "
+               "method\n};\n\n";
 }
 
 void writeRegistration(std::ostream& reg) {

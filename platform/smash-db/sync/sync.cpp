@@ -2,6 +2,7 @@
 
 #include "ipmi/command.h"
 #include "smash-db/database.h"
+#include "smash-db/inventory_tables.h"
 #include "smash-db/rows.h"
 #include "smash-db/sync/fru_inventory.h"
 #include "smash-db/sync/sdr_mapping.h"

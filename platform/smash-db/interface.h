@@ -1,0 +1,107 @@
+// What the functions of the C interface have in common: a handle, an outcome, rows in and out.
+#pragma once
+
+#include "smash-db/rows.h"
+
+#include <platform/smash_db_handle.h>
+
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+struct SmashDatabase {
+    SQLite::Database connection;
+};
+
+namespace smash {
+
+// Runs a function's work: 0, or 1 when it throws, which db_last_error then tells. Nothing leaves a C function
+// but that.
+int guarded(const char* function, const std::function<void()>& work) noexcept;
+
+// The same on an open database. An error names its file.
+int onDatabase(const char* function, SMASH_DB_HANDLE handle,
+               const std::function<void(SQLite::Database&)>& work) noexcept;
+
+inline void require(bool isGiven) {
+    if (!isGiven)
+        throw std::invalid_argument("missing argument");
+}
+
+// Changes the database as a whole or not at all.
+template <class Work>
+int inTransaction(const char* function, SMASH_DB_HANDLE handle, Work work) {
+    return onDatabase(function, handle, [&](SQLite::Database& database) {
+        SQLite::Transaction transaction(database, SQLite::TransactionBehavior::IMMEDIATE);
+        work(database);
+        transaction.commit();
+    });
+}
+
+enum class NoRow { IsFailure, IsSuccess };
+
+// The first row that `clause` selects with `keys` bound to its places.
+template <class Record, class... Keys>
+int getRow(const char* function, SMASH_DB_HANDLE handle, Record** row, const TableOf<Record>& table,
+           NoRow noRow, const char* clause = "", Keys... keys) {
+    if (row != nullptr)
+        *row = nullptr;
+    return onDatabase(function, handle, [&](const SQLite::Database& database) {
+        require(row != nullptr);
+        auto selection = select(database, table, clause);
+        int index = 0;
+        (selection.bind(++index, keys), ...);
+        auto rows = read(std::move(selection), table);
+        if (rows.count == 0 && noRow == NoRow::IsFailure)
+            throw std::runtime_error(std::string("no such row in table ") + table.name);
+        *row = rows.records.release();
+    });
+}
+
+template <class Record, class... Keys>
+int getRow(const char* function, SMASH_DB_HANDLE handle, Record** row, const TableOf<Record>& table,
+           const char* clause = "", Keys... keys) {
+    return getRow(function, handle, row, table, NoRow::IsFailure, clause, keys...);
+}
+
+template <class Record, class... Keys>
+int getRows(const char* function, SMASH_DB_HANDLE handle, Record** rows, int* count,
+            const TableOf<Record>& table, const char* clause = "ORDER BY rowid", Keys... keys) {
+    if (rows != nullptr)
+        *rows = nullptr;
+    if (count != nullptr)
+        *count = 0;
+    return onDatabase(function, handle, [&](const SQLite::Database& database) {
+        require(rows != nullptr && count != nullptr);
+        auto selection = select(database, table, clause);
+        int index = 0;
+        (selection.bind(++index, keys), ...);
+        auto all = read(std::move(selection), table);
+        if (!std::in_range<int>(all.count))
+            throw std::length_error("too many rows");
+        *count = static_cast<int>(all.count);
+        *rows = all.records.release();
+    });
+}
+
+// Stores a row, replacing the one that has its key.
+template <class Record>
+int setRow(const char* function, SMASH_DB_HANDLE handle, const Record* row, const TableOf<Record>& table) {
+    return inTransaction(function, handle, [&](SQLite::Database& database) {
+        require(row != nullptr);
+        replace(database, table, *row);
+    });
+}
+
+// Runs a statement that changes rows, `values` bound to its places. To change none is a failure.
+template <class... Values>
+void change(SQLite::Database& database, const std::string& statement, Values... values) {
+    SQLite::Statement prepared(database, statement);
+    int index = 0;
+    (prepared.bind(++index, values), ...);
+    if (prepared.exec() == 0)
+        throw std::runtime_error("no such row: " + statement);
+}
+
+} // namespace smash

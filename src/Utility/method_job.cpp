@@ -1,0 +1,60 @@
+#include "Utility/method_job.h"
+
+#include "provider_helper/jobs.h"
+
+#include <cmpimacs.h>
+#include <cstdio>
+
+namespace ph {
+namespace {
+
+constexpr std::int32_t running = 4; // DMTF JobState
+constexpr std::int32_t completed = 7;
+constexpr std::int32_t exception = 10;
+
+bool modify(const char* instanceId, std::int32_t state, int first, int second) {
+    char operationalStatus[32];
+    std::snprintf(operationalStatus, sizeof(operationalStatus), "%d,%d", first, second);
+    return PH_ModifyConcreteJob(instanceId, state, operationalStatus) == 0;
+}
+
+} // namespace
+
+bool MethodJob::makePath(const CMPIBroker* broker, const CMPIObjectPath* ref) {
+    CMPIStatus status{CMPI_RC_OK, nullptr};
+    const CMPIString* nameSpace = CMGetNameSpace(ref, &status);
+    if (nameSpace == nullptr || status.rc != CMPI_RC_OK)
+        return false;
+    path_ = CMNewObjectPath(broker, CMGetCharsPtr(nameSpace, nullptr), "CIM_ConcreteJob", &status);
+    return path_ != nullptr && status.rc == CMPI_RC_OK;
+}
+
+bool MethodJob::create(const char* name) {
+    return PH_CreateJobInstance(name, instanceId_, running, "2") == 0;
+}
+
+// DMTF OperationalStatus: 17 completed, 2 OK, 6 error.
+bool MethodJob::complete() const {
+    return modify(instanceId_, completed, 17, 2);
+}
+
+bool MethodJob::fail() const {
+    const bool modified = modify(instanceId_, exception, 17, 6);
+    return PH_CreateErrorInstance(instanceId_) == 0 && modified;
+}
+
+bool MethodJob::returnReference(CMPIArgs* out) const {
+    CMPIValue value{};
+    value.ref = path_;
+    return CMAddKey(path_, "InstanceID", reinterpret_cast<const CMPIValue*>(instanceId_), CMPI_chars).rc ==
+               CMPI_RC_OK &&
+           CMAddArg(out, "Job", &value, CMPI_ref).rc == CMPI_RC_OK;
+}
+
+void returnValue(const CMPIResult* result, std::uint32_t value) {
+    CMPIValue data{};
+    data.uint32 = value;
+    CMReturnData(result, &data, CMPI_uint32);
+}
+
+} // namespace ph

@@ -1,0 +1,19 @@
+// The fixed shell commands with which the library manages daemons and the controller itself.
+#pragma once
+
+#include <functional>
+#include <string_view>
+
+namespace ph {
+
+// Runs a command with the shell and returns what system() does. Under PH_SYSROOT, words that begin with '/'
+// are taken below that folder, and commands are searched in its usr/sbin, usr/bin, sbin and bin first, then
+// in /usr/bin and /bin only: a test that forgot its stand-in for reboot must not reach the machine's own.
+int runCommand(const char* command);
+
+// The lines that a command prints, as far as they fit into `lineSize` characters with their end: longer ones
+// come in pieces. `visit` returns false to stop. -1 when the command cannot be run.
+int readCommand(const char* command, std::size_t lineSize,
+                const std::function<bool(std::string_view)>& visit);
+
+} // namespace ph
