@@ -9,6 +9,7 @@
 #pragma once
 
 #include "provider_helper/utility.h"
+#include "Utility/method.h"
 #include "Utility/property.h"
 #include "Utility/record_array.h"
 
@@ -53,6 +54,7 @@ struct ClassDefinition {
     RequestHandler create = nullptr;
     RequestHandler remove = nullptr;
     RequestHandler invoke = nullptr;
+    std::span<const Method> methods = {}; // that `invoke` carries out
 };
 
 struct ClassFamily {
@@ -68,6 +70,7 @@ struct ClassFamily {
     RequestHandler create;
     RequestHandler remove;
     RequestHandler invoke;
+    std::span<const Method> methods;
 };
 
 inline constexpr std::size_t maxKeys = 8;
@@ -93,12 +96,14 @@ consteval bool keysDescribed(std::span<const char* const> keys, std::span<const 
 template <class Record, const ClassDefinition<Record>& definition>
 constexpr ClassFamily eraseTypes() {
     static_assert(keysDescribed(definition.keys, definition.properties));
+    static_assert(definition.invoke != nullptr || definition.methods.empty());
     ClassFamily family{definition.name,   definition.superclass,
                        definition.keys,   definition.properties,
                        sizeof(Record),    nullptr,
                        nullptr,           nullptr,
                        definition.modify, definition.create,
-                       definition.remove, definition.invoke};
+                       definition.remove, definition.invoke,
+                       definition.methods};
     if constexpr (definition.enumerate != nullptr)
         family.enumerate = [](RecordStore& store, Detail detail) {
             RecordArray<Record> records(store);

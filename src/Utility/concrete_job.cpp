@@ -83,6 +83,11 @@ CMPIStatus invoke(const ph::Request& request) {
     return status;
 }
 
+constexpr ph::Parameter getErrorsParameters[] = {
+    {"Errors", CMPI_instanceA, ph::Direction::Out, "CIM_Error"},
+};
+constexpr ph::Method methods[] = {{"GetErrors", getErrorsParameters}};
+
 constexpr ph::ClassDefinition<Record> definition{.name = "CIM_ConcreteJob",
                                                  .superclass = "CIM_Job",
                                                  .keys = g_ConcreteJobKeyList,
@@ -90,7 +95,8 @@ constexpr ph::ClassDefinition<Record> definition{.name = "CIM_ConcreteJob",
                                                  .enumerate = enumerate,
                                                  .get = get,
                                                  .remove = remove,
-                                                 .invoke = invoke};
+                                                 .invoke = invoke,
+                                                 .methods = methods};
 
 } // namespace
 

@@ -2,11 +2,11 @@
 //
 //     schema_generator <directory>
 //
-//     classes.json                 class descriptions
-//     classes.inc                  the same as a C++ string literal, for phctl
-//     ProviderHelper.mof           class declarations of the classes that are not in the DMTF schema as they
-//     stand ProviderHelper.reg           provider registration in the form of small-footprint object managers
-//     ProviderHelperModule.mof     provider registration as PG_Provider* instances
+//     classes.json                class descriptions
+//     classes.inc                 the same as a C++ string literal, for phctl
+//     ProviderHelper.mof          class declarations
+//     ProviderHelper.reg          provider registration in the form of small-footprint object managers
+//     ProviderHelperModule.mof    provider registration as PG_Provider* instances
 #include "class_list.h"
 
 #include <filesystem>
@@ -14,72 +14,122 @@
 #include <iostream>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <utility>
 
 namespace {
 
+using nlohmann::ordered_json;
 using ph::ClassFamily;
+using ph::Direction;
 using ph::Kind;
+using ph::Method;
+using ph::Parameter;
 using ph::Property;
 
-struct CimType {
-    const char* name;
-    bool isArray;
-};
-
-CimType cimType(Kind kind) {
+CMPIType typeOf(Kind kind) {
     switch (kind) {
     case Kind::Boolean:
-        return {"boolean", false};
+        return CMPI_boolean;
     case Kind::Uint8:
-        return {"uint8", false};
+        return CMPI_uint8;
     case Kind::Uint16:
-        return {"uint16", false};
+        return CMPI_uint16;
     case Kind::Uint32:
-        return {"uint32", false};
+        return CMPI_uint32;
     case Kind::Uint64:
-        return {"uint64", false};
+        return CMPI_uint64;
     case Kind::Sint8:
-        return {"sint8", false};
+        return CMPI_sint8;
     case Kind::Sint16:
-        return {"sint16", false};
+        return CMPI_sint16;
     case Kind::Sint32:
-        return {"sint32", false};
+        return CMPI_sint32;
     case Kind::Sint64:
-        return {"sint64", false};
+        return CMPI_sint64;
     case Kind::Real32:
-        return {"real32", false};
+        return CMPI_real32;
     case Kind::Real64:
-        return {"real64", false};
+        return CMPI_real64;
     case Kind::Text:
     case Kind::TextRef:
-        return {"string", false};
+        return CMPI_string;
     case Kind::Uint16List:
     case Kind::Uint16ListRef:
-        return {"uint16", true};
     case Kind::Uint16Slots:
-        return {"uint16", true};
+        return CMPI_uint16A;
+    case Kind::StringList:
+        return CMPI_stringA;
     case Kind::DateTimeText:
     case Kind::DateTimeValue:
-        return {"datetime", false};
-    case Kind::StringList:
-        return {"string", true};
+        return CMPI_dateTime;
     }
     throw std::logic_error("a kind without a CIM type");
 }
 
-nlohmann::ordered_json describe(const ClassFamily& family) {
-    nlohmann::ordered_json description{{"name", family.name},
-                                       {"superclass", family.superclass != nullptr ? family.superclass : ""}};
-    for (const Property& property : family.properties) {
-        const CimType type = cimType(property.kind);
-        description["properties"].push_back(
-            {{"name", property.name}, {"type", type.name}, {"array", type.isArray}, {"key", property.isKey}});
+std::string nameOf(CMPIType type) {
+    constexpr std::pair<CMPIType, const char*> names[] = {
+        {CMPI_boolean, "boolean"}, {CMPI_uint8, "uint8"},       {CMPI_uint16, "uint16"},
+        {CMPI_uint32, "uint32"},   {CMPI_uint64, "uint64"},     {CMPI_sint8, "sint8"},
+        {CMPI_sint16, "sint16"},   {CMPI_sint32, "sint32"},     {CMPI_sint64, "sint64"},
+        {CMPI_real32, "real32"},   {CMPI_real64, "real64"},     {CMPI_string, "string"},
+        {CMPI_ref, "reference"},   {CMPI_instance, "instance"}, {CMPI_dateTime, "datetime"},
+    };
+    for (const auto& [code, name] : names)
+        if (code == (type & ~CMPI_ARRAY))
+            return name;
+    throw std::logic_error("no CIM type: " + std::to_string(type));
+}
+
+bool isArray(CMPIType type) {
+    return (type & CMPI_ARRAY) != 0;
+}
+
+ordered_json describe(const Method& method) {
+    ordered_json parameters = ordered_json::array();
+    for (const Parameter& parameter : method.parameters) {
+        parameters.push_back({{"name", parameter.name},
+                              {"type", nameOf(parameter.type)},
+                              {"array", isArray(parameter.type)},
+                              {"out", parameter.direction == Direction::Out}});
+        if (parameter.className != nullptr)
+            parameters.back()["class"] = parameter.className;
     }
+    return {{"name", method.name}, {"parameters", std::move(parameters)}};
+}
+
+ordered_json describe(const ClassFamily& family) {
+    ordered_json description{{"name", family.name},
+                             {"superclass", family.superclass != nullptr ? family.superclass : ""},
+                             {"properties", ordered_json::array()},
+                             {"methods", ordered_json::array()}};
+    for (const Property& property : family.properties) {
+        const CMPIType type = typeOf(property.kind);
+        description["properties"].push_back({{"name", property.name},
+                                             {"type", nameOf(type)},
+                                             {"array", isArray(type)},
+                                             {"key", property.isKey}});
+    }
+    for (const Method& method : family.methods)
+        description["methods"].push_back(describe(method));
+    description["enumerate"] = family.enumerate != nullptr;
     description["modify"] = family.modify != nullptr;
     description["create"] = family.create != nullptr;
     description["delete"] = family.remove != nullptr;
-    description["methods"] = nlohmann::ordered_json::array();
     return description;
+}
+
+// "[Out] CIM_ConcreteJob REF Job". An embedded instance is a string with a qualifier.
+std::string declaration(const Parameter& parameter) {
+    const CMPIType type = parameter.type & ~CMPI_ARRAY;
+    std::string text = parameter.direction == Direction::Out ? "[In(false), Out" : "[In";
+    if (type == CMPI_instance)
+        text += std::string(", EmbeddedInstance(\"") + parameter.className + "\")";
+    text += "] ";
+    if (type == CMPI_ref)
+        text += std::string(parameter.className) + " REF";
+    else
+        text += type == CMPI_instance ? "string" : nameOf(type);
+    return text + ' ' + parameter.name + (isArray(parameter.type) ? "[]" : "");
 }
 
 void writeClass(std::ostream& mof, const ClassFamily& family) {
@@ -88,9 +138,17 @@ void writeClass(std::ostream& mof, const ClassFamily& family) {
         mof << " : " << family.superclass;
     mof << "\n{\n";
     for (const Property& property : family.properties) {
-        const CimType type = cimType(property.kind);
-        mof << "    " << (property.isKey ? "[Key] " : "") << type.name << " " << property.name
-            << (type.isArray ? "[]" : "") << ";\n";
+        const CMPIType type = typeOf(property.kind);
+        mof << "    " << (property.isKey ? "[Key] " : "") << nameOf(type) << " " << property.name
+            << (isArray(type) ? "[]" : "") << ";\n";
+    }
+    for (const Method& method : family.methods) {
+        mof << "    uint32 " << method.name << '(';
+        for (const char* separator = ""; const Parameter& parameter : method.parameters) {
+            mof << separator << declaration(parameter);
+            separator = ", ";
+        }
+        mof << ");\n";
     }
     mof << "};\n\n";
 }
@@ -129,7 +187,7 @@ int main(int argc, char** argv) try {
         file.exceptions(std::ios::badbit | std::ios::failbit);
         return file;
     };
-    nlohmann::ordered_json descriptions;
+    ordered_json descriptions;
     std::ofstream mof = open("ProviderHelper.mof");
     for (const ClassFamily* family : ph::allClasses()) {
         descriptions.push_back(describe(*family));
