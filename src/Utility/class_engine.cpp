@@ -1,4 +1,5 @@
 // The operations of all classes, over their descriptions.
+#include "Utility/array_ptr.h"
 #include "Utility/class_family.h"
 #include "Utility/guard.h"
 #include "Utility/request_status.h"
@@ -10,11 +11,6 @@
 
 namespace ph::engine {
 namespace {
-
-struct ArrayReleaser {
-    void operator()(CMPIArray* array) const { CMRelease(array); }
-};
-using ArrayPtr = std::unique_ptr<CMPIArray, ArrayReleaser>;
 
 // The records of one request, cleaned when it ends.
 class RequestRecords {
