@@ -1,0 +1,66 @@
+// What an IPMI entity (IPMI 2.0, table 43-13) is in CIM.
+#include "tables/sensor_names.h"
+
+#include <iterator>
+
+namespace ph {
+
+constexpr EntityMapping entity_id_mapping[] = {
+    {"0", "TBD", "TBD", "Unspecified"},
+    {"1", "TBD", "TBD", "Other"},
+    {"2", "TBD", "TBD", "Unknown"},
+    {"3", "CIM_Processor", "CIM_Chip", "Processor"},
+    {"4", "CIM_DiskDrive", "CIM_PhysicalPackage", "Disk or Disk Bay"},
+    {"5", "TBD", "CIM_Slot", "Peripheral Bay"},
+    {"6", "CIM_ComputerSystem", "CIM_PhysicalPackage", "System Management Module"},
+    {"7", "CIM_ComputerSystem", "CIM_Card", "System Board"},
+    {"8", "CIM_Memory", "CIM_PhysicalMemory", "Memory Module"},
+    {"9", "CIM_Processor", "CIM_Chip", "Processor Module"},
+    {"10", "CIM_PowerSupply", "CIM_PhysicalPackage", "Power Supply"},
+    {"11", "CIM_ComputerSystem", "CIM_Card", "Add-in Card"},
+    {"12", "TBD", "CIM_Card", "Front Panel Board"},
+    {"13", "TBD", "CIM_Card", "Back Panel Board"},
+    {"14", "TBD", "CIM_Card", "Power System Board"},
+    {"15", "TBD", "CIM_Card", "Drive Backplane"},
+    {"16", "CIM_ComputerSystem", "CIM_Card", "System Internal Expansion Board"},
+    {"17", "TBD", "CIM_Card", "Other System Board"},
+    {"18", "CIM_Processor", "CIM_Card", "Processor Board"},
+    {"19", "CIM_PowerSupply", "CIM_PhysicalPackage", "Power Unit"},
+    {"20", "TBD", "CIM_PhysicalPackage", "Power Module"},
+    {"21", "TBD", "CIM_Card", "Power Management"},
+    {"22", "TBD", "CIM_Card", "Chassis Back Panel Board"},
+    {"23", "CIM_ComputerSystem", "CIM_Chassis", "System Chassis"},
+    {"24", "TBD", "CIM_Chassis", "Sub-Chassis"},
+    {"25", "TBD", "CIM_Card", "Other Chassis Board"},
+    {"26", "TBD", "CIM_Slot", "Disk Drive Bay"},
+    {"27", "TBD", "CIM_Slot", "Peripheral Bay"},
+    {"28", "TBD", "CIM_Slot", "Device Bay"},
+    {"29", "CIM_Fan", "CIM_PhysicalPackage", "Fan"},
+    {"30", "CIM_Fan", "TBD", "Cooling Unit"},
+    {"31", "TBD", "CIM_PhysicalConnector", "Cable"},
+    {"32", "CIM_Memory", "CIM_PhysicalMemory", "Memory Device"},
+    {"33", "TBD", "CIM_SoftwareIdentity", "System Management Software"},
+    {"34", "TBD", "CIM_SoftwareIdentity", "BIOS"},
+    {"35", "TBD", "CIM_SoftwareIdentity", "Operating System"},
+    {"36", "TBD", "CIM_PhysicalConnector", "System Bus"},
+    {"37", "TBD", "TBD", "Group"},
+    {"38", "CIM_ComputerSystem", "CIM_Card", "Remote Management Communication Device"},
+    {"39", "TBD", "TBD", "External Environment"},
+    {"40", "CIM_Battery", "CIM_PhysicalPackage", "Battery"},
+    {"41", "CIM_ComputerSystem", "CIM_PhysicalPackage", "Processing Blade"},
+    {"42", "CIM_ComputerSystem", "CIM_PhysicalConnector", "Connectivity Switch"},
+    {"43", "CIM_ComputerSystem", "CIM_PhysicalPackage", "Processor/Memory Module"},
+    {"44", "CIM_ComputerSystem", "CIM_PhysicalPackage", "I/O Module"},
+    {"45", "CIM_ComputerSystem", "CIM_PhysicalPackage", "Processor/IO Module"},
+    {"46", "TBD", "CIM_SoftwareIdentity", "Management Controller Firmware"},
+    {"47", "CIM_ServiceAccessPort", "TBD", "IPMI Channel"},
+    {"48", "TBD", "TBD", "PCI Bus"},
+    {"49", "TBD", "TBD", "PCI Express Bus"},
+    {"50", "TBD", "TBD", "SCSI Bus"},
+    {"51", "TBD", "TBD", "SATA/SAS bus"},
+    {"52", "TBD", "TBD", "Processor/front-side bus"},
+    {"53", "TBD", "TBD", "Real Time Clock(RTC)"},
+};
+static_assert(std::size(entity_id_mapping) == 54 && entity_id_mapping[53].name != nullptr);
+
+} // namespace ph
