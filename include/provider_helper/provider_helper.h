@@ -4,6 +4,8 @@
 
 #include "provider_helper/computer_system.h"
 #include "provider_helper/jobs.h"
+#include "provider_helper/sensors.h"
+#include "provider_helper/tables.h"
 #include "provider_helper/utility.h"
 
 #endif

@@ -1,0 +1,83 @@
+// Health of a device by the sensors that watch it.
+#include "provider_helper/tables.h"
+#include "sensors/sensor_family.h"
+#include "Utility/array_ptr.h"
+#include "Utility/guard.h"
+
+#include <algorithm>
+#include <string_view>
+#include <strings.h>
+#include <vector>
+
+namespace ph {
+namespace {
+
+using SensorRows = SdrRows<CompactSdr>;
+
+// DeviceIDs of the sensors of an entity, as views into the rows.
+std::vector<std::string_view> sensorsOf(const SensorRows& rows, int entityId, int entityInstance) {
+    std::vector<std::string_view> ids;
+    for (const CompactSdr& sdr : rows.all())
+        if (sdr.entityId == entityId && sdr.entityInstance == entityInstance)
+            ids.emplace_back(sdr.deviceId);
+    return ids;
+}
+
+// Empty when the instance has no such text.
+const char* textOf(const CMPIInstance* instance, const char* property) {
+    CMPIStatus status{};
+    const CMPIData data = CMGetProperty(instance, property, &status);
+    const bool isText = status.rc == CMPI_RC_OK && data.type == CMPI_string && data.state == CMPI_goodValue &&
+                        data.value.string != nullptr;
+    const char* text = isText ? CMGetCharsPtr(data.value.string, nullptr) : nullptr;
+    return text != nullptr ? text : "";
+}
+
+bool raise(const char* currentState, std::uint16_t& healthState, int& operationalStatus) {
+    char state[64];
+    copyText(state, currentState);
+    bool matched = false;
+    for (const PHHealthState& row : logdev_health_state_mapping) {
+        if (strcasecmp(row.name, state) != 0)
+            continue;
+        healthState = std::max(healthState, static_cast<std::uint16_t>(row.healthState));
+        operationalStatus = std::max(operationalStatus, static_cast<int>(row.operationalStatus));
+        matched = true;
+    }
+    return matched;
+}
+
+int rollUp(const CMPIBroker* broker, const CMPIContext* context, int entityId, int entityInstance,
+           std::uint16_t& healthState, int& operationalStatus) {
+    SensorRows rows;
+    if (!rows.read(db_get_all_compact_sdrs))
+        return -1;
+    const std::vector<std::string_view> ids = sensorsOf(rows, entityId, entityInstance);
+    if (ids.empty())
+        return -1;
+    const CMPIObjectPath* ref = CMNewObjectPath(broker, "root/cimv2", "CIM_Sensor", nullptr);
+    if (ref == nullptr)
+        return -1;
+    const char* properties[] = {"CurrentState", nullptr}; // and the keys
+    const ArrayPtr sensors(PH_Sensor_GetInstArray(ref, broker, context, properties));
+    if (sensors == nullptr)
+        return -1;
+    int result = -1;
+    for (CMPICount i = 0; i < CMGetArrayCount(sensors.get(), nullptr); ++i) {
+        const CMPIInstance* sensor = CMGetArrayElementAt(sensors.get(), i, nullptr).value.inst;
+        if (std::ranges::find(ids, std::string_view(textOf(sensor, "DeviceID"))) != ids.end() &&
+            raise(textOf(sensor, "CurrentState"), healthState, operationalStatus))
+            result = 0;
+    }
+    return result;
+}
+
+} // namespace
+} // namespace ph
+
+int PH_DeviceInstance(const CMPIBroker* broker, const CMPIContext* context, uint16_t entityId,
+                      uint16_t entityInstance, uint16_t* healthState, int* operationalStatus) {
+    return ph::guarded(-1, [&] {
+        return ph::rollUp(broker, context, entityId, entityInstance, *healthState, *operationalStatus);
+    });
+}

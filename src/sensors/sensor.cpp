@@ -1,0 +1,49 @@
+// CIM_Sensor: discrete sensors, one instance for each row of the SDR table.
+#include "sensors/sensor_family.h"
+
+constexpr const char* const g_SensorKeyList[4] = {ph::sensorKeys[0], ph::sensorKeys[1], ph::sensorKeys[2],
+                                                  ph::sensorKeys[3]};
+
+namespace ph {
+
+void fillCommon(const CompactSdr& sdr, SensorRecord& sensor) {
+    copyText(sensor.DeviceID, sdr.deviceId);
+    copyText(sensor.OtherSensorTypeDescription, sdr.otherSensorType);
+    copyText(sensor.source, sdr.source);
+    sensor.SensorType = sdr.sensorType;
+    sensor.RequestedState = 12;             // not applicable
+    sensor.EnabledState = 2;                // enabled
+    setList(sensor.OperationalStatus, {0}); // unknown, until it is read
+    sensor.eventReadingType = sdr.eventReadingType;
+    sensor.ipmiSensorType = sdr.ipmiSensorType;
+    sensor.entityId = sdr.entityId;
+    sensor.entityInstance = sdr.entityInstance;
+    sensor.supportedStates = sdr.supportedStates;
+}
+
+} // namespace ph
+
+namespace {
+
+using Record = SensorRecord;
+
+constexpr ph::SensorClass<Record, CompactSdr> sensorClass{
+    "CIM_Sensor", db_get_all_compact_sdrs, db_get_compact_sdr, PH_Fill_Sensor, ph::publishDiscrete};
+
+constexpr ph::ClassDefinition<Record> definition{.name = sensorClass.name,
+                                                 .superclass = "CIM_LogicalDevice",
+                                                 .keys = g_SensorKeyList,
+                                                 .properties = ph::sensorProperties,
+                                                 .enumerate = ph::enumerateSensors<sensorClass>,
+                                                 .get = ph::getSensor<sensorClass>,
+                                                 .skip = ph::isUnreadable};
+
+} // namespace
+
+int PH_Fill_Sensor(const CompactSdr* sdr, SensorRecord* record) {
+    ph::fillCommon(*sdr, *record);
+    PH_Fill_Caption_Description_ElementName_Sensor(sdr, record);
+    return PH_Fill_PossibleStates_Sensor(record);
+}
+
+PH_EXPORT_CLASS_FAMILY(Sensor, Record, definition)

@@ -1,0 +1,147 @@
+// What CIM_Sensor and CIM_NumericSensor share: the properties of every sensor, and how records come from the
+// database and a session.
+#pragma once
+
+#include "sensors/reading.h"
+#include "Utility/class_family.h"
+
+#include <span>
+
+namespace ph {
+
+inline constexpr const char* sensorKeys[4] = {"SystemCreationClassName", "SystemName", "CreationClassName",
+                                              "DeviceID"};
+inline constexpr std::size_t deviceIdKey = 3;
+
+inline constexpr Property sensorProperties[] = {
+    PH_KEY(SensorRecord, SystemCreationClassName),
+    PH_KEY(SensorRecord, SystemName),
+    PH_KEY(SensorRecord, CreationClassName),
+    PH_KEY(SensorRecord, DeviceID),
+    PH_PROPERTY(SensorRecord, SensorType),
+    PH_PROPERTY(SensorRecord, OtherSensorTypeDescription),
+    PH_PROPERTY(SensorRecord, HealthState),
+    PH_PROPERTY(SensorRecord, OperationalStatus),
+    PH_PROPERTY(SensorRecord, PossibleStates),
+    PH_PROPERTY(SensorRecord, CurrentState),
+    PH_PROPERTY(SensorRecord, Caption),
+    PH_PROPERTY(SensorRecord, Description),
+    PH_PROPERTY(SensorRecord, ElementName),
+    PH_PROPERTY(SensorRecord, RequestedState),
+    PH_PROPERTY(SensorRecord, EnabledState),
+};
+
+inline SensorRecord& commonOf(SensorRecord& record) {
+    return record;
+}
+inline SensorRecord& commonOf(NumericSensorRecord& record) {
+    return record.sensor;
+}
+inline const CompactSdr& commonOf(const CompactSdr& sdr) {
+    return sdr;
+}
+inline const CompactSdr& commonOf(const FullSdr& sdr) {
+    return sdr.common;
+}
+
+template <class Record>
+bool isUnreadable(const Record& record) {
+    const SensorRecord& sensor = commonOf(const_cast<Record&>(record));
+    return IsSkipUnkwonError(sensor.DeviceID, sensor.source, sensor.OperationalStatus[0]) == 1;
+}
+
+// What the SDR says of every sensor, states and texts excepted.
+void fillCommon(const CompactSdr& sdr, SensorRecord& sensor);
+
+// All rows of a table of sensors. The database is open while they are read, not while the sensors are.
+template <class Sdr>
+class SdrRows {
+public:
+    using Getter = int (*)(SMASH_DB_HANDLE, Sdr**, int*);
+    bool read(Getter getAll) {
+        Database database;
+        Sdr* rows = nullptr;
+        if (!database.open() || getAll(database.get(), &rows, &count_) != 0)
+            return false;
+        rows_.reset(rows);
+        return true;
+    }
+    std::span<const Sdr> all() const { return {rows_.get(), static_cast<std::size_t>(count_)}; }
+
+private:
+    HeapPtr<Sdr> rows_;
+    int count_ = 0;
+};
+
+// The row with this DeviceID, nullptr when it cannot be had.
+template <class Sdr>
+HeapPtr<Sdr> sdrRow(int (*getOne)(SMASH_DB_HANDLE, const char*, Sdr**), const char* deviceId) {
+    Database database;
+    return database.open() ? record(getOne, database.get(), deviceId) : nullptr;
+}
+
+// A class of sensors: its record, its SDR, and the functions that go from one to the other.
+template <class RecordType, class SdrType>
+struct SensorClass {
+    using Record = RecordType;
+    using Sdr = SdrType;
+    const char* name;
+    typename SdrRows<Sdr>::Getter getAll;
+    int (*getOne)(SMASH_DB_HANDLE, const char* deviceId, Sdr**);
+    int (*fill)(const Sdr*, Record*);
+    int (*publish)(Record&, const Reading&);
+};
+
+// Appends the sensor's record with its keys only, or with everything.
+template <class Record, class Sdr>
+int appendSensor(const SensorClass<Record, Sdr>& sensorClass, RecordArray<Record>& sensors, const Sdr& sdr,
+                 const char* systemName, SensorReader* reader) {
+    Record* record = sensors.append();
+    if (record == nullptr)
+        return -1;
+    SensorRecord& common = commonOf(*record);
+    copyText(common.SystemCreationClassName, "CIM_HostComputerSystem");
+    copyText(common.SystemName, systemName);
+    copyText(common.CreationClassName, sensorClass.name);
+    if (reader == nullptr) {
+        copyText(common.DeviceID, commonOf(sdr).deviceId);
+        return 0;
+    }
+    if (sensorClass.fill(&sdr, record) != 0)
+        return -1;
+    // An unreadable sensor has a record all the same, which says so.
+    sensorClass.publish(*record, reader->read(common));
+    return 0;
+}
+
+// Paths need neither a session nor a reading.
+template <const auto& sensorClass, class Record>
+int enumerateSensors(RecordArray<Record>& sensors, Detail detail) {
+    char systemName[256] = "";
+    SdrRows<typename std::remove_cvref_t<decltype(sensorClass)>::Sdr> sdrs;
+    if (PH_GetHostSystemName(systemName) != 0 || !sdrs.read(sensorClass.getAll))
+        return -1;
+    const bool reads = detail == Detail::All && !sdrs.all().empty();
+    SensorReader reader;
+    if (reads && !reader.open())
+        return -1;
+    for (const auto& sdr : sdrs.all())
+        if (appendSensor(sensorClass, sensors, sdr, systemName, reads ? &reader : nullptr) != 0)
+            return -1;
+    return 0;
+}
+
+template <const auto& sensorClass, class Record>
+int getSensor(RecordArray<Record>& sensors, CMPIString** keyValues) {
+    const char* deviceId = CMGetCharsPtr(keyValues[deviceIdKey], nullptr);
+    char systemName[256] = "";
+    if (deviceId == nullptr || PH_GetHostSystemName(systemName) != 0)
+        return -1;
+    const auto sdr = sdrRow(sensorClass.getOne, deviceId);
+    SensorReader reader;
+    if (sdr == nullptr || !reader.open())
+        return -1;
+    return appendSensor(sensorClass, sensors, *sdr, systemName, &reader);
+}
+
+} // namespace ph
