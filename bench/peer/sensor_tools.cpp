@@ -1,0 +1,72 @@
+// All numeric sensors of a BMC over RMCP+: this project beside the usual tools, and beside a bare loop of the
+// same number of Get Sensor Reading exchanges over one session.
+//
+//     sensor_tools [ROUNDS]
+#include "ipmi/command.h"
+#include "ipmi_sim.h"
+#include "support/contest.h"
+#include "support/udp_relay.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+constexpr int sensorCount = 180;
+constexpr std::uint8_t getSensorReading = 0x2D;
+
+void readAll(const ipmi::SessionSettings& settings) {
+    const auto transport = ipmi::openTransport(settings);
+    for (int number = 1; number <= sensorCount; ++number)
+        ipmi::run(*transport, ipmi::netFn::sensorEvent, getSensorReading,
+                  {static_cast<std::uint8_t>(number)});
+}
+
+int run(int rounds) {
+    const bench::PrivateRoot root;
+    const ph_test::IpmiSim simulator(ph_test::thresholdSensors(sensorCount));
+    ipmi::SessionSettings settings = simulator.settings();
+    bench::UdpRelay relay(settings.port);
+    settings.port = relay.port();
+
+    const std::string port = std::to_string(settings.port);
+    const std::string phctl = PHCTL;
+    setenv("IPMI_PASSWORD", settings.password.c_str(), 1);
+    bench::runCommand(phctl + " sync --lan 127.0.0.1:" + port + " --user " + settings.userName +
+                      " --password-env IPMI_PASSWORD --workaround-flags " +
+                      std::to_string(settings.workaroundFlags));
+    // ipmi-sensors keeps the SDRs where it is told: reading them is not part of what is compared.
+    const std::string ipmiSensors = "ipmi-sensors -D LAN_2_0 -h 127.0.0.1:" + port + " -u " +
+                                    settings.userName + " -p " + settings.password +
+                                    " -l admin -I 3 -W opensesspriv --sdr-cache-directory=" + root.path();
+    const std::string ipmitool =
+        "ipmitool -I lanplus -C 3 -H 127.0.0.1 -p " + port + " -U " + settings.userName + " -E sdr list";
+
+    const auto messages = [&] { return relay.requests(); };
+    const auto command = [](const std::string& text) { return [text] { bench::runCommand(text); }; };
+    bench::runCommand(ipmiSensors);
+    const auto results =
+        bench::contest({{"phctl ei CIM_NumericSensor", command(phctl + " ei CIM_NumericSensor"), messages},
+                        {"ipmi-sensors, warm SDR cache", command(ipmiSensors), messages},
+                        {"ipmitool sdr list", command(ipmitool), messages},
+                        {"bare loop of Get Sensor Reading", [&] { readAll(settings); }, messages}},
+                       rounds);
+    bench::print(std::to_string(sensorCount) + " numeric sensors of ipmi_sim over RMCP+, " +
+                     std::to_string(rounds) + " rounds",
+                 results);
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) try {
+    const int rounds = argc > 1 ? std::atoi(argv[1]) : 7;
+    if (rounds < 1) {
+        std::fprintf(stderr, "Usage: sensor_tools [ROUNDS]\n");
+        return 2;
+    }
+    return run(rounds);
+} catch (const std::exception& error) {
+    std::fprintf(stderr, "sensor_tools: %s\n", error.what());
+    return 1;
+}
