@@ -65,7 +65,8 @@ std::optional<DateTime> DateTime::parse(std::string_view text) {
     const auto seconds = digits(text, 12, 2);
     const auto fraction = digits(text, 15, 6);
     const auto offset = digits(text, 22, 3);
-    if (!hours || *hours > 23 || !minutes || *minutes > 59 || !seconds || *seconds > 59 || !fraction || !offset)
+    if (!hours || *hours > 23 || !minutes || *minutes > 59 || !seconds || *seconds > 59 || !fraction ||
+        !offset)
         return std::nullopt;
     const std::uint64_t timeOfDay = *hours * hour + *minutes * minute + *seconds * second + *fraction;
 

@@ -1,4 +1,5 @@
-// The CMPI objects: a handle with its function table over a C++ value, and what their functions have in common.
+// The CMPI objects: a handle with its function table over a C++ value, and what their functions have in
+// common.
 #pragma once
 
 #include "state.h"
@@ -16,7 +17,7 @@ public:
     Object(const Object&) = delete;
     Object& operator=(const Object&) = delete;
 
-    virtual const char* type() const = 0;    // "CMPIString", …
+    virtual const char* type() const = 0;     // "CMPIString", …
     virtual std::string describe() const = 0; // for toString()
     void destroy();
 
@@ -35,26 +36,69 @@ struct PropertyFilter {
     std::vector<std::string> properties, keys;
 };
 
-struct InstanceContent {
-    Instance instance;
+// An instance. It is shared by what it was given to (clones, arrays, results) until one of them changes it.
+class InstanceContent {
+public:
+    explicit InstanceContent(Instance instance) { own(std::move(instance)); }
+    explicit InstanceContent(Value::Embedded instance) : shared_(std::move(instance)) {}
+
+    const Instance& get() const { return *shared_; }
+    const Value::Embedded& share() const { return shared_; }
+    Instance& change() {
+        if (!exclusive())
+            own(Instance(*shared_));
+        return *own_;
+    }
+    Instance take() && {
+        if (exclusive())
+            return std::move(*own_);
+        return *shared_;
+    }
+
     std::optional<PropertyFilter> filter;
+
+private:
+    bool exclusive() const { return own_ != nullptr && shared_.use_count() == 1; }
+    void own(Instance&& instance) {
+        auto copy = std::make_shared<Instance>(std::move(instance));
+        own_ = copy.get();
+        shared_ = std::move(copy);
+    }
+
+    Value::Embedded shared_;
+    Instance* own_ = nullptr; // the same, when it was made here
 };
 
+struct ResultContent {
+    std::vector<InstanceContent> instances;
+    std::vector<ObjectPath> paths;
+    std::vector<Value> values;
+    bool done = false;
+};
+
+// What was returned, as a reply. Instances that nobody else has are moved.
+Reply takeReply(ResultContent content);
+
 struct EnumerationContent {
+    CMPIType type; // of the items
     std::vector<Value> items;
     size_t next = 0;
+};
+
+struct SelectExpression {
+    std::string query;
 };
 
 // What an object of each kind holds, and its function table.
 template <class Handle>
 struct Traits;
 
-#define BROKER_TRAITS(Handle, ContentType)                                                                    \
-    template <>                                                                                               \
-    struct Traits<Handle> {                                                                                   \
-        using Content = ContentType;                                                                          \
-        static const Handle##FT table;                                                                        \
-        static constexpr const char* name = #Handle;                                                          \
+#define BROKER_TRAITS(Handle, ContentType)                                                                   \
+    template <>                                                                                              \
+    struct Traits<Handle> {                                                                                  \
+        using Content = ContentType;                                                                         \
+        static const Handle##FT table;                                                                       \
+        static constexpr const char* name = #Handle;                                                         \
     }
 
 BROKER_TRAITS(CMPIString, std::string);
@@ -64,16 +108,25 @@ BROKER_TRAITS(CMPIObjectPath, ObjectPath);
 BROKER_TRAITS(CMPIInstance, InstanceContent);
 BROKER_TRAITS(CMPIArgs, NamedValues);
 BROKER_TRAITS(CMPIContext, NamedValues);
-BROKER_TRAITS(CMPIResult, Reply);
+BROKER_TRAITS(CMPIResult, ResultContent);
 BROKER_TRAITS(CMPIEnumeration, EnumerationContent);
+BROKER_TRAITS(CMPISelectExp, SelectExpression);
 #undef BROKER_TRAITS
 
-inline std::string description(const std::string& text) { return text; }
-inline std::string description(const DateTime& time) { return time.text(); }
-inline std::string description(const Value& value) { return toText(value); }
-inline std::string description(const ObjectPath& path) { return toText(path); }
+inline std::string description(const std::string& text) {
+    return text;
+}
+inline std::string description(const DateTime& time) {
+    return time.text();
+}
+inline std::string description(const Value& value) {
+    return toText(value);
+}
+inline std::string description(const ObjectPath& path) {
+    return toText(path);
+}
 inline std::string description(const InstanceContent& content) {
-    return "instance of " + toText(content.instance.path);
+    return "instance of " + toText(content.get().path);
 }
 template <class Content>
 std::string description(const Content&) {
@@ -86,7 +139,8 @@ public:
     using Content = typename Traits<Handle>::Content;
 
     ObjectOf(State& objectState, Content objectContent)
-        : Object(objectState), handle{static_cast<Object*>(this), &Traits<Handle>::table},
+        : Object(objectState),
+          handle{static_cast<Object*>(this), &Traits<Handle>::table},
           content(std::move(objectContent)) {}
     const char* type() const override { return Traits<Handle>::name; }
     std::string describe() const override { return description(content); }
@@ -108,15 +162,25 @@ inline State& objectOf(const CMPIBroker* broker) {
     return *static_cast<State*>(const_cast<void*>(broker->hdl));
 }
 
-inline State& stateOf(State& state) { return state; }
-inline State& stateOf(Object& object) { return object.state; }
+inline State& stateOf(State& state) {
+    return state;
+}
+inline State& stateOf(Object& object) {
+    return object.state;
+}
+
+// A new object of this arena.
+template <class Handle>
+Handle* make(State& state, Arena& arena, typename Traits<Handle>::Content content) {
+    auto object = std::make_unique<ObjectOf<Handle>>(state, std::move(content));
+    arena.adopt(*object);
+    return &object.release()->handle;
+}
 
 // A new object of the request.
 template <class Handle>
 Handle* make(State& state, typename Traits<Handle>::Content content) {
-    auto object = std::make_unique<ObjectOf<Handle>>(state, std::move(content));
-    state.arena().adopt(*object);
-    return &object.release()->handle;
+    return make<Handle>(state, state.arena(), std::move(content));
 }
 
 // Within a catch block: the exception as a status.
@@ -175,7 +239,9 @@ Handle* clone(const Handle* handle, CMPIStatus* status) {
     });
 }
 
-inline void report(CMPIStatus& status) { status = {CMPI_RC_ERR_NOT_SUPPORTED, nullptr}; }
+inline void report(CMPIStatus& status) {
+    status = {CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
+}
 inline void report(CMPIStatus* status) {
     if (status != nullptr)
         report(*status);

@@ -18,8 +18,8 @@ std::string quoted(std::string_view text) {
 }
 
 bool startsName(char character) {
-    return (character >= 'A' && character <= 'Z') || (character >= 'a' && character <= 'z') || character == '_' ||
-           static_cast<unsigned char>(character) >= 0x80; // UTF-8
+    return (character >= 'A' && character <= 'Z') || (character >= 'a' && character <= 'z') ||
+           character == '_' || static_cast<unsigned char>(character) >= 0x80; // UTF-8
 }
 
 bool continuesName(char character) {

@@ -1,13 +1,16 @@
 #include "state.h"
 
 #include "object.h"
+#include "provider.h"
 #include "tables.h"
+
+#include <utility>
 
 namespace broker {
 
 namespace {
 
-thread_local Scope* innermostScope = nullptr;
+thread_local Frame* innermostFrame = nullptr;
 
 } // namespace
 
@@ -31,8 +34,8 @@ void Arena::disown(Object& object) {
 }
 
 void Arena::clear() {
-    while (first_ != nullptr)
-        first_->destroy();
+    for (Object* object = std::exchange(first_, nullptr); object != nullptr;)
+        delete std::exchange(object, object->next_);
 }
 
 Object::Object(State& objectState) : state(objectState), keepsState_(objectState.shared_from_this()) {
@@ -49,33 +52,36 @@ void Object::destroy() {
     delete this;
 }
 
-Scope::Scope(std::shared_ptr<State> scopeState) : state(std::move(scopeState)), outer_(innermostScope) {
-    innermostScope = this;
+Frame::Frame(std::shared_ptr<State> frameState) : state(std::move(frameState)), outer_(innermostFrame) {
+    innermostFrame = this;
 }
 
-Scope::~Scope() {
-    for (Scope** scope = &innermostScope; *scope != nullptr; scope = &(*scope)->outer_)
-        if (*scope == this) {
-            *scope = outer_;
+Frame::~Frame() {
+    for (Frame** frame = &innermostFrame; *frame != nullptr; frame = &(*frame)->outer_)
+        if (*frame == this) {
+            *frame = outer_;
             break;
         }
 }
 
-Scope* Scope::innermost() {
-    return innermostScope;
+Frame* Frame::innermost() {
+    return innermostFrame;
 }
 
 State::State() : handle{this, &requestTable, &factoryTable, &servicesTable, &memoryTable} {}
 
+State::~State() = default;
+
 void State::count(Call call) {
     Counter& counter = counters[static_cast<size_t>(call)];
-    if (++counter.calls == counter.failAt)
+    if (counter.calls.fetch_add(1, std::memory_order_relaxed) + 1 ==
+        counter.failAt.load(std::memory_order_relaxed))
         throw Failure{CMPI_RC_ERR_FAILED, "injected failure"};
 }
 
 Arena& State::arena() {
-    Scope* scope = Scope::innermost();
-    return scope != nullptr ? scope->arena : root;
+    Frame* frame = Frame::innermost();
+    return frame != nullptr ? frame->arena : root;
 }
 
 CMPIStatus currentFailure(State* state) noexcept {

@@ -12,6 +12,7 @@
 namespace broker {
 
 class Object;
+class Provider;
 
 // A CMPI function that cannot do what it is asked.
 struct Failure {
@@ -36,32 +37,38 @@ private:
     Object* first_ = nullptr;
 };
 
-// Objects that a thread makes while a scope is its innermost go with the scope.
-class Scope {
+// Objects that a thread makes while a frame is its innermost go with the frame.
+class Frame {
 public:
-    explicit Scope(std::shared_ptr<State> state);
-    ~Scope();
-    Scope(const Scope&) = delete;
-    Scope& operator=(const Scope&) = delete;
+    explicit Frame(std::shared_ptr<State> state);
+    ~Frame();
+    Frame(const Frame&) = delete;
+    Frame& operator=(const Frame&) = delete;
 
-    static Scope* innermost(); // of this thread
+    static Frame* innermost(); // of this thread
 
     const std::shared_ptr<State> state;
     Arena arena;
 
 private:
-    Scope* outer_;
+    Frame* outer_;
 };
 
 class State : public std::enable_shared_from_this<State> {
 public:
     State();
+    ~State();
 
     // Counts a call; throws Failure when this is the one that is to fail.
     void count(Call call);
 
-    // Where objects go: the thread's innermost scope, or what lasts as long as the broker.
+    // Where objects go: the thread's innermost frame, or what lasts as long as the broker.
     Arena& arena();
+
+    // Answers a request with these context entries.
+    Reply execute(const Request& request, const NamedValues& entries);
+    // The entries of a request's context that comes from outside.
+    NamedValues contextEntries() const;
 
     struct Counter {
         std::atomic<unsigned> calls{0};
@@ -74,7 +81,8 @@ public:
     Broker::Router router;
     Broker::IndicationHandler indicationHandler;
     Broker::LogHandler logHandler;
-    Broker::KeyNames keyNames;
+    std::string user;
+    std::vector<std::unique_ptr<Provider>> providers;
     Arena root;
 };
 

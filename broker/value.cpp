@@ -15,10 +15,12 @@ struct TypeName {
 };
 
 constexpr TypeName typeNames[] = {
-    {CMPI_boolean, "boolean"}, {CMPI_char16, "char16"},     {CMPI_real32, "real32"}, {CMPI_real64, "real64"},
-    {CMPI_uint8, "uint8"},     {CMPI_uint16, "uint16"},     {CMPI_uint32, "uint32"}, {CMPI_uint64, "uint64"},
-    {CMPI_sint8, "sint8"},     {CMPI_sint16, "sint16"},     {CMPI_sint32, "sint32"}, {CMPI_sint64, "sint64"},
-    {CMPI_string, "string"},   {CMPI_dateTime, "datetime"}, {CMPI_ref, "reference"}, {CMPI_instance, "instance"},
+    {CMPI_boolean, "boolean"},   {CMPI_char16, "char16"},     {CMPI_real32, "real32"},
+    {CMPI_real64, "real64"},     {CMPI_uint8, "uint8"},       {CMPI_uint16, "uint16"},
+    {CMPI_uint32, "uint32"},     {CMPI_uint64, "uint64"},     {CMPI_sint8, "sint8"},
+    {CMPI_sint16, "sint16"},     {CMPI_sint32, "sint32"},     {CMPI_sint64, "sint64"},
+    {CMPI_string, "string"},     {CMPI_dateTime, "datetime"}, {CMPI_ref, "reference"},
+    {CMPI_instance, "instance"},
 };
 
 template <class T>

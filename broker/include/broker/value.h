@@ -1,5 +1,5 @@
-// CIM values, instances and object paths as plain C++: what requests are made of and results are read into. They
-// own what they hold and outlive the request.
+// CIM values, instances and object paths as plain C++: what requests are made of and results are read into.
+// They own what they hold and outlive the request.
 #pragma once
 
 #include <cmpidt.h>

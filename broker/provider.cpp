@@ -1,0 +1,164 @@
+#include "provider.h"
+
+#include <algorithm>
+#include <dlfcn.h>
+
+namespace broker {
+
+namespace {
+
+using Operation = Request::Operation;
+
+template <class MI>
+void cleanUp(MI* mi, const CMPIContext* context) {
+    if (mi != nullptr && mi->ft != nullptr && mi->ft->cleanup != nullptr)
+        mi->ft->cleanup(mi, context, true);
+}
+
+// Calls a provider's function, which it may not have.
+template <class MI, class... Parameters, class... Arguments>
+CMPIStatus call(MI* mi, CMPIStatus (*function)(MI*, Parameters...), Arguments... arguments) {
+    return function != nullptr ? function(mi, arguments...) : CMPIStatus{CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
+}
+
+std::string messageOf(CMPIrc code, const std::string& message) {
+    return message.empty() ? codeName(code) : message;
+}
+
+} // namespace
+
+// Modules stay in the process: providers leave threads and exit handlers behind.
+Provider::Provider(State& state, const std::string& file, const std::string& name,
+                   std::vector<std::string> classes)
+    : state_(state),
+      name_(name),
+      classes_(std::move(classes)),
+      module_(dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE)) {
+    if (module_ == nullptr)
+        throw LoadError(dlerror());
+    const Frame frame(state.shared_from_this());
+    const CMPIContext* context = make<CMPIContext>(state, state.contextEntries());
+    instances_ = create<CMPIInstanceMI>("InstanceMI", context);
+    methods_ = create<CMPIMethodMI>("MethodMI", context);
+    indications_ = create<CMPIIndicationMI>("IndicationMI", context);
+    if (instances_ == nullptr && methods_ == nullptr && indications_ == nullptr)
+        throw LoadError(file + ": no entry point " + name +
+                        "_Create_InstanceMI, …_MethodMI or …_IndicationMI");
+}
+
+Provider::~Provider() {
+    const Frame frame(state_.shared_from_this());
+    const CMPIContext* context = make<CMPIContext>(state_, {});
+    cleanUp(indications_, context);
+    cleanUp(methods_, context);
+    cleanUp(instances_, context);
+    dlclose(module_);
+}
+
+template <class MI>
+MI* Provider::create(const char* kind, const CMPIContext* context) {
+    using Named = MI* (*)(const CMPIBroker*, const CMPIContext*, CMPIStatus*);
+    using Generic = MI* (*)(const CMPIBroker*, const CMPIContext*, const char*, CMPIStatus*);
+    const std::string entryPoint = std::string("_Create_") + kind;
+    CMPIStatus status{CMPI_RC_OK, nullptr};
+    MI* mi = nullptr;
+    if (void* named = dlsym(module_, (name_ + entryPoint).c_str()))
+        mi = reinterpret_cast<Named>(named)(&state_.handle, context, &status);
+    else if (void* generic = dlsym(module_, ("_Generic" + entryPoint).c_str()))
+        mi = reinterpret_cast<Generic>(generic)(&state_.handle, context, name_.c_str(), &status);
+    else
+        return nullptr;
+    if (mi == nullptr || mi->ft == nullptr || status.rc != CMPI_RC_OK)
+        throw LoadError(name_ + entryPoint + ": " + messageOf(status.rc, toString(status.msg)));
+    return mi;
+}
+
+bool Provider::serves(std::string_view className) const {
+    return classes_.empty() || std::any_of(classes_.begin(), classes_.end(),
+                                           [&](const auto& name) { return sameName(name, className); });
+}
+
+CMPIStatus Provider::callInstance(const Request& request, const CMPIContext* context,
+                                  const CMPIResult* result) const {
+    if (instances_ == nullptr)
+        return {CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
+    const CMPIInstanceMIFT& table = *instances_->ft;
+    const CMPIObjectPath* path = make<CMPIObjectPath>(state_, request.path);
+    PropertyNames properties(request.properties);
+    const auto instance = [&] {
+        Instance given = request.instance;
+        if (given.path.className.empty())
+            given.path = request.path;
+        return make<CMPIInstance>(state_, InstanceContent(std::move(given)));
+    };
+    switch (request.operation) {
+    case Operation::EnumerateInstances:
+        return call(instances_, table.enumerateInstances, context, result, path, properties.names());
+    case Operation::EnumerateInstanceNames:
+        return call(instances_, table.enumerateInstanceNames, context, result, path);
+    case Operation::GetInstance:
+        return call(instances_, table.getInstance, context, result, path, properties.names());
+    case Operation::ModifyInstance:
+        return call(instances_, table.modifyInstance, context, result, path, instance(), properties.names());
+    case Operation::CreateInstance:
+        return call(instances_, table.createInstance, context, result, path, instance());
+    case Operation::DeleteInstance:
+        return call(instances_, table.deleteInstance, context, result, path);
+    default:
+        return {CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
+    }
+}
+
+CMPIStatus Provider::callMethod(const Request& request, const CMPIContext* context, const CMPIResult* result,
+                                CMPIArgs* out) const {
+    if (methods_ == nullptr)
+        return {CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
+    const CMPIObjectPath* path = make<CMPIObjectPath>(state_, request.path);
+    const CMPIArgs* in = make<CMPIArgs>(state_, request.arguments);
+    return call(methods_, methods_->ft->invokeMethod, context, result, path, request.method.c_str(), in, out);
+}
+
+Reply Provider::execute(const Request& request, const NamedValues& entries) const {
+    std::optional<Frame> frame(state_.shared_from_this());
+    const CMPIContext* context = make<CMPIContext>(state_, entries);
+    CMPIResult* result = make<CMPIResult>(state_, {});
+    CMPIArgs* out = make<CMPIArgs>(state_, {});
+    const CMPIStatus status = request.operation == Operation::InvokeMethod
+                                  ? callMethod(request, context, result, out)
+                                  : callInstance(request, context, result);
+    if (status.rc != CMPI_RC_OK)
+        return toReply(status);
+    ResultContent content = std::move(objectOf(result).content);
+    NamedValues arguments = std::move(objectOf(out).content);
+    frame.reset(); // leaves the returned instances to the reply alone
+    Reply reply = takeReply(std::move(content));
+    reply.arguments = std::move(arguments);
+    return reply;
+}
+
+Reply Provider::listen(bool begin, const std::string& query, const ObjectPath& source,
+                       const NamedValues& entries) const {
+    if (indications_ == nullptr)
+        return {.code = CMPI_RC_ERR_NOT_SUPPORTED, .message = {}};
+    const CMPIIndicationMIFT& table = *indications_->ft;
+    const Frame frame(state_.shared_from_this());
+    const CMPIContext* context = make<CMPIContext>(state_, entries);
+    const CMPISelectExp* filter = make<CMPISelectExp>(state_, {query});
+    const CMPIObjectPath* path = make<CMPIObjectPath>(state_, source);
+    const char* type = source.className.c_str();
+    CMPIStatus status{CMPI_RC_OK, nullptr};
+    if (begin) {
+        status = call(indications_, table.authorizeFilter, context, filter, type, path, state_.user.c_str());
+        if (status.rc == CMPI_RC_OK)
+            status = call(indications_, table.activateFilter, context, filter, type, path, true);
+        if (status.rc == CMPI_RC_OK)
+            status = call(indications_, table.enableIndications, context);
+    } else {
+        status = call(indications_, table.disableIndications, context);
+        if (status.rc == CMPI_RC_OK)
+            status = call(indications_, table.deActivateFilter, context, filter, type, path, true);
+    }
+    return toReply(status);
+}
+
+} // namespace broker

@@ -1,0 +1,41 @@
+// A loaded provider module.
+#pragma once
+
+#include "object.h"
+
+namespace broker {
+
+class Provider {
+public:
+    Provider(State& state, const std::string& file, const std::string& name,
+             std::vector<std::string> classes);
+    ~Provider();
+    Provider(const Provider&) = delete;
+    Provider& operator=(const Provider&) = delete;
+
+    bool serves(std::string_view className) const;
+
+    // Runs the request as CMPI calls of a new frame.
+    Reply execute(const Request& request, const NamedValues& entries) const;
+    // Tells that somebody listens to indications, or no longer does.
+    Reply listen(bool begin, const std::string& query, const ObjectPath& source,
+                 const NamedValues& entries) const;
+
+private:
+    template <class MI>
+    MI* create(const char* kind, const CMPIContext* context);
+    CMPIStatus callInstance(const Request& request, const CMPIContext* context,
+                            const CMPIResult* result) const;
+    CMPIStatus callMethod(const Request& request, const CMPIContext* context, const CMPIResult* result,
+                          CMPIArgs* out) const;
+
+    State& state_;
+    std::string name_;
+    std::vector<std::string> classes_;
+    void* module_;
+    CMPIInstanceMI* instances_ = nullptr;
+    CMPIMethodMI* methods_ = nullptr;
+    CMPIIndicationMI* indications_ = nullptr;
+};
+
+} // namespace broker
