@@ -10,11 +10,7 @@ extern constinit const ClassFamily family_Sensor;
 
 std::span<const ClassFamily* const> allClasses() {
     static constexpr const ClassFamily* classes[] = {
-        &family_ConcreteJob,
-        &family_Error,
-        &family_HostComputerSystem,
-        &family_NumericSensor,
-        &family_Sensor,
+        &family_ConcreteJob, &family_Error, &family_HostComputerSystem, &family_NumericSensor, &family_Sensor,
     };
     return classes;
 }

@@ -1,7 +1,7 @@
 /* CIM hook functions: what libProviderHelper asks of the BMC's IPMI controller.
  *
- * A BMC vendor implements these functions (libCIMAPIHooks, libCIMTRZHooks, libCIMOEMHooks); the reference platform
- * does it over IPMI 2.0 messages. Common rules:
+ * A BMC vendor implements these functions (libCIMAPIHooks, libCIMTRZHooks, libCIMOEMHooks); the reference
+ * platform does it over IPMI 2.0 messages. Common rules:
  *   - every function returns 0 for success; any other value is a failure whose meaning is the platform's own;
  *   - on failure an out-argument has no meaning;
  *   - `timeout` is in seconds and bounds the whole call, retries included; the library passes 30;

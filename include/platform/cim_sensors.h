@@ -14,14 +14,15 @@ extern "C" {
 typedef struct {
     uint8_t completionCode; /* 00h success */
     uint8_t reading;        /* raw analog reading; 0 for a discrete sensor */
-    uint8_t flags;          /* bit 5 reading/state unavailable, bit 6 scanning enabled, bit 7 events enabled */
-    uint8_t statesLow;      /* threshold comparison status, or state bits 0 to 7 */
-    uint8_t statesHigh;     /* state bits 8 to 14; bit 7 is reserved and reads 1 */
+    uint8_t flags;      /* bit 5 reading/state unavailable, bit 6 scanning enabled, bit 7 events enabled */
+    uint8_t statesLow;  /* threshold comparison status, or state bits 0 to 7 */
+    uint8_t statesHigh; /* state bits 8 to 14; bit 7 is reserved and reads 1 */
 } CIM_SensorReading;
 
 /* Reads a sensor of the BMC (owner 20h, LUN 0). Returns 0 when the BMC answered, with a completion code other
  * than 0 too: the caller looks at it. State bytes that the BMC left out of its answer read 0. */
-int CIM_GetSensorReading(IPMI20_SESSION_T* session, uint8_t sensorNumber, CIM_SensorReading* answer, int timeout);
+int CIM_GetSensorReading(IPMI20_SESSION_T* session, uint8_t sensorNumber, CIM_SensorReading* answer,
+                         int timeout);
 
 #ifdef __cplusplus
 }

@@ -9,8 +9,8 @@ extern "C" {
 #endif
 
 /* An IPMI session. The caller owns the storage (a local of the function that opens it), the platform owns the
- * contents: CIM_Create_IPMI20_Session or _Ext fills it, CIM_Close_Session releases what it holds. A platform may
- * keep a pointer in it, or the whole session. */
+ * contents: CIM_Create_IPMI20_Session or _Ext fills it, CIM_Close_Session releases what it holds. A platform
+ * may keep a pointer in it, or the whole session. */
 typedef struct {
     union {
         void* handle;
@@ -25,15 +25,15 @@ typedef struct {
  *   port             UDP port of an RMCP+ session, 623 by default
  *   userName         at most 16 characters
  *   password         at most 20 characters
- *   interfaceType    0 RMCP+ over LAN (address: host name or IP address), 1 the local IPMI device (address: its
- *                    driver type, empty to probe), 2 virtual BMC (address: path of its state file)
- *   cipherSuite      IPMI 2.0 cipher suite ID of an RMCP+ session, 3 where nothing is known
- *   workaroundFlags  bits of the platform's IPMI library for BMCs that deviate from IPMI 2.0, 0 for none
- *   retransmission   milliseconds until an unanswered message is sent again, 0 for the platform's default
- *   privilegeLevel   IPMI privilege level asked for, 4 administrator */
-int CIM_Create_IPMI20_Session(IPMI20_SESSION_T* session, const char* address, uint16_t port, const char* userName,
-                              const char* password, int interfaceType, int cipherSuite, int workaroundFlags,
-                              int retransmission, int privilegeLevel, int timeout);
+ *   interfaceType    0 RMCP+ over LAN (address: host name or IP address), 1 the local IPMI device (address:
+ * its driver type, empty to probe), 2 virtual BMC (address: path of its state file) cipherSuite      IPMI 2.0
+ * cipher suite ID of an RMCP+ session, 3 where nothing is known workaroundFlags  bits of the platform's IPMI
+ * library for BMCs that deviate from IPMI 2.0, 0 for none retransmission   milliseconds until an unanswered
+ * message is sent again, 0 for the platform's default privilegeLevel   IPMI privilege level asked for, 4
+ * administrator */
+int CIM_Create_IPMI20_Session(IPMI20_SESSION_T* session, const char* address, uint16_t port,
+                              const char* userName, const char* password, int interfaceType, int cipherSuite,
+                              int workaroundFlags, int retransmission, int privilegeLevel, int timeout);
 
 /* Opens a session of the local controller on behalf of a request's user.
  *

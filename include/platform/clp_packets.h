@@ -1,8 +1,8 @@
-/* Packet library of the command-line protocol (CLP) daemon: libsmclpdpkt.so, opened by libProviderHelper at run
- * time. A BMC without the daemon does without it: then there are no CLP jobs.
+/* Packet library of the command-line protocol (CLP) daemon: libsmclpdpkt.so, opened by libProviderHelper at
+ * run time. A BMC without the daemon does without it: then there are no CLP jobs.
  *
- * The functions send a request to the daemon and take its answer; 0 for success. A CLP job's InstanceID contains
- * "clp-job". */
+ * The functions send a request to the daemon and take its answer; 0 for success. A CLP job's InstanceID
+ * contains "clp-job". */
 #ifndef PLATFORM_CLP_PACKETS_H
 #define PLATFORM_CLP_PACKETS_H
 

@@ -1,7 +1,8 @@
 /* Where absolute paths lie: below the directory named by PH_SYSROOT, or where they say.
  *
- * The product works on fixed absolute paths. A demo, a test or a benchmark sets PH_SYSROOT to a directory of its
- * own, and every such path is then taken below it. secure_getenv is used, so a privileged program ignores it. */
+ * The product works on fixed absolute paths. A demo, a test or a benchmark sets PH_SYSROOT to a directory of
+ * its own, and every such path is then taken below it. secure_getenv is used, so a privileged program ignores
+ * it. */
 #ifndef PLATFORM_SYSROOT_H
 #define PLATFORM_SYSROOT_H
 

@@ -8,18 +8,18 @@
 extern "C" {
 #endif
 
-/* A computer system. Integer lists end with a negative number, text lists with NULL; the texts are heap strings of
- * the record. */
+/* A computer system. Integer lists end with a negative number, text lists with NULL; the texts are heap
+ * strings of the record. */
 typedef struct {
-    int Dedicated[4];           /* 0 not dedicated, 28 management controller */
-    char Name[256];             /* key */
-    char CreationClassName[256];/* key */
+    int Dedicated[4];            /* 0 not dedicated, 28 management controller */
+    char Name[256];              /* key */
+    char CreationClassName[256]; /* key */
     char* OtherIdentifyingInfo[4];
     char* IdentifyingDescriptions[4];
-    uint16_t EnabledState;      /* 2 enabled */
-    uint16_t RequestedState;    /* last state asked for; 12 not applicable */
+    uint16_t EnabledState;   /* 2 enabled */
+    uint16_t RequestedState; /* last state asked for; 12 not applicable */
     int OperationalStatus[4];
-    uint16_t HealthState;       /* 5 OK */
+    uint16_t HealthState; /* 5 OK */
     char ElementName[128];
     char PrimaryOwnerContact[256]; /* published for a management controller only */
 } HostComputerSystemRecord;

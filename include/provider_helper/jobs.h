@@ -1,7 +1,7 @@
 /* Jobs of extrinsic methods, and why they failed. For the conventions see utility.h.
  *
- * Job rows live in the temporary database. Those whose InstanceID contains "clp-job" belong to the command-line
- * protocol daemon and are asked of it (platform/clp_packets.h). */
+ * Job rows live in the temporary database. Those whose InstanceID contains "clp-job" belong to the
+ * command-line protocol daemon and are asked of it (platform/clp_packets.h). */
 #ifndef PROVIDER_HELPER_JOBS_H
 #define PROVIDER_HELPER_JOBS_H
 
@@ -11,9 +11,10 @@
 extern "C" {
 #endif
 
-/* Records a job. `state` is a DMTF JobState: 4 running, 7 completed, 10 exception; `operationalStatus` a list of
- * decimal numbers such as "2". The InstanceID (64 characters) is the database's. */
-PH_EXPORT int PH_CreateJobInstance(const char* jobName, char* instanceId, int state, const char* operationalStatus);
+/* Records a job. `state` is a DMTF JobState: 4 running, 7 completed, 10 exception; `operationalStatus` a list
+ * of decimal numbers such as "2". The InstanceID (64 characters) is the database's. */
+PH_EXPORT int PH_CreateJobInstance(const char* jobName, char* instanceId, int state,
+                                   const char* operationalStatus);
 /* Changes a job's state; a finished one ("17,2") or failed one ("17,6") has run to 100 per cent. */
 PH_EXPORT int PH_ModifyConcreteJob(const char* instanceId, int state, const char* operationalStatus);
 /* Attaches an error to a failed job. */
@@ -40,8 +41,8 @@ PH_EXPORT extern const char* const g_ConcreteJobKeyList[1];
 PH_EXPORT int PH_Enum_All_CLP_Jobs(ConcreteJobRecord** records, int* count, int namesOnly);
 PH_EXPORT int PH_Delete_CLPJob(const char* instanceId);
 
-/* Method GetErrors of the job that `ref` names: its errors go to the out-argument "Errors", an array of instances,
- * empty for a job without one; the method's value is 0. */
+/* Method GetErrors of the job that `ref` names: its errors go to the out-argument "Errors", an array of
+ * instances, empty for a job without one; the method's value is 0. */
 PH_EXPORT int PH_GetErrors(const CMPIBroker* broker, const CMPIContext* context, const CMPIResult* result,
                            const CMPIObjectPath* ref, CMPIArgs* out, CMPIStatus* status);
 

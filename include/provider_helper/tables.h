@@ -11,8 +11,7 @@
 extern "C" {
 #endif
 
-/* ---- Sensor states
- * ------------------------------------------------------------------------------------------- */
+/* ---- Sensor states ------------------------------------------------------------------------------------ */
 
 /* What a state means for the sensor: "Good", "Bad", "Unknown". */
 PH_EXPORT extern const char DMTF_PossibleStates[3][20];
@@ -42,8 +41,7 @@ typedef struct {
 /* Ascending by sensor type, then by offset. */
 PH_EXPORT extern const PHSensorSpecificState sensor_specific_possible_state_mapping[193];
 
-/* ---- Health
- * --------------------------------------------------------------------------------------------------- */
+/* ---- Health ------------------------------------------------------------------------------------------- */
 
 /* What a sensor's CurrentState says of the health of the element it watches. */
 typedef struct {
@@ -55,8 +53,7 @@ typedef struct {
 /* A CurrentState that has no row says nothing. */
 PH_EXPORT extern const PHHealthState logdev_health_state_mapping[89];
 
-/* ---- Events
- * --------------------------------------------------------------------------------------------------- */
+/* ---- Events ------------------------------------------------------------------------------------------- */
 
 /* A DMTF PerceivedSeverity and its name in alerts. */
 typedef struct {

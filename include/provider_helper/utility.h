@@ -1,7 +1,7 @@
 /* Provider frame: property values, class families, back-end access.
  *
- * Results: integer functions return 0 for success and -1 for failure, functions that return objects return NULL on
- * failure, unless their comment says otherwise. CMPI objects belong to the broker. */
+ * Results: integer functions return 0 for success and -1 for failure, functions that return objects return
+ * NULL on failure, unless their comment says otherwise. CMPI objects belong to the broker. */
 #ifndef PROVIDER_HELPER_UTILITY_H
 #define PROVIDER_HELPER_UTILITY_H
 
@@ -19,7 +19,7 @@
 extern "C" {
 #endif
 
-/* ---- Property lists ------------------------------------------------------------------------------------------ */
+/* ---- Property lists ----------------------------------------------------------------------------------- */
 
 /* 1 when `name` is to be set on an instance: `list` is NULL (no filter) or one of its entries equals `name`,
  * whatever the case. 0 otherwise, and for a NULL name. `list` ends with NULL. */
@@ -34,38 +34,39 @@ typedef struct {
     uint64_t value;
 } PHPropertyRow;
 
-/* The properties that a request may change (with their default values), or is to change (with the new ones). */
+/* The properties that a request may change (with their default values), or is to change (with the new ones).
+ */
 typedef struct {
     PHPropertyRow rows[64];
     int count;
 } PHPropertyList;
 
-/* Copies `name` to row `index` of a table with rows of 80 characters, at most 64 of them: a longer name is only
- * terminated by what the row holds behind them. Does not change a list's count. */
+/* Copies `name` to row `index` of a table with rows of 80 characters, at most 64 of them: a longer name is
+ * only terminated by what the row holds behind them. Does not change a list's count. */
 PH_EXPORT void AddTo_DefaultList(void* table, const char* name, int index);
 
 /* Bytes of the text that names refused properties. */
 #define PH_REFUSED_NAMES_SIZE 1024
 
 /* Sorts a modify request into `modifiable` and `refusedNames` (joined with ", "; cut where it is full).
- * Without a property list every property that differs from `current` is taken, and refused names do not make the
- * function fail: the caller fails the request when the text is not empty. With one, the first name that is not in
- * `defaults` ends it with -1. Values that refer to CMPI objects stay those of `modified`. */
+ * Without a property list every property that differs from `current` is taken, and refused names do not make
+ * the function fail: the caller fails the request when the text is not empty. With one, the first name that
+ * is not in `defaults` ends it with -1. Values that refer to CMPI objects stay those of `modified`. */
 PH_EXPORT int getModifiableProperties(const CMPIInstance* modified, const CMPIInstance* current,
                                       const char** properties, const PHPropertyList* defaults,
                                       PHPropertyList* modifiable, char* refusedNames);
 
-/* Splits a text at its commas into a heap array of heap strings, both freed by the caller. Leading blanks and tabs
- * of a field go; empty fields count, and leave as many NULL slots at the array's end. Only the first 255 characters
- * are looked at. NULL or empty text: count 0, `list` untouched. -1 when an allocation fails. */
+/* Splits a text at its commas into a heap array of heap strings, both freed by the caller. Leading blanks and
+ * tabs of a field go; empty fields count, and leave as many NULL slots at the array's end. Only the first 255
+ * characters are looked at. NULL or empty text: count 0, `list` untouched. -1 when an allocation fails. */
 PH_EXPORT int PH_GetArrayCount(const char* text, char*** list, int* count);
 
-/* ---- Array building ------------------------------------------------------------------------------------------- */
+/* ---- Array building ----------------------------------------------------------------------------------- */
 
 /* These return NULL for a NULL list, a negative count, or a broker failure. The array belongs to the broker.
  *
- * The first four copy `count` entries, or, when `count` is 0, those before the sentinel (all bits set), of which
- * there must be one at least. A sentinel before `count` leaves the elements from there on unset. */
+ * The first four copy `count` entries, or, when `count` is 0, those before the sentinel (all bits set), of
+ * which there must be one at least. A sentinel before `count` leaves the elements from there on unset. */
 PH_EXPORT CMPIArray* PH_DupArray_uint8(const CMPIBroker* broker, const uint8_t* list, int count);
 PH_EXPORT CMPIArray* PH_DupArray_uint16(const CMPIBroker* broker, const uint16_t* list, int count);
 PH_EXPORT CMPIArray* PH_DupArray_uint64(const CMPIBroker* broker, const uint64_t* list, int count);
@@ -76,7 +77,8 @@ PH_EXPORT CMPIArray* PH_Dup_uint16_Array(const CMPIBroker* broker, const int* li
 /* uint16 array of `count` entries. */
 PH_EXPORT CMPIArray* Dup_uint16_Array(const CMPIBroker* broker, int count, const uint16_t* list);
 /* String array of the texts at table + i * stride. */
-PH_EXPORT CMPIArray* Dup_const_string_Array(const CMPIBroker* broker, int count, const void* table, int stride);
+PH_EXPORT CMPIArray* Dup_const_string_Array(const CMPIBroker* broker, int count, const void* table,
+                                            int stride);
 /* The same; as many elements as the table has 32-bit words before the first zero word. None gives NULL. */
 PH_EXPORT CMPIArray* PH_Dup_const_string_Array(const CMPIBroker* broker, const void* table, int stride);
 /* String array of `count` texts. */
@@ -84,11 +86,11 @@ PH_EXPORT CMPIArray* Dup_variable_string_Array(const CMPIBroker* broker, int cou
 /* String array of the texts before the NULL. None gives NULL. */
 PH_EXPORT CMPIArray* PH_Dup_variable_string_Array(const CMPIBroker* broker, char* const* texts);
 
-/* ---- Values of a request -------------------------------------------------------------------------------------- */
+/* ---- Values of a request ------------------------------------------------------------------------------ */
 
-/* Takes a value of the native type as it is, or a string: decimal, 0x hexadecimal, or octal after a leading 0.
- * Signed getters want a sign in a string. The 64-bit getters accept 32 bits from a string. A NULL string is 0.
- * The result is left alone on failure. */
+/* Takes a value of the native type as it is, or a string: decimal, 0x hexadecimal, or octal after a leading
+ * 0. Signed getters want a sign in a string. The 64-bit getters accept 32 bits from a string. A NULL string
+ * is 0. The result is left alone on failure. */
 PH_EXPORT int GetUINT8Value(CMPIData data, uint8_t* result);
 PH_EXPORT int GetUINT16Value(CMPIData data, uint16_t* result);
 PH_EXPORT int GetUINT32Value(CMPIData data, uint32_t* result);
@@ -116,22 +118,19 @@ PH_EXPORT int CheckForValidObjectPath(const CMPIBroker* broker, const CMPIObject
                                       const char* const* keyNames, CMPIString** keyValues, int keyCount,
                                       CMPIStatus* status);
 
-/* ---- Class families ------------------------------------------------------------------------------------------- */
+/* ---- Class families ----------------------------------------------------------------------------------- */
 
 /* The functions of one class, named after it without "CIM_". `Record` is the class's plain data record.
  *
- *   PH_Enum_All_X      appends all records to `*records` (heap, `*count` of them; start with NULL and 0). With
- *                      `namesOnly` only the keys are filled. On failure nothing is appended.
- *   PH_Get_X           the record with these key values (in key-list order), as an array of one. On -1 a record
- *                      may have been handed out: clean it either way.
- *   PH_Clean_X         frees the records with their texts, and sets the pointer to NULL. A count below 1 frees
- *                      the array alone.
- *   PH_MakePath_X      object path of a record in the namespace of `ref`. Failure: 1 "Make ObjectPath failed."
- *   PH_MakeInst_X      instance with the keys and those properties that `properties` names (NULL: all). The two
- *                      integers tell the caller: 0,0 enumeration, 0,1 instance array, 0,2 get-instance.
- *                      Failure: 1 "Make instance failed."
- *   PH_X_GetInstArray  all instances, as an array.
- *   PH_EI_X PH_EIN_X PH_GI_X  the CMPI requests EnumInstances, EnumInstanceNames and GetInstance; results go to
+ *   PH_Enum_All_X      appends all records to `*records` (heap, `*count` of them; start with NULL and 0).
+ * With `namesOnly` only the keys are filled. On failure nothing is appended. PH_Get_X           the record
+ * with these key values (in key-list order), as an array of one. On -1 a record may have been handed out:
+ * clean it either way. PH_Clean_X         frees the records with their texts, and sets the pointer to NULL. A
+ * count below 1 frees the array alone. PH_MakePath_X      object path of a record in the namespace of `ref`.
+ * Failure: 1 "Make ObjectPath failed." PH_MakeInst_X      instance with the keys and those properties that
+ * `properties` names (NULL: all). The two integers tell the caller: 0,0 enumeration, 0,1 instance array, 0,2
+ * get-instance. Failure: 1 "Make instance failed." PH_X_GetInstArray  all instances, as an array. PH_EI_X
+ * PH_EIN_X PH_GI_X  the CMPI requests EnumInstances, EnumInstanceNames and GetInstance; results go to
  *                      `result`, which the caller closes (CMReturnDone). Failures: 1 "Failed to Enumerate
  *                      Instance", "Failed to Enumerate Instance Names", "Failed to Get Instance".
  *   PH_MI_X PH_CI_X PH_DI_X PH_IM_X  modify, create and delete instance, invoke method. A class that does not
@@ -139,61 +138,68 @@ PH_EXPORT int CheckForValidObjectPath(const CMPIBroker* broker, const CMPIObject
  *                      "DeleteInstance not supported", "Invoke Method not supported".
  *
  * Beside them a class has PH_Fill_X, which fills the non-key fields of a record from its back-end rows. */
-#define PH_DECLARE_CLASS_FAMILY(X, Record) \
-    PH_DECLARE_CLASS_RECORDS(X, Record); \
+#define PH_DECLARE_CLASS_FAMILY(X, Record)                                                                   \
+    PH_DECLARE_CLASS_RECORDS(X, Record);                                                                     \
     PH_DECLARE_EMBEDDED_CLASS_FAMILY(X, Record)
 
 /* The part that a class has whose instances are only reached through others, as CIM_Error. Its EIN, EI and GI
  * answer 7: "Enumerate Instance Names not supported", "Enumerate Instances  not supported", "Get Instance not
  * supported". */
-#define PH_DECLARE_EMBEDDED_CLASS_FAMILY(X, Record) \
-    PH_EXPORT CMPIObjectPath* PH_MakePath_##X(const CMPIBroker* broker, const CMPIContext* context, \
-                                              const CMPIObjectPath* ref, const Record* record, CMPIStatus* status); \
-    PH_EXPORT CMPIInstance* PH_MakeInst_##X(const CMPIBroker* broker, const CMPIContext* context, \
-                                            const CMPIObjectPath* ref, const char** properties, const Record* record, \
-                                            int callerKind, int callerDetail, CMPIStatus* status); \
-    PH_EXPORT void PH_EI_##X(const CMPIBroker* broker, const CMPIContext* context, const CMPIObjectPath* ref, \
-                             const char** properties, const CMPIResult* result, CMPIStatus* status); \
-    PH_EXPORT void PH_EIN_##X(const CMPIBroker* broker, const CMPIContext* context, const CMPIObjectPath* ref, \
-                              const CMPIResult* result, CMPIStatus* status); \
-    PH_EXPORT void PH_GI_##X(const CMPIBroker* broker, const CMPIContext* context, const CMPIObjectPath* ref, \
-                             const char** properties, const CMPIResult* result, CMPIStatus* status); \
-    PH_EXPORT CMPIStatus PH_MI_##X(const CMPIBroker* broker, const CMPIContext* context, const CMPIResult* result, \
-                                   const CMPIObjectPath* ref, const CMPIInstance* instance, \
-                                   const char** properties); \
-    PH_EXPORT CMPIStatus PH_CI_##X(const CMPIBroker* broker, const CMPIContext* context, const CMPIResult* result, \
-                                   const CMPIObjectPath* ref, const CMPIInstance* instance); \
-    PH_EXPORT CMPIStatus PH_DI_##X(const CMPIBroker* broker, const CMPIContext* context, const CMPIResult* result, \
-                                   const CMPIObjectPath* ref); \
-    PH_EXPORT CMPIStatus PH_IM_##X(const CMPIBroker* broker, const CMPIContext* context, const CMPIResult* result, \
-                                   const CMPIObjectPath* ref, const char* method, const CMPIArgs* in, CMPIArgs* out)
+#define PH_DECLARE_EMBEDDED_CLASS_FAMILY(X, Record)                                                          \
+    PH_EXPORT CMPIObjectPath* PH_MakePath_##X(const CMPIBroker* broker, const CMPIContext* context,          \
+                                              const CMPIObjectPath* ref, const Record* record,               \
+                                              CMPIStatus* status);                                           \
+    PH_EXPORT CMPIInstance* PH_MakeInst_##X(const CMPIBroker* broker, const CMPIContext* context,            \
+                                            const CMPIObjectPath* ref, const char** properties,              \
+                                            const Record* record, int callerKind, int callerDetail,          \
+                                            CMPIStatus* status);                                             \
+    PH_EXPORT void PH_EI_##X(const CMPIBroker* broker, const CMPIContext* context,                           \
+                             const CMPIObjectPath* ref, const char** properties, const CMPIResult* result,   \
+                             CMPIStatus* status);                                                            \
+    PH_EXPORT void PH_EIN_##X(const CMPIBroker* broker, const CMPIContext* context,                          \
+                              const CMPIObjectPath* ref, const CMPIResult* result, CMPIStatus* status);      \
+    PH_EXPORT void PH_GI_##X(const CMPIBroker* broker, const CMPIContext* context,                           \
+                             const CMPIObjectPath* ref, const char** properties, const CMPIResult* result,   \
+                             CMPIStatus* status);                                                            \
+    PH_EXPORT CMPIStatus PH_MI_##X(const CMPIBroker* broker, const CMPIContext* context,                     \
+                                   const CMPIResult* result, const CMPIObjectPath* ref,                      \
+                                   const CMPIInstance* instance, const char** properties);                   \
+    PH_EXPORT CMPIStatus PH_CI_##X(const CMPIBroker* broker, const CMPIContext* context,                     \
+                                   const CMPIResult* result, const CMPIObjectPath* ref,                      \
+                                   const CMPIInstance* instance);                                            \
+    PH_EXPORT CMPIStatus PH_DI_##X(const CMPIBroker* broker, const CMPIContext* context,                     \
+                                   const CMPIResult* result, const CMPIObjectPath* ref);                     \
+    PH_EXPORT CMPIStatus PH_IM_##X(const CMPIBroker* broker, const CMPIContext* context,                     \
+                                   const CMPIResult* result, const CMPIObjectPath* ref, const char* method,  \
+                                   const CMPIArgs* in, CMPIArgs* out)
 
-#define PH_DECLARE_CLASS_RECORDS(X, Record) \
-    PH_EXPORT int PH_Enum_All_##X(Record** records, int* count, int namesOnly); \
-    PH_EXPORT int PH_Get_##X(Record** record, CMPIString** keyValues); \
-    PH_EXPORT void PH_Clean_##X(Record** records, int count); \
-    PH_EXPORT CMPIArray* PH_##X##_GetInstArray(const CMPIObjectPath* ref, const CMPIBroker* broker, \
+#define PH_DECLARE_CLASS_RECORDS(X, Record)                                                                  \
+    PH_EXPORT int PH_Enum_All_##X(Record** records, int* count, int namesOnly);                              \
+    PH_EXPORT int PH_Get_##X(Record** record, CMPIString** keyValues);                                       \
+    PH_EXPORT void PH_Clean_##X(Record** records, int count);                                                \
+    PH_EXPORT CMPIArray* PH_##X##_GetInstArray(const CMPIObjectPath* ref, const CMPIBroker* broker,          \
                                                const CMPIContext* context, const char** properties)
 
 /* All instances of the class that `ref` names, found by that name: an OEM library's function first
- * (PH_OEM_<class>_GetInstArray in /usr/local/lib/libOEMProviderHelper.so), then this library's, then the class that
- * the object manager gives for a prefix of its own (/usr/local/lib/libqom.so). The caller owns the array. */
-PH_EXPORT CMPIArray* PH_GetInstArray(const CMPIObjectPath* ref, const CMPIBroker* broker, const CMPIContext* context,
-                                     const char** properties);
+ * (PH_OEM_<class>_GetInstArray in /usr/local/lib/libOEMProviderHelper.so), then this library's, then the
+ * class that the object manager gives for a prefix of its own (/usr/local/lib/libqom.so). The caller owns the
+ * array. */
+PH_EXPORT CMPIArray* PH_GetInstArray(const CMPIObjectPath* ref, const CMPIBroker* broker,
+                                     const CMPIContext* context, const char** properties);
 
-/* Fills g_fp and g_corefeatures. Called once when a provider is loaded; the arguments are the provider's and not
- * looked at. Returns 0. */
+/* Fills g_fp and g_corefeatures. Called once when a provider is loaded; the arguments are the provider's and
+ * not looked at. Returns 0. */
 PH_EXPORT int PH_Init(const CMPIBroker* broker, const CMPIContext* context, const char* providerName,
                       CMPIStatus* status);
 
 PH_EXPORT extern PlatformFunctions g_fp;
 PH_EXPORT extern CoreFeatures g_corefeatures;
 
-/* ---- Back ends ------------------------------------------------------------------------------------------------ */
+/* ---- Back ends ---------------------------------------------------------------------------------------- */
 
 /* Opens the local IPMI session with the settings of the SMASH database: six attempts, five seconds apart.
- * 0 open; -1 no database or no session; 1 no settings in the database, which callers take for success: calls on
- * such a session fail. */
+ * 0 open; -1 no database or no session; 1 no settings in the database, which callers take for success: calls
+ * on such a session fail. */
 PH_EXPORT int CreateIPMISession(IPMI20_SESSION_T* session);
 /* Opens a session on behalf of the user and address in "/tmp/current_req". */
 PH_EXPORT int CreateIPMISession_Ext(IPMI20_SESSION_T* session);
@@ -205,16 +211,16 @@ PH_EXPORT int PH_CreateTmpDBHandle(SMASH_DB_HANDLE* handle);
 PH_EXPORT int PH_CreateSmashDBHandle(SMASH_DB_HANDLE* handle);
 PH_EXPORT int PH_CloseDBHandle(SMASH_DB_HANDLE handle);
 
-/* System names as the vendor gives them, or "Unknown.IPMI BMC DeviceID.<id>" and "IPMI Controller <id>" after the
- * device record. `name` holds 256 characters. */
+/* System names as the vendor gives them, or "Unknown.IPMI BMC DeviceID.<id>" and "IPMI Controller <id>" after
+ * the device record. `name` holds 256 characters. */
 PH_EXPORT int PH_GetHostSystemName(char* name);
 PH_EXPORT int PH_GetSPSystemName(char* name);
 
 /* Wall-clock seconds, all bits set when the clock cannot be read. */
 PH_EXPORT unsigned int PH_GetTimeInSeconds(void);
 
-/* First two colon-separated fields as decimal numbers; leading and repeated colons are skipped. `first` may be
- * NULL. */
+/* First two colon-separated fields as decimal numbers; leading and repeated colons are skipped. `first` may
+ * be NULL. */
 PH_EXPORT int ParseDeviceId(const char* deviceId, int* first, int* second);
 
 /* "1.2.3.4" to 4 bytes; each number is cut to 8 bits. -1 for fewer than four numbers. */
@@ -225,8 +231,8 @@ PH_EXPORT int ConvertStrToMAC(const char* text, uint8_t* mac);
 PH_EXPORT void GetMACAddress(const char* text, uint8_t* mac);
 /* 6 bytes to "00:1A:..."; `text` holds 18 characters. Returns the text's length. */
 PH_EXPORT int ConvertMACNumToMACFormatStr(const uint8_t* mac, char* text);
-/* Separator ":": 6 bytes as 12 hexadecimal digits, without separators; ".": 4 bytes as dotted decimal numbers;
- * any other writes nothing. `text` holds 16 characters. */
+/* Separator ":": 6 bytes as 12 hexadecimal digits, without separators; ".": 4 bytes as dotted decimal
+ * numbers; any other writes nothing. `text` holds 16 characters. */
 PH_EXPORT void ConvertIPorMACnumToStr(const uint8_t* bytes, int length, char* text, const char* separator);
 /* Strict IPv4 check; says on standard output what is wrong. */
 PH_EXPORT int IsValidIP(const char* text);
@@ -235,8 +241,8 @@ PH_EXPORT int IsValidIP(const char* text);
  * alone where there is none. Returns 0. */
 PH_EXPORT int PH_GetPackageTypeAndName(int entityId, int* packageType, char* name);
 
-/* The authenticated user of the request, as the context entry "CMPIPrincipal" names it. The text belongs to the
- * context. */
+/* The authenticated user of the request, as the context entry "CMPIPrincipal" names it. The text belongs to
+ * the context. */
 PH_EXPORT int GetUserForAuthentication(const void* unused, const CMPIContext* context, const char** user);
 
 #ifdef __cplusplus
