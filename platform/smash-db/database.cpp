@@ -4,6 +4,8 @@
 
 #include <platform/sysroot.h>
 
+#include <sqlite3.h>
+
 #include <cerrno>
 #include <cstring>
 #include <stdexcept>
@@ -14,8 +16,16 @@
 namespace smash {
 namespace {
 
-// A sync's commit is the longest wait: some thousand rows written to flash.
-constexpr int busyTimeoutMs = 3000;
+// How long a lock of somebody else's is waited for. A sync's commit is the longest: some thousand rows
+// written to flash. SQLite's own waiting grows to 100 ms a time, in which a busy neighbour always comes
+// first.
+constexpr int waitMs = 2;
+constexpr int longestWaitMs = 4000;
+
+int waitForLock(void*, int times) {
+    usleep(waitMs * 1000);
+    return times < longestWaitMs / waitMs ? 1 : 0;
+}
 
 constexpr mode_t privateMode = S_IRUSR | S_IWUSR; // the file holds the BMC's password
 
@@ -94,9 +104,11 @@ SQLite::Database open(const Schema& schema, OpenMode mode) {
         const int create = mode == OpenMode::CreateMissing ? SQLite::OPEN_CREATE : 0;
         if (create == 0 && access(path.c_str(), R_OK) != 0)
             throw std::runtime_error(std::strerror(errno)); // SQLite says no more than "unable to open"
-        SQLite::Database database(path, SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX | create,
-                                  busyTimeoutMs);
-        if (schema.isInSharedFolder)
+        SQLite::Database database(path, SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX | create);
+        sqlite3_busy_handler(database.getHandle(), waitForLock, nullptr);
+        if (schema.isTemporary)
+            database.exec("PRAGMA synchronous = OFF"); // it does not outlive the machine's run
+        if (schema.isTemporary)
             requireOwnFile(path);
         if (create != 0 && isBlank(database))
             createTables(database, schema);
