@@ -1,6 +1,7 @@
 #include "smash-db/sync/sdr_mapping.h"
 
 #include "ipmi/message.h"
+#include "ipmi/sensor_types.h"
 #include "smash-db/rows.h"
 #include "smash-db/sync/type_length.h"
 
@@ -58,7 +59,7 @@ CompactSdr readCommon(ipmi::Reader& reader, const SdrRecord& record) {
     row.supportedStates = row.eventReadingType == threshold ? readable & 0x3F : readable & 0x7FFF;
     row.sensorType = cimSensorType(row.ipmiSensorType);
     if (row.sensorType == 1)
-        copyText(row.otherSensorType, sensorTypeName(row.ipmiSensorType));
+        copyText(row.otherSensorType, ipmi::sensorTypeName(row.ipmiSensorType));
     return row;
 }
 

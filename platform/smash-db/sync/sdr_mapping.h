@@ -36,7 +36,4 @@ private:
     std::set<std::string> deviceIds_;
 };
 
-// Name of an IPMI sensor type code (IPMI 2.0 table 42-3).
-const char* sensorTypeName(std::uint8_t type);
-
 } // namespace smash
