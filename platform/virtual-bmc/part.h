@@ -1,0 +1,31 @@
+// What a part of the machine is made of: fields in JSON, and commands as rows of a table. See parts.h.
+#pragma once
+
+#include "ipmi/command.h"
+#include "ipmi/message.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <nlohmann/json_fwd.hpp>
+#include <span>
+
+namespace vbmc {
+
+using Json = nlohmann::ordered_json; // members in the order in which they were written
+
+class Fields;
+class State;
+struct Place;
+
+// Reads the request and writes the answer behind its completion code, which is the result. A handler that
+// succeeds may have edited parts of the state; what one that fails has edited is undone.
+using Handler = std::uint8_t (*)(State& state, ipmi::Reader request, ipmi::Writer& answer);
+
+struct Command {
+    std::uint8_t netFn;
+    std::uint8_t command;
+    std::size_t leastRequest; // bytes; a shorter one is answered with C7h
+    Handler handler;
+};
+
+} // namespace vbmc

@@ -1,0 +1,28 @@
+// What a raw reading means: the conversion of IPMI 2.0 36.3 and its reverse.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+namespace vbmc {
+
+enum class AnalogFormat : std::uint8_t { Unsigned, OnesComplement, TwosComplement, None };
+
+// y = L((M x + B 10^bExponent) 10^resultExponent)
+struct ReadingFactors {
+    AnalogFormat format = AnalogFormat::Unsigned;
+    std::uint8_t linearization = 0; // L; 70h and more: the sensor has factors for each reading
+    std::int16_t m = 1;             // 10 bits
+    std::int16_t b = 0;             // 10 bits
+    std::int8_t bExponent = 0;      // 4 bits
+    std::int8_t resultExponent = 0; // 4 bits
+
+    double value(std::uint8_t raw) const;
+    // The raw reading whose value is nearest; nothing for a value beyond those that there are.
+    std::optional<std::uint8_t> raw(double value) const;
+
+    std::uint8_t leastRaw() const; // what stands for the least and the greatest x
+    std::uint8_t greatestRaw() const;
+};
+
+} // namespace vbmc

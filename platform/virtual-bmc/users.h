@@ -1,0 +1,38 @@
+// The user table (IPMI 2.0 22.26 to 22.30).
+#pragma once
+
+#include "virtual-bmc/part.h"
+
+#include <string>
+#include <vector>
+
+namespace vbmc {
+
+struct User {
+    std::uint8_t id = 0;
+    std::string name;
+    bool isEnabled = true;
+    bool isFixedName = false;
+    std::uint8_t privilege = 4; // limit: 1 callback, 2 user, 3 operator, 4 administrator, 5 OEM, 15 none
+    bool mayMessage = true;     // IPMI messaging
+    bool isCallbackOnly = false;
+    bool linkAuthentication = false;
+
+    void fields(Fields& fields);
+    void check(const Place& place) const;
+};
+
+struct Users {
+    static constexpr std::uint8_t slots = 16; // user IDs 1 to 16
+
+    std::vector<User> list;
+
+    static constexpr const char* name = "users";
+    static std::span<const Command> commands();
+    void check(const Place& place) const;
+    Json describe(const State& state) const;
+
+    const User* find(std::uint8_t id) const; // null for a slot that is not in use
+};
+
+} // namespace vbmc

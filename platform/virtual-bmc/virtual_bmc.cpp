@@ -1,0 +1,123 @@
+#include "virtual-bmc/virtual_bmc.h"
+
+#include "virtual-bmc/json_fields.h"
+#include "virtual-bmc/state_file.h"
+
+#include <fcntl.h>
+
+namespace vbmc {
+namespace {
+
+// What comes from a sensor: its errors begin with which one it is.
+[[noreturn]] void fail(const Sensor& sensor, const std::string& reason) {
+    throw Error("sensor '" + sensor.name + "': " + reason);
+}
+
+template <class Work>
+void editSensor(StateFile& file, const SensorRef& reference, Work&& work) {
+    file.transact([&](State& state) {
+        const auto slot = state.get<Sensors>().find(reference);
+        auto& sensors = state.edit<Sensors>();
+        work(sensors.sensor(slot), sensors.live(slot));
+    });
+}
+
+void requireAnalog(const Sensor& sensor) {
+    if (!sensor.isAnalog())
+        fail(sensor, "it has no analog reading");
+}
+
+} // namespace
+
+void create(const std::filesystem::path& stateFile, const std::filesystem::path& modelFile,
+            Existing existing) {
+    const std::string text = readAll(openPrivate(modelFile, O_RDONLY), modelFile);
+    createFromText(stateFile, text, modelFile.string(), existing);
+}
+
+void createFromText(const std::filesystem::path& stateFile, std::string_view model,
+                    const std::string& modelName, Existing existing) {
+    State state(stateFile);
+    try {
+        state.loadModel(model);
+    } catch (const Error& error) {
+        throw Error(modelName + ": " + error.what());
+    }
+    StateFile::create(stateFile, state, existing);
+}
+
+VirtualBmc::VirtualBmc(std::filesystem::path stateFile)
+    : file_(std::make_unique<StateFile>(std::move(stateFile))) {}
+
+VirtualBmc::~VirtualBmc() = default;
+
+nlohmann::ordered_json VirtualBmc::describe() {
+    Json description;
+    file_->transact([&](State& state) { description = state.describe(); });
+    return description;
+}
+
+void VirtualBmc::setReading(const SensorRef& sensor, double value) {
+    editSensor(*file_, sensor, [&](Sensor& found, Live& live) {
+        requireAnalog(found);
+        const auto raw = found.analog.factors.raw(value);
+        if (!raw)
+            fail(found, "it has no reading for " + Json(value).dump());
+        live.raw = *raw;
+    });
+}
+
+void VirtualBmc::setRawReading(const SensorRef& sensor, std::uint8_t raw) {
+    editSensor(*file_, sensor, [&](Sensor& found, Live& live) {
+        requireAnalog(found);
+        live.raw = raw;
+    });
+}
+
+void VirtualBmc::setStates(const SensorRef& sensor, std::uint16_t states) {
+    editSensor(*file_, sensor, [&](Sensor& found, Live& live) {
+        constexpr std::uint16_t reserved = 0x8000;
+        if (found.isAnalog())
+            fail(found, "its states follow from its reading");
+        if ((states & reserved) != 0)
+            fail(found, "state offsets end at 14");
+        live.states.bits = states;
+    });
+}
+
+void VirtualBmc::setAvailability(const SensorRef& sensor, Availability availability) {
+    editSensor(*file_, sensor, [&](Sensor&, Live& live) { live.availability = availability; });
+}
+
+void VirtualBmc::addFault(const Fault& fault) {
+    const FaultEntry entry{fault};
+    entry.check(Place{nullptr, "fault"});
+    file_->transact([&](State& state) { state.edit<Faults>().list.push_back(entry); });
+}
+
+std::vector<Fault> VirtualBmc::faults() {
+    std::vector<Fault> faults;
+    file_->transact([&](State& state) {
+        const auto& list = state.get<Faults>().list;
+        faults.assign(list.begin(), list.end());
+    });
+    return faults;
+}
+
+void VirtualBmc::clearFaults() {
+    file_->transact([](State& state) { state.edit<Faults>().list.clear(); });
+}
+
+void VirtualBmc::recordMessages(std::size_t limit) {
+    file_->transact([&](State& state) {
+        MessageLog::restart(state, static_cast<std::uint32_t>(std::min<std::size_t>(limit, 0xFFFFFFFF)));
+    });
+}
+
+std::vector<Message> VirtualBmc::recordedMessages() {
+    std::vector<Message> messages;
+    file_->transact([&](State& state) { messages = MessageLog::read(state); });
+    return messages;
+}
+
+} // namespace vbmc
