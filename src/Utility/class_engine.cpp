@@ -7,7 +7,9 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <memory>
+#include <vector>
 
 namespace ph::engine {
 namespace {
@@ -30,7 +32,6 @@ public:
     }
     int count() const { return count_; }
     const void* at(int i) const { return static_cast<const char*>(records_) + family_.recordSize * i; }
-    bool skips(int i) const { return family_.skip != nullptr && family_.skip(at(i)); }
 
 private:
     const ClassFamily& family_;
@@ -38,8 +39,62 @@ private:
     int count_ = 0;
 };
 
+// Hands each record to `take`; one at a time where the class can. false when `take` is, or without records.
+template <class Take>
+bool forEachRecord(const ClassFamily& family, Detail detail, Take&& take) {
+    return guarded(false, [&] {
+        if (family.stream != nullptr)
+            return family.stream(std::ref(take), detail) == 0;
+        RequestRecords records(family);
+        if (!records.enumerate(detail))
+            return false;
+        for (int i = 0; i < records.count(); ++i)
+            if (!take(records.at(i)))
+                return false;
+        return true;
+    });
+}
+
+bool skips(const ClassFamily& family, const void* record) {
+    return family.skip != nullptr && family.skip(record);
+}
+
 const char* textOf(const CMPIString* string) {
     return string != nullptr ? CMGetCharsPtr(string, nullptr) : nullptr;
+}
+
+// Makes CMPI objects for a request on `ref`.
+struct Maker {
+    Maker(const ClassFamily& family, const CMPIBroker* cmpiBroker, const CMPIObjectPath* ref)
+        : broker(cmpiBroker), releasesEarly(family.stream != nullptr) {
+        CMPIStatus status = success;
+        nameSpace = textOf(CMGetNameSpace(ref, &status));
+        hasNameSpace = status.rc == CMPI_RC_OK;
+    }
+
+    const CMPIBroker* broker;
+    const char* nameSpace;
+    bool hasNameSpace;
+    // A broker frees what it made when the request has ended, which is late for a class that streams because
+    // it has so many records: there an object goes as soon as the broker has taken over what it holds.
+    bool releasesEarly;
+};
+
+// Gives an object of the request back to the broker, where that is not left to the broker.
+struct EarlyRelease {
+    bool wanted;
+    template <class Object>
+    void operator()(Object* object) const {
+        if (wanted)
+            CMRelease(object);
+    }
+};
+template <class Object>
+using Temporary = std::unique_ptr<Object, EarlyRelease>;
+
+template <class Object>
+Temporary<Object> temporary(const Maker& maker, Object* object) {
+    return {object, EarlyRelease{maker.releasesEarly}};
 }
 
 const char* keyText(const Property& key, const void* record) {
@@ -102,9 +157,10 @@ bool setArray(CMPIInstance* instance, const char* name, CMPIArray* array, CMPITy
     return CMSetProperty(instance, name, &value, type).rc == CMPI_RC_OK;
 }
 
-bool setDateTime(CMPIInstance* instance, const char* name, CMPIDateTime* time) {
+bool setDateTime(const Maker& maker, CMPIInstance* instance, const char* name, CMPIDateTime* time) {
     if (time == nullptr)
         return false;
+    const auto owner = temporary(maker, time);
     CMPIValue value{};
     value.dateTime = time;
     return CMSetProperty(instance, name, &value, CMPI_dateTime).rc == CMPI_RC_OK;
@@ -115,8 +171,8 @@ bool setText(CMPIInstance* instance, const char* name, const char* text) {
            CMPI_RC_OK;
 }
 
-bool setProperty(const CMPIBroker* broker, CMPIInstance* instance, const Property& property,
-                 const void* record) {
+bool setProperty(const Maker& maker, CMPIInstance* instance, const Property& property, const void* record) {
+    const CMPIBroker* const broker = maker.broker;
     ComputedValue computed{};
     const void* field = static_cast<const char*>(record) + property.offset;
     if (property.compute != nullptr) {
@@ -144,11 +200,11 @@ bool setProperty(const CMPIBroker* broker, CMPIInstance* instance, const Propert
     case Kind::DateTimeText: {
         const char* text = static_cast<const char*>(field);
         return *text == '\0' ||
-               setDateTime(instance, property.name, CMNewDateTimeFromChars(broker, text, nullptr));
+               setDateTime(maker, instance, property.name, CMNewDateTimeFromChars(broker, text, nullptr));
     }
     case Kind::DateTimeValue: {
         const std::uint64_t microseconds = static_cast<const DateTime*>(field)->microseconds;
-        return setDateTime(instance, property.name,
+        return setDateTime(maker, instance, property.name,
                            microseconds == DateTime::none
                                ? CMNewDateTimeFromChars(broker, nullptr, nullptr)
                                : CMNewDateTimeFromBinary(broker, microseconds, false, nullptr));
@@ -166,41 +222,40 @@ bool setProperty(const CMPIBroker* broker, CMPIInstance* instance, const Propert
     }
 }
 
-CMPIObjectPath* buildPath(const ClassFamily& family, const CMPIBroker* broker, const CMPIObjectPath* ref,
-                          const void* record) {
+Temporary<CMPIObjectPath> buildPath(const ClassFamily& family, const Maker& maker, const void* record) {
+    auto path = temporary<CMPIObjectPath>(maker, nullptr);
     CMPIStatus status = success;
-    const char* nameSpace = textOf(CMGetNameSpace(ref, &status));
-    if (status.rc != CMPI_RC_OK)
-        return nullptr;
-    CMPIObjectPath* path = CMNewObjectPath(broker, nameSpace, family.name, &status);
+    if (maker.hasNameSpace)
+        path.reset(CMNewObjectPath(maker.broker, maker.nameSpace, family.name, &status));
     if (path == nullptr || status.rc != CMPI_RC_OK)
-        return nullptr;
+        return temporary<CMPIObjectPath>(maker, nullptr);
     for (const Property& key : family.properties) {
         if (!key.isKey)
             continue;
         const char* text = keyText(key, record);
         if (*text == '\0' ||
-            CMAddKey(path, key.name, reinterpret_cast<const CMPIValue*>(text), CMPI_chars).rc != CMPI_RC_OK)
-            return nullptr;
+            CMAddKey(path.get(), key.name, reinterpret_cast<const CMPIValue*>(text), CMPI_chars).rc !=
+                CMPI_RC_OK)
+            return temporary<CMPIObjectPath>(maker, nullptr);
     }
     return path;
 }
 
-CMPIInstance* buildInstance(const ClassFamily& family, const CMPIBroker* broker, const CMPIObjectPath* ref,
-                            const char** properties, const void* record) {
-    CMPIObjectPath* path = buildPath(family, broker, ref, record);
-    if (path == nullptr)
-        return nullptr;
+Temporary<CMPIInstance> buildInstance(const ClassFamily& family, const Maker& maker, const char** properties,
+                                      const void* record) {
+    auto instance = temporary<CMPIInstance>(maker, nullptr);
+    const auto path = buildPath(family, maker, record);
     CMPIStatus status = success;
-    CMPIInstance* instance = CMNewInstance(broker, path, &status);
+    if (path != nullptr)
+        instance.reset(CMNewInstance(maker.broker, path.get(), &status));
     if (instance == nullptr || status.rc != CMPI_RC_OK)
-        return nullptr;
+        return temporary<CMPIInstance>(maker, nullptr);
     for (const Property& property : family.properties) {
         const bool wanted =
             property.isKey || ((properties == nullptr || ExistsInList(properties, property.name)) &&
                                (property.condition == nullptr || property.condition(record)));
-        if (wanted && !setProperty(broker, instance, property, record))
-            return nullptr;
+        if (wanted && !setProperty(maker, instance.get(), property, record))
+            return temporary<CMPIInstance>(maker, nullptr);
     }
     return instance;
 }
@@ -266,7 +321,7 @@ void clean(const ClassFamily& family, void** records, int count) {
 
 CMPIObjectPath* makePath(const ClassFamily& family, const CMPIBroker* broker, const CMPIObjectPath* ref,
                          const void* record, CMPIStatus* status) {
-    CMPIObjectPath* path = buildPath(family, broker, ref, record);
+    CMPIObjectPath* path = buildPath(family, Maker(family, broker, ref), record).release();
     if (path == nullptr)
         fail(broker, status, CMPI_RC_ERR_FAILED, "Make ObjectPath failed.");
     return path;
@@ -274,8 +329,9 @@ CMPIObjectPath* makePath(const ClassFamily& family, const CMPIBroker* broker, co
 
 CMPIInstance* makeInstance(const ClassFamily& family, const CMPIBroker* broker, const CMPIObjectPath* ref,
                            const char** properties, const void* record, CMPIStatus* status) {
-    CMPIInstance* instance = guarded(static_cast<CMPIInstance*>(nullptr),
-                                     [&] { return buildInstance(family, broker, ref, properties, record); });
+    CMPIInstance* instance = guarded(static_cast<CMPIInstance*>(nullptr), [&] {
+        return buildInstance(family, Maker(family, broker, ref), properties, record).release();
+    });
     if (instance == nullptr)
         fail(broker, status, CMPI_RC_ERR_FAILED, "Make instance failed.");
     return instance;
@@ -283,24 +339,21 @@ CMPIInstance* makeInstance(const ClassFamily& family, const CMPIBroker* broker, 
 
 CMPIArray* instanceArray(const ClassFamily& family, const CMPIObjectPath* ref, const CMPIBroker* broker,
                          const char** properties) {
-    RequestRecords records(family);
-    if (!records.enumerate(Detail::All))
-        return nullptr;
-    CMPICount size = 0;
-    for (int i = 0; i < records.count(); ++i)
-        size += !records.skips(i);
+    std::vector<CMPIInstance*> instances; // an array may take over the objects themselves
+    const Maker maker(family, broker, ref);
+    const bool done = forEachRecord(family, Detail::All, [&](const void* record) {
+        return skips(family, record) ||
+               instances.emplace_back(buildInstance(family, maker, properties, record).release()) != nullptr;
+    });
     CMPIStatus status = success;
-    ArrayPtr array(CMNewArray(broker, size, CMPI_instance, &status));
+    ArrayPtr array(done ? CMNewArray(broker, static_cast<CMPICount>(instances.size()), CMPI_instance, &status)
+                        : nullptr);
     if (array == nullptr || status.rc != CMPI_RC_OK)
         return nullptr;
-    CMPICount position = 0;
-    for (int i = 0; i < records.count(); ++i) {
-        if (records.skips(i))
-            continue;
+    for (CMPICount i = 0; i < instances.size(); ++i) {
         CMPIValue value{};
-        value.inst = makeInstance(family, broker, ref, properties, records.at(i), nullptr);
-        if (value.inst == nullptr ||
-            CMSetArrayElementAt(array.get(), position++, &value, CMPI_instance).rc != CMPI_RC_OK)
+        value.inst = instances[i];
+        if (CMSetArrayElementAt(array.get(), i, &value, CMPI_instance).rc != CMPI_RC_OK)
             return nullptr;
     }
     return array.release();
@@ -310,14 +363,13 @@ void enumerateInstances(const ClassFamily& family, const CMPIBroker* broker, con
                         const char** properties, const CMPIResult* result, CMPIStatus* status) {
     if (family.enumerate == nullptr)
         return fail(broker, status, CMPI_RC_ERR_NOT_SUPPORTED, "Enumerate Instances  not supported");
-    RequestRecords records(family);
-    bool done = records.enumerate(Detail::All);
-    for (int i = 0; done && i < records.count(); ++i) {
-        if (records.skips(i))
-            continue;
-        const CMPIInstance* instance = makeInstance(family, broker, ref, properties, records.at(i), nullptr);
-        done = instance != nullptr && CMReturnInstance(result, instance).rc == CMPI_RC_OK;
-    }
+    const Maker maker(family, broker, ref);
+    const bool done = forEachRecord(family, Detail::All, [&](const void* record) {
+        if (skips(family, record))
+            return true;
+        const auto instance = buildInstance(family, maker, properties, record);
+        return instance != nullptr && CMReturnInstance(result, instance.get()).rc == CMPI_RC_OK;
+    });
     if (!done)
         fail(broker, status, CMPI_RC_ERR_FAILED, "Failed to Enumerate Instance");
 }
@@ -326,12 +378,11 @@ void enumerateNames(const ClassFamily& family, const CMPIBroker* broker, const C
                     const CMPIResult* result, CMPIStatus* status) {
     if (family.enumerate == nullptr)
         return fail(broker, status, CMPI_RC_ERR_NOT_SUPPORTED, "Enumerate Instance Names not supported");
-    RequestRecords records(family);
-    bool done = records.enumerate(Detail::Names);
-    for (int i = 0; done && i < records.count(); ++i) {
-        const CMPIObjectPath* path = makePath(family, broker, ref, records.at(i), nullptr);
-        done = path != nullptr && CMReturnObjectPath(result, path).rc == CMPI_RC_OK;
-    }
+    const Maker maker(family, broker, ref);
+    const bool done = forEachRecord(family, Detail::Names, [&](const void* record) {
+        const auto path = buildPath(family, maker, record);
+        return path != nullptr && CMReturnObjectPath(result, path.get()).rc == CMPI_RC_OK;
+    });
     if (!done)
         fail(broker, status, CMPI_RC_ERR_FAILED, "Failed to Enumerate Instance Names");
 }

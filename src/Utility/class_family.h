@@ -14,6 +14,7 @@
 #include "Utility/record_array.h"
 
 #include <cmpimacs.h>
+#include <functional>
 #include <span>
 #include <string_view>
 
@@ -45,6 +46,9 @@ struct ClassDefinition {
     // Appends the records: 0, or -1 and nothing counts as appended. A class without it is only reached
     // through others: it refuses to be enumerated and got.
     int (*enumerate)(RecordArray<Record>& records, Detail detail) = nullptr;
+    // In its place, for a class with more records than fit in memory at once: hands one after the other to
+    // `take`, and ends with -1 when that is false. The records own nothing.
+    int (*stream)(const std::function<bool(const Record&)>& take, Detail detail) = nullptr;
     // Appends the one record with these key values (not NULL, in key-list order) or a likely one: the keys
     // are compared afterwards. Without it the whole enumeration is searched.
     int (*get)(RecordArray<Record>& records, CMPIString** keyValues) = nullptr;
@@ -63,7 +67,8 @@ struct ClassFamily {
     std::span<const char* const> keys;
     std::span<const Property> properties;
     std::size_t recordSize;
-    int (*enumerate)(RecordStore& records, Detail detail);
+    int (*enumerate)(RecordStore& records, Detail detail); // a class that streams has it too
+    int (*stream)(const std::function<bool(const void*)>& take, Detail detail);
     int (*get)(RecordStore& records, CMPIString** keyValues);
     bool (*skip)(const void* record);
     RequestHandler modify;
@@ -93,22 +98,45 @@ consteval bool keysDescribed(std::span<const char* const> keys, std::span<const 
     return described == keys.size() && described <= maxKeys;
 }
 
+consteval bool ownsTexts(std::span<const Property> properties) {
+    for (const Property& property : properties)
+        if (property.kind == Kind::StringList)
+            return true;
+    return false;
+}
+
 template <class Record, const ClassDefinition<Record>& definition>
 constexpr ClassFamily eraseTypes() {
     static_assert(keysDescribed(definition.keys, definition.properties));
     static_assert(definition.invoke != nullptr || definition.methods.empty());
+    static_assert(definition.stream == nullptr ||
+                  (definition.enumerate == nullptr && !ownsTexts(definition.properties)));
     ClassFamily family{definition.name,   definition.superclass,
                        definition.keys,   definition.properties,
                        sizeof(Record),    nullptr,
                        nullptr,           nullptr,
-                       definition.modify, definition.create,
-                       definition.remove, definition.invoke,
-                       definition.methods};
+                       nullptr,           definition.modify,
+                       definition.create, definition.remove,
+                       definition.invoke, definition.methods};
     if constexpr (definition.enumerate != nullptr)
         family.enumerate = [](RecordStore& store, Detail detail) {
             RecordArray<Record> records(store);
             return definition.enumerate(records, detail);
         };
+    if constexpr (definition.stream != nullptr) {
+        family.stream = [](const std::function<bool(const void*)>& take, Detail detail) {
+            return definition.stream([&](const Record& record) { return take(&record); }, detail);
+        };
+        family.enumerate = [](RecordStore& store, Detail detail) {
+            RecordArray<Record> records(store);
+            return definition.stream(
+                [&](const Record& record) {
+                    Record* copy = records.append();
+                    return copy != nullptr && (*copy = record, true);
+                },
+                detail);
+        };
+    }
     if constexpr (definition.get != nullptr)
         family.get = [](RecordStore& store, CMPIString** keyValues) {
             RecordArray<Record> records(store);
