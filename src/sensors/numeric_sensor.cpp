@@ -105,13 +105,25 @@ int publish(Record& record, const ph::Reading& reading) {
 constexpr ph::SensorClass<Record, FullSdr> sensorClass{"CIM_NumericSensor", db_get_all_full_sdrs,
                                                        db_get_full_sdr, PH_Fill_NumericSensor, publish};
 
+int enumerate(ph::RecordArray<Record>& sensors, ph::Detail detail) {
+    return ph::enumerateSensors(sensorClass, sensors, detail);
+}
+
+int get(ph::RecordArray<Record>& sensors, CMPIString** keyValues) {
+    return ph::getSensor(sensorClass, sensors, keyValues);
+}
+
+bool skip(const Record& record) {
+    return ph::isUnreadable(record.sensor);
+}
+
 constexpr ph::ClassDefinition<Record> definition{.name = sensorClass.name,
                                                  .superclass = "CIM_Sensor",
                                                  .keys = g_NumericSensorKeyList,
                                                  .properties = properties,
-                                                 .enumerate = ph::enumerateSensors<sensorClass>,
-                                                 .get = ph::getSensor<sensorClass>,
-                                                 .skip = ph::isUnreadable};
+                                                 .enumerate = enumerate,
+                                                 .get = get,
+                                                 .skip = skip};
 
 } // namespace
 

@@ -21,6 +21,10 @@ void fillCommon(const CompactSdr& sdr, SensorRecord& sensor) {
     sensor.supportedStates = sdr.supportedStates;
 }
 
+bool isUnreadable(const SensorRecord& sensor) {
+    return IsSkipUnkwonError(sensor.DeviceID, sensor.source, sensor.OperationalStatus[0]) == 1;
+}
+
 } // namespace ph
 
 namespace {
@@ -30,13 +34,25 @@ using Record = SensorRecord;
 constexpr ph::SensorClass<Record, CompactSdr> sensorClass{
     "CIM_Sensor", db_get_all_compact_sdrs, db_get_compact_sdr, PH_Fill_Sensor, ph::publishDiscrete};
 
+int enumerate(ph::RecordArray<Record>& sensors, ph::Detail detail) {
+    return ph::enumerateSensors(sensorClass, sensors, detail);
+}
+
+int get(ph::RecordArray<Record>& sensors, CMPIString** keyValues) {
+    return ph::getSensor(sensorClass, sensors, keyValues);
+}
+
+bool skip(const Record& record) {
+    return ph::isUnreadable(record);
+}
+
 constexpr ph::ClassDefinition<Record> definition{.name = sensorClass.name,
                                                  .superclass = "CIM_LogicalDevice",
                                                  .keys = g_SensorKeyList,
                                                  .properties = ph::sensorProperties,
-                                                 .enumerate = ph::enumerateSensors<sensorClass>,
-                                                 .get = ph::getSensor<sensorClass>,
-                                                 .skip = ph::isUnreadable};
+                                                 .enumerate = enumerate,
+                                                 .get = get,
+                                                 .skip = skip};
 
 } // namespace
 

@@ -44,11 +44,7 @@ inline const CompactSdr& commonOf(const FullSdr& sdr) {
     return sdr.common;
 }
 
-template <class Record>
-bool isUnreadable(const Record& record) {
-    const SensorRecord& sensor = commonOf(const_cast<Record&>(record));
-    return IsSkipUnkwonError(sensor.DeviceID, sensor.source, sensor.OperationalStatus[0]) == 1;
-}
+bool isUnreadable(const SensorRecord& sensor);
 
 // What the SDR says of every sensor, states and texts excepted.
 void fillCommon(const CompactSdr& sdr, SensorRecord& sensor);
@@ -81,10 +77,8 @@ HeapPtr<Sdr> sdrRow(int (*getOne)(SMASH_DB_HANDLE, const char*, Sdr**), const ch
 }
 
 // A class of sensors: its record, its SDR, and the functions that go from one to the other.
-template <class RecordType, class SdrType>
+template <class Record, class Sdr>
 struct SensorClass {
-    using Record = RecordType;
-    using Sdr = SdrType;
     const char* name;
     typename SdrRows<Sdr>::Getter getAll;
     int (*getOne)(SMASH_DB_HANDLE, const char* deviceId, Sdr**);
@@ -115,29 +109,31 @@ int appendSensor(const SensorClass<Record, Sdr>& sensorClass, RecordArray<Record
 }
 
 // Paths need neither a session nor a reading.
-template <const auto& sensorClass, class Record>
-int enumerateSensors(RecordArray<Record>& sensors, Detail detail) {
+template <class Record, class Sdr>
+int enumerateSensors(const SensorClass<Record, Sdr>& sensorClass, RecordArray<Record>& sensors,
+                     Detail detail) {
     char systemName[256] = "";
-    SdrRows<typename std::remove_cvref_t<decltype(sensorClass)>::Sdr> sdrs;
+    SdrRows<Sdr> sdrs;
     if (PH_GetHostSystemName(systemName) != 0 || !sdrs.read(sensorClass.getAll))
         return -1;
     const bool reads = detail == Detail::All && !sdrs.all().empty();
     SensorReader reader;
     if (reads && !reader.open())
         return -1;
-    for (const auto& sdr : sdrs.all())
+    for (const Sdr& sdr : sdrs.all())
         if (appendSensor(sensorClass, sensors, sdr, systemName, reads ? &reader : nullptr) != 0)
             return -1;
     return 0;
 }
 
-template <const auto& sensorClass, class Record>
-int getSensor(RecordArray<Record>& sensors, CMPIString** keyValues) {
+template <class Record, class Sdr>
+int getSensor(const SensorClass<Record, Sdr>& sensorClass, RecordArray<Record>& sensors,
+              CMPIString** keyValues) {
     const char* deviceId = CMGetCharsPtr(keyValues[deviceIdKey], nullptr);
     char systemName[256] = "";
     if (deviceId == nullptr || PH_GetHostSystemName(systemName) != 0)
         return -1;
-    const auto sdr = sdrRow(sensorClass.getOne, deviceId);
+    const HeapPtr<Sdr> sdr = sdrRow(sensorClass.getOne, deviceId);
     SensorReader reader;
     if (sdr == nullptr || !reader.open())
         return -1;
