@@ -1,0 +1,24 @@
+// The platform under the sensor classes: rows and readings as a test wants them, and functions that fail.
+#pragma once
+
+#include "platform/cim_hooks.h"
+#include "platform/smash_db.h"
+
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+struct FakePlatform {
+    std::vector<CompactSdr> sensors;
+    std::vector<FullSdr> numericSensors;
+    std::map<int, CIM_SensorReading> readings; // by sensor number; the call fails for any other
+
+    std::set<std::string> failing; // functions that fail whenever they are called
+
+    int openSessions = 0;
+    int openHandles = 0;
+    int sessions = 0;      // opened in all
+    std::vector<int> read; // numbers of the sensors that were read, in order
+};
+extern FakePlatform platform;
