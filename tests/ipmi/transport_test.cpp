@@ -1,5 +1,5 @@
 // What opening a transport says and how long it takes when there is no BMC. Sessions that open are tested
-// against peers (tests/peer) and the virtual BMC (tests/hooks).
+// against peers (tests/peer) and the virtual BMC (tests/virtual-bmc).
 #include "ipmi/transport.h"
 
 #include <arpa/inet.h>

@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 #include <map>
+#include <platform/cim_hooks.h>
 #include <platform/smash_db.h>
 #include <set>
 
@@ -104,6 +105,26 @@ TEST_F(SampleServer, readsAsItDescribesItself) {
     EXPECT_GE(availabilities["unavailable"], 2);
     EXPECT_GE(availabilities["unreadable"], 2);
     EXPECT_THAT(report.remarks, IsEmpty());
+}
+
+TEST_F(SampleServer, isReachedThroughTheHooks) {
+    constexpr std::uint8_t localhost[] = {127, 0, 0, 1};
+    constexpr int virtualBmc = 2;
+    constexpr int administrator = 4;
+    const auto openFor = [&](IPMI20_SESSION_T& session, const char* user) {
+        return CIM_Create_IPMI20_Session_Ext(&session, user, localhost, virtualBmc, administrator, 0, 30);
+    };
+    IPMI20_SESSION_T session;
+    for (const char* const user : {"guest", "nobody"}) // disabled, unknown
+        EXPECT_NE(openFor(session, user), 0) << user;
+    ASSERT_EQ(openFor(session, "operator"), 0);
+    vbmc::VirtualBmc(stateFile).setReading("FAN1", 900);
+    CIM_SensorReading reading;
+    ASSERT_EQ(CIM_GetSensorReading(&session, 34, &reading, 30), 0);
+    EXPECT_EQ(reading.completionCode, 0);
+    EXPECT_EQ(reading.reading, 9);
+    EXPECT_EQ(reading.statesLow & 0x3F, 0x03) << "below lower non-critical and critical";
+    EXPECT_EQ(CIM_Close_Session(&session), 0);
 }
 
 } // namespace
