@@ -11,6 +11,7 @@
 #ifndef PLATFORM_CIM_HOOKS_H
 #define PLATFORM_CIM_HOOKS_H
 
+#include "platform/cim_chassis.h"
 #include "platform/cim_sensors.h"
 #include "platform/cim_session.h"
 

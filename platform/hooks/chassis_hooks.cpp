@@ -1,0 +1,48 @@
+#include "hooks/session.h"
+#include "ipmi/command.h"
+
+namespace {
+
+enum class Control : std::uint8_t { // IPMI 2.0 table 28-4
+    PowerDown = 0,
+    PowerUp = 1,
+    PowerCycle = 2,
+    HardReset = 3,
+    DiagnosticInterrupt = 4,
+    SoftShutdown = 5
+};
+
+// The session's transport bounds the exchange.
+int controlChassis(const char* hook, const IPMI20_SESSION_T* session, Control control) {
+    constexpr std::uint8_t chassisControl = 0x02;
+    return hooks::guarded(hook, [&] {
+        ipmi::run(hooks::transportOf(session), ipmi::netFn::chassis, chassisControl,
+                  {static_cast<std::uint8_t>(control)});
+    });
+}
+
+} // namespace
+
+int CIM_PowerUp(IPMI20_SESSION_T* session, int /*timeout*/) {
+    return controlChassis(__func__, session, Control::PowerUp);
+}
+
+int CIM_PowerOff(IPMI20_SESSION_T* session, int /*timeout*/) {
+    return controlChassis(__func__, session, Control::PowerDown);
+}
+
+int CIM_SoftOff(IPMI20_SESSION_T* session, int /*timeout*/) {
+    return controlChassis(__func__, session, Control::SoftShutdown);
+}
+
+int CIM_PowerCycle(IPMI20_SESSION_T* session, int /*timeout*/) {
+    return controlChassis(__func__, session, Control::PowerCycle);
+}
+
+int CIM_HardReset(IPMI20_SESSION_T* session, int /*timeout*/) {
+    return controlChassis(__func__, session, Control::HardReset);
+}
+
+int CIM_DiagnosticInt(IPMI20_SESSION_T* session, int /*timeout*/) {
+    return controlChassis(__func__, session, Control::DiagnosticInterrupt);
+}
