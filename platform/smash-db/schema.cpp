@@ -2,12 +2,14 @@
 
 #include "smash-db/inventory_tables.h"
 #include "smash-db/job_tables.h"
+#include "smash-db/power_tables.h"
 
 namespace smash {
 namespace {
 
-constexpr const Table* smashTables[] = {&sessionTable, &deviceTable, &fruTable, &compactSdrTable,
-                                        &fullSdrTable};
+constexpr const Table* smashTables[] = {&sessionTable,          &deviceTable,  &fruTable,
+                                        &compactSdrTable,       &fullSdrTable, &powerServiceTable,
+                                        &powerCapabilitiesTable};
 
 constexpr const Table* temporaryTables[] = {&jobTable, &jobSequenceTable, &jobErrorTable};
 

@@ -3,8 +3,10 @@
 #include "ipmi/command.h"
 #include "smash-db/database.h"
 #include "smash-db/inventory_tables.h"
+#include "smash-db/power_tables.h"
 #include "smash-db/rows.h"
 #include "smash-db/sync/fru_inventory.h"
+#include "smash-db/sync/power_services.h"
 #include "smash-db/sync/sdr_mapping.h"
 
 #include <array>
@@ -100,6 +102,8 @@ void store(SQLite::Database& database, Inventory& inventory) {
     replaceAll<FruRecord>(database, fruTable, inventory.frus);
     replaceAll<FullSdr>(database, fullSdrTable, inventory.sensors.numericSensors);
     replaceAll<CompactSdr>(database, compactSdrTable, inventory.sensors.sensors);
+    replaceAll(database, powerServiceTable, powerServices());
+    replaceAll(database, powerCapabilitiesTable, powerCapabilities());
     transaction.commit();
 }
 

@@ -28,9 +28,10 @@ struct SyncReport {
 // `done` of `total` steps of a phase ("device", "SDR", "FRU", "database"). Called from sync's thread.
 using SyncProgress = std::function<void(std::string_view phase, std::size_t done, std::size_t total)>;
 
-// Reads the BMC, then replaces the rows of devices, FRUs and sensors in one transaction; the session row
-// stays, and so does each device's requested state. The database is created when it is missing. Throws a
-// std::runtime_error (ipmi::TransportError when the BMC stopped answering) and leaves the database as it was.
+// Reads the BMC, then replaces the rows of devices, FRUs, sensors and power services in one transaction; the
+// session row stays, and so does each device's requested state. The database is created when it is missing.
+// Throws a std::runtime_error (ipmi::TransportError when the BMC stopped answering) and leaves the database
+// as it was.
 SyncReport sync(ipmi::Transport& bmc, const SyncProgress& progress = {});
 
 } // namespace smash
