@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 #include <memory>
+#include <span>
 #include <tuple>
 #include <type_traits>
 #include <utility>
@@ -67,6 +68,34 @@ private:
     SMASH_DB_HANDLE handle_ = nullptr;
     bool open_ = false;
 };
+
+// All rows of a table. The database is open while they are read only.
+template <class Row>
+class Rows {
+public:
+    using Getter = int (*)(SMASH_DB_HANDLE, Row**, int*);
+    bool read(Getter getAll, Database::Opener opener = PH_CreateDBHandle) {
+        Database database;
+        Row* rows = nullptr;
+        if (!database.open(opener) || getAll(database.get(), &rows, &count_) != 0)
+            return false;
+        rows_.reset(rows);
+        return true;
+    }
+    std::span<const Row> all() const { return {rows_.get(), static_cast<std::size_t>(count_)}; }
+
+private:
+    HeapPtr<Row> rows_;
+    int count_ = 0;
+};
+
+// The row with this key, nullptr when it cannot be had.
+template <class Row>
+HeapPtr<Row> storedRow(int (*getOne)(SMASH_DB_HANDLE, const char*, Row**), const char* key,
+                       Database::Opener opener = PH_CreateDBHandle) {
+    Database database;
+    return database.open(opener) ? record(getOne, database.get(), key) : nullptr;
+}
 
 inline constexpr int hookTimeout = 30; // seconds, of every call on an IPMI session
 

@@ -30,17 +30,11 @@ constexpr Property properties[] = {
 };
 
 int enumerate(ph::RecordArray<Record>& jobs, ph::Detail detail) {
-    ph::Database database;
-    if (!database.open(PH_CreateTmpDBHandle))
+    ph::Rows<StoredJobRow> rows;
+    if (!rows.read(db_get_all_concretejob, PH_CreateTmpDBHandle))
         return -1;
-    StoredJobRow* rows = nullptr;
-    int count = 0;
-    const int result = db_get_all_concretejob(database.get(), &rows, &count);
-    const ph::HeapPtr<StoredJobRow> owner(rows);
-    if (result != 0)
-        return -1;
-    for (int i = 0; i < count; ++i)
-        if (ph::appendJob(jobs, rows[i], detail) != 0)
+    for (const StoredJobRow& row : rows.all())
+        if (ph::appendJob(jobs, row, detail) != 0)
             return -1;
     return ph::clp::appendAll(jobs, detail);
 }
@@ -49,10 +43,7 @@ int get(ph::RecordArray<Record>& jobs, CMPIString** keyValues) {
     const char* instanceId = CMGetCharsPtr(keyValues[0], nullptr);
     if (ph::clp::isJob(instanceId))
         return ph::clp::append(jobs, instanceId);
-    ph::Database database;
-    if (!database.open(PH_CreateTmpDBHandle))
-        return -1;
-    const auto row = ph::record(db_get_concretejob, database.get(), instanceId);
+    const auto row = ph::storedRow(db_get_concretejob, instanceId, PH_CreateTmpDBHandle);
     return row != nullptr ? ph::appendJob(jobs, *row, ph::Detail::All) : -1;
 }
 

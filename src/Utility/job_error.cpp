@@ -38,19 +38,26 @@ CMPIArray* errorArray(const CMPIBroker* broker, const CMPIContext* context, cons
     return nullptr;
 }
 
-bool returnErrors(const CMPIBroker* broker, const CMPIContext* context, const CMPIObjectPath* ref,
-                  const char* instanceId, CMPIArgs* out) {
+struct JobError {
+    bool isRead = false;
+    ph::HeapPtr<JobErrorRow> row; // nullptr: the job has none
+};
+
+JobError readError(const char* instanceId) {
     ph::Database database;
     if (!database.open(PH_CreateTmpDBHandle))
-        return false;
+        return {};
     JobErrorRow* row = nullptr;
     const int result = ph::clp::isJob(instanceId) ? db_get_clp_error_info(database.get(), instanceId, &row)
                                                   : db_get_error_info(database.get(), instanceId, &row);
-    const ph::HeapPtr<JobErrorRow> owner(row);
-    CMPIValue value{};
-    if (result == 0)
-        value.array = errorArray(broker, context, ref, row);
-    return value.array != nullptr && CMAddArg(out, "Errors", &value, CMPI_instanceA).rc == CMPI_RC_OK;
+    return {result == 0, ph::HeapPtr<JobErrorRow>(row)};
+}
+
+bool exists(CMPIString** jobKeys) {
+    ConcreteJobRecord* job = nullptr;
+    const bool known = PH_Get_ConcreteJob(&job, jobKeys) == 0;
+    PH_Clean_ConcreteJob(&job, known ? 1 : 0);
+    return known;
 }
 
 } // namespace
@@ -70,14 +77,16 @@ int PH_GetErrors(const CMPIBroker* broker, const CMPIContext* context, const CMP
     CMPIString* keyValues[1] = {};
     if (CheckForValidObjectPath(broker, ref, g_ConcreteJobKeyList, keyValues, 1, status) != 0)
         return -1;
-    ConcreteJobRecord* job = nullptr;
-    const bool known = PH_Get_ConcreteJob(&job, keyValues) == 0;
-    PH_Clean_ConcreteJob(&job, known ? 1 : 0);
-    if (!known) {
+    const JobError error = readError(CMGetCharsPtr(keyValues[0], nullptr));
+    // A job without an error is told from one that is not, or no longer, there.
+    if (error.isRead && error.row == nullptr && !exists(keyValues)) {
         ph::fail(broker, status, CMPI_RC_ERR_FAILED, "Given instance does not exist");
         return -1;
     }
-    if (!returnErrors(broker, context, ref, CMGetCharsPtr(keyValues[0], nullptr), out)) {
+    CMPIValue value{};
+    if (error.isRead)
+        value.array = errorArray(broker, context, ref, error.row.get());
+    if (value.array == nullptr || CMAddArg(out, "Errors", &value, CMPI_instanceA).rc != CMPI_RC_OK) {
         ph::fail(broker, status, CMPI_RC_ERR_FAILED, "Failed to Get Errors");
         return -1;
     }

@@ -56,6 +56,8 @@ int PH_ModifyConcreteJob(const char* instanceId, int state, const char* operatio
 }
 
 int PH_CreateErrorInstance(const char* instanceId) {
+    if (instanceId == nullptr || *instanceId == '\0')
+        return -1;
     JobErrorRow row{};
     row.errorType = 0;         // unknown
     row.perceivedSeverity = 3; // degraded/warning

@@ -51,6 +51,16 @@ bool MethodJob::returnReference(CMPIArgs* out) const {
            CMAddArg(out, "Job", &value, CMPI_ref).rc == CMPI_RC_OK;
 }
 
+std::optional<CMPIData> argument(const CMPIArgs* in, const char* name) {
+    if (in == nullptr)
+        return std::nullopt;
+    CMPIStatus status{CMPI_RC_OK, nullptr};
+    const CMPIData data = CMGetArg(in, name, &status);
+    if (status.rc != CMPI_RC_OK || (data.state & (CMPI_nullValue | CMPI_notFound)) != 0)
+        return std::nullopt;
+    return data;
+}
+
 void returnValue(const CMPIResult* result, std::uint32_t value) {
     CMPIValue data{};
     data.uint32 = value;

@@ -12,7 +12,7 @@
 namespace ph {
 namespace {
 
-using SensorRows = SdrRows<CompactSdr>;
+using SensorRows = Rows<CompactSdr>;
 
 // DeviceIDs of the sensors of an entity, as views into the rows.
 std::vector<std::string_view> sensorsOf(const SensorRows& rows, int entityId, int entityInstance) {

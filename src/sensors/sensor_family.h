@@ -49,38 +49,11 @@ bool isUnreadable(const SensorRecord& sensor);
 // What the SDR says of every sensor, states and texts excepted.
 void fillCommon(const CompactSdr& sdr, SensorRecord& sensor);
 
-// All rows of a table of sensors. The database is open while they are read, not while the sensors are.
-template <class Sdr>
-class SdrRows {
-public:
-    using Getter = int (*)(SMASH_DB_HANDLE, Sdr**, int*);
-    bool read(Getter getAll) {
-        Database database;
-        Sdr* rows = nullptr;
-        if (!database.open() || getAll(database.get(), &rows, &count_) != 0)
-            return false;
-        rows_.reset(rows);
-        return true;
-    }
-    std::span<const Sdr> all() const { return {rows_.get(), static_cast<std::size_t>(count_)}; }
-
-private:
-    HeapPtr<Sdr> rows_;
-    int count_ = 0;
-};
-
-// The row with this DeviceID, nullptr when it cannot be had.
-template <class Sdr>
-HeapPtr<Sdr> sdrRow(int (*getOne)(SMASH_DB_HANDLE, const char*, Sdr**), const char* deviceId) {
-    Database database;
-    return database.open() ? record(getOne, database.get(), deviceId) : nullptr;
-}
-
 // A class of sensors: its record, its SDR, and the functions that go from one to the other.
 template <class Record, class Sdr>
 struct SensorClass {
     const char* name;
-    typename SdrRows<Sdr>::Getter getAll;
+    typename Rows<Sdr>::Getter getAll;
     int (*getOne)(SMASH_DB_HANDLE, const char* deviceId, Sdr**);
     int (*fill)(const Sdr*, Record*);
     int (*publish)(Record&, const Reading&);
@@ -113,7 +86,7 @@ template <class Record, class Sdr>
 int enumerateSensors(const SensorClass<Record, Sdr>& sensorClass, RecordArray<Record>& sensors,
                      Detail detail) {
     char systemName[256] = "";
-    SdrRows<Sdr> sdrs;
+    Rows<Sdr> sdrs;
     if (PH_GetHostSystemName(systemName) != 0 || !sdrs.read(sensorClass.getAll))
         return -1;
     const bool reads = detail == Detail::All && !sdrs.all().empty();
@@ -133,7 +106,7 @@ int getSensor(const SensorClass<Record, Sdr>& sensorClass, RecordArray<Record>& 
     char systemName[256] = "";
     if (deviceId == nullptr || PH_GetHostSystemName(systemName) != 0)
         return -1;
-    const HeapPtr<Sdr> sdr = sdrRow(sensorClass.getOne, deviceId);
+    const HeapPtr<Sdr> sdr = storedRow(sensorClass.getOne, deviceId);
     SensorReader reader;
     if (sdr == nullptr || !reader.open())
         return -1;
