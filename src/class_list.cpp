@@ -6,11 +6,21 @@ extern constinit const ClassFamily family_ConcreteJob;
 extern constinit const ClassFamily family_Error;
 extern constinit const ClassFamily family_HostComputerSystem;
 extern constinit const ClassFamily family_NumericSensor;
+extern constinit const ClassFamily family_PowerManagementCapabilities;
+extern constinit const ClassFamily family_PowerManagementService;
 extern constinit const ClassFamily family_Sensor;
+extern constinit const ClassFamily family_SPComputerSystem;
 
 std::span<const ClassFamily* const> allClasses() {
     static constexpr const ClassFamily* classes[] = {
-        &family_ConcreteJob, &family_Error, &family_HostComputerSystem, &family_NumericSensor, &family_Sensor,
+        &family_ConcreteJob,
+        &family_Error,
+        &family_HostComputerSystem,
+        &family_NumericSensor,
+        &family_PowerManagementCapabilities,
+        &family_PowerManagementService,
+        &family_Sensor,
+        &family_SPComputerSystem,
     };
     return classes;
 }

@@ -1,0 +1,62 @@
+// CIM_PowerManagementCapabilities: what the power management services can do.
+#include "provider_helper/computer_system.h"
+#include "Utility/back_ends.h"
+#include "Utility/class_family.h"
+#include "Utility/record_fields.h"
+
+constexpr const char* const g_PowerManagementCapabilitiesKeyList[1] = {"InstanceID"};
+
+namespace {
+
+using Record = PowerManagementCapabilitiesRecord;
+using ph::Property;
+
+constexpr Property properties[] = {
+    PH_KEY(Record, InstanceID),
+    PH_PROPERTY(Record, ElementName),
+    PH_PROPERTY(Record, PowerChangeCapabilities),
+    PH_PROPERTY(Record, PowerStatesSupported),
+    PH_PROPERTY(Record, RequestedPowerStatesSupported),
+};
+
+int append(ph::RecordArray<Record>& all, const PowerCapabilitiesRow& row, ph::Detail detail) {
+    Record* capabilities = all.append();
+    if (capabilities == nullptr)
+        return -1;
+    ph::copyText(capabilities->InstanceID, row.instanceId);
+    return detail == ph::Detail::Names ? 0 : PH_Fill_PowerManagementCapabilities(&row, capabilities);
+}
+
+int enumerate(ph::RecordArray<Record>& all, ph::Detail detail) {
+    ph::Rows<PowerCapabilitiesRow> rows;
+    if (!rows.read(db_get_all_power_mgt_capabilities))
+        return -1;
+    for (const PowerCapabilitiesRow& row : rows.all())
+        if (append(all, row, detail) != 0)
+            return -1;
+    return 0;
+}
+
+int get(ph::RecordArray<Record>& all, CMPIString** keyValues) {
+    const auto row = ph::storedRow(db_get_power_mgt_capabilities, CMGetCharsPtr(keyValues[0], nullptr));
+    return row != nullptr ? append(all, *row, ph::Detail::All) : -1;
+}
+
+constexpr ph::ClassDefinition<Record> definition{.name = "CIM_PowerManagementCapabilities",
+                                                 .superclass = "CIM_Capabilities",
+                                                 .keys = g_PowerManagementCapabilitiesKeyList,
+                                                 .properties = properties,
+                                                 .enumerate = enumerate,
+                                                 .get = get};
+
+} // namespace
+
+int PH_Fill_PowerManagementCapabilities(const PowerCapabilitiesRow* row, Record* record) {
+    ph::copyText(record->ElementName, row->elementName);
+    ph::parseList(record->PowerChangeCapabilities, row->powerChangeCapabilities);
+    ph::parseList(record->PowerStatesSupported, row->powerStatesSupported);
+    ph::parseList(record->RequestedPowerStatesSupported, row->requestedPowerStatesSupported);
+    return 0;
+}
+
+PH_EXPORT_CLASS_FAMILY(PowerManagementCapabilities, Record, definition)

@@ -1,0 +1,206 @@
+// CIM_PowerManagementService: switches the host's power, or restarts the service processor.
+#include "computer-system/computer_system.h"
+#include "platform/sysroot.h"
+#include "Utility/method_job.h"
+#include "Utility/record_fields.h"
+#include "Utility/request_status.h"
+#include "Utility/shell.h"
+
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <strings.h>
+
+constexpr const char* const g_PowerManagementServiceKeyList[4] = {"SystemCreationClassName",
+                                                                  "CreationClassName", "SystemName", "Name"};
+
+namespace {
+
+using Record = PowerManagementServiceRecord;
+using ph::MethodJob;
+using ph::Property;
+using ph::computer::MethodCall;
+using ph::computer::refuse;
+
+constexpr const char* className = "CIM_PowerManagementService";
+constexpr const char* processorClass = "CIM_SPComputerSystem";
+constexpr const char* hostClass = "CIM_HostComputerSystem";
+constexpr int nameKey = 3; // its place in the key list
+
+constexpr Property properties[] = {
+    PH_KEY(Record, SystemCreationClassName),
+    PH_KEY(Record, CreationClassName),
+    PH_KEY(Record, SystemName),
+    PH_KEY(Record, Name),
+    PH_PROPERTY(Record, ElementName),
+    PH_PROPERTY(Record, OperationalStatus),
+    PH_PROPERTY(Record, HealthState),
+    PH_PROPERTY(Record, EnabledState),
+    PH_PROPERTY(Record, RequestedState),
+    PH_PROPERTY(Record, Started),
+};
+
+constexpr ph::Parameter requestPowerStateChangeParameters[] = {
+    {"PowerState", CMPI_uint16},      {"ManagedElement", CMPI_ref, ph::Direction::In, "CIM_ManagedElement"},
+    {"Time", CMPI_dateTime},          {"Job", CMPI_ref, ph::Direction::Out, "CIM_ConcreteJob"},
+    {"TimeoutPeriod", CMPI_dateTime},
+};
+constexpr const char* methodName = "RequestPowerStateChange";
+constexpr ph::Method methods[] = {{methodName, requestPowerStateChangeParameters}};
+
+int append(ph::RecordArray<Record>& services, const PowerServiceRow& row, const char* systemName,
+           ph::Detail detail) {
+    Record* service = services.append();
+    if (service == nullptr)
+        return -1;
+    ph::copyText(service->SystemCreationClassName, processorClass);
+    ph::copyText(service->CreationClassName, className);
+    ph::copyText(service->SystemName, systemName);
+    ph::copyText(service->Name, row.name);
+    return detail == ph::Detail::Names ? 0 : PH_Fill_PowerManagementService(&row, service);
+}
+
+int enumerate(ph::RecordArray<Record>& services, ph::Detail detail) {
+    char systemName[256] = "";
+    ph::Rows<PowerServiceRow> rows;
+    if (PH_GetSPSystemName(systemName) != 0 || !rows.read(db_get_all_power_mgt_service))
+        return -1;
+    for (const PowerServiceRow& row : rows.all())
+        if (append(services, row, systemName, detail) != 0)
+            return -1;
+    return 0;
+}
+
+int get(ph::RecordArray<Record>& services, CMPIString** keyValues) {
+    char systemName[256] = "";
+    if (PH_GetSPSystemName(systemName) != 0)
+        return -1;
+    const auto row = ph::storedRow(db_get_power_mgt_service, CMGetCharsPtr(keyValues[nameKey], nullptr));
+    return row != nullptr ? append(services, *row, systemName, ph::Detail::All) : -1;
+}
+
+CMPIStatus invoke(const ph::Request& request) {
+    return ph::computer::invoke(request, methodName, g_PowerManagementServiceKeyList,
+                                PH_RequestPowerStateChange);
+}
+
+constexpr ph::ClassDefinition<Record> definition{.name = className,
+                                                 .superclass = "CIM_Service",
+                                                 .keys = g_PowerManagementServiceKeyList,
+                                                 .properties = properties,
+                                                 .enumerate = enumerate,
+                                                 .get = get,
+                                                 .invoke = invoke,
+                                                 .methods = methods};
+
+// ---- RequestPowerStateChange
+
+// What a request asks for, once it is known to be complete.
+struct PowerRequest {
+    const char* serviceName;
+    const CMPIObjectPath* managedElement;
+    std::uint16_t powerState;
+};
+
+const char* textOf(const CMPIString* string) {
+    return string != nullptr ? CMGetCharsPtr(string, nullptr) : nullptr;
+}
+
+// The text of key "Name"; nullptr where there is none.
+const char* nameOf(const CMPIObjectPath* path) {
+    CMPIStatus status = ph::success;
+    const CMPIData key = CMGetKey(path, "Name", &status);
+    return status.rc == CMPI_RC_OK && key.type == CMPI_string ? textOf(key.value.string) : nullptr;
+}
+
+// 0, or -1 with the reason in the status.
+int read(const MethodCall& call, PowerRequest& request) {
+    if (call.in == nullptr || CMGetArgCount(call.in, nullptr) == 0)
+        return refuse(call, CMPI_RC_ERR_INVALID_PARAMETER, "Invalid or Empty Input");
+    request.serviceName = nameOf(call.ref);
+    if (request.serviceName == nullptr)
+        return refuse(call, CMPI_RC_ERR_FAILED, "Key Property Missing");
+    const auto powerState = ph::argument(call.in, "PowerState");
+    if (!powerState)
+        return refuse(call, CMPI_RC_ERR_INVALID_PARAMETER, "CMPI_RC_ERR_INVALID_PARAMETER");
+    const auto element = ph::argument(call.in, "ManagedElement");
+    if (!element || element->type != CMPI_ref || element->value.ref == nullptr)
+        return refuse(call, CMPI_RC_ERR_INVALID_PARAMETER, "ManagedElement Param is Missing");
+    request.managedElement = element->value.ref;
+    if (nameOf(request.managedElement) == nullptr || GetUINT16Value(*powerState, &request.powerState) != 0)
+        return refuse(call, CMPI_RC_ERR_TYPE_MISMATCH, "PowerState Parameter is mismatched");
+    return 0;
+}
+
+bool restartProcessor(std::uint16_t powerState) {
+    constexpr std::uint16_t powerCycle = 5;
+    return powerState == powerCycle && ph::runCommand("reboot") == 0;
+}
+
+bool change(const MethodCall& call, const PowerRequest& request) {
+    const bool isProcessor = std::strcmp(request.serviceName, "SP Power Management Service") == 0;
+    const char* elementClass = textOf(CMGetClassName(request.managedElement, nullptr));
+    if (elementClass == nullptr || strcasecmp(elementClass, isProcessor ? processorClass : hostClass) != 0) {
+        refuse(call, CMPI_RC_ERR_TYPE_MISMATCH, "ManagedElement Param is Missing or incorrect");
+        return false;
+    }
+    return isProcessor ? restartProcessor(request.powerState)
+                       : PH_SetPowerState(call.keyValues, request.powerState) == 0;
+}
+
+// For what comes up after the change: the file is a note, and a full flash must not turn a change that was
+// made into a failure.
+void writePowerState(std::uint16_t powerState) {
+    char path[4096];
+    if (PH_SysrootPath("/conf/PowerState.ini", path, sizeof(path)) != 0)
+        return;
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path, "we"), std::fclose);
+    if (file != nullptr)
+        std::fprintf(file.get(), "RequestedPowerState  %d", powerState);
+}
+
+// `value` stays as it is for what the status tells: failures before the job exists.
+int changePowerState(const MethodCall& call, std::int32_t& value) {
+    MethodJob job;
+    if (!job.makePath(call.broker, call.ref))
+        return refuse(call, CMPI_RC_ERR_FAILED, ph::noJobPath);
+    PowerRequest request{};
+    if (read(call, request) != 0)
+        return -1;
+    char jobName[64];
+    std::snprintf(jobName, sizeof(jobName), "%s_%s", request.serviceName, methodName);
+    const auto outcome = job.carryOut(jobName, [&] { return change(call, request); });
+    if (outcome == MethodJob::Outcome::NoJob)
+        return refuse(call, CMPI_RC_ERR_FAILED, ph::noJob);
+    // A job that does not tell how it ended is not handed out.
+    const bool isReturned = outcome != MethodJob::Outcome::Unrecorded && job.returnReference(call.out);
+    if (outcome != MethodJob::Outcome::Done || !isReturned) {
+        value = ph::methodFailed;
+        return -1;
+    }
+    writePowerState(request.powerState);
+    return 0;
+}
+
+} // namespace
+
+int PH_Fill_PowerManagementService(const PowerServiceRow* row, Record* record) {
+    ph::copyText(record->ElementName, row->elementName);
+    ph::parseList(record->OperationalStatus, row->operationalStatus);
+    record->HealthState = row->healthState;
+    record->EnabledState = row->enabledState;
+    record->RequestedState = row->requestedState;
+    record->Started = row->started != 0;
+    return 0;
+}
+
+int PH_RequestPowerStateChange(const CMPIBroker* broker, const CMPIResult* result, const CMPIObjectPath* ref,
+                               const CMPIArgs* in, CMPIArgs* out, CMPIString** keyValues,
+                               CMPIStatus* status) {
+    CMPIValue value{};
+    const int outcome = changePowerState({broker, result, ref, in, out, keyValues, status}, value.sint32);
+    CMReturnData(result, &value, CMPI_sint32);
+    return outcome;
+}
+
+PH_EXPORT_CLASS_FAMILY(PowerManagementService, Record, definition)

@@ -1,0 +1,95 @@
+// CIM_SPComputerSystem: the service processor.
+#include "computer-system/computer_system.h"
+#include "platform/sysroot.h"
+#include "Utility/guard.h"
+#include "Utility/shell.h"
+
+#include <cstdio>
+#include <unistd.h>
+
+constexpr const char* const g_SPComputerSystemKeyList[2] = {"Name", "CreationClassName"};
+
+namespace {
+
+using ph::computer::Record;
+
+constexpr const char* className = "CIM_SPComputerSystem";
+constexpr const char* restartMarker = "/conf/spcs_reqstatechange_reboot";
+
+// RequestedState
+constexpr std::uint16_t reset = 11;
+constexpr std::uint16_t notApplicable = 12;
+
+int enumerate(ph::RecordArray<Record>& processors, ph::Detail detail) {
+    ph::computer::Source source;
+    if (!source.open(PH_GetSPSystemName, SMASH_DEVICE_SP))
+        return -1;
+    Record* processor = source.append(processors, className);
+    if (processor == nullptr)
+        return -1;
+    return detail == ph::Detail::Names ? 0 : PH_Fill_SPComputerSystem(source.device(), processor);
+}
+
+CMPIStatus invoke(const ph::Request& request) {
+    return ph::computer::invoke(request, "RequestStateChange", g_SPComputerSystemKeyList,
+                                PH_SPRequestStateChange);
+}
+
+constexpr ph::ClassDefinition<Record> definition{.name = className,
+                                                 .superclass = "CIM_ComputerSystem",
+                                                 .keys = g_SPComputerSystemKeyList,
+                                                 .properties = ph::computer::properties,
+                                                 .enumerate = enumerate,
+                                                 .invoke = invoke,
+                                                 .methods = ph::computer::methods};
+
+bool isRestartRequested() {
+    char path[4096];
+    return PH_SysrootPath(restartMarker, path, sizeof(path)) == 0 && access(path, F_OK) == 0;
+}
+
+void removeMarker() {
+    char path[4096];
+    if (PH_SysrootPath(restartMarker, path, sizeof(path)) == 0)
+        unlink(path);
+}
+
+// With the marker or the device record missing the controller restarts all the same.
+bool restart() {
+    ph::computer::storeRequestedState(SMASH_DEVICE_SP, reset);
+    char touch[64];
+    std::snprintf(touch, sizeof(touch), "touch %s", restartMarker);
+    ph::runCommand(touch);
+    if (ph::runCommand("reboot") == 0)
+        return true;
+    removeMarker();
+    return false;
+}
+
+bool changeProcessor(CMPIString** keyValues, std::uint16_t state) {
+    return state == reset && RequstStateChangeforSP(keyValues) == 0;
+}
+
+} // namespace
+
+int PH_Fill_SPComputerSystem(const DeviceRecord* device, Record* record) {
+    char info[32];
+    std::snprintf(info, sizeof(info), "%u-%u", device->manufacturerId, device->productId);
+    return ph::computer::fill(record, {.identifyingDescriptions = "Manufacturer ID-Product ID",
+                                       .otherIdentifyingInfo = info,
+                                       .requestedState = isRestartRequested() ? reset : notApplicable,
+                                       .dedicated = ph::computer::managementController,
+                                       .operationalStatus = 11}); // in service
+}
+
+int RequstStateChangeforSP(CMPIString** /*keyValues*/) {
+    return ph::guarded(false, restart) ? 0 : -1;
+}
+
+int PH_SPRequestStateChange(const CMPIBroker* broker, const CMPIResult* result, const CMPIObjectPath* ref,
+                            const CMPIArgs* in, CMPIArgs* out, CMPIString** keyValues, CMPIStatus* status) {
+    return ph::computer::changeState({broker, result, ref, in, out, keyValues, status},
+                                     {"SP_RequestStateChange", changeProcessor, nullptr});
+}
+
+PH_EXPORT_CLASS_FAMILY(SPComputerSystem, Record, definition)
