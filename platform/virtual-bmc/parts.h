@@ -10,6 +10,7 @@
 //   Json describe(const State&) const   for people; null where there is nothing to say
 #pragma once
 
+#include "virtual-bmc/chassis.h"
 #include "virtual-bmc/device.h"
 #include "virtual-bmc/faults.h"
 #include "virtual-bmc/frus.h"
@@ -22,7 +23,7 @@
 
 namespace vbmc {
 
-using Parts = std::tuple<Device, Users, Sensors, Frus, SdrRepository, Faults, MessageLog>;
+using Parts = std::tuple<Device, Users, Sensors, Frus, SdrRepository, Chassis, Faults, MessageLog>;
 
 // Files beside the state file that hold the bulk of a part, by what follows its name; a new machine begins
 // without them. They are read and written within transactions.

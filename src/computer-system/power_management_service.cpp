@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <optional>
 #include <strings.h>
 
 constexpr const char* const g_PowerManagementServiceKeyList[4] = {"SystemCreationClassName",
@@ -113,23 +114,27 @@ const char* nameOf(const CMPIObjectPath* path) {
     return status.rc == CMPI_RC_OK && key.type == CMPI_string ? textOf(key.value.string) : nullptr;
 }
 
-// 0, or -1 with the reason in the status.
-int read(const MethodCall& call, PowerRequest& request) {
+// None: the status tells why.
+std::optional<PowerRequest> read(const MethodCall& call) {
+    const auto refuse = [&](CMPIrc code, const char* message) {
+        ph::fail(call.broker, call.status, code, message);
+        return std::nullopt;
+    };
     if (call.in == nullptr || CMGetArgCount(call.in, nullptr) == 0)
-        return refuse(call, CMPI_RC_ERR_INVALID_PARAMETER, "Invalid or Empty Input");
-    request.serviceName = nameOf(call.ref);
-    if (request.serviceName == nullptr)
-        return refuse(call, CMPI_RC_ERR_FAILED, "Key Property Missing");
+        return refuse(CMPI_RC_ERR_INVALID_PARAMETER, "Invalid or Empty Input");
+    const char* serviceName = nameOf(call.ref);
+    if (serviceName == nullptr)
+        return refuse(CMPI_RC_ERR_FAILED, "Key Property Missing");
     const auto powerState = ph::argument(call.in, "PowerState");
     if (!powerState)
-        return refuse(call, CMPI_RC_ERR_INVALID_PARAMETER, "CMPI_RC_ERR_INVALID_PARAMETER");
+        return refuse(CMPI_RC_ERR_INVALID_PARAMETER, "CMPI_RC_ERR_INVALID_PARAMETER");
     const auto element = ph::argument(call.in, "ManagedElement");
     if (!element || element->type != CMPI_ref || element->value.ref == nullptr)
-        return refuse(call, CMPI_RC_ERR_INVALID_PARAMETER, "ManagedElement Param is Missing");
-    request.managedElement = element->value.ref;
-    if (nameOf(request.managedElement) == nullptr || GetUINT16Value(*powerState, &request.powerState) != 0)
-        return refuse(call, CMPI_RC_ERR_TYPE_MISMATCH, "PowerState Parameter is mismatched");
-    return 0;
+        return refuse(CMPI_RC_ERR_INVALID_PARAMETER, "ManagedElement Param is Missing");
+    std::uint16_t state = 0;
+    if (nameOf(element->value.ref) == nullptr || GetUINT16Value(*powerState, &state) != 0)
+        return refuse(CMPI_RC_ERR_TYPE_MISMATCH, "PowerState Parameter is mismatched");
+    return PowerRequest{serviceName, element->value.ref, state};
 }
 
 bool restartProcessor(std::uint16_t powerState) {
@@ -164,12 +169,12 @@ int changePowerState(const MethodCall& call, std::int32_t& value) {
     MethodJob job;
     if (!job.makePath(call.broker, call.ref))
         return refuse(call, CMPI_RC_ERR_FAILED, ph::noJobPath);
-    PowerRequest request{};
-    if (read(call, request) != 0)
+    const auto request = read(call);
+    if (!request)
         return -1;
     char jobName[64];
-    std::snprintf(jobName, sizeof(jobName), "%s_%s", request.serviceName, methodName);
-    const auto outcome = job.carryOut(jobName, [&] { return change(call, request); });
+    std::snprintf(jobName, sizeof(jobName), "%s_%s", request->serviceName, methodName);
+    const auto outcome = job.carryOut(jobName, [&] { return change(call, *request); });
     if (outcome == MethodJob::Outcome::NoJob)
         return refuse(call, CMPI_RC_ERR_FAILED, ph::noJob);
     // A job that does not tell how it ended is not handed out.
@@ -178,7 +183,7 @@ int changePowerState(const MethodCall& call, std::int32_t& value) {
         value = ph::methodFailed;
         return -1;
     }
-    writePowerState(request.powerState);
+    writePowerState(request->powerState);
     return 0;
 }
 
