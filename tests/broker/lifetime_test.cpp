@@ -1,0 +1,139 @@
+// How long objects live, who shares them, and calls that are made to fail.
+#include "broker/broker.h"
+
+#include <cmpimacs.h>
+#include <gtest/gtest.h>
+#include <optional>
+#include <thread>
+
+namespace {
+
+using broker::Broker;
+using broker::Instance;
+using broker::NamedValues;
+using broker::Scope;
+
+const CMPIValue* chars(const char* value) {
+    return reinterpret_cast<const CMPIValue*>(value);
+}
+
+TEST(Lifetime, objectsGoWithTheInnermostScope) {
+    Broker broker;
+    std::optional<Scope> outer(broker);
+    CMPIString* first = CMNewString(broker.handle(), "first", nullptr);
+    {
+        const Scope inner(broker);
+        CMNewString(broker.handle(), "second", nullptr);
+        EXPECT_EQ(broker.liveObjects(), 2U);
+    }
+    EXPECT_EQ(broker.liveObjects(), 1U);
+    EXPECT_STREQ(CMGetCharPtr(first), "first");
+    outer.reset();
+    EXPECT_EQ(broker.liveObjects(), 0U);
+}
+
+TEST(Lifetime, releasedObjectsGoAtOnce) {
+    Broker broker;
+    const Scope scope(broker);
+    CMPIString* strings[3];
+    for (CMPIString*& string : strings)
+        string = CMNewString(broker.handle(), "text", nullptr);
+    CMRelease(strings[1]); // from the middle of the arena's list, then from its ends
+    CMRelease(strings[2]);
+    CMRelease(strings[0]);
+    EXPECT_EQ(broker.liveObjects(), 0U);
+}
+
+TEST(Lifetime, clonesOutliveScopeAndBroker) {
+    std::optional<Broker> broker(std::in_place);
+    CMPIString* clone = nullptr;
+    {
+        const Scope scope(*broker);
+        clone = CMClone(CMNewString(broker->handle(), "kept", nullptr), nullptr);
+    }
+    EXPECT_EQ(broker->liveObjects(), 1U);
+    broker.reset();
+    EXPECT_STREQ(CMGetCharPtr(clone), "kept");
+    EXPECT_EQ(CMRelease(clone).rc, CMPI_RC_OK);
+}
+
+// Under the leak checker.
+TEST(Lifetime, objectsWithoutScopeGoWithTheBroker) {
+    Broker broker;
+    CMPIString* string = CMNewString(broker.handle(), "text", nullptr);
+    CMNewString(broker.handle(), "other", nullptr);
+    EXPECT_EQ(broker.liveObjects(), 2U);
+    CMRelease(string);
+    EXPECT_EQ(broker.liveObjects(), 1U);
+}
+
+TEST(Lifetime, scopesBelongToTheirThread) {
+    Broker broker;
+    const Scope scope(broker);
+    std::thread([&] {
+        const Scope own(broker);
+        CMNewString(broker.handle(), "text", nullptr);
+    }).join();
+    EXPECT_EQ(broker.liveObjects(), 0U);
+}
+
+// Clones, arrays and results share the instance's content; none sees what another one changes.
+TEST(Lifetime, sharedInstancesAreCopiedWhenTheyChange) {
+    Broker broker;
+    Scope scope(broker);
+    CMPIInstance* original = scope.make(Instance{});
+    CMSetProperty(original, "P", chars("1"), CMPI_chars);
+
+    const CMPIResult* result = scope.makeResult();
+    CMReturnInstance(result, original);
+    CMPIArray* array = CMNewArray(broker.handle(), 1, CMPI_instance, nullptr);
+    CMPIValue value{.inst = original};
+    CMSetArrayElementAt(array, 0, &value, CMPI_instance);
+    CMPIInstance* clone = CMClone(original, nullptr);
+    CMSetProperty(clone, "P", chars("2"), CMPI_chars);
+    CMSetProperty(original, "P", chars("3"), CMPI_chars);
+    CMPIInstance* element = CMGetArrayElementAt(array, 0, nullptr).value.inst;
+    CMSetProperty(element, "P", chars("4"), CMPI_chars);
+
+    const auto content = [](const Instance& instance) { return toText(*find(instance.properties, "P")); };
+    EXPECT_EQ(content(broker::toReply(result).instances.at(0)), "1");
+    EXPECT_EQ(content(broker::toInstance(clone)), "2");
+    EXPECT_EQ(content(broker::toInstance(original)), "3");
+    EXPECT_EQ(content(broker::toInstance(element)), "4");
+    EXPECT_EQ(content(broker::toInstance(CMGetArrayElementAt(array, 0, nullptr).value.inst)), "1");
+    CMRelease(clone);
+}
+
+TEST(Faults, nthCallFailsOnceAndWithoutEffect) {
+    Broker broker;
+    Scope scope(broker);
+    CMPIInstance* instance = scope.make(Instance{});
+    EXPECT_EQ(CMSetProperty(instance, "A", chars("1"), CMPI_chars).rc, CMPI_RC_OK);
+    broker.failCall("setProperty", 2);
+    EXPECT_EQ(CMSetProperty(instance, "B", chars("1"), CMPI_chars).rc, CMPI_RC_OK);
+    const CMPIStatus failure = CMSetProperty(instance, "C", chars("1"), CMPI_chars);
+    EXPECT_EQ(failure.rc, CMPI_RC_ERR_FAILED);
+    EXPECT_EQ(CMSetProperty(instance, "D", chars("1"), CMPI_chars).rc, CMPI_RC_OK);
+    EXPECT_EQ(CMGetPropertyCount(instance, nullptr), 3U);
+    EXPECT_EQ(broker.calls("setProperty"), 4U);
+
+    broker.failCall("newString", 1);
+    CMPIStatus status{};
+    EXPECT_EQ(CMNewString(broker.handle(), "text", &status), nullptr);
+    EXPECT_EQ(status.rc, CMPI_RC_ERR_FAILED);
+
+    broker.failCall("newString", 1);
+    broker.resetCalls();
+    EXPECT_EQ(broker.calls("setProperty"), 0U);
+    EXPECT_NE(CMNewString(broker.handle(), "text", &status), nullptr);
+}
+
+TEST(Faults, unknownCallsAreRefused) {
+    Broker broker;
+    EXPECT_THROW(broker.calls("setproperty"), std::invalid_argument);
+    EXPECT_THROW(broker.failCall("", 1), std::invalid_argument);
+    for (const std::string& name : Broker::callNames())
+        EXPECT_EQ(broker.calls(name), 0U);
+}
+
+} // namespace
