@@ -6,21 +6,15 @@
 #include <cmpimacs.h>
 #include <cstdio>
 #include <dlfcn.h>
+#include <mutex>
 #include <new>
 #include <string_view>
 
 namespace {
 
-// What a created provider keeps; CMPI hands it back as the MI's handle.
-struct Provider {
-    const CMPIBroker* broker;
-    CMPIInstanceMI instanceMI;
-    CMPIMethodMI methodMI;
-};
-
 // The library's function of the class that `ref` names, such as PH_EI_Sensor, or nullptr with a status.
 template <class Function>
-Function find(const Provider& provider, const char* operation, const CMPIObjectPath* ref,
+Function find(const CMPIBroker* broker, const char* operation, const CMPIObjectPath* ref,
               CMPIStatus& status) {
     const CMPIString* name = CMGetClassName(ref, nullptr);
     const char* className = name != nullptr ? CMGetCharsPtr(name, nullptr) : nullptr;
@@ -31,70 +25,67 @@ Function find(const Provider& provider, const char* operation, const CMPIObjectP
         if (void* function = dlsym(RTLD_DEFAULT, symbol))
             return reinterpret_cast<Function>(function);
     status.rc = CMPI_RC_ERR_INVALID_CLASS;
-    status.msg = CMNewString(provider.broker, "This provider does not serve the class", nullptr);
+    status.msg = CMNewString(broker, "This provider does not serve the class", nullptr);
     return nullptr;
 }
 
-CMPIStatus done(const CMPIResult* result, const CMPIStatus& status) {
+// Runs call(function, broker, status) with the class's function, and closes the result when it succeeds.
+template <class Function, class MI, class Call>
+CMPIStatus serve(const MI* mi, const char* operation, const CMPIObjectPath* ref, const CMPIResult* result,
+                 Call call) {
+    const auto* broker = static_cast<const CMPIBroker*>(mi->hdl);
+    CMPIStatus status{CMPI_RC_OK, nullptr};
+    if (const auto function = find<Function>(broker, operation, ref, status))
+        call(function, broker, status);
     return status.rc == CMPI_RC_OK ? CMReturnDone(result) : status;
-}
-
-const Provider& providerOf(const CMPIInstanceMI* mi) {
-    return *static_cast<const Provider*>(mi->hdl);
 }
 
 CMPIStatus enumInstanceNames(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
                              const CMPIObjectPath* ref) {
-    const Provider& provider = providerOf(mi);
-    CMPIStatus status{CMPI_RC_OK, nullptr};
-    if (const auto function = find<decltype(&PH_EIN_HostComputerSystem)>(provider, "PH_EIN_", ref, status))
-        function(provider.broker, context, ref, result, &status);
-    return done(result, status);
+    return serve<decltype(&PH_EIN_HostComputerSystem)>(mi, "PH_EIN_", ref, result,
+                                                       [&](auto function, auto* broker, CMPIStatus& status) {
+                                                           function(broker, context, ref, result, &status);
+                                                       });
 }
 
 CMPIStatus enumInstances(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
                          const CMPIObjectPath* ref, const char** properties) {
-    const Provider& provider = providerOf(mi);
-    CMPIStatus status{CMPI_RC_OK, nullptr};
-    if (const auto function = find<decltype(&PH_EI_HostComputerSystem)>(provider, "PH_EI_", ref, status))
-        function(provider.broker, context, ref, properties, result, &status);
-    return done(result, status);
+    return serve<decltype(&PH_EI_HostComputerSystem)>(
+        mi, "PH_EI_", ref, result, [&](auto function, auto* broker, CMPIStatus& status) {
+            function(broker, context, ref, properties, result, &status);
+        });
 }
 
 CMPIStatus getInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
                        const CMPIObjectPath* ref, const char** properties) {
-    const Provider& provider = providerOf(mi);
-    CMPIStatus status{CMPI_RC_OK, nullptr};
-    if (const auto function = find<decltype(&PH_GI_HostComputerSystem)>(provider, "PH_GI_", ref, status))
-        function(provider.broker, context, ref, properties, result, &status);
-    return done(result, status);
+    return serve<decltype(&PH_GI_HostComputerSystem)>(
+        mi, "PH_GI_", ref, result, [&](auto function, auto* broker, CMPIStatus& status) {
+            function(broker, context, ref, properties, result, &status);
+        });
 }
 
 CMPIStatus createInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
                           const CMPIObjectPath* ref, const CMPIInstance* instance) {
-    const Provider& provider = providerOf(mi);
-    CMPIStatus status{CMPI_RC_OK, nullptr};
-    if (const auto function = find<decltype(&PH_CI_HostComputerSystem)>(provider, "PH_CI_", ref, status))
-        status = function(provider.broker, context, result, ref, instance);
-    return status;
+    return serve<decltype(&PH_CI_HostComputerSystem)>(
+        mi, "PH_CI_", ref, result, [&](auto function, auto* broker, CMPIStatus& status) {
+            status = function(broker, context, result, ref, instance);
+        });
 }
 
 CMPIStatus modifyInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
                           const CMPIObjectPath* ref, const CMPIInstance* instance, const char** properties) {
-    const Provider& provider = providerOf(mi);
-    CMPIStatus status{CMPI_RC_OK, nullptr};
-    if (const auto function = find<decltype(&PH_MI_HostComputerSystem)>(provider, "PH_MI_", ref, status))
-        status = function(provider.broker, context, result, ref, instance, properties);
-    return status;
+    return serve<decltype(&PH_MI_HostComputerSystem)>(
+        mi, "PH_MI_", ref, result, [&](auto function, auto* broker, CMPIStatus& status) {
+            status = function(broker, context, result, ref, instance, properties);
+        });
 }
 
 CMPIStatus deleteInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
                           const CMPIObjectPath* ref) {
-    const Provider& provider = providerOf(mi);
-    CMPIStatus status{CMPI_RC_OK, nullptr};
-    if (const auto function = find<decltype(&PH_DI_HostComputerSystem)>(provider, "PH_DI_", ref, status))
-        status = function(provider.broker, context, result, ref);
-    return status;
+    return serve<decltype(&PH_DI_HostComputerSystem)>(mi, "PH_DI_", ref, result,
+                                                      [&](auto function, auto* broker, CMPIStatus& status) {
+                                                          status = function(broker, context, result, ref);
+                                                      });
 }
 
 CMPIStatus execQuery(CMPIInstanceMI*, const CMPIContext*, const CMPIResult*, const CMPIObjectPath*,
@@ -104,27 +95,22 @@ CMPIStatus execQuery(CMPIInstanceMI*, const CMPIContext*, const CMPIResult*, con
 
 CMPIStatus invokeMethod(CMPIMethodMI* mi, const CMPIContext* context, const CMPIResult* result,
                         const CMPIObjectPath* ref, const char* method, const CMPIArgs* in, CMPIArgs* out) {
-    const Provider& provider = *static_cast<const Provider*>(mi->hdl);
-    CMPIStatus status{CMPI_RC_OK, nullptr};
-    if (const auto function = find<decltype(&PH_IM_HostComputerSystem)>(provider, "PH_IM_", ref, status))
-        status = function(provider.broker, context, result, ref, method, in, out);
-    return status;
+    return serve<decltype(&PH_IM_HostComputerSystem)>(
+        mi, "PH_IM_", ref, result, [&](auto function, auto* broker, CMPIStatus& status) {
+            status = function(broker, context, result, ref, method, in, out);
+        });
 }
 
-CMPIStatus cleanup(CMPIInstanceMI* mi, const CMPIContext*, CMPIBoolean) {
-    delete static_cast<Provider*>(const_cast<void*>(mi->hdl));
-    return {CMPI_RC_OK, nullptr};
-}
-
-CMPIStatus methodCleanup(CMPIMethodMI* mi, const CMPIContext*, CMPIBoolean) {
-    delete static_cast<Provider*>(const_cast<void*>(mi->hdl));
+template <class MI>
+CMPIStatus cleanUp(MI* mi, const CMPIContext*, CMPIBoolean) {
+    delete mi;
     return {CMPI_RC_OK, nullptr};
 }
 
 constexpr CMPIInstanceMIFT instanceFunctions{.ftVersion = CMPICurrentVersion,
                                              .miVersion = CMPICurrentVersion,
                                              .miName = "ProviderHelper",
-                                             .cleanup = cleanup,
+                                             .cleanup = cleanUp,
                                              .enumerateInstanceNames = enumInstanceNames,
                                              .enumerateInstances = enumInstances,
                                              .getInstance = getInstance,
@@ -137,47 +123,45 @@ constexpr CMPIInstanceMIFT instanceFunctions{.ftVersion = CMPICurrentVersion,
 constexpr CMPIMethodMIFT methodFunctions{.ftVersion = CMPICurrentVersion,
                                          .miVersion = CMPICurrentVersion,
                                          .miName = "ProviderHelper",
-                                         .cleanup = methodCleanup,
+                                         .cleanup = cleanUp,
                                          .invokeMethod = invokeMethod};
 
-Provider* create(const CMPIBroker* broker, const CMPIContext* context, const char* name, CMPIStatus* status) {
-    // Once per process: the library's tables are the same for every provider.
-    static const int initialised = PH_Init(broker, context, name, status);
-    Provider* provider = new (std::nothrow) Provider{.broker = broker, .instanceMI = {}, .methodMI = {}};
+// Once per process: the library's tables are the same for every provider.
+void initialiseOnce(const CMPIBroker* broker, const CMPIContext* context, const char* name,
+                    CMPIStatus* status) {
+    static std::once_flag initialised;
+    std::call_once(initialised, [&] { PH_Init(broker, context, name, status); });
+}
+
+// A provider that knows its broker: a process may have several.
+template <class MI, class Functions>
+MI* create(const Functions& functions, const CMPIBroker* broker, const CMPIContext* context, const char* name,
+           CMPIStatus* status) {
+    initialiseOnce(broker, context, name, status);
+    MI* mi = new (std::nothrow) MI{.hdl = broker, .ft = &functions};
     if (status != nullptr)
-        *status = {provider != nullptr && initialised == 0 ? CMPI_RC_OK : CMPI_RC_ERR_FAILED, nullptr};
-    if (provider != nullptr) {
-        provider->instanceMI = {.hdl = provider, .ft = &instanceFunctions};
-        provider->methodMI = {.hdl = provider, .ft = &methodFunctions};
-    }
-    return provider;
+        *status = {mi != nullptr ? CMPI_RC_OK : CMPI_RC_ERR_FAILED, nullptr};
+    return mi;
 }
 
 } // namespace
 
-// The entry points that object managers look for: by the provider's registered name, or for any name.
+// The entry points that object managers look for: for any provider, by the provider's registered name, and by
+// the name of the module's file.
+#define ENTRY_POINTS(Kind, functions)                                                                        \
+    PH_EXPORT CMPI##Kind##MI* _Generic_Create_##Kind##MI(                                                    \
+        const CMPIBroker* broker, const CMPIContext* context, const char* name, CMPIStatus* status) {        \
+        return create<CMPI##Kind##MI>(functions, broker, context, name, status);                             \
+    }                                                                                                        \
+    NAMED_ENTRY_POINT(ProviderHelper, Kind, functions)                                                       \
+    NAMED_ENTRY_POINT(ProviderHelperProviders, Kind, functions)
+#define NAMED_ENTRY_POINT(name, Kind, functions)                                                             \
+    PH_EXPORT CMPI##Kind##MI* name##_Create_##Kind##MI(const CMPIBroker* broker, const CMPIContext* context, \
+                                                       CMPIStatus* status) {                                 \
+        return create<CMPI##Kind##MI>(functions, broker, context, #name, status);                            \
+    }
+
 extern "C" {
-
-PH_EXPORT CMPIInstanceMI* _Generic_Create_InstanceMI(const CMPIBroker* broker, const CMPIContext* context,
-                                                     const char* name, CMPIStatus* status) {
-    Provider* provider = create(broker, context, name, status);
-    return provider != nullptr ? &provider->instanceMI : nullptr;
+ENTRY_POINTS(Instance, instanceFunctions)
+ENTRY_POINTS(Method, methodFunctions)
 }
-
-PH_EXPORT CMPIMethodMI* _Generic_Create_MethodMI(const CMPIBroker* broker, const CMPIContext* context,
-                                                 const char* name, CMPIStatus* status) {
-    Provider* provider = create(broker, context, name, status);
-    return provider != nullptr ? &provider->methodMI : nullptr;
-}
-
-PH_EXPORT CMPIInstanceMI* ProviderHelper_Create_InstanceMI(const CMPIBroker* broker,
-                                                           const CMPIContext* context, CMPIStatus* status) {
-    return _Generic_Create_InstanceMI(broker, context, "ProviderHelper", status);
-}
-
-PH_EXPORT CMPIMethodMI* ProviderHelper_Create_MethodMI(const CMPIBroker* broker, const CMPIContext* context,
-                                                       CMPIStatus* status) {
-    return _Generic_Create_MethodMI(broker, context, "ProviderHelper", status);
-}
-
-} // extern "C"

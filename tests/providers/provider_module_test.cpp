@@ -1,0 +1,199 @@
+// Requests down the whole road: broker, provider module, library, hooks, virtual BMC and database.
+#include "broker/broker.h"
+#include "smash-db/sync/sync.h"
+#include "virtual-bmc/virtual_bmc.h"
+
+#include <platform/smash_db.h>
+#include <platform/support.h>
+
+#include <cstring>
+#include <dlfcn.h>
+#include <gmock/gmock.h>
+#include <memory>
+#include <sysroot_fixture.h>
+
+namespace {
+
+int initialisations;
+unsigned int secondsSlept;
+
+} // namespace
+
+// In place of the platform's and libc's.
+#pragma GCC visibility push(default)
+extern "C" {
+int RetrieveCoreFeatures(CoreFeatures* features) {
+    ++initialisations;
+    *features = {};
+    return 0;
+}
+unsigned int sleep(unsigned int seconds) {
+    secondsSlept += seconds;
+    return 0;
+}
+}
+#pragma GCC visibility pop
+
+namespace {
+
+using broker::Broker;
+using broker::Instance;
+using broker::NamedValues;
+using broker::ObjectPath;
+using broker::Reply;
+using broker::Request;
+using broker::Value;
+using testing::ElementsAre;
+using testing::SizeIs;
+
+ObjectPath path(const std::string& className, NamedValues keys = {}) {
+    return {.host = {}, .nameSpace = "root/cimv2", .className = className, .keys = std::move(keys)};
+}
+
+std::string text(const Instance& instance, const char* property) {
+    const Value* value = find(instance.properties, property);
+    return value != nullptr ? toText(*value) : "<none>";
+}
+
+struct FreeRow {
+    void operator()(void* row) const { std::free(row); }
+};
+
+class ProviderModule : public SysrootFixture {
+protected:
+    // A database that was filled from the sample server.
+    void SetUp() override {
+        const auto stateFile = sysroot.place("/var/lib/virtual-bmc/bmc.state");
+        vbmc::create(stateFile, PH_SAMPLE_SERVER);
+        ipmi::SessionSettings settings;
+        settings.address = stateFile.string();
+        settings.interfaceType = ipmi::SessionSettings::VirtualBmc;
+        smash::sync(*ipmi::openTransport(settings));
+        IPMISessionInfo session{};
+        std::strcpy(session.interfaceType, "2");
+        ASSERT_EQ(db_init(&database), 0) << db_last_error();
+        ASSERT_EQ(db_set_ipmi_session_info(database, &session), 0) << db_last_error();
+        broker.loadProvider(PROVIDER_MODULE, "ProviderHelper");
+    }
+    void TearDown() override {
+        EXPECT_EQ(db_close(database), 0);
+        EXPECT_EQ(broker.liveObjects(), 0U);
+    }
+
+    SMASH_DB_HANDLE database = nullptr;
+    Broker broker;
+};
+
+TEST_F(ProviderModule, hostComesFromTheDatabase) {
+    DeviceRecord* row = nullptr;
+    ASSERT_EQ(db_get_device_bytype(database, SMASH_DEVICE_HOST, &row), 0);
+    const std::unique_ptr<DeviceRecord, FreeRow> device(row);
+    FruRecord* board = nullptr;
+    ASSERT_EQ(db_get_fru_by_entity_id(database, 7, &board), 0);
+    const std::unique_ptr<FruRecord, FreeRow> fru(board);
+
+    const Reply reply = broker.enumerateInstances(path("CIM_HostComputerSystem"));
+    ASSERT_THAT(reply.instances, SizeIs(1)) << reply.message;
+    const Instance& host = reply.instances[0];
+    const std::string name = std::string("Unknown.IPMI BMC DeviceID.") + device->deviceId;
+    EXPECT_EQ(host.path, path("CIM_HostComputerSystem",
+                              {{"Name", {CMPI_string, name}},
+                               {"CreationClassName", {CMPI_string, std::string("CIM_HostComputerSystem")}}}));
+    EXPECT_EQ(text(host, "Name"), name);
+    EXPECT_EQ(text(host, "OtherIdentifyingInfo"),
+              std::string("{\"CIM:") + device->guid + ", CIM:" + fru->model + ':' + fru->serialNumber +
+                  ", CIM:" + std::to_string(device->tag[0]) + ':' + std::to_string(device->tag[1]) + "\"}");
+    EXPECT_EQ(text(host, "IdentifyingDescriptions"),
+              "{\"CIM:GUID\", \"CIM:Model:SerialNumber\", \"CIM:Tag\"}");
+    EXPECT_EQ(text(host, "RequestedState"), std::to_string(device->requestedState));
+
+    EXPECT_THAT(broker.enumerateInstanceNames(path("CIM_HostComputerSystem")).paths, ElementsAre(host.path));
+    EXPECT_THAT(broker.getInstance(host.path).instances, ElementsAre(host));
+
+    const Reply small = broker.getInstance(host.path, {{"enabledstate"}});
+    ASSERT_THAT(small.instances, SizeIs(1)) << small.message;
+    EXPECT_THAT(small.instances[0].properties, SizeIs(3));
+    EXPECT_EQ(text(small.instances[0], "EnabledState"), "2");
+}
+
+TEST_F(ProviderModule, failuresKeepCodeAndText) {
+    const Reply get = broker.getInstance(path("CIM_HostComputerSystem"));
+    EXPECT_EQ(get.code, CMPI_RC_ERR_FAILED);
+    EXPECT_EQ(get.message, "Failed to Get Instance");
+
+    // Without its database the library waits for the BMC's services, as they may still be starting.
+    std::filesystem::remove_all(sysroot.place("/var/lib/virtual-bmc"));
+    const Reply enumerated = broker.enumerateInstances(path("CIM_HostComputerSystem"));
+    EXPECT_EQ(enumerated.code, CMPI_RC_ERR_FAILED);
+    EXPECT_EQ(enumerated.message, "Failed to Enumerate Instance");
+    EXPECT_GT(secondsSlept, 0U);
+    EXPECT_EQ(broker.enumerateInstanceNames(path("CIM_HostComputerSystem")).message,
+              "Failed to Enumerate Instance Names");
+}
+
+TEST_F(ProviderModule, refusalsComeFromTheLibrary) {
+    const ObjectPath sensor = path("CIM_Sensor");
+    const std::pair<Reply, const char*> refusals[] = {
+        {broker.modifyInstance(sensor, {}), "SetInstance not supported"},
+        {broker.createInstance(sensor, {}), "CreateInstance not supported"},
+        {broker.deleteInstance(sensor), "DeleteInstance not supported"},
+        {broker.invokeMethod(sensor, "Reset"), "Invoke Method not supported"},
+    };
+    for (const auto& [reply, message] : refusals) {
+        EXPECT_EQ(reply.code, CMPI_RC_ERR_NOT_SUPPORTED);
+        EXPECT_EQ(reply.message, message);
+    }
+}
+
+TEST_F(ProviderModule, successfulRequestsAreClosed) {
+    const ObjectPath host = broker.enumerateInstanceNames(path("CIM_HostComputerSystem")).paths.at(0);
+    EXPECT_TRUE(broker.enumerateInstanceNames(path("CIM_HostComputerSystem")).done);
+    EXPECT_TRUE(broker.enumerateInstances(path("CIM_HostComputerSystem")).done);
+    EXPECT_TRUE(broker.getInstance(host).done);
+    const Reply method = broker.invokeMethod(host, "RequestStateChange",
+                                             {{"RequestedState", {CMPI_uint16, std::uint64_t{2}}}});
+    EXPECT_TRUE(method.ok()) << method.message;
+    EXPECT_TRUE(method.done);
+}
+
+TEST_F(ProviderModule, unknownClassesAreRefused) {
+    using Operation = Request::Operation;
+    for (const std::string& name : {std::string("CIM_Nothing"), std::string("Sensor"), std::string("CIM_"),
+                                    std::string(), "CIM_" + std::string(300, 'X')})
+        for (const Operation operation :
+             {Operation::EnumerateInstances, Operation::EnumerateInstanceNames, Operation::GetInstance,
+              Operation::ModifyInstance, Operation::CreateInstance, Operation::DeleteInstance,
+              Operation::InvokeMethod}) {
+            const Reply reply =
+                broker.execute({.operation = operation, .path = path(name), .method = "Reset"});
+            EXPECT_EQ(reply.code, CMPI_RC_ERR_INVALID_CLASS) << name;
+            EXPECT_EQ(reply.message, "This provider does not serve the class");
+        }
+}
+
+// Object managers look for the provider's registered name, the module file's name, or take any module.
+TEST_F(ProviderModule, entryPointsForEveryObjectManager) {
+    for (const char* name : {"ProviderHelper", "ProviderHelperProviders", "SomethingElse"}) {
+        Broker other;
+        other.loadProvider(PROVIDER_MODULE, name);
+        EXPECT_TRUE(other.enumerateInstanceNames(path("CIM_HostComputerSystem")).ok()) << name;
+        EXPECT_EQ(other.deleteInstance(path("CIM_Sensor")).code, CMPI_RC_ERR_NOT_SUPPORTED) << name;
+        EXPECT_EQ(other.invokeMethod(path("CIM_Sensor"), "Reset").code, CMPI_RC_ERR_NOT_SUPPORTED) << name;
+    }
+    EXPECT_EQ(initialisations, 1) << "the library is initialised once in a process";
+}
+
+TEST_F(ProviderModule, statusIsOptional) {
+    using Create = CMPIInstanceMI* (*)(const CMPIBroker*, const CMPIContext*, CMPIStatus*);
+    void* module = dlopen(PROVIDER_MODULE, RTLD_NOW);
+    ASSERT_NE(module, nullptr) << dlerror();
+    const auto create = reinterpret_cast<Create>(dlsym(module, "ProviderHelper_Create_InstanceMI"));
+    ASSERT_NE(create, nullptr);
+    CMPIInstanceMI* mi = create(broker.handle(), nullptr, nullptr);
+    ASSERT_NE(mi, nullptr);
+    EXPECT_EQ(mi->ft->execQuery(mi, nullptr, nullptr, nullptr, "", "").rc, CMPI_RC_ERR_NOT_SUPPORTED);
+    EXPECT_EQ(mi->ft->cleanup(mi, nullptr, 0).rc, CMPI_RC_OK);
+    dlclose(module);
+}
+
+} // namespace
