@@ -65,7 +65,7 @@ int fill(Record* record, const Facts& facts) {
     record->RequestedState = facts.requestedState;
     record->EnabledState = 2; // enabled
     record->HealthState = 5;  // OK
-    record->OtherIdentifyingInfo[0] = strdup(facts.otherIdentifyingInfo);
+    record->OtherIdentifyingInfo[0] = strndup(facts.otherIdentifyingInfo, 255);
     return record->OtherIdentifyingInfo[0] != nullptr ? 0 : -1;
 }
 

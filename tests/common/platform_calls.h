@@ -1,0 +1,21 @@
+// The platform's functions as the library calls them: recorded, and failing where a test wants it; else they
+// are the platform's own. Link with ph_test_platform_calls.
+#pragma once
+
+#include <string>
+#include <vector>
+
+struct PlatformCalls {
+    std::vector<std::string> made; // names, in order
+    unsigned failing = 0;          // the nth of `made`, from 1, fails; a closing function closes all the same
+    bool hasFailed = false;
+
+    int openHandles = 0;  // of databases
+    int openSessions = 0; // of IPMI
+    int pauses = 0;       // calls of sleep(), which returns at once
+
+    void clear() { *this = {}; } // with nothing open
+    // Closes sessions that the library has left open. Returns how many.
+    int closeSessions();
+};
+extern PlatformCalls platformCalls;
