@@ -58,7 +58,7 @@ protected:
         return instanceId;
     }
     static std::string createFailed() {
-        const std::string id = create();
+        std::string id = create();
         EXPECT_EQ(PH_ModifyConcreteJob(id.c_str(), 10, "17,6"), 0);
         EXPECT_EQ(PH_CreateErrorInstance(id.c_str()), 0);
         return id;
