@@ -82,10 +82,10 @@ installPackages() {
     fi
 }
 
-# The compiler cache where there is one. Objects of two build folders differ in debug paths only: let them share.
+# The compiler cache where there is one. Objects of two checkouts differ in debug paths only: let them share.
 useCompilerCache() {
     command -v ccache >/dev/null || return 0
-    export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache CCACHE_NOHASHDIR=1
+    export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache CCACHE_NOHASHDIR=1 CCACHE_BASEDIR=$root
 }
 
 # build PRESET [OPTION...]: configures and builds, with options for Ninja.
