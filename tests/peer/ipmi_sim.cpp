@@ -2,9 +2,11 @@
 
 #include <arpa/inet.h>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
 #include <fstream>
+#include <memory>
 #include <poll.h>
 #include <sstream>
 #include <sys/prctl.h>
@@ -55,7 +57,7 @@ std::uint16_t freePort() {
     return ntohs(address.sin_port);
 }
 
-std::string lanConfiguration(std::uint16_t port) {
+std::string lanConfiguration(std::uint16_t port, const std::string& chassisControl) {
     std::ostringstream out;
     out << "name \"sim\"\nset_working_mc 0x20\nstartlan 1\naddr 127.0.0.1 " << port << "\npriv_limit admin\n";
     for (const char* level : {"callback", "user", "operator", "admin"})
@@ -63,6 +65,8 @@ std::string lanConfiguration(std::uint16_t port) {
     out << "guid a123456789abcdefa123456789abcdef\nendlan\n"
         << "user 1 true \"\" \"anonymous\" user 10 none md2 md5 straight\n"
         << "user 2 true \"" << user << "\" \"" << password << "\" admin 10 none md2 md5 straight\n";
+    if (!chassisControl.empty())
+        out << "chassis_control \"" << chassisControl << "\"\n";
     return out.str();
 }
 
@@ -97,7 +101,8 @@ std::string read(const fs::path& path) {
 
 } // namespace
 
-IpmiSim::IpmiSim(const std::vector<SimSensor>& sensors) : directory_(makeDirectory()) {
+IpmiSim::IpmiSim(const std::vector<SimSensor>& sensors, std::string chassisControl)
+    : directory_(makeDirectory()), chassisControl_(std::move(chassisControl)) {
     fs::create_directory(directory_ / "state");
     write(directory_ / "commands", simCommands(sensors));
     for (int i = 0; i < portsTried; ++i)
@@ -118,7 +123,7 @@ bool IpmiSim::start() {
     port_ = freePort();
     const std::string lan = directory_ / "lan.conf", commands = directory_ / "commands",
                       state = directory_ / "state", log = directory_ / "log";
-    write(lan, lanConfiguration(port_));
+    write(lan, lanConfiguration(port_, chassisControl_));
     const char* const arguments[] = {"ipmi_sim",       "-n", "-c",          lan.c_str(), "-f",
                                      commands.c_str(), "-s", state.c_str(), nullptr};
     process_ = ::fork();
@@ -170,6 +175,17 @@ void IpmiSim::pause() const {
 
 void IpmiSim::resume() const {
     ::kill(process_, SIGCONT);
+}
+
+std::string IpmiSim::ipmitool(const std::string& arguments) const {
+    const std::string command = "ipmitool -I lanplus -C 3 -H 127.0.0.1 -p " + std::to_string(port_) + " -U " +
+                                user + " -P " + password + " " + arguments + " 2>&1";
+    std::string output;
+    const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
+    char part[256];
+    while (pipe && fgets(part, sizeof part, pipe.get()) != nullptr)
+        output += part;
+    return output;
 }
 
 ipmi::SessionSettings IpmiSim::settings() const {

@@ -12,14 +12,18 @@ namespace ph_test {
 class IpmiSim {
 public:
     // Starts the simulator and waits until it answers. Throws std::runtime_error with its log when it does
-    // not.
-    explicit IpmiSim(const std::vector<SimSensor>& sensors);
+    // not. `chassisControl` is the command that stands for the chassis: "get power" and "set power 1" are put
+    // behind it; without one the simulator has none.
+    explicit IpmiSim(const std::vector<SimSensor>& sensors, std::string chassisControl = {});
     ~IpmiSim();
     IpmiSim(const IpmiSim&) = delete;
     IpmiSim& operator=(const IpmiSim&) = delete;
 
     // Address, administrator and workaround flags of this simulator.
     ipmi::SessionSettings settings() const;
+
+    // What `ipmitool <arguments>` prints, asking this simulator.
+    std::string ipmitool(const std::string& arguments) const;
 
     // Stops answering, as a hung BMC does, and answers again.
     void pause() const;
@@ -31,6 +35,7 @@ private:
     void stop();
 
     std::filesystem::path directory_;
+    std::string chassisControl_;
     std::uint16_t port_ = 0;
     pid_t process_ = -1;
 };

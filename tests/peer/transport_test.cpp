@@ -40,19 +40,7 @@ protected:
     static void SetUpTestSuite() { bmc = std::make_unique<IpmiSim>(sensors()); }
     static void TearDownTestSuite() { bmc.reset(); }
 
-    // What `ipmitool <arguments>` prints, asking the same BMC.
-    static std::string ipmitool(const std::string& arguments) {
-        const auto settings = bmc->settings();
-        const std::string command = "ipmitool -I lanplus -C 3 -H " + settings.address + " -p " +
-                                    std::to_string(settings.port) + " -U " + settings.userName + " -P " +
-                                    settings.password + " " + arguments + " 2>&1";
-        std::string output;
-        const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
-        char part[256];
-        while (pipe && fgets(part, sizeof part, pipe.get()) != nullptr)
-            output += part;
-        return output;
-    }
+    static std::string ipmitool(const std::string& arguments) { return bmc->ipmitool(arguments); }
 
     static std::unique_ptr<IpmiSim> bmc;
 };
