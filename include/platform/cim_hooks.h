@@ -12,6 +12,7 @@
 #define PLATFORM_CIM_HOOKS_H
 
 #include "platform/cim_chassis.h"
+#include "platform/cim_sel.h"
 #include "platform/cim_sensors.h"
 #include "platform/cim_session.h"
 

@@ -18,11 +18,15 @@ struct ScriptedTransport : ipmi::Transport {
                          std::span<std::uint8_t> answer) override {
         if (!bmc.isReachable)
             throw ipmi::TransportError("bmc.example:623: no answer");
-        Bytes message{netFn, command};
-        message.insert(message.end(), request.begin(), request.end());
+        Bytes message(2 + request.size());
+        message[0] = netFn;
+        message[1] = command;
+        std::ranges::copy(request, message.begin() + 2);
         bmc.requests.push_back(message);
         const auto found = bmc.answers.find(message);
-        const Bytes bytes = found != bmc.answers.end() ? found->second : Bytes{0xC1};
+        const Bytes bytes = bmc.respond                  ? bmc.respond(message)
+                            : found != bmc.answers.end() ? found->second
+                                                         : Bytes{0xC1};
         std::ranges::copy(bytes, answer.begin());
         return bytes.size();
     }

@@ -4,6 +4,7 @@
 
 #include "ipmi/transport.h"
 
+#include <functional>
 #include <map>
 #include <vector>
 
@@ -13,6 +14,8 @@ struct ScriptedBmc {
     // Answers by request: network function, command, data. Anything else is answered with C1h, invalid
     // command.
     std::map<Bytes, Bytes> answers;
+    // Takes the place of the table: the answer to such a request.
+    std::function<Bytes(const Bytes& request)> respond;
     bool isReachable = true;
 
     std::vector<Bytes> requests;

@@ -1,0 +1,162 @@
+#include "hooks/sel_reader.h"
+#include "hooks/session.h"
+
+#include <bitset>
+#include <chrono>
+#include <stdexcept>
+#include <unistd.h>
+
+namespace {
+
+namespace completion = ipmi::completion;
+namespace sel = hooks::sel;
+
+constexpr std::uint8_t getSelPolicy = 0x60; // OEM
+constexpr int attempts = 3;                 // at a log that changes under the reader's hands
+constexpr unsigned erasePollMicroseconds = 50'000;
+
+template <class T>
+T& required(T* argument) {
+    if (argument == nullptr)
+        throw std::invalid_argument("no place for the answer, or no request, given");
+    return *argument;
+}
+
+std::uint16_t capped(std::uint32_t count) {
+    return static_cast<std::uint16_t>(std::min<std::uint32_t>(count, 0xFFFF));
+}
+
+std::uint16_t maxEntries(ipmi::Transport& bmc) {
+    const auto answer = ipmi::ask(bmc, ipmi::netFn::storage, sel::getAllocationInfo, {});
+    if (answer.code() == completion::success) {
+        auto reader = answer.reader();
+        const std::uint32_t units = reader.u16();
+        const std::uint32_t unitSize = reader.u16();
+        answer.verify(reader);
+        if (units != 0 && unitSize != 0) // 0: not specified
+            return capped(units * unitSize / CIM_SEL_RECORD_SIZE);
+    }
+    const auto info = sel::readInfo(bmc);
+    return capped(std::uint32_t{info.entries} + info.freeBytes / CIM_SEL_RECORD_SIZE);
+}
+
+std::uint16_t idOf(const std::uint8_t (&bytes)[2]) {
+    return static_cast<std::uint16_t>(bytes[0] | bytes[1] << 8);
+}
+
+// Follows the chain of records from the first. false when it breaks off or runs in a circle, because records
+// were deleted or the BMC errs. Records that come in while it is followed are taken as long as there is room.
+bool readChain(ipmi::Transport& bmc, std::span<CIM_SELEntry> entries, std::uint16_t& count) {
+    hooks::SelReader reader(bmc);
+    std::bitset<0x10000> seen;
+    std::uint16_t next = sel::firstRecord;
+    for (count = 0; count < entries.size() && next != sel::noNextRecord; ++count) {
+        CIM_SELEntry& entry = entries[count];
+        const auto code = reader.read(next, entry);
+        if (code == completion::notPresent || code == completion::reservationCanceled)
+            return false;
+        if (code != completion::success)
+            throw ipmi::CompletionCodeError(ipmi::netFn::storage, sel::getEntry, code);
+        seen.set(count == 0 ? static_cast<std::uint16_t>(entry.record[0] | entry.record[1] << 8) : next);
+        next = idOf(entry.nextRecordId);
+        if (next != sel::noNextRecord && seen.test(next))
+            return false;
+    }
+    return true;
+}
+
+std::uint16_t readLog(ipmi::Transport& bmc, std::span<CIM_SELEntry> entries) {
+    auto before = sel::readInfo(bmc);
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        if (before.entries == 0)
+            return 0;
+        std::uint16_t count = 0;
+        const bool isWhole = readChain(bmc, entries, count);
+        const auto after = sel::readInfo(bmc);
+        if (isWhole && after.lastErase == before.lastErase)
+            return count;
+        before = after;
+    }
+    throw std::runtime_error("the event log changed each time it was read");
+}
+
+enum class Erasure { Running, Completed, ReservationLost };
+
+Erasure clearLog(ipmi::Transport& bmc, std::uint16_t reservation, std::uint8_t action) {
+    constexpr std::uint8_t completed = 1;
+    std::uint8_t request[6];
+    ipmi::Writer(request).u16(reservation).bytes({'C', 'L', 'R', action});
+    const auto answer = ipmi::ask(bmc, ipmi::netFn::storage, sel::clear, request);
+    if (answer.code() == completion::reservationCanceled)
+        return Erasure::ReservationLost;
+    if (answer.code() != completion::success)
+        throw ipmi::CompletionCodeError(ipmi::netFn::storage, sel::clear, answer.code());
+    auto reader = answer.reader();
+    const std::uint8_t progress = reader.u8() & 0x0F;
+    answer.verify(reader);
+    return progress == completed ? Erasure::Completed : Erasure::Running;
+}
+
+// Some BMCs cancel the reservation when the erasure begins: the progress is then asked for with a new one.
+void eraseLog(ipmi::Transport& bmc, std::chrono::seconds timeout) {
+    constexpr std::uint8_t initiate = 0xAA;
+    constexpr std::uint8_t getStatus = 0x00;
+    const auto end = std::chrono::steady_clock::now() + timeout;
+    std::uint8_t action = initiate;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        const auto reservation = sel::makeReservation(bmc);
+        auto erasure = clearLog(bmc, reservation, action);
+        while (erasure == Erasure::Running) {
+            if (std::chrono::steady_clock::now() >= end)
+                throw std::runtime_error("the event log is still being erased");
+            usleep(erasePollMicroseconds);
+            action = getStatus;
+            erasure = clearLog(bmc, reservation, action);
+        }
+        if (erasure == Erasure::Completed)
+            return;
+    }
+    throw std::runtime_error("others reserve the event log all the time");
+}
+
+} // namespace
+
+int CIM_GetMaxPossibleSELEntries(IPMI20_SESSION_T* session, uint16_t* count, int /*timeout*/) {
+    return hooks::guarded(__func__, [&] { required(count) = maxEntries(hooks::transportOf(session)); });
+}
+
+int CIM_GetNumOfSELEntries(IPMI20_SESSION_T* session, uint16_t* count, int /*timeout*/) {
+    return hooks::guarded(__func__,
+                          [&] { required(count) = sel::readInfo(hooks::transportOf(session)).entries; });
+}
+
+int CIM_GetSELRecords(IPMI20_SESSION_T* session, CIM_SELEntry* entries, uint16_t* count, int /*timeout*/) {
+    return hooks::guarded(__func__, [&] {
+        *count = readLog(hooks::transportOf(session), std::span(&required(entries), required(count)));
+    });
+}
+
+int CIM_GetSELEntry(IPMI20_SESSION_T* session, const CIM_SELEntryRequest* request, CIM_SELEntryAnswer* answer,
+                    int /*timeout*/) {
+    return hooks::guarded(__func__, [&] {
+        required(answer) = {};
+        hooks::SelReader reader(hooks::transportOf(session));
+        answer->completionCode = reader.read(idOf(required(request).recordId), answer->entry);
+        if (answer->completionCode != completion::success)
+            throw ipmi::CompletionCodeError(ipmi::netFn::storage, sel::getEntry, answer->completionCode);
+    });
+}
+
+int CIM_GetSELPolicy(IPMI20_SESSION_T* session, uint8_t* policy, int /*timeout*/) {
+    return hooks::guarded(__func__, [&] {
+        const auto answer = ipmi::ask(hooks::transportOf(session), ipmi::netFn::oem, getSelPolicy, {});
+        const auto data = answer.data();
+        const bool isKnown = answer.code() == completion::success && data.size() == 1 && data[0] <= 1;
+        required(policy) = isKnown ? data[0] : 0;
+    });
+}
+
+int CIM_ClearSEL(IPMI20_SESSION_T* session, int timeout) {
+    return hooks::guarded(__func__,
+                          [&] { eraseLog(hooks::transportOf(session), std::chrono::seconds(timeout)); });
+}

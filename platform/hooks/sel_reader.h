@@ -1,0 +1,52 @@
+// Records of a BMC's system event log (IPMI 2.0, 31.5).
+#pragma once
+
+#include "ipmi/command.h"
+
+#include <platform/cim_sel.h>
+
+namespace hooks {
+
+namespace sel {
+
+inline constexpr std::uint8_t getInfo = 0x40; // commands of network function Storage
+inline constexpr std::uint8_t getAllocationInfo = 0x41;
+inline constexpr std::uint8_t reserve = 0x42;
+inline constexpr std::uint8_t getEntry = 0x43;
+inline constexpr std::uint8_t clear = 0x47;
+
+inline constexpr std::uint16_t firstRecord = 0x0000; // as the ID asked for
+inline constexpr std::uint16_t noNextRecord = 0xFFFF;
+inline constexpr std::uint8_t wholeRecord = 0xFF; // as the number of bytes asked for
+
+struct Info {
+    std::uint16_t entries;
+    std::uint16_t freeBytes; // FFFFh: that many or more
+    std::uint32_t lastErase; // time of the last deletion
+};
+Info readInfo(ipmi::Transport& bmc);
+
+// A new reservation; 0 from a BMC that works without.
+std::uint16_t makeReservation(ipmi::Transport& bmc);
+
+} // namespace sel
+
+// Reads records whole, or in parts once the BMC has shown that it cannot send one at once.
+class SelReader {
+public:
+    explicit SelReader(ipmi::Transport& bmc) : bmc_(bmc) {}
+
+    // Returns the completion code; the entry is complete when it is success.
+    std::uint8_t read(std::uint16_t recordId, CIM_SELEntry& entry);
+
+private:
+    std::uint8_t readPart(std::uint16_t recordId, std::uint8_t offset, std::uint8_t size,
+                          CIM_SELEntry& entry);
+    std::uint8_t readInParts(std::uint16_t recordId, CIM_SELEntry& entry);
+
+    ipmi::Transport& bmc_;
+    std::uint16_t reservation_ = 0;
+    std::uint8_t partSize_ = sel::wholeRecord;
+};
+
+} // namespace hooks
