@@ -16,6 +16,7 @@
 #include "virtual-bmc/frus.h"
 #include "virtual-bmc/message_log.h"
 #include "virtual-bmc/sdr_repository.h"
+#include "virtual-bmc/sel.h"
 #include "virtual-bmc/sensors.h"
 #include "virtual-bmc/users.h"
 
@@ -23,10 +24,10 @@
 
 namespace vbmc {
 
-using Parts = std::tuple<Device, Users, Sensors, Frus, SdrRepository, Chassis, Faults, MessageLog>;
+using Parts = std::tuple<Device, Users, Sensors, Frus, SdrRepository, Chassis, Sel, Faults, MessageLog>;
 
 // Files beside the state file that hold the bulk of a part, by what follows its name; a new machine begins
 // without them. They are read and written within transactions.
-inline constexpr const char* bulkFiles[] = {MessageLog::bulkFile};
+inline constexpr const char* bulkFiles[] = {MessageLog::bulkFile, Sel::bulkFile};
 
 } // namespace vbmc

@@ -1,6 +1,7 @@
 #include "virtual-bmc/virtual_bmc.h"
 
 #include "virtual-bmc/json_fields.h"
+#include "virtual-bmc/sel_file.h"
 #include "virtual-bmc/state_file.h"
 
 #include <fcntl.h>
@@ -87,6 +88,28 @@ void VirtualBmc::setStates(const SensorRef& sensor, std::uint16_t states) {
 
 void VirtualBmc::setAvailability(const SensorRef& sensor, Availability availability) {
     editSensor(*file_, sensor, [&](Sensor&, Live& live) { live.availability = availability; });
+}
+
+std::uint16_t VirtualBmc::addSelRecord(std::span<const std::uint8_t, 16> record) {
+    std::optional<std::uint16_t> id;
+    file_->transact([&](State& state) { id = Sel::add(state, SelFile(state), record); });
+    if (!id)
+        throw Error("the event log is full");
+    return *id;
+}
+
+std::size_t VirtualBmc::fillSel(std::size_t count) {
+    std::size_t added = 0;
+    file_->transact([&](State& state) { added = Sel::fill(state, count); });
+    return added;
+}
+
+void VirtualBmc::clearSel() {
+    file_->transact([](State& state) { Sel::clear(state); });
+}
+
+void VirtualBmc::setSelWraps(bool wraps) {
+    file_->transact([&](State& state) { state.edit<Sel>().wraps = wraps; });
 }
 
 void VirtualBmc::addFault(const Fault& fault) {

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <memory>
 #include <nlohmann/json_fwd.hpp>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -100,6 +101,15 @@ public:
     // Discrete sensors: bit n is state offset n, 0 to 14.
     void setStates(const SensorRef& sensor, std::uint16_t states);
     void setAvailability(const SensorRef& sensor, Availability availability);
+
+    // The event log. A record of 16 bytes gets an ID from the BMC, and the present time where it is 0 and the
+    // record's type has a time. Throws Error when the log is full and does not wrap.
+    std::uint16_t addSelRecord(std::span<const std::uint8_t, 16> record);
+    // Appends so many records, events of the machine's sensors and OEM records in turn. Returns how many
+    // there was room for.
+    std::size_t fillSel(std::size_t count);
+    void clearSel();
+    void setSelWraps(bool wraps); // a full log drops its oldest record, not the new event
 
     void addFault(const Fault& fault);
     std::vector<Fault> faults(); // those that can still strike; skip and calls count down

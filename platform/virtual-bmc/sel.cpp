@@ -1,0 +1,286 @@
+#include "virtual-bmc/sel.h"
+
+#include "virtual-bmc/json_fields.h"
+#include "virtual-bmc/sel_file.h"
+
+#include <algorithm>
+#include <ctime>
+
+namespace vbmc {
+namespace {
+
+constexpr std::uint8_t systemEvent = 0x02;
+constexpr std::uint8_t oemTimed = 0xC0;
+constexpr std::uint8_t oemUntimed = 0xE0; // and above: the bytes of a time are data
+constexpr std::size_t timeOffset = 3;
+
+constexpr Choice policies[] = {{0, "stop"}, {1, "wrap"}};
+
+std::uint16_t following(std::uint16_t id) {
+    return id == Sel::lastId ? Sel::firstId : static_cast<std::uint16_t>(id + 1);
+}
+
+void dropOldest(Sel& sel) {
+    sel.head = (sel.head + 1) % (sel.capacity + 1U);
+    --sel.count;
+}
+
+// Makes room for a record with the next ID. false when the log takes no more.
+bool makeRoom(Sel& sel, const SelFile& file) {
+    const auto isFull = [&] {
+        return sel.count == sel.capacity || (sel.count > 0 && selRecordId(file.read(sel, 0)) == sel.nextId);
+    };
+    while (isFull() && sel.wraps)
+        dropOldest(sel);
+    return !isFull();
+}
+
+void putTime(SelRecord& record, std::uint32_t time) {
+    ipmi::Writer(std::span(record).subspan(timeOffset)).u32(time);
+}
+
+// Events as a server's log has them: a sensor goes beyond a limit or into a state, and back.
+SelRecord sampleEvent(const Sensors& sensors, std::size_t number) {
+    SelRecord record{};
+    ipmi::Writer writer(record);
+    writer.u16(0);
+    if (number % 10 == 8) {
+        writer.u8(oemTimed).u32(0).u24(0x000157).u32(static_cast<std::uint32_t>(number));
+    } else if (number % 10 == 9) {
+        writer.u8(oemUntimed).fill(9, 0xA5).u32(static_cast<std::uint32_t>(number));
+    } else {
+        const bool isDeassertion = number % 2 == 1;
+        const Sensor* const sensor =
+            sensors.list.empty() ? nullptr : &sensors.list[number / 2 % sensors.list.size()];
+        const std::uint8_t type = sensor != nullptr ? sensor->readingType : 0x6F;
+        const bool isThreshold = sensor != nullptr && sensor->isThreshold();
+        writer.u8(systemEvent).u32(0).u16(0x0020).u8(0x04); // the BMC itself; IPMI 2.0 event messages
+        writer.u8(sensor != nullptr ? sensor->type : 0x12).u8(sensor != nullptr ? sensor->number : 0);
+        writer.u8(static_cast<std::uint8_t>(isDeassertion ? type | 0x80 : type));
+        // Upper critical going high with reading and threshold, or state offset 0.
+        writer.u8(isThreshold ? 0x59 : 0x00).u8(isThreshold ? 0x7D : 0xFF).u8(isThreshold ? 0x78 : 0xFF);
+    }
+    return record;
+}
+
+std::uint8_t getSelInfo(State& state, ipmi::Reader, ipmi::Writer& answer) {
+    constexpr std::uint8_t version = 0x51;
+    constexpr std::uint8_t operations = 0x0B; // Delete, Reserve, Get Allocation Info
+    const auto& sel = state.get<Sel>();
+    const std::uint32_t freeBytes = (sel.capacity - sel.count) * 16U;
+    answer.u8(version)
+        .u16(sel.count)
+        .u16(static_cast<std::uint16_t>(std::min<std::uint32_t>(freeBytes, 0xFFFF)))
+        .u32(sel.lastAddition)
+        .u32(sel.lastErasure)
+        .u8(static_cast<std::uint8_t>(operations | (sel.hasDropped ? 0x80 : 0)));
+    return ipmi::completion::success;
+}
+
+std::uint8_t getSelAllocationInfo(State& state, ipmi::Reader, ipmi::Writer& answer) {
+    const auto& sel = state.get<Sel>();
+    const auto freeRecords = static_cast<std::uint16_t>(sel.capacity - sel.count);
+    answer.u16(sel.capacity).u16(16).u16(freeRecords).u16(freeRecords).u8(1);
+    return ipmi::completion::success;
+}
+
+std::uint8_t reserveSel(State& state, ipmi::Reader, ipmi::Writer& answer) {
+    auto& sel = state.edit<Sel>();
+    if (++sel.reservation == Sel::notReserved)
+        ++sel.reservation;
+    answer.u16(sel.reservation);
+    return ipmi::completion::success;
+}
+
+bool isReserved(const Sel& sel, std::uint16_t reservation) {
+    return reservation != Sel::notReserved && reservation == sel.reservation;
+}
+
+std::uint8_t getSelEntry(State& state, ipmi::Reader request, ipmi::Writer& answer) {
+    const auto& sel = state.get<Sel>();
+    const std::uint16_t reservation = request.u16();
+    const std::uint16_t id = request.u16();
+    const std::size_t offset = request.u8();
+    std::size_t size = request.u8();
+    if (offset > 0 && !isReserved(sel, reservation))
+        return ipmi::completion::reservationCanceled;
+    const SelFile file(state);
+    const auto position = file.find(sel, id);
+    if (!position)
+        return ipmi::completion::notPresent;
+    if (size == 0xFF)
+        size = 16;
+    if (size > sel.largestRead)
+        return ipmi::completion::cannotReturnBytes;
+    if (offset + size > 16)
+        return ipmi::completion::parameterOutOfRange;
+    const bool isLast = *position + 1 == sel.count;
+    const SelRecord record = file.read(sel, *position);
+    answer.u16(isLast ? 0xFFFF : selRecordId(file.read(sel, static_cast<std::uint16_t>(*position + 1))))
+        .bytes(std::span(record).subspan(offset, size));
+    return ipmi::completion::success;
+}
+
+std::uint8_t addSelEntry(State& state, ipmi::Reader request, ipmi::Writer& answer) {
+    SelRecord record;
+    std::ranges::copy(request.bytes(record.size()), record.begin());
+    if (record[2] < oemUntimed)
+        putTime(record, 0); // the BMC's own
+    const auto id = Sel::add(state, SelFile(state), record);
+    if (!id)
+        return ipmi::completion::outOfSpace;
+    answer.u16(*id);
+    return ipmi::completion::success;
+}
+
+// Those behind it move up, in the file before in the state: whoever reads the file after a crash between the
+// two finds the last record twice.
+std::uint8_t deleteSelEntry(State& state, ipmi::Reader request, ipmi::Writer& answer) {
+    const auto& sel = state.get<Sel>();
+    if (!isReserved(sel, request.u16()))
+        return ipmi::completion::reservationCanceled;
+    const SelFile file(state);
+    const auto position = file.find(sel, request.u16());
+    if (!position)
+        return ipmi::completion::notPresent;
+    answer.u16(selRecordId(file.read(sel, *position)));
+    for (auto i = static_cast<std::uint16_t>(*position + 1); i < sel.count; ++i)
+        file.write(sel, static_cast<std::uint16_t>(i - 1), file.read(sel, i));
+    auto& edited = state.edit<Sel>();
+    --edited.count;
+    edited.lastErasure = edited.now();
+    edited.reservation = Sel::notReserved;
+    return ipmi::completion::success;
+}
+
+std::uint8_t clearSel(State& state, ipmi::Reader request, ipmi::Writer& answer) {
+    constexpr std::uint8_t initiate = 0xAA;
+    constexpr std::uint8_t getStatus = 0x00;
+    constexpr std::uint8_t inProgress = 0;
+    constexpr std::uint8_t completed = 1;
+    const std::uint16_t reservation = request.u16();
+    const auto word = request.bytes(3);
+    const std::uint8_t action = request.u8();
+    if (!isReserved(state.get<Sel>(), reservation))
+        return ipmi::completion::reservationCanceled;
+    if (!std::ranges::equal(word, std::array{'C', 'L', 'R'}) || (action != initiate && action != getStatus))
+        return ipmi::completion::invalidDataField;
+    auto& sel = state.edit<Sel>();
+    if (action == initiate) {
+        Sel::clear(state);
+        sel.reservation = reservation; // kept, to ask for the progress
+        sel.erasureStepsLeft = sel.erasureSteps;
+    } else if (sel.erasureStepsLeft > 0) {
+        --sel.erasureStepsLeft;
+    }
+    answer.u8(sel.erasureStepsLeft > 0 ? inProgress : completed);
+    return ipmi::completion::success;
+}
+
+std::uint8_t getSelTime(State& state, ipmi::Reader, ipmi::Writer& answer) {
+    answer.u32(state.get<Sel>().now());
+    return ipmi::completion::success;
+}
+
+std::uint8_t setSelTime(State& state, ipmi::Reader request, ipmi::Writer&) {
+    auto& sel = state.edit<Sel>();
+    sel.clockOffset =
+        static_cast<std::int32_t>(request.u32() - static_cast<std::uint32_t>(std::time(nullptr)));
+    return ipmi::completion::success;
+}
+
+std::uint8_t getSelPolicy(State& state, ipmi::Reader, ipmi::Writer& answer) {
+    answer.u8(state.get<Sel>().wraps ? 1 : 0);
+    return ipmi::completion::success;
+}
+
+constexpr Command commandTable[] = {
+    {ipmi::netFn::storage, 0x40, 0, getSelInfo},   {ipmi::netFn::storage, 0x41, 0, getSelAllocationInfo},
+    {ipmi::netFn::storage, 0x42, 0, reserveSel},   {ipmi::netFn::storage, 0x43, 6, getSelEntry},
+    {ipmi::netFn::storage, 0x44, 16, addSelEntry}, {ipmi::netFn::storage, 0x46, 4, deleteSelEntry},
+    {ipmi::netFn::storage, 0x47, 6, clearSel},     {ipmi::netFn::storage, 0x48, 0, getSelTime},
+    {ipmi::netFn::storage, 0x49, 4, setSelTime},   {ipmi::netFn::oem, 0x60, 0, getSelPolicy},
+};
+
+} // namespace
+
+std::span<const Command> Sel::commands() {
+    return commandTable;
+}
+
+void Sel::fields(Fields& fields) {
+    fields("capacity", capacity);
+    fields.choice("whenFull", wraps, policies);
+    fields.number("largestRead", largestRead, 1, 16);
+    fields("erasureSteps", erasureSteps);
+    fields("head", head);
+    fields("count", count);
+    fields("nextId", nextId);
+    fields("lastAddition", lastAddition);
+    fields("lastErasure", lastErasure);
+    fields("hasDropped", hasDropped);
+    fields("reservation", reservation);
+    fields("erasureStepsLeft", erasureStepsLeft);
+    fields("clockOffset", clockOffset);
+}
+
+void Sel::check(const Place& place) const {
+    if (count > capacity || head > capacity)
+        vbmc::fail(place, "there are more records than room");
+}
+
+Json Sel::describe(const State&) const {
+    Json json = Json::object();
+    json["records"] = count;
+    json["capacity"] = capacity;
+    json["whenFull"] = nameOf(policies, wraps);
+    json["hasDropped"] = hasDropped;
+    return json;
+}
+
+std::uint32_t Sel::now() const {
+    return static_cast<std::uint32_t>(std::time(nullptr)) + static_cast<std::uint32_t>(clockOffset);
+}
+
+std::optional<std::uint16_t> Sel::add(State& state, const SelFile& file,
+                                      std::span<const std::uint8_t, 16> record) {
+    auto& sel = state.edit<Sel>();
+    if (sel.count == 0 && sel.capacity == largestCapacity)
+        sel.nextId = 0;
+    if (!makeRoom(sel, file)) {
+        sel.hasDropped = true;
+        return std::nullopt;
+    }
+    const std::uint16_t id = sel.nextId;
+    SelRecord stored;
+    std::ranges::copy(record, stored.begin());
+    ipmi::Writer(stored).u16(id);
+    const bool hasTime =
+        std::ranges::any_of(record.subspan(timeOffset, 4), [](auto byte) { return byte != 0; });
+    if (stored[2] < oemUntimed && !hasTime)
+        putTime(stored, sel.now());
+    file.write(sel, sel.count, stored);
+    ++sel.count;
+    sel.nextId = following(id);
+    sel.lastAddition = sel.now();
+    return id;
+}
+
+std::size_t Sel::fill(State& state, std::size_t count) {
+    const SelFile file(state);
+    std::size_t added = 0;
+    while (added < count && add(state, file, sampleEvent(state.get<Sensors>(), added)))
+        ++added;
+    return added;
+}
+
+void Sel::clear(State& state) {
+    auto& sel = state.edit<Sel>();
+    sel.head = 0;
+    sel.count = 0;
+    sel.hasDropped = false;
+    sel.lastErasure = sel.now();
+    sel.reservation = notReserved;
+}
+
+} // namespace vbmc
