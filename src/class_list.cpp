@@ -5,9 +5,12 @@ namespace ph {
 extern constinit const ClassFamily family_ConcreteJob;
 extern constinit const ClassFamily family_Error;
 extern constinit const ClassFamily family_HostComputerSystem;
+extern constinit const ClassFamily family_LogEntry;
 extern constinit const ClassFamily family_NumericSensor;
 extern constinit const ClassFamily family_PowerManagementCapabilities;
 extern constinit const ClassFamily family_PowerManagementService;
+extern constinit const ClassFamily family_RecordLog;
+extern constinit const ClassFamily family_RecordLogCapabilities;
 extern constinit const ClassFamily family_Sensor;
 extern constinit const ClassFamily family_SPComputerSystem;
 
@@ -16,9 +19,12 @@ std::span<const ClassFamily* const> allClasses() {
         &family_ConcreteJob,
         &family_Error,
         &family_HostComputerSystem,
+        &family_LogEntry,
         &family_NumericSensor,
         &family_PowerManagementCapabilities,
         &family_PowerManagementService,
+        &family_RecordLog,
+        &family_RecordLogCapabilities,
         &family_Sensor,
         &family_SPComputerSystem,
     };

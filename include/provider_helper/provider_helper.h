@@ -4,6 +4,7 @@
 
 #include "provider_helper/computer_system.h"
 #include "provider_helper/jobs.h"
+#include "provider_helper/record_log.h"
 #include "provider_helper/sensors.h"
 #include "provider_helper/tables.h"
 #include "provider_helper/utility.h"

@@ -1,0 +1,48 @@
+// CIM_RecordLogCapabilities: what clients may expect of the event log.
+#include "provider_helper/record_log.h"
+
+#include "Utility/class_family.h"
+#include "Utility/record_fields.h"
+
+constexpr const char* const g_RecordLogCapabilitiesKeyList[1] = {"InstanceID"};
+
+namespace {
+
+using Record = RecordLogCapabilitiesRecord;
+using ph::Property;
+
+constexpr Property properties[] = {
+    PH_KEY(Record, InstanceID),
+    PH_PROPERTY(Record, ElementName),
+    PH_PROPERTY(Record, ElementNameEditSupported),
+    PH_PROPERTY(Record, MaxElementNameLen),
+    PH_PROPERTY(Record, RequestedStatesSupported),
+    PH_PROPERTY(Record, SupportedRecordTypes),
+};
+
+int enumerate(ph::RecordArray<Record>& all, ph::Detail detail) {
+    Record* capabilities = all.append();
+    if (capabilities == nullptr)
+        return -1;
+    ph::copyText(capabilities->InstanceID, "RecordLogCapabilities1");
+    return detail == ph::Detail::Names ? 0 : PH_Fill_RecordLogCapabilities(capabilities);
+}
+
+constexpr ph::ClassDefinition<Record> definition{.name = "CIM_RecordLogCapabilities",
+                                                 .superclass = "CIM_EnabledLogicalElementCapabilities",
+                                                 .keys = g_RecordLogCapabilitiesKeyList,
+                                                 .properties = properties,
+                                                 .enumerate = enumerate};
+
+} // namespace
+
+int PH_Fill_RecordLogCapabilities(Record* record) {
+    ph::copyText(record->ElementName, "RecordLog Capabilities");
+    record->ElementNameEditSupported = false;
+    record->MaxElementNameLen = 0;
+    ph::setList(record->RequestedStatesSupported, {});
+    ph::setList(record->SupportedRecordTypes, {2}); // record data
+    return 0;
+}
+
+PH_EXPORT_CLASS_FAMILY(RecordLogCapabilities, Record, definition)

@@ -1,0 +1,13 @@
+// What names the BMC's one event log.
+#pragma once
+
+#include <cstddef>
+
+namespace ph {
+
+inline constexpr const char* logName = "IPMI SEL";
+
+// Writes "IPMI:<system name of the service processor> SEL Log". false when that name cannot be had.
+bool writeLogInstanceId(char* text, std::size_t size);
+
+} // namespace ph
