@@ -16,6 +16,7 @@ constexpr const Table* temporaryTables[] = {&jobTable, &jobSequenceTable, &jobEr
 } // namespace
 
 constexpr Schema smashSchema{"/conf/smash.db", 1, false, smashTables};
-constexpr Schema temporarySchema{"/tmp/smash_tmp.db", 1, true, temporaryTables};
+// Not "/tmp/smash…": whatever is called so goes when the CLP daemon is started.
+constexpr Schema temporarySchema{"/tmp/method_jobs.db", 1, true, temporaryTables};
 
 } // namespace smash

@@ -121,7 +121,7 @@ TEST_F(DatabaseFixture, lockedFileIsAFailure) {
 
 TEST_F(DatabaseFixture, filesAreForTheirOwner) {
     const Handle temporary = openDatabase(tmp_db_init);
-    for (const char* name : {file, "/tmp/smash_tmp.db"}) {
+    for (const char* name : {file, "/tmp/method_jobs.db"}) {
         struct stat status = {};
         ASSERT_EQ(stat(sysroot.place(name).c_str(), &status), 0) << name;
         EXPECT_EQ(status.st_mode & 0777, 0600u) << name;
@@ -130,7 +130,7 @@ TEST_F(DatabaseFixture, filesAreForTheirOwner) {
 
 TEST_F(DatabaseFixture, linkInTheSharedFolderIsRefused) {
     const auto target = sysroot.place("/var/lib/target");
-    fs::create_symlink(target, sysroot.place("/tmp/smash_tmp.db"));
+    fs::create_symlink(target, sysroot.place("/tmp/method_jobs.db"));
     SMASH_DB_HANDLE opened = nullptr;
     EXPECT_EQ(tmp_db_init(&opened), 1);
     EXPECT_THAT(db_last_error(), HasSubstr("not a file of this user"));

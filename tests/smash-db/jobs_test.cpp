@@ -83,7 +83,7 @@ TEST_F(Jobs, areStoredChangedAndRemoved) {
 
 TEST_F(Jobs, unknownOnesAreFailures) {
     EXPECT_EQ(finish("none", 7), 1);
-    EXPECT_THAT(db_last_error(), HasSubstr("smash_tmp.db"));
+    EXPECT_THAT(db_last_error(), HasSubstr("method_jobs.db"));
     EXPECT_EQ(db_delete_concretejob(handle.get(), "none"), 1);
     EXPECT_EQ(get("none"), nullptr);
     EXPECT_FALSE(hasError("none"));
