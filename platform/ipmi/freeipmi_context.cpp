@@ -1,5 +1,7 @@
 #include "ipmi/freeipmi_context.h"
 
+#include "ipmi/secret.h"
+
 #include <algorithm>
 #include <array>
 #include <new>
@@ -22,8 +24,9 @@ void FreeIpmiContext::fail(const std::string& what) const {
 
 std::size_t FreeIpmiContext::exchange(std::uint8_t netFn, std::uint8_t command,
                                       std::span<const std::uint8_t> request, std::span<std::uint8_t> answer) {
-    // FreeIPMI's raw messages begin with the command.
-    std::array<std::uint8_t, maxMessage + 1> sent;
+    // FreeIPMI's raw messages begin with the command. A request may hold a password.
+    SecretBytes<maxMessage + 1> secret;
+    auto& sent = secret.bytes();
     std::array<std::uint8_t, maxMessage + 1> received;
     if (request.size() >= sent.size())
         throw TransportError(peer_ + ": a request of " + std::to_string(request.size()) +

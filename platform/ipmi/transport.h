@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <span>
 #include <stdexcept>
@@ -45,6 +46,9 @@ struct SessionSettings {
     int retransmission = 0; // milliseconds, 0: default
     int privilegeLevel = 4;
     int timeout = 30; // seconds, of one exchange with its retries
+
+    // No copy of the password stays behind in freed memory.
+    ~SessionSettings() { explicit_bzero(password.data(), password.size()); }
 };
 
 // Opens the transport that the settings name. Throws TransportError; its text names the BMC, never the

@@ -204,10 +204,11 @@ bool setProperty(const Maker& maker, CMPIInstance* instance, const Property& pro
     }
     case Kind::DateTimeValue: {
         const std::uint64_t microseconds = static_cast<const DateTime*>(field)->microseconds;
-        return setDateTime(maker, instance, property.name,
-                           microseconds == DateTime::none
-                               ? CMNewDateTimeFromChars(broker, nullptr, nullptr)
-                               : CMNewDateTimeFromBinary(broker, microseconds, false, nullptr));
+        if (microseconds != DateTime::none)
+            return setDateTime(maker, instance, property.name,
+                               CMNewDateTimeFromBinary(broker, microseconds, false, nullptr));
+        CMPIDateTime* unknown = CMNewDateTimeFromChars(broker, nullptr, nullptr);
+        return unknown == nullptr || setDateTime(maker, instance, property.name, unknown);
     }
     case Kind::StringList: {
         char* const* texts = static_cast<char* const*>(field);

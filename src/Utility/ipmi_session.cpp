@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <unistd.h>
 
 namespace ph {
@@ -12,6 +13,19 @@ namespace {
 constexpr int attempts = 6;
 constexpr unsigned int pauseSeconds = 5;
 constexpr int administrator = 4; // IPMI privilege level
+
+// The settings of the session; their password does not outlive them.
+struct FreeSessionInfo {
+    void operator()(IPMISessionInfo* info) const {
+        explicit_bzero(info->password, sizeof(info->password));
+        std::free(info);
+    }
+};
+using SessionInfo = std::unique_ptr<IPMISessionInfo, FreeSessionInfo>;
+
+SessionInfo readSessionInfo(SMASH_DB_HANDLE handle) {
+    return SessionInfo(record(db_get_ipmi_session_info, handle).release());
+}
 
 int setting(const char* text) {
     return static_cast<int>(std::strtol(text, nullptr, 0));
@@ -55,14 +69,14 @@ bool readCurrentRequest(RequestOrigin& origin) {
 
 int CreateIPMISession(IPMI20_SESSION_T* session) {
     *session = {};
-    ph::HeapPtr<IPMISessionInfo> info;
+    ph::SessionInfo info;
     {
         ph::Database database;
         if (!database.open()) {
             ph::debugPrint("\nUnable to create handle to for DB Access\n");
             return -1;
         }
-        info = ph::record(db_get_ipmi_session_info, database.get());
+        info = ph::readSessionInfo(database.get());
     }
     if (info == nullptr) {
         ph::debugPrint("\nUnable to get IPMI Session Info\n");
@@ -85,7 +99,7 @@ int CreateIPMISession_Ext(IPMI20_SESSION_T* session) {
         ph::debugPrint("\nUnable to create handle to for DB Access\n");
         return -1;
     }
-    const ph::HeapPtr<IPMISessionInfo> info = ph::record(db_get_ipmi_session_info, handle);
+    const ph::SessionInfo info = ph::readSessionInfo(handle);
     if (PH_CloseDBHandle(handle) != 0)
         ph::debugPrint("\nCreateIPMISession_Ext - Failed in PH_CloseDBHandle\n");
     if (info == nullptr) {

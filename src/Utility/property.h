@@ -31,8 +31,8 @@ enum class Kind : std::uint8_t {
     DateTimeValue, // ph::DateTime: datetime
 };
 
-// A datetime that is published from its number. Without one it is made from no text: the broker's value for a
-// time that is not known.
+// A datetime that is published from its number. Without one it is made from no text, the broker's value for a
+// time that is not known; a broker that has none leaves the property out.
 struct DateTime {
     static constexpr std::uint64_t none = ~std::uint64_t{0};
     std::uint64_t microseconds; // since 1970 UTC, or of the interval

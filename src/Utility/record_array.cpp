@@ -14,6 +14,7 @@ void cleanRecord(std::span<const Property> properties, void* record) {
             continue;
         char** texts = reinterpret_cast<char**>(static_cast<char*>(record) + property.offset);
         for (; *texts != nullptr; ++texts) {
+            explicit_bzero(*texts, std::strlen(*texts)); // it may be a password
             std::free(*texts);
             *texts = nullptr;
         }

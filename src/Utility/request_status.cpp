@@ -1,6 +1,7 @@
 #include "Utility/request_status.h"
 
 #include <cmpimacs.h>
+#include <cstdio>
 
 namespace ph {
 
@@ -11,6 +12,11 @@ CMPIStatus fail(const CMPIBroker* broker, CMPIrc code, const char* message) {
 void fail(const CMPIBroker* broker, CMPIStatus* status, CMPIrc code, const char* message) {
     if (status != nullptr)
         *status = fail(broker, code, message);
+}
+
+int explain(char* message, std::size_t size, const char* reason) {
+    std::snprintf(message, size, "%s", reason);
+    return -1;
 }
 
 } // namespace ph

@@ -3,6 +3,7 @@
 
 #include <cmpidt.h>
 #include <cmpift.h>
+#include <cstddef>
 
 namespace ph {
 
@@ -10,6 +11,9 @@ namespace ph {
 CMPIStatus fail(const CMPIBroker* broker, CMPIrc code, const char* message);
 // The same into a request's status, which may be NULL.
 void fail(const CMPIBroker* broker, CMPIStatus* status, CMPIrc code, const char* message);
+
+// For functions with room for a text instead of a status: writes the reason and returns -1.
+int explain(char* message, std::size_t size, const char* reason);
 
 inline constexpr CMPIStatus success{CMPI_RC_OK, nullptr};
 
