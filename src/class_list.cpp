@@ -2,6 +2,9 @@
 
 namespace ph {
 
+extern constinit const ClassFamily family_Account;
+extern constinit const ClassFamily family_AccountManagementCapabilities;
+extern constinit const ClassFamily family_AccountManagementService;
 extern constinit const ClassFamily family_ConcreteJob;
 extern constinit const ClassFamily family_Error;
 extern constinit const ClassFamily family_HostComputerSystem;
@@ -9,6 +12,7 @@ extern constinit const ClassFamily family_LogEntry;
 extern constinit const ClassFamily family_NumericSensor;
 extern constinit const ClassFamily family_PowerManagementCapabilities;
 extern constinit const ClassFamily family_PowerManagementService;
+extern constinit const ClassFamily family_ProtocolService;
 extern constinit const ClassFamily family_RecordLog;
 extern constinit const ClassFamily family_RecordLogCapabilities;
 extern constinit const ClassFamily family_Sensor;
@@ -16,6 +20,9 @@ extern constinit const ClassFamily family_SPComputerSystem;
 
 std::span<const ClassFamily* const> allClasses() {
     static constexpr const ClassFamily* classes[] = {
+        &family_Account,
+        &family_AccountManagementCapabilities,
+        &family_AccountManagementService,
         &family_ConcreteJob,
         &family_Error,
         &family_HostComputerSystem,
@@ -23,6 +30,7 @@ std::span<const ClassFamily* const> allClasses() {
         &family_NumericSensor,
         &family_PowerManagementCapabilities,
         &family_PowerManagementService,
+        &family_ProtocolService,
         &family_RecordLog,
         &family_RecordLogCapabilities,
         &family_Sensor,

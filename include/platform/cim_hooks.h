@@ -14,7 +14,9 @@
 #include "platform/cim_chassis.h"
 #include "platform/cim_sel.h"
 #include "platform/cim_sensors.h"
+#include "platform/cim_services.h"
 #include "platform/cim_session.h"
+#include "platform/cim_users.h"
 
 #ifdef __cplusplus
 extern "C" {

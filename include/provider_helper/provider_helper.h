@@ -2,10 +2,12 @@
 #ifndef PROVIDER_HELPER_PROVIDER_HELPER_H
 #define PROVIDER_HELPER_PROVIDER_HELPER_H
 
+#include "provider_helper/accounts.h"
 #include "provider_helper/computer_system.h"
 #include "provider_helper/jobs.h"
 #include "provider_helper/record_log.h"
 #include "provider_helper/sensors.h"
+#include "provider_helper/services.h"
 #include "provider_helper/tables.h"
 #include "provider_helper/utility.h"
 

@@ -3,61 +3,60 @@
 #include "ipmi/command.h"
 
 #include <stdexcept>
-#include <string>
 
 namespace hooks {
 namespace {
 
+namespace completion = ipmi::completion;
+
 constexpr std::uint8_t getUserAccess = 0x44;
 constexpr std::uint8_t getUserName = 0x46;
-constexpr std::uint8_t presentChannel = 0x0E;
-constexpr std::uint8_t firstUser = 1;
-constexpr std::size_t nameSize = 16;
 
-struct UserAccess {
-    std::uint8_t maxUsers;
-    bool isDisabled;
-};
-
-UserAccess readUserAccess(ipmi::Transport& bmc, std::uint8_t user) {
-    const auto answer = ipmi::run(bmc, ipmi::netFn::app, getUserAccess, {presentChannel, user});
-    auto reader = answer.reader();
-    const std::uint8_t maxUsers = reader.u8() & 0x3F;
-    const unsigned enableStatus =
-        reader.u8() >> 6; // 0 unspecified, 1 enabled, 2 disabled by Set User Password
-    answer.verify(reader);
-    return {maxUsers, enableStatus == 2};
-}
-
-// Empty for a slot that is not in use, which BMCs answer with zeros or refuse.
-std::string readUserName(ipmi::Transport& bmc, std::uint8_t user) {
-    try {
-        const auto answer = ipmi::run(bmc, ipmi::netFn::app, getUserName, {user});
-        auto reader = answer.reader();
-        const auto bytes = reader.bytes(nameSize);
-        answer.verify(reader);
-        return {bytes.begin(), std::find(bytes.begin(), bytes.end(), 0)};
-    } catch (const ipmi::CompletionCodeError&) {
-        return {};
-    }
+bool meansUnused(std::uint8_t code) {
+    return code == completion::parameterOutOfRange || code == completion::notPresent ||
+           code == completion::invalidDataField;
 }
 
 bool hasUser(ipmi::Transport& bmc, std::string_view name) {
-    const auto maxUsers = readUserAccess(bmc, firstUser).maxUsers;
+    const auto maxUsers = readUserAccess(bmc, presentChannel, firstUser).maxUsers;
     for (std::uint8_t user = firstUser; user <= maxUsers; ++user)
         if (readUserName(bmc, user) == name)
-            return !readUserAccess(bmc, user).isDisabled;
+            return !readUserAccess(bmc, presentChannel, user).isDisabled;
     return false;
 }
 
 } // namespace
+
+UserAccess readUserAccess(ipmi::Transport& bmc, std::uint8_t channel, std::uint8_t user) {
+    const auto answer = ipmi::run(bmc, ipmi::netFn::app, getUserAccess, {channel, user});
+    auto reader = answer.reader();
+    const std::uint8_t maxUsers = reader.u8() & 0x3F;
+    const unsigned enableStatus =
+        reader.u8() >> 6; // 0 unspecified, 1 enabled, 2 disabled by Set User Password
+    reader.skip(1);       // number of users with fixed names
+    const std::uint8_t access = reader.u8() & 0x7F;
+    answer.verify(reader);
+    return {maxUsers, enableStatus == 2, access};
+}
+
+std::string readUserName(ipmi::Transport& bmc, std::uint8_t user) {
+    const auto answer = ipmi::ask(bmc, ipmi::netFn::app, getUserName, std::span(&user, 1));
+    if (meansUnused(answer.code()))
+        return {};
+    if (answer.code() != completion::success)
+        throw ipmi::CompletionCodeError(ipmi::netFn::app, getUserName, answer.code());
+    auto reader = answer.reader();
+    const auto bytes = reader.bytes(userNameSize);
+    answer.verify(reader);
+    return {bytes.begin(), std::find(bytes.begin(), bytes.end(), 0)};
+}
 
 void requireUser(ipmi::Transport& bmc, std::string_view name) {
     try {
         if (!hasUser(bmc, name))
             throw std::runtime_error("the BMC has no enabled user '" + std::string(name) + "'");
     } catch (const ipmi::CompletionCodeError& error) {
-        if (error.code != ipmi::completion::invalidCommand)
+        if (error.code != completion::invalidCommand)
             throw;
     }
 }

@@ -15,7 +15,17 @@ namespace {
 
 // Slots of one size: how many there are follows from the file's size, without reading it.
 //   netFn, command, size of request (2 bytes), size of answer (2), request, answer
-constexpr std::size_t slotSize = 6 + 2 * ipmi::maxMessage;
+constexpr std::size_t headSize = 6;
+constexpr std::size_t slotSize = headSize + 2 * ipmi::maxMessage;
+
+// Set User Password: what follows the user and the operation is not for a log.
+void hidePassword(std::span<std::uint8_t, slotSize> slot, std::uint8_t netFn, std::uint8_t command,
+                  std::size_t requestSize) {
+    constexpr std::uint8_t setUserPassword = 0x47;
+    constexpr std::size_t shown = 2;
+    if (netFn == ipmi::netFn::app && command == setUserPassword && requestSize > shown)
+        std::ranges::fill(slot.subspan(headSize + shown, requestSize - shown), '*');
+}
 
 } // namespace
 
@@ -46,6 +56,7 @@ void MessageLog::record(const State& state, std::uint8_t netFn, std::uint8_t com
         .bytes(request)
         .fill(ipmi::maxMessage - request.size(), 0)
         .bytes(answer);
+    hidePassword(slot, netFn, command, request.size());
     if (!writeAll(file, {reinterpret_cast<const char*>(slot.data()), slot.size()}))
         failWithErrno(path);
 }

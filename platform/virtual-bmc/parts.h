@@ -18,13 +18,15 @@
 #include "virtual-bmc/sdr_repository.h"
 #include "virtual-bmc/sel.h"
 #include "virtual-bmc/sensors.h"
+#include "virtual-bmc/services.h"
 #include "virtual-bmc/users.h"
 
 #include <tuple>
 
 namespace vbmc {
 
-using Parts = std::tuple<Device, Users, Sensors, Frus, SdrRepository, Chassis, Sel, Faults, MessageLog>;
+using Parts =
+    std::tuple<Device, Users, Sensors, Frus, SdrRepository, Chassis, Sel, Services, Faults, MessageLog>;
 
 // Files beside the state file that hold the bulk of a part, by what follows its name; a new machine begins
 // without them. They are read and written within transactions.

@@ -1,6 +1,7 @@
 #include "virtual-bmc/users.h"
 
 #include "virtual-bmc/json_fields.h"
+#include "virtual-bmc/password.h"
 #include "virtual-bmc/state.h"
 
 #include <algorithm>
@@ -52,9 +53,89 @@ std::uint8_t getUserName(State& state, ipmi::Reader request, ipmi::Writer& answe
     return completion::success;
 }
 
+std::uint8_t setUserAccess(State& state, ipmi::Reader request, ipmi::Writer&) {
+    constexpr unsigned changesBits = 0x80;
+    const std::uint8_t access = request.u8(); // and the channel: users have the same access on all
+    const std::uint8_t id = request.u8() & 0x3F;
+    const std::uint8_t privilege = request.u8() & 0x0F;
+    if (!isSlot(id))
+        return completion::parameterOutOfRange;
+    if (nameOf(privileges, privilege) == nullptr)
+        return completion::invalidDataField;
+    User& user = state.edit<Users>().slot(id);
+    user.privilege = privilege;
+    if ((access & changesBits) != 0) {
+        user.isCallbackOnly = (access & 0x40) != 0;
+        user.linkAuthentication = (access & 0x20) != 0;
+        user.mayMessage = (access & 0x10) != 0;
+    }
+    return completion::success;
+}
+
+// State files are JSON, and JSON is UTF-8.
+bool isUtf8(const std::string& text) {
+    try {
+        return !Json(text).dump().empty();
+    } catch (const Json::exception&) {
+        return false;
+    }
+}
+
+std::uint8_t setUserName(State& state, ipmi::Reader request, ipmi::Writer&) {
+    const std::uint8_t id = request.u8() & 0x3F;
+    const auto bytes = request.bytes(nameSize);
+    const std::string name(bytes.begin(), std::ranges::find(bytes, 0));
+    if (!isSlot(id))
+        return completion::parameterOutOfRange;
+    const User* const former = state.get<Users>().find(id);
+    if (!isUtf8(name) || (former != nullptr && former->isFixedName))
+        return completion::invalidDataField;
+    auto& users = state.edit<Users>();
+    if (name.empty())
+        std::erase_if(users.list, [&](const User& user) { return user.id == id; });
+    else
+        users.slot(id).name = name;
+    return completion::success;
+}
+
+enum PasswordOperation : std::uint8_t { disableUser, enableUser, setPassword, testPassword };
+
+std::uint8_t comparePassword(const User* user, std::span<const std::uint8_t> password) {
+    constexpr std::uint8_t mismatch = 0x80, wrongSize = 0x81; // codes of Set User Password
+    if (user == nullptr || user->passwordHash.empty())
+        return mismatch;
+    if (user->passwordSize != password.size())
+        return wrongSize;
+    return isPassword(user->passwordHash, password) ? completion::success : mismatch;
+}
+
+std::uint8_t setUserPassword(State& state, ipmi::Reader request, ipmi::Writer&) {
+    constexpr unsigned longForm = 0x80;
+    const std::uint8_t slot = request.u8();
+    const std::uint8_t id = slot & 0x3F;
+    const auto operation = static_cast<PasswordOperation>(request.u8() & 0x03);
+    if (!isSlot(id))
+        return completion::parameterOutOfRange;
+    if (operation == disableUser || operation == enableUser) {
+        state.edit<Users>().slot(id).isEnabled = operation == enableUser;
+        return completion::success;
+    }
+    const std::uint8_t size = (slot & longForm) != 0 ? 20 : 16;
+    const auto password = request.bytes(size);
+    if (!request.ok())
+        return completion::requestLengthInvalid;
+    if (operation == testPassword)
+        return comparePassword(state.get<Users>().find(id), password);
+    User& user = state.edit<Users>().slot(id);
+    user.passwordHash = hashPassword(password);
+    user.passwordSize = size;
+    return completion::success;
+}
+
 constexpr Command commandTable[] = {
-    {ipmi::netFn::app, 0x44, 2, getUserAccess},
-    {ipmi::netFn::app, 0x46, 1, getUserName},
+    {ipmi::netFn::app, 0x43, 3, setUserAccess},   {ipmi::netFn::app, 0x44, 2, getUserAccess},
+    {ipmi::netFn::app, 0x45, 17, setUserName},    {ipmi::netFn::app, 0x46, 1, getUserName},
+    {ipmi::netFn::app, 0x47, 2, setUserPassword},
 };
 
 } // namespace
@@ -68,6 +149,8 @@ void User::fields(Fields& fields) {
     fields("messaging", mayMessage);
     fields("callbackOnly", isCallbackOnly);
     fields("linkAuthentication", linkAuthentication);
+    fields("passwordHash", passwordHash);
+    fields.number("passwordSize", passwordSize, 16, 20);
 }
 
 void User::check(const Place& place) const {
@@ -82,7 +165,8 @@ std::span<const Command> Users::commands() {
     return commandTable;
 }
 
-void Users::check(const Place& place) const {
+void Users::check(const Place& place) {
+    std::ranges::stable_sort(list, {}, &User::id);
     for (const User& user : list)
         if (find(user.id) != &user)
             fail(place, "there are two users " + std::to_string(user.id));
@@ -91,6 +175,18 @@ void Users::check(const Place& place) const {
 const User* Users::find(std::uint8_t id) const {
     const auto found = std::ranges::find(list, id, &User::id);
     return found != list.end() ? &*found : nullptr;
+}
+
+User& Users::slot(std::uint8_t id) {
+    const auto place = std::ranges::lower_bound(list, id, {}, &User::id);
+    if (place != list.end() && place->id == id)
+        return *place;
+    return *list.insert(place, {.id = id,
+                                .name = {},
+                                .isEnabled = false,
+                                .privilege = 15, // none
+                                .mayMessage = false,
+                                .passwordHash = {}});
 }
 
 Json Users::describe(const State&) const {

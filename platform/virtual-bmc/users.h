@@ -17,6 +17,8 @@ struct User {
     bool mayMessage = true;     // IPMI messaging
     bool isCallbackOnly = false;
     bool linkAuthentication = false;
+    std::string passwordHash;       // see password.h; empty: none was set
+    std::uint8_t passwordSize = 16; // of its form: 16 or 20 bytes
 
     void fields(Fields& fields);
     void check(const Place& place) const;
@@ -25,14 +27,15 @@ struct User {
 struct Users {
     static constexpr std::uint8_t slots = 16; // user IDs 1 to 16
 
-    std::vector<User> list;
+    std::vector<User> list; // by user ID
 
     static constexpr const char* name = "users";
     static std::span<const Command> commands();
-    void check(const Place& place) const;
+    void check(const Place& place);
     Json describe(const State& state) const;
 
     const User* find(std::uint8_t id) const; // null for a slot that is not in use
+    User& slot(std::uint8_t id);             // one that was not in use has a user without access then
 };
 
 } // namespace vbmc

@@ -1,0 +1,167 @@
+#include "hooks/session.h"
+#include "hooks/user_table.h"
+#include "ipmi/command.h"
+#include "ipmi/secret.h"
+
+#include <stdexcept>
+
+namespace {
+
+using ipmi::Transport;
+
+constexpr std::uint8_t setUserAccess = 0x43;
+constexpr std::uint8_t setUserName = 0x45;
+constexpr std::uint8_t setUserPassword = 0x47;
+
+enum PasswordOperation : std::uint8_t { disableUser, enableUser, setPassword, testPassword };
+
+constexpr std::uint8_t lastUser = 63;
+constexpr std::uint8_t noAccess = 0x0F;
+constexpr std::size_t shortForm = 16;
+constexpr std::size_t longForm = 20;
+
+template <class Answer>
+Answer& place(Answer* answer) {
+    if (answer == nullptr)
+        throw std::invalid_argument("no place for the answer given");
+    return *answer;
+}
+
+std::uint8_t requireUserId(unsigned user) {
+    if (user < hooks::firstUser || user > lastUser)
+        throw std::out_of_range("there is no user " + std::to_string(user));
+    return static_cast<std::uint8_t>(user);
+}
+
+void require(bool condition, const char* problem) {
+    if (!condition)
+        throw std::invalid_argument(problem);
+}
+
+bool isSwitch(std::uint8_t value) {
+    return value <= 1 || value == CIM_USER_KEEP;
+}
+
+struct AccessSettings {
+    std::uint8_t channel;
+    std::uint8_t privilegeLimit;
+    std::uint8_t messaging;
+    std::uint8_t linkAuthentication;
+
+    bool isPrivilegeLimit() const {
+        constexpr std::uint8_t highest = 5; // OEM
+        return (privilegeLimit >= 1 && privilegeLimit <= highest) || privilegeLimit == noAccess;
+    }
+    bool keepsAll() const {
+        return privilegeLimit == CIM_USER_KEEP && messaging == CIM_USER_KEEP &&
+               linkAuthentication == CIM_USER_KEEP;
+    }
+    void check() const {
+        require(privilegeLimit == CIM_USER_KEEP || isPrivilegeLimit(), "the privilege limit is not allowed");
+        require(isSwitch(messaging) && isSwitch(linkAuthentication), "an access setting is not allowed");
+    }
+};
+
+void writeUserName(Transport& bmc, std::uint8_t user, std::string_view name) {
+    std::array<std::uint8_t, 1 + hooks::userNameSize> request{user};
+    std::ranges::copy(name, request.begin() + 1);
+    ipmi::run(bmc, ipmi::netFn::app, setUserName, request);
+}
+
+void writeEnabled(Transport& bmc, std::uint8_t user, bool isEnabled) {
+    ipmi::run(bmc, ipmi::netFn::app, setUserPassword, {user, isEnabled ? enableUser : disableUser});
+}
+
+// `slot` says which form the password has.
+void sendPassword(Transport& bmc, std::uint8_t slot, std::uint8_t operation, std::string_view password) {
+    ipmi::SecretBytes<2 + longForm> request;
+    request.bytes()[0] = slot;
+    request.bytes()[1] = operation;
+    std::ranges::copy(password, request.bytes().begin() + 2);
+    const std::size_t size = 2 + ((slot & CIM_USER_PASSWORD_20) != 0 ? longForm : shortForm);
+    ipmi::run(bmc, ipmi::netFn::app, setUserPassword, std::span(request.bytes()).first(size));
+}
+
+void writeAccess(Transport& bmc, std::uint8_t user, const AccessSettings& settings) {
+    constexpr std::uint8_t changesBits = 0x80;
+    std::uint8_t access = hooks::readUserAccess(bmc, settings.channel, user).access;
+    const auto replace = [&](std::uint8_t value, unsigned mask, unsigned shift) {
+        if (value != CIM_USER_KEEP)
+            access = static_cast<std::uint8_t>((access & ~mask) | static_cast<unsigned>(value) << shift);
+    };
+    replace(settings.privilegeLimit, 0x0F, 0);
+    replace(settings.messaging, 0x10, 4);
+    replace(settings.linkAuthentication, 0x20, 5);
+    ipmi::run(bmc, ipmi::netFn::app, setUserAccess,
+              {static_cast<std::uint8_t>(changesBits | (access & 0x70) | settings.channel), user,
+               static_cast<std::uint8_t>(access & 0x0F)});
+}
+
+} // namespace
+
+int CIM_GetMaxNumUsers(IPMI20_SESSION_T* session, uint8_t* count, int /*timeout*/) {
+    return hooks::guarded(__func__, [&] {
+        place(count) =
+            hooks::readUserAccess(hooks::transportOf(session), hooks::presentChannel, hooks::firstUser)
+                .maxUsers;
+    });
+}
+
+int CIM_GetUser(IPMI20_SESSION_T* session, uint8_t slot, char* name, int /*timeout*/) {
+    return hooks::guarded(__func__, [&] {
+        place(name) = '\0';
+        const auto text = hooks::readUserName(hooks::transportOf(session), requireUserId(slot));
+        name[text.copy(name, CIM_USER_NAME_SIZE - 1)] = '\0';
+    });
+}
+
+int CIM_GetUserAccess(IPMI20_SESSION_T* session, uint8_t slot, uint8_t channel, uint8_t* access,
+                      int /*timeout*/) {
+    return hooks::guarded(__func__, [&] {
+        const auto user =
+            hooks::readUserAccess(hooks::transportOf(session), channel & 0x0F, requireUserId(slot));
+        place(access) = static_cast<uint8_t>((user.access & 0x3F) | (user.isDisabled ? 0 : 0x40) |
+                                             (user.access & 0x40) << 1);
+    });
+}
+
+int CIM_ModUser(IPMI20_SESSION_T* session, uint8_t slot, uint8_t channel, const char* name,
+                const char* password, uint8_t operation, uint8_t privilegeLimit, uint8_t messaging,
+                uint8_t linkAuthentication, uint8_t enable, int /*timeout*/) {
+    return hooks::guarded(__func__, [&] {
+        const std::uint8_t user = requireUserId(slot & ~CIM_USER_PASSWORD_20);
+        const AccessSettings access{static_cast<std::uint8_t>(channel & 0x0F), privilegeLimit, messaging,
+                                    linkAuthentication};
+        access.check();
+        require(isSwitch(enable), "a user is enabled or disabled");
+        require(name == nullptr || (*name != '\0' && std::strlen(name) <= hooks::userNameSize),
+                "a user name has 1 to 16 bytes");
+        require(password == nullptr ||
+                    std::strlen(password) <= ((slot & CIM_USER_PASSWORD_20) != 0 ? longForm : shortForm),
+                "the password is too long");
+        require(password == nullptr || operation == setPassword || operation == testPassword,
+                "a password is set or tested");
+
+        auto& bmc = hooks::transportOf(session);
+        if (enable == 0)
+            writeEnabled(bmc, user, false);
+        if (name != nullptr)
+            writeUserName(bmc, user, name);
+        if (password != nullptr)
+            sendPassword(bmc, slot, operation, password);
+        if (!access.keepsAll())
+            writeAccess(bmc, user, access);
+        if (enable == 1)
+            writeEnabled(bmc, user, true);
+    });
+}
+
+int CIM_DelUser(IPMI20_SESSION_T* session, uint8_t slot, int /*timeout*/) {
+    return hooks::guarded(__func__, [&] {
+        const std::uint8_t user = requireUserId(slot);
+        auto& bmc = hooks::transportOf(session);
+        writeEnabled(bmc, user, false);
+        writeAccess(bmc, user, {hooks::presentChannel, noAccess, 0, 0});
+        writeUserName(bmc, user, "");
+    });
+}

@@ -1,0 +1,145 @@
+// CIM_Account: one for each used slot of the BMC's user table.
+#include "accounts/account.h"
+
+#include "accounts/user_slots.h"
+#include "Utility/back_ends.h"
+#include "Utility/record_fields.h"
+
+#include <cstdio>
+#include <ctime>
+
+constexpr const char* const g_AccountKeyList[4] = {"SystemCreationClassName", "CreationClassName",
+                                                   "SystemName", "Name"};
+
+namespace {
+
+using Record = AccountRecord;
+using ph::Property;
+
+constexpr const char* className = "CIM_Account";
+constexpr std::size_t nameKey = 3;
+constexpr std::uint32_t neverExpires = 99999; // days
+
+ph::DateTime passwordExpiration(const Record& record) {
+    constexpr std::uint64_t microseconds = 1'000'000;
+    return {record.passwordExpiryDays == neverExpires
+                ? ph::DateTime::none
+                : PH_GetPasswordExpiry(record.passwordExpiryDays) * microseconds};
+}
+
+constexpr Property properties[] = {
+    PH_KEY(Record, SystemCreationClassName),
+    PH_KEY(Record, CreationClassName),
+    PH_KEY(Record, SystemName),
+    PH_KEY(Record, Name),
+    PH_PROPERTY(Record, UserID),
+    PH_PROPERTY(Record, UserPassword),
+    PH_PROPERTY(Record, ElementName),
+    PH_PROPERTY(Record, RequestedState),
+    PH_PROPERTY(Record, EnabledState),
+    PH_PROPERTY(Record, OtherEnabledState),
+    PH_PROPERTY(Record, OrganizationName),
+    PH_COMPUTED("PasswordExpiration", passwordExpiration),
+    PH_PROPERTY(Record, Descriptions),
+    PH_PROPERTY(Record, UserPasswordEncryptionAlgorithm),
+    PH_PROPERTY(Record, UserPasswordEncoding),
+    PH_PROPERTY(Record, OtherUserPasswordEncryptionAlgorithm),
+};
+
+int append(ph::RecordArray<Record>& accounts, const PHUserEntry& user, ph::Detail detail) {
+    Record* record = accounts.append();
+    if (record == nullptr || ph::fillAccountKeys(*record, user.slot) != 0)
+        return -1;
+    return detail == ph::Detail::Names ? 0 : PH_Fill_Account(&user, record);
+}
+
+int enumerate(ph::RecordArray<Record>& accounts, ph::Detail detail) {
+    PHUserEntry* list = nullptr;
+    int count = 0;
+    if (PH_Get_All_Users(PH_USERS_WITH_ACCESS, &list, &count) != 0)
+        return -1;
+    const ph::HeapPtr<PHUserEntry> users(list);
+    for (int i = 0; i < count; ++i)
+        if (append(accounts, list[i], detail) != 0)
+            return -1;
+    return 0;
+}
+
+// Reads the one slot that the Name numbers.
+int get(ph::RecordArray<Record>& accounts, CMPIString** keyValues) {
+    const char* name = CMGetCharsPtr(keyValues[nameKey], nullptr);
+    std::uint8_t slot = 0;
+    PHUserEntry user;
+    ph::IpmiSession session;
+    if (name == nullptr || !ph::parseAccountName(name, slot) || !session.open() ||
+        slot > PH_Get_Max_Users_Count(session.get()) ||
+        ph::readSlot(session.get(), PH_USERS_WITH_ACCESS, slot, user) != ph::Slot::Used)
+        return -1;
+    return append(accounts, user, ph::Detail::All);
+}
+
+constexpr ph::Method methods[] = {ph::requestStateChange};
+
+constexpr ph::ClassDefinition<Record> definition{.name = className,
+                                                 .superclass = "CIM_EnabledLogicalElement",
+                                                 .keys = g_AccountKeyList,
+                                                 .properties = properties,
+                                                 .enumerate = enumerate,
+                                                 .get = get,
+                                                 .modify = ph::modifyAccount,
+                                                 .remove = ph::deleteAccount,
+                                                 .invoke = ph::invokeAccountMethod,
+                                                 .methods = methods};
+
+} // namespace
+
+namespace ph {
+
+bool Account::allocate() {
+    record_ = static_cast<AccountRecord*>(std::calloc(1, sizeof(AccountRecord)));
+    return record_ != nullptr;
+}
+
+Account::Found Account::find(const CMPIBroker* broker, const CMPIObjectPath* ref) {
+    CMPIString* keyValues[std::size(g_AccountKeyList)] = {};
+    CMPIStatus ignored{};
+    if (CheckForValidObjectPath(broker, ref, g_AccountKeyList, keyValues, std::size(g_AccountKeyList),
+                                &ignored) != 0)
+        return Found::InvalidPath;
+    return PH_Get_Account(&record_, keyValues) == 0 ? Found::Yes : Found::No;
+}
+
+int fillAccountKeys(AccountRecord& record, unsigned slot) {
+    copyText(record.SystemCreationClassName, accountSystemClass);
+    copyText(record.CreationClassName, className);
+    std::snprintf(record.Name, sizeof(record.Name), "IPMI User-%u", slot);
+    return PH_GetSPSystemName(record.SystemName);
+}
+
+} // namespace ph
+
+int PH_Fill_Account(const PHUserEntry* user, AccountRecord* record) {
+    ph::copyText(record->UserID, user->userName);
+    ph::copyText(record->ElementName, user->userName);
+    record->OrganizationName[0] = strdup("trz");
+    record->RequestedState = 12; // not applicable
+    record->EnabledState = user->isEnabled != 0 && (user->access & ph::mayMessage) != 0 ? 2 : 3;
+    record->passwordExpiryDays = neverExpires;
+    record->slot = user->slot;
+    record->privilege = user->access & 0x0F;
+    record->UserPasswordEncryptionAlgorithm = 1; // other
+    ph::copyText(record->OtherUserPasswordEncryptionAlgorithm, "BlowFish");
+    record->UserPasswordEncoding = 2; // ascii
+    return record->OrganizationName[0] != nullptr ? 0 : -1;
+}
+
+uint64_t PH_GetPasswordExpiry(uint32_t days) {
+    constexpr std::uint64_t day = 86400;
+    const std::time_t now = std::time(nullptr);
+    std::tm utc{};
+    gmtime_r(&now, &utc);
+    const std::uint64_t sinceMidnight = std::uint64_t{60} * (60 * utc.tm_hour + utc.tm_min) + utc.tm_sec;
+    return static_cast<std::uint64_t>(now) + day - sinceMidnight + days * day;
+}
+
+PH_EXPORT_CLASS_FAMILY(Account, Record, definition)

@@ -1,0 +1,53 @@
+// One account at a time: how requests find and hold it.
+#pragma once
+
+#include "provider_helper/accounts.h"
+#include "Utility/class_family.h"
+#include "Utility/request_status.h"
+
+namespace ph {
+
+inline constexpr const char* accountSystemClass = "CIM_SPComputerSystem";
+
+inline CMPIStatus refuse(const CMPIBroker* broker, const char* message) {
+    return fail(broker, CMPI_RC_ERR_FAILED, message);
+}
+
+// The record of a request, its password wiped when the request ends.
+class Account {
+public:
+    Account() = default;
+    ~Account() { PH_Clean_Account(&record_, record_ != nullptr); }
+    Account(const Account&) = delete;
+    Account& operator=(const Account&) = delete;
+
+    // A zeroed record: false when memory is short.
+    bool allocate();
+    // The account that the object path names.
+    enum class Found { Yes, InvalidPath, No };
+    Found find(const CMPIBroker* broker, const CMPIObjectPath* ref);
+
+    AccountRecord* get() const { return record_; }
+    AccountRecord* operator->() const { return record_; }
+
+private:
+    AccountRecord* record_ = nullptr;
+};
+
+// The four keys of the account in a slot. Returns -1 when the system has no name.
+int fillAccountKeys(AccountRecord& record, unsigned slot);
+
+// Of CIM_Account: handlers of its requests.
+CMPIStatus modifyAccount(const Request& request);
+CMPIStatus deleteAccount(const Request& request);
+CMPIStatus invokeAccountMethod(const Request& request);
+
+// Values of a request into the record; false for a wrong type, an empty or too long text.
+bool takeUserId(const CMPIData& data, AccountRecord& record);
+bool takePassword(const CMPIData& data, AccountRecord& record);
+bool takeName(const CMPIData& data, AccountRecord& record);
+
+// The slot with the mark of the form that the record's password has.
+std::uint8_t slotWithPasswordForm(const AccountRecord& record);
+
+} // namespace ph

@@ -1,0 +1,94 @@
+// Method CreateAccount.
+#include "accounts/account.h"
+#include "accounts/user_slots.h"
+#include "Utility/back_ends.h"
+#include "Utility/method_job.h"
+
+#include <cstdio>
+#include <strings.h>
+
+namespace ph {
+namespace {
+
+// The embedded instance, NULL when there is none.
+const CMPIInstance* accountTemplate(const CMPIArgs* in) {
+    const auto data = argument(in, "AccountTemplate");
+    return data && data->type == CMPI_instance ? data->value.inst : nullptr;
+}
+
+bool namesServiceProcessor(const CMPIArgs* in) {
+    const auto data = argument(in, "System");
+    if (!data || data->type != CMPI_ref || data->value.ref == nullptr)
+        return false;
+    const CMPIString* name = CMGetClassName(data->value.ref, nullptr);
+    const char* className = name != nullptr ? CMGetCharsPtr(name, nullptr) : nullptr;
+    return className != nullptr && strcasecmp(className, accountSystemClass) == 0;
+}
+
+int createUser(IPMI20_SESSION_T* session, const AccountRecord& record) {
+    constexpr std::uint8_t lanChannel = 1, setPassword = 2, userPrivilege = 2;
+    constexpr std::uint8_t messaging = 1, linkAuthentication = 1, enable = 1;
+    return CIM_ModUser(session, slotWithPasswordForm(record), lanChannel, record.UserID,
+                       record.UserPassword[0], setPassword, userPrivilege, messaging, linkAuthentication,
+                       enable, hookTimeout);
+}
+
+CMPIStatus createFromTemplate(const CMPIBroker* broker, const CMPIContext* context, const CMPIResult* result,
+                              const CMPIObjectPath* ref, const CMPIArgs* in, CMPIArgs* out) {
+    const CMPIInstance* instance = accountTemplate(in);
+    if (instance == nullptr)
+        return refuse(broker, "Failed to get input param AccountTemplate ");
+    if (!namesServiceProcessor(in))
+        return refuse(broker, "Failed to get input param System ");
+    Account account;
+    if (!account.allocate())
+        return refuse(broker, "Memory problem");
+    if (PH_Fill_Account_Struct_from_CMPI_Inst(instance, account.get()) != 0)
+        return refuse(broker, "Failed to fill account struct");
+    char message[PH_ACCOUNT_MESSAGE_SIZE];
+    if (create_account(account.get(), message) != 0)
+        return refuse(broker, message);
+
+    CMPIValue value{};
+    if (fillAccountKeys(*account.get(), account->slot) == 0)
+        value.ref = PH_MakePath_Account(broker, context, ref, account.get(), nullptr);
+    if (value.ref == nullptr || CMAddArg(out, "Account", &value, CMPI_ref).rc != CMPI_RC_OK)
+        return refuse(broker, "Failed to make path for account");
+    returnValue(result, methodDone);
+    return CMReturnDone(result);
+}
+
+} // namespace
+} // namespace ph
+
+CMPIStatus PH_Create_Account(const CMPIBroker* broker, const CMPIContext* context, const CMPIResult* result,
+                             const CMPIObjectPath* ref, const CMPIArgs* in, CMPIArgs* out) {
+    return ph::createFromTemplate(broker, context, result, ref, in, out);
+}
+
+int create_account(AccountRecord* record, char* message) {
+    if (!ph::parseAccountName(record->Name, record->slot))
+        return ph::explain(message, PH_ACCOUNT_MESSAGE_SIZE, "Invalid parameter UserID");
+    ph::IpmiSession session;
+    const int slots = session.open() ? PH_Get_Max_Users_Count(session.get()) : -1;
+    if (slots < 0)
+        return ph::explain(message, PH_ACCOUNT_MESSAGE_SIZE, "Failed to create account");
+    if (record->slot <= ph::anonymousSlot || record->slot > slots)
+        return ph::explain(message, PH_ACCOUNT_MESSAGE_SIZE, "Invalid parameter user slot");
+    PHUserEntry user;
+    switch (ph::readSlot(session.get(), 0, record->slot, user)) {
+    case ph::Slot::Free:
+        break;
+    case ph::Slot::Failed:
+        return ph::explain(message, PH_ACCOUNT_MESSAGE_SIZE, "Unable to create account");
+    default:
+        ph::explain(message, PH_ACCOUNT_MESSAGE_SIZE, "Invalid parameter user slot");
+        PH_Get_Empty_Slots(session.get(), message);
+        return -1;
+    }
+    if (ph::createUser(session.get(), *record) != 0) {
+        CIM_DelUser(session.get(), record->slot, ph::hookTimeout); // what was done of it
+        return ph::explain(message, PH_ACCOUNT_MESSAGE_SIZE, "Unable to create account");
+    }
+    return 0;
+}

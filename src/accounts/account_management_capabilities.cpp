@@ -1,0 +1,53 @@
+// CIM_AccountManagementCapabilities: what the account management service allows.
+#include "provider_helper/accounts.h"
+#include "Utility/back_ends.h"
+#include "Utility/class_family.h"
+#include "Utility/record_fields.h"
+
+constexpr const char* const g_AccountManagementCapabilitiesKeyList[1] = {"InstanceID"};
+
+namespace {
+
+using Record = AccountManagementCapabilitiesRecord;
+
+constexpr ph::Property properties[] = {
+    PH_KEY(Record, InstanceID),
+    PH_PROPERTY(Record, ElementName),
+    PH_PROPERTY(Record, ElementNameEditSupported),
+    PH_PROPERTY(Record, MaximumAccountsSupported),
+    PH_PROPERTY(Record, OperationsSupported),
+    PH_PROPERTY(Record, SupportedUserPasswordEncryptionAlgorithms),
+};
+
+int enumerate(ph::RecordArray<Record>& all, ph::Detail detail) {
+    Record* capabilities = all.append();
+    if (capabilities == nullptr)
+        return -1;
+    ph::copyText(capabilities->InstanceID, "trz:AccountManagementCapabilities");
+    if (detail == ph::Detail::Names)
+        return 0;
+    ph::IpmiSession session;
+    return session.open() ? PH_Fill_AccountManagementCapabilities(session.get(), capabilities) : -1;
+}
+
+constexpr ph::ClassDefinition<Record> definition{.name = "CIM_AccountManagementCapabilities",
+                                                 .superclass = "CIM_EnabledLogicalElementCapabilities",
+                                                 .keys = g_AccountManagementCapabilitiesKeyList,
+                                                 .properties = properties,
+                                                 .enumerate = enumerate};
+
+} // namespace
+
+int PH_Fill_AccountManagementCapabilities(IPMI20_SESSION_T* session,
+                                          AccountManagementCapabilitiesRecord* record) {
+    const int slots = PH_Get_Max_Users_Count(session);
+    if (slots < 0)
+        return -1;
+    ph::copyText(record->ElementName, "Account Management Capabilities");
+    record->MaximumAccountsSupported = static_cast<std::uint16_t>(slots);
+    ph::setList(record->OperationsSupported, {2, 3, 4});                 // create, modify, delete
+    ph::setList(record->SupportedUserPasswordEncryptionAlgorithms, {0}); // none
+    return 0;
+}
+
+PH_EXPORT_CLASS_FAMILY(AccountManagementCapabilities, Record, definition)

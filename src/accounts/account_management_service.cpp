@@ -1,0 +1,75 @@
+// CIM_AccountManagementService: the one service, which creates accounts.
+#include "accounts/account.h"
+#include "Utility/record_fields.h"
+
+#include <strings.h>
+
+constexpr const char* const g_AccountManagementServiceKeyList[4] = {
+    "SystemCreationClassName", "CreationClassName", "SystemName", "Name"};
+
+namespace {
+
+using Record = AccountManagementServiceRecord;
+using ph::Direction;
+
+constexpr const char* className = "CIM_AccountManagementService";
+constexpr const char* serviceName = "Account Management Service";
+
+constexpr ph::Property properties[] = {
+    PH_KEY(Record, SystemCreationClassName),
+    PH_KEY(Record, CreationClassName),
+    PH_KEY(Record, SystemName),
+    PH_KEY(Record, Name),
+    PH_PROPERTY(Record, ElementName),
+    PH_PROPERTY(Record, EnabledState),
+    PH_PROPERTY(Record, RequestedState),
+};
+
+int enumerate(ph::RecordArray<Record>& services, ph::Detail detail) {
+    Record* service = services.append();
+    if (service == nullptr)
+        return -1;
+    ph::copyText(service->SystemCreationClassName, ph::accountSystemClass);
+    ph::copyText(service->CreationClassName, className);
+    ph::copyText(service->Name, serviceName);
+    if (PH_GetSPSystemName(service->SystemName) != 0)
+        return -1;
+    return detail == ph::Detail::Names ? 0 : PH_Fill_AccountManagementService(service);
+}
+
+constexpr ph::Parameter createAccountParameters[] = {
+    {"System", CMPI_ref, Direction::In, "CIM_ComputerSystem"},
+    {"AccountTemplate", CMPI_instance, Direction::In, "CIM_Account"},
+    {"Account", CMPI_ref, Direction::Out, "CIM_Account"},
+    {"Identities", CMPI_refA, Direction::Out, "CIM_Identity"}, // none is returned
+};
+constexpr ph::Method methods[] = {{"CreateAccount", createAccountParameters}};
+
+CMPIStatus invoke(const ph::Request& request) {
+    const CMPIString* name = CMGetClassName(request.ref, nullptr);
+    const char* named = name != nullptr ? CMGetCharsPtr(name, nullptr) : nullptr;
+    if (named == nullptr || strcasecmp(named, className) != 0 ||
+        strcasecmp(request.method, methods[0].name) != 0)
+        return ph::refuse(request.broker, "Method Not Supported");
+    return PH_Create_Account(request.broker, request.context, request.result, request.ref, request.in,
+                             request.out);
+}
+
+constexpr ph::ClassDefinition<Record> definition{.name = className,
+                                                 .superclass = "CIM_SecurityService",
+                                                 .keys = g_AccountManagementServiceKeyList,
+                                                 .properties = properties,
+                                                 .enumerate = enumerate,
+                                                 .invoke = invoke,
+                                                 .methods = methods};
+
+} // namespace
+
+int PH_Fill_AccountManagementService(AccountManagementServiceRecord* record) {
+    ph::copyText(record->ElementName, record->Name);
+    record->EnabledState = 5;    // not applicable
+    record->RequestedState = 12; // not applicable
+    return 0;
+}
+
+PH_EXPORT_CLASS_FAMILY(AccountManagementService, Record, definition)

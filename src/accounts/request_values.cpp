@@ -1,0 +1,82 @@
+// What clients say about an account.
+#include "accounts/account.h"
+#include "Utility/back_ends.h"
+#include "Utility/record_fields.h"
+
+#include <cstring>
+
+namespace ph {
+namespace {
+
+// NULL for what is not a text.
+const char* textOf(const CMPIData& data) {
+    CMPIString* string = nullptr;
+    if ((data.state & CMPI_nullValue) != 0 || GetStringValue(data, &string) != 0 || string == nullptr)
+        return nullptr;
+    return CMGetCharsPtr(string, nullptr);
+}
+
+template <std::size_t N>
+bool takeText(const CMPIData& data, char (&field)[N]) {
+    const char* text = textOf(data);
+    if (text == nullptr || *text == '\0' || std::strlen(text) >= N)
+        return false;
+    copyText(field, text);
+    return true;
+}
+
+} // namespace
+
+bool takeUserId(const CMPIData& data, AccountRecord& record) {
+    return takeText(data, record.UserID);
+}
+
+bool takeName(const CMPIData& data, AccountRecord& record) {
+    return takeText(data, record.Name);
+}
+
+// The list has one password for each place where the account is known, and a BMC is one. It may be empty.
+bool takePassword(const CMPIData& data, AccountRecord& record) {
+    CMPIString** buffer = nullptr;
+    CMPICount count = 0;
+    const int result = GetStringAValue(data, &buffer, &count);
+    const HeapPtr<CMPIString*> strings(buffer);
+    const char* text = result == 0 && buffer != nullptr && count > 0 && buffer[0] != nullptr
+                           ? CMGetCharsPtr(buffer[0], nullptr)
+                           : nullptr;
+    if (text == nullptr || std::strlen(text) >= sizeof(record.UserID))
+        return false;
+    record.UserPassword[0] = strdup(text);
+    return record.UserPassword[0] != nullptr;
+}
+
+std::uint8_t slotWithPasswordForm(const AccountRecord& record) {
+    const std::size_t length = record.UserPassword[0] != nullptr ? std::strlen(record.UserPassword[0]) : 0;
+    return record.slot | (length >= 17 && length <= 20 ? CIM_USER_PASSWORD_20 : 0);
+}
+
+} // namespace ph
+
+int PH_Fill_Account_Struct_for_MI(const PHPropertyList* modifiable, AccountRecord* record) {
+    for (int i = 0; i < modifiable->count; ++i) {
+        const PHPropertyRow& row = modifiable->rows[i];
+        CMPIData data{row.type, row.state, {}};
+        std::memcpy(&data.value, &row.value, sizeof(row.value));
+        if (std::strcmp(row.name, "UserID") == 0 ? !ph::takeUserId(data, *record)
+                                                 : !ph::takePassword(data, *record))
+            return -1;
+    }
+    return 0;
+}
+
+int PH_Fill_Account_Struct_from_CMPI_Inst(const CMPIInstance* instance, AccountRecord* record) {
+    const auto take = [&](const char* name, bool (*into)(const CMPIData&, AccountRecord&)) {
+        CMPIStatus status{};
+        const CMPIData data = CMGetProperty(instance, name, &status);
+        return status.rc == CMPI_RC_OK && into(data, *record);
+    };
+    return take("UserID", ph::takeUserId) && take("Name", ph::takeName) &&
+                   take("UserPassword", ph::takePassword)
+               ? 0
+               : -1;
+}

@@ -1,0 +1,127 @@
+#include "accounts/user_slots.h"
+#include "Utility/back_ends.h"
+#include "Utility/record_fields.h"
+
+#include <charconv>
+#include <cstdio>
+#include <cstring>
+#include <string_view>
+
+namespace ph {
+namespace {
+
+constexpr std::uint8_t unknownAccess = 0xFF;
+constexpr const char* anonymous = "anonymous";
+
+// Calls `visit(user, hasName)` for each used slot until it returns false.
+template <class Visit>
+int forEachUser(int mode, Visit visit) {
+    IpmiSession session;
+    if (!session.open())
+        return -1;
+    const int slots = PH_Get_Max_Users_Count(session.get());
+    if (slots < 0)
+        return -1;
+    for (int slot = anonymousSlot; slot <= slots; ++slot) {
+        PHUserEntry user;
+        bool hasName = false;
+        const Slot state = readSlot(session.get(), mode, static_cast<std::uint8_t>(slot), user, &hasName);
+        if (state == Slot::Failed)
+            return -1;
+        if (state == Slot::Used && !visit(user, hasName))
+            break;
+    }
+    return 0;
+}
+
+void append(char* message, const char* text) {
+    const std::size_t used = strnlen(message, PH_ACCOUNT_MESSAGE_SIZE - 1);
+    std::snprintf(message + used, PH_ACCOUNT_MESSAGE_SIZE - used, "%s", text);
+}
+
+} // namespace
+
+Slot readSlot(IPMI20_SESSION_T* session, int mode, std::uint8_t slot, PHUserEntry& user, bool* hasName) {
+    char name[CIM_USER_NAME_SIZE] = "";
+    if (CIM_GetUser(session, slot, name, hookTimeout) != 0)
+        return Slot::Failed;
+    if (name[0] == '\0' && slot != anonymousSlot)
+        return Slot::Free;
+    if (hasName != nullptr)
+        *hasName = name[0] != '\0';
+    user = {};
+    copyText(user.userName, slot == anonymousSlot ? anonymous : name);
+    user.slot = slot;
+    user.access = unknownAccess;
+    if (mode != PH_USERS_WITH_ACCESS)
+        return Slot::Used;
+    if (CIM_GetUserAccess(session, slot, CIM_USER_PRESENT_CHANNEL, &user.access, hookTimeout) != 0)
+        return Slot::Omitted;
+    user.isEnabled = (user.access & isEnabled) != 0;
+    return Slot::Used;
+}
+
+bool parseAccountName(const char* name, std::uint8_t& slot) {
+    constexpr std::string_view prefix = "IPMI User-";
+    constexpr std::uint8_t beyond = 0xFF;
+    const std::string_view text(name);
+    if (!text.starts_with(prefix))
+        return false;
+    const auto [end, error] = std::from_chars(text.data() + prefix.size(), text.data() + text.size(), slot);
+    if (error == std::errc::result_out_of_range)
+        slot = beyond;
+    return error != std::errc::invalid_argument && end == text.data() + text.size();
+}
+
+} // namespace ph
+
+int PH_Get_Max_Users_Count(IPMI20_SESSION_T* session) {
+    std::uint8_t count = 0;
+    return CIM_GetMaxNumUsers(session, &count, ph::hookTimeout) == 0 ? count : -1;
+}
+
+int PH_Get_All_Users(int mode, PHUserEntry** users, int* count) {
+    constexpr std::size_t mostSlots = 0xFF;
+    *users = nullptr;
+    *count = 0;
+    ph::HeapPtr<PHUserEntry> list(static_cast<PHUserEntry*>(std::calloc(mostSlots, sizeof(PHUserEntry))));
+    if (list == nullptr)
+        return -1;
+    int used = 0;
+    if (ph::forEachUser(mode, [&](const PHUserEntry& user, bool) {
+            list.get()[used++] = user;
+            return true;
+        }) != 0)
+        return -1;
+    *users = list.release();
+    *count = used;
+    return 0;
+}
+
+int PH_Get_User(int mode, const char* name, PHUserEntry* user) {
+    bool isFound = false;
+    const int result = ph::forEachUser(mode, [&](const PHUserEntry& candidate, bool hasName) {
+        isFound =
+            std::strcmp(candidate.userName, name) == 0 && (candidate.slot != ph::anonymousSlot || !hasName);
+        if (isFound)
+            *user = candidate;
+        return !isFound;
+    });
+    return result == 0 && isFound ? 0 : -1;
+}
+
+int PH_Get_Empty_Slots(IPMI20_SESSION_T* session, char* message) {
+    const int slots = PH_Get_Max_Users_Count(session);
+    if (slots < 0)
+        return -1;
+    ph::append(message, ": Available slots - ");
+    for (int slot = 1; slot <= slots; ++slot) {
+        PHUserEntry user;
+        if (ph::readSlot(session, 0, static_cast<std::uint8_t>(slot), user) != ph::Slot::Free)
+            continue;
+        char number[16];
+        std::snprintf(number, sizeof(number), " %d", slot);
+        ph::append(message, number);
+    }
+    return 0;
+}

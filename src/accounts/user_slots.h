@@ -1,0 +1,32 @@
+// The BMC's user slots.
+#pragma once
+
+#include "provider_helper/accounts.h"
+
+#include <cstdint>
+
+namespace ph {
+
+inline constexpr std::uint8_t anonymousSlot = 1;
+inline constexpr std::uint8_t lastDefaultSlot = 2; // slots 1 and 2 cannot be deleted or created
+
+// CIM_GetUserAccess
+inline constexpr std::uint8_t mayMessage = 0x10;
+inline constexpr std::uint8_t isEnabled = 0x40;
+
+enum class Slot {
+    Used,
+    Free,
+    Omitted, // its access cannot be read
+    Failed
+};
+
+// Reads one slot; `user` is filled for a used one. `hasName` tells whether slot 1 holds a name too.
+Slot readSlot(IPMI20_SESSION_T* session, int mode, std::uint8_t slot, PHUserEntry& user,
+              bool* hasName = nullptr);
+
+// The number behind "IPMI User-": false when the text has another form. Numbers beyond a slot's become 255,
+// which no BMC has.
+bool parseAccountName(const char* name, std::uint8_t& slot);
+
+} // namespace ph

@@ -1,0 +1,93 @@
+// The CLP daemon's processes, through the system's commands.
+#include "provider_helper/services.h"
+#include "Utility/guard.h"
+#include "Utility/request_status.h"
+#include "Utility/shell.h"
+
+#include <string_view>
+#include <unistd.h>
+
+namespace ph {
+namespace {
+
+constexpr std::size_t lineSize = 64;     // of a process list
+constexpr unsigned int pauseSeconds = 2; // for processes to end
+
+bool holds(std::string_view line, std::string_view word) {
+    return line.find(word) != std::string_view::npos;
+}
+
+// 0 when `isOne` accepts a line that the command prints.
+int findProcess(const char* command, bool (*isOne)(std::string_view line)) {
+    return guarded(-1, [&] {
+        bool isFound = false;
+        const int result = readCommand(command, lineSize, [&](std::string_view line) {
+            isFound = isOne(line) && !holds(line, "grep");
+            return !isFound;
+        });
+        return result == 0 && isFound ? 0 : -1;
+    });
+}
+
+int runAndPause(const char* command) {
+    const int result = runCommand(command);
+    sleep(pauseSeconds);
+    return result;
+}
+
+void endClients() {
+    if (PH_IsSmashclpRunning() == 0)
+        runAndPause("killall smashclp");
+}
+
+int start() {
+    const int cleared = runCommand("rm -rf /tmp/smash*");
+    return runCommand("/usr/local/bin/smashclpd") == -1 || cleared == -1 ? -1 : 0;
+}
+
+int changeDaemon(std::uint16_t requestedState, char* message) {
+    constexpr std::uint16_t enabled = 2, disabled = 3, reset = 11;
+    const bool isRunning = PH_IsSmashclpdRunning() == 0;
+    switch (requestedState) {
+    case enabled:
+        if (isRunning)
+            return explain(message, PH_SERVICE_MESSAGE_SIZE,
+                           "An instance of SMASHCLPD server is already running...!");
+        return start() == 0
+                   ? 0
+                   : explain(message, PH_SERVICE_MESSAGE_SIZE, "Internal Error : Failed to invoke method");
+    case disabled:
+        if (!isRunning)
+            return explain(message, PH_SERVICE_MESSAGE_SIZE, "SMASHCLPD server is not running currently...!");
+        endClients();
+        runAndPause("killall -1 smashclpd"); // the daemon ends its sessions in order on a hang-up
+        return 0;
+    case reset:
+        if (isRunning) {
+            endClients();
+            runAndPause("killall smashclpd");
+        }
+        start();
+        return 0;
+    default:
+        return explain(message, PH_SERVICE_MESSAGE_SIZE, "RequestedState value is Invalid");
+    }
+}
+
+} // namespace
+} // namespace ph
+
+int PH_IsSmashclpdRunning(void) {
+    return ph::findProcess("ps ax | grep smashclpd",
+                           [](std::string_view line) { return ph::holds(line, "smashclpd"); });
+}
+
+int PH_IsSmashclpRunning(void) {
+    return ph::findProcess("ps ax | grep smashclp", [](std::string_view line) {
+        return ph::holds(line, "smashclp") && ph::holds(line, "pts");
+    });
+}
+
+int PH_ChangeState_CLPProtocolService(uint16_t requestedState, char* message) {
+    return ph::guarded(-1, [&] { return ph::changeDaemon(requestedState, message); });
+}

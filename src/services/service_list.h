@@ -1,0 +1,25 @@
+// The services there are.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+namespace ph {
+
+struct Service {
+    const char* name;
+    const char* elementName;
+    const char* word;
+    std::uint16_t protocol; // DMTF Protocol
+    std::uint32_t bit;      // CIM_SERVICE_…; 0: the CLP daemon
+
+    bool isClp() const { return bit == 0; }
+};
+
+std::span<const Service> allServices();
+
+// nullptr for a name that is none.
+const Service* findService(std::string_view name);
+
+} // namespace ph

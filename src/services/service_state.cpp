@@ -1,0 +1,146 @@
+// Switching a service, and the method that asks for it.
+#include "provider_helper/services.h"
+#include "services/service_list.h"
+#include "Utility/back_ends.h"
+#include "Utility/method_job.h"
+#include "Utility/request_status.h"
+
+#include <cmpimacs.h>
+#include <cstdio>
+#include <cstring>
+#include <unistd.h>
+
+namespace ph {
+namespace {
+
+constexpr std::uint16_t enabled = 2;
+constexpr std::uint16_t disabled = 3;
+constexpr std::uint16_t reset = 11;
+constexpr unsigned int resetSeconds = 3; // a service that is reset stays off
+
+bool isCarriedOut(std::uint16_t state) {
+    return state == enabled || state == disabled || state == reset;
+}
+
+// A service of the BMC and its settings, of which only the switch is changed.
+class ServiceSwitch {
+public:
+    bool open(std::uint32_t service) {
+        service_ = service;
+        if (!session_.open() || CIM_GetServiceConf(session_.get(), service, &conf_, hookTimeout) != 0)
+            return false;
+        static_assert(sizeof(settings_.name) == sizeof(conf_.name));
+        std::memcpy(settings_.name, conf_.name, sizeof(settings_.name));
+        settings_.port = conf_.port;
+        settings_.securePort = conf_.securePort;
+        settings_.timeout = conf_.timeout;
+        settings_.maxSessions = conf_.maxSessions;
+        return true;
+    }
+
+    bool change(std::uint16_t requestedState) {
+        switch (requestedState) {
+        case enabled:
+            return write(1);
+        case disabled:
+            return write(0);
+        case reset:
+            if (conf_.currentState != 0) {
+                if (!write(0))
+                    return false;
+                sleep(resetSeconds);
+            }
+            return write(1);
+        default:
+            return true;
+        }
+    }
+
+private:
+    bool write(std::uint8_t enable) {
+        settings_.enable = enable;
+        return CIM_SetServiceConf(session_.get(), service_, &settings_, hookTimeout) == 0;
+    }
+
+    IpmiSession session_;
+    std::uint32_t service_ = 0;
+    CIM_ServiceConf conf_{};
+    CIM_ServiceSettings settings_{};
+};
+
+struct MethodCall {
+    const CMPIBroker* broker;
+    const CMPIObjectPath* ref;
+    const CMPIArgs* in;
+    CMPIArgs* out;
+    const char* serviceName;
+    CMPIStatus* status;
+};
+
+int refuse(const MethodCall& call, CMPIrc code, const char* message) {
+    fail(call.broker, call.status, code, message);
+    return -1;
+}
+
+int changeState(const MethodCall& call, std::uint32_t& value) {
+    MethodJob job;
+    if (!job.makePath(call.broker, call.ref))
+        return refuse(call, CMPI_RC_ERR_FAILED, noJobPath);
+    if (call.in == nullptr || CMGetArgCount(call.in, nullptr) == 0)
+        return refuse(call, CMPI_RC_ERR_INVALID_PARAMETER, "Input Parameter is empty");
+    const auto requested = argument(call.in, "RequestedState");
+    if (!requested)
+        return refuse(call, CMPI_RC_ERR_INVALID_PARAMETER, "RequestedState Parameter is Invalid");
+    std::uint16_t state = 0;
+    if (GetUINT16Value(*requested, &state) != 0)
+        return refuse(call, CMPI_RC_ERR_INVALID_PARAMETER, "RequestedState parameter value is invalid");
+
+    char jobName[64];
+    std::snprintf(jobName, sizeof(jobName), "%.40s_RequestStateChange", call.serviceName);
+    char message[PH_SERVICE_MESSAGE_SIZE] = "";
+    const auto outcome = job.carryOut(jobName, [&] {
+        return isCarriedOut(state)
+                   ? PH_RequestStateChange_DB(state, call.serviceName, message) == 0
+                   : explain(message, PH_SERVICE_MESSAGE_SIZE, "Invalid Parameter value") == 0;
+    });
+    if (outcome == MethodJob::Outcome::NoJob)
+        return refuse(call, CMPI_RC_ERR_FAILED, noJob);
+    const bool isReturned = job.returnReference(call.out);
+    if (outcome == MethodJob::Outcome::Done && isReturned)
+        return 0;
+    value = methodFailed;
+    const CMPIrc code = isCarriedOut(state) ? CMPI_RC_ERR_FAILED : CMPI_RC_ERR_INVALID_PARAMETER;
+    return refuse(call, code, message);
+}
+
+} // namespace
+} // namespace ph
+
+int PH_ProtocolServiceRequestStateChange(const CMPIBroker* broker, const CMPIResult* result,
+                                         const CMPIObjectPath* ref, const CMPIArgs* in, CMPIArgs* out,
+                                         CMPIString** keyValues, CMPIStatus* status) {
+    constexpr std::size_t nameKey = 3;
+    std::uint32_t value = ph::methodDone;
+    const int outcome =
+        ph::changeState({broker, ref, in, out, CMGetCharsPtr(keyValues[nameKey], nullptr), status}, value);
+    ph::returnValue(result, value);
+    return outcome;
+}
+
+int PH_RequestStateChange_DB(uint16_t requestedState, const char* serviceName, char* message) {
+    ph::Database database;
+    if (!database.open(PH_CreateSmashDBHandle))
+        return ph::explain(message, PH_SERVICE_MESSAGE_SIZE, "Internal Error : Failed to invoke method");
+    return PH_Set_ProtocolService_EnabledState(serviceName, requestedState, message);
+}
+
+int PH_Set_ProtocolService_EnabledState(const char* serviceName, uint16_t requestedState, char* message) {
+    const ph::Service* service = ph::findService(serviceName);
+    if (service != nullptr && service->isClp())
+        return PH_ChangeState_CLPProtocolService(requestedState, message);
+    ph::ServiceSwitch serviceSwitch;
+    if (!serviceSwitch.open(service != nullptr ? service->bit : std::uint32_t{CIM_SERVICE_WEB}) ||
+        !serviceSwitch.change(requestedState))
+        return ph::explain(message, PH_SERVICE_MESSAGE_SIZE, "Internal Error : Failed to invoke method");
+    return 0;
+}

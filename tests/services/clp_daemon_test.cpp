@@ -1,0 +1,106 @@
+// The CLP daemon, by the commands that are really called.
+#include "service_fixture.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr char daemonOnly[] = "  100 ?        Ss     0:00 /usr/local/bin/smashclpd\n";
+constexpr char daemonAndClient[] = "  100 ?        Ss     0:00 /usr/local/bin/smashclpd\n"
+                                   "  200 pts/0    S+     0:00 smashclp\n"
+                                   "  300 pts/1    S+     0:00 grep smashclp\n";
+constexpr char unrelated[] = "  300 pts/1    S+     0:00 grep smashclpd\n"
+                             "  400 pts/1    S+     0:00 vi notes\n";
+
+class ClpDaemon : public ServiceFixture {
+protected:
+    // The failure's text, "" for success.
+    static std::string change(std::uint16_t state) {
+        char message[PH_SERVICE_MESSAGE_SIZE] = "";
+        const int result = PH_Set_ProtocolService_EnabledState("CLPProtocolService", state, message);
+        EXPECT_EQ(result, message[0] == '\0' ? 0 : -1);
+        return message;
+    }
+};
+
+TEST_F(ClpDaemon, isFoundInTheProcessList) {
+    const struct {
+        const char* what;
+        std::string processes;
+        int daemon;
+        int client;
+    } cases[] = {
+        {"both", daemonAndClient, 0, 0},
+        {"the daemon", daemonOnly, 0, -1},
+        {"searching for it", unrelated, -1, -1},
+        {"a client of no terminal", "  200 ?  S  0:00 smashclp\n", -1, -1},
+        // Longer lines come in pieces of 63 characters.
+        {"at the end of a piece", std::string(54, ' ') + "smashclpd" + " --verbose\n", 0, -1},
+        {"across two pieces", std::string(58, ' ') + "smashclpd" + " --verbose\n", -1, -1},
+        {"nothing", "", -1, -1},
+    };
+    for (const auto& item : cases) {
+        runs(item.processes.c_str());
+        EXPECT_EQ(PH_IsSmashclpdRunning(), item.daemon) << item.what;
+        EXPECT_EQ(PH_IsSmashclpRunning(), item.client) << item.what;
+    }
+}
+
+TEST_F(ClpDaemon, startsOnce) {
+    write("/tmp/smash.pid", "1");
+    std::filesystem::create_directories(sysroot.place("/tmp/smash-sessions/1"));
+    write("/tmp/other", "stays");
+    runs(unrelated);
+    EXPECT_EQ(change(2), "");
+    EXPECT_THAT(calls(), ElementsAre("smashclpd"));
+    EXPECT_FALSE(std::filesystem::exists(sysroot.place("/tmp/smash.pid")));
+    EXPECT_FALSE(std::filesystem::exists(sysroot.place("/tmp/smash-sessions")));
+    EXPECT_TRUE(std::filesystem::exists(sysroot.place("/tmp/other")));
+    EXPECT_EQ(change(2), "An instance of SMASHCLPD server is already running...!");
+    EXPECT_THAT(calls(), IsEmpty());
+    EXPECT_THAT(slept, IsEmpty());
+}
+
+TEST_F(ClpDaemon, isHungUpOnAfterItsClients) {
+    runs(daemonAndClient);
+    EXPECT_EQ(change(3), "");
+    EXPECT_THAT(calls(), ElementsAre("killall smashclp", "killall -1 smashclpd"));
+    EXPECT_THAT(slept, ElementsAre(2, 2));
+    runs(daemonOnly);
+    EXPECT_EQ(change(3), "");
+    EXPECT_THAT(calls(), ElementsAre("killall -1 smashclpd"));
+    runs(unrelated);
+    EXPECT_EQ(change(3), "SMASHCLPD server is not running currently...!");
+    EXPECT_THAT(calls(), IsEmpty());
+}
+
+TEST_F(ClpDaemon, isResetWhateverItsState) {
+    write("/tmp/smash.pid", "1");
+    runs(daemonAndClient);
+    EXPECT_EQ(change(11), "");
+    EXPECT_THAT(calls(), ElementsAre("killall smashclp", "killall smashclpd", "smashclpd"));
+    EXPECT_THAT(slept, ElementsAre(2, 2));
+    EXPECT_FALSE(std::filesystem::exists(sysroot.place("/tmp/smash.pid")));
+    runs(unrelated);
+    EXPECT_EQ(change(11), "");
+    EXPECT_THAT(calls(), ElementsAre("smashclpd"));
+    std::filesystem::remove(sysroot.place("/usr/local/bin/smashclpd"));
+    EXPECT_EQ(change(11), "");
+}
+
+TEST_F(ClpDaemon, otherStatesAreRefused) {
+    EXPECT_EQ(change(4), "RequestedState value is Invalid");
+    EXPECT_THAT(calls(), IsEmpty());
+}
+
+TEST_F(ClpDaemon, isAServiceLikeTheOthers) {
+    EXPECT_TRUE(request("CLPProtocolService", 2).ok());
+    EXPECT_EQ(textOf(lastJob(), "JobState"), "7");
+    EXPECT_EQ(textOf(services.get(path("CLPProtocolService")).instances.at(0), "EnabledState"), "2");
+    const auto reply = request("CLPProtocolService", 2);
+    EXPECT_EQ(reply.message, "An instance of SMASHCLPD server is already running...!");
+    EXPECT_EQ(textOf(lastJob(), "JobState"), "10");
+}
+
+} // namespace
