@@ -101,10 +101,11 @@ std::string read(const fs::path& path) {
 
 } // namespace
 
-IpmiSim::IpmiSim(const std::vector<SimSensor>& sensors, std::string chassisControl)
+IpmiSim::IpmiSim(const std::vector<SimSensor>& sensors, std::string chassisControl,
+                 const std::string& moreCommands)
     : directory_(makeDirectory()), chassisControl_(std::move(chassisControl)) {
     fs::create_directory(directory_ / "state");
-    write(directory_ / "commands", simCommands(sensors));
+    write(directory_ / "commands", simCommands(sensors) + moreCommands);
     for (int i = 0; i < portsTried; ++i)
         if (start())
             return;

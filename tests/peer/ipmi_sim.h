@@ -13,8 +13,9 @@ class IpmiSim {
 public:
     // Starts the simulator and waits until it answers. Throws std::runtime_error with its log when it does
     // not. `chassisControl` is the command that stands for the chassis: "get power" and "set power 1" are put
-    // behind it; without one the simulator has none.
-    explicit IpmiSim(const std::vector<SimSensor>& sensors, std::string chassisControl = {});
+    // behind it; without one the simulator has none. `moreCommands` of ipmi_sim(1) end its set-up.
+    explicit IpmiSim(const std::vector<SimSensor>& sensors, std::string chassisControl = {},
+                     const std::string& moreCommands = {});
     ~IpmiSim();
     IpmiSim(const IpmiSim&) = delete;
     IpmiSim& operator=(const IpmiSim&) = delete;

@@ -90,7 +90,7 @@ std::string simCommands(const std::vector<SimSensor>& sensors) {
     out << "mc_setbmc 0x20\n"
            // device ID 21h, revision 2, firmware 5.17 (BCD), all additional devices; manufacturer and product
            "mc_add 0x20 0x21 no-device-sdrs 0x02 0x05 0x17 0x9f 0x1291 0x0f02\n"
-           "sel_enable 0x20 1000 0x0a\n";
+           "sel_enable 0x20 4000 0x0a\n";
     for (const auto& sensor : sensors) {
         const auto command = [&](const char* name) -> std::ostream& {
             return out << name << " 0x20 0 " << hex(sensor.number) << ' ';
