@@ -125,7 +125,8 @@ bool IpmiSim::start() {
     const std::string lan = directory_ / "lan.conf", commands = directory_ / "commands",
                       state = directory_ / "state", log = directory_ / "log";
     write(lan, lanConfiguration(port_, chassisControl_));
-    const char* const arguments[] = {"ipmi_sim",       "-n", "-c",          lan.c_str(), "-f",
+    // Without -p every change of the event log would write the whole of it to a file.
+    const char* const arguments[] = {"ipmi_sim",       "-n", "-p",          "-c",   lan.c_str(), "-f",
                                      commands.c_str(), "-s", state.c_str(), nullptr};
     process_ = ::fork();
     if (process_ == 0)
