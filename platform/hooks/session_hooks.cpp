@@ -1,23 +1,13 @@
 #include "hooks/session.h"
 #include "hooks/user_table.h"
 
-#include <platform/sysroot.h>
 #include <stdexcept>
 
 namespace {
 
 using ipmi::SessionSettings;
 
-std::string defaultStateFile() {
-    char path[4096];
-    if (PH_SysrootPath("/var/lib/virtual-bmc/bmc.state", path, sizeof path) != 0)
-        throw std::length_error("PH_SYSROOT is too long");
-    return path;
-}
-
-void open(IPMI20_SESSION_T* session, SessionSettings settings, const char* onBehalfOf = nullptr) {
-    if (settings.interfaceType == SessionSettings::VirtualBmc && settings.address.empty())
-        settings.address = defaultStateFile();
+void open(IPMI20_SESSION_T* session, const SessionSettings& settings, const char* onBehalfOf = nullptr) {
     auto transport = ipmi::openTransport(settings);
     if (onBehalfOf != nullptr)
         hooks::requireUser(*transport, onBehalfOf);
@@ -71,7 +61,7 @@ int CIM_Create_IPMI20_Session_Ext(IPMI20_SESSION_T* session, const char* userNam
         settings.interfaceType = interfaceType;
         settings.privilegeLevel = privilegeLevel;
         settings.timeout = timeout;
-        open(session, std::move(settings), userName);
+        open(session, settings, userName);
     });
 }
 

@@ -2,8 +2,10 @@
 
 #include "virtual-bmc/controller.h"
 #include "virtual-bmc/state_file.h"
+#include "virtual-bmc/virtual_bmc.h"
 
 #include <algorithm>
+#include <platform/sysroot.h>
 #include <thread>
 
 namespace vbmc {
@@ -13,8 +15,8 @@ constexpr char title[] = "virtual BMC ";
 
 class VirtualTransport final : public ipmi::Transport {
 public:
-    explicit VirtualTransport(const ipmi::SessionSettings& settings)
-        : name_(title + settings.address), timeout_(settings.timeout), file_(settings.address) {}
+    VirtualTransport(const std::filesystem::path& stateFile, int timeout)
+        : name_(title + stateFile.string()), timeout_(timeout), file_(stateFile) {}
 
     std::size_t exchange(std::uint8_t netFn, std::uint8_t command, std::span<const std::uint8_t> request,
                          std::span<std::uint8_t> answer) override {
@@ -43,9 +45,18 @@ private:
 
 } // namespace
 
+std::filesystem::path defaultStateFile() {
+    char path[4096];
+    if (PH_SysrootPath("/var/lib/virtual-bmc/bmc.state", path, sizeof path) != 0)
+        throw Error("PH_SYSROOT is too long");
+    return path;
+}
+
 std::unique_ptr<ipmi::Transport> openTransport(const ipmi::SessionSettings& settings) {
     try {
-        return std::make_unique<VirtualTransport>(settings);
+        return std::make_unique<VirtualTransport>(
+            settings.address.empty() ? defaultStateFile() : std::filesystem::path(settings.address),
+            settings.timeout);
     } catch (const std::exception& error) {
         throw ipmi::TransportError(title + std::string(error.what()));
     }

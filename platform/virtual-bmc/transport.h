@@ -5,7 +5,7 @@
 
 namespace vbmc {
 
-// `settings.address` is the state file. Throws ipmi::TransportError.
+// `settings.address` is the state file; an empty one means the default. Throws ipmi::TransportError.
 std::unique_ptr<ipmi::Transport> openTransport(const ipmi::SessionSettings& settings);
 
 } // namespace vbmc

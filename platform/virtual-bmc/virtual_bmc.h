@@ -20,6 +20,10 @@ struct Error : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+// The machine that sessions reach whose settings name no file: "/var/lib/virtual-bmc/bmc.state" below
+// PH_SYSROOT.
+std::filesystem::path defaultStateFile();
+
 enum class Existing { Refuse, Replace };
 
 // Makes the state file (mode 0600; missing folders above it too) of the server that a model describes
