@@ -1,0 +1,187 @@
+#include "arguments.h"
+
+#include "errors.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <limits>
+
+namespace phctl {
+namespace {
+
+using broker::Value;
+
+[[noreturn]] void fail(const std::string& name, const std::string& text, const std::string& expected) {
+    throw UsageError(name + ": \"" + text + "\" is not " + expected);
+}
+
+template <class Number>
+bool readNumber(std::string_view text, Number& number, int base = 10) {
+    const auto [end, error] = [&] {
+        if constexpr (std::is_floating_point_v<Number>)
+            return std::from_chars(text.data(), text.data() + text.size(), number);
+        else
+            return std::from_chars(text.data(), text.data() + text.size(), number, base);
+    }();
+    return error == std::errc{} && end == text.data() + text.size();
+}
+
+bool isHexadecimal(std::string_view text) {
+    return text.starts_with("0x") || text.starts_with("0X");
+}
+
+// The type's bits, of the eight CMPI integer types.
+int widthOf(CMPIType type) {
+    return 8 << (type >> 4 & 3);
+}
+
+Value parseUnsigned(const std::string& name, CMPIType type, const std::string& text) {
+    const std::string_view digits = text;
+    std::uint64_t number = 0;
+    const bool read =
+        isHexadecimal(text) ? readNumber(digits.substr(2), number, 16) : readNumber(digits, number);
+    const std::uint64_t highest = std::numeric_limits<std::uint64_t>::max() >> (64 - widthOf(type));
+    if (!read || number > highest)
+        fail(name, text, "a " + broker::typeName(type) + " (0 to " + std::to_string(highest) + ")");
+    return {type, number};
+}
+
+Value parseSigned(const std::string& name, CMPIType type, const std::string& text) {
+    const std::int64_t highest = std::numeric_limits<std::int64_t>::max() >> (64 - widthOf(type));
+    std::int64_t number = 0;
+    if (!readNumber(std::string_view(text), number) || number > highest || number < -highest - 1)
+        fail(name, text,
+             "a " + broker::typeName(type) + " (" + std::to_string(-highest - 1) + " to " +
+                 std::to_string(highest) + ")");
+    return {type, number};
+}
+
+Value parseScalar(const std::string& name, CMPIType type, const std::string& text,
+                  const std::string& nameSpace) {
+    switch (type) {
+    case CMPI_boolean:
+        if (!broker::sameName(text, "true") && !broker::sameName(text, "false"))
+            fail(name, text, "a boolean (true or false)");
+        return {type, broker::sameName(text, "true")};
+    case CMPI_uint8:
+    case CMPI_uint16:
+    case CMPI_uint32:
+    case CMPI_uint64:
+        return parseUnsigned(name, type, text);
+    case CMPI_sint8:
+    case CMPI_sint16:
+    case CMPI_sint32:
+    case CMPI_sint64:
+        return parseSigned(name, type, text);
+    case CMPI_real32:
+    case CMPI_real64: {
+        double number = 0;
+        if (!readNumber(std::string_view(text), number) || !std::isfinite(number))
+            fail(name, text, "a number");
+        return {type, number};
+    }
+    case CMPI_string:
+        return {type, text};
+    case CMPI_dateTime: {
+        const auto time = broker::DateTime::parse(text);
+        if (!time)
+            fail(name, text, "a datetime (yyyymmddhhmmss.mmmmmm+utc, or ddddddddhhmmss.mmmmmm:000)");
+        return {type, *time};
+    }
+    case CMPI_ref:
+        return {type, std::make_shared<const broker::ObjectPath>(parsePath(text, nameSpace))};
+    default:
+        throw UsageError(name + ": a value of type " + broker::typeName(type) + " cannot be given here");
+    }
+}
+
+// "a,b\,c" is "a" and "b,c"; an empty text has no elements.
+std::vector<std::string> splitList(const std::string& text) {
+    std::vector<std::string> elements;
+    if (text.empty())
+        return elements;
+    elements.emplace_back();
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool isEscape =
+            text[i] == '\\' && i + 1 < text.size() && (text[i + 1] == ',' || text[i + 1] == '\\');
+        if (text[i] == ',')
+            elements.emplace_back();
+        else
+            elements.back() += text[isEscape ? ++i : i];
+    }
+    return elements;
+}
+
+} // namespace
+
+Value parseValue(const std::string& name, CMPIType type, const std::vector<std::string>& texts,
+                 const std::string& nameSpace) {
+    const auto elementType = static_cast<CMPIType>(type & ~CMPI_ARRAY);
+    if ((type & CMPI_ARRAY) == 0) {
+        if (texts.size() != 1)
+            throw UsageError(name + " is no array, and was given " + std::to_string(texts.size()) + " times");
+        return parseScalar(name, elementType, texts.front(), nameSpace);
+    }
+    // Commas are part of an object path.
+    Value::Array elements;
+    for (const std::string& text : texts)
+        for (const std::string& element : elementType == CMPI_ref ? std::vector{text} : splitList(text))
+            elements.push_back(parseScalar(name, elementType, element, nameSpace));
+    return {type, std::move(elements)};
+}
+
+broker::NamedValues parseArguments(const std::vector<std::string>& arguments,
+                                   const std::vector<Declaration>& declared, const std::string& nameSpace,
+                                   std::vector<std::string>& unknown) {
+    struct Given {
+        std::string name;
+        std::vector<std::string> texts;
+    };
+    std::vector<Given> all;
+    for (const std::string& argument : arguments) {
+        const std::size_t sign = argument.find('=');
+        if (sign == 0 || sign == std::string::npos)
+            throw UsageError("expected Name=value instead of \"" + argument + '"');
+        const std::string name = argument.substr(0, sign);
+        auto same = std::find_if(all.begin(), all.end(),
+                                 [&](const Given& given) { return broker::sameName(given.name, name); });
+        if (same == all.end())
+            same = all.insert(all.end(), {name, {}});
+        same->texts.push_back(argument.substr(sign + 1));
+    }
+    broker::NamedValues values;
+    for (const Given& given : all) {
+        const auto declaration = std::find_if(declared.begin(), declared.end(), [&](const Declaration& each) {
+            return broker::sameName(each.name, given.name);
+        });
+        const bool isKnown = declaration != declared.end();
+        if (!isKnown)
+            unknown.push_back(given.name);
+        const CMPIType type = isKnown                  ? declaration->type
+                              : given.texts.size() > 1 ? CMPI_stringA
+                                                       : CMPI_string;
+        values.push_back(
+            {isKnown ? declaration->name : given.name, parseValue(given.name, type, given.texts, nameSpace)});
+    }
+    return values;
+}
+
+broker::ObjectPath parsePath(const std::string& text, const std::string& nameSpace) {
+    broker::ObjectPath path;
+    try {
+        path = broker::parseObjectPath(text);
+    } catch (const broker::PathSyntaxError& error) {
+        throw UsageError("object path " + text + ": " + error.what() +
+                         (text.find('"') == std::string::npos && text.find('=') != std::string::npos
+                              ? " (for the shell, a path stands in single quotes)"
+                              : ""));
+    }
+    if (path.nameSpace.empty())
+        path.nameSpace = nameSpace;
+    if (const ClassDescription* description = describe(path.className))
+        path.className = description->name;
+    return path;
+}
+
+} // namespace phctl

@@ -1,0 +1,28 @@
+// Values that are given as Name=value on the command line.
+#pragma once
+
+#include "broker/value.h"
+#include "class_descriptions.h"
+
+#include <string>
+#include <vector>
+
+namespace phctl {
+
+// A value of the type from its text; `name` is for the error. Numbers may be hexadecimal (0x…), an array is a
+// list with commas, of which a backslash takes the meaning. Throws UsageError.
+broker::Value parseValue(const std::string& name, CMPIType type, const std::vector<std::string>& texts,
+                         const std::string& nameSpace);
+
+// The values of arguments such as "RequestedState=2", typed as they are declared; an array may be repeated. A
+// name that is not declared is taken as a string, for whoever gets it to decide, and reported to `unknown`.
+// Throws UsageError.
+broker::NamedValues parseArguments(const std::vector<std::string>& arguments,
+                                   const std::vector<Declaration>& declared, const std::string& nameSpace,
+                                   std::vector<std::string>& unknown);
+
+// An object path without a namespace gets `nameSpace`; a described class its usual spelling. Throws
+// UsageError.
+broker::ObjectPath parsePath(const std::string& text, const std::string& nameSpace);
+
+} // namespace phctl

@@ -1,0 +1,298 @@
+// bmc: makes the virtual BMC, and operates it from outside.
+#include "commands.h"
+#include "database.h"
+#include "errors.h"
+#include "instance_output.h"
+#include "ipmi_commands.h"
+#include "machine_text.h"
+#include "text_layout.h"
+#include "virtual-bmc/virtual_bmc.h"
+
+#include <charconv>
+#include <iostream>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <optional>
+
+namespace phctl {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct BmcOptions {
+    std::string stateFile; // empty: that of the database
+    std::string model;
+    bool replace = false;
+    bool json = false;
+    std::vector<std::string> parts;
+    std::string sensor;
+    std::string value;
+    bool isRaw = false;
+    std::vector<unsigned> states;
+    std::string availability;
+    std::vector<std::string> commands;
+    std::optional<unsigned> code, shortTo, late;
+    bool isSilent = false;
+    unsigned skip = 0, calls = 0;
+};
+using Options = std::shared_ptr<BmcOptions>;
+
+// The one that requests reach, unless another is named.
+fs::path stateFile(const BmcOptions& options) {
+    if (!options.stateFile.empty())
+        return fs::absolute(options.stateFile);
+    if (const auto row = sessionRow()) {
+        const auto settings = settingsOf(*row);
+        if (settings.interfaceType == ipmi::SessionSettings::VirtualBmc)
+            return settings.address;
+    }
+    return vbmc::defaultStateFile();
+}
+
+vbmc::VirtualBmc machine(const BmcOptions& options) {
+    const fs::path file = stateFile(options);
+    ipmi::SessionSettings settings;
+    settings.interfaceType = ipmi::SessionSettings::VirtualBmc;
+    settings.address = file;
+    requireBmc(settings);
+    return vbmc::VirtualBmc(file);
+}
+
+// A file, or the name of a model that is installed.
+fs::path modelFile(const std::string& model) {
+    if (fs::exists(model) || model.find('/') != std::string::npos)
+        return model;
+    const fs::path programs = fs::read_symlink("/proc/self/exe").parent_path();
+    const fs::path installed = programs / PH_MODEL_DIR / model;
+    for (const char* ending : {"", ".json"})
+        if (fs::path file = installed.string() + ending; fs::exists(file))
+            return file.lexically_normal();
+    return model;
+}
+
+int create(const Options& options) {
+    const fs::path file = stateFile(*options);
+    vbmc::create(file, modelFile(options->model),
+                 options->replace ? vbmc::Existing::Replace : vbmc::Existing::Refuse);
+    std::cout << "Created the virtual BMC " << file.string() << '\n';
+    if (!sessionRow()) {
+        ipmi::SessionSettings settings;
+        settings.interfaceType = ipmi::SessionSettings::VirtualBmc;
+        if (!options->stateFile.empty())
+            settings.address = file;
+        setSessionRow(rowOf(settings));
+        std::cout << "Requests go to it from now on (" << databaseFile().string() << ").\nNext: phctl sync\n";
+    }
+    return done;
+}
+
+int show(const Options& options) {
+    auto description = machine(*options).describe();
+    if (!options->parts.empty()) {
+        nlohmann::ordered_json wanted;
+        for (const std::string& part : options->parts) {
+            if (!description.contains(part)) {
+                std::string known;
+                for (const auto& item : description.items())
+                    known += (known.empty() ? "" : ", ") + item.key();
+                throw UsageError("the machine has no part " + part + ", only: " + known);
+            }
+            wanted[part] = description[part];
+        }
+        description = std::move(wanted);
+    }
+    if (options->json)
+        printJson(std::cout, description);
+    else
+        printMachine(std::cout, description);
+    return done;
+}
+
+template <class Number>
+std::optional<Number> number(std::string_view text) {
+    Number value{};
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    return error == std::errc{} && end == text.data() + text.size() ? std::optional(value) : std::nullopt;
+}
+
+int setReading(const Options& options) {
+    auto bmc = machine(*options);
+    if (options->isRaw) {
+        const auto raw = number<std::uint8_t>(options->value);
+        if (!raw)
+            throw UsageError('"' + options->value + "\" is no raw reading (0 to 255)");
+        bmc.setRawReading(options->sensor, *raw);
+    } else {
+        const auto value = number<double>(options->value);
+        if (!value)
+            throw UsageError('"' + options->value + "\" is no number");
+        bmc.setReading(options->sensor, *value);
+    }
+    return done;
+}
+
+int setStates(const Options& options) {
+    std::uint16_t bits = 0;
+    for (const unsigned state : options->states)
+        bits = static_cast<std::uint16_t>(bits | 1U << state);
+    machine(*options).setStates(options->sensor, bits);
+    return done;
+}
+
+constexpr std::pair<const char*, vbmc::Availability> availabilities[] = {
+    {"available", vbmc::Availability::Available},
+    {"unavailable", vbmc::Availability::Unavailable},
+    {"unreadable", vbmc::Availability::Unreadable},
+};
+
+int setAvailability(const Options& options) {
+    for (const auto& [name, availability] : availabilities)
+        if (options->availability == name)
+            machine(*options).setAvailability(options->sensor, availability);
+    return done;
+}
+
+int addFaults(const Options& options) {
+    vbmc::Fault fault{.kind = vbmc::Fault::Silent, .skip = options->skip, .calls = options->calls};
+    for (const auto& [value, kind] : {std::pair{options->code, vbmc::Fault::CompletionCode},
+                                      {options->shortTo, vbmc::Fault::ShortAnswer},
+                                      {options->late, vbmc::Fault::Late}})
+        if (value) {
+            fault.kind = kind;
+            fault.value = *value;
+        }
+    std::vector<IpmiCommand> commands;
+    for (const std::string& text : options->commands)
+        commands.push_back(parseIpmiCommand(text));
+    auto bmc = machine(*options);
+    for (const IpmiCommand& command : commands) {
+        fault.netFn = command.netFn;
+        fault.command = command.command;
+        bmc.addFault(fault);
+    }
+    return done;
+}
+
+int listFaults(const Options& options) {
+    Table table({"Command", "Fault", "After", "Calls"});
+    auto list = nlohmann::ordered_json::array();
+    for (const vbmc::Fault& fault : machine(*options).faults()) {
+        constexpr const char* kinds[] = {"completion code ",
+                                         "answer cut to bytes: ", "answer late by ms: ", "no answer"};
+        char code[8];
+        std::snprintf(code, sizeof code, "0x%02X", fault.value);
+        std::string text = kinds[fault.kind];
+        if (fault.kind == vbmc::Fault::CompletionCode)
+            text += code;
+        else if (fault.kind != vbmc::Fault::Silent)
+            text += std::to_string(fault.value);
+        table.add({toText(IpmiCommand{fault.netFn, fault.command}), text, std::to_string(fault.skip),
+                   fault.calls > 0 ? std::to_string(fault.calls) : "all"});
+        list.push_back({{"netFn", fault.netFn},
+                        {"command", fault.command},
+                        {"kind", fault.kind == vbmc::Fault::CompletionCode ? "completionCode"
+                                 : fault.kind == vbmc::Fault::ShortAnswer  ? "shortAnswer"
+                                 : fault.kind == vbmc::Fault::Late         ? "late"
+                                                                           : "silent"},
+                        {"value", fault.value},
+                        {"skip", fault.skip},
+                        {"calls", fault.calls}});
+    }
+    if (options->json)
+        printJson(std::cout, list);
+    else if (list.empty())
+        std::cout << "No faults\n";
+    else
+        table.print(std::cout, 0);
+    return done;
+}
+
+int clearFaults(const Options& options) {
+    machine(*options).clearFaults();
+    return done;
+}
+
+} // namespace
+
+void addBmcCommand(CLI::App& app, Chosen& chosen) {
+    CLI::App* bmc =
+        app.add_subcommand("bmc", "Make the virtual BMC, look at it, change it, make its commands fail");
+    bmc->require_subcommand(1);
+    bmc->footer("Examples:\n"
+                "  phctl bmc create sample-server\n"
+                "  phctl bmc show sensors\n"
+                "  phctl bmc set-reading 'CPU1 Temp' 98\n"
+                "  phctl bmc fault get-sensor-reading --code 0xC3 --calls 1");
+    const auto options = std::make_shared<BmcOptions>();
+    const auto add = [&](const char* name, const char* description, int (*run)(const Options&)) {
+        CLI::App* command = bmc->add_subcommand(name, description);
+        command->add_option("--state", options->stateFile,
+                            "State file of the machine, instead of the one that requests go to");
+        command->callback([&chosen, options, run] { chosen = [options, run] { return run(options); }; });
+        return command;
+    };
+    const auto addSensor = [&](CLI::App* command) {
+        command->add_option("SENSOR", options->sensor, "Name or number of the sensor")->required();
+    };
+
+    CLI::App* command = add("create", "Make a virtual BMC", create);
+    command->add_option("MODEL", options->model, "Model file, or name of an installed model")->required();
+    command->add_flag("--replace", options->replace, "Replace a machine that is there");
+    command->footer(
+        "Where the database does not say which BMC there is, requests go to the new one.\n\nExamples:\n"
+        "  phctl bmc create sample-server\n"
+        "  phctl bmc create my-model.json --state /tmp/other.state");
+
+    command = add("show", "Print the machine's state", show);
+    command->add_option("PART", options->parts, "Parts to print, such as device or sensors; else all");
+    command->add_flag("--json", options->json, "Print JSON");
+    command->footer("Example:\n  phctl bmc show sensors");
+
+    command = add("set-reading", "Set the reading of a threshold sensor", setReading);
+    addSensor(command);
+    command->add_option("VALUE", options->value, "Reading in the sensor's unit")->required();
+    command->add_flag("--raw", options->isRaw, "VALUE is the raw byte");
+    command->footer("Examples:\n  phctl bmc set-reading 'CPU1 Temp' 98\n  phctl bmc set-reading 5 -12.5");
+
+    command = add("set-states", "Set the states of a discrete sensor", setStates);
+    addSensor(command);
+    command->add_option("OFFSET", options->states, "State offsets that are asserted; without any, none is")
+        ->check(CLI::Range(0, 14));
+    command->footer("Example:\n  phctl bmc set-states 'PSU1 Status' 0 1");
+
+    std::vector<std::string> names;
+    for (const auto& [name, availability] : availabilities)
+        names.emplace_back(name);
+    command = add("set-availability", "Let a sensor have a reading, or none", setAvailability);
+    addSensor(command);
+    command->add_option("HOW", options->availability, "What Get Sensor Reading answers")
+        ->required()
+        ->check(CLI::IsMember(names));
+    command->footer("Example:\n  phctl bmc set-availability 'CPU1 Temp' unavailable");
+
+    command = add("fault", "Make commands fail", addFaults);
+    command->add_option("COMMAND", options->commands, "Name of an IPMI command, or NETFN:COMMAND")
+        ->required();
+    auto* kind = command->add_option_group("What goes wrong");
+    kind->add_option("--code", options->code, "The answer is this completion code")
+        ->check(CLI::Range(1, 255));
+    kind->add_option("--short", options->shortTo,
+                     "The answer is cut to so many bytes, completion code included")
+        ->check(CLI::Range(1, 255));
+    kind->add_option("--late", options->late, "The answer comes after so many milliseconds");
+    kind->add_flag("--silent", options->isSilent, "There is no answer");
+    kind->require_option(1);
+    command->add_option("--skip", options->skip, "So many calls go well first");
+    command->add_option("--calls", options->calls, "So many calls fail; 0: all until `bmc clear`")
+        ->capture_default_str();
+    command->footer("Names: " + ipmiCommandNames() +
+                    "\n\nExamples:\n"
+                    "  phctl bmc fault get-sensor-reading --code 0xC3\n"
+                    "  phctl bmc fault 0x0A:0x23 --short 5 --skip 2 --calls 1");
+
+    command = add("faults", "List the faults that are set", listFaults);
+    command->add_flag("--json", options->json, "Print JSON");
+    add("clear", "Remove all faults", clearFaults);
+}
+
+} // namespace phctl

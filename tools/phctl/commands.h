@@ -1,0 +1,18 @@
+// The commands: each function adds some to the program, and what they do to `chosen` when they are called.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <functional>
+
+namespace phctl {
+
+// Runs after the whole command line is understood; returns the exit status.
+using Chosen = std::function<int()>;
+
+void addInstanceCommands(CLI::App& app, Chosen& chosen);
+void addMethodCommand(CLI::App& app, Chosen& chosen);
+void addClassesCommand(CLI::App& app, Chosen& chosen);
+void addSyncCommand(CLI::App& app, Chosen& chosen);
+void addBmcCommand(CLI::App& app, Chosen& chosen);
+
+} // namespace phctl

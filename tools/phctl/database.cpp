@@ -1,0 +1,137 @@
+#include "database.h"
+
+#include "errors.h"
+#include "virtual-bmc/virtual_bmc.h"
+
+#include <cstdlib>
+#include <memory>
+#include <platform/sysroot.h>
+
+namespace phctl {
+namespace {
+
+using ipmi::SessionSettings;
+
+struct CloseDatabase {
+    void operator()(SMASH_DB_HANDLE handle) const { db_close(handle); }
+};
+using Database = std::unique_ptr<SmashDatabase, CloseDatabase>;
+
+Database open(int (*opener)(SMASH_DB_HANDLE*)) {
+    SMASH_DB_HANDLE handle = nullptr;
+    if (opener(&handle) != 0)
+        throw Failure(db_last_error());
+    return Database(handle);
+}
+
+int number(const char* text) {
+    return static_cast<int>(std::strtol(text, nullptr, 0));
+}
+
+template <std::size_t size>
+void copy(char (&field)[size], const std::string& text, const char* what) {
+    if (text.size() >= size)
+        throw UsageError(std::string(what) + " is longer than " + std::to_string(size - 1) + " characters");
+    text.copy(field, size - 1);
+    field[text.size()] = '\0';
+}
+
+} // namespace
+
+void checkSysroot() {
+    const char* root = secure_getenv("PH_SYSROOT");
+    if (root != nullptr && !std::filesystem::is_directory(root))
+        throw UsageError(std::string("PH_SYSROOT names \"") + root + "\", which is no folder");
+}
+
+std::filesystem::path databaseFile() {
+    char path[4096];
+    if (PH_SysrootPath("/conf/smash.db", path, sizeof path) != 0)
+        throw UsageError("PH_SYSROOT is too long");
+    return path;
+}
+
+std::optional<IPMISessionInfo> sessionRow() {
+    if (!exists(databaseFile()))
+        return {};
+    const Database database = open(db_init);
+    IPMISessionInfo* row = nullptr;
+    if (db_get_ipmi_session_info(database.get(), &row) != 0)
+        return {};
+    const std::unique_ptr<IPMISessionInfo, decltype(&std::free)> owner(row, std::free);
+    return *row;
+}
+
+void setSessionRow(const IPMISessionInfo& row) {
+    create_directories(databaseFile().parent_path());
+    const Database database = open(smash_db_init);
+    if (db_set_ipmi_session_info(database.get(), &row) != 0)
+        throw Failure(db_last_error());
+}
+
+SessionSettings settingsOf(const IPMISessionInfo& row) {
+    SessionSettings settings{.address = row.address,
+                             .port = row.port,
+                             .userName = row.userName,
+                             .password = row.password,
+                             .interfaceType = number(row.interfaceType),
+                             .cipherSuite = number(row.cipherSuite),
+                             .workaroundFlags = number(row.workaroundFlags),
+                             .retransmission = number(row.retransmission)};
+    if (const int privilege = number(row.privilegeLevel); privilege != 0)
+        settings.privilegeLevel = privilege;
+    if (settings.interfaceType == SessionSettings::VirtualBmc && settings.address.empty())
+        settings.address = vbmc::defaultStateFile();
+    return settings;
+}
+
+IPMISessionInfo rowOf(const SessionSettings& settings) {
+    IPMISessionInfo row{};
+    copy(row.address, settings.address, "the address");
+    row.port = settings.port;
+    copy(row.userName, settings.userName, "the user name");
+    copy(row.password, settings.password, "the password");
+    copy(row.interfaceType, std::to_string(settings.interfaceType), "the interface type");
+    copy(row.cipherSuite, std::to_string(settings.cipherSuite), "the cipher suite");
+    copy(row.workaroundFlags, std::to_string(settings.workaroundFlags), "the workaround flags");
+    copy(row.retransmission, std::to_string(settings.retransmission), "the retransmission time");
+    copy(row.privilegeLevel, std::to_string(settings.privilegeLevel), "the privilege level");
+    return row;
+}
+
+std::string describe(const SessionSettings& settings) {
+    switch (settings.interfaceType) {
+    case SessionSettings::Lan:
+        return "the BMC at " + settings.address + ':' + std::to_string(settings.port) + " (user " +
+               (settings.userName.empty() ? "of no name" : settings.userName) + ')';
+    case SessionSettings::LocalDevice:
+        return "this machine's BMC";
+    default:
+        return "the virtual BMC " + settings.address;
+    }
+}
+
+void requireBmc(const SessionSettings& settings) {
+    if (settings.interfaceType == SessionSettings::VirtualBmc && !std::filesystem::exists(settings.address))
+        throw Failure("there is no virtual BMC " + settings.address + ": run `phctl bmc create MODEL` first");
+}
+
+std::string diagnose() {
+    constexpr int secondsToAnswer = 3;
+    try {
+        if (!exists(databaseFile()))
+            return "there is no database " + databaseFile().string() + ": run `phctl sync` first";
+        const auto row = sessionRow();
+        if (!row)
+            return databaseFile().string() + " does not say where the BMC is: run `phctl sync --help`";
+        SessionSettings settings = settingsOf(*row);
+        requireBmc(settings);
+        settings.timeout = secondsToAnswer;
+        ipmi::openTransport(settings);
+    } catch (const std::exception& error) {
+        return error.what();
+    }
+    return db_last_error();
+}
+
+} // namespace phctl

@@ -1,0 +1,35 @@
+// The SMASH database's session row, and why requests fail that need it.
+#pragma once
+
+#include "ipmi/transport.h"
+
+#include <filesystem>
+#include <optional>
+#include <platform/smash_db.h>
+#include <string>
+
+namespace phctl {
+
+// Throws UsageError when PH_SYSROOT names no folder.
+void checkSysroot();
+std::filesystem::path databaseFile();
+
+// The session row; nothing when there is no database, or no row in it. Throws Failure when the database
+// cannot be read.
+std::optional<IPMISessionInfo> sessionRow();
+// Creates the database when it is missing. Throws Failure.
+void setSessionRow(const IPMISessionInfo& row);
+
+ipmi::SessionSettings settingsOf(const IPMISessionInfo& row);
+IPMISessionInfo rowOf(const ipmi::SessionSettings& settings);
+
+// "the BMC at 192.0.2.7:623 (user admin)"
+std::string describe(const ipmi::SessionSettings& settings);
+
+// A virtual BMC that was never made. Throws Failure, which says what to do.
+void requireBmc(const ipmi::SessionSettings& settings);
+
+// What is wrong with the database or the BMC, where something is; empty otherwise.
+std::string diagnose();
+
+} // namespace phctl

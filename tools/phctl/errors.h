@@ -1,0 +1,20 @@
+// How a command ends that does not succeed: one line on stderr, and an exit status.
+#pragma once
+
+#include <stdexcept>
+
+namespace phctl {
+
+enum ExitStatus { done = 0, failed = 1, wrongUsage = 2 };
+
+// The command cannot be meant like this.
+struct UsageError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+// The request was refused, or failed.
+struct Failure : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+} // namespace phctl

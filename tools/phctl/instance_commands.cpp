@@ -1,0 +1,226 @@
+// ei, ein, gi, mi, ci, di: the operations on instances.
+#include "arguments.h"
+#include "commands.h"
+#include "errors.h"
+#include "instance_output.h"
+#include "requests.h"
+#include "text_layout.h"
+
+#include <iostream>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <unistd.h>
+
+namespace phctl {
+namespace {
+
+using broker::Request;
+using Operation = Request::Operation;
+
+struct InstanceOptions : RequestOptions {
+    std::string target; // a class, or an object path
+    std::vector<std::string> properties, values;
+};
+using Options = std::shared_ptr<InstanceOptions>;
+
+broker::PropertyList propertyList(const Options& options) {
+    return options->properties.empty() ? broker::PropertyList() : options->properties;
+}
+
+void checkProperties(const broker::PropertyList& names, const std::string& className, Remarks& remarks) {
+    const ClassDescription* description = describe(className);
+    if (!names || description == nullptr)
+        return;
+    const auto known = namesOf(description->properties);
+    for (const std::string& name : *names)
+        if (std::none_of(known.begin(), known.end(),
+                         [&](const std::string& each) { return broker::sameName(each, name); }))
+            remarks.unknown(description->name, "property", name, known);
+}
+
+broker::ObjectPath classPath(const InstanceOptions& options) {
+    broker::ObjectPath path = parsePath(options.target, options.nameSpace);
+    if (!path.keys.empty())
+        throw UsageError("expected a class instead of the object path " + options.target);
+    return path;
+}
+
+broker::ObjectPath instancePath(const InstanceOptions& options) {
+    return parsePath(options.target, options.nameSpace);
+}
+
+// A new instance with the values of the command line.
+broker::Instance givenInstance(const InstanceOptions& options, broker::ObjectPath path, Remarks& remarks) {
+    broker::Instance instance{.path = std::move(path), .properties = {}};
+    const ClassDescription* description = describe(instance.path.className);
+    const auto declared = description != nullptr ? description->properties : std::vector<Declaration>();
+    std::vector<std::string> unknown;
+    instance.properties = parseArguments(options.values, declared, options.nameSpace, unknown);
+    if (description != nullptr)
+        for (const std::string& name : unknown)
+            remarks.unknown(description->name, "property", name, namesOf(declared));
+    return instance;
+}
+
+int enumerateInstances(const Options& options) {
+    const auto wanted = propertyList(options);
+    Remarks remarks;
+    const auto path = classPath(*options);
+    checkProperties(wanted, path.className, remarks);
+    const auto reply = Requester(*options).execute(
+        {.operation = Operation::EnumerateInstances, .path = path, .properties = wanted}, remarks);
+    if (options->json) {
+        auto list = nlohmann::ordered_json::array();
+        for (const broker::Instance& instance : reply.instances)
+            list.push_back(toJson(instance));
+        printJson(std::cout, list);
+    } else {
+        printInstances(std::cout, reply.instances, wanted, terminalWidth(STDOUT_FILENO));
+    }
+    return done;
+}
+
+int enumerateNames(const Options& options) {
+    const auto reply = Requester(*options).execute(
+        {.operation = Operation::EnumerateInstanceNames, .path = classPath(*options)});
+    auto list = nlohmann::ordered_json::array();
+    for (const broker::ObjectPath& path : reply.paths) {
+        list.push_back(broker::toText(path));
+        if (!options->json)
+            std::cout << printable(broker::toText(path)) << '\n';
+    }
+    if (options->json)
+        printJson(std::cout, list);
+    return done;
+}
+
+int getInstance(const Options& options) {
+    const auto wanted = propertyList(options);
+    Remarks remarks;
+    const auto path = instancePath(*options);
+    checkProperties(wanted, path.className, remarks);
+    const auto reply = Requester(*options).execute(
+        {.operation = Operation::GetInstance, .path = path, .properties = wanted}, remarks);
+    if (reply.instances.empty())
+        throw Failure("the provider returned no instance");
+    if (options->json)
+        printJson(std::cout, toJson(reply.instances.front()));
+    else
+        printInstance(std::cout, reply.instances.front(), wanted);
+    return done;
+}
+
+int modifyInstance(const Options& options) {
+    Remarks remarks;
+    broker::Instance instance = givenInstance(*options, instancePath(*options), remarks);
+    std::vector<std::string> names;
+    for (const auto& property : instance.properties)
+        names.push_back(property.name);
+    Requester(*options).execute({.operation = Operation::ModifyInstance,
+                                 .path = instance.path,
+                                 .instance = instance,
+                                 .properties = names},
+                                remarks);
+    if (!options->json)
+        std::cout << "Changed " << printable(broker::toText(instance.path)) << '\n';
+    else
+        printJson(std::cout, {{"path", broker::toText(instance.path)}});
+    return done;
+}
+
+int createInstance(const Options& options) {
+    Remarks remarks;
+    const broker::Instance instance = givenInstance(*options, classPath(*options), remarks);
+    const auto reply = Requester(*options).execute(
+        {.operation = Operation::CreateInstance, .path = instance.path, .instance = instance}, remarks);
+    nlohmann::ordered_json created = nullptr;
+    if (!reply.paths.empty())
+        created = broker::toText(reply.paths.front());
+    if (options->json)
+        printJson(std::cout, {{"path", created}});
+    else
+        std::cout << "Created " << (created.is_null() ? "an instance" : printable(created.get<std::string>()))
+                  << '\n';
+    return done;
+}
+
+int deleteInstance(const Options& options) {
+    const auto path = instancePath(*options);
+    Requester(*options).execute({.operation = Operation::DeleteInstance, .path = path});
+    if (options->json)
+        printJson(std::cout, {{"path", broker::toText(path)}});
+    else
+        std::cout << "Deleted " << printable(broker::toText(path)) << '\n';
+    return done;
+}
+
+struct Verb {
+    const char* name;
+    const char* longName;
+    const char* description;
+    const char* target;
+    bool takesProperties;
+    bool takesValues;
+    int (*run)(const Options&);
+    const char* examples;
+};
+
+constexpr char pathExample[] =
+    "'CIM_HostComputerSystem.Name=\"host\",CreationClassName=\"CIM_HostComputerSystem\"'";
+
+constexpr Verb verbs[] = {
+    {"ei", "enumerate-instances", "Print all instances of a class", "CLASS", true, false, enumerateInstances,
+     "phctl ei CIM_HostComputerSystem\n"
+     "  phctl ei CIM_NumericSensor --properties ElementName,CurrentReading,BaseUnits,CurrentState\n"
+     "  phctl ei CIM_Sensor --json"},
+    {"ein", "enumerate-instance-names", "Print the object paths of all instances of a class", "CLASS", false,
+     false, enumerateNames, "phctl ein CIM_NumericSensor"},
+    {"gi", "get-instance", "Print one instance", "PATH", true, false, getInstance,
+     "phctl gi \"$(phctl ein CIM_NumericSensor | head -n 1)\"\n"
+     "  phctl gi {path}"},
+    {"mi", "modify-instance", "Change properties of an instance", "PATH", false, true, modifyInstance,
+     "phctl mi {path} ElementName=rack-7"},
+    {"ci", "create-instance", "Create an instance", "CLASS", false, true, createInstance,
+     "phctl ci CIM_ListenerDestinationCIMXML Destination=http://192.0.2.1:5988/"},
+    {"di", "delete-instance", "Delete an instance", "PATH", false, false, deleteInstance, "phctl di {path}"},
+};
+
+std::string withPath(std::string text) {
+    constexpr std::string_view mark = "{path}";
+    const std::size_t place = text.find(mark);
+    return place == std::string::npos ? text : text.replace(place, mark.size(), pathExample);
+}
+
+} // namespace
+
+void addInstanceCommands(CLI::App& app, Chosen& chosen) {
+    for (const Verb& verb : verbs) {
+        CLI::App* command = app.add_subcommand(verb.name, verb.description);
+        command->alias(verb.longName);
+        command->footer("Examples:\n  " + withPath(verb.examples));
+        const auto options = std::make_shared<InstanceOptions>();
+        const bool isClass = std::string_view(verb.target) == "CLASS";
+        command
+            ->add_option(verb.target, options->target,
+                         isClass ? "Class name" : "Object path, in single quotes for the shell")
+            ->required();
+        if (verb.takesValues)
+            command
+                ->add_option(
+                    "VALUES", options->values,
+                    "Name=value, typed as the class says; arrays with commas (a\\,b is one element), or "
+                    "repeated")
+                ->required();
+        if (verb.takesProperties)
+            command
+                ->add_option("--properties", options->properties,
+                             "Names of the wanted properties, with commas")
+                ->delimiter(',')
+                ->allow_extra_args(false);
+        options->addTo(*command);
+        command->callback(
+            [&chosen, options, run = verb.run] { chosen = [options, run] { return run(options); }; });
+    }
+}
+
+} // namespace phctl

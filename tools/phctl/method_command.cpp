@@ -1,0 +1,163 @@
+// cm: calls a method, and follows the job that it starts.
+#include "arguments.h"
+#include "commands.h"
+#include "errors.h"
+#include "instance_output.h"
+#include "requests.h"
+#include "text_layout.h"
+
+#include <chrono>
+#include <iostream>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <thread>
+
+namespace phctl {
+namespace {
+
+using broker::Value;
+using Operation = broker::Request::Operation;
+
+struct MethodOptions : RequestOptions {
+    std::string path, method;
+    std::vector<std::string> arguments;
+    bool wait = false;
+    unsigned timeout = 300;
+};
+
+// Method values of CIM_EnabledLogicalElement and its kin; any other one is a refusal.
+constexpr std::uint64_t completed = 0;
+constexpr std::uint64_t jobStarted = 4096;
+
+// CIM_ConcreteJob.JobState: 7 completed; what follows are the other ends.
+constexpr std::uint64_t jobCompleted = 7;
+
+broker::Request makeRequest(const MethodOptions& options, Remarks& remarks) {
+    broker::Request request{.operation = Operation::InvokeMethod,
+                            .path = parsePath(options.path, options.nameSpace),
+                            .method = options.method};
+    std::vector<Declaration> parameters;
+    std::vector<std::string> unknown;
+    const ClassDescription* description = describe(request.path.className);
+    const MethodDescription* method = description != nullptr ? description->method(options.method) : nullptr;
+    if (method != nullptr) {
+        request.method = method->name;
+        for (const Declaration& parameter : method->parameters)
+            if (!parameter.isOut)
+                parameters.push_back(parameter);
+    }
+    request.arguments = parseArguments(options.arguments, parameters, options.nameSpace, unknown);
+    if (method != nullptr)
+        for (const std::string& name : unknown)
+            remarks.unknown(description->name + '.' + method->name, "argument", name, namesOf(parameters));
+    else if (description != nullptr)
+        remarks.unknown(description->name, "method", options.method, namesOf(description->methods));
+    return request;
+}
+
+const broker::ObjectPath* returnedJob(const broker::NamedValues& arguments) {
+    for (const auto& argument : arguments)
+        if (const auto* path = argument.value.as<Value::Reference>())
+            if (broker::sameName((*path)->className, "CIM_ConcreteJob"))
+                return path->get();
+    return nullptr;
+}
+
+std::uint64_t stateOf(const broker::Instance& job) {
+    const Value* state = broker::find(job.properties, "JobState");
+    const auto* number = state != nullptr ? state->as<std::uint64_t>() : nullptr;
+    if (number == nullptr)
+        throw Failure("the job " + broker::toText(job.path) + " has no JobState");
+    return *number;
+}
+
+// The job when it has ended.
+broker::Instance follow(Requester& requester, broker::ObjectPath path, const MethodOptions& options) {
+    using Clock = std::chrono::steady_clock;
+    constexpr std::chrono::milliseconds pause(250);
+    if (path.nameSpace.empty())
+        path.nameSpace = options.nameSpace;
+    const auto end = Clock::now() + std::chrono::seconds(options.timeout);
+    for (;;) {
+        const auto reply = requester.execute({.operation = Operation::GetInstance, .path = path});
+        if (reply.instances.empty())
+            throw Failure("the provider returned no instance of the job " + broker::toText(path));
+        if (stateOf(reply.instances.front()) >= jobCompleted)
+            return reply.instances.front();
+        if (Clock::now() >= end)
+            throw Failure("the job " + broker::toText(path) + " did not end within " +
+                          std::to_string(options.timeout) + " s");
+        std::this_thread::sleep_for(pause);
+    }
+}
+
+// Instances, as GetErrors returns them, one below the other.
+void printArgument(const std::string& name, const Value& value) {
+    Value::Array elements;
+    if (const auto* array = value.as<Value::Array>())
+        elements = *array;
+    else
+        elements.push_back(value);
+    if (elements.empty() || elements.front().as<Value::Embedded>() == nullptr) {
+        std::cout << name << " = " << valueText(value) << '\n';
+        return;
+    }
+    for (std::size_t i = 0; i < elements.size(); ++i) {
+        std::cout << name << (value.isArray() ? '[' + std::to_string(i) + ']' : "") << " = ";
+        if (const auto* instance = elements[i].as<Value::Embedded>())
+            printInstance(std::cout, **instance, {});
+    }
+}
+
+int callMethod(const MethodOptions& options) {
+    Remarks remarks;
+    const broker::Request request = makeRequest(options, remarks);
+    Requester requester(options);
+    const broker::Reply reply = requester.execute(request, remarks);
+    const Value result = reply.values.empty() ? Value{} : reply.values.front();
+    const auto* number = result.as<std::uint64_t>();
+    bool succeeded = number == nullptr || *number == completed || *number == jobStarted;
+
+    nlohmann::ordered_json json{{"returnValue", toJson(result)}, {"arguments", toJson(reply.arguments)}};
+    if (!options.json) {
+        std::cout << "ReturnValue = " << valueText(result) << '\n';
+        for (const auto& [name, value] : reply.arguments)
+            printArgument(name, value);
+        std::cout.flush(); // the job may take a while
+    }
+    const broker::ObjectPath* path = options.wait ? returnedJob(reply.arguments) : nullptr;
+    if (path != nullptr) {
+        const broker::Instance job = follow(requester, *path, options);
+        succeeded = succeeded && stateOf(job) == jobCompleted;
+        json["job"] = toJson(job);
+        if (!options.json)
+            printInstance(std::cout, job, {});
+    }
+    if (options.json)
+        printJson(std::cout, json);
+    return succeeded ? done : failed;
+}
+
+} // namespace
+
+void addMethodCommand(CLI::App& app, Chosen& chosen) {
+    CLI::App* command = app.add_subcommand("cm", "Call a method of an instance");
+    command->alias("call-method")->alias("invoke-method");
+    command->footer(
+        "Exit status 1 when the method's value is neither 0 (completed) nor 4096 (job started), or the "
+        "awaited job\nended otherwise than completed.\n\nExamples:\n"
+        "  phctl cm \"$(phctl ein CIM_HostComputerSystem)\" RequestStateChange RequestedState=2 --wait\n"
+        "  phctl cm 'CIM_ConcreteJob.InstanceID=\"1\"' GetErrors");
+    const auto options = std::make_shared<MethodOptions>();
+    command->add_option("PATH", options->path, "Object path, in single quotes for the shell")->required();
+    command->add_option("METHOD", options->method, "Method name")->required();
+    command->add_option(
+        "ARGUMENTS", options->arguments,
+        "Name=value, typed as the class says; arrays with commas (a\\,b is one element), or repeated");
+    command->add_flag("--wait", options->wait, "Follow the job that the method returns to its end");
+    command->add_option("--timeout", options->timeout, "Seconds to wait for it")->capture_default_str();
+    options->addTo(*command);
+    command->callback([&chosen, options] { chosen = [options] { return callMethod(*options); }; });
+}
+
+} // namespace phctl

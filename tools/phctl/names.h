@@ -1,0 +1,16 @@
+// Suggestions for mistyped names.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace phctl {
+
+// The candidate that `name` was likely meant to be; empty when none is near. Case does not count.
+std::string nearest(std::string_view name, const std::vector<std::string>& candidates);
+
+// "; did you mean X?", or nothing.
+std::string didYouMean(std::string_view name, const std::vector<std::string>& candidates);
+
+} // namespace phctl

@@ -1,0 +1,48 @@
+#include "progress.h"
+
+#include <ostream>
+#include <utility>
+
+namespace phctl {
+namespace {
+
+constexpr std::string_view eraseLine = "\r\x1B[K";
+
+std::string_view title(std::string_view phase) {
+    constexpr std::pair<std::string_view, std::string_view> titles[] = {
+        {"device", "Identification"},
+        {"SDR", "Sensor data records"},
+        {"FRU", "Inventory (FRU)"},
+        {"database", "Database"},
+    };
+    for (const auto& [name, text] : titles)
+        if (name == phase)
+            return text;
+    return phase;
+}
+
+} // namespace
+
+void Progress::show(std::string_view phase, std::size_t step, std::size_t total) {
+    if (isTerminal_) {
+        out_ << eraseLine << title(phase) << ": " << step << " of " << total << std::flush;
+        isShown_ = true;
+        return;
+    }
+    const std::size_t quarter = total > 0 ? 4 * step / total : 4;
+    if (phase == phase_ && quarter == quarter_)
+        return;
+    const bool isNew = phase != phase_;
+    phase_ = phase;
+    quarter_ = quarter;
+    if (quarter > 0 || (isNew && total > 1))
+        out_ << title(phase) << ": " << step << " of " << total << std::endl;
+}
+
+void Progress::clear() {
+    if (isShown_)
+        out_ << eraseLine << std::flush;
+    isShown_ = false;
+}
+
+} // namespace phctl

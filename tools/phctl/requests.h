@@ -1,0 +1,46 @@
+// Requests to the providers, through the embedded broker.
+#pragma once
+
+#include "broker/broker.h"
+#include "class_descriptions.h"
+
+#include <CLI/CLI.hpp>
+#include <string>
+#include <vector>
+
+namespace phctl {
+
+// Options of every command that asks the providers.
+struct RequestOptions {
+    bool json = false;
+    std::string nameSpace = "root/cimv2";
+    std::string module; // empty: where the installation has it
+    std::string user;
+
+    void addTo(CLI::App& command);
+};
+
+// What a request says of names that no class description has.
+class Remarks {
+public:
+    // "CIM_X has no <kind> <name>; did you mean …?"
+    void unknown(const std::string& className, const char* kind, const std::string& name,
+                 const std::vector<std::string>& candidates);
+    const std::string& text() const { return text_; }
+
+private:
+    std::string text_;
+};
+
+class Requester {
+public:
+    explicit Requester(const RequestOptions& options);
+
+    // Executes the request. Remarks go to stderr, with the error when it fails. Throws Failure.
+    broker::Reply execute(const broker::Request& request, const Remarks& remarks = {});
+
+private:
+    broker::Broker broker_;
+};
+
+} // namespace phctl
