@@ -1,0 +1,83 @@
+// cm: method values, out-arguments, and the jobs that methods start.
+#include "phctl_fixture.h"
+
+#include <chrono>
+#include <platform/smash_db.h>
+
+namespace {
+
+using ph_test::Outcome;
+using ph_test::phctl;
+using testing::ContainsRegex;
+using testing::HasSubstr;
+
+using Methods = ph_test::PhctlTest;
+
+// A call of the job provider's method.
+Outcome start(const std::string& method, const std::string& polls, const std::string& end,
+              const std::vector<std::string>& options) {
+    std::vector<std::string> arguments = {
+        "cm", "CIM_Thing.Name=\"x\"", method, "Polls=" + polls, "End=" + end, "--module", PH_JOB_MODULE};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    return phctl(arguments);
+}
+
+TEST_F(Methods, aJobIsFollowedToItsEnd) {
+    const struct {
+        const char* method;
+        const char* end;
+        int status;
+    } cases[] = {{"Start", "7", 0}, {"Start", "10", 1}, {"Start", "8", 1}, {"Refuse", "7", 1}};
+    for (const auto& each : cases) {
+        const Outcome outcome = start(each.method, "2", each.end, {"--wait"});
+        EXPECT_EQ(outcome.status, each.status) << each.method << ' ' << each.end << outcome.err;
+        const std::string path = "root/cimv2:CIM_ConcreteJob.InstanceID=\"2:" + std::string(each.end) + '"';
+        EXPECT_THAT(outcome.out, HasSubstr("\nJob = " + path + '\n' + path + "\n  InstanceID = \"2:" +
+                                           each.end + "\"\n  JobState   = " + each.end + '\n'));
+    }
+    const auto json = start("Start", "1", "7", {"--wait", "--json"}).json();
+    EXPECT_EQ(json["returnValue"], 4096);
+    EXPECT_EQ(json["arguments"]["Job"], "root/cimv2:CIM_ConcreteJob.InstanceID=\"1:7\"");
+    EXPECT_EQ(json["job"]["properties"]["JobState"], 7);
+}
+
+TEST_F(Methods, aJobIsNotFollowedUnlessAskedFor) {
+    const Outcome outcome = start("Start", "1000", "7", {});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.out, "ReturnValue = 4096\nJob = root/cimv2:CIM_ConcreteJob.InstanceID=\"1000:7\"\n");
+    EXPECT_EQ(start("Refuse", "1000", "7", {}).status, 1);
+}
+
+TEST_F(Methods, waitingHasAnEnd) {
+    const auto begin = std::chrono::steady_clock::now();
+    const Outcome outcome = start("Start", "1000", "7", {"--wait", "--timeout", "1"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, HasSubstr("did not end within 1 s"));
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1));
+}
+
+TEST_F(Methods, errorsOfAJobArePrintedAsInstances) {
+    SMASH_DB_HANDLE database = nullptr;
+    ASSERT_EQ(tmp_db_init(&database), 0);
+    const ConcreteJobRow job{"Host_RequestStateChange", "ConcreteJob", 10, "Exception", 1, "5", "17,6", 100};
+    char id[64];
+    ASSERT_EQ(db_set_concretejob(database, &job, id), 0);
+    JobErrorRow error{0, 3, 0, "", 0, 1};
+    std::snprintf(error.errorSource, sizeof error.errorSource, "%s", id);
+    ASSERT_EQ(db_set_error_info(database, &error), 0);
+    db_close(database);
+
+    const std::string path = "CIM_ConcreteJob.InstanceID=\"" + std::string(id) + '"';
+    EXPECT_THAT(
+        succeed({"cm", path, "geterrors"}).out,
+        ContainsRegex("^ReturnValue = 0\nErrors\\[0\\] = root/cimv2:CIM_Error\n  ErrorSource +=.*\n"));
+    EXPECT_EQ(succeed({"cm", path, "GetErrors", "--json"})
+                  .json()["arguments"]["Errors"][0]["properties"]["CIMStatusCode"],
+              1);
+    EXPECT_THAT(succeed({"ei", "CIM_ConcreteJob"}).out,
+                HasSubstr("  TimeBeforeRemoval  = 00000000000500.000000:000\n"));
+    EXPECT_EQ(succeed({"di", path}).out, "Deleted root/cimv2:" + path + '\n');
+    EXPECT_THAT(fail({"gi", path}, 1), HasSubstr("Failed to Get Instance"));
+}
+
+} // namespace

@@ -1,0 +1,176 @@
+// Requests through phctl to the virtual BMC.
+#include "phctl_fixture.h"
+
+#include <map>
+#include <sstream>
+
+namespace {
+
+using ph_test::Outcome;
+using ph_test::phctl;
+using testing::AllOf;
+using testing::ContainsRegex;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+using Requests = ph_test::PhctlTest;
+
+std::vector<std::string> lines(const std::string& text) {
+    std::vector<std::string> all;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);)
+        all.push_back(line);
+    return all;
+}
+
+TEST_F(Requests, namesAndInstancesAgree) {
+    const auto instances = succeed({"enumerate-instances", "CIM_HostComputerSystem", "--json"}).json();
+    ASSERT_EQ(instances.size(), 1u);
+    const auto path = instances[0]["path"].get<std::string>();
+    EXPECT_EQ(succeed({"ein", "CIM_HostComputerSystem"}).out, path + '\n');
+    EXPECT_EQ(succeed({"ein", "cim_hostcomputersystem", "--json"}).json(), nlohmann::json({path}));
+    EXPECT_EQ(succeed({"get-instance", path, "--json"}).json(), instances[0]);
+    EXPECT_EQ(instances[0]["properties"]["EnabledState"], 2);
+    EXPECT_THAT(succeed({"gi", path}).out, AllOf(StartsWith(path + "\n  Name "), HasSubstr(" = {2}\n")));
+}
+
+TEST_F(Requests, readingsAreThoseOfTheMachine) {
+    std::map<std::string, nlohmann::json> machine;
+    const auto shown = succeed({"bmc", "show", "sensors", "--json"}).json();
+    for (const auto& sensor : shown["sensors"])
+        machine[sensor["name"]] = sensor;
+    std::size_t compared = 0;
+    for (const auto& instance : succeed({"ei", "CIM_NumericSensor", "--json"}).json()) {
+        const auto& properties = instance["properties"];
+        const auto name = properties["ElementName"].get<std::string>();
+        const auto& sensor = machine.at(name.substr(0, name.find('(')));
+        // The library converts without linearization, publishes a raw 0 as 0, and none for what is
+        // unavailable.
+        if (!properties["IsLinear"] || sensor["availability"] != "available" || sensor["raw"] == 0)
+            continue;
+        EXPECT_NEAR(properties["CurrentReading"].get<double>() / 100, sensor["value"].get<double>(), 0.0051)
+            << name;
+        ++compared;
+    }
+    EXPECT_GE(compared, 40u);
+    // One that cannot be read has a name, and no instance.
+    EXPECT_THAT(succeed({"ein", "CIM_NumericSensor"}).out, HasSubstr("Riser2 Temp"));
+    EXPECT_THAT(succeed({"ei", "CIM_NumericSensor"}).out, Not(HasSubstr("Riser2 Temp")));
+}
+
+TEST_F(Requests, propertiesMakeATableOfTheirs) {
+    const auto table = lines(succeed({"ei", "CIM_NumericSensor", "--properties",
+                                      "ElementName,CurrentReading,BaseUnits,CurrentState"})
+                                 .out);
+    ASSERT_GT(table.size(), 40u);
+    EXPECT_THAT(table[0], ContainsRegex("^ElementName +CurrentReading +Reading +BaseUnits +CurrentState$"));
+    EXPECT_THAT(table[1], ContainsRegex("^Inlet Temp\\(1\\.32\\.0\\) +2400 +24\\.00 degrees C +1 +Normal$"));
+    // The list goes down to the provider: what it does not name is not there.
+    const auto one =
+        succeed({"ei", "CIM_Sensor", "--properties", "CurrentState", "--json"}).json()[0]["properties"];
+    EXPECT_TRUE(one.contains("CurrentState"));
+    EXPECT_FALSE(one.contains("ElementName"));
+}
+
+TEST_F(Requests, unknownPropertiesAreToldAndTheRestIsServed) {
+    const Outcome outcome = phctl({"ei", "CIM_Sensor", "--properties", "CurentState"});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err,
+              "phctl: warning: CIM_Sensor has no property CurentState; did you mean CurrentState?\n");
+    EXPECT_THAT(outcome.out, StartsWith("CurentState\n-\n"));
+}
+
+TEST_F(Requests, linesAreCutToATerminalOnly) {
+    const std::vector<std::string> command = {"ei", "CIM_NumericSensor", "--properties",
+                                              "ElementName,Description"};
+    const auto onTerminal = ph_test::phctlOnTerminal(command, 40);
+    EXPECT_EQ(onTerminal.status, 0);
+    EXPECT_THAT(onTerminal.out, HasSubstr("…\n"));
+    for (const std::string& line : lines(onTerminal.out))
+        EXPECT_LE(line.size(), 40 + std::string("…").size() - 1) << line;
+    EXPECT_THAT(succeed(command).out, Not(HasSubstr("…")));
+}
+
+TEST_F(Requests, changedSensorsAreSeen) {
+    succeed({"bmc", "set-reading", "Inlet Temp", "3"});
+    auto sensor = numericSensor("Inlet Temp");
+    EXPECT_EQ(sensor["properties"]["CurrentReading"], 300);
+    EXPECT_EQ(sensor["properties"]["CurrentState"], "Lower Non-Critical");
+    EXPECT_THAT(succeed({"gi", sensor["path"]}).out, HasSubstr("= 300  (3.00 degrees C)\n"));
+    succeed({"bmc", "set-reading", "1", "--raw", "24"});
+    EXPECT_EQ(numericSensor("Inlet Temp")["properties"]["CurrentReading"], 2400);
+
+    succeed({"bmc", "set-states", "PSU1 Status", "0", "1"});
+    EXPECT_EQ(instance("CIM_Sensor", "DeviceID", "32.65.0.8.6f.1:")["properties"]["CurrentState"],
+              "Power Supply Failure detected Assert");
+    succeed({"bmc", "set-states", "PSU1 Status", "0"});
+    EXPECT_EQ(instance("CIM_Sensor", "DeviceID", "32.65.0.8.6f.1:")["properties"]["CurrentState"],
+              "Power Supply Failure detected Deassert");
+
+    succeed({"bmc", "set-availability", "FAN1", "unavailable"});
+    EXPECT_EQ(numericSensor("FAN1")["properties"]["EnabledState"], 5);
+    succeed({"bmc", "set-availability", "FAN1", "available"});
+    EXPECT_EQ(numericSensor("FAN1")["properties"]["EnabledState"], 2);
+}
+
+TEST_F(Requests, faultsStrikeUntilTheyAreCleared) {
+    const auto served = [] { return succeed({"ei", "CIM_NumericSensor", "--json"}).json().size(); };
+    const auto all = served();
+    succeed({"bmc", "fault", "get-sensor-reading", "--code", "0xC3", "--skip", "1", "--calls", "1"});
+    EXPECT_EQ(served(), all - 1);
+    EXPECT_EQ(succeed({"bmc", "faults"}).out, "No faults\n");
+    succeed({"bmc", "fault", "0x04:0x2D", "--short", "2"});
+    EXPECT_EQ(served(), 0u);
+    EXPECT_THAT(succeed({"bmc", "faults"}).out,
+                ContainsRegex("get-sensor-reading \\(0x04:0x2D\\) +answer cut to bytes: 2 +0 +all"));
+    EXPECT_EQ(succeed({"bmc", "faults", "--json"}).json()[0]["kind"], "shortAnswer");
+    succeed({"bmc", "clear"});
+    EXPECT_EQ(served(), all);
+}
+
+TEST_F(Requests, refusalsNameStatusAndReason) {
+    const auto host = lines(succeed({"ein", "CIM_HostComputerSystem"}).out).at(0);
+    const struct {
+        std::vector<std::string> arguments;
+        const char* error;
+    } cases[] = {
+        {{"mi", host, "EnabledState=3"}, "phctl: CMPI_RC_ERR_NOT_SUPPORTED (7): SetInstance not supported\n"},
+        {{"ci", "CIM_Sensor", "DeviceID=x"},
+         "phctl: CMPI_RC_ERR_NOT_SUPPORTED (7): CreateInstance not supported\n"},
+        {{"di", host}, "phctl: CMPI_RC_ERR_NOT_SUPPORTED (7): DeleteInstance not supported\n"},
+        {{"mi", host, "EnabldState=3"},
+         "phctl: CMPI_RC_ERR_NOT_SUPPORTED (7): SetInstance not supported (CIM_HostComputerSystem has no "
+         "property "
+         "EnabldState; did you mean EnabledState?)\n"},
+        {{"cm", "CIM_ConcreteJob.InstanceID=\"1\"", "GetErors"},
+         "phctl: CMPI_RC_ERR_METHOD_NOT_FOUND (17): No such method available (CIM_ConcreteJob has no method "
+         "GetErors; "
+         "did you mean GetErrors?)\n"},
+        {{"ei", "CIM_Senser"},
+         "phctl: CMPI_RC_ERR_INVALID_CLASS (5): This provider does not serve the class; did you mean "
+         "CIM_Sensor?\n"},
+        {{"ei", "CIM_Error"}, "phctl: CMPI_RC_ERR_NOT_SUPPORTED (7): Enumerate Instances  not supported\n"},
+    };
+    for (const auto& each : cases)
+        EXPECT_EQ(fail(each.arguments, 1), each.error);
+    for (const char* path :
+         {"CIM_HostComputerSystem.Name=\"other\",CreationClassName=\"CIM_HostComputerSystem\"",
+          "CIM_HostComputerSystem.Name=\"o'brien\",CreationClassName=\"CIM_HostComputerSystem\"",
+          "CIM_HostComputerSystem.Name=\"other\"", "CIM_HostComputerSystem"})
+        EXPECT_THAT(fail({"gi", path}, 1),
+                    StartsWith("phctl: CMPI_RC_ERR_FAILED (1): Failed to Get Instance"));
+}
+
+TEST_F(Requests, classesAreDescribed) {
+    EXPECT_THAT(succeed({"classes"}).out, ContainsRegex("CIM_NumericSensor +CIM_Sensor +get"));
+    const auto job = succeed({"classes", "cim_concretejob", "--json"}).json();
+    EXPECT_EQ(job["properties"][0],
+              (nlohmann::json{{"name", "InstanceID"}, {"type", "string"}, {"array", false}, {"key", true}}));
+    EXPECT_EQ(job["methods"][0]["name"], "GetErrors");
+    EXPECT_THAT(succeed({"classes", "CIM_ConcreteJob"}).out,
+                AllOf(ContainsRegex("InstanceID +string +key"),
+                      ContainsRegex("OperationalStatus +uint16\\[\\]"),
+                      HasSubstr("Method: uint32 GetErrors(out instance[] Errors (CIM_Error))\n")));
+}
+
+} // namespace

@@ -1,0 +1,170 @@
+// What phctl says to wrong usage, and where what it needs is missing.
+#include "phctl_fixture.h"
+
+namespace {
+
+using ph_test::Outcome;
+using ph_test::phctl;
+using testing::AllOf;
+using testing::HasSubstr;
+
+using Usage = ph_test::PhctlTest;
+
+TEST_F(Usage, wrongCommandLinesEndWithStatus2AndSayWhatIsWrong) {
+    const struct {
+        std::vector<std::string> arguments;
+        const char* reason;
+    } cases[] = {
+        {{}, "subcommand is required"},
+        {{"eii"}, "there is no command eii; did you mean ei?"},
+        {{"enumerate-instnces", "CIM_Sensor"}, "did you mean enumerate-instances?"},
+        {{"bmc", "creat", "x"}, "there is no command creat; did you mean create?"},
+        {{"bmc"}, "subcommand is required"},
+        {{"ei"}, "CLASS is required"},
+        {{"ei", "CIM_Sensor", "CIM_Fan"}, "CIM_Fan"},
+        {{"ei", "CIM_Sensor", "--jsn"}, "--jsn"},
+        {{"ei", "CIM_Sensor.DeviceID=\"x\""}, "expected a class"},
+        {{"ei", "9"}, "expected a class name"},
+        {{"gi", "CIM_Sensor.DeviceID=x"}, "single quotes"},
+        {{"mi", "CIM_Sensor.DeviceID=\"x\""}, "VALUES is required"},
+        {{"mi", "CIM_Sensor.DeviceID=\"x\"", "EnabledState"}, "expected Name=value"},
+        {{"mi", "CIM_Sensor.DeviceID=\"x\"", "EnabledState=on"},
+         "EnabledState: \"on\" is not a uint16 (0 to 65535)"},
+        {{"ci", "CIM_Sensor", "OperationalStatus=1,x"}, "\"x\" is not a uint16"},
+        {{"classes", "Sensor"}, "there is no class Sensor; did you mean CIM_Sensor?"},
+        {{"cm", "CIM_ConcreteJob.InstanceID=\"1\""}, "METHOD is required"},
+        {{"cm", "CIM_ConcreteJob.InstanceID=\"1\"", "GetErrors", "--timeout", "soon"}, "--timeout"},
+        {{"sync", "--virtual", "--local"}, "excludes"},
+        {{"sync", "--user", "admin"}, "requires --lan"},
+        {{"sync", "--lan", "host:0"}, "a port of 1 to 65535"},
+        {{"sync", "--lan", "[::1"}, "[ADDRESS]"},
+        {{"sync", "--lan", "host", "--workaround", "opensespriv"}, "did you mean opensesspriv?"},
+        {{"sync", "--lan", "host", "--privilege", "god"}, "neither a number nor one of user, operator"},
+        {{"sync", "--lan", "host", "--password-file", "/nowhere"}, "/nowhere"},
+        {{"sync", "--lan", "host", "--password-env", "PH_NO_SUCH_VARIABLE"}, "PH_NO_SUCH_VARIABLE"},
+        {{"sync", "--lan", "host", "--user", "a-name-with-more-than-31-characters"}, "longer than 31"},
+        {{"bmc", "set-reading", "FAN1", "fast"}, "\"fast\" is no number"},
+        {{"bmc", "set-reading", "FAN1", "256", "--raw"}, "0 to 255"},
+        {{"bmc", "set-states", "PSU1 Status", "15"}, "15"},
+        {{"bmc", "fault", "get-sensor-readin", "--silent"}, "did you mean get-sensor-reading?"},
+        {{"bmc", "fault", "0x04:0x100", "--silent"}, "NETFN:COMMAND"},
+        {{"bmc", "fault", "get-sdr"}, "1 option"},
+        {{"bmc", "fault", "get-sdr", "--silent", "--code", "1"}, "1 option"},
+        {{"bmc", "show", "sensor"}, "no part sensor"},
+    };
+    for (const auto& each : cases)
+        EXPECT_THAT(fail(each.arguments, 2), HasSubstr(each.reason));
+}
+
+TEST_F(Usage, everyCommandHelpsWithAnExample) {
+    for (const std::vector<std::string>& command :
+         std::vector<std::vector<std::string>>{{},
+                                               {"ei"},
+                                               {"ein"},
+                                               {"gi"},
+                                               {"mi"},
+                                               {"ci"},
+                                               {"di"},
+                                               {"cm"},
+                                               {"classes"},
+                                               {"sync"},
+                                               {"bmc"},
+                                               {"bmc", "create"},
+                                               {"bmc", "show"},
+                                               {"bmc", "set-reading"},
+                                               {"bmc", "set-states"},
+                                               {"bmc", "set-availability"},
+                                               {"bmc", "fault"}}) {
+        auto arguments = command;
+        arguments.emplace_back("--help");
+        EXPECT_THAT(succeed(arguments).out, HasSubstr("Example"));
+    }
+    EXPECT_THAT(succeed({"--version"}).out, testing::MatchesRegex("phctl [0-9.]+\n"));
+}
+
+TEST_F(Usage, failuresOfTheMachineEndWithStatus1) {
+    EXPECT_THAT(fail({"bmc", "create", PH_MODEL}, 1), HasSubstr("bmc.state"));
+    EXPECT_THAT(fail({"bmc", "create", "no-such-model", "--replace"}, 1), HasSubstr("no-such-model"));
+    EXPECT_THAT(fail({"bmc", "set-reading", "no such sensor", "1"}, 1), HasSubstr("no such sensor"));
+    EXPECT_THAT(fail({"bmc", "show", "--state", "/nowhere.state"}, 1), HasSubstr("/nowhere.state"));
+    EXPECT_THAT(fail({"ei", "CIM_Sensor", "--module", "/nowhere.so"}, 1), HasSubstr("/nowhere.so"));
+}
+
+TEST_F(Usage, aWrongRootIsTold) {
+    setenv("PH_SYSROOT", "/nowhere", 1);
+    EXPECT_EQ(fail({"ei", "CIM_Sensor"}, 2), "phctl: PH_SYSROOT names \"/nowhere\", which is no folder\n");
+    setenv("PH_SYSROOT", sysroot->place("/").c_str(), 1);
+}
+
+TEST_F(Usage, anAbsentBmcLeavesTheKnownOne) {
+    const Outcome outcome = phctl({"sync", "--lan", "127.0.0.1:9", "--user", "admin", "--timeout", "1"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, HasSubstr("\nphctl: 127.0.0.1:9: "));
+    EXPECT_EQ(phctl({"sync"}).status, 0); // the virtual one
+}
+
+TEST_F(Usage, visiblePasswordsAreWarnedOf) {
+    const Outcome outcome = phctl({"sync", "--lan", "127.0.0.1:9", "--password", "secret", "--timeout", "1"});
+    EXPECT_THAT(outcome.err,
+                AllOf(HasSubstr("warning: other users can see a password"), Not(HasSubstr("secret"))));
+}
+
+class MissingParts : public SysrootFixture {
+protected:
+    static std::string fail(const std::vector<std::string>& arguments) {
+        const Outcome outcome = phctl(arguments);
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_EQ(outcome.out, "");
+        return outcome.err;
+    }
+    std::string database() const { return sysroot.place("/conf/smash.db"); }
+    std::string machine() const { return sysroot.place("/var/lib/virtual-bmc/bmc.state"); }
+};
+
+TEST_F(MissingParts, areNamedWithTheCommandThatMakesThem) {
+    EXPECT_THAT(fail({"ei", "CIM_Sensor"}),
+                HasSubstr("there is no database " + database() + ": run `phctl sync`"));
+    EXPECT_THAT(fail({"sync"}), HasSubstr(database() + " does not say where the BMC is"));
+    EXPECT_THAT(fail({"sync", "--virtual"}),
+                HasSubstr("there is no virtual BMC " + machine() + ": run `phctl bmc"));
+    EXPECT_THAT(fail({"bmc", "show"}), HasSubstr("there is no virtual BMC " + machine()));
+    ASSERT_EQ(phctl({"bmc", "create", PH_MODEL}).status, 0);
+    std::filesystem::remove(machine());
+    EXPECT_THAT(fail({"ei", "CIM_HostComputerSystem"}), HasSubstr("there is no virtual BMC " + machine()));
+}
+
+TEST_F(MissingParts, damagedFilesAreNamed) {
+    write("/conf/smash.db", "no database, but long enough to look at as one");
+    EXPECT_THAT(fail({"ei", "CIM_Sensor"}), HasSubstr(database()));
+    EXPECT_THAT(fail({"sync", "--local"}), testing::Not(testing::IsEmpty()));
+    std::filesystem::create_directories(sysroot.place("/var/lib/virtual-bmc"));
+    write("/var/lib/virtual-bmc/bmc.state", "{");
+    EXPECT_THAT(fail({"bmc", "show", "--state", machine()}), HasSubstr(machine()));
+}
+
+TEST_F(MissingParts, aMachineElsewhereIsReachedThroughTheDatabase) {
+    const std::string file = sysroot.place("/tmp/other.state");
+    ASSERT_EQ(phctl({"bmc", "create", PH_MODEL, "--state", file}).status, 0);
+    EXPECT_FALSE(std::filesystem::exists(machine()));
+    ASSERT_EQ(phctl({"sync"}).status, 0);
+    ASSERT_EQ(phctl({"bmc", "set-reading", "CPU1 Temp", "60"}).status, 0);
+    const Outcome sensors = phctl({"ei", "CIM_NumericSensor", "--properties", "ElementName,CurrentReading"});
+    EXPECT_THAT(sensors.out, testing::ContainsRegex("CPU1 Temp\\(3\\.32\\.0\\) +6000"));
+}
+
+TEST_F(MissingParts, syncReportsRowsRemarksAndSparseProgress) {
+    ASSERT_EQ(phctl({"bmc", "create", PH_MODEL}).status, 0);
+    ASSERT_EQ(phctl({"bmc", "fault", "get-device-guid", "--code", "0xC1"}).status, 0);
+    const Outcome outcome = phctl({"sync", "--virtual", "--json"});
+    ASSERT_EQ(outcome.status, 0) << outcome.err;
+    const auto report = outcome.json();
+    EXPECT_GE(report["numericSensors"].get<int>(), 40);
+    EXPECT_GE(report["sensors"].get<int>(), 60);
+    EXPECT_EQ(report["remarks"][0]["source"], "device GUID");
+    EXPECT_THAT(outcome.err, testing::ContainsRegex("Sensor data records: ([0-9]+) of [0-9]+\n"));
+    EXPECT_LE(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 20);
+    EXPECT_THAT(phctl({"sync"}).out,
+                AllOf(HasSubstr("CIM_NumericSensor\n"), HasSubstr("Remark: device GUID: ")));
+}
+
+} // namespace
