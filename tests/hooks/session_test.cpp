@@ -132,14 +132,4 @@ TEST_F(Session, ofARequestIsNeverRmcpPlus) {
     EXPECT_THAT(bmc.debugLog, HasSubstr("needs a password"));
 }
 
-TEST_F(Session, ofTheVirtualBmcHasADefaultStateFile) {
-    addUserTable();
-    ::setenv("PH_SYSROOT", "/some/root", 1);
-    EXPECT_EQ(openFor("operator", 2), 0);
-    ::unsetenv("PH_SYSROOT");
-    ASSERT_THAT(bmc.opened, SizeIs(1));
-    EXPECT_EQ(bmc.opened[0].address, "/some/root/var/lib/virtual-bmc/bmc.state");
-    EXPECT_EQ(CIM_Close_Session(&session), 0);
-}
-
 } // namespace

@@ -1,10 +1,9 @@
 // phctl against OpenIPMI's BMC simulator over RMCP+, with ipmitool as the witness of what the BMC says.
+#include "elapsed.h"
 #include "ipmi_sim.h"
 #include "phctl_program.h"
 #include "sysroot_fixture.h"
 
-#include <chrono>
-#include <cmath>
 #include <gmock/gmock.h>
 #include <map>
 #include <sstream>
@@ -147,12 +146,6 @@ TEST_F(PhctlPeer, statesAreThoseThatIpmitoolReads) {
     EXPECT_THAT(printed, testing::ContainsRegex("Redundancy .*Fully Redundant"));
     EXPECT_EQ(genericStates[13], "No Events"); // first state: device absent
     EXPECT_THAT(printed, testing::ContainsRegex("Presence .*Present"));
-}
-
-double seconds(const std::function<void()>& work) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
 TEST_F(PhctlPeer, aWrongPasswordIsRefusedAtOnceAndChangesNothing) {

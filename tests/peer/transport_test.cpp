@@ -1,10 +1,10 @@
 // The LAN transport against OpenIPMI's BMC simulator, with ipmitool as the witness of what it should say.
+#include "elapsed.h"
 #include "ipmi/command.h"
 #include "ipmi_sim.h"
 
 #include <chrono>
 #include <cstdio>
-#include <functional>
 #include <gmock/gmock.h>
 #include <thread>
 
@@ -46,12 +46,6 @@ protected:
 };
 
 std::unique_ptr<IpmiSim> Peer::bmc;
-
-double seconds(const std::function<void()>& work) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
 
 std::string hexBytes(std::span<const std::uint8_t> bytes) {
     std::string text;
@@ -105,8 +99,9 @@ TEST_F(Peer, refusedSessionsSayWhyAndAreRefusedAtOnce) {
     wrongPassword.password = "not-the-password";
     auto wrongUser = bmc->settings();
     wrongUser.userName = "nobody";
-    for (const auto& [settings, problem] :
-         {std::pair{wrongPassword, "password invalid"}, {wrongUser, "'nobody'"}}) {
+    for (const auto& each : {std::pair{wrongPassword, "password invalid"}, {wrongUser, "'nobody'"}}) {
+        const SessionSettings& settings = each.first;
+        const char* const problem = each.second;
         const double elapsed = seconds([&] {
             try {
                 ipmi::openTransport(settings);

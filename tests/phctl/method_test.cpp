@@ -8,6 +8,7 @@ namespace {
 
 using ph_test::Outcome;
 using ph_test::phctl;
+using testing::AllOf;
 using testing::ContainsRegex;
 using testing::HasSubstr;
 
@@ -31,14 +32,31 @@ TEST_F(Methods, aJobIsFollowedToItsEnd) {
     for (const auto& each : cases) {
         const Outcome outcome = start(each.method, "2", each.end, {"--wait"});
         EXPECT_EQ(outcome.status, each.status) << each.method << ' ' << each.end << outcome.err;
-        const std::string path = "root/cimv2:CIM_ConcreteJob.InstanceID=\"2:" + std::string(each.end) + '"';
-        EXPECT_THAT(outcome.out, HasSubstr("\nJob = " + path + '\n' + path + "\n  InstanceID = \"2:" +
-                                           each.end + "\"\n  JobState   = " + each.end + '\n'));
+        const std::string end = each.end;
+        const std::string path = "root/cimv2:CIM_ConcreteJob.InstanceID=\"2:" + end + '"';
+        EXPECT_THAT(outcome.out,
+                    AllOf(HasSubstr("\nJob = " + path + '\n'), HasSubstr('\n' + path + "\n  InstanceID"),
+                          testing::EndsWith("\n  JobState   = " + end + '\n')));
     }
     const auto json = start("Start", "1", "7", {"--wait", "--json"}).json();
     EXPECT_EQ(json["returnValue"], 4096);
     EXPECT_EQ(json["arguments"]["Job"], "root/cimv2:CIM_ConcreteJob.InstanceID=\"1:7\"");
     EXPECT_EQ(json["job"]["properties"]["JobState"], 7);
+}
+
+TEST_F(Methods, argumentsAreTypedFromTheSignature) {
+    auto host = succeed({"ein", "CIM_HostComputerSystem"}).out;
+    host.pop_back();
+    const auto json =
+        succeed({"cm", host, "requeststatechange", "requestedstate=0x2", "--wait", "--json"}).json();
+    EXPECT_EQ(json["returnValue"], 0);
+    EXPECT_EQ(json["job"]["properties"]["JobState"], 7);
+    EXPECT_EQ(fail({"cm", host, "RequestStateChange", "RequestedState=on"}, 2),
+              "phctl: RequestedState: \"on\" is not a uint16 (0 to 65535)\n");
+    EXPECT_EQ(fail({"cm", host, "RequestStateChange", "RequestdState=2"}, 1),
+              "phctl: CMPI_RC_ERR_INVALID_PARAMETER (4): RequestedState Parameter is Invalid "
+              "(CIM_HostComputerSystem.RequestStateChange has no argument RequestdState; did you mean "
+              "RequestedState?)\n");
 }
 
 TEST_F(Methods, aJobIsNotFollowedUnlessAskedFor) {

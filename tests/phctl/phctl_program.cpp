@@ -1,5 +1,6 @@
 #include "phctl_program.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
@@ -57,10 +58,8 @@ std::vector<std::string> commandLine(const std::vector<std::string>& arguments) 
 }
 
 std::vector<char*> pointers(std::vector<std::string>& words) {
-    std::vector<char*> all;
-    for (std::string& word : words)
-        all.push_back(word.data());
-    all.push_back(nullptr);
+    std::vector<char*> all(words.size() + 1, nullptr);
+    std::transform(words.begin(), words.end(), all.begin(), [](std::string& word) { return word.data(); });
     return all;
 }
 

@@ -1,0 +1,11 @@
+// How long something takes.
+#pragma once
+
+#include <chrono>
+#include <functional>
+
+inline double seconds(const std::function<void()>& work) {
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
