@@ -1,0 +1,57 @@
+// A test that calls functions with CMPI objects of a broker of its own.
+#pragma once
+
+#include "broker/broker.h"
+
+#include <cmpimacs.h>
+#include <gmock/gmock.h>
+#include <optional>
+#include <string>
+
+inline broker::Value number(CMPIType type, std::uint64_t value) {
+    return {type, value};
+}
+inline broker::Value negative(CMPIType type, std::int64_t value) {
+    return {type, value};
+}
+inline broker::Value text(const char* value) {
+    return {CMPI_string, std::string(value)};
+}
+inline broker::Value null(CMPIType type) {
+    return {type, {}};
+}
+inline broker::Value arrayOf(CMPIType type, broker::Value::Array elements) {
+    return {static_cast<CMPIType>(type | CMPI_ARRAY), std::move(elements)};
+}
+
+class BrokerFixture : public ::testing::Test {
+protected:
+    void TearDown() override {
+        scope.reset();
+        EXPECT_EQ(broker.liveObjects(), 0U);
+    }
+
+    CMPIData data(const broker::Value& value) { return scope->makeData(value); }
+
+    broker::Broker broker;
+    const CMPIBroker* handle = broker.handle();
+    std::optional<broker::Scope> scope{broker};
+};
+
+// A CMPIString of a broker that gives it no text.
+inline CMPIString* stringWithoutText() {
+    static const CMPIStringFT table = [] {
+        CMPIStringFT functions{};
+        functions.ftVersion = CMPICurrentVersion;
+        functions.getCharPtr = [](const CMPIString*, CMPIStatus*) -> const char* { return nullptr; };
+        return functions;
+    }();
+    static CMPIString string{.hdl = nullptr, .ft = &table};
+    return &string;
+}
+
+inline CMPIData stringData(CMPIString* string) {
+    CMPIData data{.type = CMPI_string, .state = CMPI_goodValue, .value = {}};
+    data.value.string = string;
+    return data;
+}
