@@ -91,7 +91,7 @@ CMPIStatus currentFailure(State* state) noexcept {
         throw;
     } catch (const Failure& failure) {
         status.rc = failure.code;
-        message = failure.message;
+        message = failure.what();
     } catch (const std::exception& error) {
         message = error.what();
     } catch (...) {

@@ -15,9 +15,11 @@ class Object;
 class Provider;
 
 // A CMPI function that cannot do what it is asked.
-struct Failure {
+class Failure : public std::runtime_error {
+public:
+    explicit Failure(CMPIrc failureCode, const std::string& message = {})
+        : std::runtime_error(message), code(failureCode) {}
     CMPIrc code;
-    std::string message = {};
 };
 
 // Owns objects until it ends or they are released.

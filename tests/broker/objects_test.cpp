@@ -216,6 +216,14 @@ TEST_F(Objects, tablesAreComplete) {
     EXPECT_EQ(status.rc, CMPI_RC_ERR_NOT_SUPPORTED);
 }
 
+TEST_F(Objects, conversionsRefuseWhatNoValueHolds) {
+    EXPECT_THROW(broker::toInstance(nullptr), std::runtime_error);
+    EXPECT_THROW(broker::toObjectPath(nullptr), std::runtime_error);
+    EXPECT_THROW(broker::toValue({.type = CMPI_ptr, .state = CMPI_goodValue, .value = {}}),
+                 std::runtime_error);
+    EXPECT_EQ(broker::toString(nullptr), "");
+}
+
 TEST(Codes, haveNames) {
     EXPECT_EQ(broker::codeName(CMPI_RC_ERR_NOT_SUPPORTED), "CMPI_RC_ERR_NOT_SUPPORTED");
     EXPECT_EQ(broker::codeName(static_cast<CMPIrc>(99)), "99");

@@ -153,7 +153,8 @@ private:
     std::vector<const char*> names_; // ends with NULL
 };
 
-// CMPI objects, of any broker, as C++ values. Throw std::invalid_argument for what a Value cannot express.
+// CMPI objects of this kind of broker as C++ values. Throw std::runtime_error for NULL where nothing else is
+// said, and for what a Value cannot express.
 Value toValue(const CMPIData& data);
 ObjectPath toObjectPath(const CMPIObjectPath* path);
 Instance toInstance(const CMPIInstance* instance);

@@ -1,0 +1,196 @@
+// Which properties of a modify request are to be changed, and what the debug log says of it.
+#include "broker_fixture.h"
+#include "provider_helper/utility.h"
+
+#include <cstdarg>
+#include <cstring>
+#include <memory>
+#include <regex>
+
+namespace {
+
+std::vector<std::string> logLines;
+
+} // namespace
+
+// In place of the platform's log.
+extern "C" void IDBG_LINUXAPP_Runtime_DbgOut(int level, const char* format, ...) {
+    char line[512];
+    va_list arguments;
+    va_start(arguments, format);
+    std::vsnprintf(line, sizeof(line), format, arguments);
+    va_end(arguments);
+    EXPECT_EQ(level, 135);
+    const std::regex head(R"(^\[Utility/modifiable_properties\.cpp:\d+\])");
+    EXPECT_TRUE(std::regex_search(line, head)) << line;
+    logLines.push_back(std::regex_replace(line, head, ""));
+}
+
+namespace {
+
+using broker::Instance;
+using broker::NamedValues;
+using broker::ObjectPath;
+using broker::Value;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+struct Outcome {
+    int code;
+    std::string refused;
+    std::vector<std::string> rows; // "Name=value"
+};
+
+class ModifiableProperties : public BrokerFixture {
+protected:
+    void SetUp() override { logLines.clear(); }
+
+    void allow(const char* name,
+               const CMPIData& value = {.type = CMPI_string, .state = CMPI_nullValue, .value = {}}) {
+        PHPropertyRow& row = defaults->rows[defaults->count];
+        AddTo_DefaultList(defaults->rows, name, defaults->count++);
+        row.type = value.type;
+        row.state = value.state;
+        std::memcpy(&row.value, &value.value, sizeof(row.value));
+    }
+
+    Outcome check(const NamedValues& modified, const NamedValues& current,
+                  const broker::PropertyList& properties = {}) {
+        std::memset(modifiable.get(), 0xA5, sizeof(*modifiable));
+        char refused[PH_REFUSED_NAMES_SIZE] = "old";
+        const int code = getModifiableProperties(
+            scope->make(Instance{{}, modified}), scope->make(Instance{{}, current}),
+            broker::PropertyNames(properties).names(), defaults.get(), modifiable.get(), refused);
+        Outcome outcome{code, refused, {}};
+        for (int i = 0; i < modifiable->count; ++i) {
+            const PHPropertyRow& row = modifiable->rows[i];
+            CMPIData data{.type = row.type, .state = row.state, .value = {}};
+            std::memcpy(&data.value, &row.value, sizeof(row.value));
+            outcome.rows.push_back(std::string(row.name) + '=' + toText(broker::toValue(data)));
+        }
+        return outcome;
+    }
+
+    std::unique_ptr<PHPropertyList> defaults = std::make_unique<PHPropertyList>();
+    std::unique_ptr<PHPropertyList> modifiable = std::make_unique<PHPropertyList>();
+};
+
+TEST_F(ModifiableProperties, everythingThatDiffersIsTaken) {
+    const Value list = arrayOf(CMPI_uint16, {number(CMPI_uint16, 1), number(CMPI_uint16, 2)});
+    const Value longer = arrayOf(CMPI_uint16, {number(CMPI_uint16, 1)});
+    const Value other = arrayOf(CMPI_uint16, {number(CMPI_uint16, 1), number(CMPI_uint16, 3)});
+    const struct {
+        Value modified, current;
+        bool changed;
+    } cases[] = {
+        {text("a"), text("a"), false},
+        {text("a"), text("b"), true},
+        {text("5"), number(CMPI_uint16, 5), false},
+        {number(CMPI_uint16, 5), number(CMPI_uint16, 6), true},
+        {null(CMPI_string), null(CMPI_string), false},
+        {null(CMPI_string), text("a"), true},
+        {text("a"), null(CMPI_string), true},
+        {list, list, false},
+        {list, longer, true},
+        {list, other, true},
+        {null(CMPI_uint16A), null(CMPI_uint16A), false},
+        {list, null(CMPI_uint16A), true},
+    };
+    allow("P");
+    for (const auto& row : cases) {
+        SCOPED_TRACE(toText(row.modified) + " instead of " + toText(row.current));
+        const Outcome outcome = check({{"P", row.modified}}, {{"P", row.current}});
+        EXPECT_EQ(outcome.code, 0);
+        EXPECT_EQ(outcome.refused, "");
+        if (row.changed)
+            EXPECT_THAT(outcome.rows, ElementsAre("P=" + toText(row.modified)));
+        else
+            EXPECT_THAT(outcome.rows, IsEmpty());
+    }
+}
+
+TEST_F(ModifiableProperties, missingInTheCurrentInstanceCountsAsZero) {
+    allow("P");
+    for (const Value& zero :
+         {number(CMPI_uint16, 0), null(CMPI_string), Value{CMPI_boolean, false}, null(CMPI_ref)})
+        EXPECT_THAT(check({{"P", zero}}, {}).rows, IsEmpty()) << toText(zero);
+    EXPECT_THAT(check({{"P", number(CMPI_uint16, 1)}}, {}).rows, ElementsAre("P=1"));
+    EXPECT_THAT(check({{"P", text("")}}, {}).rows, ElementsAre("P="));
+}
+
+TEST_F(ModifiableProperties, refusedNamesAreJoinedAndDoNotFail) {
+    allow("Size");
+    const Outcome outcome =
+        check({{"Size", number(CMPI_uint16, 2)}, {"size2", text("a")}, {"Colour", text("b")}},
+              {{"Size", number(CMPI_uint16, 1)}});
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_EQ(outcome.refused, "size2, Colour");
+    EXPECT_THAT(outcome.rows, ElementsAre("Size=2"));
+}
+
+TEST_F(ModifiableProperties, logTellsEachDecision) {
+    allow("Size");
+    check({{"Same", text("s")}, {"Size", number(CMPI_uint16, 2)}, {"Colour", text("b")}},
+          {{"Same", text("s")}, {"Size", number(CMPI_uint16, 1)}});
+    EXPECT_THAT(logLines,
+                ElementsAre("getModifiableProperties - Entering", "handleNoPropList - Entering",
+                            "handleNoPropList - mi index & prop: 0, Same",
+                            "handleNoPropList - mi index & prop: 1, Size",
+                            "handleNoPropList - prop diff from current instance. Size added to modifiable",
+                            "handleNoPropList - mi index & prop: 2, Colour",
+                            "handleNoPropList - Colour prop not in defaults, failing!",
+                            "handleNoPropList - Leaving!!"));
+    logLines.clear();
+    check({{"Size", number(CMPI_uint16, 2)}}, {});
+    EXPECT_THAT(logLines, testing::Contains(
+                              "handleNoPropList - prop not in current instance. Size added to modifiable"));
+    logLines.clear();
+    check({}, {}, {{"Size"}});
+    EXPECT_THAT(logLines, ElementsAre("getModifiableProperties - Entering"));
+}
+
+TEST_F(ModifiableProperties, propertyListTakesItsNamesWhateverTheirValue) {
+    allow("Size", data(number(CMPI_uint16, 7)));
+    allow("Colour", data(text("none")));
+    const NamedValues modified = {{"Size", number(CMPI_uint16, 1)}, {"Other", text("x")}};
+    const Outcome outcome = check(modified, {{"Size", number(CMPI_uint16, 1)}}, {{"Colour", "Size"}});
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_EQ(outcome.refused, "");
+    EXPECT_THAT(outcome.rows, ElementsAre("Colour=none", "Size=1"))
+        << "in the list's order, the default where missing";
+    EXPECT_THAT(check(modified, {}, {{}}).rows, IsEmpty());
+}
+
+TEST_F(ModifiableProperties, propertyListEndsAtAForeignName) {
+    const Outcome none = check({{"ElementName", text("a")}}, {}, {{"ElementName"}});
+    EXPECT_EQ(none.code, -1);
+    EXPECT_EQ(none.refused, "ElementName");
+
+    allow("Size");
+    const Outcome outcome = check({{"Size", number(CMPI_uint16, 1)}}, {}, {{"Size", "size", "Colour"}});
+    EXPECT_EQ(outcome.code, -1);
+    EXPECT_EQ(outcome.refused, "size");
+    EXPECT_THAT(outcome.rows, ElementsAre("Size=1"));
+}
+
+TEST_F(ModifiableProperties, fullListsAreNotOverrun) {
+    NamedValues modified;
+    for (int i = 0; i < 65; ++i) {
+        const std::string name = "Property" + std::to_string(i);
+        modified.push_back({name, number(CMPI_uint16, 1)});
+        if (i < 64)
+            allow(name.c_str());
+    }
+    const Outcome outcome = check(modified, {});
+    EXPECT_EQ(outcome.rows.size(), 64U);
+    EXPECT_EQ(outcome.refused, "Property64");
+
+    // 64 names of 63 characters do not fit the text of the refused ones.
+    defaults->count = 0;
+    modified.clear();
+    for (int i = 0; i < 64; ++i)
+        modified.push_back({std::to_string(i + 100) + std::string(60, 'x'), number(CMPI_uint16, 1)});
+    EXPECT_EQ(check(modified, {}).refused.size(), PH_REFUSED_NAMES_SIZE - 1U);
+}
+
+} // namespace
