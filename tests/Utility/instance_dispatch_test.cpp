@@ -70,7 +70,7 @@ protected:
         if (array == nullptr)
             return "none";
         const CMPIData element = CMGetArrayElementAt(array, 0, nullptr);
-        const std::string name = broker::toString(element.value.string);
+        std::string name = broker::toString(element.value.string);
         EXPECT_EQ(CMRelease(array).rc, CMPI_RC_OK);
         return name;
     }

@@ -6,7 +6,6 @@ namespace {
 
 using broker::NamedValues;
 using broker::ObjectPath;
-using broker::Value;
 
 constexpr const char* expectedNames[] = {"CreationClassName", "Name"};
 

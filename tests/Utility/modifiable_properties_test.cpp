@@ -30,7 +30,6 @@ namespace {
 
 using broker::Instance;
 using broker::NamedValues;
-using broker::ObjectPath;
 using broker::Value;
 using testing::ElementsAre;
 using testing::IsEmpty;

@@ -1,0 +1,448 @@
+// The operations of a class family, on a class made for it.
+#include "broker_fixture.h"
+#include "class_requests.h"
+#include "failing_allocation.h"
+#include "Utility/class_family.h"
+#include "Utility/record_fields.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <map>
+
+// A property of every kind. A Note that is empty is not published, a Skipped one has no instance.
+struct TestItemRecord {
+    char Name[256];
+    char CreationClassName[256];
+    char ElementName[128];
+    bool Flag;
+    uint8_t Tiny;
+    uint16_t State;
+    uint32_t Size;
+    uint64_t Total;
+    int8_t Low;
+    int16_t Lower;
+    int32_t Lowest;
+    int64_t Deep;
+    float Ratio;
+    double Share;
+    int OperationalStatus[4];
+    uint16_t Slots[3];
+    char* Texts[4];
+    char Note[16];
+    bool skipped;
+};
+
+extern "C" {
+PH_DECLARE_CLASS_FAMILY(TestItem, TestItemRecord);
+}
+
+namespace {
+
+using broker::Instance;
+using broker::NamedValues;
+using broker::Reply;
+using broker::Value;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+struct TestSource {
+    int items = 2;      // to enumerate
+    int failAfter = -1; // so many are appended before it fails
+    std::optional<ph::Detail> detail;
+} source;
+
+bool hasNote(const TestItemRecord& record) {
+    return record.Note[0] != '\0';
+}
+const char* caption(const TestItemRecord& record) {
+    return record.Tiny == 0 ? nullptr : record.Name;
+}
+
+constexpr const char* itemKeys[] = {"CreationClassName", "Name"};
+constexpr ph::Property itemProperties[] = {
+    PH_KEY(TestItemRecord, Name),
+    PH_KEY(TestItemRecord, CreationClassName),
+    PH_PROPERTY(TestItemRecord, ElementName),
+    PH_PROPERTY(TestItemRecord, Flag),
+    PH_PROPERTY(TestItemRecord, Tiny),
+    PH_PROPERTY(TestItemRecord, State),
+    PH_PROPERTY(TestItemRecord, Size),
+    PH_PROPERTY(TestItemRecord, Total),
+    PH_PROPERTY(TestItemRecord, Low),
+    PH_PROPERTY(TestItemRecord, Lower),
+    PH_PROPERTY(TestItemRecord, Lowest),
+    PH_PROPERTY(TestItemRecord, Deep),
+    PH_PROPERTY(TestItemRecord, Ratio),
+    PH_PROPERTY(TestItemRecord, Share),
+    PH_PROPERTY(TestItemRecord, OperationalStatus),
+    PH_PROPERTY(TestItemRecord, Slots),
+    PH_PROPERTY(TestItemRecord, Texts),
+    PH_PROPERTY_IF(TestItemRecord, Note, hasNote),
+    PH_COMPUTED("Caption", caption),
+};
+
+// Items "1", "2", …; the first one has everything at its limits, the second is as empty as can be.
+int fill(TestItemRecord& record, int number, ph::Detail detail) {
+    std::snprintf(record.Name, sizeof(record.Name), "%d", number);
+    ph::copyText(record.CreationClassName, "CIM_TestItem");
+    if (detail == ph::Detail::Names)
+        return 0;
+    ph::copyText(record.ElementName, record.Name);
+    ph::setList(record.OperationalStatus, {});
+    record.Slots[0] = record.Slots[1] = record.Slots[2] = 0xFFFF;
+    record.skipped = number == 3;
+    if (number != 1)
+        return 0;
+    record.Flag = true;
+    record.Tiny = 0xFF;
+    record.State = 0xFFFF;
+    record.Size = 0xFFFFFFFF;
+    record.Total = ~uint64_t{0};
+    record.Low = INT8_MIN;
+    record.Lower = INT16_MIN;
+    record.Lowest = INT32_MIN;
+    record.Deep = INT64_MIN;
+    record.Ratio = 0.5F;
+    record.Share = -0.25;
+    ph::setList(record.OperationalStatus, {2, 17});
+    record.Slots[0] = 5;
+    record.Slots[1] = 0;
+    ph::copyText(record.Note, "note");
+    for (int i = 0; i < 2; ++i) {
+        record.Texts[i] = strdup(i == 0 ? "a" : "b");
+        if (record.Texts[i] == nullptr)
+            return -1;
+    }
+    return 0;
+}
+
+int enumerate(ph::RecordArray<TestItemRecord>& records, ph::Detail detail) {
+    source.detail = detail;
+    for (int i = 0; i < source.items; ++i) {
+        if (i == source.failAfter)
+            return -1;
+        TestItemRecord* record = records.append();
+        if (record == nullptr || fill(*record, i + 1, detail) != 0)
+            return -1;
+    }
+    return 0;
+}
+
+bool skip(const TestItemRecord& record) {
+    return record.skipped;
+}
+
+CMPIStatus remove(const ph::Request& request) {
+    if (request.context == nullptr)
+        throw std::bad_alloc();
+    return {CMPI_RC_ERR_NOT_FOUND, nullptr};
+}
+
+constexpr ph::ClassDefinition<TestItemRecord> definition{.name = "CIM_TestItem",
+                                                         .superclass = nullptr,
+                                                         .keys = itemKeys,
+                                                         .properties = itemProperties,
+                                                         .enumerate = enumerate,
+                                                         .skip = skip,
+                                                         .remove = remove};
+
+} // namespace
+
+PH_EXPORT_CLASS_FAMILY(TestItem, TestItemRecord, definition)
+
+namespace {
+
+NamedValues keysOf(const char* name) {
+    return {{"Name", text(name)}, {"CreationClassName", text("CIM_TestItem")}};
+}
+
+class ClassEngine : public BrokerFixture {
+protected:
+    void SetUp() override {
+        source = {};
+        scope.reset(); // requests have their own
+    }
+    void TearDown() override {
+        failAllocation(0);
+        BrokerFixture::TearDown();
+    }
+
+    ClassRequests requests{broker, PH_CLASS_FUNCTIONS(TestItem)};
+};
+
+TEST_F(ClassEngine, publishesEveryKindOfProperty) {
+    const Reply reply = requests.enumerate();
+    ASSERT_THAT(reply.instances, SizeIs(2)) << reply.message;
+    EXPECT_EQ(reply.instances[0].path, requests.path(keysOf("1")));
+    EXPECT_EQ(reply.instances[0].properties,
+              (NamedValues{{"Name", text("1")},
+                           {"CreationClassName", text("CIM_TestItem")},
+                           {"ElementName", text("1")},
+                           {"Flag", {CMPI_boolean, true}},
+                           {"Tiny", number(CMPI_uint8, 255)},
+                           {"State", number(CMPI_uint16, 65535)},
+                           {"Size", number(CMPI_uint32, 4294967295)},
+                           {"Total", number(CMPI_uint64, UINT64_MAX)},
+                           {"Low", negative(CMPI_sint8, INT8_MIN)},
+                           {"Lower", negative(CMPI_sint16, INT16_MIN)},
+                           {"Lowest", negative(CMPI_sint32, INT32_MIN)},
+                           {"Deep", negative(CMPI_sint64, INT64_MIN)},
+                           {"Ratio", {CMPI_real32, 0.5}},
+                           {"Share", {CMPI_real64, -0.25}},
+                           {"OperationalStatus",
+                            arrayOf(CMPI_uint16, {number(CMPI_uint16, 2), number(CMPI_uint16, 17)})},
+                           {"Slots", arrayOf(CMPI_uint16, {number(CMPI_uint16, 5), number(CMPI_uint16, 0)})},
+                           {"Texts", arrayOf(CMPI_string, {text("a"), text("b")})},
+                           {"Note", text("note")},
+                           {"Caption", text("1")}}));
+    // Without a value these are left out; numbers always have one, and a list may be empty.
+    const NamedValues& empty = reply.instances[1].properties;
+    for (const char* name : {"Slots", "Texts", "Note", "Caption"})
+        EXPECT_EQ(find(empty, name), nullptr) << name;
+    EXPECT_EQ(*find(empty, "OperationalStatus"), arrayOf(CMPI_uint16, {}));
+    EXPECT_EQ(*find(empty, "Total"), number(CMPI_uint64, 0));
+}
+
+TEST_F(ClassEngine, propertyListLeavesKeysAndTheNamed) {
+    for (const Reply& reply : {requests.enumerate({{"note", "STATE", "Weight"}}),
+                               requests.get(requests.path(keysOf("1")), {{"note", "STATE", "Weight"}})}) {
+        NamedValues expected = keysOf("1");
+        expected.push_back({"State", number(CMPI_uint16, 65535)});
+        expected.push_back({"Note", text("note")});
+        EXPECT_EQ(reply.instances.at(0).properties, expected);
+    }
+    EXPECT_EQ(requests.enumerate({{}}).instances.at(0).properties, keysOf("1"));
+    EXPECT_EQ(requests.instanceArray({{}})->at(0).properties, keysOf("1"));
+}
+
+TEST_F(ClassEngine, namesAskForKeysOnly) {
+    EXPECT_THAT(requests.names().paths, ElementsAre(requests.path(keysOf("1")), requests.path(keysOf("2"))));
+    EXPECT_EQ(source.detail, ph::Detail::Names);
+    EXPECT_TRUE(requests.enumerate().ok());
+    EXPECT_EQ(source.detail, ph::Detail::All);
+}
+
+TEST_F(ClassEngine, skippedRecordsHaveAPathButNoInstance) {
+    source.items = 3;
+    EXPECT_THAT(requests.names().paths, SizeIs(3));
+    EXPECT_THAT(requests.enumerate().instances, SizeIs(2));
+    EXPECT_THAT(*requests.instanceArray(), SizeIs(2));
+}
+
+TEST_F(ClassEngine, noRecordsIsASuccess) {
+    source.items = 0;
+    EXPECT_TRUE(requests.enumerate().ok());
+    EXPECT_TRUE(requests.names().ok());
+    EXPECT_THAT(*requests.instanceArray(), IsEmpty());
+}
+
+TEST_F(ClassEngine, getComparesBothKeysExactly) {
+    const Reply found = requests.get(requests.path(keysOf("2")));
+    ASSERT_TRUE(found.ok()) << found.message;
+    EXPECT_THAT(found.instances, ElementsAre(requests.enumerate().instances[1]));
+
+    const NamedValues wrong[] = {
+        keysOf("9"),
+        {{"Name", text("1")}, {"CreationClassName", text("cim_testitem")}},
+        {{"Name", text("1")}},
+        {},
+        {{"Name", text("1")}, {"CreationClassName", text("CIM_TestItem")}, {"Other", text("x")}},
+        {{"Name", text("1")}, {"CreationClassName", text("'")}},
+        {{"Name", number(CMPI_uint16, 1)}, {"CreationClassName", text("CIM_TestItem")}},
+        {{"Name", null(CMPI_string)}, {"CreationClassName", text("CIM_TestItem")}},
+    };
+    for (const NamedValues& values : wrong) {
+        const Reply reply = requests.get(requests.path(values));
+        EXPECT_EQ(reply.code, CMPI_RC_ERR_FAILED) << toText(requests.path(values));
+        EXPECT_EQ(reply.message, "Failed to Get Instance");
+    }
+}
+
+TEST_F(ClassEngine, changesAreRefusedUnlessTheClassHasThem) {
+    const Instance item{requests.path(keysOf("1")), {}};
+    const std::pair<Reply, const char*> refusals[] = {
+        {requests.modify(item), "SetInstance not supported"},
+        {requests.create(item), "CreateInstance not supported"},
+        {requests.invoke(item.path, "Reset"), "Invoke Method not supported"},
+    };
+    for (const auto& [reply, message] : refusals) {
+        EXPECT_EQ(reply.code, CMPI_RC_ERR_NOT_SUPPORTED);
+        EXPECT_EQ(reply.message, message);
+    }
+    EXPECT_EQ(requests.remove(item.path).code, CMPI_RC_ERR_NOT_FOUND);
+    scope.emplace(broker);
+    const CMPIStatus status = PH_DI_TestItem(handle, nullptr, nullptr, nullptr);
+    EXPECT_EQ(status.rc, CMPI_RC_ERR_FAILED) << "a handler that throws";
+}
+
+// ---- Records, as a caller of the C functions has them
+
+TEST_F(ClassEngine, recordsAreAppendedOrLeftAlone) {
+    TestItemRecord* records = nullptr;
+    int count = 0;
+    ASSERT_EQ(PH_Enum_All_TestItem(&records, &count, 0), 0);
+    ASSERT_EQ(PH_Enum_All_TestItem(&records, &count, 1), 0);
+    ASSERT_EQ(count, 4);
+    EXPECT_STREQ(records[2].Name, "1");
+    EXPECT_STREQ(records[2].ElementName, "") << "names only";
+
+    source.items = 40; // the array grows before it fails
+    source.failAfter = 30;
+    EXPECT_EQ(PH_Enum_All_TestItem(&records, &count, 0), -1);
+    ASSERT_EQ(count, 4);
+    EXPECT_STREQ(records[0].Texts[1], "b");
+    PH_Clean_TestItem(&records, count);
+    EXPECT_EQ(records, nullptr);
+    PH_Clean_TestItem(&records, 0);
+
+    source.failAfter = 0;
+    count = 0;
+    EXPECT_EQ(PH_Enum_All_TestItem(&records, &count, 0), -1);
+    EXPECT_EQ(records, nullptr);
+    EXPECT_EQ(count, 0);
+}
+
+TEST_F(ClassEngine, everyFailingAllocationIsAFailure) {
+    for (unsigned nth = 1;; ++nth) {
+        TestItemRecord* records = nullptr;
+        int count = 0;
+        failAllocation(nth);
+        const int result = PH_Enum_All_TestItem(&records, &count, 0);
+        const bool failed = allocationFailed();
+        failAllocation(0);
+        EXPECT_EQ(result, failed ? -1 : 0);
+        EXPECT_EQ(count, failed ? 0 : 2);
+        PH_Clean_TestItem(&records, count);
+        if (!failed) {
+            EXPECT_GT(nth, 2U);
+            break;
+        }
+    }
+}
+
+TEST_F(ClassEngine, getHandsOutTheRecord) {
+    scope.emplace(broker);
+    const auto string = [&](const char* chars) { return data(text(chars)).value.string; };
+    CMPIString* values[] = {string("CIM_TestItem"), string("1")}; // as in the key list
+    TestItemRecord* record = nullptr;
+    EXPECT_EQ(PH_Get_TestItem(&record, values), 0);
+    ASSERT_NE(record, nullptr);
+    EXPECT_STREQ(record->Name, "1");
+    PH_Clean_TestItem(&record, 1);
+
+    values[1] = string("9");
+    EXPECT_EQ(PH_Get_TestItem(&record, values), -1);
+    EXPECT_NE(record, nullptr) << "what was built is the caller's to clean";
+    PH_Clean_TestItem(&record, 1);
+
+    values[1] = nullptr;
+    EXPECT_EQ(PH_Get_TestItem(&record, values), -1);
+    PH_Clean_TestItem(&record, 1);
+}
+
+TEST_F(ClassEngine, makersFailWithTheirOwnText) {
+    scope.emplace(broker);
+    const CMPIObjectPath* ref = scope->make(requests.path());
+    TestItemRecord record{};
+    ASSERT_EQ(fill(record, 2, ph::Detail::All), 0);
+    record.CreationClassName[0] = '\0';
+    CMPIStatus status{};
+    EXPECT_EQ(PH_MakePath_TestItem(handle, nullptr, ref, &record, &status), nullptr) << "a key is empty";
+    EXPECT_EQ(status.rc, CMPI_RC_ERR_FAILED);
+    EXPECT_EQ(broker::toString(status.msg), "Make ObjectPath failed.");
+    status = {};
+    EXPECT_EQ(PH_MakeInst_TestItem(handle, nullptr, ref, nullptr, &record, 0, 0, &status), nullptr);
+    EXPECT_EQ(status.rc, CMPI_RC_ERR_FAILED);
+    EXPECT_EQ(broker::toString(status.msg), "Make instance failed.");
+    EXPECT_EQ(PH_MakeInst_TestItem(handle, nullptr, ref, nullptr, &record, 0, 0, nullptr), nullptr);
+
+    ph::copyText(record.CreationClassName, "CIM_TestItem");
+    const CMPIObjectPath* path = PH_MakePath_TestItem(handle, nullptr, ref, &record, &status);
+    EXPECT_EQ(broker::toObjectPath(path), requests.path(keysOf("2")));
+    const CMPIInstance* instance =
+        PH_MakeInst_TestItem(handle, nullptr, ref, nullptr, &record, 0, 0, &status);
+    EXPECT_EQ(broker::toInstance(instance).path, requests.path(keysOf("2")));
+}
+
+// ---- Failing broker calls
+
+struct Outcome {
+    bool ok;
+    std::string message;
+};
+
+struct RequestKind {
+    const char* name;
+    Outcome (*make)(const ClassRequests&);
+    const char* failure;
+    std::vector<std::string> needed; // calls without which it fails
+};
+
+const RequestKind kinds[] = {
+    {"enumerate",
+     [](const ClassRequests& requests) {
+         const Reply reply = requests.enumerate();
+         return Outcome{reply.ok(), reply.message};
+     },
+     "Failed to Enumerate Instance",
+     {"getNameSpace", "newObjectPath", "addKey", "newInstance", "setProperty", "newArray", "setElementAt",
+      "returnInstance"}},
+    {"names",
+     [](const ClassRequests& requests) {
+         const Reply reply = requests.names();
+         return Outcome{reply.ok(), reply.message};
+     },
+     "Failed to Enumerate Instance Names",
+     {"getNameSpace", "newObjectPath", "addKey", "returnObjectPath"}},
+    {"get",
+     [](const ClassRequests& requests) {
+         const Reply reply = requests.get(requests.path(keysOf("1")));
+         return Outcome{reply.ok(), reply.message};
+     },
+     "Failed to Get Instance",
+     {"getKeyCount", "getKeyAt", "getNameSpace", "newObjectPath", "addKey", "newInstance", "setProperty",
+      "newArray", "setElementAt", "returnInstance"}},
+    {"instanceArray",
+     [](const ClassRequests& requests) {
+         const bool ok = requests.instanceArray().has_value();
+         return Outcome{ok, ok ? "" : "no array"};
+     },
+     "no array",
+     {"getNameSpace", "newObjectPath", "addKey", "newInstance", "setProperty", "newArray", "setElementAt"}},
+};
+
+TEST_F(ClassEngine, everyFailingBrokerCallFailsTheRequest) {
+    for (const RequestKind& kind : kinds) {
+        broker.resetCalls();
+        ASSERT_TRUE(kind.make(requests).ok);
+        std::map<std::string, unsigned> counts;
+        for (const std::string& call : kind.needed) {
+            counts[call] = broker.calls(call);
+            EXPECT_GT(counts[call], 0U) << kind.name << ' ' << call;
+        }
+        for (const auto& [call, count] : counts)
+            for (unsigned nth = 1; nth <= count; ++nth) {
+                SCOPED_TRACE(std::string(kind.name) + ": " + call + " " + std::to_string(nth));
+                broker.resetCalls();
+                broker.failCall(call, nth);
+                const Outcome outcome = kind.make(requests);
+                EXPECT_FALSE(outcome.ok);
+                EXPECT_EQ(outcome.message, kind.failure);
+                // An array that was made was released: by the frame, or by who asked for the whole array.
+                const unsigned made = broker.calls("newArray") - (call == "newArray" ? 1 : 0);
+                EXPECT_EQ(broker.calls("release"), made);
+                EXPECT_EQ(broker.liveObjects(), 0U);
+            }
+    }
+}
+
+TEST_F(ClassEngine, failureWithoutMemoryForItsTextKeepsTheCode) {
+    source.failAfter = 0;
+    broker.failCall("newString", 1);
+    const Reply reply = requests.enumerate();
+    EXPECT_EQ(reply.code, CMPI_RC_ERR_FAILED);
+    EXPECT_EQ(reply.message, "");
+}
+
+} // namespace
