@@ -33,7 +33,7 @@ int run(int rounds) {
     const std::string phctl = PHCTL;
     setenv("IPMI_PASSWORD", settings.password.c_str(), 1);
     bench::runCommand(phctl + " sync --lan 127.0.0.1:" + port + " --user " + settings.userName +
-                      " --password-env IPMI_PASSWORD --workaround-flags " +
+                      " --password-env IPMI_PASSWORD --workaround " +
                       std::to_string(settings.workaroundFlags));
     // ipmi-sensors keeps the SDRs where it is told: reading them is not part of what is compared.
     const std::string ipmiSensors = "ipmi-sensors -D LAN_2_0 -h 127.0.0.1:" + port + " -u " +
