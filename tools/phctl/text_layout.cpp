@@ -19,6 +19,8 @@ struct Character {
 };
 
 Character next(std::string_view text) {
+    if (text[0] >= ' ' && text[0] <= '~') // nearly all there is
+        return {1, 1};
     wchar_t wide = 0;
     std::mbstate_t state{};
     const std::size_t length = std::mbrtowc(&wide, text.data(), text.size(), &state);
