@@ -46,8 +46,8 @@ void check(const SessionSettings& settings, const std::string& host) {
 
 // FreeIPMI waits for an answer in steps that grow, and looks at the clock only between them. With a first
 // step of at most a tenth, three quarters of the time keep it within the whole.
-LanTransport::LanTransport(SessionSettings settings)
-    : settings_(std::move(settings)), host_(hostWithPort(settings_)) {
+LanTransport::LanTransport(const SessionSettings& settings)
+    : settings_(settings), host_(hostWithPort(settings_)) {
     check(settings_, host_);
     const unsigned whole = static_cast<unsigned>(std::clamp(settings_.timeout, 1, 3600)) * 1000;
     sessionTimeout_ = whole / 4 * 3;

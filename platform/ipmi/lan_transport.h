@@ -11,7 +11,7 @@ namespace ipmi {
 class LanTransport final : public Transport {
 public:
     // Opens the session. A BMC that does not answer at all is given up after less than five seconds.
-    explicit LanTransport(SessionSettings settings);
+    explicit LanTransport(const SessionSettings& settings);
 
     std::size_t exchange(std::uint8_t netFn, std::uint8_t command, std::span<const std::uint8_t> request,
                          std::span<std::uint8_t> answer) override;

@@ -98,8 +98,8 @@ int IsValidIP(const char* text) {
     constexpr const char* badRange =
         "Invalid IP address. Address must be between 0.0.0.0 and 255.255.255.255";
     const std::string_view address = text != nullptr ? text : "";
-    if (address.empty() || address.size() > 15 || address.find("..") != address.npos ||
-        address.back() == '.' || address.find_first_not_of("0123456789.") != address.npos)
+    if (address.empty() || address.size() > 15 || address.find("..") != std::string_view::npos ||
+        address.back() == '.' || address.find_first_not_of("0123456789.") != std::string_view::npos)
         return refuseAddress(badForm);
     if (std::count(address.begin(), address.end(), '.') != 3 || address.front() == '.')
         return refuseAddress(badCount);

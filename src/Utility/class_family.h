@@ -108,7 +108,6 @@ consteval bool ownsTexts(std::span<const Property> properties) {
 template <class Record, const ClassDefinition<Record>& definition>
 constexpr ClassFamily eraseTypes() {
     static_assert(keysDescribed(definition.keys, definition.properties));
-    static_assert(definition.invoke != nullptr || definition.methods.empty());
     static_assert(definition.stream == nullptr ||
                   (definition.enumerate == nullptr && !ownsTexts(definition.properties)));
     ClassFamily family{definition.name,   definition.superclass,

@@ -94,7 +94,7 @@ int show(const Options& options) {
             if (!description.contains(part)) {
                 std::string known;
                 for (const auto& item : description.items())
-                    known += (known.empty() ? "" : ", ") + item.key();
+                    known.append(known.empty() ? "" : ", ").append(item.key());
                 throw UsageError("the machine has no part " + part + ", only: " + known);
             }
             wanted[part] = description[part];

@@ -45,6 +45,7 @@ std::vector<std::string> classNames();
 template <class Named>
 std::vector<std::string> namesOf(const std::vector<Named>& all) {
     std::vector<std::string> names;
+    names.reserve(all.size());
     for (const Named& each : all)
         names.push_back(each.name);
     return names;

@@ -37,6 +37,7 @@ void printTable(std::ostream& out, const ordered_json& rows) {
     Table table(head);
     for (const auto& row : rows) {
         std::vector<std::string> cells;
+        cells.reserve(head.size());
         for (const std::string& name : head)
             cells.push_back(row.contains(name) ? plainText(row[name]) : "");
         table.add(std::move(cells));

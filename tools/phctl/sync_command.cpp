@@ -42,7 +42,7 @@ void print(const smash::SyncReport& report) {
     std::cout << "from " << report.recordsRead << " sensor data records, in " << databaseFile().string()
               << '\n';
     for (const auto& [source, reason] : report.remarks)
-        std::cout << "Remark: " << printable(source + ": " + reason) << '\n';
+        std::cout << "Remark: " << printable(source) << ": " << printable(reason) << '\n';
 }
 
 ipmi::SessionSettings knownSettings() {
