@@ -2,6 +2,7 @@
 // broker, with ipmitool as the witness. A script stands for the chassis.
 #include "broker/broker.h"
 #include "ipmi_sim.h"
+#include "simulator_session.h"
 #include "smash-db/sync/sync.h"
 #include "sysroot_fixture.h"
 
@@ -22,20 +23,7 @@ protected:
         simulator = std::make_unique<ph_test::IpmiSim>(std::vector<ph_test::SimSensor>{}, chassisScript());
         const auto settings = simulator->settings();
         smash::sync(*ipmi::openTransport(settings));
-        IPMISessionInfo info{};
-        const auto set = [](auto& field, const std::string& value) {
-            std::snprintf(field, sizeof field, "%s", value.c_str());
-        };
-        set(info.address, settings.address);
-        info.port = settings.port;
-        set(info.userName, settings.userName);
-        set(info.password, settings.password);
-        set(info.cipherSuite, std::to_string(settings.cipherSuite));
-        set(info.workaroundFlags, std::to_string(settings.workaroundFlags));
-        SMASH_DB_HANDLE database = nullptr;
-        ASSERT_EQ(smash_db_init(&database), 0) << db_last_error();
-        EXPECT_EQ(db_set_ipmi_session_info(database, &info), 0) << db_last_error();
-        ASSERT_EQ(db_close(database), 0);
+        ph_test::storeSession(settings);
         broker.loadProvider(PROVIDERS, "ProviderHelperProviders");
     }
 
