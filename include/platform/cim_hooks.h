@@ -12,6 +12,8 @@
 #define PLATFORM_CIM_HOOKS_H
 
 #include "platform/cim_chassis.h"
+#include "platform/cim_lan.h"
+#include "platform/cim_network.h"
 #include "platform/cim_sel.h"
 #include "platform/cim_sensors.h"
 #include "platform/cim_services.h"

@@ -13,6 +13,7 @@
 #include "platform/smash_db_handle.h"
 #include "platform/smash_db_inventory.h"
 #include "platform/smash_db_jobs.h"
+#include "platform/smash_db_network.h"
 #include "platform/smash_db_power.h"
 
 #endif

@@ -5,6 +5,7 @@
 #include "provider_helper/accounts.h"
 #include "provider_helper/computer_system.h"
 #include "provider_helper/jobs.h"
+#include "provider_helper/network.h"
 #include "provider_helper/record_log.h"
 #include "provider_helper/sensors.h"
 #include "provider_helper/services.h"

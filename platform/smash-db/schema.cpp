@@ -2,14 +2,15 @@
 
 #include "smash-db/inventory_tables.h"
 #include "smash-db/job_tables.h"
+#include "smash-db/network_tables.h"
 #include "smash-db/power_tables.h"
 
 namespace smash {
 namespace {
 
-constexpr const Table* smashTables[] = {&sessionTable,          &deviceTable,  &fruTable,
-                                        &compactSdrTable,       &fullSdrTable, &powerServiceTable,
-                                        &powerCapabilitiesTable};
+constexpr const Table* smashTables[] = {&sessionTable,           &deviceTable,  &fruTable,
+                                        &compactSdrTable,        &fullSdrTable, &powerServiceTable,
+                                        &powerCapabilitiesTable, &staticIpTable};
 
 constexpr const Table* temporaryTables[] = {&jobTable, &jobSequenceTable, &jobErrorTable};
 

@@ -8,12 +8,15 @@
 // and where there is need of it
 //   void check(const Place&)            after reading: what has to fit together, what is derived
 //   Json describe(const State&) const   for people; null where there is nothing to say
+//   static std::span<const LanParameter> lanParameters()   rows of Get and Set LAN Configuration Parameters
 #pragma once
 
 #include "virtual-bmc/chassis.h"
 #include "virtual-bmc/device.h"
 #include "virtual-bmc/faults.h"
 #include "virtual-bmc/frus.h"
+#include "virtual-bmc/interfaces.h"
+#include "virtual-bmc/lans.h"
 #include "virtual-bmc/message_log.h"
 #include "virtual-bmc/sdr_repository.h"
 #include "virtual-bmc/sel.h"
@@ -25,8 +28,8 @@
 
 namespace vbmc {
 
-using Parts =
-    std::tuple<Device, Users, Sensors, Frus, SdrRepository, Chassis, Sel, Services, Faults, MessageLog>;
+using Parts = std::tuple<Device, Users, Sensors, Frus, SdrRepository, Chassis, Sel, Services, Lans,
+                         Interfaces, Faults, MessageLog>;
 
 // Files beside the state file that hold the bulk of a part, by what follows its name; a new machine begins
 // without them. They are read and written within transactions.

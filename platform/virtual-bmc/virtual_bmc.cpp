@@ -112,6 +112,33 @@ void VirtualBmc::setSelWraps(bool wraps) {
     file_->transact([&](State& state) { state.edit<Sel>().wraps = wraps; });
 }
 
+void VirtualBmc::setLink(const std::string& interfaceName, bool isUp, std::uint16_t speed) {
+    file_->transact([&](State& state) {
+        Lan& lan = state.edit<Lans>().find(interfaceName);
+        lan.isLinkUp = isUp;
+        lan.speed = speed;
+    });
+}
+
+void VirtualBmc::setDhcpLease(const std::string& interfaceName, const std::string& address,
+                              const std::string& netmask, const std::string& gateway) {
+    const Place place{nullptr, "lease"};
+    Ipv4Setting lease;
+    read(Json(address), Place{&place, "address"}, lease.address);
+    read(Json(netmask), Place{&place, "netmask"}, lease.netmask);
+    read(Json(gateway), Place{&place, "gateway"}, lease.gateway);
+    lease.check(place);
+    file_->transact([&](State& state) { state.edit<Lans>().find(interfaceName).ipv4.lease = lease; });
+}
+
+void VirtualBmc::setBond(bool isEnabled) {
+    file_->transact([&](State& state) {
+        if (!state.edit<Interfaces>().setBond(state, isEnabled))
+            throw Error(isEnabled ? "the bond has fewer than two members"
+                                  : "no LAN would work without the bond");
+    });
+}
+
 void VirtualBmc::addFault(const Fault& fault) {
     const FaultEntry entry{fault};
     entry.check(Place{nullptr, "fault"});

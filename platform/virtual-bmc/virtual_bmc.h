@@ -115,6 +115,13 @@ public:
     void clearSel();
     void setSelWraps(bool wraps); // a full log drops its oldest record, not the new event
 
+    // LANs, by the name of their interface. Switching the bond is refused (Error) as the controller refuses
+    // it.
+    void setLink(const std::string& interfaceName, bool isUp, std::uint16_t speed); // Mb/s
+    void setDhcpLease(const std::string& interfaceName, const std::string& address,
+                      const std::string& netmask, const std::string& gateway);
+    void setBond(bool isEnabled);
+
     void addFault(const Fault& fault);
     std::vector<Fault> faults(); // those that can still strike; skip and calls count down
     void clearFaults();

@@ -49,6 +49,13 @@ public:
     }
     // The job as out-argument "Job".
     bool returnReference(CMPIArgs* out) const;
+    // Both, for methods whose value tells no more than the job: that value.
+    template <class Change>
+    MethodValue run(const char* name, CMPIArgs* out, Change&& change) {
+        const Outcome outcome = carryOut(name, change);
+        const bool isReturned = outcome != Outcome::NoJob && returnReference(out);
+        return isReturned && outcome == Outcome::Done ? methodDone : methodFailed;
+    }
 
 private:
     bool create(const char* name);

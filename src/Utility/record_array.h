@@ -53,6 +53,8 @@ public:
     // A zeroed record, valid until the next append; nullptr when memory is short.
     Record* append() { return static_cast<Record*>(store_.append()); }
     void removeLast() { store_.removeLast(); }
+    // Of the caller's array, the records it had before included.
+    int count() const { return store_.count(); }
 
 private:
     RecordStore& store_;

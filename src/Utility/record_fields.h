@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <initializer_list>
@@ -21,6 +22,13 @@ void copyText(char (&field)[N], const char* text) {
 template <std::size_t N>
 void setList(int (&field)[N], std::initializer_list<int> values) {
     std::fill_n(field, N, -1);
+    std::copy_n(values.begin(), std::min(values.size(), N - 1), field);
+}
+
+// The same for a list ended by FFFFh.
+template <std::size_t N>
+void setSlots(std::uint16_t (&field)[N], std::initializer_list<std::uint16_t> values) {
+    std::fill_n(field, N, std::uint16_t{0xFFFF});
     std::copy_n(values.begin(), std::min(values.size(), N - 1), field);
 }
 

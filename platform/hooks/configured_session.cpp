@@ -1,0 +1,50 @@
+#include "hooks/configured_session.h"
+
+#include <platform/smash_db.h>
+
+#include <cstdlib>
+#include <stdexcept>
+
+namespace hooks {
+namespace {
+
+struct Closer {
+    void operator()(SMASH_DB_HANDLE handle) const { db_close(handle); }
+};
+struct Free {
+    void operator()(void* block) const { std::free(block); }
+};
+
+std::unique_ptr<IPMISessionInfo, Free> readSessionInfo() {
+    SMASH_DB_HANDLE handle = nullptr;
+    if (db_init(&handle) != 0)
+        throw std::runtime_error(db_last_error());
+    const std::unique_ptr<SmashDatabase, Closer> database(handle);
+    IPMISessionInfo* info = nullptr;
+    if (db_get_ipmi_session_info(handle, &info) != 0)
+        throw std::runtime_error(db_last_error());
+    return std::unique_ptr<IPMISessionInfo, Free>(info);
+}
+
+int number(const char* text) {
+    return static_cast<int>(std::strtol(text, nullptr, 0));
+}
+
+} // namespace
+
+std::unique_ptr<ipmi::Transport> openConfiguredSession() {
+    const auto info = readSessionInfo();
+    ipmi::SessionSettings settings{.address = info->address,
+                                   .port = info->port,
+                                   .userName = info->userName,
+                                   .password = info->password,
+                                   .interfaceType = number(info->interfaceType),
+                                   .cipherSuite = number(info->cipherSuite),
+                                   .workaroundFlags = number(info->workaroundFlags),
+                                   .retransmission = number(info->retransmission)};
+    if (const int privilege = number(info->privilegeLevel); privilege != 0)
+        settings.privilegeLevel = privilege;
+    return ipmi::openTransport(settings);
+}
+
+} // namespace hooks

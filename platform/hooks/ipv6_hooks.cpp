@@ -1,0 +1,167 @@
+// IPv6 configuration of LAN channels (IPMI 2.0 revision 1.1, LAN configuration parameters 51 to 65).
+#include "hooks/lan_parameters.h"
+#include "hooks/session.h"
+
+#include <optional>
+#include <stdexcept>
+
+namespace {
+
+using hooks::LanParameters;
+namespace lan = ipmi::lan;
+namespace parameter = ipmi::lan::parameter;
+
+constexpr std::size_t addressSize = 16;
+constexpr std::uint8_t longestPrefix = 128;
+
+// An element of the static or the dynamic addresses.
+struct AddressSet {
+    std::uint8_t selector = 0;
+    std::uint8_t source = 0; // with lan::addressEnabled
+    std::array<std::uint8_t, addressSize> address = {};
+    std::uint8_t prefixLength = 0;
+    std::uint8_t status = 0;
+
+    bool isEnabled() const { return (source & lan::addressEnabled) != 0; }
+    bool isActive() const { return status == lan::statusActive && address != decltype(address){}; }
+};
+constexpr std::size_t addressSetSize = 20;
+
+std::optional<AddressSet> readAddress(const LanParameters& bmc, std::uint8_t number, std::uint8_t selector) {
+    std::array<std::uint8_t, addressSetSize> bytes;
+    if (!bmc.readIfPresent(number, bytes, selector))
+        return std::nullopt;
+    ipmi::Reader reader(bytes);
+    AddressSet set;
+    set.selector = reader.u8();
+    set.source = reader.u8();
+    std::ranges::copy(reader.bytes(addressSize), set.address.begin());
+    set.prefixLength = reader.u8();
+    set.status = reader.u8();
+    return set;
+}
+
+AddressSet readStaticAddress(const LanParameters& bmc) {
+    const auto set = readAddress(bmc, parameter::ipv6StaticAddresses, 0);
+    if (!set)
+        throw std::runtime_error("the BMC has no static IPv6 address");
+    return *set;
+}
+
+void writeStaticAddress(const LanParameters& bmc, const AddressSet& set) {
+    std::array<std::uint8_t, addressSetSize> bytes;
+    ipmi::Writer writer(bytes);
+    writer.u8(set.selector).u8(set.source).bytes(set.address).u8(set.prefixLength).u8(0); // status: read-only
+    bmc.write(parameter::ipv6StaticAddresses, writer.written());
+}
+
+// Reads static address 0, lets `change` edit it and writes it back.
+template <class Change>
+int changeStaticAddress(const char* hook, const IPMI20_SESSION_T* session, std::uint8_t channel,
+                        Change change) {
+    return hooks::guarded(hook, [&] {
+        const LanParameters bmc(hooks::transportOf(session), channel);
+        AddressSet set = readStaticAddress(bmc);
+        change(set);
+        writeStaticAddress(bmc, set);
+    });
+}
+
+void append(CIM_IPv6Addresses& list, const AddressSet& set) {
+    auto& entry = list.addresses[list.count++];
+    std::ranges::copy(set.address, entry.address);
+    entry.prefixLength = set.prefixLength;
+    entry.origin = set.source & lan::sourceMask;
+}
+
+void appendActive(CIM_IPv6Addresses& list, const LanParameters& bmc, std::uint8_t number,
+                  std::uint8_t count) {
+    for (std::uint8_t selector = 0; selector < count && list.count < CIM_MAX_IPV6_ADDRESSES; ++selector) {
+        const auto set = readAddress(bmc, number, selector);
+        const bool isUsed = set && (number == parameter::ipv6DynamicAddresses || set->isEnabled());
+        if (isUsed && set->isActive())
+            append(list, *set);
+    }
+}
+
+void requireAddress(const void* address) {
+    if (address == nullptr)
+        throw std::invalid_argument("no address, or no place for it, given");
+}
+
+} // namespace
+
+int CIM_GetIPv6NetworkCfg(IPMI20_SESSION_T* session, CIM_IPv6NetworkCfg* configuration, uint8_t channel,
+                          int /*timeout*/) {
+    return hooks::guarded(__func__, [&] {
+        requireAddress(configuration);
+        const LanParameters bmc(hooks::transportOf(session), channel);
+        const AddressSet set = readStaticAddress(bmc);
+        std::uint8_t routers = 0;
+        bmc.readIfPresent(parameter::ipv6RouterControl, std::span(&routers, 1));
+        *configuration = {};
+        configuration->source = set.isEnabled() || routers == lan::staticRouters ? CIM_ADDRESS_SOURCE_STATIC
+                                                                                 : CIM_ADDRESS_SOURCE_DYNAMIC;
+        std::ranges::copy(set.address, configuration->address);
+        configuration->prefixLength = set.prefixLength;
+        bmc.readIfPresent(parameter::ipv6StaticRouter1, configuration->gateway);
+    });
+}
+
+int CIM_GetAllIPv6Addresses(IPMI20_SESSION_T* session, CIM_IPv6Addresses* addresses, uint8_t channel,
+                            int /*timeout*/) {
+    return hooks::guarded(__func__, [&] {
+        requireAddress(addresses);
+        addresses->count = 0;
+        const LanParameters bmc(hooks::transportOf(session), channel);
+        std::uint8_t enables = lan::ipv6Disabled;
+        std::uint8_t status[3] = {}; // greatest number of static and of dynamic addresses, ways to get those
+        bmc.readIfPresent(parameter::ipv6Enables, std::span(&enables, 1));
+        if (enables == lan::ipv6Disabled || !bmc.readIfPresent(parameter::ipv6Status, status))
+            return;
+        appendActive(*addresses, bmc, parameter::ipv6StaticAddresses, status[0]);
+        appendActive(*addresses, bmc, parameter::ipv6DynamicAddresses, status[1]);
+    });
+}
+
+int CIM_SetIPv6Source(IPMI20_SESSION_T* session, uint8_t source, uint8_t channel, int /*timeout*/) {
+    return hooks::guarded(__func__, [&] {
+        if (source != CIM_ADDRESS_SOURCE_STATIC && source != CIM_ADDRESS_SOURCE_DYNAMIC)
+            throw std::invalid_argument("IPv6 address source " + std::to_string(source) + " is unknown");
+        const bool isStatic = source == CIM_ADDRESS_SOURCE_STATIC;
+        const LanParameters bmc(hooks::transportOf(session), channel);
+        if (bmc.readByte(parameter::ipv6Enables) == lan::ipv6Disabled)
+            bmc.writeByte(parameter::ipv6Enables, lan::ipv6AndIpv4);
+        bmc.writeByte(parameter::ipv6RouterControl, isStatic ? lan::staticRouters : lan::dynamicRouters);
+        AddressSet set = readStaticAddress(bmc);
+        if (!isStatic && set.isEnabled()) {
+            set.source = 0;
+            writeStaticAddress(bmc, set);
+        }
+    });
+}
+
+int CIM_SetIPv6Address(IPMI20_SESSION_T* session, const uint8_t* address, uint8_t channel, int /*timeout*/) {
+    return changeStaticAddress(__func__, session, channel, [&](AddressSet& set) {
+        requireAddress(address);
+        set.source = lan::addressEnabled;
+        std::copy_n(address, addressSize, set.address.begin());
+    });
+}
+
+int CIM_SetIPv6Prefix(IPMI20_SESSION_T* session, uint8_t prefixLength, uint8_t channel, int /*timeout*/) {
+    return changeStaticAddress(__func__, session, channel, [&](AddressSet& set) {
+        if (prefixLength > longestPrefix)
+            throw std::invalid_argument("IPv6 prefix length " + std::to_string(prefixLength) +
+                                        " is too long");
+        set.prefixLength = prefixLength;
+    });
+}
+
+int CIM_SetIPv6Gateway(IPMI20_SESSION_T* session, const uint8_t* gateway, uint8_t channel, int /*timeout*/) {
+    return hooks::guarded(__func__, [&] {
+        requireAddress(gateway);
+        LanParameters(hooks::transportOf(session), channel)
+            .write(parameter::ipv6StaticRouter1, std::span(gateway, addressSize));
+    });
+}

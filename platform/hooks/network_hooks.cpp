@@ -1,0 +1,162 @@
+// Interfaces, bonding, PHY and Ethernet settings: OEM commands (docs/oem-commands.md).
+#include "hooks/configured_session.h"
+#include "hooks/session.h"
+#include "ipmi/command.h"
+#include "ipmi/oem_commands.h"
+
+#include <cstdio>
+#include <optional>
+#include <stdexcept>
+
+namespace {
+
+using ipmi::Answer;
+namespace oem = ipmi::oem;
+
+constexpr std::size_t longestName = 16;
+
+// Nothing where the BMC does not know the command.
+std::optional<Answer> askIfKnown(ipmi::Transport& bmc, std::uint8_t command,
+                                 std::initializer_list<std::uint8_t> request) {
+    const auto answer = ipmi::ask(bmc, ipmi::netFn::oem, command,
+                                  std::span<const std::uint8_t>(request.begin(), request.size()));
+    if (answer.code() == ipmi::completion::invalidCommand)
+        return std::nullopt;
+    if (answer.code() != ipmi::completion::success)
+        throw ipmi::CompletionCodeError(ipmi::netFn::oem, command, answer.code());
+    return answer;
+}
+
+void require(bool isGiven) {
+    if (!isGiven)
+        throw std::invalid_argument("no place for the answer given");
+}
+
+// The name becomes part of keys and of a file's name.
+bool isName(std::span<const std::uint8_t> bytes) {
+    return !bytes.empty() && bytes.size() <= longestName && std::ranges::all_of(bytes, [](std::uint8_t c) {
+        return c > ' ' && c < 0x7F && c != '/' && c != ':' && c != '*' && c != '"' && c != '\'';
+    });
+}
+
+int readLanEnable(const char* hook, const IPMI20_SESSION_T* session, std::uint8_t lanIndex,
+                  std::uint8_t* enable) {
+    return hooks::guarded(hook, [&] {
+        require(enable != nullptr);
+        *enable = CIM_LAN_BOTH;
+        if (const auto answer = askIfKnown(hooks::transportOf(session), oem::getLanEnable, {lanIndex})) {
+            auto reader = answer->reader();
+            *enable = reader.u8();
+            answer->verify(reader);
+        }
+    });
+}
+
+struct Bond {
+    std::uint8_t lanIndex = 0;
+    CIM_BondConfig configuration = {};
+};
+
+Bond decodeBond(const Answer& answer) {
+    auto reader = answer.reader();
+    Bond bond;
+    bond.configuration.enabled = reader.u8();
+    bond.lanIndex = reader.u8();
+    bond.configuration.mode = reader.u8();
+    bond.configuration.milliseconds = reader.u16();
+    bond.configuration.members = reader.u16();
+    answer.verify(reader);
+    return bond;
+}
+
+} // namespace
+
+int CIM_GetLANIndex(IPMI20_SESSION_T* session, uint8_t lanIndex, char* name, int /*timeout*/) {
+    return hooks::guarded(__func__, [&] {
+        require(name != nullptr);
+        std::snprintf(name, CIM_INTERFACE_NAME_SIZE, "eth%d", lanIndex - 1);
+        if (const auto answer = askIfKnown(hooks::transportOf(session), oem::getInterfaceName, {lanIndex})) {
+            if (!isName(answer->data()))
+                throw std::runtime_error("the BMC's name of LAN " + std::to_string(lanIndex) +
+                                         " is no interface name");
+            *std::ranges::copy(answer->data(), name).out = '\0';
+        }
+    });
+}
+
+int CIM_GetLANEnable(IPMI20_SESSION_T* session, uint8_t lanIndex, uint8_t* enable, int /*timeout*/) {
+    return readLanEnable(__func__, session, lanIndex, enable);
+}
+
+int LIBIPMI_HL_GetLANEnable(IPMI20_SESSION_T* session, uint8_t lanIndex, uint8_t* enable, int /*timeout*/) {
+    return readLanEnable(__func__, session, lanIndex, enable);
+}
+
+int CIM_SetLANEnable(IPMI20_SESSION_T* session, uint8_t lanIndex, uint8_t enable, int /*timeout*/) {
+    return hooks::guarded(__func__, [&] {
+        ipmi::run(hooks::transportOf(session), ipmi::netFn::oem, oem::setLanEnable, {lanIndex, enable});
+    });
+}
+
+int CIM_IsBondEnabled(IPMI20_SESSION_T* session, CIM_BondInfo* info, int /*timeout*/) {
+    return hooks::guarded(__func__, [&] {
+        require(info != nullptr);
+        *info = {};
+        if (const auto answer = askIfKnown(hooks::transportOf(session), oem::getBond, {})) {
+            const Bond bond = decodeBond(*answer);
+            *info = {.enabled = bond.configuration.enabled, .lanIndex = bond.lanIndex};
+        }
+    });
+}
+
+int CIM_GetBondEnable(IPMI20_SESSION_T* session, CIM_BondConfig* configuration, int /*timeout*/) {
+    return hooks::guarded(__func__, [&] {
+        require(configuration != nullptr);
+        *configuration =
+            decodeBond(ipmi::run(hooks::transportOf(session), ipmi::netFn::oem, oem::getBond)).configuration;
+    });
+}
+
+int CIM_SetBondEnable(IPMI20_SESSION_T* session, const CIM_BondConfig* configuration, int /*timeout*/) {
+    return hooks::guarded(__func__, [&] {
+        if (configuration == nullptr)
+            throw std::invalid_argument("no bond configuration given");
+        std::array<std::uint8_t, 6> storage;
+        ipmi::Writer request(storage);
+        request.u8(configuration->enabled)
+            .u8(configuration->mode)
+            .u16(configuration->milliseconds)
+            .u16(configuration->members);
+        ipmi::run(hooks::transportOf(session), ipmi::netFn::oem, oem::setBond, request.written());
+    });
+}
+
+int CIM_GetPHYConfig(IPMI20_SESSION_T* session, uint8_t channel, uint32_t* phy, int /*timeout*/) {
+    return hooks::guarded(__func__, [&] {
+        require(phy != nullptr);
+        const auto answer = ipmi::run(hooks::transportOf(session), ipmi::netFn::oem, oem::getPhy, {channel});
+        auto reader = answer.reader();
+        *phy = reader.u32();
+        answer.verify(reader);
+    });
+}
+
+int CIM_GetNWExtEthCfg(CIM_NWExtEthCfg* configuration, uint8_t* isDefault) {
+    return hooks::guarded(__func__, [&] {
+        require(configuration != nullptr && isDefault != nullptr);
+        *configuration = {
+            .duplex = 1, .autoNegotiation = 1, .mtu = 1500, .capability = 0, .enabledCapability = 0};
+        *isDefault = 1;
+        const auto bmc = hooks::openConfiguredSession();
+        if (const auto answer = askIfKnown(*bmc, oem::getEthernetSettings, {})) {
+            auto reader = answer->reader();
+            configuration->duplex = reader.u16();
+            configuration->autoNegotiation = reader.u16();
+            configuration->mtu = reader.u16();
+            configuration->capability = reader.u8();
+            configuration->enabledCapability = reader.u8();
+            answer->verify(reader);
+            *isDefault = 0;
+        }
+    });
+}

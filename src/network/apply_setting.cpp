@@ -1,0 +1,207 @@
+// Method ApplySettingToIPProtocolEndpoint: which assignment, for which endpoint, with which address.
+#include "network/endpoint_name.h"
+#include "network/ip_assignment.h"
+#include "network/setting_values.h"
+#include "provider_helper/network.h"
+#include "Utility/method_job.h"
+#include "Utility/request_status.h"
+
+#include <cmpimacs.h>
+#include <cstring>
+#include <initializer_list>
+#include <strings.h>
+
+namespace {
+
+constexpr const char* nameSpace = "root/cimv2";
+constexpr const char* assignmentClass = "CIM_IPAssignmentSettingData";
+constexpr const char* endpointClass = "CIM_IPProtocolEndpoint";
+constexpr const char* staticClass = "CIM_StaticIPAssignmentSettingData";
+constexpr const char* badAssignment = "IPAssignmentSettingData InstanceID is Invalid";
+
+// One request: what it names, and how it fails.
+class Application {
+public:
+    Application(const CMPIBroker* broker, const CMPIContext* context, const CMPIArgs* in, CMPIStatus* status)
+        : broker_(broker), context_(context), in_(in), status_(status) {}
+
+    bool run() { return readArguments() && exists() && apply(); }
+
+private:
+    struct Key {
+        const char* name;
+        const char* value;
+    };
+
+    bool refuse(CMPIrc code, const char* message) {
+        ph::fail(broker_, status_, code, message);
+        return false;
+    }
+
+    bool readArguments();
+    bool exists();
+    bool apply();
+    bool applyStatic();
+
+    // A reference argument of this class; nullptr for any other.
+    const CMPIObjectPath* reference(const char* argument, const char* className) const;
+    CMPIEnumeration* enumerate(const char* className, const char* failure);
+    // Whether the broker serves an instance with these keys. Reports what fails, not that there is none.
+    bool find(const char* className, const char* failure, std::initializer_list<Key> keys, bool& isFound);
+
+    const CMPIBroker* broker_;
+    const CMPIContext* context_;
+    const CMPIArgs* in_;
+    CMPIStatus* status_;
+
+    const char* assignment_ = ""; // InstanceID of the configuration
+    const char* systemCreationClassName_ = "";
+    const char* creationClassName_ = "";
+    const char* systemName_ = "";
+    const char* endpointName_ = "";
+};
+
+// "" for a key that is missing or no text.
+const char* keyText(const CMPIObjectPath* path, const char* name) {
+    CMPIStatus status = ph::success;
+    const CMPIData key = CMGetKey(path, name, &status);
+    const char* text = status.rc == CMPI_RC_OK && key.type == CMPI_string && key.value.string != nullptr
+                           ? CMGetCharsPtr(key.value.string, nullptr)
+                           : nullptr;
+    return text != nullptr ? text : "";
+}
+
+const CMPIObjectPath* Application::reference(const char* argument, const char* className) const {
+    const auto data = ph::argument(in_, argument);
+    if (!data || data->type != CMPI_ref || data->value.ref == nullptr)
+        return nullptr;
+    const CMPIString* name = CMGetClassName(data->value.ref, nullptr);
+    const char* text = name != nullptr ? CMGetCharsPtr(name, nullptr) : nullptr;
+    return text != nullptr && strcasecmp(text, className) == 0 ? data->value.ref : nullptr;
+}
+
+bool Application::readArguments() {
+    const CMPIObjectPath* configuration = reference("Configuration", assignmentClass);
+    if (configuration == nullptr)
+        return refuse(CMPI_RC_ERR_INVALID_PARAMETER, "Configuration Parameter is Invalid");
+    const CMPIObjectPath* endpoint = reference("Endpoint", endpointClass);
+    if (endpoint == nullptr)
+        return refuse(CMPI_RC_ERR_INVALID_PARAMETER, "Endpoint Parameter is Invalid");
+    assignment_ = keyText(configuration, "InstanceID");
+    systemCreationClassName_ = keyText(endpoint, "SystemCreationClassName");
+    creationClassName_ = keyText(endpoint, "CreationClassName");
+    systemName_ = keyText(endpoint, "SystemName");
+    endpointName_ = keyText(endpoint, "Name");
+    for (const char* text :
+         {assignment_, systemCreationClassName_, creationClassName_, systemName_, endpointName_})
+        if (*text == '\0')
+            return refuse(CMPI_RC_ERR_INVALID_PARAMETER, "Configuration or Endpoint Parameters are Empty");
+    return std::strstr(assignment_, "IPAssignmentSettingData") != nullptr ||
+           refuse(CMPI_RC_ERR_INVALID_PARAMETER, badAssignment);
+}
+
+CMPIEnumeration* Application::enumerate(const char* className, const char* failure) {
+    CMPIStatus status = ph::success;
+    const CMPIObjectPath* path = CMNewObjectPath(broker_, nameSpace, className, &status);
+    if (path == nullptr || status.rc != CMPI_RC_OK) {
+        refuse(CMPI_RC_ERR_FAILED, "Failed to Create New Object Path");
+        return nullptr;
+    }
+    CMPIEnumeration* instances = CBEnumInstances(broker_, context_, path, nullptr, &status);
+    if (instances == nullptr || status.rc != CMPI_RC_OK) {
+        refuse(CMPI_RC_ERR_FAILED, failure);
+        return nullptr;
+    }
+    return instances;
+}
+
+// The next instance of an enumeration, nullptr at its end.
+const CMPIInstance* next(CMPIEnumeration* instances) {
+    if (!CMHasNext(instances, nullptr))
+        return nullptr;
+    const CMPIData data = CMGetNext(instances, nullptr);
+    return data.type == CMPI_instance ? data.value.inst : nullptr;
+}
+
+bool Application::find(const char* className, const char* failure, std::initializer_list<Key> keys,
+                       bool& isFound) {
+    isFound = false;
+    CMPIEnumeration* instances = enumerate(className, failure);
+    if (instances == nullptr)
+        return false;
+    while (const CMPIInstance* instance = next(instances)) {
+        bool matches = true;
+        for (const Key& key : keys)
+            matches = matches && strcasecmp(ph::textProperty(instance, key.name), key.value) == 0;
+        isFound = isFound || matches;
+    }
+    return true;
+}
+
+bool Application::exists() {
+    bool hasAssignment = false;
+    bool hasEndpoint = false;
+    if (!find(assignmentClass, "Failed to Enumerate IPAssignmentSettingData instances",
+              {{"InstanceID", assignment_}}, hasAssignment) ||
+        !find(endpointClass, "Failed to Enumerate IPProtocolEndpoint instances",
+              {{"SystemCreationClassName", systemCreationClassName_},
+               {"CreationClassName", creationClassName_},
+               {"SystemName", systemName_},
+               {"Name", endpointName_}},
+              hasEndpoint))
+        return false;
+    return (hasAssignment && hasEndpoint) || refuse(CMPI_RC_ERR_FAILED, "Input key properties are Invalid");
+}
+
+bool Application::apply() {
+    if (strcasecmp(assignment_, ph::dhcpAssignment) == 0)
+        return PH_ApplySettingToDHCPIP(broker_, endpointName_, status_) == 0;
+    if (strcasecmp(assignment_, ph::staticAssignment) == 0)
+        return applyStatic();
+    return refuse(CMPI_RC_ERR_INVALID_PARAMETER, badAssignment);
+}
+
+bool isOneOf(const CMPIInstance* setting, std::initializer_list<const char*> properties, const char* value) {
+    for (const char* property : properties)
+        if (std::strcmp(ph::textProperty(setting, property), value) == 0)
+            return true;
+    return false;
+}
+
+bool Application::applyStatic() {
+    constexpr const char* notEnumerated = "Failed to Enumerate StaticIPAssignSettingData instances";
+    const auto version = ph::ipVersionOf(endpointName_);
+    if (!version || (*version != '4' && *version != '6'))
+        return refuse(CMPI_RC_ERR_FAILED, "Unable to fetch IP version");
+    CMPIEnumeration* settings = enumerate(staticClass, notEnumerated);
+    if (settings == nullptr)
+        return false;
+    const CMPIInstance* setting = next(settings);
+    if (setting == nullptr)
+        return refuse(CMPI_RC_ERR_FAILED, notEnumerated);
+    if (*version == '4') {
+        if (isOneOf(setting, {"IPv4Address", "SubnetMask", "GatewayIPv4Address"}, "0.0.0.0"))
+            return refuse(CMPI_RC_ERR_FAILED,
+                          "IPv4Address, SubnetMask or GatewayIPv4Address Parameters are Invalid");
+        return PH_ApplySettingToStaticIP(broker_, endpointName_, setting, status_) == 0;
+    }
+    if (isOneOf(setting, {"IPv6Address", "GatewayIPv6Address"}, "::"))
+        return refuse(CMPI_RC_ERR_FAILED, "IPv6Address or GatewayIPv6Address Parameters are Invalid");
+    return PH_ApplySettingToStaticIPv6(broker_, endpointName_, setting, status_) == 0;
+}
+
+} // namespace
+
+int PH_ApplySettingToIPProtocolEndpoint(const CMPIBroker* broker, const CMPIResult* result,
+                                        const CMPIObjectPath* ref, const CMPIContext* context,
+                                        const CMPIArgs* in, CMPIArgs* out, CMPIStatus* status) {
+    ph::MethodJob job;
+    ph::MethodValue value = ph::methodFailed;
+    if (!job.makePath(broker, ref))
+        ph::fail(broker, status, CMPI_RC_ERR_FAILED, ph::noJobPath);
+    else
+        value = job.run("ApplySettingToIPProtocolEndpoint", out,
+                        [&] { return Application(broker, context, in, status).run(); });
+    ph::returnValue(result, value);
+    return value == ph::methodDone ? 0 : -1;
+}

@@ -1,0 +1,207 @@
+// CIM_EthernetPort: the BMC's network ports, and the method that switches them.
+#include "network/lans.h"
+#include "network/port_state.h"
+#include "provider_helper/network.h"
+#include "Utility/back_ends.h"
+#include "Utility/class_family.h"
+#include "Utility/method_job.h"
+#include "Utility/record_fields.h"
+#include "Utility/request_status.h"
+
+#include <cstdio>
+#include <string>
+#include <strings.h>
+
+constexpr const char* const g_EthernetPortKeyList[4] = {"DeviceID", "SystemCreationClassName",
+                                                        "CreationClassName", "SystemName"};
+
+namespace {
+
+using Record = EthernetPortRecord;
+using ph::Lan;
+using ph::Property;
+
+constexpr const char* className = "CIM_EthernetPort";
+
+constexpr Property properties[] = {
+    PH_KEY(Record, DeviceID),
+    PH_KEY(Record, SystemCreationClassName),
+    PH_KEY(Record, CreationClassName),
+    PH_KEY(Record, SystemName),
+    PH_PROPERTY(Record, ElementName),
+    PH_PROPERTY(Record, Name),
+    PH_PROPERTY(Record, PortType),
+    PH_PROPERTY(Record, NetworkAddresses),
+    PH_PROPERTY(Record, Capabilities),
+    PH_PROPERTY(Record, EnabledCapabilities),
+    PH_PROPERTY(Record, LinkTechnology),
+    PH_PROPERTY(Record, PermanentAddress),
+    PH_PROPERTY(Record, EnabledState),
+    PH_PROPERTY(Record, Speed),
+    PH_PROPERTY(Record, MaxSpeed),
+    PH_PROPERTY(Record, RequestedSpeed),
+    PH_PROPERTY(Record, RequestedState),
+    PH_PROPERTY(Record, FullDuplex),
+    PH_PROPERTY(Record, AutoSense),
+    PH_PROPERTY(Record, ActiveMaximumTransmissionUnit),
+};
+
+constexpr std::uint32_t bitsPerMegabit = 1024 * 1024 * 8; // per Mb/s, as clients of these ports know it
+
+bool isEnabled(IPMI20_SESSION_T* session, const Lan& lan) {
+    std::uint8_t enable = CIM_LAN_DISABLED;
+    return lan.isBond || (LIBIPMI_HL_GetLANEnable(session, lan.index, &enable, ph::hookTimeout) == 0 &&
+                          enable != CIM_LAN_DISABLED);
+}
+
+// Mb/s, bits 8 to 23 of the PHY word.
+std::uint16_t readSpeed(IPMI20_SESSION_T* session, const Lan& lan) {
+    std::uint32_t phy = 0;
+    return CIM_GetPHYConfig(session, lan.channel, &phy, ph::hookTimeout) == 0
+               ? static_cast<std::uint16_t>(phy >> 8)
+               : 0;
+}
+
+int fill(Record& port, IPMI20_SESSION_T* session, const Lan& lan, const CIM_NWExtEthCfg& configuration) {
+    const std::uint16_t speed = readSpeed(session, lan);
+    return PH_Fill_EthernetPort(&port, ph::readMac(LIBIPMI_HL_GetMACAddress, session, lan).text,
+                                lan.interfaceName, &configuration, &speed, isEnabled(session, lan));
+}
+
+int enumerate(ph::RecordArray<Record>& ports, ph::Detail detail) {
+    char systemName[256] = "";
+    CIM_NWExtEthCfg configuration{};
+    std::uint8_t isDefault = 0;
+    ph::IpmiSession session;
+    if (PH_GetSPSystemName(systemName) != 0 ||
+        (detail == ph::Detail::All && CIM_GetNWExtEthCfg(&configuration, &isDefault) != 0) || !session.open())
+        return -1;
+    int position = 0;
+    for (const Lan& lan : ph::listLans(session.get())) {
+        Record* port = ports.append();
+        if (port == nullptr)
+            return -1;
+        position = lan.isBond ? ports.count() : position + 1;
+        ph::copyText(port->SystemCreationClassName, ph::systemClassName);
+        ph::copyText(port->SystemName, systemName);
+        ph::copyText(port->CreationClassName, className);
+        std::snprintf(port->DeviceID, sizeof(port->DeviceID), "%s%d:%s:%d", "EthernetPort", position,
+                      lan.interfaceName, lan.index);
+        if (detail == ph::Detail::All && fill(*port, session.get(), lan, configuration) != 0)
+            return -1;
+    }
+    return 0;
+}
+
+// ---- RequestStateChange
+
+// Numbers and texts of them; anything else is no state.
+int requestedState(const CMPIData& argument) {
+    if (argument.type == CMPI_uint16)
+        return argument.value.uint16;
+    const char* text = argument.type == CMPI_string && argument.value.string != nullptr
+                           ? CMGetCharsPtr(argument.value.string, nullptr)
+                           : nullptr;
+    return text != nullptr ? static_cast<int>(std::strtol(text, nullptr, 10)) : 0;
+}
+
+std::string findPort(CMPIString** keyValues) {
+    Record* port = nullptr;
+    const int result = PH_Get_EthernetPort(&port, keyValues);
+    std::string deviceId = result == 0 ? port->DeviceID : "";
+    PH_Clean_EthernetPort(&port, 1);
+    return deviceId;
+}
+
+struct PortName {
+    char interfaceName[CIM_INTERFACE_NAME_SIZE] = "";
+    int lanIndex = 0;
+};
+
+// "EthernetPort1:eth0:1"; runs of colons separate as one does.
+bool parse(const std::string& deviceId, PortName& name) {
+    return std::sscanf(deviceId.c_str(), "%*[^:]%*[:]%31[^:]%*[:]%d", name.interfaceName, &name.lanIndex) ==
+           2;
+}
+
+bool isStateOfPort(int state) {
+    return state == 2 || state == 3 || state == 11; // DMTF RequestedState: enabled, disabled, reset
+}
+
+std::uint32_t requestStateChange(const ph::Request& request, CMPIStatus& status) {
+    const auto refuse = [&](CMPIrc code, const char* message) {
+        status = ph::fail(request.broker, code, message);
+        return ph::methodFailed;
+    };
+    ph::MethodJob job;
+    if (!job.makePath(request.broker, request.ref))
+        return refuse(CMPI_RC_ERR_FAILED, ph::noJobPath);
+    CMPIString* keyValues[4] = {};
+    if (CheckForValidObjectPath(request.broker, request.ref, g_EthernetPortKeyList, keyValues, 4, &status) !=
+        0)
+        return ph::methodFailed;
+    if (request.method == nullptr || strncasecmp(request.method, "RequestStateChange", 64) != 0)
+        return refuse(CMPI_RC_ERR_NOT_SUPPORTED, "Invalid Method Name");
+    const auto argument = ph::argument(request.in, "RequestedState");
+    if (!argument)
+        return refuse(CMPI_RC_ERR_INVALID_PARAMETER, "Invalid Parameter");
+    const int state = requestedState(*argument);
+    const std::string deviceId = findPort(keyValues);
+    if (deviceId.empty())
+        return refuse(CMPI_RC_ERR_INVALID_PARAMETER, "Given instance does not exist");
+    PortName port;
+    if (!parse(deviceId, port))
+        return ph::methodFailed;
+    const std::string jobName = std::string("EthernetPort_RequestStateChange_") + port.interfaceName;
+    return job.run(jobName.c_str(), request.out, [&] {
+        return isStateOfPort(state) &&
+               RequestStateChange(request.broker, request.context, request.in, &status, port.lanIndex,
+                                  port.interfaceName, state) == 0;
+    });
+}
+
+CMPIStatus invoke(const ph::Request& request) {
+    CMPIStatus status = ph::success;
+    ph::returnValue(request.result, requestStateChange(request, status));
+    CMReturnDone(request.result);
+    return status;
+}
+
+constexpr ph::Method methods[] = {ph::requestStateChange};
+
+constexpr ph::ClassDefinition<Record> definition{.name = className,
+                                                 .superclass = "CIM_NetworkPort",
+                                                 .keys = g_EthernetPortKeyList,
+                                                 .properties = properties,
+                                                 .enumerate = enumerate,
+                                                 .invoke = invoke,
+                                                 .methods = methods};
+
+} // namespace
+
+int PH_Fill_EthernetPort(Record* record, const char* macAddress, const char* interfaceName,
+                         const CIM_NWExtEthCfg* configuration, const uint16_t* speed, int enabled) {
+    constexpr std::size_t shownOfMac = 15; // as clients of these ports know it
+    record->NetworkAddresses[0] = strndup(macAddress, shownOfMac);
+    if (record->NetworkAddresses[0] == nullptr)
+        return -1;
+    ph::copyText(record->ElementName, "Logical representation of Network Communications");
+    ph::copyText(record->Name, "EthernetPort");
+    ph::copyText(record->PermanentAddress, macAddress);
+    const std::uint32_t bits = *speed * bitsPerMegabit; // 32 bits: 1000 Mb/s wraps
+    record->PortType = bits == 100 * bitsPerMegabit ? 51 : 50;
+    record->Speed = record->MaxSpeed = record->RequestedSpeed = bits;
+    ph::setSlots(record->Capabilities,
+                 {configuration->capability != 0 ? std::uint16_t{3} : std::uint16_t{0}});
+    ph::setSlots(record->EnabledCapabilities,
+                 {configuration->enabledCapability != 0 ? std::uint16_t{3} : std::uint16_t{0}});
+    record->LinkTechnology = 2; // Ethernet
+    record->FullDuplex = configuration->duplex == 1;
+    record->AutoSense = configuration->autoNegotiation == 1;
+    record->ActiveMaximumTransmissionUnit = configuration->mtu;
+    record->EnabledState = enabled != 0 ? 2 : 3;
+    record->RequestedState = static_cast<uint16_t>(ph::readRequestedState(interfaceName));
+    return 0;
+}
+
+PH_EXPORT_CLASS_FAMILY(EthernetPort, Record, definition)

@@ -1,0 +1,44 @@
+// CIM_IPAssignmentSettingData: address by DHCP, or a static one.
+#include "network/ip_assignment.h"
+#include "provider_helper/network.h"
+#include "Utility/class_family.h"
+#include "Utility/record_fields.h"
+
+constexpr const char* const g_IPAssignmentSettingDataKeyList[1] = {"InstanceID"};
+
+namespace {
+
+using Record = IPAssignmentSettingDataRecord;
+using ph::Property;
+
+constexpr Property properties[] = {
+    PH_KEY(Record, InstanceID),
+    PH_PROPERTY(Record, ElementName),
+    PH_PROPERTY(Record, AddressOrigin),
+};
+
+int enumerate(ph::RecordArray<Record>& settings, ph::Detail) {
+    for (const bool isStatic : {false, true}) {
+        Record* setting = settings.append();
+        if (setting == nullptr || PH_Fill_IPAssignmentSettingData(setting, isStatic) != 0)
+            return -1;
+    }
+    return 0;
+}
+
+constexpr ph::ClassDefinition<Record> definition{.name = "CIM_IPAssignmentSettingData",
+                                                 .superclass = "CIM_SettingData",
+                                                 .keys = g_IPAssignmentSettingDataKeyList,
+                                                 .properties = properties,
+                                                 .enumerate = enumerate};
+
+} // namespace
+
+int PH_Fill_IPAssignmentSettingData(Record* record, int isStatic) {
+    ph::copyText(record->InstanceID, isStatic != 0 ? ph::staticAssignment : ph::dhcpAssignment);
+    ph::copyText(record->ElementName, isStatic != 0 ? "Static IP Configuration" : "DHCP IP Configuration");
+    record->AddressOrigin = isStatic != 0 ? 3 : 4; // static, DHCP
+    return 0;
+}
+
+PH_EXPORT_CLASS_FAMILY(IPAssignmentSettingData, Record, definition)

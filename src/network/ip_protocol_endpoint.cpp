@@ -1,0 +1,190 @@
+// CIM_IPProtocolEndpoint: the BMC's IP addresses.
+#include "network/lans.h"
+#include "platform/sysroot.h"
+#include "provider_helper/network.h"
+#include "Utility/back_ends.h"
+#include "Utility/class_family.h"
+#include "Utility/record_fields.h"
+
+#include <cstdio>
+#include <string_view>
+#include <unistd.h>
+
+constexpr const char* const g_IPProtocolEndpointKeyList[4] = {"SystemCreationClassName", "CreationClassName",
+                                                              "SystemName", "Name"};
+
+namespace {
+
+using Record = IPProtocolEndpointRecord;
+using ph::Lan;
+using ph::Property;
+
+constexpr const char* className = "CIM_IPProtocolEndpoint";
+constexpr std::uint16_t ipv4 = 4096; // ProtocolIFType
+constexpr std::uint16_t ipv6 = 4097;
+
+enum AddressOrigin { originStatic = 3, originDhcp = 4, originDhcpV6 = 7, originIpv6Auto = 8 };
+
+bool isIpv4(const Record& endpoint) {
+    return endpoint.ProtocolIFType == ipv4;
+}
+bool isIpv6(const Record& endpoint) {
+    return endpoint.ProtocolIFType == ipv6;
+}
+
+constexpr Property properties[] = {
+    PH_KEY(Record, SystemCreationClassName),
+    PH_KEY(Record, CreationClassName),
+    PH_KEY(Record, SystemName),
+    PH_KEY(Record, Name),
+    PH_PROPERTY(Record, NameFormat),
+    PH_PROPERTY(Record, ProtocolIFType),
+    PH_PROPERTY(Record, EnabledState),
+    PH_PROPERTY(Record, RequestedState),
+    PH_PROPERTY(Record, ElementName),
+    PH_PROPERTY_IF(Record, IPv4Address, isIpv4),
+    PH_PROPERTY_IF(Record, IPv6Address, isIpv6),
+    PH_PROPERTY_IF(Record, SubnetMask, isIpv4),
+    PH_PROPERTY_IF(Record, IPv6AddressType, isIpv6),
+    PH_PROPERTY_IF(Record, IPv6SubnetPrefixLength, isIpv6),
+    PH_PROPERTY(Record, AddressOrigin),
+};
+
+// One address of a LAN, as it becomes an endpoint.
+struct Address {
+    int ipVersion = 4;
+    int origin = originStatic;
+    char text[64] = "";
+    char subnetMask[64] = ""; // version 4
+    int prefixLength = 0;     // version 6
+};
+
+void setKeys(Record& endpoint, const char* systemName, const char* interfaceName, int channel, int ipVersion,
+             int count) {
+    ph::copyText(endpoint.SystemCreationClassName, ph::systemClassName);
+    ph::copyText(endpoint.CreationClassName, className);
+    ph::copyText(endpoint.SystemName, systemName);
+    std::snprintf(endpoint.Name, sizeof(endpoint.Name), "IPProtocolEndpoint%d*Channel-%d*%s-%d", count,
+                  channel, interfaceName, ipVersion);
+}
+
+Address readIpv4(IPMI20_SESSION_T* session, const Lan& lan) {
+    CIM_IPv4NetworkCfg configuration{};
+    if (CIM_GetIPv4NetworkCfg(session, &configuration, lan.channel, ph::hookTimeout) != 0)
+        configuration = {};
+    Address address;
+    address.origin = configuration.source == CIM_ADDRESS_SOURCE_DYNAMIC ? originDhcp : originStatic;
+    ConvertIPnumToStr(configuration.address, address.text);
+    ConvertIPnumToStr(configuration.netmask, address.subnetMask);
+    return address;
+}
+
+// Of all IPv6 addresses of a LAN: dynamic ones come from a DHCPv6 server when the client has noted one, or
+// when no static address is left in the configuration.
+int ipv6Origin(IPMI20_SESSION_T* session, const Lan& lan) {
+    CIM_IPv6NetworkCfg configuration{};
+    if (CIM_GetIPv6NetworkCfg(session, &configuration, lan.channel, ph::hookTimeout) != 0 ||
+        configuration.source != CIM_ADDRESS_SOURCE_DYNAMIC)
+        return originStatic;
+    char configured[64] = "";
+    ConvertIP6numToStr(configuration.address, configured);
+    return PH_IsDHCPServerAddressFilePresent(lan.interfaceName) != 0 || std::string_view(configured) == "::"
+               ? originDhcpV6
+               : originIpv6Auto;
+}
+
+std::vector<Address> readAddresses(IPMI20_SESSION_T* session, const Lan& lan) {
+    std::vector<Address> addresses{readIpv4(session, lan)};
+    CIM_IPv6Addresses list{};
+    if (CIM_GetAllIPv6Addresses(session, &list, lan.channel, ph::hookTimeout) != 0 || list.count == 0)
+        return addresses;
+    const int origin = ipv6Origin(session, lan);
+    for (std::size_t i = 0; i < std::min<std::size_t>(list.count, CIM_MAX_IPV6_ADDRESSES); ++i) {
+        Address& address = addresses.emplace_back();
+        address.ipVersion = 6;
+        address.origin = origin;
+        address.prefixLength = list.addresses[i].prefixLength;
+        ConvertIP6numToStr(list.addresses[i].address, address.text);
+    }
+    return addresses;
+}
+
+int enumerate(ph::RecordArray<Record>& endpoints, ph::Detail detail) {
+    char systemName[256] = "";
+    ph::IpmiSession session;
+    if (PH_GetSPSystemName(systemName) != 0 || !session.open())
+        return -1;
+    for (const Lan& lan : ph::listLans(session.get()))
+        for (const Address& address : readAddresses(session.get(), lan)) {
+            Record* endpoint = endpoints.append();
+            if (endpoint == nullptr)
+                return -1;
+            setKeys(*endpoint, systemName, lan.interfaceName, lan.channel, address.ipVersion,
+                    endpoints.count());
+            if (detail == ph::Detail::All)
+                PH_Fill_IPProtocolEndpoint(endpoint, address.origin, address.text, address.subnetMask,
+                                           address.prefixLength, address.ipVersion);
+        }
+    return 0;
+}
+
+constexpr ph::ClassDefinition<Record> definition{.name = className,
+                                                 .superclass = "CIM_ProtocolEndpoint",
+                                                 .keys = g_IPProtocolEndpointKeyList,
+                                                 .properties = properties,
+                                                 .enumerate = enumerate};
+
+} // namespace
+
+int PH_Fill_IPProtocolEndpoint(Record* record, int addressOrigin, const char* address, const char* subnetMask,
+                               int prefixLength, int ipVersion) {
+    ph::copyText(record->NameFormat,
+                 "ClassName[Instance Count]*Channel-ChannelNumber*InterfaceName-IPVersion");
+    record->EnabledState = 2;    // enabled
+    record->RequestedState = 12; // not applicable
+    ph::copyText(record->ElementName, "Endpoint Dedicated to a Single IP");
+    record->AddressOrigin = static_cast<uint16_t>(addressOrigin);
+    if (ipVersion == 4) {
+        record->ProtocolIFType = ipv4;
+        ph::copyText(record->IPv4Address, address);
+        ph::copyText(record->SubnetMask, subnetMask);
+    } else {
+        record->ProtocolIFType = ipv6;
+        ph::copyText(record->IPv6Address, address);
+        record->IPv6AddressType = static_cast<uint16_t>(ipVersion);
+        record->IPv6SubnetPrefixLength = static_cast<uint16_t>(prefixLength);
+    }
+    return 0;
+}
+
+int PH_CreateIPProtocolEndpointInstance(Record** records, int* count, const char* systemName,
+                                        const char* interfaceName, int channel, int addressOrigin,
+                                        const char* address, const char* subnetMask, int prefixLength,
+                                        int namesOnly, int ipVersion) {
+    void* const former = *count == 0 ? nullptr : *records;
+    auto* const grown =
+        static_cast<Record*>(std::realloc(former, sizeof(Record) * (static_cast<std::size_t>(*count) + 1)));
+    if (grown == nullptr) {
+        std::free(former);
+        *records = nullptr;
+        *count = 0;
+        return -1;
+    }
+    Record& endpoint = grown[*count];
+    endpoint = {};
+    *records = grown;
+    ++*count;
+    setKeys(endpoint, systemName, interfaceName, channel, ipVersion, *count);
+    return namesOnly != 0 ? 0
+                          : PH_Fill_IPProtocolEndpoint(&endpoint, addressOrigin, address, subnetMask,
+                                                       prefixLength, ipVersion);
+}
+
+int PH_IsDHCPServerAddressFilePresent(const char* interfaceName) {
+    char name[128];
+    char path[4096];
+    std::snprintf(name, sizeof(name), "/tmp/dhcp6_server_%s", interfaceName);
+    return PH_SysrootPath(name, path, sizeof(path)) == 0 && access(path, F_OK) == 0;
+}
+
+PH_EXPORT_CLASS_FAMILY(IPProtocolEndpoint, Record, definition)

@@ -1,0 +1,100 @@
+// CIM_LANEndpoint: the data-link end of each network port.
+#include "network/lans.h"
+#include "provider_helper/network.h"
+#include "Utility/back_ends.h"
+#include "Utility/class_family.h"
+#include "Utility/record_fields.h"
+
+#include <cstdio>
+
+constexpr const char* const g_LANEndpointKeyList[4] = {"Name", "SystemCreationClassName", "CreationClassName",
+                                                       "SystemName"};
+
+namespace {
+
+using Record = LANEndpointRecord;
+using ph::Lan;
+using ph::Property;
+
+constexpr const char* className = "CIM_LANEndpoint";
+
+constexpr Property properties[] = {
+    PH_KEY(Record, Name),
+    PH_KEY(Record, SystemCreationClassName),
+    PH_KEY(Record, CreationClassName),
+    PH_KEY(Record, SystemName),
+    PH_PROPERTY(Record, NameFormat),
+    PH_PROPERTY(Record, ProtocolIFType),
+    PH_PROPERTY(Record, MACAddress),
+    PH_PROPERTY(Record, LANID),
+    PH_PROPERTY(Record, EnabledState),
+    PH_PROPERTY(Record, RequestedState),
+    PH_PROPERTY(Record, ElementName),
+};
+
+int readEnable(IPMI20_SESSION_T* session, const Lan& lan) {
+    std::uint8_t enable = CIM_LAN_BOTH;
+    if (!lan.isBond && CIM_GetLANEnable(session, lan.index, &enable, ph::hookTimeout) != 0)
+        enable = CIM_LAN_DISABLED;
+    return enable;
+}
+
+int readVlanId(IPMI20_SESSION_T* session, const Lan& lan) {
+    std::uint8_t enabled = 0;
+    std::uint16_t id = 0;
+    std::uint8_t priority = 0;
+    return CIM_GetVlanStatus(session, &enabled, &id, &priority, lan.channel, ph::hookTimeout) == 0 ? id : 0;
+}
+
+int enumerate(ph::RecordArray<Record>& endpoints, ph::Detail detail) {
+    char systemName[256] = "";
+    ph::IpmiSession session;
+    if (PH_GetSPSystemName(systemName) != 0 || !session.open())
+        return -1;
+    for (const Lan& lan : ph::listLans(session.get())) {
+        Record* endpoint = endpoints.append();
+        if (endpoint == nullptr)
+            return -1;
+        ph::copyText(endpoint->SystemCreationClassName, ph::systemClassName);
+        ph::copyText(endpoint->CreationClassName, className);
+        ph::copyText(endpoint->SystemName, systemName);
+        std::snprintf(endpoint->Name, sizeof(endpoint->Name), "%s-%s", "LANEndpoint", lan.interfaceName);
+        if (detail == ph::Detail::Names)
+            continue;
+        char lanId[8];
+        std::snprintf(lanId, sizeof(lanId), "%d", readVlanId(session.get(), lan));
+        if (PH_Fill_LANEndpoint(lan.interfaceName, endpoint,
+                                ph::readMac(CIM_Get_MACAddress, session.get(), lan).text,
+                                readEnable(session.get(), lan), lanId) != 0)
+            return -1;
+    }
+    return 0;
+}
+
+std::uint16_t enabledState(int enable) {
+    if (enable > CIM_LAN_BOTH)
+        return 0;                              // unknown
+    return enable == CIM_LAN_DISABLED ? 3 : 2; // disabled, enabled
+}
+
+constexpr ph::ClassDefinition<Record> definition{.name = className,
+                                                 .superclass = "CIM_ProtocolEndpoint",
+                                                 .keys = g_LANEndpointKeyList,
+                                                 .properties = properties,
+                                                 .enumerate = enumerate};
+
+} // namespace
+
+int PH_Fill_LANEndpoint(const char* interfaceName, Record* record, const char* macAddress, int enable,
+                        const char* lanId) {
+    ph::copyText(record->NameFormat, "ClassName-InterfaceName");
+    record->ProtocolIFType = 6; // Ethernet CSMA/CD
+    ph::copyText(record->MACAddress, macAddress);
+    ph::copyText(record->LANID, lanId);
+    record->EnabledState = enabledState(enable);
+    record->RequestedState = 12; // not applicable
+    std::snprintf(record->ElementName, sizeof(record->ElementName), "LANEndPoint for %s", interfaceName);
+    return 0;
+}
+
+PH_EXPORT_CLASS_FAMILY(LANEndpoint, Record, definition)

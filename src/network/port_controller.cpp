@@ -1,0 +1,62 @@
+// CIM_PortController: what the BMC's network ports hang on.
+#include "network/lans.h"
+#include "provider_helper/network.h"
+#include "Utility/class_family.h"
+#include "Utility/record_fields.h"
+
+constexpr const char* const g_PortControllerKeyList[4] = {"DeviceID", "SystemCreationClassName",
+                                                          "CreationClassName", "SystemName"};
+
+namespace {
+
+using Record = PortControllerRecord;
+using ph::Property;
+
+constexpr const char* className = "CIM_PortController";
+
+constexpr Property properties[] = {
+    PH_KEY(Record, SystemCreationClassName),
+    PH_KEY(Record, SystemName),
+    PH_KEY(Record, CreationClassName),
+    PH_KEY(Record, DeviceID),
+    PH_PROPERTY(Record, Name),
+    PH_PROPERTY(Record, ElementName),
+    PH_PROPERTY(Record, ControllerType),
+    PH_PROPERTY(Record, ProtocolSupported),
+    PH_PROPERTY(Record, MaxNumberControlled),
+    PH_PROPERTY(Record, EnabledState),
+    PH_PROPERTY(Record, RequestedState),
+};
+
+int enumerate(ph::RecordArray<Record>& controllers, ph::Detail) {
+    char systemName[256] = "";
+    Record* controller = PH_GetSPSystemName(systemName) == 0 ? controllers.append() : nullptr;
+    if (controller == nullptr)
+        return -1;
+    ph::copyText(controller->SystemName, systemName);
+    return PH_Fill_PortController(controller);
+}
+
+constexpr ph::ClassDefinition<Record> definition{.name = className,
+                                                 .superclass = "CIM_Controller",
+                                                 .keys = g_PortControllerKeyList,
+                                                 .properties = properties,
+                                                 .enumerate = enumerate};
+
+} // namespace
+
+int PH_Fill_PortController(Record* record) {
+    ph::copyText(record->SystemCreationClassName, ph::systemClassName);
+    ph::copyText(record->CreationClassName, className);
+    ph::copyText(record->DeviceID, "PortController-1.0.0");
+    ph::copyText(record->Name, "PortController1");
+    ph::copyText(record->ElementName, "Controller for the Network Port");
+    record->ControllerType = 2;    // Ethernet
+    record->ProtocolSupported = 2; // unknown
+    record->MaxNumberControlled = 0;
+    record->EnabledState = 5;    // not applicable
+    record->RequestedState = 12; // not applicable
+    return 0;
+}
+
+PH_EXPORT_CLASS_FAMILY(PortController, Record, definition)

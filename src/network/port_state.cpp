@@ -1,0 +1,132 @@
+// Enabling, disabling and resetting the BMC's network interfaces.
+#include "network/port_state.h"
+#include "platform/sysroot.h"
+#include "provider_helper/network.h"
+#include "Utility/back_ends.h"
+#include "Utility/request_status.h"
+
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <memory>
+#include <unistd.h>
+
+namespace ph {
+namespace {
+
+constexpr int enable = 2; // DMTF RequestedState
+constexpr int disable = 3;
+
+using FilePtr = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
+
+// "/tmp/ethport_reqstate_eth0". In a folder that everybody writes to, a link of somebody's is not followed.
+FilePtr openStateFile(const char* interfaceName, int flags, const char* mode) {
+    char name[256];
+    char path[4096];
+    std::snprintf(name, sizeof(name), "%s_%s", "/tmp/ethport_reqstate", interfaceName);
+    const bool isPlain = std::strchr(interfaceName, '/') == nullptr;
+    const int descriptor = isPlain && PH_SysrootPath(name, path, sizeof(path)) == 0
+                               ? open(path, flags | O_NOFOLLOW | O_CLOEXEC, 0644)
+                               : -1;
+    std::FILE* file = descriptor != -1 ? fdopen(descriptor, mode) : nullptr;
+    if (file == nullptr && descriptor != -1)
+        close(descriptor);
+    return {file, std::fclose};
+}
+
+void writeRequestedState(const char* interfaceName, int state) {
+    if (const FilePtr file = openStateFile(interfaceName, O_WRONLY | O_CREAT | O_TRUNC, "w"))
+        std::fprintf(file.get(), "%02d", state);
+}
+
+// What differs between the bond and a LAN.
+struct Switch {
+    const char* noEnable;
+    const char* noDisable;
+    unsigned int pauseSeconds; // of a reset, until the interface is really down
+};
+constexpr Switch bondSwitch{"Unable to enable the interface",
+                            "Atleast one interface should be enabled for communication with BMC", 25};
+constexpr Switch lanSwitch{"Unable to enable the EthernertPort",
+                           "Atleast one interface must be working for a BMC", 7};
+
+// nullptr, or why not. `set` is bool(bool enabled).
+template <class Set>
+const char* change(const Switch& kind, bool isEnabled, int requestedState, Set set) {
+    switch (requestedState) {
+    case enable:
+        if (isEnabled)
+            return "This EthernetPort is already active";
+        return set(true) ? nullptr : kind.noEnable;
+    case disable:
+        if (!isEnabled)
+            return "This EthernetPort is already disabled";
+        return set(false) ? nullptr : kind.noDisable;
+    default:
+        if (isEnabled) {
+            set(false);
+            sleep(kind.pauseSeconds);
+        }
+        set(true);
+        return nullptr;
+    }
+}
+
+enum class Outcome { Done, Refused, NoAnswer };
+
+Outcome changeBond(IPMI20_SESSION_T* session, int requestedState, const char*& refusal) {
+    CIM_BondInfo info{};
+    if (CIM_IsBondEnabled(session, &info, hookTimeout) != 0)
+        return Outcome::NoAnswer;
+    CIM_BondConfig bond{};
+    refusal = CIM_GetBondEnable(session, &bond, hookTimeout) != 0
+                  ? bondSwitch.noDisable
+                  : change(bondSwitch, bond.enabled != 0, requestedState, [&](bool enabled) {
+                        bond.enabled = enabled;
+                        return CIM_SetBondEnable(session, &bond, hookTimeout) == 0;
+                    });
+    return refusal != nullptr ? Outcome::Refused : Outcome::Done;
+}
+
+Outcome changeLan(IPMI20_SESSION_T* session, int lanIndex, int requestedState, const char*& refusal) {
+    const auto index = static_cast<std::uint8_t>(lanIndex);
+    std::uint8_t enabled = CIM_LAN_DISABLED;
+    if (CIM_GetLANEnable(session, index, &enabled, hookTimeout) != 0)
+        return Outcome::NoAnswer;
+    refusal = change(lanSwitch, enabled != CIM_LAN_DISABLED, requestedState, [&](bool isOn) {
+        return CIM_SetLANEnable(session, index, isOn ? CIM_LAN_BOTH : CIM_LAN_DISABLED, hookTimeout) == 0;
+    });
+    return refusal != nullptr ? Outcome::Refused : Outcome::Done;
+}
+
+} // namespace
+
+int readRequestedState(const char* interfaceName) {
+    int state = 0;
+    const FilePtr file = openStateFile(interfaceName, O_RDONLY, "r");
+    if (file == nullptr || std::fscanf(file.get(), "%d", &state) != 1)
+        return 0;
+    return state;
+}
+
+} // namespace ph
+
+int RequestStateChange(const CMPIBroker* broker, const CMPIContext*, const CMPIArgs*, CMPIStatus* status,
+                       int lanIndex, const char* interfaceName, int requestedState) {
+    using ph::Outcome;
+    ph::IpmiSession session;
+    if (!session.open())
+        return -1;
+    const char* refusal = nullptr;
+    Outcome outcome = Outcome::Done;
+    if (std::strstr(interfaceName, "bond") != nullptr)
+        outcome = ph::changeBond(session.get(), requestedState, refusal);
+    else if (std::strstr(interfaceName, "eth") != nullptr)
+        outcome = ph::changeLan(session.get(), lanIndex, requestedState, refusal);
+    if (outcome == Outcome::Refused)
+        ph::fail(broker, status, CMPI_RC_ERR_FAILED, refusal);
+    if (outcome != Outcome::Done)
+        return -1;
+    ph::writeRequestedState(interfaceName, requestedState);
+    return 0;
+}

@@ -1,0 +1,240 @@
+// LANs, their addresses and interfaces, as messages of the BMC.
+#include "scripted_bmc.h"
+
+#include <platform/cim_hooks.h>
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using testing::ElementsAre;
+
+constexpr std::uint8_t channel = 2;
+
+Bytes getParameter(std::uint8_t parameter, std::uint8_t set = 0) {
+    return {0x0C, 0x02, channel, parameter, set, 0};
+}
+Bytes setParameter(std::uint8_t parameter, const Bytes& value) {
+    Bytes request{0x0C, 0x01, channel, parameter};
+    request.insert(request.end(), value.begin(), value.end());
+    return request;
+}
+Bytes value(const Bytes& bytes) {
+    Bytes answer{0x00, 0x11};
+    answer.insert(answer.end(), bytes.begin(), bytes.end());
+    return answer;
+}
+// Selector, source, 2001:db8::<last>, prefix length, status.
+Bytes address(std::uint8_t selector, std::uint8_t source, std::uint8_t last, std::uint8_t prefixLength,
+              std::uint8_t status = 0) {
+    return {selector, source, 0x20, 0x01, 0x0D, 0xB8,         0,     0, 0, 0, 0, 0, 0,
+            0,        0,      0,    0,    last, prefixLength, status};
+}
+
+class NetworkHooks : public testing::Test {
+protected:
+    void SetUp() override {
+        bmc = {};
+        ASSERT_EQ(CIM_Create_IPMI20_Session(&session, "bmc.example", 623, "", "", 0, 3, 0, 0, 4, 30), 0);
+    }
+    void TearDown() override { CIM_Close_Session(&session); }
+
+    // The messages of one parameter's change, as a BMC gets them that takes it.
+    static void acceptChange(std::uint8_t parameter, const Bytes& bytes) {
+        bmc.answers[setParameter(parameter, bytes)] = {0x00};
+    }
+    static Bytes progress(std::uint8_t state) { return setParameter(0, {state}); }
+
+    IPMI20_SESSION_T session;
+};
+
+TEST_F(NetworkHooks, lansAreTheChannelsOfMediumLan) {
+    bmc.answers[{0x06, 0x42, 1}] = {0x00, 1, 0x04, 1, 0x81, 0xF2, 0x1B, 0, 0, 0};
+    bmc.answers[{0x06, 0x42, 2}] = {0x00, 2, 0x05, 1, 0x81, 0xF2, 0x1B, 0, 0, 0}; // serial
+    bmc.answers[{0x06, 0x42, 3}] = {0xCC};
+    bmc.answers[{0x06, 0x42, 4}] = {0x00, 4}; // cut short
+    bmc.answers[{0x06, 0x42, 8}] = {0x00, 8, 0x84, 1, 0x80, 0xF2, 0x1B, 0, 0, 0};
+    std::uint8_t count = 0;
+    std::uint8_t indices[CIM_MAX_LANS] = {};
+    EXPECT_EQ(CIM_GetLANCount(&session, &count, indices, 30), 0);
+    ASSERT_EQ(count, 2);
+    EXPECT_THAT(std::span(indices, 2), ElementsAre(1, 2));
+    std::uint8_t number = 0;
+    EXPECT_EQ(CIM_GetChannelNum(&session, 2, &number, 30), 0);
+    EXPECT_EQ(number, 8);
+    EXPECT_NE(CIM_GetChannelNum(&session, 0, &number, 30), 0);
+    EXPECT_NE(CIM_GetChannelNum(&session, 3, &number, 30), 0);
+}
+
+TEST_F(NetworkHooks, ipv4ConfigurationIsRead) {
+    bmc.answers[getParameter(3)] = value({192, 0, 2, 7});
+    bmc.answers[getParameter(4)] = value({0xF2}); // reserved bits set
+    bmc.answers[getParameter(6)] = value({255, 255, 255, 0});
+    bmc.answers[getParameter(12)] = value({192, 0, 2, 1});
+    CIM_IPv4NetworkCfg configuration{};
+    ASSERT_EQ(CIM_GetIPv4NetworkCfg(&session, &configuration, channel, 30), 0);
+    EXPECT_EQ(configuration.source, CIM_ADDRESS_SOURCE_DYNAMIC);
+    EXPECT_THAT(configuration.address, ElementsAre(192, 0, 2, 7));
+    EXPECT_THAT(configuration.netmask, ElementsAre(255, 255, 255, 0));
+    EXPECT_THAT(configuration.gateway, ElementsAre(192, 0, 2, 1));
+    bmc.answers[getParameter(6)] = value({255, 255, 255}); // a byte is missing
+    EXPECT_NE(CIM_GetIPv4NetworkCfg(&session, &configuration, channel, 30), 0);
+}
+
+TEST_F(NetworkHooks, changeIsATransaction) {
+    const std::uint8_t bytes[] = {192, 0, 2, 9};
+    acceptChange(3, {192, 0, 2, 9}); // parameter 0 is not known
+    EXPECT_EQ(CIM_SetIPv4Address(&session, bytes, channel, 30), 0);
+    EXPECT_THAT(bmc.requests,
+                ElementsAre(progress(1), setParameter(3, {192, 0, 2, 9}), progress(2), progress(0)));
+    bmc.requests.clear();
+    EXPECT_NE(CIM_SetIPv4NetMask(&session, bytes, channel, 30), 0); // refused: not committed
+    EXPECT_THAT(bmc.requests, ElementsAre(progress(1), setParameter(6, {192, 0, 2, 9}), progress(0)));
+}
+
+TEST_F(NetworkHooks, vlanIsAnIdAndABit) {
+    std::uint8_t enabled = 9;
+    std::uint16_t id = 9;
+    std::uint8_t priority = 9;
+    EXPECT_EQ(CIM_GetVlanStatus(&session, &enabled, &id, &priority, channel, 30), -1); // C1h: no LAN at all
+    bmc.answers[getParameter(20)] = {0x80};
+    bmc.answers[getParameter(21)] = {0xCC};
+    EXPECT_EQ(CIM_GetVlanStatus(&session, &enabled, &id, &priority, channel, 30), 0);
+    EXPECT_EQ(enabled, 0);
+    EXPECT_EQ(id, 0);
+    EXPECT_EQ(priority, 0);
+    bmc.answers[getParameter(20)] = value({0xD2, 0xF4});
+    bmc.answers[getParameter(21)] = value({0xFD});
+    EXPECT_EQ(CIM_GetVlanStatus(&session, &enabled, &id, &priority, channel, 30), 0);
+    EXPECT_EQ(enabled, 1);
+    EXPECT_EQ(id, 1234);
+    EXPECT_EQ(priority, 5);
+}
+
+TEST_F(NetworkHooks, ipv6AddressesInUseAreListed) {
+    CIM_IPv6Addresses list{};
+    bmc.answers[getParameter(51)] = {0x80};
+    EXPECT_EQ(CIM_GetAllIPv6Addresses(&session, &list, channel, 30), 0); // a BMC of IPv4
+    EXPECT_EQ(list.count, 0);
+
+    bmc.answers[getParameter(51)] = value({0x02});
+    bmc.answers[getParameter(55)] = value({3, 4, 0x03});
+    bmc.answers[getParameter(56, 0)] = value(address(0, 0x80, 0x0A, 64));
+    bmc.answers[getParameter(56, 1)] = value(address(1, 0x00, 0x0B, 64, 1)); // disabled
+    bmc.answers[getParameter(56, 2)] = {0xC9};                               // fewer than it said
+    bmc.answers[getParameter(59, 0)] = value(address(0, 0x01, 0x0C, 64));
+    bmc.answers[getParameter(59, 1)] = value(address(1, 0x02, 0x0D, 128));
+    bmc.answers[getParameter(59, 2)] = value(address(2, 0x02, 0x0E, 128, 3)); // failed
+    bmc.answers[getParameter(59, 3)] = value(Bytes(20, 0));                   // "::"
+    ASSERT_EQ(CIM_GetAllIPv6Addresses(&session, &list, channel, 30), 0);
+    ASSERT_EQ(list.count, 3);
+    EXPECT_EQ(list.addresses[0].address[15], 0x0A);
+    EXPECT_EQ(list.addresses[0].origin, 0);
+    EXPECT_EQ(list.addresses[1].address[15], 0x0C);
+    EXPECT_EQ(list.addresses[1].origin, 1);
+    EXPECT_EQ(list.addresses[2].prefixLength, 128);
+    EXPECT_EQ(list.addresses[2].origin, 2);
+
+    bmc.answers[getParameter(51)] = value({0x00});
+    ASSERT_EQ(CIM_GetAllIPv6Addresses(&session, &list, channel, 30), 0);
+    EXPECT_EQ(list.count, 0);
+    bmc.answers[getParameter(51)] = value({0x01});
+    bmc.answers[getParameter(55)] = value({200, 200, 0x03}); // more than there is room for
+    for (std::uint8_t set = 0; set < 200; ++set)
+        bmc.answers[getParameter(56, set)] = value(address(set, 0x80, set, 64));
+    ASSERT_EQ(CIM_GetAllIPv6Addresses(&session, &list, channel, 30), 0);
+    EXPECT_EQ(list.count, CIM_MAX_IPV6_ADDRESSES);
+}
+
+TEST_F(NetworkHooks, ipv6SourceFollowsAddressAndRouters) {
+    const std::tuple<std::uint8_t, Bytes, int> cases[] = {
+        {0x80, value({0x02}), CIM_ADDRESS_SOURCE_STATIC}, {0x00, value({0x02}), CIM_ADDRESS_SOURCE_DYNAMIC},
+        {0x00, value({0x01}), CIM_ADDRESS_SOURCE_STATIC}, {0x00, value({0x03}), CIM_ADDRESS_SOURCE_DYNAMIC},
+        {0x00, Bytes{0x80}, CIM_ADDRESS_SOURCE_DYNAMIC},
+    };
+    bmc.answers[getParameter(65)] = {0x80};
+    for (const auto& [source, routers, expected] : cases) {
+        bmc.answers[getParameter(56)] = value(address(0, source, 1, 48));
+        bmc.answers[getParameter(64)] = routers;
+        CIM_IPv6NetworkCfg configuration{};
+        ASSERT_EQ(CIM_GetIPv6NetworkCfg(&session, &configuration, channel, 30), 0);
+        EXPECT_EQ(configuration.source, expected);
+        EXPECT_EQ(configuration.prefixLength, 48);
+    }
+}
+
+// Address and prefix length are parts of one parameter: each change keeps the other.
+TEST_F(NetworkHooks, ipv6ChangesKeepWhatTheyDoNotChange) {
+    bmc.answers[getParameter(51)] = value({0x00});
+    bmc.answers[getParameter(56)] = value(address(0, 0x80, 1, 48));
+    acceptChange(51, {0x02});
+    acceptChange(64, {0x01});
+    EXPECT_EQ(CIM_SetIPv6Source(&session, CIM_ADDRESS_SOURCE_STATIC, channel, 30), 0);
+
+    const std::uint8_t bytes[16] = {0x20, 0x01, 0x0D, 0xB8, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 9};
+    acceptChange(56, address(0, 0x80, 9, 48));
+    EXPECT_EQ(CIM_SetIPv6Address(&session, bytes, channel, 30), 0);
+    acceptChange(56, address(0, 0x80, 1, 56));
+    EXPECT_EQ(CIM_SetIPv6Prefix(&session, 56, channel, 30), 0);
+    EXPECT_NE(CIM_SetIPv6Prefix(&session, 129, channel, 30), 0);
+
+    acceptChange(64, {0x02});
+    acceptChange(56, address(0, 0x00, 1, 48));
+    EXPECT_EQ(CIM_SetIPv6Source(&session, CIM_ADDRESS_SOURCE_DYNAMIC, channel, 30), 0);
+    EXPECT_NE(CIM_SetIPv6Source(&session, 3, channel, 30), 0);
+}
+
+TEST_F(NetworkHooks, interfacesOfABmcWithoutTheCommands) {
+    char name[CIM_INTERFACE_NAME_SIZE];
+    std::uint8_t enable = 0;
+    std::uint32_t phy = 0;
+    CIM_BondInfo info{1, 1};
+    CIM_BondConfig bond{};
+    EXPECT_EQ(CIM_GetLANIndex(&session, 2, name, 30), 0);
+    EXPECT_STREQ(name, "eth1");
+    EXPECT_EQ(CIM_GetLANEnable(&session, 1, &enable, 30), 0);
+    EXPECT_EQ(enable, CIM_LAN_BOTH);
+    EXPECT_EQ(CIM_IsBondEnabled(&session, &info, 30), 0);
+    EXPECT_EQ(info.enabled, 0);
+    EXPECT_NE(CIM_SetLANEnable(&session, 1, 0, 30), 0);
+    EXPECT_NE(CIM_GetBondEnable(&session, &bond, 30), 0);
+    EXPECT_NE(CIM_SetBondEnable(&session, &bond, 30), 0);
+    EXPECT_NE(CIM_GetPHYConfig(&session, 1, &phy, 30), 0);
+}
+
+TEST_F(NetworkHooks, interfacesAreAskedOfTheBmc) {
+    bmc.answers[{0x30, 0x21, 1}] = {0x00, 0x02};
+    bmc.answers[{0x30, 0x23}] = {0x00, 1, 2, 4, 0x64, 0x00, 0x06, 0x00};
+    bmc.answers[{0x30, 0x24, 0, 4, 0x64, 0x00, 0x06, 0x00}] = {0x00};
+    bmc.answers[{0x30, 0x25, 8}] = {0x00, 0x07, 0xE8, 0x03, 0x00};
+    std::uint8_t enable = 0;
+    EXPECT_EQ(LIBIPMI_HL_GetLANEnable(&session, 1, &enable, 30), 0);
+    EXPECT_EQ(enable, CIM_LAN_IPV6);
+    CIM_BondInfo info{};
+    EXPECT_EQ(CIM_IsBondEnabled(&session, &info, 30), 0);
+    EXPECT_EQ(info.enabled, 1);
+    EXPECT_EQ(info.lanIndex, 2);
+    CIM_BondConfig bond{};
+    EXPECT_EQ(CIM_GetBondEnable(&session, &bond, 30), 0);
+    EXPECT_EQ(bond.milliseconds, 100);
+    EXPECT_EQ(bond.members, 6);
+    bond.enabled = 0;
+    EXPECT_EQ(CIM_SetBondEnable(&session, &bond, 30), 0);
+    std::uint32_t phy = 0;
+    EXPECT_EQ(CIM_GetPHYConfig(&session, 8, &phy, 30), 0);
+    EXPECT_EQ(phy >> 8, 1000U);
+
+    // Names that would break keys and file names are not taken.
+    char name[CIM_INTERFACE_NAME_SIZE];
+    for (const std::string bad : {"", "../../etc/x", "eth 0", "eth0*1", "a-name-of-17-byte"}) {
+        Bytes answer{0x00};
+        answer.insert(answer.end(), bad.begin(), bad.end());
+        bmc.answers[{0x30, 0x20, 1}] = answer;
+        EXPECT_NE(CIM_GetLANIndex(&session, 1, name, 30), 0) << bad;
+    }
+    bmc.answers[{0x30, 0x20, 1}] = {0x00, 'b', 'o', 'n', 'd', '0'};
+    EXPECT_EQ(CIM_GetLANIndex(&session, 1, name, 30), 0);
+    EXPECT_STREQ(name, "bond0");
+}
+
+} // namespace
