@@ -13,6 +13,7 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <sstream>
 
 namespace phctl {
 namespace {
@@ -92,10 +93,11 @@ int show(const Options& options) {
         nlohmann::ordered_json wanted;
         for (const std::string& part : options->parts) {
             if (!description.contains(part)) {
-                std::string known;
+                std::ostringstream message;
+                message << "the machine has no part " << part << ", only:";
                 for (const auto& item : description.items())
-                    known.append(known.empty() ? "" : ", ").append(item.key());
-                throw UsageError("the machine has no part " + part + ", only: " + known);
+                    message << ' ' << item.key();
+                throw UsageError(message.str());
             }
             wanted[part] = description[part];
         }

@@ -181,7 +181,7 @@ constexpr Verb verbs[] = {
     {"mi", "modify-instance", "Change properties of an instance", "PATH", false, true, modifyInstance,
      "phctl mi {path} ElementName=rack-7"},
     {"ci", "create-instance", "Create an instance", "CLASS", false, true, createInstance,
-     "phctl ci CIM_ListenerDestinationCIMXML Destination=http://192.0.2.1:5988/"},
+     "phctl ci CIM_X Name=first Size=3"},
     {"di", "delete-instance", "Delete an instance", "PATH", false, false, deleteInstance, "phctl di {path}"},
 };
 
