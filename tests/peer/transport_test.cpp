@@ -142,8 +142,9 @@ TEST(ManySensors, areAllInTheRepository) {
     reader.skip(1);
     EXPECT_EQ(reader.u16(), 180);
     for (const auto& sensor : ph_test::thresholdSensors(180)) {
-        auto reading =
-            ipmi::run(*transport, ipmi::netFn::sensorEvent, getSensorReading, {sensor.number}).reader();
+        const auto exchanged =
+            ipmi::run(*transport, ipmi::netFn::sensorEvent, getSensorReading, {sensor.number});
+        auto reading = exchanged.reader();
         EXPECT_EQ(reading.u8(), sensor.reading) << sensor.name;
     }
 }
