@@ -59,6 +59,22 @@ TEST_F(Methods, argumentsAreTypedFromTheSignature) {
               "RequestedState?)\n");
 }
 
+TEST_F(Methods, aSignedValueCountsToo) {
+    const auto first = [](const char* className) {
+        const std::string paths = succeed({"ein", className}).out;
+        return paths.substr(0, paths.find('\n'));
+    };
+    const auto request = [&](const char* state) {
+        return phctl({"cm", first("CIM_PowerManagementService"), "RequestPowerStateChange", state,
+                      "ManagedElement=" + first("CIM_HostComputerSystem")});
+    };
+    EXPECT_EQ(request("PowerState=6").status, 0);
+    EXPECT_EQ(succeed({"bmc", "show", "chassis", "--json"}).json()["chassis"]["power"], "off");
+    const Outcome refused = request("PowerState=10"); // there is nothing to reset
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_THAT(refused.out, testing::StartsWith("ReturnValue = 2\nJob = "));
+}
+
 TEST_F(Methods, aJobIsNotFollowedUnlessAskedFor) {
     const Outcome outcome = start("Start", "1000", "7", {});
     EXPECT_EQ(outcome.status, 0);

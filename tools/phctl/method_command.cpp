@@ -26,8 +26,8 @@ struct MethodOptions : RequestOptions {
 };
 
 // Method values of CIM_EnabledLogicalElement and its kin; any other one is a refusal.
-constexpr std::uint64_t completed = 0;
-constexpr std::uint64_t jobStarted = 4096;
+constexpr std::int64_t completed = 0;
+constexpr std::int64_t jobStarted = 4096;
 
 // CIM_ConcreteJob.JobState: 7 completed; what follows are the other ends.
 constexpr std::uint64_t jobCompleted = 7;
@@ -53,6 +53,16 @@ broker::Request makeRequest(const MethodOptions& options, Remarks& remarks) {
     else if (description != nullptr)
         remarks.unknown(description->name, "method", options.method, namesOf(description->methods));
     return request;
+}
+
+// Of a value of whichever integer type the method has; a value that is no number says nothing.
+bool isSuccess(const Value& result) {
+    std::int64_t number = completed;
+    if (const auto* value = result.as<std::uint64_t>())
+        number = static_cast<std::int64_t>(*value);
+    else if (const auto* signedValue = result.as<std::int64_t>())
+        number = *signedValue;
+    return number == completed || number == jobStarted;
 }
 
 const broker::ObjectPath* returnedJob(const broker::NamedValues& arguments) {
@@ -115,8 +125,7 @@ int callMethod(const MethodOptions& options) {
     Requester requester(options);
     const broker::Reply reply = requester.execute(request, remarks);
     const Value result = reply.values.empty() ? Value{} : reply.values.front();
-    const auto* number = result.as<std::uint64_t>();
-    bool succeeded = number == nullptr || *number == completed || *number == jobStarted;
+    bool succeeded = isSuccess(result);
 
     nlohmann::ordered_json json{{"returnValue", toJson(result)}, {"arguments", toJson(reply.arguments)}};
     if (!options.json) {
