@@ -75,6 +75,27 @@ TEST_F(Methods, aSignedValueCountsToo) {
     EXPECT_THAT(refused.out, testing::StartsWith("ReturnValue = 2\nJob = "));
 }
 
+TEST_F(Methods, anEmbeddedInstanceIsGivenAsJson) {
+    auto service = succeed({"ein", "CIM_AccountManagementService"}).out;
+    service.pop_back();
+    const auto create = [&](const std::string& accountTemplate) {
+        return std::vector<std::string>{"cm", service, "CreateAccount",
+                                        "System=CIM_SPComputerSystem.Name=\"x\"",
+                                        "AccountTemplate=" + accountTemplate};
+    };
+    const std::string account =
+        R"({"name": "IPMI User-9", "UserID": "eva", "UserPassword": ["one, two \\ comma"]})";
+    const auto outcome = succeed(create(account));
+    EXPECT_THAT(outcome.out, AllOf(HasSubstr("Name=\"IPMI User-9\""), testing::Not(HasSubstr("comma"))));
+    EXPECT_THAT(succeed({"ei", "CIM_Account", "--properties", "UserID"}).out, HasSubstr("eva"));
+    for (const auto& [given, error] :
+         {std::pair{R"("secret")", "AccountTemplate is an instance: give its properties as JSON"},
+          {R"({"UserPassword": "secret")", "AccountTemplate is an instance"},
+          {R"({"Pasword": ["secret"]})", "AccountTemplate: CIM_Account has no property Pasword"},
+          {R"({"UserID": ["secret", "too"]})", "AccountTemplate.UserID is no array"}})
+        EXPECT_THAT(fail(create(given), 2), AllOf(HasSubstr(error), testing::Not(HasSubstr("secret"))));
+}
+
 TEST_F(Methods, aJobIsNotFollowedUnlessAskedFor) {
     const Outcome outcome = start("Start", "1000", "7", {});
     EXPECT_EQ(outcome.status, 0);

@@ -6,6 +6,7 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <nlohmann/json.hpp>
 
 namespace phctl {
 namespace {
@@ -113,6 +114,53 @@ std::vector<std::string> splitList(const std::string& text) {
     return elements;
 }
 
+// A JSON value's texts, as they stand on the command line.
+std::vector<std::string> textsOf(const nlohmann::json& json) {
+    std::vector<std::string> texts;
+    for (const auto& element : json.is_array() ? json : nlohmann::json::array({json}))
+        texts.push_back(element.is_string() ? element.get<std::string>() : element.dump());
+    return texts;
+}
+
+// A property of an embedded instance.
+Value parseProperty(const std::string& name, const Declaration& property, const nlohmann::json& json,
+                    const std::string& nameSpace) {
+    const std::string place = name + '.' + property.name;
+    const auto elementType = static_cast<CMPIType>(property.type & ~CMPI_ARRAY);
+    Value::Array elements;
+    for (const std::string& text : textsOf(json))
+        elements.push_back(parseScalar(place, elementType, text, nameSpace));
+    if ((property.type & CMPI_ARRAY) != 0)
+        return {property.type, std::move(elements)};
+    if (elements.size() != 1)
+        throw UsageError(place + " is no array");
+    return std::move(elements.front());
+}
+
+const Declaration& requireProperty(const std::string& name, const std::string& className,
+                                   const std::string& member) {
+    const ClassDescription* description = describe(className);
+    const Declaration* property = description != nullptr ? description->property(member) : nullptr;
+    if (property == nullptr)
+        throw UsageError(name + ": " + className + " has no property " + member);
+    return *property;
+}
+
+// An instance as a JSON object of its properties. It may hold a password: errors do not show texts of it.
+Value parseInstance(const std::string& name, const std::string& className, const std::string& text,
+                    const std::string& nameSpace) {
+    const auto json = nlohmann::json::parse(text, nullptr, false);
+    if (!json.is_object())
+        throw UsageError(name + R"( is an instance: give its properties as JSON, {"Name": "value", …})");
+    broker::Instance instance{
+        .path = {.host = {}, .nameSpace = nameSpace, .className = className, .keys = {}}, .properties = {}};
+    for (const auto& [member, value] : json.items()) {
+        const Declaration& property = requireProperty(name, className, member);
+        broker::set(instance.properties, property.name, parseProperty(name, property, value, nameSpace));
+    }
+    return {CMPI_instance, std::make_shared<const broker::Instance>(std::move(instance))};
+}
+
 } // namespace
 
 Value parseValue(const std::string& name, CMPIType type, const std::vector<std::string>& texts,
@@ -162,7 +210,10 @@ broker::NamedValues parseArguments(const std::vector<std::string>& arguments,
                               : given.texts.size() > 1 ? CMPI_stringA
                                                        : CMPI_string;
         values.push_back(
-            {isKnown ? declaration->name : given.name, parseValue(given.name, type, given.texts, nameSpace)});
+            {isKnown ? declaration->name : given.name,
+             type == CMPI_instance && given.texts.size() == 1
+                 ? parseInstance(given.name, declaration->className, given.texts.front(), nameSpace)
+                 : parseValue(given.name, type, given.texts, nameSpace)});
     }
     return values;
 }

@@ -14,9 +14,9 @@ namespace phctl {
 broker::Value parseValue(const std::string& name, CMPIType type, const std::vector<std::string>& texts,
                          const std::string& nameSpace);
 
-// The values of arguments such as "RequestedState=2", typed as they are declared; an array may be repeated. A
-// name that is not declared is taken as a string, for whoever gets it to decide, and reported to `unknown`.
-// Throws UsageError.
+// The values of arguments such as "RequestedState=2", typed as they are declared; an array may be repeated,
+// an embedded instance is a JSON object of its properties. A name that is not declared is taken as a string,
+// for whoever gets it to decide, and reported to `unknown`. Throws UsageError.
 broker::NamedValues parseArguments(const std::vector<std::string>& arguments,
                                    const std::vector<Declaration>& declared, const std::string& nameSpace,
                                    std::vector<std::string>& unknown);

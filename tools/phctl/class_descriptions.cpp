@@ -67,6 +67,10 @@ const MethodDescription* ClassDescription::method(std::string_view methodName) c
     return find(methods, methodName);
 }
 
+const Declaration* ClassDescription::property(std::string_view propertyName) const {
+    return find(properties, propertyName);
+}
+
 const std::vector<ClassDescription>& describedClasses() {
     static const std::vector<ClassDescription> classes = load();
     return classes;

@@ -162,7 +162,8 @@ void addMethodCommand(CLI::App& app, Chosen& chosen) {
     command->add_option("METHOD", options->method, "Method name")->required();
     command->add_option(
         "ARGUMENTS", options->arguments,
-        "Name=value, typed as the class says; arrays with commas (a\\,b is one element), or repeated");
+        "Name=value, typed as the class says; arrays with commas (a\\,b is one element), or repeated; "
+        "embedded instances as JSON");
     command->add_flag("--wait", options->wait, "Follow the job that the method returns to its end");
     command->add_option("--timeout", options->timeout, "Seconds to wait for it")->capture_default_str();
     options->addTo(*command);
