@@ -11,8 +11,10 @@
 #ifndef PLATFORM_CIM_HOOKS_H
 #define PLATFORM_CIM_HOOKS_H
 
+#include "platform/cim_alerts.h"
 #include "platform/cim_chassis.h"
 #include "platform/cim_lan.h"
+#include "platform/cim_mail.h"
 #include "platform/cim_network.h"
 #include "platform/cim_sel.h"
 #include "platform/cim_sensors.h"
