@@ -16,6 +16,7 @@
 #include "platform/cim_lan.h"
 #include "platform/cim_mail.h"
 #include "platform/cim_network.h"
+#include "platform/cim_pef.h"
 #include "platform/cim_sel.h"
 #include "platform/cim_sensors.h"
 #include "platform/cim_services.h"

@@ -11,6 +11,7 @@
 #define PLATFORM_SMASH_DB_H
 
 #include "platform/smash_db_handle.h"
+#include "platform/smash_db_indications.h"
 #include "platform/smash_db_inventory.h"
 #include "platform/smash_db_jobs.h"
 #include "platform/smash_db_network.h"

@@ -5,6 +5,7 @@
 
 #include <platform/smash_db_handle.h>
 
+#include <cstring>
 #include <functional>
 #include <stdexcept>
 #include <string>
@@ -85,6 +86,22 @@ int getRows(const char* function, SMASH_DB_HANDLE handle, Record** rows, int* co
     });
 }
 
+// Fills a row that has its table's key, the text of the first column.
+template <class Record>
+int fillRow(const char* function, SMASH_DB_HANDLE handle, Record* row, const TableOf<Record>& table) {
+    return onDatabase(function, handle, [&](const SQLite::Database& database) {
+        require(row != nullptr);
+        const Column& key = table.columns.front();
+        const char* const text = reinterpret_cast<const char*>(row) + key.offset;
+        auto selection = select(database, table, (std::string("WHERE ") + key.name + " = ?").c_str());
+        selection.bind(1, std::string(text, strnlen(text, key.size)));
+        const auto rows = read(std::move(selection), table);
+        if (rows.count == 0)
+            throw std::runtime_error(std::string("no such row in table ") + table.name);
+        *row = *rows.records;
+    });
+}
+
 // Stores a row, replacing the one that has its key.
 template <class Record>
 int setRow(const char* function, SMASH_DB_HANDLE handle, const Record* row, const TableOf<Record>& table) {
@@ -102,6 +119,16 @@ void change(SQLite::Database& database, const std::string& statement, Values... 
     (prepared.bind(++index, values), ...);
     if (prepared.exec() == 0)
         throw std::runtime_error("no such row: " + statement);
+}
+
+// Removes the row with this text in the first column, the table's key.
+inline int removeRow(const char* function, SMASH_DB_HANDLE handle, const Table& table, const char* key) {
+    return inTransaction(function, handle, [&](SQLite::Database& database) {
+        require(key != nullptr);
+        change(database,
+               std::string("DELETE FROM ") + table.name + " WHERE " + table.columns.front().name + " = ?",
+               key);
+    });
 }
 
 } // namespace smash

@@ -1,5 +1,6 @@
 #include "smash-db/schema.h"
 
+#include "smash-db/indication_tables.h"
 #include "smash-db/inventory_tables.h"
 #include "smash-db/job_tables.h"
 #include "smash-db/network_tables.h"
@@ -8,9 +9,9 @@
 namespace smash {
 namespace {
 
-constexpr const Table* smashTables[] = {&sessionTable,           &deviceTable,  &fruTable,
-                                        &compactSdrTable,        &fullSdrTable, &powerServiceTable,
-                                        &powerCapabilitiesTable, &staticIpTable};
+constexpr const Table* smashTables[] = {&sessionTable,           &deviceTable,   &fruTable,
+                                        &compactSdrTable,        &fullSdrTable,  &powerServiceTable,
+                                        &powerCapabilitiesTable, &staticIpTable, &cimxmlFilterTable};
 
 constexpr const Table* temporaryTables[] = {&jobTable, &jobSequenceTable, &jobErrorTable};
 

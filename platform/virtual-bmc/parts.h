@@ -18,6 +18,7 @@
 #include "virtual-bmc/interfaces.h"
 #include "virtual-bmc/lans.h"
 #include "virtual-bmc/message_log.h"
+#include "virtual-bmc/pef.h"
 #include "virtual-bmc/sdr_repository.h"
 #include "virtual-bmc/sel.h"
 #include "virtual-bmc/sensors.h"
@@ -29,7 +30,7 @@
 namespace vbmc {
 
 using Parts = std::tuple<Device, Users, Sensors, Frus, SdrRepository, Chassis, Sel, Services, Lans,
-                         Interfaces, Faults, MessageLog>;
+                         Interfaces, Pef, Faults, MessageLog>;
 
 // Files beside the state file that hold the bulk of a part, by what follows its name; a new machine begins
 // without them. They are read and written within transactions.

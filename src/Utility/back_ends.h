@@ -42,6 +42,8 @@ public:
 
     // Only -1 is a failure: a database without session settings gives a session on which every call fails.
     bool open() { return open_ = CreateIPMISession(&session_) != -1; }
+    // For a function whose outcome depends on it; else the end of the owner closes.
+    bool close() { return std::exchange(open_, false) && CloseIPMISession(&session_) == 0; }
     IPMI20_SESSION_T* get() { return &session_; }
 
 private:
@@ -62,6 +64,7 @@ public:
     Database& operator=(const Database&) = delete;
 
     bool open(Opener opener = PH_CreateDBHandle) { return open_ = opener(&handle_) == 0; }
+    bool close() { return std::exchange(open_, false) && PH_CloseDBHandle(handle_) == 0; }
     SMASH_DB_HANDLE get() const { return handle_; }
 
 private:
@@ -76,11 +79,13 @@ public:
     using Getter = int (*)(SMASH_DB_HANDLE, Row**, int*);
     bool read(Getter getAll, Database::Opener opener = PH_CreateDBHandle) {
         Database database;
+        return database.open(opener) && read(database.get(), getAll);
+    }
+    bool read(SMASH_DB_HANDLE handle, Getter getAll) {
         Row* rows = nullptr;
-        if (!database.open(opener) || getAll(database.get(), &rows, &count_) != 0)
-            return false;
-        rows_.reset(rows);
-        return true;
+        const bool isRead = getAll(handle, &rows, &count_) == 0;
+        rows_.reset(isRead ? rows : nullptr);
+        return isRead;
     }
     std::span<const Row> all() const { return {rows_.get(), static_cast<std::size_t>(count_)}; }
 

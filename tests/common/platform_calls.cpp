@@ -103,6 +103,14 @@ FORWARD_POWER(CIM_PowerCycle)
 FORWARD_POWER(CIM_HardReset)
 FORWARD_POWER(CIM_DiagnosticInt)
 
+FORWARD(CIM_GetPEFTable, -1, (IPMI20_SESSION_T * session, CIM_PEFEntry* table, uint8_t* count, int timeout),
+        (session, table, count, timeout))
+FORWARD(CIM_GetPEFEntry, -1, (IPMI20_SESSION_T * session, uint8_t number, CIM_PEFEntry* entry, int timeout),
+        (session, number, entry, timeout))
+FORWARD(CIM_SetPEFEntry, -1,
+        (IPMI20_SESSION_T * session, uint8_t number, const CIM_PEFEntry* entry, int timeout),
+        (session, number, entry, timeout))
+
 FORWARD(db_get_ipmi_session_info, 1, (SMASH_DB_HANDLE handle, IPMISessionInfo** info), (handle, info))
 FORWARD(db_get_device_bytype, 1, (SMASH_DB_HANDLE handle, int type, DeviceRecord** device),
         (handle, type, device))
@@ -126,5 +134,11 @@ FORWARD(db_delete_concretejob, 1, (SMASH_DB_HANDLE handle, const char* instanceI
 FORWARD(db_set_error_info, 1, (SMASH_DB_HANDLE handle, const JobErrorRow* error), (handle, error))
 FORWARD_ONE(db_get_error_info, JobErrorRow)
 FORWARD_ONE(db_get_clp_error_info, JobErrorRow)
+
+FORWARD_ALL(db_get_all_indication_filter_cimxml, CimxmlFilterRow)
+FORWARD(db_get_indication_filter_cimxml, 1, (SMASH_DB_HANDLE handle, CimxmlFilterRow* row), (handle, row))
+FORWARD(db_set_indication_filter_cimxml, 1, (SMASH_DB_HANDLE handle, const CimxmlFilterRow* row),
+        (handle, row))
+FORWARD(db_delete_indication_filter_cimxml, 1, (SMASH_DB_HANDLE handle, const char* name), (handle, name))
 
 } // extern "C"

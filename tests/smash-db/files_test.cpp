@@ -38,7 +38,11 @@ const Damage damages[] = {
     {"onlyAHeader", [](const fs::path& path) { fs::resize_file(path, 100); }, "malformed"},
     {"cutByAPage", [](const fs::path& path) { fs::resize_file(path, fs::file_size(path) - 4096); },
      "malformed"},
-    {"cutWithinAPage", [](const fs::path& path) { fs::resize_file(path, fs::file_size(path) - 1); },
+    {"cutWithinAPage",
+     [](const fs::path& path) {
+         execute(path, "CREATE TABLE last (page)"); // no part of the schema stands in the page that is cut
+         fs::resize_file(path, fs::file_size(path) - 1);
+     },
      "cut short"},
     {"ofALaterVersion", [](const fs::path& path) { execute(path, "PRAGMA user_version = 2"); },
      "schema version 2 instead of 1"},

@@ -1,0 +1,79 @@
+/* Indications: which alerts a client wants. */
+#ifndef PROVIDER_HELPER_INDICATIONS_H
+#define PROVIDER_HELPER_INDICATIONS_H
+
+#include "provider_helper/utility.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ---- Filters ------------------------------------------------------------------------------------------- */
+
+/* CIM_IndicationFilter: an enabled platform event filter (PEF) of the BMC, or a filter for CIM-XML listeners
+ * in the SMASH database.
+ *
+ * The name tells which: "IndicationFilter:IPMIPEF-<policy>-<n>" is filter n of the BMC's table (from 1),
+ * whose alerts go to that alert policy; "<anything>:CIMXML-<number>" is a row of the database. */
+typedef struct {
+    char SystemCreationClassName[256]; /* key; "CIM_SPComputerSystem" */
+    char CreationClassName[256];       /* key; "CIM_IndicationFilter" */
+    char SystemName[256];              /* key; of the service processor */
+    char Name[256];                    /* key */
+    bool IndividualSubscriptionSupported;
+    char SourceNamespace[256];
+    char QueryLanguage[256];
+    char Query[256];
+} IndicationFilterRecord;
+
+/* Requests that change filters; the rest of a request's properties is not looked at.
+ *
+ *   create   takes Name and Query, and returns the object path. A PEF filter takes the slot that its name
+ *            tells, which must not be in use: the slot's other fields stay, its filter is enabled and alerts.
+ *            Failures: 1 "Key Properties missing"; 4 "Invalid key properties : Only 'Name' prop is variable,
+ *            refer other instances of IF"; 1 "Required Query property"; 1 "Required Name property"; 4
+ * "Invalid format for property "Name"\n"; 1 "CreateInstance Failed - Max Filter limit exceeded \n"; 1
+ *            "CreateInstance Failed - Filter already exists and active \n" (PEF); 1 "Filter already exists
+ * and active\n" (CIM-XML); 1 "CQL QueryCompilation Error - Check syntax / filter properties NOTE : Only
+ *            (AlertingManagedElement & PerceivedSeverity) supported\n"; 1 "CreateInstance Failed \n". Whether
+ *            the database has stored a CIM-XML filter is not looked at.
+ *   modify   takes Query. Failures: 1 "Key Properties missing"; 1 "ModifyInstance Failed - Given instance
+ * does not exist \n"; 1 "Required Query property"; the query's as above; 1 "ModifyInstance Failed \n". delete
+ * clears the slot, or removes the row. Failures: 1 "Key Properties missing"; 1 "DeleteInstance Failed - Given
+ * instance does not exist \n"; 1 "Delete Instance Failed \n". A filter of a third kind stays, with success.
+ */
+PH_DECLARE_CLASS_FAMILY(IndicationFilter, IndicationFilterRecord);
+PH_EXPORT int PH_Fill_IndicationFilter(const char* query, IndicationFilterRecord* record);
+PH_EXPORT extern const char* const g_IndicationFilterKeyList[4];
+
+/* Appends a filter to an array of `*count` records; with `namesOnly` only its keys. Returns -1 for a NULL
+ * argument and without memory: then the array is freed, and both are zeroed. */
+PH_EXPORT int PH_Create_IndicationFilterInstance(IndicationFilterRecord** records, int* count,
+                                                 const char* systemName, const char* name, const char* query,
+                                                 int namesOnly);
+
+/* A filter's query:
+ *   select * from CIM_AlertIndication [where <condition> [and <condition>]]
+ *   condition:  PerceivedSeverity=<number> | AlertingManagedElement=<sensor type>:<sensor number>
+ * with sensor type and number in two hexadecimal digits, FFh for any, and no blanks around '='. Of
+ * PerceivedSeverity, 1 to 4, 6 and 7 stand for the event severities monitor, information, non-critical, OK,
+ * critical and not recoverable; any other value for unspecified.
+ *
+ * Writes the query of an entry's severity, sensor type and number; `query` holds 256 characters. A severity
+ * of several bits reads PerceivedSeverity=0. */
+PH_EXPORT void ConstructFilterQuery(char* query, const CIM_PEFEntry* entry);
+/* Writes what a query selects into these three fields of an entry. Returns -1 for a text that is no such
+ * query, or that asks for sensor 00:00; the fields then have no meaning. Key words are recognised in any
+ * case, property names as they are written here. */
+PH_EXPORT int CompileQueryAndSeverity(const char* query, CIM_PEFEntry* entry);
+
+/* 0 when the path's SystemCreationClassName, CreationClassName and SystemName are those that all filters
+ * have.
+ */
+PH_EXPORT int ValidateConstantKeyPropertiesIF(const CMPIObjectPath* ref);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

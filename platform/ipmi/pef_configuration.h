@@ -1,0 +1,33 @@
+// Numbers of the PEF configuration commands and of their parameters (IPMI 2.0, 30.1 to 30.4, table 30-6).
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace ipmi::pef {
+
+inline constexpr std::uint8_t getCapabilities = 0x10;
+inline constexpr std::uint8_t setParameters = 0x12;
+inline constexpr std::uint8_t getParameters = 0x13;
+inline constexpr std::uint8_t version = 0x51; // BCD, low digit first: 1.5
+inline constexpr std::uint8_t parameterRevision = 0x11;
+
+namespace parameter {
+inline constexpr std::uint8_t setInProgress = 0;
+inline constexpr std::uint8_t control = 1;
+inline constexpr std::uint8_t actionControl = 2;
+inline constexpr std::uint8_t filterCount = 5;
+inline constexpr std::uint8_t filter = 6;
+inline constexpr std::uint8_t policyCount = 8;
+inline constexpr std::uint8_t policy = 9;
+} // namespace parameter
+
+inline constexpr std::size_t filterSize = 20; // without the set selector, as below
+inline constexpr std::size_t policySize = 3;
+
+// Completion codes of these commands.
+inline constexpr std::uint8_t parameterNotSupported = 0x80;
+inline constexpr std::uint8_t setInProgressAlready = 0x81;
+inline constexpr std::uint8_t parameterIsReadOnly = 0x82;
+
+} // namespace ipmi::pef

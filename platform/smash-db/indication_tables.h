@@ -1,0 +1,12 @@
+// What clients set about indications.
+#pragma once
+
+#include "smash-db/table.h"
+
+#include <platform/smash_db_indications.h>
+
+namespace smash {
+
+extern const TableOf<CimxmlFilterRow> cimxmlFilterTable;
+
+} // namespace smash

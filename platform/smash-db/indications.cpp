@@ -1,0 +1,23 @@
+// Rows about indications.
+#include "smash-db/indication_tables.h"
+#include "smash-db/interface.h"
+
+#include <platform/smash_db_indications.h>
+
+using namespace smash;
+
+int db_get_all_indication_filter_cimxml(SMASH_DB_HANDLE handle, CimxmlFilterRow** rows, int* count) {
+    return getRows(__func__, handle, rows, count, cimxmlFilterTable);
+}
+
+int db_get_indication_filter_cimxml(SMASH_DB_HANDLE handle, CimxmlFilterRow* row) {
+    return fillRow(__func__, handle, row, cimxmlFilterTable);
+}
+
+int db_set_indication_filter_cimxml(SMASH_DB_HANDLE handle, const CimxmlFilterRow* row) {
+    return setRow(__func__, handle, row, cimxmlFilterTable);
+}
+
+int db_delete_indication_filter_cimxml(SMASH_DB_HANDLE handle, const char* name) {
+    return removeRow(__func__, handle, cimxmlFilterTable, name);
+}

@@ -1,0 +1,65 @@
+#include "indications/setting_requests.h"
+
+#include <cstring>
+
+namespace ph::indications {
+namespace {
+
+const char* textOf(const CMPIString* string) {
+    return string != nullptr ? CMGetCharsPtr(string, nullptr) : nullptr;
+}
+
+const char* textOf(const CMPIData& data) {
+    return data.type == CMPI_string && (data.state & CMPI_nullValue) == 0 ? textOf(data.value.string)
+                                                                          : nullptr;
+}
+
+} // namespace
+
+const char* textProperty(const CMPIInstance* instance, const char* name) {
+    CMPIStatus status = success;
+    const CMPIData data = CMGetProperty(instance, name, &status);
+    return status.rc == CMPI_RC_OK ? textOf(data) : nullptr;
+}
+
+bool hasConstantKeys(const CMPIObjectPath* ref, const char* className) {
+    char systemName[256] = "";
+    if (PH_GetSPSystemName(systemName) != 0)
+        return false;
+    const struct {
+        const char* name;
+        const char* value;
+    } constants[] = {{"SystemCreationClassName", systemClass},
+                     {"CreationClassName", className},
+                     {"SystemName", systemName}};
+    const CMPICount count = CMGetKeyCount(ref, nullptr);
+    for (CMPICount i = 0; i < count; ++i) {
+        CMPIString* keyName = nullptr;
+        const CMPIData key = CMGetKeyAt(ref, i, &keyName, nullptr);
+        const char* const name = textOf(keyName);
+        const char* const value = textOf(key);
+        if (name == nullptr || value == nullptr)
+            return false;
+        for (const auto& constant : constants)
+            if (std::strcmp(name, constant.name) == 0 && std::strcmp(value, constant.value) != 0)
+                return false;
+    }
+    return true;
+}
+
+bool readKeys(const Request& request, std::span<const char* const> keys, KeyValues& values) {
+    CMPIStatus status = success; // which key is wrong never reaches the client from here
+    if (CheckForValidObjectPath(request.broker, request.ref, keys.data(), values,
+                                static_cast<int>(keys.size()), &status) != 0)
+        return false;
+    for (const CMPIString* value : values)
+        if (value == nullptr)
+            return false;
+    return true;
+}
+
+CMPIStatus returnPath(const Request& request) {
+    return request.result != nullptr ? CMReturnObjectPath(request.result, request.ref) : success;
+}
+
+} // namespace ph::indications

@@ -1,0 +1,81 @@
+// Requests to the classes of indications, on a virtual BMC and an empty database.
+#pragma once
+
+#include "class_requests.h"
+#include "platform_calls.h"
+#include "virtual-bmc/virtual_bmc.h"
+
+#include <platform/cim_hooks.h>
+#include <platform/smash_db.h>
+#include <provider_helper/indications.h>
+
+#include <functional>
+#include <gmock/gmock.h>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <sysroot_fixture.h>
+
+using Bytes = std::vector<std::uint8_t>;
+
+class Indications : public SysrootFixture {
+protected:
+    Indications();
+    ~Indications() override;
+
+    void createBmc(const std::string& model) const;
+    vbmc::VirtualBmc bmc() const { return vbmc::VirtualBmc(stateFile); }
+    const ClassRequests& requests(const broker::ObjectPath& object) const {
+        return classes.at(object.className);
+    }
+    // The answer's data to a message, which has to succeed.
+    Bytes ask(std::uint8_t netFn, std::uint8_t command, const Bytes& request) const;
+
+    static broker::Value text(const std::string& value) { return {CMPI_string, value}; }
+    // A path with the four keys of this BMC's settings.
+    static broker::ObjectPath path(const std::string& className, const std::string& name);
+    static broker::Instance instance(const std::string& className, const std::string& name,
+                                     const broker::NamedValues& properties);
+    std::vector<broker::Instance> list(const std::string& className);
+    std::vector<std::string> names(const std::string& className);
+    // A property as text; "(none)" where there is none.
+    static std::string get(const broker::Instance& instance, const char* property);
+
+    broker::Reply create(const broker::Instance& instance) {
+        return requests(instance.path).create(instance);
+    }
+    broker::Reply modify(const broker::Instance& instance) {
+        return requests(instance.path).modify(instance);
+    }
+    broker::Reply remove(const broker::ObjectPath& path) { return requests(path).remove(path); }
+
+    // Fails each platform call of a request in turn: the answer is one of `refusals`, or a success where the
+    // call does not decide (opening, which is tried again, and closing). `prepare` makes the state before
+    // each. Returns the calls that failed.
+    struct Refusal {
+        int code;
+        std::string message;
+        bool operator==(const Refusal&) const = default;
+    };
+    std::vector<std::string> failEachCall(const std::function<void()>& prepare,
+                                          const std::function<broker::Reply()>& request,
+                                          const std::vector<Refusal>& refusals);
+
+    // A row of the database; `work` gets its handle.
+    static void onDatabase(const std::function<void(SMASH_DB_HANDLE)>& work);
+
+    const std::filesystem::path stateFile = sysroot.place("/var/lib/virtual-bmc/bmc.state");
+    broker::Broker broker;
+    const std::map<std::string, ClassRequests> classes{
+        {"CIM_IndicationFilter", ClassRequests(broker, PH_CLASS_FUNCTIONS(IndicationFilter))},
+    };
+};
+
+// The code and text of a refusal.
+MATCHER_P2(Refuses, code, message, "") {
+    *result_listener << "code " << arg.code << ", message \"" << arg.message << "\"";
+    return arg.code == code && arg.message == message;
+}
+MATCHER(Succeeds, "") {
+    *result_listener << "code " << arg.code << ", message \"" << arg.message << "\"";
+    return arg.code == CMPI_RC_OK && arg.message.empty();
+}

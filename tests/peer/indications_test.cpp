@@ -1,0 +1,122 @@
+// Indication filters in OpenIPMI's BMC simulator, with ipmitool as the witness of what it holds.
+#include "broker/broker.h"
+#include "ipmi_sim.h"
+
+#include <platform/smash_db.h>
+
+#include <cstdio>
+#include <cstring>
+#include <gmock/gmock.h>
+#include <sstream>
+#include <sysroot_fixture.h>
+
+namespace {
+
+using broker::Instance;
+using broker::ObjectPath;
+using broker::Reply;
+using broker::Value;
+using testing::IsEmpty;
+
+class PeerIndications : public SysrootFixture {
+protected:
+    static void SetUpTestSuite() { bmc = std::make_unique<ph_test::IpmiSim>(ph_test::thresholdSensors(1)); }
+    static void TearDownTestSuite() { bmc.reset(); }
+
+    PeerIndications() {
+        const auto settings = bmc->settings();
+        IPMISessionInfo session{};
+        std::snprintf(session.address, sizeof session.address, "%s", settings.address.c_str());
+        session.port = settings.port;
+        std::snprintf(session.userName, sizeof session.userName, "%s", settings.userName.c_str());
+        std::snprintf(session.password, sizeof session.password, "%s", settings.password.c_str());
+        std::snprintf(session.cipherSuite, sizeof session.cipherSuite, "%d", settings.cipherSuite);
+        std::snprintf(session.workaroundFlags, sizeof session.workaroundFlags, "%d",
+                      settings.workaroundFlags);
+        DeviceRecord device{};
+        device.type = SMASH_DEVICE_SP;
+        std::strcpy(device.deviceId, "sim");
+        SMASH_DB_HANDLE handle = nullptr;
+        EXPECT_EQ(smash_db_init(&handle), 0);
+        EXPECT_EQ(db_set_ipmi_session_info(handle, &session), 0);
+        EXPECT_EQ(db_set_device(handle, &device), 0);
+        EXPECT_EQ(db_close(handle), 0);
+        broker.loadProvider(PROVIDERS, "ProviderHelperProviders");
+    }
+
+    static Value text(const std::string& value) { return {CMPI_string, value}; }
+    static ObjectPath path(const std::string& className, const std::string& name) {
+        return {.host = {},
+                .nameSpace = "root/interop",
+                .className = className,
+                .keys = {{"SystemCreationClassName", text("CIM_SPComputerSystem")},
+                         {"CreationClassName", text(className)},
+                         {"SystemName", text("IPMI Controller sim")},
+                         {"Name", text(name)}}};
+    }
+    static Instance instance(const std::string& className, const std::string& name, const char* property,
+                             const std::string& value) {
+        const ObjectPath object = path(className, name);
+        Instance made{object, object.keys};
+        made.properties.push_back({property, text(value)});
+        return made;
+    }
+    // A property of each instance by its name: "name: value".
+    std::vector<std::string> list(const std::string& className, const char* property) {
+        const Reply reply = broker.enumerateInstances(
+            {.host = {}, .nameSpace = "root/interop", .className = className, .keys = {}});
+        EXPECT_TRUE(reply.ok()) << reply.message;
+        std::vector<std::string> all;
+        for (const Instance& each : reply.instances)
+            all.push_back(broker::toText(*broker::find(each.properties, "Name")) + ": " +
+                          broker::toText(*broker::find(each.properties, property)));
+        return all;
+    }
+
+    // The bytes that `ipmitool raw` prints.
+    static std::string raw(const std::string& bytes) {
+        std::istringstream printed(bmc->ipmitool("raw " + bytes));
+        std::string all;
+        for (std::string byte; printed >> byte;)
+            all += (all.empty() ? "" : " ") + byte;
+        return all;
+    }
+    static std::string filter(int number) { return raw("4 0x13 6 " + std::to_string(number) + " 0"); }
+
+    static std::unique_ptr<ph_test::IpmiSim> bmc;
+    broker::Broker broker;
+};
+
+std::unique_ptr<ph_test::IpmiSim> PeerIndications::bmc;
+
+TEST_F(PeerIndications, filtersAreWhatIpmitoolReads) {
+    constexpr const char* name = "IndicationFilter:IPMIPEF-3-2";
+    constexpr const char* filterClass = "CIM_IndicationFilter";
+    const Instance made = instance(
+        filterClass, name, "Query",
+        "select * from CIM_AlertIndication where PerceivedSeverity=6 and AlertingManagedElement=07:1a");
+    Reply reply = broker.createInstance(made.path, made);
+    ASSERT_TRUE(reply.ok()) << reply.message;
+    EXPECT_EQ(filter(2), "11 02 80 01 03 10 00 00 07 1a 00 00 00 00 00 00 00 00 00 00 00 00");
+
+    const Instance changed =
+        instance(filterClass, name, "Query", "select * from CIM_AlertIndication where PerceivedSeverity=3");
+    reply = broker.modifyInstance(changed.path, changed);
+    ASSERT_TRUE(reply.ok()) << reply.message;
+    EXPECT_EQ(filter(2), "11 02 80 01 03 08 00 00 ff ff 00 00 00 00 00 00 00 00 00 00 00 00");
+
+    reply = broker.deleteInstance(made.path);
+    ASSERT_TRUE(reply.ok()) << reply.message;
+    EXPECT_EQ(filter(2), "11 02 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00");
+    EXPECT_THAT(list(filterClass, "Query"), IsEmpty());
+}
+
+TEST_F(PeerIndications, filtersThatIpmitoolWritesAreInstances) {
+    raw("4 0x12 6 4 0xc0 1 5 0x20 0xff 0xff 1 0xff 1 0xff 0xff 0 0 0 0 0 0 0 0 0");
+    raw("4 0x12 6 5 0x40 1 5 0x20 0xff 0xff 1 0xff 1 0xff 0xff 0 0 0 0 0 0 0 0 0"); // not enabled
+    EXPECT_THAT(list("CIM_IndicationFilter", "Query"),
+                testing::ElementsAre("IndicationFilter:IPMIPEF-5-4: select * from CIM_AlertIndication where "
+                                     "PerceivedSeverity=7 and AlertingManagedElement=01:ff"));
+}
+
+} // namespace
