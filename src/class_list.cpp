@@ -14,6 +14,7 @@ extern constinit const ClassFamily family_IPConfigurationService;
 extern constinit const ClassFamily family_IPProtocolEndpoint;
 extern constinit const ClassFamily family_LANEndpoint;
 extern constinit const ClassFamily family_IndicationFilter;
+extern constinit const ClassFamily family_ListenerDestinationCIMXML;
 extern constinit const ClassFamily family_LogEntry;
 extern constinit const ClassFamily family_NumericSensor;
 extern constinit const ClassFamily family_PortController;
@@ -40,6 +41,7 @@ std::span<const ClassFamily* const> allClasses() {
         &family_IPProtocolEndpoint,
         &family_LANEndpoint,
         &family_IndicationFilter,
+        &family_ListenerDestinationCIMXML,
         &family_LogEntry,
         &family_NumericSensor,
         &family_PortController,

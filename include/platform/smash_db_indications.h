@@ -34,6 +34,20 @@ int db_set_indication_filter_cimxml(SMASH_DB_HANDLE handle, const CimxmlFilterRo
 /* A name that no filter has is a failure. */
 int db_delete_indication_filter_cimxml(SMASH_DB_HANDLE handle, const char* name);
 
+/* A listener that indications are posted to. */
+typedef struct {
+    char name[256];        /* identifies the row */
+    char destination[256]; /* URL */
+} CimxmlDestinationRow;
+static_assert(offsetof(CimxmlDestinationRow, destination) == 256 && sizeof(CimxmlDestinationRow) == 512,
+              "layout shared with the platform");
+
+/* As those of filters. */
+int db_get_all_listener_destination(SMASH_DB_HANDLE handle, CimxmlDestinationRow** rows, int* count);
+int db_get_listener_destination(SMASH_DB_HANDLE handle, CimxmlDestinationRow* row);
+int db_set_listener_destination(SMASH_DB_HANDLE handle, const CimxmlDestinationRow* row);
+int db_delete_listener_destination(SMASH_DB_HANDLE handle, const char* name);
+
 #ifdef __cplusplus
 }
 #endif

@@ -1,4 +1,4 @@
-/* Indications: which alerts a client wants. */
+/* Indications: which alerts a client wants, and where they go. */
 #ifndef PROVIDER_HELPER_INDICATIONS_H
 #define PROVIDER_HELPER_INDICATIONS_H
 
@@ -71,6 +71,43 @@ PH_EXPORT int CompileQueryAndSeverity(const char* query, CIM_PEFEntry* entry);
  * have.
  */
 PH_EXPORT int ValidateConstantKeyPropertiesIF(const CMPIObjectPath* ref);
+
+/* ---- Listener destinations ------------------------------------------------------------------------------
+ */
+
+/* A place that alerts are sent to, of each class of destinations. */
+typedef struct {
+    char SystemCreationClassName[256]; /* key; "CIM_SPComputerSystem" */
+    char CreationClassName[256];       /* key */
+    char SystemName[256];              /* key; of the service processor */
+    char Name[256];                    /* key */
+    char ElementName[256];
+    char Destination[256];
+    char ProtocolText[256]; /* not published */
+    uint16_t Protocol;
+    uint16_t PersistenceType; /* 3 transient */
+} ListenerDestinationRecord;
+
+/* CIM_ListenerDestinationCIMXML: listeners that indications are posted to, kept in the SMASH database. The
+ * name is "CIMXML-" and anything, the destination a URL. Protocol is 2.
+ *
+ *   create   takes Name and Destination, and returns the object path. Failures: 1 "Key Properties missing"; 4
+ *            "Invalid Key Properties : Only 'Name' prop is variable, refer other instances of LD"; 1
+ *            "Empty/Invalid value for property 'Name' - Valid Format CIMXML-[ID]"; 1 "Empty/Invalid value for
+ *            property 'Destination'"; 1 "Instance already exists"; 1 "Create Instance Failed".
+ *   modify   takes Destination. Failures: 1 "Key Properties missing"; 1 "Given instance does not exist"; 7
+ *            "Empty/Invalid value for property 'Destination'"; 1 "SetInstance Failed".
+ *   delete   Failures: the first two of modify; 1 "Delete Instance Failed". */
+PH_DECLARE_CLASS_FAMILY(ListenerDestinationCIMXML, ListenerDestinationRecord);
+PH_EXPORT int PH_Fill_ListenerDestinationCIMXML(const CimxmlDestinationRow* row,
+                                                ListenerDestinationRecord* record);
+PH_EXPORT extern const char* const g_ListenerDestinationCIMXMLKeyList[4];
+
+/* 0 for "http://<host>:<port>" with whatever follows, -1 for any other text and for NULL. The host is an IPv4
+ * address: names are refused, and so are IPv6 addresses, because the host ends at the first ':'. */
+PH_EXPORT int ValidateCIMXMLDestination(const char* url);
+/* As ValidateConstantKeyPropertiesIF. */
+PH_EXPORT int ValidateConstantKeyPropertiesLDCIMXML(const CMPIObjectPath* ref);
 
 #ifdef __cplusplus
 }

@@ -8,5 +8,6 @@
 namespace smash {
 
 extern const TableOf<CimxmlFilterRow> cimxmlFilterTable;
+extern const TableOf<CimxmlDestinationRow> cimxmlDestinationTable;
 
 } // namespace smash

@@ -21,3 +21,19 @@ int db_set_indication_filter_cimxml(SMASH_DB_HANDLE handle, const CimxmlFilterRo
 int db_delete_indication_filter_cimxml(SMASH_DB_HANDLE handle, const char* name) {
     return removeRow(__func__, handle, cimxmlFilterTable, name);
 }
+
+int db_get_all_listener_destination(SMASH_DB_HANDLE handle, CimxmlDestinationRow** rows, int* count) {
+    return getRows(__func__, handle, rows, count, cimxmlDestinationTable);
+}
+
+int db_get_listener_destination(SMASH_DB_HANDLE handle, CimxmlDestinationRow* row) {
+    return fillRow(__func__, handle, row, cimxmlDestinationTable);
+}
+
+int db_set_listener_destination(SMASH_DB_HANDLE handle, const CimxmlDestinationRow* row) {
+    return setRow(__func__, handle, row, cimxmlDestinationTable);
+}
+
+int db_delete_listener_destination(SMASH_DB_HANDLE handle, const char* name) {
+    return removeRow(__func__, handle, cimxmlDestinationTable, name);
+}

@@ -11,7 +11,8 @@ namespace {
 
 constexpr const Table* smashTables[] = {&sessionTable,           &deviceTable,   &fruTable,
                                         &compactSdrTable,        &fullSdrTable,  &powerServiceTable,
-                                        &powerCapabilitiesTable, &staticIpTable, &cimxmlFilterTable};
+                                        &powerCapabilitiesTable, &staticIpTable, &cimxmlFilterTable,
+                                        &cimxmlDestinationTable};
 
 constexpr const Table* temporaryTables[] = {&jobTable, &jobSequenceTable, &jobErrorTable};
 

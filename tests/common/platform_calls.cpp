@@ -135,6 +135,11 @@ FORWARD(db_set_error_info, 1, (SMASH_DB_HANDLE handle, const JobErrorRow* error)
 FORWARD_ONE(db_get_error_info, JobErrorRow)
 FORWARD_ONE(db_get_clp_error_info, JobErrorRow)
 
+FORWARD_ALL(db_get_all_listener_destination, CimxmlDestinationRow)
+FORWARD(db_get_listener_destination, 1, (SMASH_DB_HANDLE handle, CimxmlDestinationRow* row), (handle, row))
+FORWARD(db_set_listener_destination, 1, (SMASH_DB_HANDLE handle, const CimxmlDestinationRow* row),
+        (handle, row))
+FORWARD(db_delete_listener_destination, 1, (SMASH_DB_HANDLE handle, const char* name), (handle, name))
 FORWARD_ALL(db_get_all_indication_filter_cimxml, CimxmlFilterRow)
 FORWARD(db_get_indication_filter_cimxml, 1, (SMASH_DB_HANDLE handle, CimxmlFilterRow* row), (handle, row))
 FORWARD(db_set_indication_filter_cimxml, 1, (SMASH_DB_HANDLE handle, const CimxmlFilterRow* row),

@@ -67,6 +67,8 @@ protected:
     broker::Broker broker;
     const std::map<std::string, ClassRequests> classes{
         {"CIM_IndicationFilter", ClassRequests(broker, PH_CLASS_FUNCTIONS(IndicationFilter))},
+        {"CIM_ListenerDestinationCIMXML",
+         ClassRequests(broker, PH_CLASS_FUNCTIONS(ListenerDestinationCIMXML))},
     };
 };
 
