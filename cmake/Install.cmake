@@ -20,7 +20,8 @@ function(ph_install folder)
     endforeach()
 endfunction()
 
-ph_install(${CMAKE_INSTALL_LIBDIR} ProviderHelper phipmi CIMAPIHooks CIMTRZHooks CIMOEMHooks smashdb phsupport)
+ph_install(${CMAKE_INSTALL_LIBDIR} ProviderHelper phipmi CIMAPIHooks CIMTRZHooks CIMOEMHooks smashdb phsupport
+           EventLogDes)
 ph_install(${moduleDir} ProviderHelperProviders)
 ph_install(${CMAKE_INSTALL_BINDIR} phctl)
 

@@ -1,0 +1,161 @@
+// SEL records in words, with FreeIPMI's texts of IPMI 2.0 tables 42-2 and 42-3.
+//
+// A text depends on the kind of event alone, never on the data that came with it: descriptions are looked up
+// in a registry of messages.
+#include "platform/event_descriptions.h"
+
+#include <cstdarg>
+#include <cstdint>
+#include <cstdio>
+#include <freeipmi/freeipmi.h>
+#include <iterator>
+
+extern "C" {
+int FindSensorType(const uint8_t* record, char* text);
+int AlertSeverityLevel(const uint8_t* record, char* text);
+int SELLog(const uint8_t* record, char* text);
+}
+
+namespace {
+
+constexpr std::uint8_t firstOemSensorType = 0xC0; // table 42-3
+
+// The parts of a record that say what happened (IPMI 2.0, 32.1).
+class Record {
+public:
+    explicit Record(const std::uint8_t* bytes) : bytes_(bytes) {}
+
+    std::uint8_t type() const { return bytes_[2]; }
+    bool isSystemEvent() const { return type() == 0x02; }
+    bool isOem() const { return type() >= 0xC0; }
+    bool isOemWithTime() const { return type() >= 0xC0 && type() <= 0xDF; }
+
+    // Of system events.
+    std::uint8_t sensorType() const { return bytes_[10]; }
+    bool isDeassertion() const { return (bytes_[12] & 0x80) != 0; }
+    std::uint8_t eventType() const { return bytes_[12] & 0x7F; }
+    std::uint8_t offset() const { return bytes_[13] & 0x0F; }
+
+    // Of OEM records that have a time: an IANA enterprise number.
+    unsigned manufacturer() const { return bytes_[7] | bytes_[8] << 8 | bytes_[9] << 16; }
+
+private:
+    const std::uint8_t* bytes_;
+};
+
+__attribute__((format(printf, 2, 3))) int write(char* text, const char* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    std::vsnprintf(text, EVENT_TEXT_SIZE, format, arguments);
+    va_end(arguments);
+    return 0;
+}
+
+// Lets `put` write the text of a record, and refuses a caller without one or the other.
+int describe(const std::uint8_t* bytes, char* text, int (*put)(Record, char*)) {
+    if (text == nullptr)
+        return -1;
+    text[0] = '\0';
+    return bytes != nullptr ? put(Record(bytes), text) : -1;
+}
+
+enum class Severity { unspecified, ok, warning, critical, nonRecoverable };
+
+const char* name(Severity severity) {
+    switch (severity) {
+    case Severity::ok:
+        return "Ok";
+    case Severity::warning:
+        return "Warning";
+    case Severity::critical:
+        return "Critical";
+    case Severity::nonRecoverable:
+        return "Non-Recoverable";
+    case Severity::unspecified:
+        break;
+    }
+    return "Unspecified";
+}
+
+// The seriousness of the state that an event's offset names.
+Severity stateSeverity(Record record) {
+    using enum Severity;
+    // Lower and upper thresholds, each from non-critical to non-recoverable, each going low and going high.
+    static constexpr Severity thresholds[] = {warning,        warning,        critical,       critical,
+                                              nonRecoverable, nonRecoverable, warning,        warning,
+                                              critical,       critical,       nonRecoverable, nonRecoverable};
+    // To OK; to the three from a less serious state; to the first two from a more serious one; to
+    // non-recoverable; monitor; informational.
+    static constexpr Severity transitions[] = {ok,       warning,        critical,    nonRecoverable, warning,
+                                               critical, nonRecoverable, unspecified, unspecified};
+    const auto at = [&](const auto& table) {
+        return record.offset() < std::size(table) ? table[record.offset()] : unspecified;
+    };
+    switch (record.eventType()) {
+    case IPMI_EVENT_READING_TYPE_CODE_THRESHOLD:
+        return at(thresholds);
+    case IPMI_EVENT_READING_TYPE_CODE_TRANSITION_SEVERITY:
+        return at(transitions);
+    default:
+        return unspecified;
+    }
+}
+
+Severity severityOf(Record record) {
+    if (!record.isSystemEvent())
+        return Severity::unspecified;
+    const Severity severity = stateSeverity(record);
+    if (!record.isDeassertion() || severity == Severity::unspecified)
+        return severity;
+    // The end of a bad state is good; that of the good one tells nothing of what came after it.
+    return severity == Severity::ok ? Severity::unspecified : Severity::ok;
+}
+
+int putSensorType(Record record, char* text) {
+    if (!record.isSystemEvent())
+        return write(text, record.isOem() ? "OEM" : "Unknown");
+    if (record.sensorType() >= firstOemSensorType)
+        return write(text, "OEM (%02Xh)", record.sensorType());
+    const char* known = ipmi_get_sensor_type_string(record.sensorType());
+    return known != nullptr ? write(text, "%s", known) : write(text, "Unknown (%02Xh)", record.sensorType());
+}
+
+int putSystemEvent(Record record, char* text) {
+    const std::uint8_t type = record.eventType();
+    if (IPMI_EVENT_READING_TYPE_CODE_IS_SENSOR_SPECIFIC(type)) {
+        if (ipmi_get_sensor_type_message(record.sensorType(), record.offset(), text, EVENT_TEXT_SIZE) > 0)
+            return 0;
+        return write(text, "%s event: sensor type %02Xh, offset %u",
+                     record.sensorType() >= firstOemSensorType ? "OEM" : "Unknown", record.sensorType(),
+                     record.offset());
+    }
+    if (ipmi_get_generic_event_message(type, record.offset(), text, EVENT_TEXT_SIZE) > 0)
+        return 0;
+    if (IPMI_EVENT_READING_TYPE_CODE_IS_UNSPECIFIED(type))
+        return write(text, "Unspecified event");
+    return write(text, "%s event: event type %02Xh, offset %u",
+                 IPMI_EVENT_READING_TYPE_CODE_IS_OEM(type) ? "OEM" : "Unknown", type, record.offset());
+}
+
+int putEvent(Record record, char* text) {
+    if (record.isSystemEvent())
+        return putSystemEvent(record, text);
+    if (record.isOemWithTime())
+        return write(text, "OEM record %02Xh of manufacturer %u", record.type(), record.manufacturer());
+    return write(text, "%s record %02Xh", record.isOem() ? "OEM" : "Unknown", record.type());
+}
+
+} // namespace
+
+int FindSensorType(const uint8_t* record, char* text) {
+    return describe(record, text, putSensorType);
+}
+
+int AlertSeverityLevel(const uint8_t* record, char* text) {
+    return describe(record, text,
+                    [](Record event, char* to) { return write(to, "%s", name(severityOf(event))); });
+}
+
+int SELLog(const uint8_t* record, char* text) {
+    return describe(record, text, putEvent);
+}
