@@ -39,6 +39,25 @@ void putTime(SelRecord& record, std::uint32_t time) {
     ipmi::Writer(std::span(record).subspan(timeOffset)).u32(time);
 }
 
+// An event message of the BMC itself (IPMI 2.0, 29.7).
+SelRecord sensorEvent(std::uint8_t sensorType, std::uint8_t number, std::uint8_t eventType,
+                      bool isDeassertion, std::array<std::uint8_t, 3> data) {
+    constexpr std::uint16_t bmc = 0x0020;
+    constexpr std::uint8_t ipmi20 = 0x04;
+    SelRecord record{};
+    ipmi::Writer(record)
+        .u16(0)
+        .u8(systemEvent)
+        .u32(0)
+        .u16(bmc)
+        .u8(ipmi20)
+        .u8(sensorType)
+        .u8(number)
+        .u8(static_cast<std::uint8_t>(isDeassertion ? eventType | 0x80 : eventType))
+        .bytes(data);
+    return record;
+}
+
 // Events as a server's log has them: a sensor goes beyond a limit or into a state, and back.
 SelRecord sampleEvent(const Sensors& sensors, std::size_t number) {
     SelRecord record{};
@@ -46,21 +65,20 @@ SelRecord sampleEvent(const Sensors& sensors, std::size_t number) {
     writer.u16(0);
     if (number % 10 == 8) {
         writer.u8(oemTimed).u32(0).u24(0x000157).u32(static_cast<std::uint32_t>(number));
-    } else if (number % 10 == 9) {
-        writer.u8(oemUntimed).fill(9, 0xA5).u32(static_cast<std::uint32_t>(number));
-    } else {
-        const bool isDeassertion = number % 2 == 1;
-        const Sensor* const sensor =
-            sensors.list.empty() ? nullptr : &sensors.list[number / 2 % sensors.list.size()];
-        const std::uint8_t type = sensor != nullptr ? sensor->readingType : 0x6F;
-        const bool isThreshold = sensor != nullptr && sensor->isThreshold();
-        writer.u8(systemEvent).u32(0).u16(0x0020).u8(0x04); // the BMC itself; IPMI 2.0 event messages
-        writer.u8(sensor != nullptr ? sensor->type : 0x12).u8(sensor != nullptr ? sensor->number : 0);
-        writer.u8(static_cast<std::uint8_t>(isDeassertion ? type | 0x80 : type));
-        // Upper critical going high with reading and threshold, or state offset 0.
-        writer.u8(isThreshold ? 0x59 : 0x00).u8(isThreshold ? 0x7D : 0xFF).u8(isThreshold ? 0x78 : 0xFF);
+        return record;
     }
-    return record;
+    if (number % 10 == 9) {
+        writer.u8(oemUntimed).fill(9, 0xA5).u32(static_cast<std::uint32_t>(number));
+        return record;
+    }
+    const bool isDeassertion = number % 2 == 1;
+    if (sensors.list.empty())
+        return sensorEvent(0x12, 0, 0x6F, isDeassertion, {0x00, 0xFF, 0xFF});
+    const Sensor& sensor = sensors.list[number / 2 % sensors.list.size()];
+    // Upper critical going high with reading and threshold, or state offset 0.
+    return sensorEvent(sensor.type, sensor.number, sensor.readingType, isDeassertion,
+                       sensor.isThreshold() ? std::array<std::uint8_t, 3>{0x59, 0x7D, 0x78}
+                                            : std::array<std::uint8_t, 3>{0x00, 0xFF, 0xFF});
 }
 
 std::uint8_t getSelInfo(State& state, ipmi::Reader, ipmi::Writer& answer) {
@@ -264,6 +282,16 @@ std::optional<std::uint16_t> Sel::add(State& state, const SelFile& file,
     sel.nextId = following(id);
     sel.lastAddition = sel.now();
     return id;
+}
+
+std::optional<std::uint16_t> Sel::addEvent(State& state, const SensorRef& reference, std::uint8_t offset,
+                                           bool isDeassertion) {
+    const auto& sensors = state.get<Sensors>();
+    const auto slot = sensors.find(reference);
+    const Sensor& sensor = sensors.sensor(slot);
+    return add(state, SelFile(state),
+               sensorEvent(sensor.type, static_cast<std::uint8_t>(sensor.number + slot.instance),
+                           sensor.readingType, isDeassertion, {offset, 0xFF, 0xFF}));
 }
 
 std::size_t Sel::fill(State& state, std::size_t count) {

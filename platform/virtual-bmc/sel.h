@@ -8,6 +8,7 @@
 namespace vbmc {
 
 class SelFile;
+class SensorRef;
 
 struct Sel {
     static constexpr const char* bulkFile = ".sel";
@@ -47,6 +48,9 @@ struct Sel {
     // Nothing when the log is full and does not wrap.
     static std::optional<std::uint16_t> add(State& state, const SelFile& file,
                                             std::span<const std::uint8_t, 16> record);
+    // The same of an event of a sensor: it comes into a state, or leaves it. Throws Error.
+    static std::optional<std::uint16_t> addEvent(State& state, const SensorRef& sensor, std::uint8_t offset,
+                                                 bool isDeassertion);
     // Appends so many events, of the machine's sensors and of OEM types in turn. Returns how many there was
     // room for.
     static std::size_t fill(State& state, std::size_t count);

@@ -28,6 +28,12 @@ void requireAnalog(const Sensor& sensor) {
         fail(sensor, "it has no analog reading");
 }
 
+std::uint16_t requireAdded(std::optional<std::uint16_t> id) {
+    if (!id)
+        throw Error("the event log is full");
+    return *id;
+}
+
 } // namespace
 
 void create(const std::filesystem::path& stateFile, const std::filesystem::path& modelFile,
@@ -93,9 +99,24 @@ void VirtualBmc::setAvailability(const SensorRef& sensor, Availability availabil
 std::uint16_t VirtualBmc::addSelRecord(std::span<const std::uint8_t, 16> record) {
     std::optional<std::uint16_t> id;
     file_->transact([&](State& state) { id = Sel::add(state, SelFile(state), record); });
-    if (!id)
-        throw Error("the event log is full");
-    return *id;
+    return requireAdded(id);
+}
+
+std::uint16_t VirtualBmc::addSensorEvent(const SensorRef& sensor, std::uint8_t offset, bool isDeassertion) {
+    std::optional<std::uint16_t> id;
+    file_->transact([&](State& state) { id = Sel::addEvent(state, sensor, offset, isDeassertion); });
+    return requireAdded(id);
+}
+
+std::vector<SelRecord> VirtualBmc::selRecords() {
+    std::vector<SelRecord> records;
+    file_->transact([&](State& state) {
+        const auto& sel = state.get<Sel>();
+        const SelFile file(state);
+        for (std::uint16_t position = 0; position < sel.count; ++position)
+            records.push_back(file.read(sel, position));
+    });
+    return records;
 }
 
 std::size_t VirtualBmc::fillSel(std::size_t count) {

@@ -3,6 +3,7 @@
 // operates the machine from outside: making it, looking at it, turning its sensors, making its commands fail.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -109,6 +110,9 @@ public:
     // The event log. A record of 16 bytes gets an ID from the BMC, and the present time where it is 0 and the
     // record's type has a time. Throws Error when the log is full and does not wrap.
     std::uint16_t addSelRecord(std::span<const std::uint8_t, 16> record);
+    // The same of an event of a sensor, which comes into the state with this offset (0 to 14), or leaves it.
+    std::uint16_t addSensorEvent(const SensorRef& sensor, std::uint8_t offset, bool isDeassertion);
+    std::vector<std::array<std::uint8_t, 16>> selRecords(); // oldest first
     // Appends so many records, events of the machine's sensors and OEM records in turn. Returns how many
     // there was room for.
     std::size_t fillSel(std::size_t count);

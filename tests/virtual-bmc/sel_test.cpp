@@ -169,4 +169,24 @@ TEST_F(SelCommands, aBulkFileThatIsCutShortIsAnError) {
     EXPECT_THROW(ids(), ipmi::TransportError);
 }
 
+TEST_F(SelCommands, eventsOfSensorsSayWhichAndWhat) {
+    create(R"({"device": {}, "sel": {"capacity": 2, "whenFull": "wrap"}, "sensors": [
+        {"number": 7, "name": "Slot", "type": 33, "readingType": 111, "record": "compact",
+         "sharing": {"count": 3}}]})");
+    bmc = std::make_unique<vbmc::VirtualBmc>(stateFile);
+    EXPECT_THROW(bmc->addSensorEvent("no such sensor", 0, false), vbmc::Error);
+    EXPECT_EQ(bmc->addSensorEvent(7, 1, false), 1);
+    EXPECT_EQ(bmc->addSensorEvent(8, 14, true), 2);
+    EXPECT_EQ(bmc->addSensorEvent(9, 2, false), 3); // drops the oldest
+    const auto records = bmc->selRecords();
+    ASSERT_EQ(records.size(), 2U);
+    const auto behindTheTime = [&](std::size_t i) {
+        return std::vector(records[i].begin() + 7, records[i].end());
+    };
+    EXPECT_THAT(behindTheTime(0), ElementsAreArray({0x20, 0, 4, 0x21, 8, 0xEF, 14, 0xFF, 0xFF}));
+    EXPECT_THAT(behindTheTime(1), ElementsAreArray({0x20, 0, 4, 0x21, 9, 0x6F, 2, 0xFF, 0xFF}));
+    EXPECT_EQ(records[0][0], 2);
+    EXPECT_EQ(records[0][2], 0x02);
+}
+
 } // namespace
