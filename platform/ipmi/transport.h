@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <memory>
 #include <span>
 #include <stdexcept>
@@ -50,6 +51,14 @@ struct SessionSettings {
     // No copy of the password stays behind in freed memory.
     ~SessionSettings() { explicit_bzero(password.data(), password.size()); }
 };
+
+// Told of an exchange behind it: network function, command, request, answer.
+using ExchangeObserver =
+    std::function<void(std::uint8_t netFn, std::uint8_t command, std::span<const std::uint8_t> request,
+                       std::span<const std::uint8_t> answer)>;
+// For tools that show how far a long request is: transports opened from now on, in the whole process, tell
+// `observer`. To be called before other threads open any.
+PH_IPMI_EXPORT void observeExchanges(ExchangeObserver observer);
 
 // Opens the transport that the settings name. Throws TransportError; its text names the BMC, never the
 // password.

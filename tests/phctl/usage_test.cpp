@@ -51,6 +51,17 @@ TEST_F(Usage, wrongCommandLinesEndWithStatus2AndSayWhatIsWrong) {
         {{"bmc", "fault", "get-sdr"}, "1 option"},
         {{"bmc", "fault", "get-sdr", "--silent", "--code", "1"}, "1 option"},
         {{"bmc", "show", "sensor"}, "no part sensor"},
+        {{"bmc", "sel"}, "subcommand is required"},
+        {{"bmc", "sel", "lst"}, "did you mean list?"},
+        {{"bmc", "sel", "add"}, "name a sensor and a state offset, or give a --record"},
+        {{"bmc", "sel", "add", "CPU1 Temp"}, "name a sensor and a state offset"},
+        {{"bmc", "sel", "add", "CPU1 Temp", "15"}, "OFFSET"},
+        {{"bmc", "sel", "add", "CPU1 Temp", "1", "--record", "02"}, "excludes --record"},
+        {{"bmc", "sel", "add", "--record", "02 00000000 2000 04 01 30 01 59 7d"}, "is no record: 14 bytes"},
+        {{"bmc", "sel", "add", "--record", "02 00000000 2000 04 01 30 01 59 7d 7g"}, "is no record"},
+        {{"bmc", "sel", "add", "--record", "02 00000000 2000 04 01 30 01 59 7d 78 0"}, "is no record"},
+        {{"bmc", "sel", "fill", "0"}, "COUNT"},
+        {{"bmc", "sel", "policy", "halt"}, "not in {stop,wrap}"},
     };
     for (const auto& each : cases)
         EXPECT_THAT(fail(each.arguments, 2), HasSubstr(each.reason));
@@ -74,7 +85,13 @@ TEST_F(Usage, everyCommandHelpsWithAnExample) {
                                                {"bmc", "set-reading"},
                                                {"bmc", "set-states"},
                                                {"bmc", "set-availability"},
-                                               {"bmc", "fault"}}) {
+                                               {"bmc", "fault"},
+                                               {"bmc", "sel"},
+                                               {"bmc", "sel", "list"},
+                                               {"bmc", "sel", "add"},
+                                               {"bmc", "sel", "fill"},
+                                               {"bmc", "sel", "clear"},
+                                               {"bmc", "sel", "policy"}}) {
         auto arguments = command;
         arguments.emplace_back("--help");
         EXPECT_THAT(succeed(arguments).out, HasSubstr("Example"));

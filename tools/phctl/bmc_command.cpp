@@ -4,9 +4,9 @@
 #include "errors.h"
 #include "instance_output.h"
 #include "ipmi_commands.h"
+#include "machine.h"
 #include "machine_text.h"
 #include "text_layout.h"
-#include "virtual-bmc/virtual_bmc.h"
 
 #include <charconv>
 #include <iostream>
@@ -38,25 +38,8 @@ struct BmcOptions {
 };
 using Options = std::shared_ptr<BmcOptions>;
 
-// The one that requests reach, unless another is named.
-fs::path stateFile(const BmcOptions& options) {
-    if (!options.stateFile.empty())
-        return fs::absolute(options.stateFile);
-    if (const auto row = sessionRow()) {
-        const auto settings = settingsOf(*row);
-        if (settings.interfaceType == ipmi::SessionSettings::VirtualBmc)
-            return settings.address;
-    }
-    return vbmc::defaultStateFile();
-}
-
-vbmc::VirtualBmc machine(const BmcOptions& options) {
-    const fs::path file = stateFile(options);
-    ipmi::SessionSettings settings;
-    settings.interfaceType = ipmi::SessionSettings::VirtualBmc;
-    settings.address = file;
-    requireBmc(settings);
-    return vbmc::VirtualBmc(file);
+vbmc::VirtualBmc machine(const Options& options) {
+    return openMachine(options->stateFile);
 }
 
 // A file, or the name of a model that is installed.
@@ -72,7 +55,7 @@ fs::path modelFile(const std::string& model) {
 }
 
 int create(const Options& options) {
-    const fs::path file = stateFile(*options);
+    const fs::path file = machineFile(options->stateFile);
     vbmc::create(file, modelFile(options->model),
                  options->replace ? vbmc::Existing::Replace : vbmc::Existing::Refuse);
     std::cout << "Created the virtual BMC " << file.string() << '\n';
@@ -88,7 +71,7 @@ int create(const Options& options) {
 }
 
 int show(const Options& options) {
-    auto description = machine(*options).describe();
+    auto description = machine(options).describe();
     if (!options->parts.empty()) {
         nlohmann::ordered_json wanted;
         for (const std::string& part : options->parts) {
@@ -118,7 +101,7 @@ std::optional<Number> number(std::string_view text) {
 }
 
 int setReading(const Options& options) {
-    auto bmc = machine(*options);
+    auto bmc = machine(options);
     if (options->isRaw) {
         const auto raw = number<std::uint8_t>(options->value);
         if (!raw)
@@ -137,7 +120,7 @@ int setStates(const Options& options) {
     std::uint16_t bits = 0;
     for (const unsigned state : options->states)
         bits = static_cast<std::uint16_t>(bits | 1U << state);
-    machine(*options).setStates(options->sensor, bits);
+    machine(options).setStates(options->sensor, bits);
     return done;
 }
 
@@ -150,7 +133,7 @@ constexpr std::pair<const char*, vbmc::Availability> availabilities[] = {
 int setAvailability(const Options& options) {
     for (const auto& [name, availability] : availabilities)
         if (options->availability == name)
-            machine(*options).setAvailability(options->sensor, availability);
+            machine(options).setAvailability(options->sensor, availability);
     return done;
 }
 
@@ -166,7 +149,7 @@ int addFaults(const Options& options) {
     std::vector<IpmiCommand> commands;
     for (const std::string& text : options->commands)
         commands.push_back(parseIpmiCommand(text));
-    auto bmc = machine(*options);
+    auto bmc = machine(options);
     for (const IpmiCommand& command : commands) {
         fault.netFn = command.netFn;
         fault.command = command.command;
@@ -178,7 +161,7 @@ int addFaults(const Options& options) {
 int listFaults(const Options& options) {
     Table table({"Command", "Fault", "After", "Calls"});
     auto list = nlohmann::ordered_json::array();
-    for (const vbmc::Fault& fault : machine(*options).faults()) {
+    for (const vbmc::Fault& fault : machine(options).faults()) {
         constexpr const char* kinds[] = {"completion code ",
                                          "answer cut to bytes: ", "answer late by ms: ", "no answer"};
         char code[8];
@@ -210,7 +193,7 @@ int listFaults(const Options& options) {
 }
 
 int clearFaults(const Options& options) {
-    machine(*options).clearFaults();
+    machine(options).clearFaults();
     return done;
 }
 
@@ -295,6 +278,7 @@ void addBmcCommand(CLI::App& app, Chosen& chosen) {
     command = add("faults", "List the faults that are set", listFaults);
     command->add_flag("--json", options->json, "Print JSON");
     add("clear", "Remove all faults", clearFaults);
+    addSelCommand(*bmc, chosen);
 }
 
 } // namespace phctl

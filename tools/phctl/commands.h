@@ -14,5 +14,6 @@ void addMethodCommand(CLI::App& app, Chosen& chosen);
 void addClassesCommand(CLI::App& app, Chosen& chosen);
 void addSyncCommand(CLI::App& app, Chosen& chosen);
 void addBmcCommand(CLI::App& app, Chosen& chosen);
+void addSelCommand(CLI::App& bmc, Chosen& chosen); // part of it
 
 } // namespace phctl

@@ -36,6 +36,27 @@ void copy(char (&field)[size], const std::string& text, const char* what) {
     field[text.size()] = '\0';
 }
 
+const CompactSdr& commonOf(const CompactSdr& row) {
+    return row;
+}
+const CompactSdr& commonOf(const FullSdr& row) {
+    return row.common;
+}
+
+template <class Row>
+void addLabels(const Database& database, int (*get)(SMASH_DB_HANDLE, Row**, int*), SensorLabels& labels) {
+    Row* rows = nullptr;
+    int count = 0;
+    if (get(database.get(), &rows, &count) != 0)
+        return;
+    const std::unique_ptr<Row, decltype(&std::free)> owner(rows, std::free);
+    for (const Row& row : std::span(rows, static_cast<std::size_t>(count))) {
+        const CompactSdr& sensor = commonOf(row);
+        labels.emplace(SensorKey{sensor.ownerId, sensor.ownerLun, sensor.sensorNumber},
+                       SensorLabel{sensor.name, sensor.ipmiSensorType});
+    }
+}
+
 } // namespace
 
 void checkSysroot() {
@@ -67,6 +88,14 @@ void setSessionRow(const IPMISessionInfo& row) {
     const Database database = open(smash_db_init);
     if (db_set_ipmi_session_info(database.get(), &row) != 0)
         throw Failure(db_last_error());
+}
+
+SensorLabels sensorLabels() {
+    SensorLabels labels;
+    const Database database = open(db_init);
+    addLabels(database, db_get_all_full_sdrs, labels);
+    addLabels(database, db_get_all_compact_sdrs, labels);
+    return labels;
 }
 
 SessionSettings settingsOf(const IPMISessionInfo& row) {

@@ -1,6 +1,7 @@
 // The SMASH database's session row, and why requests fail that need it.
 #pragma once
 
+#include "event_text.h"
 #include "ipmi/transport.h"
 
 #include <filesystem>
@@ -22,6 +23,9 @@ void setSessionRow(const IPMISessionInfo& row);
 
 ipmi::SessionSettings settingsOf(const IPMISessionInfo& row);
 IPMISessionInfo rowOf(const ipmi::SessionSettings& settings);
+
+// The sensors of the last sync. None when they cannot be read: they only make events readable.
+SensorLabels sensorLabels();
 
 // "the BMC at 192.0.2.7:623 (user admin)"
 std::string describe(const ipmi::SessionSettings& settings);

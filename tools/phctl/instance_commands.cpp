@@ -1,6 +1,7 @@
 // ei, ein, gi, mi, ci, di: the operations on instances.
 #include "arguments.h"
 #include "commands.h"
+#include "database.h"
 #include "errors.h"
 #include "instance_output.h"
 #include "requests.h"
@@ -62,6 +63,14 @@ broker::Instance givenInstance(const InstanceOptions& options, broker::ObjectPat
     return instance;
 }
 
+SensorLabels labelsFor(const std::vector<broker::Instance>& instances) {
+    const bool tellsOfEvents =
+        std::any_of(instances.begin(), instances.end(), [](const broker::Instance& instance) {
+            return broker::find(instance.properties, "RecordData") != nullptr;
+        });
+    return tellsOfEvents ? sensorLabels() : SensorLabels();
+}
+
 int enumerateInstances(const Options& options) {
     const auto wanted = propertyList(options);
     Remarks remarks;
@@ -75,7 +84,8 @@ int enumerateInstances(const Options& options) {
             list.push_back(toJson(instance));
         printJson(std::cout, list);
     } else {
-        printInstances(std::cout, reply.instances, wanted, terminalWidth(STDOUT_FILENO));
+        printInstances(std::cout, reply.instances, wanted, terminalWidth(STDOUT_FILENO),
+                       labelsFor(reply.instances));
     }
     return done;
 }
@@ -106,7 +116,7 @@ int getInstance(const Options& options) {
     if (options->json)
         printJson(std::cout, toJson(reply.instances.front()));
     else
-        printInstance(std::cout, reply.instances.front(), wanted);
+        printInstance(std::cout, reply.instances.front(), wanted, labelsFor(reply.instances));
     return done;
 }
 

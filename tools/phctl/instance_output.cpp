@@ -18,7 +18,17 @@ using nlohmann::ordered_json;
 
 // More columns than this make lines that nobody reads.
 constexpr std::size_t mostColumns = 8;
-constexpr char currentReading[] = "CurrentReading";
+// Properties that have a column of their meaning beside them.
+constexpr struct {
+    const char* property;
+    const char* title;
+} meaningColumns[] = {{"CurrentReading", "Reading"}, {"CreationTimeStamp", "Time"}, {"RecordData", "Event"}};
+
+// A property's value in words; empty where it needs none.
+std::string meaningOf(const NamedValues& properties, std::string_view name, const SensorLabels& sensors) {
+    const std::string reading = readingText(properties, name);
+    return reading.empty() ? logEntryText(properties, name, sensors) : reading;
+}
 
 std::string cellText(const NamedValues& properties, const std::string& name) {
     const Value* value = broker::find(properties, name);
@@ -38,27 +48,40 @@ std::vector<std::string> columnNames(const std::vector<Instance>& instances, con
     return names;
 }
 
-void printTable(std::ostream& out, const std::vector<Instance>& instances,
-                const std::vector<std::string>& names, std::size_t width) {
-    const bool hasReadings = std::any_of(instances.begin(), instances.end(), [](const Instance& instance) {
-        return !readingText(instance.properties, currentReading).empty();
-    });
-    const auto withReading = [&](std::vector<std::string>& row, const std::string& name, std::string text) {
-        if (hasReadings && broker::sameName(name, currentReading))
-            row.push_back(std::move(text));
-    };
-    std::vector<std::string> head;
-    for (const std::string& name : names) {
-        head.push_back(name);
-        withReading(head, name, "Reading");
+struct Column {
+    std::string title;
+    std::string property;
+    bool isMeaning;
+};
+
+std::vector<Column> columnsOf(const std::vector<Instance>& instances, const PropertyList& wanted,
+                              const SensorLabels& sensors) {
+    std::vector<Column> columns;
+    for (const std::string& name : columnNames(instances, wanted)) {
+        columns.push_back({name, name, false});
+        for (const auto& [property, title] : meaningColumns)
+            if (broker::sameName(name, property) &&
+                std::any_of(instances.begin(), instances.end(), [&](const Instance& instance) {
+                    return !meaningOf(instance.properties, name, sensors).empty();
+                }))
+                columns.push_back({title, name, true});
     }
+    return columns;
+}
+
+void printTable(std::ostream& out, const std::vector<Instance>& instances, const std::vector<Column>& columns,
+                const SensorLabels& sensors, std::size_t width) {
+    std::vector<std::string> head;
+    for (const Column& column : columns)
+        head.push_back(column.title);
     Table table(head);
     for (const Instance& instance : instances) {
         std::vector<std::string> row;
-        for (const std::string& name : names) {
-            row.push_back(cellText(instance.properties, name));
-            const std::string reading = readingText(instance.properties, currentReading);
-            withReading(row, name, reading.empty() ? "-" : reading);
+        for (const Column& column : columns) {
+            const std::string text = column.isMeaning
+                                         ? meaningOf(instance.properties, column.property, sensors)
+                                         : cellText(instance.properties, column.property);
+            row.push_back(text.empty() && column.isMeaning ? "-" : text);
         }
         table.add(std::move(row));
     }
@@ -66,7 +89,7 @@ void printTable(std::ostream& out, const std::vector<Instance>& instances,
 }
 
 void printProperties(std::ostream& out, const NamedValues& properties, const PropertyList& wanted,
-                     const std::string& indent) {
+                     const SensorLabels& sensors) {
     std::size_t width = 0;
     NamedValues shown;
     for (const auto& property : properties) {
@@ -78,9 +101,9 @@ void printProperties(std::ostream& out, const NamedValues& properties, const Pro
         shown.push_back(property);
     }
     for (const auto& [name, value] : shown) {
-        out << indent << name << std::string(width - displayWidth(name), ' ') << " = " << valueText(value);
-        if (const std::string reading = readingText(properties, name); !reading.empty())
-            out << "  (" << reading << ')';
+        out << "  " << name << std::string(width - displayWidth(name), ' ') << " = " << valueText(value);
+        if (const std::string meaning = meaningOf(properties, name, sensors); !meaning.empty())
+            out << "  (" << printable(meaning) << ')';
         out << '\n';
     }
 }
@@ -99,22 +122,23 @@ std::string valueText(const Value& value) {
     return printable(value.as<std::string>() != nullptr ? '"' + text + '"' : text);
 }
 
-void printInstance(std::ostream& out, const Instance& instance, const PropertyList& wanted) {
+void printInstance(std::ostream& out, const Instance& instance, const PropertyList& wanted,
+                   const SensorLabels& sensors) {
     out << printable(broker::toText(instance.path)) << '\n';
-    printProperties(out, instance.properties, wanted, "  ");
+    printProperties(out, instance.properties, wanted, sensors);
 }
 
 void printInstances(std::ostream& out, const std::vector<Instance>& instances, const PropertyList& wanted,
-                    std::size_t width) {
+                    std::size_t width, const SensorLabels& sensors) {
     if (instances.empty())
         return;
-    const auto names = columnNames(instances, wanted);
-    if (names.size() <= mostColumns)
-        return printTable(out, instances, names, width);
+    const auto columns = columnsOf(instances, wanted, sensors);
+    if (columns.size() <= mostColumns)
+        return printTable(out, instances, columns, sensors, width);
     for (const Instance& instance : instances) {
         if (&instance != &instances.front())
             out << '\n';
-        printInstance(out, instance, wanted);
+        printInstance(out, instance, wanted, sensors);
     }
 }
 

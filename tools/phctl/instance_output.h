@@ -2,6 +2,7 @@
 #pragma once
 
 #include "broker/broker.h"
+#include "event_text.h"
 
 #include <iosfwd>
 #include <nlohmann/json_fwd.hpp>
@@ -12,13 +13,14 @@ namespace phctl {
 // A value as text on one line; strings are quoted, so that NULL and empty texts can be told apart.
 std::string valueText(const broker::Value& value);
 
-// "Name = value" for each property, under the instance's path.
-void printInstance(std::ostream& out, const broker::Instance& instance, const broker::PropertyList& wanted);
+// "Name = value" for each property, under the instance's path. `sensors` are those that events name.
+void printInstance(std::ostream& out, const broker::Instance& instance, const broker::PropertyList& wanted,
+                   const SensorLabels& sensors = {});
 
 // As a table where the properties are few enough for columns, or else one instance after the other. `wanted`
 // names the properties to print, in its order; without it all are.
 void printInstances(std::ostream& out, const std::vector<broker::Instance>& instances,
-                    const broker::PropertyList& wanted, std::size_t width);
+                    const broker::PropertyList& wanted, std::size_t width, const SensorLabels& sensors = {});
 
 // Numbers, booleans, null and arrays as those of JSON; datetimes as DMTF's texts; references as path texts;
 // instances as {"path": …, "properties": {…}}.

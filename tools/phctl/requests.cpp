@@ -105,8 +105,12 @@ void Remarks::unknown(const std::string& className, const char* kind, const std:
              didYouMean(name, candidates);
 }
 
-Requester::Requester(const RequestOptions& options) {
+Requester::Requester(const RequestOptions& options)
+    : progress_(std::make_shared<LogProgress>(std::cerr, isatty(STDERR_FILENO) != 0)) {
     requireVirtualBmc();
+    ipmi::observeExchanges([progress = progress_](auto netFn, auto command, auto sent, auto answer) {
+        progress->exchanged(netFn, command, sent, answer);
+    });
     const std::string module = options.module.empty() ? findModule() : fs::absolute(options.module).string();
     const ProviderOutput redirected;
     try {
@@ -122,6 +126,7 @@ broker::Reply Requester::execute(const broker::Request& request, const Remarks& 
         const ProviderOutput redirected;
         return broker_.execute(request);
     }();
+    progress_->clear();
     if (!reply.ok())
         throw Failure(failureText(request, reply, remarks));
     if (!remarks.text().empty())

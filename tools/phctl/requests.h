@@ -3,8 +3,10 @@
 
 #include "broker/broker.h"
 #include "class_descriptions.h"
+#include "log_progress.h"
 
 #include <CLI/CLI.hpp>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -36,10 +38,12 @@ class Requester {
 public:
     explicit Requester(const RequestOptions& options);
 
-    // Executes the request. Remarks go to stderr, with the error when it fails. Throws Failure.
+    // Executes the request, and shows progress where it reads a long log. Remarks go to stderr, with the
+    // error when it fails. Throws Failure.
     broker::Reply execute(const broker::Request& request, const Remarks& remarks = {});
 
 private:
+    std::shared_ptr<LogProgress> progress_;
     broker::Broker broker_;
 };
 

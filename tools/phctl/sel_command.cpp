@@ -1,0 +1,203 @@
+// bmc sel: looks at the virtual BMC's event log, adds to it, clears it.
+#include "commands.h"
+#include "errors.h"
+#include "event_text.h"
+#include "instance_output.h"
+#include "machine.h"
+#include "text_layout.h"
+
+#include <iostream>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <unistd.h>
+
+namespace phctl {
+namespace {
+
+using nlohmann::ordered_json;
+
+struct SelOptions {
+    std::string stateFile;
+    bool json = false;
+    std::size_t last = 0; // 0: all
+    std::string sensor;
+    std::optional<std::uint8_t> offset;
+    bool isDeassertion = false;
+    std::string record;
+    std::size_t count = 0;
+    std::string policy;
+};
+
+using SelRecord = std::array<std::uint8_t, 16>;
+constexpr std::size_t idSize = 2; // of the record, which the BMC gives it
+
+void report(const SelOptions& options, const ordered_json& json, const std::string& text) {
+    if (options.json)
+        printJson(std::cout, json);
+    else
+        std::cout << text << '\n';
+}
+
+std::string hexadecimal(std::span<const std::uint8_t> bytes) {
+    std::string text;
+    for (const unsigned byte : bytes) {
+        char digits[4];
+        std::snprintf(digits, sizeof digits, "%02x", byte);
+        text += digits;
+    }
+    return text;
+}
+
+SensorLabels labelsOf(const ordered_json& machine) {
+    constexpr std::uint8_t bmc = 0x20; // owner of all its sensors
+    SensorLabels labels;
+    if (machine.contains("sensors"))
+        for (const auto& sensor : machine["sensors"])
+            labels.emplace(SensorKey{bmc, 0, sensor["number"].get<std::uint8_t>()},
+                           SensorLabel{sensor["name"].get<std::string>(), 0});
+    return labels;
+}
+
+int list(const SelOptions& options) {
+    auto machine = openMachine(options.stateFile);
+    const SensorLabels sensors = labelsOf(machine.describe());
+    const auto records = machine.selRecords();
+    std::span<const SelRecord> shown(records);
+    if (options.last > 0 && options.last < shown.size())
+        shown = shown.last(options.last);
+    Table table({"ID", "Time", "Sensor", "State", "Event"});
+    auto rows = ordered_json::array();
+    for (const SelRecord& record : shown) {
+        const EventText text = describeRecord(record, sensors);
+        const unsigned id = record[0] | unsigned{record[1]} << 8;
+        if (options.json)
+            rows.push_back({{"id", id},
+                            {"time", text.time},
+                            {"sensor", text.sensor},
+                            {"state", text.state()},
+                            {"event", text.event},
+                            {"record", hexadecimal(record)}});
+        else
+            table.add({std::to_string(id), text.time, text.sensor, text.state(), text.event});
+    }
+    if (options.json)
+        printJson(std::cout, rows);
+    else if (shown.empty())
+        std::cout << "The event log is empty\n";
+    else
+        table.print(std::cout, terminalWidth(STDOUT_FILENO));
+    return done;
+}
+
+// Two hexadecimal digits each of the 14 bytes behind a record's ID, with blanks among them or without.
+SelRecord parseRecord(const std::string& text) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    SelRecord record{};
+    std::size_t place = 2 * idSize; // in digits
+    bool isRecord = true;
+    for (const char character : text) {
+        if (character == ' ')
+            continue;
+        const auto digit = digits.find(character >= 'A' ? static_cast<char>(character | 0x20) : character);
+        isRecord = isRecord && digit != std::string_view::npos && place < 2 * record.size();
+        if (isRecord)
+            record[place / 2] = static_cast<std::uint8_t>(record[place / 2] << 4 | digit);
+        ++place;
+    }
+    if (!isRecord || place != 2 * record.size())
+        throw UsageError('"' + text + "\" is no record: 14 bytes in hexadecimal, from its type on");
+    return record;
+}
+
+int add(const SelOptions& options) {
+    if (options.record.empty() && !options.offset)
+        throw UsageError("name a sensor and a state offset, or give a --record");
+    const unsigned id = options.record.empty()
+                            ? openMachine(options.stateFile)
+                                  .addSensorEvent(options.sensor, *options.offset, options.isDeassertion)
+                            : openMachine(options.stateFile).addSelRecord(parseRecord(options.record));
+    report(options, {{"id", id}}, "Added record " + std::to_string(id));
+    return done;
+}
+
+int fill(const SelOptions& options) {
+    const std::size_t added = openMachine(options.stateFile).fillSel(options.count);
+    if (added < options.count)
+        throw Failure("the event log is full: " + std::to_string(added) + " of " +
+                      std::to_string(options.count) + " records were added");
+    report(options, {{"added", added}}, "Added " + std::to_string(added) + " records");
+    return done;
+}
+
+int clear(const SelOptions& options) {
+    openMachine(options.stateFile).clearSel();
+    return done;
+}
+
+int policy(const SelOptions& options) {
+    auto machine = openMachine(options.stateFile);
+    if (!options.policy.empty()) {
+        machine.setSelWraps(options.policy == "wrap");
+        return done;
+    }
+    const auto present = machine.describe()["sel"]["whenFull"].get<std::string>();
+    report(options, {{"policy", present}}, present);
+    return done;
+}
+
+} // namespace
+
+void addSelCommand(CLI::App& bmc, Chosen& chosen) {
+    CLI::App* sel = bmc.add_subcommand("sel", "List the event log, add to it, fill it, clear it");
+    sel->require_subcommand(1);
+    sel->footer("Examples:\n"
+                "  phctl bmc sel add 'CPU1 Temp' 9\n"
+                "  phctl bmc sel list");
+    const auto options = std::make_shared<SelOptions>();
+    const auto command = [&](const char* name, const char* description, int (*run)(const SelOptions&),
+                             const char* examples) {
+        CLI::App* added = sel->add_subcommand(name, description);
+        added->add_option("--state", options->stateFile,
+                          "State file of the machine, instead of the one that requests go to");
+        added->footer(std::string("Examples:\n") + examples);
+        added->callback([&chosen, options, run] { chosen = [options, run] { return run(*options); }; });
+        return added;
+    };
+    const auto withJson = [&](CLI::App* each) {
+        each->add_flag("--json", options->json, "Print JSON");
+        return each;
+    };
+
+    CLI::App* each = withJson(command("list", "Print the records: time, sensor, event", list,
+                                      "  phctl bmc sel list --last 20\n  phctl bmc sel list --json"));
+    each->add_option("--last", options->last, "Only so many of the latest")->check(CLI::Range(1, 0xFFFF));
+
+    each = withJson(command("add", "Add an event of a sensor, or any record", add,
+                            "  phctl bmc sel add 'CPU1 Temp' 9\n"
+                            "  phctl bmc sel add 'PSU1 Status' 3 --deasserted\n"
+                            "  phctl bmc sel add --record '02 00000000 2000 04 01 30 01 59 7d 78'"));
+    auto* sensor = each->add_option("SENSOR", options->sensor, "Name or number of the sensor");
+    auto* offset = each->add_option("OFFSET", options->offset,
+                                    "State offset: 9 is upper critical going high of a threshold sensor")
+                       ->check(CLI::Range(0, 14));
+    auto* deasserted = each->add_flag("--deasserted", options->isDeassertion, "The sensor leaves the state");
+    each->add_option("--record", options->record,
+                     "14 bytes in hexadecimal, a record from its type on; a time of 0 is the present one")
+        ->excludes(sensor)
+        ->excludes(offset)
+        ->excludes(deasserted);
+
+    each = withJson(command("fill", "Add events of the machine's sensors, and OEM records", fill,
+                            "  phctl bmc sel fill 1000"));
+    each->add_option("COUNT", options->count, "How many")->required()->check(CLI::Range(1, 1000000));
+
+    command("clear", "Remove all records", clear, "  phctl bmc sel clear");
+
+    each = withJson(command("policy", "What a full log does", policy,
+                            "  phctl bmc sel policy\n  phctl bmc sel policy wrap"));
+    each->add_option("POLICY", options->policy,
+                     "stop: it drops new events; wrap: it drops the oldest record; without, print it")
+        ->check(CLI::IsMember({"stop", "wrap"}));
+}
+
+} // namespace phctl
