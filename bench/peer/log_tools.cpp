@@ -7,19 +7,20 @@
 #include "ipmi_sim.h"
 #include "provider_helper/record_log.h"
 #include "support/contest.h"
+#include "support/loop_process.h"
 #include "support/udp_relay.h"
 
 #include <cmpimacs.h>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <sstream>
 
 namespace {
 
 constexpr std::size_t recordCount = 3000;
-constexpr int sensorCount = 20; // that the events are of
+constexpr int sensorCount = 20;             // that the events are of
+constexpr char enumeration[] = "enumerate"; // argument of the process that only does that
 
 std::string records() {
     std::ostringstream commands;
@@ -52,7 +53,7 @@ void requireAll(std::size_t count) {
         throw std::runtime_error(std::to_string(count) + " records were read");
 }
 
-void enumerate() {
+int enumerate() {
     const broker::Broker broker;
     broker::Scope request(broker);
     CMPIStatus status{CMPI_RC_OK, nullptr};
@@ -61,22 +62,23 @@ void enumerate() {
                    request.make(broker::parseObjectPath("root/cimv2:CIM_LogEntry")), nullptr, result,
                    &status);
     requireAll(broker::toReply(result).instances.size());
+    return 0;
 }
 
-void readBare(const ipmi::SessionSettings& settings) {
+int readBare(ipmi::Transport& bmc) {
     constexpr std::uint8_t getSelEntry = 0x43;
-    const auto transport = ipmi::openTransport(settings);
     std::size_t count = 0;
     for (std::uint16_t next = 0; next != 0xFFFF; ++count) {
         const auto answer =
-            ipmi::run(*transport, ipmi::netFn::storage, getSelEntry,
+            ipmi::run(bmc, ipmi::netFn::storage, getSelEntry,
                       {0, 0, static_cast<std::uint8_t>(next), static_cast<std::uint8_t>(next >> 8), 0, 0xFF});
         next = answer.reader().u16();
     }
     requireAll(count);
+    return 0;
 }
 
-int run(int rounds) {
+int run(const std::string& program, int rounds) {
     const bench::PrivateRoot root;
     const ph_test::IpmiSim simulator(ph_test::thresholdSensors(sensorCount), {}, records());
     ipmi::SessionSettings settings = simulator.settings();
@@ -85,31 +87,26 @@ int run(int rounds) {
     writeSettings(root, settings);
 
     const std::string port = std::to_string(settings.port);
-    setenv("IPMI_PASSWORD", settings.password.c_str(), 1);
+    const std::string loop = bench::loopCommand(program, settings);
     // ipmi-sel keeps SDRs and would not read them again: each run has a folder of its own.
     const std::string cache = root.path() + "/ipmi-sel";
-    const std::string ipmiSel = "mkdir " + cache + " && ipmi-sel -D LAN_2_0 -h 127.0.0.1:" + port + " -u " +
-                                settings.userName + " -p " + settings.password +
+    const std::string ipmiSel = "rm -rf " + cache + " && mkdir " + cache +
+                                " && ipmi-sel -D LAN_2_0 -h 127.0.0.1:" + port + " -u " + settings.userName +
+                                " -p " + settings.password +
                                 " -l admin -I 3 -W opensesspriv --sdr-cache-directory=" + cache;
     const std::string ipmitool =
         "ipmitool -I lanplus -C 3 -H 127.0.0.1 -p " + port + " -U " + settings.userName + " -E sel list";
 
     const auto messages = [&] { return relay.requests(); };
+    const auto command = [](const std::string& text) { return [text] { bench::runCommand(text); }; };
     std::vector<bench::Contestant> contestants = {
-        {"PH_EI_LogEntry", enumerate, messages},
-        {"ipmi-sel, first run",
-         [&] {
-             std::filesystem::remove_all(cache);
-             bench::runCommand(ipmiSel);
-         },
-         messages},
-        {"ipmitool sel list", [&] { bench::runCommand(ipmitool); }, messages},
-        {"bare loop of Get SEL Entry", [&] { readBare(settings); }, messages}};
 #ifdef PHCTL
-    contestants.insert(contestants.begin(),
-                       {"phctl ei CIM_LogEntry",
-                        [] { bench::runCommand(std::string(PHCTL) + " ei CIM_LogEntry"); }, messages});
+        {"phctl ei CIM_LogEntry", command(std::string(PHCTL) + " ei CIM_LogEntry"), messages},
 #endif
+        {"PH_EI_LogEntry", command(program + ' ' + enumeration), messages},
+        {"ipmi-sel, first run", command(ipmiSel), messages},
+        {"ipmitool sel list", command(ipmitool), messages},
+        {"bare loop of Get SEL Entry", command(loop), messages}};
     bench::print(std::to_string(recordCount) + " SEL records of ipmi_sim over RMCP+, " +
                      std::to_string(rounds) + " rounds",
                  bench::contest(contestants, rounds));
@@ -119,12 +116,16 @@ int run(int rounds) {
 } // namespace
 
 int main(int argc, char** argv) try {
+    if (const auto bmc = bench::openLoop(argc, argv))
+        return readBare(*bmc);
+    if (argc == 2 && std::string(argv[1]) == enumeration)
+        return enumerate();
     const int rounds = argc > 1 ? std::atoi(argv[1]) : 7;
     if (rounds < 1) {
         std::fprintf(stderr, "Usage: log_tools [ROUNDS]\n");
         return 2;
     }
-    return run(rounds);
+    return run(argv[0], rounds);
 } catch (const std::exception& error) {
     std::fprintf(stderr, "log_tools: %s\n", error.what());
     return 1;

@@ -2,11 +2,10 @@
 // same number of Get Sensor Reading exchanges over one session.
 //
 //     sensor_tools [ROUNDS]
-//
-// Each is a process of its own, the loop too: what a session costs to open the first time is in all of them.
 #include "ipmi/command.h"
 #include "ipmi_sim.h"
 #include "support/contest.h"
+#include "support/loop_process.h"
 #include "support/udp_relay.h"
 
 #include <cstdio>
@@ -17,17 +16,9 @@ namespace {
 constexpr int sensorCount = 180;
 constexpr std::uint8_t getSensorReading = 0x2D;
 
-// sensor_tools loop PORT USER WORKAROUNDS, with the password in IPMI_PASSWORD.
-int runLoop(char** arguments) {
-    const char* password = std::getenv("IPMI_PASSWORD");
-    const auto transport = ipmi::openTransport({.address = "127.0.0.1",
-                                                .port = static_cast<std::uint16_t>(std::atoi(arguments[0])),
-                                                .userName = arguments[1],
-                                                .password = password != nullptr ? password : "",
-                                                .workaroundFlags = std::atoi(arguments[2])});
+int runLoop(ipmi::Transport& bmc) {
     for (int number = 1; number <= sensorCount; ++number)
-        ipmi::run(*transport, ipmi::netFn::sensorEvent, getSensorReading,
-                  {static_cast<std::uint8_t>(number)});
+        ipmi::run(bmc, ipmi::netFn::sensorEvent, getSensorReading, {static_cast<std::uint8_t>(number)});
     return 0;
 }
 
@@ -40,7 +31,7 @@ int run(const char* program, int rounds) {
 
     const std::string port = std::to_string(settings.port);
     const std::string phctl = PHCTL;
-    setenv("IPMI_PASSWORD", settings.password.c_str(), 1);
+    const std::string loop = bench::loopCommand(program, settings);
     bench::runCommand(phctl + " sync --lan 127.0.0.1:" + port + " --user " + settings.userName +
                       " --password-env IPMI_PASSWORD --workaround " +
                       std::to_string(settings.workaroundFlags));
@@ -50,9 +41,6 @@ int run(const char* program, int rounds) {
                                     " -l admin -I 3 -W opensesspriv --sdr-cache-directory=" + root.path();
     const std::string ipmitool =
         "ipmitool -I lanplus -C 3 -H 127.0.0.1 -p " + port + " -U " + settings.userName + " -E sdr list";
-
-    const std::string loop = std::string(program) + " loop " + port + " " + settings.userName + " " +
-                             std::to_string(settings.workaroundFlags);
 
     const auto messages = [&] { return relay.requests(); };
     const auto command = [](const std::string& text) { return [text] { bench::runCommand(text); }; };
@@ -72,8 +60,8 @@ int run(const char* program, int rounds) {
 } // namespace
 
 int main(int argc, char** argv) try {
-    if (argc == 5 && std::string(argv[1]) == "loop")
-        return runLoop(argv + 2);
+    if (const auto bmc = bench::openLoop(argc, argv))
+        return runLoop(*bmc);
     const int rounds = argc > 1 ? std::atoi(argv[1]) : 7;
     if (rounds < 1) {
         std::fprintf(stderr, "Usage: sensor_tools [ROUNDS]\n");
