@@ -10,7 +10,7 @@ extern "C" {
 #endif
 
 /* One mail and the server that takes it: 4514 bytes, numbers little-endian and not aligned, texts UTF-8 and
- * ended by a NUL. Whoever fills it zeroes it first. */
+ * ended by a NUL. Whoever fills it zeroes it first. Mail addresses are plain ones, name@domain in ASCII. */
 #pragma pack(push, 1)
 typedef struct {
     char userName[65];  /* for AUTH */
@@ -27,7 +27,7 @@ typedef struct {
     char attachmentNames[1497]; /* not used: there are no attachments */
     uint8_t userId;             /* BMC user that the mail is for */
     uint32_t security;          /* low byte: CIM_SMTP_… of cim_mail.h */
-    uint32_t timeout;           /* seconds, for each attempt as a whole */
+    uint32_t timeout;           /* seconds, for each attempt as a whole; 0 counts as 1 */
     uint32_t retries;           /* attempts after a first one that failed */
     uint32_t retryInterval;     /* seconds between attempts */
     uint32_t port;              /* 0: 25 */

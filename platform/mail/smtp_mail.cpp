@@ -1,0 +1,150 @@
+// Sends alerts through an SMTP server, with libcurl.
+#include "platform/mail.h"
+
+#include "ipmi/secret.h"
+#include "mail/message.h"
+#include "platform/cim_mail.h"
+#include "platform/sysroot.h"
+#include "transfer/transfer.h"
+
+#include <algorithm>
+#include <arpa/inet.h>
+#include <cctype>
+#include <climits>
+#include <cstring>
+#include <optional>
+#include <unistd.h>
+
+namespace {
+
+constexpr std::uint16_t usualPort = 25;
+constexpr std::uint32_t longestTimeout = 24 * 60 * 60; // seconds: a number that libcurl takes
+// Issuers of the mail servers' certificates, PEM. Without it those that the machine trusts.
+constexpr char issuersFile[] = "/conf/smtp_ca.pem";
+
+// Fields that are filled to their end have no NUL.
+template <std::size_t N>
+std::string text(const char (&field)[N]) {
+    return {field, strnlen(field, N)};
+}
+
+bool isHostName(const std::string& name) {
+    return !name.empty() && std::all_of(name.begin(), name.end(), [](unsigned char c) {
+        return (c < 0x80 && std::isalnum(c) != 0) || c == '.' || c == '-' || c == '_';
+    });
+}
+
+// The name that this machine goes by.
+std::string hostName(const AlertMailRequest& request) {
+    std::string name = text(request.hostName);
+    if (isHostName(name))
+        return name;
+    char own[HOST_NAME_MAX + 1] = {};
+    if (gethostname(own, HOST_NAME_MAX) == 0 && isHostName(own))
+        return own;
+    return "localhost";
+}
+
+// Only addresses: looking up a name could take longer than the time-out allows, and a text that is no address
+// may not change what the URL means.
+std::optional<std::string> serverUrl(const AlertMailRequest& request, const std::string& host) {
+    std::string server = text(request.server);
+    in6_addr address{};
+    if (inet_pton(AF_INET6, server.c_str(), &address) == 1)
+        server = "[" + server + "]";
+    else if (inet_pton(AF_INET, server.c_str(), &address) != 1)
+        return std::nullopt;
+    const std::uint32_t port = request.port != 0 ? request.port : usualPort;
+    if (port > UINT16_MAX)
+        return std::nullopt;
+    return "smtp://" + server + ":" + std::to_string(port) + "/" + host; // libcurl says hello with the path
+}
+
+// The mail, or nothing when there is nobody to send it to or an address is none.
+std::optional<mail::Message> makeMessage(const AlertMailRequest& request, const std::string& host) {
+    mail::Message message{.host = host,
+                          .sender = text(request.sender),
+                          .recipients = {text(request.recipient)},
+                          .subject = text(request.subject),
+                          .body = text(request.body)};
+    if (message.sender.empty())
+        message.sender = "bmc@" + host;
+    for (const auto& more : request.moreRecipients)
+        if (more[0] != '\0')
+            message.recipients.push_back(text(more));
+    if (!mail::isAddress(message.sender) ||
+        !std::all_of(message.recipients.begin(), message.recipients.end(), mail::isAddress))
+        return std::nullopt;
+    return message;
+}
+
+// What is left of a message to be sent.
+std::size_t readMessage(char* buffer, std::size_t size, std::size_t count, void* rest) {
+    auto& text = *static_cast<std::string_view*>(rest);
+    const std::size_t taken = text.copy(buffer, size * count);
+    text.remove_prefix(taken);
+    return taken;
+}
+
+void secure(const transfer::Handle& smtp, const AlertMailRequest& request) {
+    if ((request.security & CIM_SMTP_STARTTLS) != 0) {
+        set(smtp, CURLOPT_USE_SSL, CURLUSESSL_ALL + 0L);
+        char issuers[4096];
+        if (PH_SysrootPath(issuersFile, issuers, sizeof issuers) == 0 && access(issuers, R_OK) == 0)
+            set(smtp, CURLOPT_CAINFO, issuers);
+    }
+    if ((request.security & CIM_SMTP_AUTHENTICATE) != 0) {
+        set(smtp, CURLOPT_USERNAME, text(request.userName).c_str());
+        ipmi::SecretBytes<sizeof request.password + 1> password;
+        std::memcpy(password.bytes().data(), request.password, sizeof request.password);
+        set(smtp, CURLOPT_PASSWORD, reinterpret_cast<const char*>(password.bytes().data()));
+    }
+}
+
+int send(const AlertMailRequest& request) {
+    const std::string host = hostName(request);
+    const auto url = serverUrl(request, host);
+    const auto message = makeMessage(request, host);
+    if (!url || !message)
+        return -1;
+    // All attempts send the same Message-ID: a server whose answer was lost can tell that it has the mail.
+    const std::string wire = mail::compose(*message);
+    std::string_view rest;
+
+    const auto smtp = transfer::make("smtp");
+    transfer::Lines recipients;
+    for (const std::string& recipient : message->recipients)
+        recipients.add("<" + recipient + ">");
+    set(smtp, CURLOPT_URL, url->c_str());
+    const std::uint32_t timeout = request.timeout; // not aligned there
+    set(smtp, CURLOPT_TIMEOUT, static_cast<long>(std::clamp(timeout, 1U, longestTimeout)));
+    set(smtp, CURLOPT_MAIL_FROM, ("<" + message->sender + ">").c_str());
+    set(smtp, CURLOPT_MAIL_RCPT, recipients.list());
+    set(smtp, CURLOPT_UPLOAD, 1L);
+    set(smtp, CURLOPT_READFUNCTION, readMessage);
+    set(smtp, CURLOPT_READDATA, &rest);
+    set(smtp, CURLOPT_INFILESIZE_LARGE, static_cast<curl_off_t>(wire.size()));
+    secure(smtp, request);
+
+    for (std::uint32_t attempt = 0;; ++attempt) {
+        rest = wire;
+        if (curl_easy_perform(smtp.get()) == CURLE_OK)
+            return 0;
+        long reply = 0;
+        curl_easy_getinfo(smtp.get(), CURLINFO_RESPONSE_CODE, &reply);
+        const bool isPermanent = reply >= 500;
+        if (isPermanent || attempt == request.retries)
+            return -1;
+        sleep(request.retryInterval);
+    }
+}
+
+} // namespace
+
+int smtp_mail(const AlertMailRequest* request) {
+    try {
+        return request != nullptr ? send(*request) : -1;
+    } catch (...) {
+        return -1;
+    }
+}
