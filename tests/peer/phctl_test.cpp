@@ -148,6 +148,41 @@ TEST_F(PhctlPeer, statesAreThoseThatIpmitoolReads) {
     EXPECT_THAT(printed, testing::ContainsRegex("Presence .*Present"));
 }
 
+// ipmitool's columns "Temperature Temp 1", "Upper Critical going high", "Asserted" in the words of phctl.
+std::vector<std::string> listedEvents(const IpmiSim& bmc) {
+    std::vector<std::string> events;
+    std::istringstream lines(bmc.ipmitool("-c sel elist"));
+    for (std::string line; std::getline(lines, line);) {
+        std::vector<std::string> cells;
+        std::istringstream stream(line);
+        for (std::string cell; std::getline(stream, cell, ',');)
+            cells.push_back(cell);
+        if (cells.size() < 6)
+            continue;
+        const std::size_t going = cells[4].find("going");
+        cells[4].erase(cells[4].find_last_not_of(' ') + 1);
+        cells[4].insert(going, "- ");
+        std::string& event = events.emplace_back(cells[3].substr(cells[3].find(' ') + 1));
+        event.append(": ").append(cells[4]).append(cells[5] == "Asserted" ? ", asserted" : ", deasserted");
+    }
+    return events;
+}
+
+TEST_F(PhctlPeer, eventsAreThoseThatIpmitoolLists) {
+    for (const char* event : {"1 1 0x59", "2 0x81 0x57", "1 1 0x52"}) // sensor, direction and type, offset
+        bmc->ipmitool("raw 0x0a 0x44 0 0 0x02 0x70 0x2a 0x36 0x66 0x20 0 4 1 " + std::string(event) +
+                      " 0x7d 0x78"); // Add SEL Entry
+    std::vector<std::string> published;
+    const Outcome outcome = phctl({"ei", "CIM_LogEntry", "--properties", "RecordData"});
+    ASSERT_EQ(outcome.status, 0) << outcome.err;
+    std::istringstream lines(outcome.out);
+    for (std::string line; std::getline(lines, line);)
+        if (const std::size_t meaning = line.rfind("  "); line.starts_with("*"))
+            published.push_back(line.substr(meaning + 2));
+    EXPECT_THAT(published, testing::SizeIs(3));
+    EXPECT_EQ(published, listedEvents(*bmc));
+}
+
 TEST_F(PhctlPeer, aWrongPasswordIsRefusedAtOnceAndChangesNothing) {
     std::ofstream(sysroot->place("/tmp/password")) << "not-the-password\nsecond line\n";
     Outcome outcome;
