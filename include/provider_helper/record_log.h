@@ -18,7 +18,7 @@ typedef struct {
     uint16_t HealthState;     /* 5 OK */
     uint16_t RequestedState;  /* 12 not applicable */
     uint16_t EnabledState;    /* 2 enabled, 6 full and taking no more; 0 where the policy cannot be read */
-    uint16_t LogState;        /* 2 normal, 4 stops when full; 0 as above */
+    uint16_t LogState;        /* 2 normal, 4 not applicable: stops when full; 0 as above */
     uint16_t OverwritePolicy; /* 2 wraps when full, 7 never overwrites; 0 as above */
     char ElementName[256];
     int OperationalStatus[4]; /* 2 OK; ends with a negative number */
