@@ -36,11 +36,13 @@ std::vector<Result> contest(const std::vector<Contestant>& contestants, int roun
 }
 
 void print(const std::string& title, const std::vector<Result>& results) {
-    std::printf("%s\n%-44s %9s %9s %9s %8s %9s\n", title.c_str(), "", "min ms", "median ms", "max ms",
-                "ratio", "messages");
+    const Result& yardstick = results.back();
+    std::printf("%s\n%-44s %9s %8s %9s %8s %9s %9s\n", title.c_str(), "", "min ms", "ratio", "median ms",
+                "ratio", "max ms", "messages");
     for (const Result& result : results) {
-        std::printf("%-44s %9.1f %9.1f %9.1f %8.2f", result.name.c_str(), result.minimum * 1e3,
-                    result.median * 1e3, result.maximum * 1e3, result.median / results.back().median);
+        std::printf("%-44s %9.1f %8.2f %9.1f %8.2f %9.1f", result.name.c_str(), result.minimum * 1e3,
+                    result.minimum / yardstick.minimum, result.median * 1e3, result.median / yardstick.median,
+                    result.maximum * 1e3);
         if (result.messages > 0)
             std::printf(" %9zu", result.messages);
         std::printf("\n");

@@ -24,7 +24,7 @@ struct Result {
 // Runs each once to warm up, then `rounds` times in turn.
 std::vector<Result> contest(const std::vector<Contestant>& contestants, int rounds);
 
-// A table with each median as a multiple of the last contestant's: the yardstick comes last.
+// A table with each minimum and each median as a multiple of the last contestant's: the yardstick comes last.
 void print(const std::string& title, const std::vector<Result>& results);
 
 // Runs a shell command with its output thrown away. Throws with its end when its status is not 0.
