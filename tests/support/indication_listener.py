@@ -113,6 +113,9 @@ class Listener(http.server.ThreadingHTTPServer):
         with self.lock, open(self.record_file, "a", encoding="utf-8") as file:
             file.write(json.dumps(entry) + "\n")
 
+    def handle_error(self, *_):
+        pass  # a client that went away
+
 
 class Request(http.server.BaseHTTPRequestHandler):
     protocol_version = "HTTP/1.1"

@@ -1,0 +1,82 @@
+#include "interop/listener.h"
+
+#include "transfer/transfer.h"
+
+#include <cstring>
+#include <pugixml.hpp>
+#include <string_view>
+#include <strings.h>
+
+namespace interop {
+namespace {
+
+// Indications go out one after the other: one listener may not keep those of the others waiting for long.
+// Their network is the BMC's management LAN, where a connection that takes seconds takes for ever.
+constexpr long connectSeconds = 4;
+constexpr long totalSeconds = 10;
+// An export response is a few hundred bytes.
+constexpr std::size_t longestAnswer = 64 * 1024;
+
+struct Answer {
+    std::string body;
+    bool hasErrorHeader = false;
+};
+
+std::size_t takeBody(char* data, std::size_t size, std::size_t count, void* answer) noexcept {
+    auto& body = static_cast<Answer*>(answer)->body;
+    if (size * count > longestAnswer - body.size())
+        return 0; // ends the transfer
+    try {
+        body.append(data, size * count);
+    } catch (...) {
+        return 0;
+    }
+    return size * count;
+}
+
+std::size_t takeHeader(char* data, std::size_t size, std::size_t count, void* answer) noexcept {
+    static constexpr std::string_view name = "CIMError:"; // DSP0200, 6.3.5
+    if (size * count >= name.size() && strncasecmp(data, name.data(), name.size()) == 0)
+        static_cast<Answer*>(answer)->hasErrorHeader = true;
+    return size * count;
+}
+
+// A body without one may be anything: a listener that only takes note has nothing to say.
+bool hasErrorElement(const std::string& body) {
+    pugi::xml_document document;
+    document.load_buffer(body.data(), body.size(), pugi::parse_minimal);
+    return !document
+                .find_node([](const pugi::xml_node& node) { return std::strcmp(node.name(), "ERROR") == 0; })
+                .empty();
+}
+
+} // namespace
+
+bool deliver(const char* url, const char* message) {
+    Answer answer;
+    transfer::Lines headers;
+    headers.add("Content-Type: application/xml; charset=utf-8");
+    headers.add("CIMExport: MethodRequest");
+    headers.add("CIMExportMethod: ExportIndication");
+    headers.add("Expect:"); // do not ask first
+
+    const auto http = transfer::make("http,https");
+    set(http, CURLOPT_URL, url);
+    set(http, CURLOPT_HTTP_VERSION, CURL_HTTP_VERSION_1_1 + 0L);
+    set(http, CURLOPT_CONNECTTIMEOUT, connectSeconds);
+    set(http, CURLOPT_TIMEOUT, totalSeconds);
+    set(http, CURLOPT_HTTPHEADER, headers.list());
+    set(http, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(std::strlen(message)));
+    set(http, CURLOPT_POSTFIELDS, message);
+    set(http, CURLOPT_WRITEFUNCTION, takeBody);
+    set(http, CURLOPT_WRITEDATA, &answer);
+    set(http, CURLOPT_HEADERFUNCTION, takeHeader);
+    set(http, CURLOPT_HEADERDATA, &answer);
+    if (curl_easy_perform(http.get()) != CURLE_OK)
+        return false;
+    long status = 0;
+    curl_easy_getinfo(http.get(), CURLINFO_RESPONSE_CODE, &status);
+    return status / 100 == 2 && !answer.hasErrorHeader && !hasErrorElement(answer.body);
+}
+
+} // namespace interop

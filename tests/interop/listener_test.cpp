@@ -1,0 +1,78 @@
+// Listeners that take indications, refuse them, or do neither.
+#include "interop_fixture.h"
+
+#include <elapsed.h>
+#include <gmock/gmock.h>
+#include <thread>
+
+namespace {
+
+class Listener : public InteropFixture {};
+
+constexpr char message[] = "<CIM/>";
+
+TEST_F(Listener, TakesAnIndicationOrNot) {
+    for (const auto& [answer, isTaken] : {
+             std::pair{"ok", true},
+             std::pair{"empty", true},
+             std::pair{"no-content", true},
+             std::pair{"garbage", true}, // status 200, and no error in it
+             std::pair{"cim-error", false},
+             std::pair{"cim-error-header", false},
+             std::pair{"bad-request", false},
+             std::pair{"failure", false},
+             std::pair{"redirect", false},
+             std::pair{"huge", false},
+             std::pair{"no-http", false},
+             std::pair{"close", false},
+         }) {
+        startListener(answer);
+        EXPECT_EQ(post(url(), message) == 0, isTaken) << answer;
+    }
+    EXPECT_EQ(listener->records().size(), 12U) << "one each: nothing is sent twice, or elsewhere";
+}
+
+TEST_F(Listener, ThatNeverEndsItsAnswerIsGivenUp) {
+    std::vector<std::thread> threads;
+    std::vector<std::unique_ptr<ServerScript>> listeners;
+    for (const char* answer : {"hang", "drip"}) {
+        startListener(answer);
+        threads.emplace_back([this, to = url()] {
+            const double took = seconds([&] { EXPECT_NE(post(to, message), 0); });
+            EXPECT_LT(took, 20) << to;
+        });
+        listeners.push_back(std::move(listener));
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+TEST_F(Listener, IsNotThere) {
+    startListener();
+    const std::string to = url();
+    listener.reset();
+    EXPECT_NE(post(to, message), 0);
+}
+
+TEST_F(Listener, IsReachedOverHttpOnly) {
+    startListener();
+    const std::string port = std::to_string(listener->port());
+    // Gopher sends what its URL says, which could be a request to anybody.
+    EXPECT_NE(
+        post("gopher://127.0.0.1:" + port + "/_POST%20/%20HTTP/1.0%0D%0AContent-Length:%200%0D%0A%0D%0A",
+             message),
+        0);
+    for (const std::string& to : {"ftp://127.0.0.1:" + port + "/x", std::string("no url"), std::string()})
+        EXPECT_NE(post(to, message), 0) << to;
+    EXPECT_NE(post(url(), nullptr), 0);
+    EXPECT_TRUE(listener->records().empty());
+}
+
+TEST_F(Listener, IsNotLookedForThroughAProxy) {
+    startListener();
+    setenv("http_proxy", "http://127.0.0.1:1", 1);
+    EXPECT_EQ(post(url(), message), 0);
+    unsetenv("http_proxy");
+}
+
+} // namespace
