@@ -11,11 +11,13 @@ extern "C" {
 #endif
 
 /* "qom_generate_indication_response": the instance as a CIM-XML export request (DSP0200 ExportIndication,
- * DSP0201), UTF-8. Returns 0 and a heap text that the caller frees, or another number. */
+ * DSP0201), UTF-8. Returns 0 and a heap text that the caller frees, or another number. What it asks the
+ * instance for on the way is the calling thread's, as of any call of CMPI. */
 typedef int (*GenerateIndicationResponse)(const CMPIInstance* indication, char** text);
 
-/* "qom_send_indications": posts the text to a listener's URL and waits for its answer, for a bounded time.
- * Returns 0 when the listener took it (HTTP status 2xx and no CIM error), another number otherwise. */
+/* "qom_send_indications": posts the text to a listener's URL and waits for its answer, for a bounded time
+ * (the reference platform: 10 s). Returns 0 when the listener took it (HTTP status 2xx and no CIM error),
+ * another number otherwise. */
 typedef int (*SendIndications)(const char* url, const char* text);
 
 /* "GetBroker", "GetContext": the object manager's broker, and a context for a thread of the library's own. */
