@@ -62,6 +62,10 @@ struct PH_IPMI_EXPORT ShortAnswerError : std::runtime_error {
 
 class Answer {
 public:
+    ~Answer() { explicit_bzero(bytes_.data(), size_); } // some hold a password
+    Answer(const Answer&) = default;
+    Answer& operator=(const Answer&) = default;
+
     std::uint8_t code() const { return bytes_[0]; }
     // The bytes after the completion code.
     std::span<const std::uint8_t> data() const { return std::span(bytes_).subspan(1, size_ - 1); }

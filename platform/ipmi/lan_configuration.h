@@ -17,6 +17,9 @@ inline constexpr std::uint8_t ipv4Source = 4;
 inline constexpr std::uint8_t macAddress = 5;
 inline constexpr std::uint8_t subnetMask = 6;
 inline constexpr std::uint8_t defaultGateway = 12;
+inline constexpr std::uint8_t destinationCount = 17;
+inline constexpr std::uint8_t destinationType = 18;
+inline constexpr std::uint8_t destinationAddress = 19;
 inline constexpr std::uint8_t vlanId = 20;
 inline constexpr std::uint8_t vlanPriority = 21;
 inline constexpr std::uint8_t ipv6Support = 50;
@@ -37,6 +40,17 @@ inline constexpr std::uint8_t commitWrite = 2;
 // Parameter 4.
 inline constexpr std::uint8_t sourceStatic = 1;
 inline constexpr std::uint8_t sourceDhcp = 2;
+
+// Parameter 18: set selector, type, time-out, retries.
+inline constexpr std::uint8_t destinationTypeMask = 0x07;
+inline constexpr std::uint8_t petTrap = 0;
+inline constexpr std::uint8_t email = 6;    // OEM 1
+inline constexpr std::uint8_t listener = 7; // OEM 2: a CIM-XML listener
+
+// Parameter 19: set selector, address format (high nibble), then for IPv4 gateway, address (4) and MAC
+// address (6), for IPv6 the address (16).
+inline constexpr std::uint8_t destinationIpv4 = 0;
+inline constexpr std::uint8_t destinationIpv6 = 1;
 
 // Parameter 51.
 inline constexpr std::uint8_t ipv6Disabled = 0;

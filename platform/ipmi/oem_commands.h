@@ -2,6 +2,7 @@
 // who answer them.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 namespace ipmi::oem {
@@ -18,5 +19,27 @@ inline constexpr std::uint8_t getBond = 0x23;
 inline constexpr std::uint8_t setBond = 0x24;
 inline constexpr std::uint8_t getPhy = 0x25;
 inline constexpr std::uint8_t getEthernetSettings = 0x26;
+
+// Mail.
+inline constexpr std::uint8_t getMailDestination = 0x40;
+inline constexpr std::uint8_t setMailDestination = 0x41;
+inline constexpr std::uint8_t getMailText = 0x42;
+inline constexpr std::uint8_t setMailText = 0x43;
+inline constexpr std::uint8_t getMailServer = 0x44;
+inline constexpr std::uint8_t setMailServer = 0x45;
+
+// Texts of the mail commands, in blocks: of an alert destination (channel, selector), of a user (user ID, 0)
+// and of a mail server (channel, 0 primary or 1 secondary).
+enum MailText : std::uint8_t {
+    mailSubject,
+    mailMessage,
+    userAddress,
+    serverUserName,
+    serverPassword,
+    serverSender,
+    serverHostName
+};
+inline constexpr std::size_t mailTextSizes[] = {64, 256, 255, 64, 64, 64, 64};
+inline constexpr std::size_t mailBlockSize = 32;
 
 } // namespace ipmi::oem

@@ -25,6 +25,24 @@ inline constexpr std::uint8_t policy = 9;
 inline constexpr std::size_t filterSize = 20; // without the set selector, as below
 inline constexpr std::size_t policySize = 3;
 
+inline constexpr std::uint8_t enabled = 0x01;       // of the control
+inline constexpr std::uint8_t alertAction = 0x01;   // of actions
+inline constexpr std::uint8_t filterEnabled = 0x80; // of a filter's configuration
+inline constexpr std::uint8_t policyNumberMask = 0x0F;
+
+// Byte 0 of an alert policy entry: number (high nibble), enabled, rule. Byte 1: channel (high nibble),
+// destination selector (table 17-4).
+inline constexpr std::uint8_t policyEnabled = 0x08;
+inline constexpr std::uint8_t policyRuleMask = 0x07;
+enum PolicyRule : std::uint8_t {
+    sendAlways,
+    // When an alert of this policy was sent already, do not send, and …
+    goOn,
+    stop,
+    goOnWithAnotherChannel,
+    goOnWithAnotherType
+};
+
 // Completion codes of these commands.
 inline constexpr std::uint8_t parameterNotSupported = 0x80;
 inline constexpr std::uint8_t setInProgressAlready = 0x81;

@@ -32,12 +32,14 @@ const Command* findCommand(std::uint8_t netFn, std::uint8_t command) {
 }
 
 // Returns the size of the answer.
-std::size_t run(State& state, std::uint8_t netFn, std::uint8_t command, std::span<const std::uint8_t> request,
-                std::span<std::uint8_t> answer) {
+std::size_t run(State& state, int privilege, std::uint8_t netFn, std::uint8_t command,
+                std::span<const std::uint8_t> request, std::span<std::uint8_t> answer) {
     const Command* const known = findCommand(netFn, command);
     std::uint8_t code = completion::invalidCommand;
     ipmi::Writer data(answer.subspan(1));
-    if (known != nullptr && request.size() < known->leastRequest)
+    if (known != nullptr && privilege < known->leastPrivilege)
+        code = completion::insufficientPrivilege;
+    else if (known != nullptr && request.size() < known->leastRequest)
         code = completion::requestLengthInvalid;
     else if (known != nullptr)
         code = known->handler(state, ipmi::Reader(request), data);
@@ -50,16 +52,18 @@ std::size_t run(State& state, std::uint8_t netFn, std::uint8_t command, std::spa
     return 1;
 }
 
-Outcome runWithFault(State& state, const Fault& fault, std::uint8_t netFn, std::uint8_t command,
-                     std::span<const std::uint8_t> request, std::span<std::uint8_t> answer) {
+Outcome runWithFault(State& state, const Fault& fault, int privilege, std::uint8_t netFn,
+                     std::uint8_t command, std::span<const std::uint8_t> request,
+                     std::span<std::uint8_t> answer) {
     switch (fault.kind) {
     case Fault::CompletionCode:
         answer[0] = static_cast<std::uint8_t>(fault.value);
         return {1};
     case Fault::ShortAnswer:
-        return {std::min<std::size_t>(fault.value, run(state, netFn, command, request, answer))};
+        return {std::min<std::size_t>(fault.value, run(state, privilege, netFn, command, request, answer))};
     case Fault::Late:
-        return {run(state, netFn, command, request, answer), std::chrono::milliseconds(fault.value)};
+        return {run(state, privilege, netFn, command, request, answer),
+                std::chrono::milliseconds(fault.value)};
     case Fault::Silent:
         break;
     }
@@ -68,14 +72,14 @@ Outcome runWithFault(State& state, const Fault& fault, std::uint8_t netFn, std::
 
 } // namespace
 
-Outcome execute(State& state, std::uint8_t netFn, std::uint8_t command, std::span<const std::uint8_t> request,
-                std::span<std::uint8_t> answer) {
+Outcome execute(State& state, int privilege, std::uint8_t netFn, std::uint8_t command,
+                std::span<const std::uint8_t> request, std::span<std::uint8_t> answer) {
     // A copy: a command that fails undoes edits, and with them may move the faults.
     std::optional<Fault> fault;
     if (const Fault* const striking = state.get<Faults>().strike(netFn, command))
         fault = *striking;
-    const Outcome outcome = fault ? runWithFault(state, *fault, netFn, command, request, answer)
-                                  : Outcome{run(state, netFn, command, request, answer)};
+    const Outcome outcome = fault ? runWithFault(state, *fault, privilege, netFn, command, request, answer)
+                                  : Outcome{run(state, privilege, netFn, command, request, answer)};
     if (state.get<Faults>().counts(netFn, command))
         state.edit<Faults>().countCall(netFn, command);
     MessageLog::record(state, netFn, command, request, answer.first(outcome.size));

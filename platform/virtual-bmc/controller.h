@@ -15,8 +15,9 @@ struct Outcome {
     std::chrono::milliseconds delay{0};
 };
 
-// Runs a command and writes its answer, completion code first. `answer` holds ipmi::maxMessage bytes.
-Outcome execute(State& state, std::uint8_t netFn, std::uint8_t command, std::span<const std::uint8_t> request,
-                std::span<std::uint8_t> answer);
+// Runs a command of a session with this privilege level and writes its answer, completion code first.
+// `answer` holds ipmi::maxMessage bytes.
+Outcome execute(State& state, int privilege, std::uint8_t netFn, std::uint8_t command,
+                std::span<const std::uint8_t> request, std::span<std::uint8_t> answer);
 
 } // namespace vbmc

@@ -121,6 +121,14 @@ std::string writeHex(std::span<const std::uint8_t> bytes) {
     return text;
 }
 
+bool isUtf8(const std::string& text) {
+    try {
+        return !Json(text).dump().empty();
+    } catch (const Json::exception&) {
+        return false;
+    }
+}
+
 void readBool(const Json& json, const Place& place, bool& value) {
     if (!json.is_boolean())
         fail(place, "true or false is expected");

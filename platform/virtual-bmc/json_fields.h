@@ -86,6 +86,7 @@ std::int64_t readInteger(const Json& json, const Place& place, std::int64_t leas
 int readChoice(const Json& json, const Place& place, std::span<const Choice> choices, bool orNumber);
 std::vector<std::uint8_t> readHex(const Json& json, const Place& place); // "01 02 ff", "0102ff"
 std::string writeHex(std::span<const std::uint8_t> bytes);
+bool isUtf8(const std::string& text); // as a text in JSON has to be
 void readBool(const Json& json, const Place& place, bool& value);
 void readText(const Json& json, const Place& place, std::string& value);
 void requireArray(const Json& json, const Place& place);

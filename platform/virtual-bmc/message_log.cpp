@@ -1,5 +1,6 @@
 #include "virtual-bmc/message_log.h"
 
+#include "ipmi/oem_commands.h"
 #include "virtual-bmc/file_handle.h"
 #include "virtual-bmc/json_fields.h"
 #include "virtual-bmc/state.h"
@@ -18,13 +19,29 @@ namespace {
 constexpr std::size_t headSize = 6;
 constexpr std::size_t slotSize = headSize + 2 * ipmi::maxMessage;
 
-// Set User Password: what follows the user and the operation is not for a log.
-void hidePassword(std::span<std::uint8_t, slotSize> slot, std::uint8_t netFn, std::uint8_t command,
-                  std::size_t requestSize) {
-    constexpr std::uint8_t setUserPassword = 0x47;
-    constexpr std::size_t shown = 2;
-    if (netFn == ipmi::netFn::app && command == setUserPassword && requestSize > shown)
-        std::ranges::fill(slot.subspan(headSize + shown, requestSize - shown), '*');
+// Passwords are not for a log: of a request and of an answer so much is shown.
+constexpr struct {
+    std::uint8_t netFn, command;
+    std::size_t request, answer;
+} secrets[] = {{ipmi::netFn::app, 0x47, 2, ipmi::maxMessage}, // Set User Password: user, operation
+               {ipmi::netFn::oem, ipmi::oem::getMailText, ipmi::maxMessage, 1},
+               {ipmi::netFn::oem, ipmi::oem::setMailText, 4, ipmi::maxMessage}};
+
+void hide(std::span<std::uint8_t> bytes, std::size_t shown) {
+    if (bytes.size() > shown)
+        std::ranges::fill(bytes.subspan(shown), '*');
+}
+
+void hideSecrets(std::span<std::uint8_t, slotSize> slot, std::uint8_t netFn, std::uint8_t command,
+                 std::size_t requestSize, std::size_t answerSize) {
+    const auto request = slot.subspan(headSize, requestSize);
+    const bool isPublicText =
+        netFn == ipmi::netFn::oem && requestSize > 0 && request[0] != ipmi::oem::serverPassword;
+    for (const auto& secret : secrets)
+        if (secret.netFn == netFn && secret.command == command && !isPublicText) {
+            hide(request, secret.request);
+            hide(slot.subspan(headSize + ipmi::maxMessage, answerSize), secret.answer);
+        }
 }
 
 } // namespace
@@ -56,7 +73,7 @@ void MessageLog::record(const State& state, std::uint8_t netFn, std::uint8_t com
         .bytes(request)
         .fill(ipmi::maxMessage - request.size(), 0)
         .bytes(answer);
-    hidePassword(slot, netFn, command, request.size());
+    hideSecrets(slot, netFn, command, request.size(), answer.size());
     if (!writeAll(file, {reinterpret_cast<const char*>(slot.data()), slot.size()}))
         failWithErrno(path);
 }

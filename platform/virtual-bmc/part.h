@@ -26,6 +26,7 @@ struct Command {
     std::uint8_t command;
     std::size_t leastRequest; // bytes; a shorter one is answered with C7h
     Handler handler;
+    std::uint8_t leastPrivilege = 0; // of the session; one with less is answered with D4h
 };
 
 } // namespace vbmc

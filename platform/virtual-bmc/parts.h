@@ -11,12 +11,14 @@
 //   static std::span<const LanParameter> lanParameters()   rows of Get and Set LAN Configuration Parameters
 #pragma once
 
+#include "virtual-bmc/alert_destinations.h"
 #include "virtual-bmc/chassis.h"
 #include "virtual-bmc/device.h"
 #include "virtual-bmc/faults.h"
 #include "virtual-bmc/frus.h"
 #include "virtual-bmc/interfaces.h"
 #include "virtual-bmc/lans.h"
+#include "virtual-bmc/mail.h"
 #include "virtual-bmc/message_log.h"
 #include "virtual-bmc/pef.h"
 #include "virtual-bmc/sdr_repository.h"
@@ -30,7 +32,7 @@
 namespace vbmc {
 
 using Parts = std::tuple<Device, Users, Sensors, Frus, SdrRepository, Chassis, Sel, Services, Lans,
-                         Interfaces, Pef, Faults, MessageLog>;
+                         Interfaces, AlertDestinations, Mail, Pef, Faults, MessageLog>;
 
 // Files beside the state file that hold the bulk of a part, by what follows its name; a new machine begins
 // without them. They are read and written within transactions.

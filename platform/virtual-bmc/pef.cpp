@@ -38,21 +38,24 @@ std::uint8_t readEntry(const std::vector<Entry>& entries, std::uint8_t count, st
 }
 
 template <class Entry>
+bool put(std::vector<Entry>& entries, std::uint8_t count, std::uint8_t number,
+         std::span<const std::uint8_t> bytes) {
+    if (!isSlot(number, count))
+        return false;
+    const auto place = std::ranges::lower_bound(entries, number, {}, &Entry::number);
+    const bool isThere = place != entries.end() && place->number == number;
+    Entry& entry = isThere ? *place : *entries.insert(place, Entry{.number = number});
+    std::ranges::copy(bytes, entry.bytes.begin());
+    return true;
+}
+
+template <class Entry>
 std::uint8_t writeEntry(std::vector<Entry>& entries, std::uint8_t count, ipmi::Reader request) {
     const std::uint8_t number = request.u8() & selectorMask;
-    Entry fresh{.number = number};
-    const auto bytes = request.bytes(fresh.bytes.size());
+    const auto bytes = request.bytes(Entry().bytes.size());
     if (!request.ok())
         return completion::requestLengthInvalid;
-    if (!isSlot(number, count))
-        return completion::parameterOutOfRange;
-    std::ranges::copy(bytes, fresh.bytes.begin());
-    const auto place = std::ranges::lower_bound(entries, number, {}, &Entry::number);
-    if (place != entries.end() && place->number == number)
-        *place = std::move(fresh);
-    else
-        entries.insert(place, std::move(fresh));
-    return completion::success;
+    return put(entries, count, number, bytes) ? completion::success : completion::parameterOutOfRange;
 }
 
 template <class Entry>
@@ -69,8 +72,7 @@ void checkTable(const Place& place, const char* name, const std::vector<Entry>& 
 // ---- Commands
 
 std::uint8_t getCapabilities(State& state, ipmi::Reader, ipmi::Writer& answer) {
-    constexpr std::uint8_t alertAction = 0x01;
-    answer.u8(pef::version).u8(alertAction).u8(state.get<Pef>().filterCount);
+    answer.u8(pef::version).u8(pef::alertAction).u8(state.get<Pef>().filterCount);
     return completion::success;
 }
 
@@ -187,21 +189,41 @@ void Pef::check(const Place& place) const {
     checkTable(place, "policies", policies, policyCount);
 }
 
-// The filters that are enabled.
+bool Pef::setPolicy(std::uint8_t number, std::span<const std::uint8_t, pef::policySize> bytes) {
+    return put(policies, policyCount, number, bytes);
+}
+
+// The filters and the policy entries that are enabled.
 Json Pef::describe(const State&) const {
-    constexpr std::uint8_t enabled = 0x80;
-    Json json = Json::array();
+    Json filterRows = Json::array();
     for (const PefFilter& filter : filters) {
-        if ((filter.bytes[0] & enabled) == 0)
+        if ((filter.bytes[0] & pef::filterEnabled) == 0)
             continue;
         Json row = Json::object();
         row["number"] = filter.number;
-        row["policy"] = filter.bytes[2];
+        row["policy"] = filter.bytes[2] & pef::policyNumberMask;
         row["severity"] = writeHex(std::span(filter.bytes).subspan(3, 1));
         row["sensorType"] = writeHex(std::span(filter.bytes).subspan(6, 1));
         row["sensor"] = writeHex(std::span(filter.bytes).subspan(7, 1));
-        json.push_back(std::move(row));
+        filterRows.push_back(std::move(row));
     }
+    Json policyRows = Json::array();
+    for (const AlertPolicy& entry : policies) {
+        if ((entry.bytes[0] & pef::policyEnabled) == 0)
+            continue;
+        Json row = Json::object();
+        row["number"] = entry.number;
+        row["policy"] = entry.bytes[0] >> 4;
+        row["rule"] = entry.bytes[0] & pef::policyRuleMask;
+        row["channel"] = entry.bytes[1] >> 4;
+        row["selector"] = entry.bytes[1] & 0x0F;
+        policyRows.push_back(std::move(row));
+    }
+    Json json = Json::object();
+    json["enabled"] = (control & pef::enabled) != 0;
+    json["sendsAlerts"] = (actionControl & pef::alertAction) != 0;
+    json["filters"] = std::move(filterRows);
+    json["policies"] = std::move(policyRows);
     return json;
 }
 

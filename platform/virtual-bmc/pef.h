@@ -26,15 +26,17 @@ struct Pef {
     std::vector<PefFilter> filters;
     std::uint8_t policyCount = 20;
     std::vector<AlertPolicy> policies;
-    std::uint8_t control = 0x01;       // parameter 1: PEF is enabled
-    std::uint8_t actionControl = 0x01; // parameter 2: alerts are enabled
-    bool isSetInProgress = false;      // parameter 0
+    std::uint8_t control = ipmi::pef::enabled;           // parameter 1
+    std::uint8_t actionControl = ipmi::pef::alertAction; // parameter 2
+    bool isSetInProgress = false;                        // parameter 0
 
     static constexpr const char* name = "pef";
     static std::span<const Command> commands();
     void fields(Fields& fields);
     void check(const Place& place) const;
     Json describe(const State& state) const;
+
+    bool setPolicy(std::uint8_t number, std::span<const std::uint8_t, ipmi::pef::policySize> bytes);
 };
 
 } // namespace vbmc

@@ -15,15 +15,17 @@ constexpr char title[] = "virtual BMC ";
 
 class VirtualTransport final : public ipmi::Transport {
 public:
-    VirtualTransport(const std::filesystem::path& stateFile, int timeout)
-        : name_(title + stateFile.string()), timeout_(timeout), file_(stateFile) {}
+    VirtualTransport(const std::filesystem::path& stateFile, int privilege, int timeout)
+        : name_(title + stateFile.string()), privilege_(privilege), timeout_(timeout), file_(stateFile) {}
 
     std::size_t exchange(std::uint8_t netFn, std::uint8_t command, std::span<const std::uint8_t> request,
                          std::span<std::uint8_t> answer) override {
         std::uint8_t storage[ipmi::maxMessage];
         Outcome outcome;
         try {
-            file_.transact([&](State& state) { outcome = execute(state, netFn, command, request, storage); });
+            file_.transact([&](State& state) {
+                outcome = execute(state, privilege_, netFn, command, request, storage);
+            });
         } catch (const std::exception& error) {
             throw ipmi::TransportError(title + std::string(error.what()));
         }
@@ -39,6 +41,7 @@ public:
 
 private:
     std::string name_;
+    int privilege_;
     std::chrono::seconds timeout_;
     StateFile file_;
 };
@@ -56,7 +59,7 @@ std::unique_ptr<ipmi::Transport> openTransport(const ipmi::SessionSettings& sett
     try {
         return std::make_unique<VirtualTransport>(
             settings.address.empty() ? defaultStateFile() : std::filesystem::path(settings.address),
-            settings.timeout);
+            settings.privilegeLevel, settings.timeout);
     } catch (const std::exception& error) {
         throw ipmi::TransportError(title + std::string(error.what()));
     }

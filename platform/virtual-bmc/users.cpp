@@ -1,6 +1,7 @@
 #include "virtual-bmc/users.h"
 
 #include "virtual-bmc/json_fields.h"
+#include "virtual-bmc/mail.h"
 #include "virtual-bmc/password.h"
 #include "virtual-bmc/state.h"
 
@@ -72,15 +73,6 @@ std::uint8_t setUserAccess(State& state, ipmi::Reader request, ipmi::Writer&) {
     return completion::success;
 }
 
-// State files are JSON, and JSON is UTF-8.
-bool isUtf8(const std::string& text) {
-    try {
-        return !Json(text).dump().empty();
-    } catch (const Json::exception&) {
-        return false;
-    }
-}
-
 std::uint8_t setUserName(State& state, ipmi::Reader request, ipmi::Writer&) {
     const std::uint8_t id = request.u8() & 0x3F;
     const auto bytes = request.bytes(nameSize);
@@ -147,6 +139,7 @@ void User::fields(Fields& fields) {
     fields("fixedName", isFixedName);
     fields.choice("privilege", privilege, privileges);
     fields("messaging", mayMessage);
+    fields("email", email);
     fields("callbackOnly", isCallbackOnly);
     fields("linkAuthentication", linkAuthentication);
     fields("passwordHash", passwordHash);
@@ -159,6 +152,7 @@ void User::check(const Place& place) const {
              std::to_string(id) + " is not allowed: 1 to " + std::to_string(Users::slots));
     if (name.size() > nameSize)
         fail(Place{&place, "name"}, "it has more than " + std::to_string(nameSize) + " bytes");
+    checkMailText(Place{&place, "email"}, email, ipmi::oem::userAddress);
 }
 
 std::span<const Command> Users::commands() {
@@ -186,6 +180,7 @@ User& Users::slot(std::uint8_t id) {
                                 .isEnabled = false,
                                 .privilege = 15, // none
                                 .mayMessage = false,
+                                .email = {},
                                 .passwordHash = {}});
 }
 
@@ -197,6 +192,7 @@ Json Users::describe(const State&) const {
         row["name"] = user.name;
         row["enabled"] = user.isEnabled;
         row["privilege"] = nameOf(privileges, user.privilege);
+        row["email"] = user.email;
         json.push_back(std::move(row));
     }
     return json;

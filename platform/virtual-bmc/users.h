@@ -15,6 +15,7 @@ struct User {
     bool isFixedName = false;
     std::uint8_t privilege = 4; // limit: 1 callback, 2 user, 3 operator, 4 administrator, 5 OEM, 15 none
     bool mayMessage = true;     // IPMI messaging
+    std::string email;
     bool isCallbackOnly = false;
     bool linkAuthentication = false;
     std::string passwordHash;       // see password.h; empty: none was set

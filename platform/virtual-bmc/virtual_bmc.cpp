@@ -1,6 +1,7 @@
 #include "virtual-bmc/virtual_bmc.h"
 
 #include "virtual-bmc/json_fields.h"
+#include "virtual-bmc/pef_alerts.h"
 #include "virtual-bmc/sel_file.h"
 #include "virtual-bmc/state_file.h"
 
@@ -32,6 +33,21 @@ std::uint16_t requireAdded(std::optional<std::uint16_t> id) {
     if (!id)
         throw Error("the event log is full");
     return *id;
+}
+
+// What a struct is with some of its members changed.
+template <class Entry>
+void change(Entry& entry, const Json& changes, const char* name) {
+    Json json = write(entry);
+    json.update(changes);
+    Entry changed;
+    read(json, Place{nullptr, name}, changed);
+    entry = std::move(changed);
+}
+
+void requireLan(const State& state, std::uint8_t channel) {
+    if (state.get<Lans>().find(channel) == nullptr)
+        throw Error("there is no LAN on channel " + std::to_string(channel));
 }
 
 } // namespace
@@ -131,6 +147,43 @@ void VirtualBmc::clearSel() {
 
 void VirtualBmc::setSelWraps(bool wraps) {
     file_->transact([&](State& state) { state.edit<Sel>().wraps = wraps; });
+}
+
+EventMatch VirtualBmc::matchEvent(std::span<const std::uint8_t, 16> record) {
+    EventMatch match;
+    file_->transact([&](State& state) { match = filterEvent(state, record); });
+    return match;
+}
+
+void VirtualBmc::setAlertDestination(std::uint8_t channel, std::uint8_t selector, const Json& changes) {
+    file_->transact([&](State& state) {
+        requireLan(state, channel);
+        change(state.edit<AlertDestinations>().edit(channel, selector), changes, "alert destination");
+    });
+}
+
+void VirtualBmc::setMailServer(std::uint8_t channel, bool isSecondary, const Json& changes) {
+    file_->transact([&](State& state) {
+        requireLan(state, channel);
+        change(state.edit<Mail>().edit(channel, isSecondary), changes, "mail server");
+    });
+}
+
+void VirtualBmc::setUserEmail(std::uint8_t userId, const std::string& address) {
+    checkMailText(Place{nullptr, "mail address"}, address, ipmi::oem::userAddress);
+    file_->transact([&](State& state) {
+        if (state.get<Users>().find(userId) == nullptr)
+            throw Error("there is no user " + std::to_string(userId));
+        state.edit<Users>().slot(userId).email = address;
+    });
+}
+
+void VirtualBmc::setAlertPolicy(std::uint8_t number, std::span<const std::uint8_t, 3> entry) {
+    file_->transact([&](State& state) {
+        if (!state.edit<Pef>().setPolicy(number, entry))
+            throw Error("alert policies have the numbers 1 to " +
+                        std::to_string(state.get<Pef>().policyCount));
+    });
 }
 
 void VirtualBmc::setLink(const std::string& interfaceName, bool isUp, std::uint16_t speed) {

@@ -86,6 +86,18 @@ struct Message {
 
 class StateFile;
 
+// What platform event filtering makes of an event (IPMI 2.0, 17).
+struct Alert {
+    std::uint8_t policy = 0; // number of the alert policy
+    std::uint8_t channel = 0;
+    std::uint8_t selector = 0; // of the alert destination
+    std::uint8_t type = 0;     // of the alert destination, as in LAN parameter 18
+};
+struct EventMatch {
+    std::vector<std::uint8_t> filters; // numbers of those that match
+    std::vector<Alert> alerts;         // in the order of sending; each destination once
+};
+
 // Every call is one transaction on the state file, like an IPMI command. All throw Error when the file is
 // missing, of something else or damaged, and for arguments that the machine does not have.
 class VirtualBmc {
@@ -118,6 +130,17 @@ public:
     std::size_t fillSel(std::size_t count);
     void clearSel();
     void setSelWraps(bool wraps); // a full log drops its oldest record, not the new event
+
+    // What this record gives rise to, whether or not it is in the log.
+    EventMatch matchEvent(std::span<const std::uint8_t, 16> record);
+
+    // Where alerts go. `changes` has members of a model's object of the kind; what it does not name stays.
+    void setAlertDestination(std::uint8_t channel, std::uint8_t selector,
+                             const nlohmann::ordered_json& changes);
+    void setMailServer(std::uint8_t channel, bool isSecondary, const nlohmann::ordered_json& changes);
+    void setUserEmail(std::uint8_t userId, const std::string& address); // empty: none
+    // Entry of the alert policy table: PEF parameter 9 without its selector.
+    void setAlertPolicy(std::uint8_t number, std::span<const std::uint8_t, 3> entry);
 
     // LANs, by the name of their interface. Switching the bond is refused (Error) as the controller refuses
     // it.

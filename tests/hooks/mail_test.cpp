@@ -1,0 +1,155 @@
+// Alerts by e-mail, as OEM messages of the BMC.
+#include "scripted_bmc.h"
+
+#include <platform/cim_hooks.h>
+
+#include <endian.h>
+#include <gmock/gmock.h>
+#include <string>
+
+namespace {
+
+constexpr std::uint8_t channel = 1;
+constexpr std::size_t blockSize = 32;
+
+// A BMC whose texts are kept by their names.
+class MailHooks : public testing::Test {
+protected:
+    void SetUp() override {
+        bmc = {};
+        bmc.respond = [this](const Bytes& request) { return respond(request); };
+        ASSERT_EQ(CIM_Create_IPMI20_Session(&session, "bmc.example", 623, "", "", 0, 3, 0, 0, 4, 30), 0);
+    }
+    void TearDown() override { CIM_Close_Session(&session); }
+
+    Bytes respond(const Bytes& request) {
+        const Bytes name(request.begin() + 2, request.begin() + 5);
+        switch (request[1]) {
+        case 0x40:
+            return {0x00, user};
+        case 0x41:
+            user = request[4];
+            return {0x00};
+        case 0x42: {
+            Bytes answer{0x00};
+            std::string text = texts[name];
+            text.resize(512);
+            answer.insert(answer.end(), text.data() + request[5] * blockSize,
+                          text.data() + (request[5] + 1) * blockSize);
+            return answer;
+        }
+        case 0x43:
+            if (request[5] == 0)
+                texts[name].clear();
+            EXPECT_EQ(texts[name].size(), request[5] * blockSize);
+            EXPECT_EQ(request.size(), 6 + blockSize);
+            texts[name].append(request.begin() + 6, request.end());
+            return {0x00};
+        case 0x44:
+            return server;
+        default:
+            return {0xC1};
+        }
+    }
+
+    IPMI20_SESSION_T session;
+    std::uint8_t user = 0;
+    std::map<Bytes, std::string> texts; // by kind, owner and part
+    Bytes server;
+};
+
+TEST_F(MailHooks, destinationsComeAndGo) {
+    std::uint8_t read = 0;
+    char subject[CIM_EMAIL_SUBJECT_SIZE + 1], message[CIM_EMAIL_MESSAGE_SIZE + 1];
+    for (const auto& [subjectSize, messageSize] :
+         {std::pair{0, 0}, {5, 31}, {32, 32}, {64, 256}, {63, 255}, {80, 300}}) {
+        const std::string longSubject(static_cast<std::size_t>(subjectSize), 's');
+        const std::string longMessage(static_cast<std::size_t>(messageSize), 'm');
+        ASSERT_EQ(CIM_TRZSetEmailDest(&session, 3, 7, longSubject.c_str(), longMessage.c_str(), channel, 30),
+                  0);
+        ASSERT_EQ(CIM_TRZGetEmailDest(&session, 3, &read, subject, message, channel, 30), 0);
+        EXPECT_EQ(read, 7);
+        EXPECT_EQ(subject, longSubject.substr(0, 64));
+        EXPECT_EQ(message, longMessage.substr(0, 256));
+    }
+    EXPECT_EQ((texts[{1, channel, 3}].size()), 256u);
+    bmc.requests.clear();
+    EXPECT_EQ(CIM_TRZSetEmailDest(&session, 3, 0, "", "", channel, 30), 0);
+    EXPECT_EQ(bmc.requests.size(), 3u) << "an empty text is one block";
+}
+
+TEST_F(MailHooks, serversHaveAllTheirFields) {
+    const std::string longest(64, 'x');
+    server = {0x00, 1, 3, 0x4B, 0x02, 192, 0, 2, 25, 0x20, 0x01, 0x0D, 0xB8,
+              0,    0, 0, 0,    0,    0,   0, 0, 0,  0,    0,    25};
+    texts[{3, channel, 0}] = longest;
+    texts[{4, channel, 0}] = "secret";
+    texts[{5, channel, 0}] = longest;
+    texts[{6, channel, 0}] = "bmc.example";
+    texts[{3, channel, 1}] = "other";
+    CIM_SMTPInfo info;
+    std::memset(&info, 0xEE, sizeof info);
+    ASSERT_EQ(CIM_TRZGetSMTPInfo(&session, &info, channel, 30), 0) << bmc.debugLog;
+    EXPECT_EQ(info.isEnabled, 1);
+    EXPECT_EQ(info.security, CIM_SMTP_AUTHENTICATE | CIM_SMTP_STARTTLS);
+    EXPECT_EQ(le16toh(info.port), 587);
+    EXPECT_EQ(info.userName, longest);
+    EXPECT_STREQ(info.password, "secret");
+    EXPECT_EQ(std::string(info.sender, sizeof info.sender), longest) << "it fills its field";
+    EXPECT_STREQ(info.hostName, "bmc.example");
+    ASSERT_EQ(CIM_TRZGetSMTP2Info(&session, &info, channel, 30), 0);
+    EXPECT_STREQ(info.userName, "other");
+    EXPECT_STREQ(info.password, "");
+
+    char address[CIM_SMTP_ADDRESS_SIZE];
+    std::uint8_t ipv6[16];
+    for (const auto& [getIpv4, getIpv6, number] :
+         {std::tuple{&CIM_TRZGetSMTPServerInfo, &CIM_TRZGetSMTPServerInfoIPv6, 0},
+          {&CIM_TRZGetSMTPServer2Info, &CIM_TRZGetSMTPServer2InfoIPv6, 1}}) {
+        ASSERT_EQ(getIpv4(&session, address, channel, 30), 0);
+        EXPECT_STREQ(address, "192.0.2.25");
+        EXPECT_EQ(bmc.requests.back(), Bytes({0x30, 0x44, channel, static_cast<std::uint8_t>(number)}));
+        ASSERT_EQ(getIpv6(&session, ipv6, channel, 30), 0);
+        EXPECT_EQ(ipv6[0], 0x20);
+        EXPECT_EQ(ipv6[15], 25);
+    }
+}
+
+TEST_F(MailHooks, usersHaveAnAddress) {
+    texts[{2, 5, 0}] = std::string(254, 'u');
+    char address[CIM_USER_EMAIL_SIZE];
+    EXPECT_EQ(CIM_TRZGetUserEmail(&session, 5, address, 30), 0);
+    EXPECT_EQ(address, std::string(254, 'u'));
+    texts[{2, 5, 0}] = std::string(300, 'u'); // more than a BMC may have
+    EXPECT_EQ(CIM_TRZGetUserEmail(&session, 5, address, 30), 0);
+    EXPECT_EQ(address, std::string(255, 'u'));
+    EXPECT_EQ(CIM_TRZGetUserEmail(&session, 6, address, 30), 0);
+    EXPECT_STREQ(address, "");
+}
+
+TEST_F(MailHooks, failWhereTheBmcDoesNot) {
+    CIM_SMTPInfo info{};
+    char text[CIM_EMAIL_MESSAGE_SIZE + 1];
+    std::uint8_t read = 0;
+    server = {0x00, 1, 0, 25, 0, 192, 0, 2, 25}; // cut
+    EXPECT_EQ(CIM_TRZGetSMTPInfo(&session, &info, channel, 30), -1);
+    EXPECT_EQ(CIM_TRZGetSMTPServerInfo(&session, text, channel, 30), -1);
+    texts[{4, channel, 0}] = "secret";
+    server.resize(25);
+    for (std::uint8_t which = 3; which <= 6; ++which) {
+        bmc.respond = [&](const Bytes& request) {
+            return request[1] == 0x42 && request[2] == which ? Bytes{0xD4} : respond(request);
+        };
+        EXPECT_EQ(CIM_TRZGetSMTPInfo(&session, &info, channel, 30), -1);
+        EXPECT_STREQ(info.password, "") << "nothing of a record that is not whole";
+    }
+    EXPECT_THAT(bmc.debugLog, testing::Not(testing::HasSubstr("secret")));
+    bmc.respond = {}; // knows none of the commands
+    EXPECT_EQ(CIM_TRZGetEmailDest(&session, 3, &read, text, text, channel, 30), -1);
+    EXPECT_EQ(CIM_TRZSetEmailDest(&session, 3, 1, "", "", channel, 30), -1);
+    EXPECT_EQ(CIM_TRZGetUserEmail(&session, 5, text, 30), -1);
+    EXPECT_EQ(CIM_TRZSetEmailDest(&session, 3, 1, nullptr, "", channel, 30), -1);
+    EXPECT_EQ(CIM_TRZGetSMTP2Info(&session, nullptr, channel, 30), -1);
+}
+
+} // namespace
