@@ -15,6 +15,8 @@ extern constinit const ClassFamily family_IPProtocolEndpoint;
 extern constinit const ClassFamily family_LANEndpoint;
 extern constinit const ClassFamily family_IndicationFilter;
 extern constinit const ClassFamily family_ListenerDestinationCIMXML;
+extern constinit const ClassFamily family_ListenerDestinationSMTP;
+extern constinit const ClassFamily family_ListenerDestinationSNMP;
 extern constinit const ClassFamily family_LogEntry;
 extern constinit const ClassFamily family_NumericSensor;
 extern constinit const ClassFamily family_PortController;
@@ -42,6 +44,8 @@ std::span<const ClassFamily* const> allClasses() {
         &family_LANEndpoint,
         &family_IndicationFilter,
         &family_ListenerDestinationCIMXML,
+        &family_ListenerDestinationSMTP,
+        &family_ListenerDestinationSNMP,
         &family_LogEntry,
         &family_NumericSensor,
         &family_PortController,

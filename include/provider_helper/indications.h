@@ -103,10 +103,47 @@ PH_EXPORT int PH_Fill_ListenerDestinationCIMXML(const CimxmlDestinationRow* row,
                                                 ListenerDestinationRecord* record);
 PH_EXPORT extern const char* const g_ListenerDestinationCIMXMLKeyList[4];
 
+/* CIM_ListenerDestinationSMTP: alert destinations of the BMC's LANs that are of the e-mail kind. The name is
+ * "SMTP:<channel>:<selector>", the channel in two hexadecimal digits and the selector 1 to 15; the
+ * destination is "UID:<n>", the BMC's user who is mailed. CIM_ListenerDestinationSNMP: those of the trap
+ * kind, with an address; the name begins with "SNMP", the destination is an IPv4 or IPv6 address. Protocol is
+ * 1 (other).
+ *
+ *   create   takes Name and Destination, and returns the object path. Failures, in this order: 1 "Key
+ * Properties missing"; 4 "Invalid Key Properties : Only 'Name' prop is variable, refer other instances of
+ * LD"; 1 "Required Name property"; 1 "Required Destination property"; 1 "Name Format Error / Index threshold
+ *            error - Check the requested Name \n"; 4 "Invalid protocol mentioned in  'Name' property \n"
+ * (SMTP), "Invalid protocol mentioned in Name property \n" (SNMP); 1 "Requested Destination Index already
+ *            active\n"; 1 "Invalid Destination format for SMTP \n"; 1 "Invalid Destination Address\n" (SNMP,
+ * for 0.0.0.0 and ::); 1 "Create Instance Failed". A selector of the e-mail kind is in use for SMTP whomever
+ *            it mails, one of the trap kind for SNMP when it has an address; a selector of any other kind is
+ * taken over. An e-mail destination gets a subject and a message of its own. modify   takes Destination.
+ * Failures: 1 "Key Properties missing"; 1 "Given instance does not exist"; those of the destination as above;
+ * 1 "SetInstance Failed". delete   makes the selector a trap destination without an address, and forgets whom
+ * it mails. Failures: the first two of modify; 1 "Delete Instance Failed".
+ *
+ * User 0 ("UID:0", and any text that has no number) changes nothing, with success. */
+PH_DECLARE_CLASS_FAMILY(ListenerDestinationSMTP, ListenerDestinationRecord);
+PH_DECLARE_CLASS_FAMILY(ListenerDestinationSNMP, ListenerDestinationRecord);
+PH_EXPORT int PH_Fill_ListenerDestinationSMTP(const char* destination, ListenerDestinationRecord* record);
+PH_EXPORT int PH_Fill_ListenerDestinationSNMP(const char* destination, ListenerDestinationRecord* record);
+PH_EXPORT extern const char* const g_ListenerDestinationSMTPKeyList[4];
+PH_EXPORT extern const char* const g_ListenerDestinationSNMPKeyList[4];
+
+/* As PH_Create_IndicationFilterInstance. */
+PH_EXPORT int PH_Create_ListenerDestinationSMTPInstance(ListenerDestinationRecord** records, int* count,
+                                                        const char* systemName, const char* name,
+                                                        const char* destination, int namesOnly);
+PH_EXPORT int PH_Create_ListenerDestinationSNMPInstance(ListenerDestinationRecord** records, int* count,
+                                                        const char* systemName, const char* name,
+                                                        const char* destination, int namesOnly);
+
 /* 0 for "http://<host>:<port>" with whatever follows, -1 for any other text and for NULL. The host is an IPv4
  * address: names are refused, and so are IPv6 addresses, because the host ends at the first ':'. */
 PH_EXPORT int ValidateCIMXMLDestination(const char* url);
-/* As ValidateConstantKeyPropertiesIF. */
+/* As ValidateConstantKeyPropertiesIF; LD is for SMTP. */
+PH_EXPORT int ValidateConstantKeyPropertiesLD(const CMPIObjectPath* ref);
+PH_EXPORT int ValidateConstantKeyPropertiesLDSNMP(const CMPIObjectPath* ref);
 PH_EXPORT int ValidateConstantKeyPropertiesLDCIMXML(const CMPIObjectPath* ref);
 
 #ifdef __cplusplus

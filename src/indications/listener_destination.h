@@ -17,7 +17,14 @@ inline constexpr Property destinationProperties[] = {
     PH_PROPERTY(ListenerDestinationRecord, Destination),
 };
 
-inline constexpr std::uint16_t transient = 3; // DMTF PersistenceType
+inline void fillDestination(ListenerDestinationRecord& record, const char* elementName,
+                            const char* destination, std::uint16_t protocol) {
+    constexpr std::uint16_t transient = 3; // DMTF PersistenceType
+    copyText(record.ElementName, elementName);
+    copyText(record.Destination, destination);
+    record.Protocol = protocol;
+    record.PersistenceType = transient;
+}
 
 inline constexpr const char* destinationKeysMissing = "Key Properties missing";
 inline constexpr const char* destinationKeysInvalid =

@@ -139,10 +139,7 @@ bool isAddress(const char* text) {
 } // namespace
 
 int PH_Fill_ListenerDestinationCIMXML(const CimxmlDestinationRow* row, Record* record) {
-    ph::copyText(record->ElementName, "CIMXML WBEM Destination");
-    ph::copyText(record->Destination, row->destination);
-    record->Protocol = cimxml;
-    record->PersistenceType = transient;
+    fillDestination(*record, "CIMXML WBEM Destination", row->destination, cimxml);
     return 0;
 }
 

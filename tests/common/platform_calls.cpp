@@ -111,6 +111,38 @@ FORWARD(CIM_SetPEFEntry, -1,
         (IPMI20_SESSION_T * session, uint8_t number, const CIM_PEFEntry* entry, int timeout),
         (session, number, entry, timeout))
 
+FORWARD(CIM_GetLANCount, -1, (IPMI20_SESSION_T * session, uint8_t* count, uint8_t* indices, int timeout),
+        (session, count, indices, timeout))
+FORWARD(CIM_GetChannelNum, -1, (IPMI20_SESSION_T * session, uint8_t index, uint8_t* channel, int timeout),
+        (session, index, channel, timeout))
+FORWARD(CIM_GetLANDestinationType_AddrTable, -1,
+        (IPMI20_SESSION_T * session, CIM_LANDestinationType* types, CIM_LANDestinationAddress* addresses,
+         uint8_t* count, uint8_t channel, int timeout),
+        (session, types, addresses, count, channel, timeout))
+FORWARD(CIM_SetLANDestinationType, -1,
+        (IPMI20_SESSION_T * session, uint8_t channel, uint8_t selector, uint8_t type, int timeout),
+        (session, channel, selector, type, timeout))
+FORWARD(CIM_SetLANDestinationAddress, -1,
+        (IPMI20_SESSION_T * session, uint8_t channel, uint8_t selector, uint8_t format,
+         const uint8_t* address, int timeout),
+        (session, channel, selector, format, address, timeout))
+FORWARD(CIM_GetLANDestinationV6Address, -1,
+        (IPMI20_SESSION_T * session, uint8_t channel, uint8_t selector, CIM_LANDestinationV6Address* address,
+         int timeout),
+        (session, channel, selector, address, timeout))
+FORWARD(CIM_SetLANDestinationV6Address, -1,
+        (IPMI20_SESSION_T * session, uint8_t channel, uint8_t selector, uint8_t format,
+         const uint8_t* address, int timeout),
+        (session, channel, selector, format, address, timeout))
+FORWARD(CIM_TRZGetEmailDest, -1,
+        (IPMI20_SESSION_T * session, uint8_t selector, uint8_t* user, char* subject, char* message,
+         uint8_t channel, int timeout),
+        (session, selector, user, subject, message, channel, timeout))
+FORWARD(CIM_TRZSetEmailDest, -1,
+        (IPMI20_SESSION_T * session, uint8_t selector, uint8_t user, const char* subject, const char* message,
+         uint8_t channel, int timeout),
+        (session, selector, user, subject, message, channel, timeout))
+
 FORWARD(db_get_ipmi_session_info, 1, (SMASH_DB_HANDLE handle, IPMISessionInfo** info), (handle, info))
 FORWARD(db_get_device_bytype, 1, (SMASH_DB_HANDLE handle, int type, DeviceRecord** device),
         (handle, type, device))

@@ -69,6 +69,8 @@ protected:
         {"CIM_IndicationFilter", ClassRequests(broker, PH_CLASS_FUNCTIONS(IndicationFilter))},
         {"CIM_ListenerDestinationCIMXML",
          ClassRequests(broker, PH_CLASS_FUNCTIONS(ListenerDestinationCIMXML))},
+        {"CIM_ListenerDestinationSMTP", ClassRequests(broker, PH_CLASS_FUNCTIONS(ListenerDestinationSMTP))},
+        {"CIM_ListenerDestinationSNMP", ClassRequests(broker, PH_CLASS_FUNCTIONS(ListenerDestinationSNMP))},
     };
 };
 

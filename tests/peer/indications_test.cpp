@@ -119,4 +119,17 @@ TEST_F(PeerIndications, filtersThatIpmitoolWritesAreInstances) {
                                      "PerceivedSeverity=7 and AlertingManagedElement=01:ff"));
 }
 
+// The simulator's LAN has no alert destinations (parameter 17 is 0), and it has none of the OEM commands.
+TEST_F(PeerIndications, destinationsNeedABmcThatHasThem) {
+    ASSERT_EQ(raw("0xc 2 1 17 0 0"), "11 00");
+    for (const auto& [className, name, value] :
+         {std::tuple{"CIM_ListenerDestinationSNMP", "SNMP:01:1", "192.0.2.9"},
+          {"CIM_ListenerDestinationSNMP", "SNMP:01:2", "2001:db8::9"},
+          {"CIM_ListenerDestinationSMTP", "SMTP:01:1", "UID:2"}}) {
+        EXPECT_THAT(list(className, "Destination"), IsEmpty());
+        const Instance made = instance(className, name, "Destination", value);
+        EXPECT_EQ(broker.createInstance(made.path, made).message, "Create Instance Failed") << name;
+    }
+}
+
 } // namespace
