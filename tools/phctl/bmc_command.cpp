@@ -279,6 +279,8 @@ void addBmcCommand(CLI::App& app, Chosen& chosen) {
     command->add_flag("--json", options->json, "Print JSON");
     add("clear", "Remove all faults", clearFaults);
     addSelCommand(*bmc, chosen);
+    addAlertCommands(*bmc, chosen);
+    addEventCommand(*bmc, chosen);
 }
 
 } // namespace phctl

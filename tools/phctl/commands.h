@@ -14,6 +14,9 @@ void addMethodCommand(CLI::App& app, Chosen& chosen);
 void addClassesCommand(CLI::App& app, Chosen& chosen);
 void addSyncCommand(CLI::App& app, Chosen& chosen);
 void addBmcCommand(CLI::App& app, Chosen& chosen);
-void addSelCommand(CLI::App& bmc, Chosen& chosen); // part of it
+// Parts of it.
+void addSelCommand(CLI::App& bmc, Chosen& chosen);
+void addAlertCommands(CLI::App& bmc, Chosen& chosen);
+void addEventCommand(CLI::App& bmc, Chosen& chosen);
 
 } // namespace phctl

@@ -1,6 +1,7 @@
 // bmc sel: looks at the virtual BMC's event log, adds to it, clears it.
 #include "commands.h"
 #include "errors.h"
+#include "event_options.h"
 #include "event_text.h"
 #include "instance_output.h"
 #include "machine.h"
@@ -20,16 +21,12 @@ struct SelOptions {
     std::string stateFile;
     bool json = false;
     std::size_t last = 0; // 0: all
-    std::string sensor;
-    std::optional<std::uint8_t> offset;
-    bool isDeassertion = false;
-    std::string record;
+    EventOptions event;
     std::size_t count = 0;
     std::string policy;
 };
 
 using SelRecord = std::array<std::uint8_t, 16>;
-constexpr std::size_t idSize = 2; // of the record, which the BMC gives it
 
 void report(const SelOptions& options, const ordered_json& json, const std::string& text) {
     if (options.json)
@@ -89,33 +86,9 @@ int list(const SelOptions& options) {
     return done;
 }
 
-// Two hexadecimal digits each of the 14 bytes behind a record's ID, with blanks among them or without.
-SelRecord parseRecord(const std::string& text) {
-    constexpr std::string_view digits = "0123456789abcdef";
-    SelRecord record{};
-    std::size_t place = 2 * idSize; // in digits
-    bool isRecord = true;
-    for (const char character : text) {
-        if (character == ' ')
-            continue;
-        const auto digit = digits.find(character >= 'A' ? static_cast<char>(character | 0x20) : character);
-        isRecord = isRecord && digit != std::string_view::npos && place < 2 * record.size();
-        if (isRecord)
-            record[place / 2] = static_cast<std::uint8_t>(record[place / 2] << 4 | digit);
-        ++place;
-    }
-    if (!isRecord || place != 2 * record.size())
-        throw UsageError('"' + text + "\" is no record: 14 bytes in hexadecimal, from its type on");
-    return record;
-}
-
 int add(const SelOptions& options) {
-    if (options.record.empty() && !options.offset)
-        throw UsageError("name a sensor and a state offset, or give a --record");
-    const unsigned id = options.record.empty()
-                            ? openMachine(options.stateFile)
-                                  .addSensorEvent(options.sensor, *options.offset, options.isDeassertion)
-                            : openMachine(options.stateFile).addSelRecord(parseRecord(options.record));
+    auto machine = openMachine(options.stateFile);
+    const unsigned id = options.event.addEvent(machine);
     report(options, {{"id", id}}, "Added record " + std::to_string(id));
     return done;
 }
@@ -176,16 +149,7 @@ void addSelCommand(CLI::App& bmc, Chosen& chosen) {
                             "  phctl bmc sel add 'CPU1 Temp' 9\n"
                             "  phctl bmc sel add 'PSU1 Status' 3 --deasserted\n"
                             "  phctl bmc sel add --record '02 00000000 2000 04 01 30 01 59 7d 78'"));
-    auto* sensor = each->add_option("SENSOR", options->sensor, "Name or number of the sensor");
-    auto* offset = each->add_option("OFFSET", options->offset,
-                                    "State offset: 9 is upper critical going high of a threshold sensor")
-                       ->check(CLI::Range(0, 14));
-    auto* deasserted = each->add_flag("--deasserted", options->isDeassertion, "The sensor leaves the state");
-    each->add_option("--record", options->record,
-                     "14 bytes in hexadecimal, a record from its type on; a time of 0 is the present one")
-        ->excludes(sensor)
-        ->excludes(offset)
-        ->excludes(deasserted);
+    options->event.addTo(*each);
 
     each = withJson(command("fill", "Add events of the machine's sensors, and OEM records", fill,
                             "  phctl bmc sel fill 1000"));

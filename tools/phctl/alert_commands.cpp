@@ -1,0 +1,205 @@
+// bmc alert-destination, alert-policy, mail-server, user-email: where the virtual BMC's alerts go.
+#include "commands.h"
+#include "errors.h"
+#include "ipmi/pef_configuration.h"
+#include "machine.h"
+
+#include <arpa/inet.h>
+#include <fstream>
+#include <iostream>
+#include <memory>
+#include <nlohmann/json.hpp>
+
+namespace phctl {
+namespace {
+
+using nlohmann::ordered_json;
+
+struct Options {
+    std::string stateFile;
+    std::uint8_t channel = 0, selector = 0, number = 0, user = 0;
+    std::optional<std::uint8_t> mailedUser;
+    std::string trapAddress;
+    bool isListener = false, isOff = false;
+    std::uint8_t policy = 0, rule = 0;
+    bool isSecondary = false;
+    std::optional<bool> isEnabled, authenticates, startsTls;
+    std::optional<std::uint16_t> port;
+    std::optional<std::string> address, sender, hostName, userName;
+    std::string passwordFile;
+    std::string email;
+};
+
+bool isAddress(int family, const std::string& text) {
+    in6_addr address; // has room for IPv4 too
+    return inet_pton(family, text.c_str(), &address) == 1;
+}
+
+// Which of a destination's or a server's two addresses the text is; the other one is cleared.
+ordered_json addresses(const std::string& text) {
+    if (isAddress(AF_INET, text))
+        return {{"ipv4", text}, {"ipv6", "::"}};
+    if (isAddress(AF_INET6, text))
+        return {{"ipv4", "0.0.0.0"}, {"ipv6", text}};
+    throw UsageError('"' + text + "\" is neither an IPv4 nor an IPv6 address");
+}
+
+int setDestination(const Options& options) {
+    ordered_json changes{
+        {"kind", "trap"}, {"user", 0}, {"isIpv6", false}, {"ipv4", "0.0.0.0"}, {"ipv6", "::"}};
+    if (options.mailedUser)
+        changes.update({{"kind", "e-mail"}, {"user", *options.mailedUser}});
+    else if (options.isListener)
+        changes["kind"] = "listener";
+    else if (!options.isOff) {
+        changes.update(addresses(options.trapAddress));
+        changes["isIpv6"] = isAddress(AF_INET6, options.trapAddress);
+    }
+    openMachine(options.stateFile).setAlertDestination(options.channel, options.selector, changes);
+    return done;
+}
+
+int setPolicy(const Options& options) {
+    if (!options.isOff && (options.policy == 0 || options.channel == 0 || options.selector == 0))
+        throw UsageError("name --policy, --channel and --selector, or --off");
+    const std::uint8_t entry[] = {static_cast<std::uint8_t>(options.policy << 4 |
+                                                            (options.isOff ? 0 : ipmi::pef::policyEnabled) |
+                                                            options.rule),
+                                  static_cast<std::uint8_t>(options.channel << 4 | options.selector), 0};
+    openMachine(options.stateFile).setAlertPolicy(options.number, entry);
+    return done;
+}
+
+std::string readPassword(const std::string& file) {
+    std::ifstream stream(file == "-" ? "/dev/stdin" : file);
+    std::string line;
+    if (!std::getline(stream, line))
+        throw UsageError("--password-file: cannot read a line of " + file);
+    return line;
+}
+
+int setServer(const Options& options) {
+    auto changes = ordered_json::object();
+    const auto add = [&](const char* name, const auto& value) {
+        if (value)
+            changes[name] = *value;
+    };
+    if (options.address)
+        changes.update(addresses(*options.address));
+    add("enabled", options.isEnabled);
+    add("port", options.port);
+    add("sender", options.sender);
+    add("hostName", options.hostName);
+    add("userName", options.userName);
+    add("authenticate", options.authenticates);
+    add("startTls", options.startsTls);
+    if (!options.passwordFile.empty())
+        changes["password"] = readPassword(options.passwordFile);
+    openMachine(options.stateFile).setMailServer(options.channel, options.isSecondary, changes);
+    return done;
+}
+
+int setEmail(const Options& options) {
+    openMachine(options.stateFile).setUserEmail(options.user, options.email);
+    return done;
+}
+
+} // namespace
+
+void addAlertCommands(CLI::App& bmc, Chosen& chosen) {
+    const auto options = std::make_shared<Options>();
+    const auto add = [&](const char* name, const char* description, int (*run)(const Options&),
+                         const char* footer) {
+        CLI::App* command = bmc.add_subcommand(name, description);
+        command->add_option("--state", options->stateFile,
+                            "State file of the machine, instead of the one that requests go to");
+        command->footer(footer);
+        command->callback([&chosen, options, run] { chosen = [options, run] { return run(*options); }; });
+        return command;
+    };
+    const auto addChannel = [&](CLI::App* command, const char* name) {
+        return command->add_option(name, options->channel, "Channel of a LAN")
+            ->required()
+            ->check(CLI::Range(1, 11));
+    };
+    const auto addSelector = [&](CLI::App* command, const char* name) {
+        command->add_option(name, options->selector, "Destination of the channel")
+            ->required()
+            ->check(CLI::Range(1, 15));
+    };
+
+    CLI::App* command = add("alert-destination", "Set an alert destination of a LAN", setDestination,
+                            "Printed by `phctl bmc show alertDestinations`.\n\nExamples:\n"
+                            "  phctl bmc alert-destination 1 3 --mail 2\n"
+                            "  phctl bmc alert-destination 1 7 --listener\n"
+                            "  phctl bmc alert-destination 1 2 --trap 192.0.2.9");
+    addChannel(command, "CHANNEL");
+    addSelector(command, "SELECTOR");
+    auto* kind = command->add_option_group("What it is");
+    kind->add_option("--mail", options->mailedUser, "It mails this user of the BMC (0: nobody)")
+        ->check(CLI::Range(0, 63));
+    kind->add_flag("--listener", options->isListener,
+                   "It posts to CIM_ListenerDestinationCIMXML CIMXML-SELECTOR");
+    kind->add_option("--trap", options->trapAddress, "It sends traps to this address");
+    kind->add_flag("--off", options->isOff, "It has no address");
+    kind->require_option(1);
+
+    command = add("alert-policy", "Set an entry of the alert policy table", setPolicy,
+                  "Printed by `phctl bmc show pef`.\n\nExamples:\n"
+                  "  phctl bmc alert-policy 2 --policy 1 --channel 1 --selector 3\n"
+                  "  phctl bmc alert-policy 2 --off");
+    command->add_option("NUMBER", options->number, "The entry's place in the table")
+        ->required()
+        ->check(CLI::Range(1, 127));
+    auto* off = command->add_flag("--off", options->isOff, "The entry is not used");
+    for (auto* option :
+         {command->add_option("--policy", options->policy, "Alert policy number of filters")
+              ->check(CLI::Range(1, 15)),
+          command->add_option("--channel", options->channel, "Channel of the destination")
+              ->check(CLI::Range(1, 11)),
+          command->add_option("--selector", options->selector, "Selector of the destination")
+              ->check(CLI::Range(1, 15)),
+          command
+              ->add_option("--rule", options->rule,
+                           "When an earlier entry was sent: 0 send too, 1 do not, 2 stop here, 3 go "
+                           "on with another channel, 4 with another kind")
+              ->check(CLI::Range(0, 4))})
+        option->excludes(off);
+
+    command =
+        add("mail-server", "Set a mail server of a LAN", setServer,
+            "What is not named stays. Printed, without the password, by `phctl bmc show mail`.\n\nExamples:\n"
+            "  phctl bmc mail-server 1 --enable --address 192.0.2.25 --sender bmc@example.com\n"
+            "  phctl bmc mail-server 1 --secondary --port 587 --starttls --auth --user bmc --password-file "
+            "secret");
+    addChannel(command, "CHANNEL");
+    command->add_flag("--secondary", options->isSecondary, "The one that is tried when the first fails");
+    const auto addSwitch = [&](const char* yes, const char* no, std::optional<bool> Options::*value,
+                               const char* meaning) {
+        auto* option = command->add_flag_callback(
+            yes, [=] { (*options).*value = true; }, meaning);
+        command
+            ->add_flag_callback(
+                no, [=] { (*options).*value = false; }, "The contrary")
+            ->excludes(option);
+    };
+    addSwitch("--enable", "--disable", &Options::isEnabled, "It is used");
+    command->add_option("--address", options->address, "IPv4 or IPv6 address");
+    command->add_option("--port", options->port, "TCP port");
+    command->add_option("--sender", options->sender, "Mail address that mails come from");
+    command->add_option("--host-name", options->hostName, "Name of the BMC in its greeting");
+    addSwitch("--auth", "--no-auth", &Options::authenticates, "It wants a user name and a password");
+    command->add_option("--user", options->userName, "The user name");
+    command->add_option("--password-file", options->passwordFile,
+                        "File whose first line is the password; - is standard input");
+    addSwitch("--starttls", "--no-starttls", &Options::startsTls, "Mail goes encrypted, or not at all");
+
+    command =
+        add("user-email", "Set the mail address of a user of the BMC", setEmail,
+            "Printed by `phctl bmc show users`.\n\nExamples:\n  phctl bmc user-email 2 root@example.com\n"
+            "  phctl bmc user-email 2 ''");
+    command->add_option("USER", options->user, "User ID")->required()->check(CLI::Range(1, 63));
+    command->add_option("ADDRESS", options->email, "The address; empty: none")->required();
+}
+
+} // namespace phctl

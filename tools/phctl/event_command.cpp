@@ -1,0 +1,169 @@
+// bmc event: an event of the virtual BMC, and the alerts that it gives rise to.
+#include "commands.h"
+#include "errors.h"
+#include "event_options.h"
+#include "event_pipe.h"
+#include "instance_output.h"
+#include "ipmi/lan_configuration.h"
+#include "machine.h"
+
+#include <algorithm>
+#include <charconv>
+#include <endian.h>
+#include <iostream>
+#include <memory>
+#include <nlohmann/json.hpp>
+
+namespace phctl {
+namespace {
+
+using nlohmann::ordered_json;
+using SelRecord = std::array<std::uint8_t, 16>;
+
+struct Options {
+    std::string stateFile;
+    bool json = false;
+    EventOptions event;
+    std::string destination; // empty: those that the machine's filters find
+};
+
+// Where one message goes.
+struct Delivery {
+    std::int32_t kind; // SEL_EVENT_TO_…; 0: the BMC delivers itself
+    std::int32_t destination;
+    std::int32_t channel;
+    std::string text;
+};
+
+std::optional<std::int32_t> number(std::string_view text, std::int32_t most) {
+    std::int32_t value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    const bool isNumber = error == std::errc{} && end == text.data() + text.size();
+    return isNumber && value >= 0 && value <= most ? std::optional(value) : std::nullopt;
+}
+
+Delivery toMail(std::int32_t channel, std::int32_t selector) {
+    return {SEL_EVENT_TO_MAIL, selector, channel,
+            "e-mail: destination " + std::to_string(selector) + " of channel " + std::to_string(channel)};
+}
+
+Delivery toListener(std::int32_t destination, std::int32_t channel) {
+    return {SEL_EVENT_TO_CIMXML, destination, channel, "listener: CIMXML-" + std::to_string(destination)};
+}
+
+// mail:CHANNEL:SELECTOR, cimxml:N
+Delivery parseDelivery(const std::string& text) {
+    constexpr std::int32_t lastChannel = 0x0F, lastSelector = 0x0F, largest = 0x7FFFFFFF;
+    const auto parts = CLI::detail::split(text, ':');
+    if (parts.size() == 3 && parts[0] == "mail") {
+        const auto channel = number(parts[1], lastChannel), selector = number(parts[2], lastSelector);
+        if (channel && selector)
+            return toMail(*channel, *selector);
+    }
+    if (parts.size() == 2 && parts[0] == "cimxml")
+        if (const auto destination = number(parts[1], largest))
+            return toListener(*destination, 0);
+    throw UsageError("--to: \"" + text + "\" is neither mail:CHANNEL:SELECTOR nor cimxml:N");
+}
+
+Delivery deliveryOf(const vbmc::Alert& alert) {
+    switch (alert.type) {
+    case ipmi::lan::email:
+        return toMail(alert.channel, alert.selector);
+    case ipmi::lan::listener:
+        return toListener(alert.selector, alert.channel);
+    default:
+        return {0, alert.selector, alert.channel,
+                std::string(alert.type == ipmi::lan::petTrap ? "trap" : "OEM alert") + ": destination " +
+                    std::to_string(alert.selector) + " of channel " + std::to_string(alert.channel)};
+    }
+}
+
+SelRecord recordOf(vbmc::VirtualBmc& machine, std::uint16_t id) {
+    const auto records = machine.selRecords();
+    const auto found = std::find_if(records.rbegin(), records.rend(), [&](const SelRecord& record) {
+        return (record[0] | record[1] << 8) == id;
+    });
+    if (found == records.rend())
+        throw Failure("the record is not in the event log any more");
+    return *found;
+}
+
+void deliver(const SelRecord& record, const Delivery& delivery) {
+    SelEventMessage message{};
+    std::ranges::copy(record, message.record);
+    message.destination =
+        static_cast<std::int32_t>(htole32(static_cast<std::uint32_t>(delivery.destination)));
+    message.channel = static_cast<std::int32_t>(htole32(static_cast<std::uint32_t>(delivery.channel)));
+    message.kind = static_cast<std::int32_t>(htole32(static_cast<std::uint32_t>(delivery.kind)));
+    writeToEventPipe(message);
+}
+
+void print(const Options& options, std::uint16_t id, const std::vector<std::uint8_t>& filters,
+           const std::vector<Delivery>& deliveries) {
+    if (options.json) {
+        auto rows = ordered_json::array();
+        for (const Delivery& delivery : deliveries)
+            rows.push_back({{"to", delivery.text},
+                            {"kind", delivery.kind},
+                            {"destination", delivery.destination},
+                            {"channel", delivery.channel}});
+        printJson(std::cout, {{"id", id}, {"filters", filters}, {"alerts", std::move(rows)}});
+        return;
+    }
+    std::cout << "Added record " << id << '\n';
+    if (options.destination.empty() && filters.empty())
+        std::cout << "No filter matches\n";
+    for (const unsigned filter : filters)
+        std::cout << "Filter " << filter << " matches\n";
+    for (const Delivery& delivery : deliveries)
+        std::cout << (delivery.kind != 0 ? "Written for " : "Left to the BMC: ") << delivery.text << '\n';
+}
+
+int run(const Options& options) {
+    std::vector<Delivery> deliveries;
+    if (!options.destination.empty())
+        deliveries.push_back(parseDelivery(options.destination));
+    auto machine = openMachine(options.stateFile);
+    const std::uint16_t id = options.event.addEvent(machine);
+    const SelRecord record = recordOf(machine, id);
+    std::vector<std::uint8_t> filters;
+    if (deliveries.empty()) {
+        const vbmc::EventMatch match = machine.matchEvent(record);
+        filters = match.filters;
+        std::ranges::transform(match.alerts, std::back_inserter(deliveries), deliveryOf);
+    }
+    try {
+        for (const Delivery& delivery : deliveries)
+            if (delivery.kind != 0)
+                deliver(record, delivery);
+    } catch (const Failure& failure) {
+        throw Failure("record " + std::to_string(id) +
+                      " is in the event log, but not delivered: " + failure.what());
+    }
+    print(options, id, filters, deliveries);
+    return done;
+}
+
+} // namespace
+
+void addEventCommand(CLI::App& bmc, Chosen& chosen) {
+    CLI::App* command =
+        bmc.add_subcommand("event", "Let an event happen: log it, filter it, have alerts delivered");
+    const auto options = std::make_shared<Options>();
+    command->add_option("--state", options->stateFile,
+                        "State file of the machine, instead of the one that requests go to");
+    command->add_flag("--json", options->json, "Print JSON");
+    options->event.addTo(*command);
+    command->add_option("--to", options->destination,
+                        "Deliver to mail:CHANNEL:SELECTOR or cimxml:N, whatever the filters say");
+    command->footer("Writes to the indication monitor's pipe, " SEL_EVENT_PIPE
+                    ", what the machine's event filters and alert policies\nsend to e-mail destinations and "
+                    "listeners.\n\nExamples:\n"
+                    "  phctl bmc event 'CPU1 Temp' 9\n"
+                    "  phctl bmc event 'PSU1 Status' 3 --deasserted --to mail:1:3\n"
+                    "  phctl bmc event --record '02 00000000 2000 04 01 30 01 59 7d 78' --to cimxml:7");
+    command->callback([&chosen, options] { chosen = [options] { return run(*options); }; });
+}
+
+} // namespace phctl
