@@ -43,7 +43,7 @@ const char* write(ph::IpmiSession& session, const LanDestinationName& name, cons
                   bool isNew, const char* failed) {
     if (!std::string_view(destination).starts_with(userPrefix))
         return "Invalid Destination format for SMTP \n";
-    const long userId = std::strtol(destination + userPrefix.size(), nullptr, 10);
+    const long long userId = std::strtoll(destination + userPrefix.size(), nullptr, 10);
     if (userId == 0)
         return nullptr; // nobody to mail: nothing to change
     const bool isWritten = (!isNew || setType(session, name, CIM_DESTINATION_EMAIL)) &&

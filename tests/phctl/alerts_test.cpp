@@ -12,7 +12,6 @@ namespace {
 using ph_test::Outcome;
 using ph_test::phctl;
 using testing::AllOf;
-using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 using Bytes = std::vector<std::uint8_t>;

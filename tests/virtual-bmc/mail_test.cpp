@@ -1,12 +1,9 @@
 // Alert destinations and mail as clients read and write them.
 #include "virtual_bmc_fixture.h"
 
-#include <fstream>
-#include <sstream>
 
 namespace {
 
-using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 

@@ -105,7 +105,8 @@ TEST_F(PefAlerts, laterEntriesDependOnEarlierOnes) {
         {"1c", {"1:1:6", "1:2:6", "8:1:7"}},          // go on with another kind than a trap
     };
     for (const auto& [rule, sent] : cases)
-        EXPECT_EQ(alerts(first + R"({"number": 2, "bytes": ")" + rule + " 13 00\"}, " + rest), sent) << rule;
+        EXPECT_EQ(alerts(first + R"({"number": 2, "bytes": ")" + (rule + (" 13 00\"}, " + rest))), sent)
+            << rule;
     EXPECT_THAT(alerts(R"({"number": 1, "bytes": "1a 11 00"}, )" + rest),
                 ElementsAre("1:1:6", "1:2:6", "8:1:7"))
         << "nothing was sent before the first";
