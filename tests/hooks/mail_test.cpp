@@ -23,7 +23,8 @@ protected:
     void TearDown() override { CIM_Close_Session(&session); }
 
     Bytes respond(const Bytes& request) {
-        const Bytes name(request.begin() + 2, request.begin() + 5);
+        const bool isText = request[1] == 0x42 || request[1] == 0x43;
+        const Bytes name(request.begin() + 2, request.begin() + (isText ? 5 : 2));
         switch (request[1]) {
         case 0x40:
             return {0x00, user};
