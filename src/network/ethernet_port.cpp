@@ -102,7 +102,8 @@ int requestedState(const CMPIData& argument) {
     const char* text = argument.type == CMPI_string && argument.value.string != nullptr
                            ? CMGetCharsPtr(argument.value.string, nullptr)
                            : nullptr;
-    return text != nullptr ? static_cast<int>(std::strtol(text, nullptr, 10)) : 0;
+    const long state = text != nullptr ? std::strtol(text, nullptr, 10) : 0;
+    return state >= 0 && state <= UINT16_MAX ? static_cast<int>(state) : 0; // 4294967298 is not 2
 }
 
 std::string findPort(CMPIString** keyValues) {

@@ -250,7 +250,8 @@ TEST_F(Ports, methodRecordsAJob) {
     EXPECT_EQ(lastJob().errors, 1U);
 
     // States that no port has end their job at once, and with a value instead of a status.
-    for (const broker::Value& state : {number(5), text("enabled"), broker::Value{CMPI_boolean, true}}) {
+    for (const broker::Value& state :
+         {number(5), text("enabled"), text("4294967298"), broker::Value{CMPI_boolean, true}}) {
         const Reply failed = request("EthernetPort2:eth1:2", state);
         EXPECT_TRUE(failed.ok()) << failed.message;
         ASSERT_EQ(failed.values.size(), 1U);
