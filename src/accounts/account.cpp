@@ -46,21 +46,24 @@ constexpr Property properties[] = {
     PH_PROPERTY(Record, OtherUserPasswordEncryptionAlgorithm),
 };
 
-int append(ph::RecordArray<Record>& accounts, const PHUserEntry& user, ph::Detail detail) {
+int append(ph::RecordArray<Record>& accounts, const char* systemName, const PHUserEntry& user,
+           ph::Detail detail) {
     Record* record = accounts.append();
-    if (record == nullptr || ph::fillAccountKeys(*record, user.slot) != 0)
+    if (record == nullptr)
         return -1;
+    ph::fillAccountKeys(*record, systemName, user.slot);
     return detail == ph::Detail::Names ? 0 : PH_Fill_Account(&user, record);
 }
 
 int enumerate(ph::RecordArray<Record>& accounts, ph::Detail detail) {
+    char systemName[256] = "";
     PHUserEntry* list = nullptr;
     int count = 0;
-    if (PH_Get_All_Users(PH_USERS_WITH_ACCESS, &list, &count) != 0)
+    if (PH_GetSPSystemName(systemName) != 0 || PH_Get_All_Users(PH_USERS_WITH_ACCESS, &list, &count) != 0)
         return -1;
     const ph::HeapPtr<PHUserEntry> users(list);
     for (int i = 0; i < count; ++i)
-        if (append(accounts, list[i], detail) != 0)
+        if (append(accounts, systemName, list[i], detail) != 0)
             return -1;
     return 0;
 }
@@ -68,14 +71,15 @@ int enumerate(ph::RecordArray<Record>& accounts, ph::Detail detail) {
 // Reads the one slot that the Name numbers.
 int get(ph::RecordArray<Record>& accounts, CMPIString** keyValues) {
     const char* name = CMGetCharsPtr(keyValues[nameKey], nullptr);
+    char systemName[256] = "";
     std::uint8_t slot = 0;
     PHUserEntry user;
     ph::IpmiSession session;
-    if (name == nullptr || !ph::parseAccountName(name, slot) || !session.open() ||
-        slot > PH_Get_Max_Users_Count(session.get()) ||
+    if (name == nullptr || !ph::parseAccountName(name, slot) || PH_GetSPSystemName(systemName) != 0 ||
+        !session.open() || slot > PH_Get_Max_Users_Count(session.get()) ||
         ph::readSlot(session.get(), PH_USERS_WITH_ACCESS, slot, user) != ph::Slot::Used)
         return -1;
-    return append(accounts, user, ph::Detail::All);
+    return append(accounts, systemName, user, ph::Detail::All);
 }
 
 constexpr ph::Method methods[] = {ph::requestStateChange};
@@ -109,11 +113,11 @@ Account::Found Account::find(const CMPIBroker* broker, const CMPIObjectPath* ref
     return PH_Get_Account(&record_, keyValues) == 0 ? Found::Yes : Found::No;
 }
 
-int fillAccountKeys(AccountRecord& record, unsigned slot) {
+void fillAccountKeys(AccountRecord& record, const char* systemName, unsigned slot) {
     copyText(record.SystemCreationClassName, accountSystemClass);
+    copyText(record.SystemName, systemName);
     copyText(record.CreationClassName, className);
     std::snprintf(record.Name, sizeof(record.Name), "IPMI User-%u", slot);
-    return PH_GetSPSystemName(record.SystemName);
 }
 
 } // namespace ph

@@ -34,8 +34,8 @@ private:
     AccountRecord* record_ = nullptr;
 };
 
-// The four keys of the account in a slot. Returns -1 when the system has no name.
-int fillAccountKeys(AccountRecord& record, unsigned slot);
+// The keys of the account in a slot.
+void fillAccountKeys(AccountRecord& record, const char* systemName, unsigned slot);
 
 // Of CIM_Account: handlers of its requests.
 CMPIStatus modifyAccount(const Request& request);

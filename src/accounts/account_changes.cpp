@@ -89,7 +89,7 @@ CMPIStatus deleteAccount(const Request& request) {
 }
 
 CMPIStatus invokeAccountMethod(const Request& request) {
-    if (strcasecmp(request.method, requestStateChange.name) != 0)
+    if (request.method == nullptr || strcasecmp(request.method, requestStateChange.name) != 0)
         return refuse(request.broker, "Method Not Supported");
     std::uint16_t requestedState = 0;
     const auto state = argument(request.in, "RequestedState");

@@ -49,9 +49,12 @@ CMPIStatus createFromTemplate(const CMPIBroker* broker, const CMPIContext* conte
     if (create_account(account.get(), message) != 0)
         return refuse(broker, message);
 
+    char systemName[256] = "";
     CMPIValue value{};
-    if (fillAccountKeys(*account.get(), account->slot) == 0)
+    if (PH_GetSPSystemName(systemName) == 0) {
+        fillAccountKeys(*account.get(), systemName, account->slot);
         value.ref = PH_MakePath_Account(broker, context, ref, account.get(), nullptr);
+    }
     if (value.ref == nullptr || CMAddArg(out, "Account", &value, CMPI_ref).rc != CMPI_RC_OK)
         return refuse(broker, "Failed to make path for account");
     returnValue(result, methodDone);

@@ -48,7 +48,7 @@ constexpr ph::Method methods[] = {{"CreateAccount", createAccountParameters}};
 CMPIStatus invoke(const ph::Request& request) {
     const CMPIString* name = CMGetClassName(request.ref, nullptr);
     const char* named = name != nullptr ? CMGetCharsPtr(name, nullptr) : nullptr;
-    if (named == nullptr || strcasecmp(named, className) != 0 ||
+    if (named == nullptr || strcasecmp(named, className) != 0 || request.method == nullptr ||
         strcasecmp(request.method, methods[0].name) != 0)
         return ph::refuse(request.broker, "Method Not Supported");
     return PH_Create_Account(request.broker, request.context, request.result, request.ref, request.in,

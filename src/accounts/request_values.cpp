@@ -4,6 +4,7 @@
 #include "Utility/record_fields.h"
 
 #include <cstring>
+#include <utility>
 
 namespace ph {
 namespace {
@@ -46,7 +47,9 @@ bool takePassword(const CMPIData& data, AccountRecord& record) {
                            : nullptr;
     if (text == nullptr || std::strlen(text) >= sizeof(record.UserID))
         return false;
-    record.UserPassword[0] = strdup(text);
+    // A request may name the property twice: the last one counts.
+    if (const HeapPtr<char> former(std::exchange(record.UserPassword[0], strdup(text))); former != nullptr)
+        explicit_bzero(former.get(), std::strlen(former.get()));
     return record.UserPassword[0] != nullptr;
 }
 

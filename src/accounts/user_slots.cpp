@@ -63,14 +63,17 @@ Slot readSlot(IPMI20_SESSION_T* session, int mode, std::uint8_t slot, PHUserEntr
 
 bool parseAccountName(const char* name, std::uint8_t& slot) {
     constexpr std::string_view prefix = "IPMI User-";
-    constexpr std::uint8_t beyond = 0xFF;
+    constexpr std::uint8_t none = 0xFF;
     const std::string_view text(name);
     if (!text.starts_with(prefix))
         return false;
-    const auto [end, error] = std::from_chars(text.data() + prefix.size(), text.data() + text.size(), slot);
-    if (error == std::errc::result_out_of_range)
-        slot = beyond;
-    return error != std::errc::invalid_argument && end == text.data() + text.size();
+    int number = 0;
+    const auto [end, error] = std::from_chars(text.data() + prefix.size(), text.data() + text.size(), number);
+    if (error == std::errc::invalid_argument || end != text.data() + text.size())
+        return false;
+    const bool fits = error == std::errc() && number >= 0 && number < none;
+    slot = fits ? static_cast<std::uint8_t>(number) : none;
+    return true;
 }
 
 } // namespace ph

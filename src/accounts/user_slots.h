@@ -8,7 +8,7 @@
 namespace ph {
 
 inline constexpr std::uint8_t anonymousSlot = 1;
-inline constexpr std::uint8_t lastDefaultSlot = 2; // slots 1 and 2 cannot be deleted or created
+inline constexpr std::uint8_t lastDefaultSlot = 2; // slots 1 and 2 cannot be deleted
 
 // CIM_GetUserAccess
 inline constexpr std::uint8_t mayMessage = 0x10;
@@ -25,8 +25,8 @@ enum class Slot {
 Slot readSlot(IPMI20_SESSION_T* session, int mode, std::uint8_t slot, PHUserEntry& user,
               bool* hasName = nullptr);
 
-// The number behind "IPMI User-": false when the text has another form. Numbers beyond a slot's become 255,
-// which no BMC has.
+// The number behind "IPMI User-": false when the text has another form. Numbers that no slot has, negative
+// ones too, become 255, which no BMC has.
 bool parseAccountName(const char* name, std::uint8_t& slot);
 
 } // namespace ph

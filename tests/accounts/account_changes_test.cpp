@@ -89,6 +89,14 @@ TEST_F(AccountChanges, aWholeInstanceMayComeBackChanged) {
     EXPECT_EQ(user(6)["name"], "unlocked");
     EXPECT_EQ(user(6)["enabled"], true) << "a modified account is enabled";
     EXPECT_TRUE(hasPassword(6, "word"));
+
+    // Names that stand twice in the list are no second password to keep.
+    broker::set(instance.properties, "UserPassword", texts({"other word"}));
+    watchFreedMemory("other word");
+    EXPECT_EQ(accounts.modify(instance, {{"UserPassword", "UserPassword"}}).message, "");
+    EXPECT_FALSE(secretWasFreed());
+    watchFreedMemory(nullptr);
+    EXPECT_TRUE(hasPassword(6, "other word"));
 }
 
 TEST_F(AccountChanges, refusedModifications) {

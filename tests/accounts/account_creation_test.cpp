@@ -92,6 +92,7 @@ TEST_F(AccountCreation, refusals) {
         {"slot 0", arguments("IPMI User-0", "eva", "word"), "Invalid parameter user slot"},
         {"slot 1", arguments("IPMI User-1", "eva", "word"), "Invalid parameter user slot"},
         {"slot 17", arguments("IPMI User-17", "eva", "word"), "Invalid parameter user slot"},
+        {"slot -3", arguments("IPMI User--3", "eva", "word"), "Invalid parameter user slot"},
         {"slot 260", arguments("IPMI User-260", "eva", "word"), "Invalid parameter user slot"},
         {"taken", arguments("IPMI User-3", "eva", "word"),
          "Invalid parameter user slot: Available slots -  4 9 10 11 12 13 14 15 16"},

@@ -103,6 +103,14 @@ TEST_F(Accounts, aSlotWhoseAccessCannotBeReadIsLeftOut) {
     EXPECT_EQ(accounts.instanceArray(), std::nullopt);
 }
 
+TEST_F(Accounts, theBmcIsNotAskedWithoutASystemName) {
+    std::filesystem::remove(sysroot.place("/conf/system_names.ini"));
+    vbmc::VirtualBmc(stateFile).recordMessages(100);
+    EXPECT_EQ(accounts.enumerate().message, "Failed to Enumerate Instance");
+    EXPECT_EQ(accounts.get(path("IPMI User-2")).message, "Failed to Get Instance");
+    EXPECT_THAT(vbmc::VirtualBmc(stateFile).recordedMessages(), IsEmpty());
+}
+
 TEST_F(Accounts, everyAllocationMayFail) {
     unsigned nth = 0;
     do {
