@@ -34,6 +34,22 @@ TEST_F(Requests, namesAndInstancesAgree) {
     EXPECT_THAT(succeed({"gi", path}).out, AllOf(StartsWith(path + "\n  Name "), HasSubstr(" = {2}\n")));
 }
 
+TEST_F(Requests, messagesOfProvidersEndInTheLine) {
+    const auto accounts = lines(succeed({"ein", "CIM_Account"}).out);
+    EXPECT_EQ(fail({"mi", accounts.at(1), "UserID="}, 1),
+              "phctl: CMPI_RC_ERR_FAILED (1): Invalid property values\n");
+}
+
+TEST_F(Requests, aBondIsOnePort) {
+    EXPECT_EQ(lines(succeed({"ein", "CIM_EthernetPort"}).out).size(), 2u);
+    succeed({"bmc", "set-bond", "on"});
+    const auto bonded = lines(succeed({"ein", "CIM_EthernetPort"}).out);
+    EXPECT_THAT(bonded, testing::ElementsAre(HasSubstr("bond0")));
+    succeed({"cm", bonded.at(0), "RequestStateChange", "RequestedState=3"});
+    EXPECT_EQ(lines(succeed({"ein", "CIM_EthernetPort"}).out).size(), 2u);
+    EXPECT_EQ(succeed({"bmc", "show", "interfaces", "--json"}).json()["interfaces"]["bond"], false);
+}
+
 TEST_F(Requests, readingsAreThoseOfTheMachine) {
     std::map<std::string, nlohmann::json> machine;
     const auto shown = succeed({"bmc", "show", "sensors", "--json"}).json();

@@ -85,6 +85,7 @@ TEST_F(Usage, everyCommandHelpsWithAnExample) {
                                                {"bmc", "set-reading"},
                                                {"bmc", "set-states"},
                                                {"bmc", "set-availability"},
+                                               {"bmc", "set-bond"},
                                                {"bmc", "fault"},
                                                {"bmc", "sel"},
                                                {"bmc", "sel", "list"},
@@ -148,6 +149,23 @@ TEST_F(MissingParts, areNamedWithTheCommandThatMakesThem) {
     ASSERT_EQ(phctl({"bmc", "create", PH_MODEL}).status, 0);
     std::filesystem::remove(machine());
     EXPECT_THAT(fail({"ei", "CIM_HostComputerSystem"}), HasSubstr("there is no virtual BMC " + machine()));
+}
+
+TEST_F(MissingParts, aNewRootHasRoomForJobs) {
+    std::filesystem::remove_all(sysroot.place("/tmp"));
+    ASSERT_EQ(phctl({"bmc", "create", PH_MODEL}).status, 0);
+    ASSERT_EQ(phctl({"sync"}).status, 0);
+    std::string port = phctl({"ein", "CIM_EthernetPort"}).out;
+    port.resize(port.find('\n'));
+    const Outcome disabled = phctl({"cm", port, "RequestStateChange", "RequestedState=3"});
+    EXPECT_EQ(disabled.status, 0) << disabled.err;
+    EXPECT_THAT(disabled.out, testing::StartsWith("ReturnValue = 0\nJob = "));
+
+    std::filesystem::remove_all(sysroot.place("/tmp"));
+    const Outcome jobless = phctl({"cm", port, "RequestStateChange", "RequestedState=2"});
+    EXPECT_EQ(jobless.status, 1);
+    EXPECT_EQ(jobless.out, "ReturnValue = 2\n");
+    EXPECT_THAT(jobless.err, HasSubstr("/tmp/method_jobs.db"));
 }
 
 TEST_F(MissingParts, damagedFilesAreNamed) {

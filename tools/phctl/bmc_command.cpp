@@ -31,6 +31,7 @@ struct BmcOptions {
     bool isRaw = false;
     std::vector<unsigned> states;
     std::string availability;
+    std::string bond;
     std::vector<std::string> commands;
     std::optional<unsigned> code, shortTo, late;
     bool isSilent = false;
@@ -134,6 +135,11 @@ int setAvailability(const Options& options) {
     for (const auto& [name, availability] : availabilities)
         if (options->availability == name)
             machine(options).setAvailability(options->sensor, availability);
+    return done;
+}
+
+int setBond(const Options& options) {
+    machine(options).setBond(options->bond == "on");
     return done;
 }
 
@@ -254,6 +260,10 @@ void addBmcCommand(CLI::App& app, Chosen& chosen) {
         ->required()
         ->check(CLI::IsMember(names));
     command->footer("Example:\n  phctl bmc set-availability 'CPU1 Temp' unavailable");
+
+    command = add("set-bond", "Bond the LANs that the machine has for it, or use each alone", setBond);
+    command->add_option("HOW", options->bond, "on or off")->required()->check(CLI::IsMember({"on", "off"}));
+    command->footer("Example:\n  phctl bmc set-bond on");
 
     command = add("fault", "Make commands fail", addFaults);
     command->add_option("COMMAND", options->commands, "Name of an IPMI command, or NETFN:COMMAND")

@@ -57,6 +57,13 @@ void addLabels(const Database& database, int (*get)(SMASH_DB_HANDLE, Row**, int*
     }
 }
 
+std::filesystem::path place(const char* absolutePath) {
+    char path[4096];
+    if (PH_SysrootPath(absolutePath, path, sizeof path) != 0)
+        throw UsageError("PH_SYSROOT is too long");
+    return path;
+}
+
 } // namespace
 
 void checkSysroot() {
@@ -66,10 +73,7 @@ void checkSysroot() {
 }
 
 std::filesystem::path databaseFile() {
-    char path[4096];
-    if (PH_SysrootPath("/conf/smash.db", path, sizeof path) != 0)
-        throw UsageError("PH_SYSROOT is too long");
-    return path;
+    return place("/conf/smash.db");
 }
 
 std::optional<IPMISessionInfo> sessionRow() {
@@ -85,6 +89,7 @@ std::optional<IPMISessionInfo> sessionRow() {
 
 void setSessionRow(const IPMISessionInfo& row) {
     create_directories(databaseFile().parent_path());
+    create_directories(place("/tmp")); // of a new PH_SYSROOT: methods keep their jobs there
     const Database database = open(smash_db_init);
     if (db_set_ipmi_session_info(database.get(), &row) != 0)
         throw Failure(db_last_error());

@@ -1,6 +1,7 @@
 // cm: calls a method, and follows the job that it starts.
 #include "arguments.h"
 #include "commands.h"
+#include "database.h"
 #include "errors.h"
 #include "instance_output.h"
 #include "requests.h"
@@ -144,6 +145,9 @@ int callMethod(const MethodOptions& options) {
     }
     if (options.json)
         printJson(std::cout, json);
+    if (!isSuccess(result) && returnedJob(reply.arguments) == nullptr) // which would have said why
+        if (const std::string reason = diagnose(); !reason.empty())
+            std::cerr << "phctl: " << printable(reason) << '\n';
     return succeeded ? done : failed;
 }
 

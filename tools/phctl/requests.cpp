@@ -11,6 +11,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <iostream>
+#include <string_view>
 #include <system_error>
 #include <unistd.h>
 
@@ -33,10 +34,15 @@ std::string findModule() {
                   programs.string() + ": name it with --module");
 }
 
+// Some messages of providers end with blanks or a line end.
+std::string_view withoutTail(std::string_view message) {
+    return message.substr(0, message.find_last_not_of(" \n") + 1);
+}
+
 std::string failureText(const broker::Request& request, const broker::Reply& reply, const Remarks& remarks) {
     std::string text = broker::codeName(reply.code) + " (" + std::to_string(reply.code) + ')';
-    if (!reply.message.empty())
-        text += ": " + reply.message;
+    if (const auto message = withoutTail(reply.message); !message.empty())
+        text.append(": ").append(message);
     if (reply.code == CMPI_RC_ERR_INVALID_CLASS)
         text += didYouMean(request.path.className, classNames());
     if (!remarks.text().empty())
