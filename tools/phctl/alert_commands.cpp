@@ -3,10 +3,9 @@
 #include "errors.h"
 #include "ipmi/pef_configuration.h"
 #include "machine.h"
+#include "session_options.h"
 
 #include <arpa/inet.h>
-#include <fstream>
-#include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
 
@@ -68,14 +67,6 @@ int setPolicy(const Options& options) {
                                   static_cast<std::uint8_t>(options.channel << 4 | options.selector), 0};
     openMachine(options.stateFile).setAlertPolicy(options.number, entry);
     return done;
-}
-
-std::string readPassword(const std::string& file) {
-    std::ifstream stream(file == "-" ? "/dev/stdin" : file);
-    std::string line;
-    if (!std::getline(stream, line))
-        throw UsageError("--password-file: cannot read a line of " + file);
-    return line;
 }
 
 int setServer(const Options& options) {

@@ -99,15 +99,15 @@ void setHost(SessionSettings& settings, const std::string& text) {
     settings.port = static_cast<std::uint16_t>(*value);
 }
 
+} // namespace
+
 std::string readPassword(const std::string& file) {
-    std::ifstream stream(file);
+    std::ifstream stream(file == "-" ? "/dev/stdin" : file);
     std::string line;
     if (!std::getline(stream, line))
         throw UsageError("--password-file: cannot read a line of " + file);
     return line;
 }
-
-} // namespace
 
 void SessionOptions::addTo(CLI::App& command) {
     virtual_ =
@@ -119,7 +119,8 @@ void SessionOptions::addTo(CLI::App& command) {
     local->excludes(lan_);
 
     std::vector<CLI::Option*> passwords = {
-        command.add_option("--password-file", passwordFile_, "File whose first line is the password"),
+        command.add_option("--password-file", passwordFile_,
+                           "File whose first line is the password; - is standard input"),
         command.add_option("--password-env", passwordVariable_,
                            "Environment variable that holds the password"),
         command.add_option("--password", password_,

@@ -28,4 +28,7 @@ private:
     int retransmission_ = 0;
 };
 
+// What --password-file names: the file's first line, of standard input for "-". Throws UsageError.
+std::string readPassword(const std::string& file);
+
 } // namespace phctl
