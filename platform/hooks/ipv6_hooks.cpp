@@ -5,6 +5,10 @@
 #include <optional>
 #include <stdexcept>
 
+static_assert(sizeof(CIM_IPv6NetworkCfg) == 34 &&
+                  sizeof(CIM_IPv6Addresses) == 1 + CIM_MAX_IPV6_ADDRESSES * 18,
+              "layouts shared with the library");
+
 namespace {
 
 using hooks::LanParameters;

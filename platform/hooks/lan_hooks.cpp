@@ -4,6 +4,8 @@
 
 #include <stdexcept>
 
+static_assert(sizeof(CIM_IPv4NetworkCfg) == 13, "layout shared with the library");
+
 namespace {
 
 using hooks::LanParameters;

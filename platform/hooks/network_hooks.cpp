@@ -8,6 +8,12 @@
 #include <optional>
 #include <stdexcept>
 
+// Layouts shared with the library.
+static_assert(offsetof(CIM_BondInfo, enabled) == 0 && sizeof(CIM_BondInfo) == 2);
+static_assert(offsetof(CIM_BondConfig, enabled) == 0 && offsetof(CIM_BondConfig, members) == 4 &&
+              sizeof(CIM_BondConfig) == 6);
+static_assert(offsetof(CIM_NWExtEthCfg, capability) == 6 && sizeof(CIM_NWExtEthCfg) == 8);
+
 namespace {
 
 using ipmi::Answer;

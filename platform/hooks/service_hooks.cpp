@@ -5,6 +5,12 @@
 #include <cstring>
 #include <stdexcept>
 
+// Layouts shared with the library.
+static_assert(offsetof(CIM_ServiceConf, currentState) == 17 && offsetof(CIM_ServiceConf, port) == 18 &&
+              offsetof(CIM_ServiceConf, timeout) == 22 && sizeof(CIM_ServiceConf) == 26);
+static_assert(offsetof(CIM_ServiceSettings, enable) == 17 && offsetof(CIM_ServiceSettings, port) == 18 &&
+              offsetof(CIM_ServiceSettings, timeout) == 22 && sizeof(CIM_ServiceSettings) == 26);
+
 namespace {
 constexpr std::size_t nameSize = CIM_SERVICE_NAME_SIZE - 1;
 }

@@ -3,6 +3,10 @@
 namespace smash {
 namespace {
 
+static_assert(offsetof(StaticIPRow, IPv6AddressType) == 1280 &&
+                  offsetof(StaticIPRow, GatewayIPv6Address) == 1288 && sizeof(StaticIPRow) == 1544,
+              "layout shared with the library");
+
 constexpr std::array staticIpColumns = {
     SMASH_COLUMN_AS(StaticIPRow, key, "rowKey"),
     SMASH_COLUMN(StaticIPRow, IPv4Address),
