@@ -3,6 +3,7 @@
 #include "Utility/class_family.h"
 #include "Utility/guard.h"
 #include "Utility/request_status.h"
+#include "Utility/request_texts.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -57,10 +58,6 @@ bool forEachRecord(const ClassFamily& family, Detail detail, Take&& take) {
 
 bool skips(const ClassFamily& family, const void* record) {
     return family.skip != nullptr && family.skip(record);
-}
-
-const char* textOf(const CMPIString* string) {
-    return string != nullptr ? CMGetCharsPtr(string, nullptr) : nullptr;
 }
 
 // Makes CMPI objects for a request on `ref`.

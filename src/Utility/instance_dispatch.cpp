@@ -2,6 +2,7 @@
 #include "provider_helper/utility.h"
 #include "Utility/debug_log.h"
 #include "Utility/dynamic_library.h"
+#include "Utility/request_texts.h"
 
 #include <cmpimacs.h>
 #include <cstdio>
@@ -85,8 +86,7 @@ void store(CacheEntry& entry, const CMPIArray* array) {
 
 CMPIArray* PH_GetInstArray(const CMPIObjectPath* ref, const CMPIBroker* broker, const CMPIContext* context,
                            const char** properties) {
-    const CMPIString* name = CMGetClassName(ref, nullptr);
-    const char* className = name != nullptr ? CMGetCharsPtr(name, nullptr) : nullptr;
+    const char* className = ph::textOf(CMGetClassName(ref, nullptr));
     if (className == nullptr)
         return nullptr;
 

@@ -1,6 +1,7 @@
 #include "Utility/method_job.h"
 
 #include "provider_helper/jobs.h"
+#include "Utility/request_texts.h"
 
 #include <cmpimacs.h>
 #include <cstdio>
@@ -59,6 +60,14 @@ std::optional<CMPIData> argument(const CMPIArgs* in, const char* name) {
     if (status.rc != CMPI_RC_OK || (data.state & (CMPI_nullValue | CMPI_notFound)) != 0)
         return std::nullopt;
     return data;
+}
+
+const CMPIObjectPath* referenceArgument(const CMPIArgs* in, const char* name, const char* className) {
+    const auto data = argument(in, name);
+    return data && data->type == CMPI_ref && data->value.ref != nullptr &&
+                   isOfClass(data->value.ref, className)
+               ? data->value.ref
+               : nullptr;
 }
 
 void returnValue(const CMPIResult* result, std::uint32_t value) {

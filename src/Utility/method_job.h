@@ -69,6 +69,9 @@ private:
 // An in-argument; none for one that is missing or null.
 std::optional<CMPIData> argument(const CMPIArgs* in, const char* name);
 
+// An in-argument that is a reference to an instance of this class; nullptr for any other.
+const CMPIObjectPath* referenceArgument(const CMPIArgs* in, const char* name, const char* className);
+
 // Returns a method's value to the client.
 void returnValue(const CMPIResult* result, std::uint32_t value);
 

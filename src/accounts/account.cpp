@@ -4,6 +4,7 @@
 #include "accounts/user_slots.h"
 #include "Utility/back_ends.h"
 #include "Utility/record_fields.h"
+#include "Utility/request_texts.h"
 
 #include <cstdio>
 #include <ctime>
@@ -70,7 +71,7 @@ int enumerate(ph::RecordArray<Record>& accounts, ph::Detail detail) {
 
 // Reads the one slot that the Name numbers.
 int get(ph::RecordArray<Record>& accounts, CMPIString** keyValues) {
-    const char* name = CMGetCharsPtr(keyValues[nameKey], nullptr);
+    const char* name = ph::textOf(keyValues[nameKey]);
     char systemName[256] = "";
     std::uint8_t slot = 0;
     PHUserEntry user;

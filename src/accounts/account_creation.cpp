@@ -5,7 +5,6 @@
 #include "Utility/method_job.h"
 
 #include <cstdio>
-#include <strings.h>
 
 namespace ph {
 namespace {
@@ -14,15 +13,6 @@ namespace {
 const CMPIInstance* accountTemplate(const CMPIArgs* in) {
     const auto data = argument(in, "AccountTemplate");
     return data && data->type == CMPI_instance ? data->value.inst : nullptr;
-}
-
-bool namesServiceProcessor(const CMPIArgs* in) {
-    const auto data = argument(in, "System");
-    if (!data || data->type != CMPI_ref || data->value.ref == nullptr)
-        return false;
-    const CMPIString* name = CMGetClassName(data->value.ref, nullptr);
-    const char* className = name != nullptr ? CMGetCharsPtr(name, nullptr) : nullptr;
-    return className != nullptr && strcasecmp(className, accountSystemClass) == 0;
 }
 
 int createUser(IPMI20_SESSION_T* session, const AccountRecord& record) {
@@ -38,7 +28,7 @@ CMPIStatus createFromTemplate(const CMPIBroker* broker, const CMPIContext* conte
     const CMPIInstance* instance = accountTemplate(in);
     if (instance == nullptr)
         return refuse(broker, "Failed to get input param AccountTemplate ");
-    if (!namesServiceProcessor(in))
+    if (referenceArgument(in, "System", accountSystemClass) == nullptr)
         return refuse(broker, "Failed to get input param System ");
     Account account;
     if (!account.allocate())

@@ -1,6 +1,7 @@
 // CIM_AccountManagementService: the one service, which creates accounts.
 #include "accounts/account.h"
 #include "Utility/record_fields.h"
+#include "Utility/request_texts.h"
 
 #include <strings.h>
 
@@ -46,9 +47,7 @@ constexpr ph::Parameter createAccountParameters[] = {
 constexpr ph::Method methods[] = {{"CreateAccount", createAccountParameters}};
 
 CMPIStatus invoke(const ph::Request& request) {
-    const CMPIString* name = CMGetClassName(request.ref, nullptr);
-    const char* named = name != nullptr ? CMGetCharsPtr(name, nullptr) : nullptr;
-    if (named == nullptr || strcasecmp(named, className) != 0 || request.method == nullptr ||
+    if (!ph::isOfClass(request.ref, className) || request.method == nullptr ||
         strcasecmp(request.method, methods[0].name) != 0)
         return ph::refuse(request.broker, "Method Not Supported");
     return PH_Create_Account(request.broker, request.context, request.result, request.ref, request.in,

@@ -2,20 +2,13 @@
 #include "accounts/account.h"
 #include "Utility/back_ends.h"
 #include "Utility/record_fields.h"
+#include "Utility/request_texts.h"
 
 #include <cstring>
 #include <utility>
 
 namespace ph {
 namespace {
-
-// NULL for what is not a text.
-const char* textOf(const CMPIData& data) {
-    CMPIString* string = nullptr;
-    if ((data.state & CMPI_nullValue) != 0 || GetStringValue(data, &string) != 0 || string == nullptr)
-        return nullptr;
-    return CMGetCharsPtr(string, nullptr);
-}
 
 template <std::size_t N>
 bool takeText(const CMPIData& data, char (&field)[N]) {
@@ -42,9 +35,7 @@ bool takePassword(const CMPIData& data, AccountRecord& record) {
     CMPICount count = 0;
     const int result = GetStringAValue(data, &buffer, &count);
     const HeapPtr<CMPIString*> strings(buffer);
-    const char* text = result == 0 && buffer != nullptr && count > 0 && buffer[0] != nullptr
-                           ? CMGetCharsPtr(buffer[0], nullptr)
-                           : nullptr;
+    const char* text = result == 0 && buffer != nullptr && count > 0 ? textOf(buffer[0]) : nullptr;
     if (text == nullptr || std::strlen(text) >= sizeof(record.UserID))
         return false;
     // A request may name the property twice: the last one counts.

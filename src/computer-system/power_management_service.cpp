@@ -4,13 +4,13 @@
 #include "Utility/method_job.h"
 #include "Utility/record_fields.h"
 #include "Utility/request_status.h"
+#include "Utility/request_texts.h"
 #include "Utility/shell.h"
 
 #include <cstdio>
 #include <cstring>
 #include <memory>
 #include <optional>
-#include <strings.h>
 
 constexpr const char* const g_PowerManagementServiceKeyList[4] = {"SystemCreationClassName",
                                                                   "CreationClassName", "SystemName", "Name"};
@@ -103,17 +103,6 @@ struct PowerRequest {
     std::uint16_t powerState;
 };
 
-const char* textOf(const CMPIString* string) {
-    return string != nullptr ? CMGetCharsPtr(string, nullptr) : nullptr;
-}
-
-// The text of key "Name"; nullptr where there is none.
-const char* nameOf(const CMPIObjectPath* path) {
-    CMPIStatus status = ph::success;
-    const CMPIData key = CMGetKey(path, "Name", &status);
-    return status.rc == CMPI_RC_OK && key.type == CMPI_string ? textOf(key.value.string) : nullptr;
-}
-
 // None: the status tells why.
 std::optional<PowerRequest> read(const MethodCall& call) {
     const auto refuse = [&](CMPIrc code, const char* message) {
@@ -122,7 +111,7 @@ std::optional<PowerRequest> read(const MethodCall& call) {
     };
     if (call.in == nullptr || CMGetArgCount(call.in, nullptr) == 0)
         return refuse(CMPI_RC_ERR_INVALID_PARAMETER, "Invalid or Empty Input");
-    const char* serviceName = nameOf(call.ref);
+    const char* serviceName = ph::keyText(call.ref, "Name");
     if (serviceName == nullptr)
         return refuse(CMPI_RC_ERR_FAILED, "Key Property Missing");
     const auto powerState = ph::argument(call.in, "PowerState");
@@ -132,7 +121,7 @@ std::optional<PowerRequest> read(const MethodCall& call) {
     if (!element || element->type != CMPI_ref || element->value.ref == nullptr)
         return refuse(CMPI_RC_ERR_INVALID_PARAMETER, "ManagedElement Param is Missing");
     std::uint16_t state = 0;
-    if (nameOf(element->value.ref) == nullptr || GetUINT16Value(*powerState, &state) != 0)
+    if (ph::keyText(element->value.ref, "Name") == nullptr || GetUINT16Value(*powerState, &state) != 0)
         return refuse(CMPI_RC_ERR_TYPE_MISMATCH, "PowerState Parameter is mismatched");
     return PowerRequest{serviceName, element->value.ref, state};
 }
@@ -144,8 +133,7 @@ bool restartProcessor(std::uint16_t powerState) {
 
 bool change(const MethodCall& call, const PowerRequest& request) {
     const bool isProcessor = std::strcmp(request.serviceName, "SP Power Management Service") == 0;
-    const char* elementClass = textOf(CMGetClassName(request.managedElement, nullptr));
-    if (elementClass == nullptr || strcasecmp(elementClass, isProcessor ? processorClass : hostClass) != 0) {
+    if (!ph::isOfClass(request.managedElement, isProcessor ? processorClass : hostClass)) {
         refuse(call, CMPI_RC_ERR_TYPE_MISMATCH, "ManagedElement Param is Missing or incorrect");
         return false;
     }

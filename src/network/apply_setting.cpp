@@ -5,6 +5,7 @@
 #include "provider_helper/network.h"
 #include "Utility/method_job.h"
 #include "Utility/request_status.h"
+#include "Utility/request_texts.h"
 
 #include <cmpimacs.h>
 #include <cstring>
@@ -43,8 +44,6 @@ private:
     bool apply();
     bool applyStatic();
 
-    // A reference argument of this class; nullptr for any other.
-    const CMPIObjectPath* reference(const char* argument, const char* className) const;
     CMPIEnumeration* enumerate(const char* className, const char* failure);
     // Whether the broker serves an instance with these keys. Reports what fails, not that there is none.
     bool find(const char* className, const char* failure, std::initializer_list<Key> keys, bool& isFound);
@@ -61,40 +60,21 @@ private:
     const char* endpointName_ = "";
 };
 
-// "" for a key that is missing or no text.
-const char* keyText(const CMPIObjectPath* path, const char* name) {
-    CMPIStatus status = ph::success;
-    const CMPIData key = CMGetKey(path, name, &status);
-    const char* text = status.rc == CMPI_RC_OK && key.type == CMPI_string && key.value.string != nullptr
-                           ? CMGetCharsPtr(key.value.string, nullptr)
-                           : nullptr;
-    return text != nullptr ? text : "";
-}
-
-const CMPIObjectPath* Application::reference(const char* argument, const char* className) const {
-    const auto data = ph::argument(in_, argument);
-    if (!data || data->type != CMPI_ref || data->value.ref == nullptr)
-        return nullptr;
-    const CMPIString* name = CMGetClassName(data->value.ref, nullptr);
-    const char* text = name != nullptr ? CMGetCharsPtr(name, nullptr) : nullptr;
-    return text != nullptr && strcasecmp(text, className) == 0 ? data->value.ref : nullptr;
-}
-
 bool Application::readArguments() {
-    const CMPIObjectPath* configuration = reference("Configuration", assignmentClass);
+    const CMPIObjectPath* configuration = ph::referenceArgument(in_, "Configuration", assignmentClass);
     if (configuration == nullptr)
         return refuse(CMPI_RC_ERR_INVALID_PARAMETER, "Configuration Parameter is Invalid");
-    const CMPIObjectPath* endpoint = reference("Endpoint", endpointClass);
+    const CMPIObjectPath* endpoint = ph::referenceArgument(in_, "Endpoint", endpointClass);
     if (endpoint == nullptr)
         return refuse(CMPI_RC_ERR_INVALID_PARAMETER, "Endpoint Parameter is Invalid");
-    assignment_ = keyText(configuration, "InstanceID");
-    systemCreationClassName_ = keyText(endpoint, "SystemCreationClassName");
-    creationClassName_ = keyText(endpoint, "CreationClassName");
-    systemName_ = keyText(endpoint, "SystemName");
-    endpointName_ = keyText(endpoint, "Name");
+    assignment_ = ph::keyText(configuration, "InstanceID");
+    systemCreationClassName_ = ph::keyText(endpoint, "SystemCreationClassName");
+    creationClassName_ = ph::keyText(endpoint, "CreationClassName");
+    systemName_ = ph::keyText(endpoint, "SystemName");
+    endpointName_ = ph::keyText(endpoint, "Name");
     for (const char* text :
          {assignment_, systemCreationClassName_, creationClassName_, systemName_, endpointName_})
-        if (*text == '\0')
+        if (text == nullptr || *text == '\0')
             return refuse(CMPI_RC_ERR_INVALID_PARAMETER, "Configuration or Endpoint Parameters are Empty");
     return std::strstr(assignment_, "IPAssignmentSettingData") != nullptr ||
            refuse(CMPI_RC_ERR_INVALID_PARAMETER, badAssignment);

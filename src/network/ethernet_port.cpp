@@ -7,6 +7,7 @@
 #include "Utility/method_job.h"
 #include "Utility/record_fields.h"
 #include "Utility/request_status.h"
+#include "Utility/request_texts.h"
 
 #include <cstdio>
 #include <string>
@@ -99,9 +100,7 @@ int enumerate(ph::RecordArray<Record>& ports, ph::Detail detail) {
 int requestedState(const CMPIData& argument) {
     if (argument.type == CMPI_uint16)
         return argument.value.uint16;
-    const char* text = argument.type == CMPI_string && argument.value.string != nullptr
-                           ? CMGetCharsPtr(argument.value.string, nullptr)
-                           : nullptr;
+    const char* text = ph::textOf(argument);
     const long state = text != nullptr ? std::strtol(text, nullptr, 10) : 0;
     return state >= 0 && state <= UINT16_MAX ? static_cast<int>(state) : 0; // 4294967298 is not 2
 }

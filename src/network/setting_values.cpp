@@ -1,5 +1,6 @@
 #include "network/setting_values.h"
 #include "provider_helper/utility.h"
+#include "Utility/request_texts.h"
 
 #include <cmpimacs.h>
 
@@ -15,10 +16,7 @@ CMPIData property(const CMPIInstance* instance, const char* name) {
 } // namespace
 
 const char* textProperty(const CMPIInstance* instance, const char* name) {
-    CMPIString* string = nullptr;
-    const char* text = GetStringValue(property(instance, name), &string) == 0 && string != nullptr
-                           ? CMGetCharsPtr(string, nullptr)
-                           : nullptr;
+    const char* text = textOf(property(instance, name));
     return text != nullptr ? text : "";
 }
 

@@ -4,6 +4,7 @@
 #include "Utility/class_family.h"
 #include "Utility/record_fields.h"
 #include "Utility/request_status.h"
+#include "Utility/request_texts.h"
 
 #include <arpa/inet.h>
 #include <cstdio>
@@ -104,18 +105,13 @@ const Settable* findSettable(const char* name) {
     return nullptr;
 }
 
-const char* textOf(const CMPIData& data) {
-    CMPIString* string = nullptr;
-    return GetStringValue(data, &string) == 0 && string != nullptr ? CMGetCharsPtr(string, nullptr) : nullptr;
-}
-
 bool mayBe(const Settable& settable, const CMPIData& data) {
     if (data.state != CMPI_goodValue)
         return false;
     std::uint16_t number = 0;
     if (settable.form == Form::Number)
         return GetUINT16Value(data, &number) == 0 && number <= settable.most;
-    const char* text = textOf(data);
+    const char* text = ph::textOf(data);
     if (text == nullptr)
         return false;
     in6_addr address;
@@ -156,9 +152,7 @@ struct Current {
 bool readCurrent(const ph::Request& request, Current& current) {
     CMPIStatus ignored = ph::success;
     CMPIString* keyValues[1] = {};
-    const CMPIString* name = CMGetClassName(request.ref, &ignored);
-    const char* text = name != nullptr ? CMGetCharsPtr(name, nullptr) : nullptr;
-    return text != nullptr && strcasecmp(text, className) == 0 &&
+    return ph::isOfClass(request.ref, className) &&
            CheckForValidObjectPath(request.broker, request.ref, g_StaticIPAssignmentSettingDataKeyList,
                                    keyValues, 1, &ignored) == 0 &&
            PH_Get_StaticIPAssignmentSettingData(&current.record, keyValues) == 0;
@@ -262,7 +256,7 @@ int SetProperty(Record* record, const char* name, CMPIData value) {
         record->*settable->number = number;
         return 0;
     }
-    const char* text = textOf(value);
+    const char* text = ph::textOf(value);
     if (text == nullptr)
         return -1;
     ph::copyText(record->*settable->text, text);

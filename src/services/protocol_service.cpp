@@ -5,6 +5,7 @@
 #include "Utility/class_family.h"
 #include "Utility/record_fields.h"
 #include "Utility/request_status.h"
+#include "Utility/request_texts.h"
 
 #include <optional>
 #include <strings.h>
@@ -70,7 +71,7 @@ int enumerate(ph::RecordArray<Record>& records, ph::Detail detail) {
 }
 
 int get(ph::RecordArray<Record>& records, CMPIString** keyValues) {
-    const char* name = CMGetCharsPtr(keyValues[nameKey], nullptr);
+    const char* name = ph::textOf(keyValues[nameKey]);
     const ph::Service* service = name != nullptr ? ph::findService(name) : nullptr;
     Source source;
     return service != nullptr && source.open() ? source.append(records, *service, ph::Detail::All) : -1;
@@ -85,7 +86,7 @@ CMPIStatus invoke(const ph::Request& request) {
     if (request.method == nullptr || strcasecmp(request.method, ph::requestStateChange.name) != 0)
         return ph::fail(request.broker, CMPI_RC_ERR_METHOD_NOT_FOUND, "No such method available");
     // Another name would switch the web service.
-    const char* name = keyValues[nameKey] != nullptr ? CMGetCharsPtr(keyValues[nameKey], nullptr) : nullptr;
+    const char* name = ph::textOf(keyValues[nameKey]);
     if (name == nullptr || ph::findService(name) == nullptr)
         return ph::fail(request.broker, CMPI_RC_ERR_NOT_FOUND, "No such service");
     if (PH_ProtocolServiceRequestStateChange(request.broker, request.result, request.ref, request.in,
