@@ -109,13 +109,13 @@ Reply Broker::invokeMethod(const ObjectPath& path, const std::string& method, co
 }
 
 Reply Broker::subscribe(const std::string& query, const ObjectPath& source) {
-    return withProviderOf(*state_, source, [&](const Provider& provider) {
+    return withProviderOf(*state_, source, [&](Provider& provider) {
         return provider.listen(true, query, source, state_->contextEntries());
     });
 }
 
 Reply Broker::unsubscribe(const std::string& query, const ObjectPath& source) {
-    return withProviderOf(*state_, source, [&](const Provider& provider) {
+    return withProviderOf(*state_, source, [&](Provider& provider) {
         return provider.listen(false, query, source, state_->contextEntries());
     });
 }

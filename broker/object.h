@@ -20,16 +20,31 @@ public:
     virtual const char* type() const = 0;     // "CMPIString", …
     virtual std::string describe() const = 0; // for toString()
     void destroy();
+    // What it was asked for, such as a property's text: that lasts as long as the object.
+    Arena& parts();
 
     State& state;
     bool preparedForThread = false; // a context that goes with detachThread
 
 private:
     friend class Arena;
-    std::shared_ptr<State> keepsState_; // unless the state's own arena owns the object
-    Arena* arena_ = nullptr;            // none: a clone, its owner releases it
+    std::shared_ptr<State> keepsState_;  // unless the state's own arena owns the object
+    std::atomic<Arena*> parts_{nullptr}; // made when there are some
+    Arena* arena_ = nullptr;             // none: a clone, its owner releases it
     Object* previous_ = nullptr;
     Object* next_ = nullptr;
+};
+
+// While it lives, what the thread makes are parts of this object; of none with nullptr.
+class Asking {
+public:
+    explicit Asking(Object* object);
+    ~Asking();
+    Asking(const Asking&) = delete;
+    Asking& operator=(const Asking&) = delete;
+
+private:
+    Object* before_;
 };
 
 struct PropertyFilter {
@@ -169,6 +184,13 @@ inline State& stateOf(Object& object) {
     return object.state;
 }
 
+inline Object* askedFor(State&) {
+    return nullptr;
+}
+inline Object* askedFor(Object& object) {
+    return &object;
+}
+
 // A new object of this arena.
 template <class Handle>
 Handle* make(State& state, Arena& arena, typename Traits<Handle>::Content content) {
@@ -206,6 +228,7 @@ auto obtain(const Handle* handle, Call call, CMPIStatus* status, Body body) noex
         auto& object = objectOf(handle);
         state = &stateOf(object);
         state->count(call);
+        const Asking parts(askedFor(object));
         result = body(object);
     } catch (...) {
         outcome = currentFailure(state);

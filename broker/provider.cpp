@@ -40,8 +40,7 @@ Provider::Provider(State& state, const std::string& file, const std::string& nam
     const CMPIContext* context = make<CMPIContext>(state, state.contextEntries());
     instances_ = create<CMPIInstanceMI>("InstanceMI", context);
     methods_ = create<CMPIMethodMI>("MethodMI", context);
-    indications_ = create<CMPIIndicationMI>("IndicationMI", context);
-    if (instances_ == nullptr && methods_ == nullptr && indications_ == nullptr)
+    if (instances_ == nullptr && methods_ == nullptr && !provides("IndicationMI"))
         throw LoadError(file + ": no entry point " + name +
                         "_Create_InstanceMI, …_MethodMI or …_IndicationMI");
 }
@@ -55,21 +54,30 @@ Provider::~Provider() {
     dlclose(module_);
 }
 
+constexpr const char* generic = "_Generic"; // serves any provider's name
+
+void* Provider::entryPoint(const std::string& provider, const char* kind) const {
+    return dlsym(module_, (provider + "_Create_" + kind).c_str());
+}
+
+bool Provider::provides(const char* kind) const {
+    return entryPoint(name_, kind) != nullptr || entryPoint(generic, kind) != nullptr;
+}
+
 template <class MI>
 MI* Provider::create(const char* kind, const CMPIContext* context) {
     using Named = MI* (*)(const CMPIBroker*, const CMPIContext*, CMPIStatus*);
     using Generic = MI* (*)(const CMPIBroker*, const CMPIContext*, const char*, CMPIStatus*);
-    const std::string entryPoint = std::string("_Create_") + kind;
     CMPIStatus status{CMPI_RC_OK, nullptr};
     MI* mi = nullptr;
-    if (void* named = dlsym(module_, (name_ + entryPoint).c_str()))
+    if (void* named = entryPoint(name_, kind))
         mi = reinterpret_cast<Named>(named)(&state_.handle, context, &status);
-    else if (void* generic = dlsym(module_, ("_Generic" + entryPoint).c_str()))
-        mi = reinterpret_cast<Generic>(generic)(&state_.handle, context, name_.c_str(), &status);
+    else if (void* unnamed = entryPoint(generic, kind))
+        mi = reinterpret_cast<Generic>(unnamed)(&state_.handle, context, name_.c_str(), &status);
     else
         return nullptr;
     if (mi == nullptr || mi->ft == nullptr || status.rc != CMPI_RC_OK)
-        throw LoadError(name_ + entryPoint + ": " + messageOf(status.rc, toString(status.msg)));
+        throw LoadError(name_ + "_Create_" + kind + ": " + messageOf(status.rc, toString(status.msg)));
     return mi;
 }
 
@@ -136,27 +144,35 @@ Reply Provider::execute(const Request& request, const NamedValues& entries) cons
     return reply;
 }
 
-Reply Provider::listen(bool begin, const std::string& query, const ObjectPath& source,
-                       const NamedValues& entries) const {
+CMPIIndicationMI* Provider::indicationProvider(const CMPIContext* context) {
+    const std::lock_guard lock(listening_);
     if (indications_ == nullptr)
+        indications_ = create<CMPIIndicationMI>("IndicationMI", context);
+    return indications_;
+}
+
+Reply Provider::listen(bool begin, const std::string& query, const ObjectPath& source,
+                       const NamedValues& entries) {
+    if (!provides("IndicationMI"))
         return {.code = CMPI_RC_ERR_NOT_SUPPORTED, .message = {}};
-    const CMPIIndicationMIFT& table = *indications_->ft;
     const Frame frame(state_.shared_from_this());
     const CMPIContext* context = make<CMPIContext>(state_, entries);
+    CMPIIndicationMI* const indications = indicationProvider(context);
+    const CMPIIndicationMIFT& table = *indications->ft;
     const CMPISelectExp* filter = make<CMPISelectExp>(state_, {query});
     const CMPIObjectPath* path = make<CMPIObjectPath>(state_, source);
     const char* type = source.className.c_str();
     CMPIStatus status{CMPI_RC_OK, nullptr};
     if (begin) {
-        status = call(indications_, table.authorizeFilter, context, filter, type, path, state_.user.c_str());
+        status = call(indications, table.authorizeFilter, context, filter, type, path, state_.user.c_str());
         if (status.rc == CMPI_RC_OK)
-            status = call(indications_, table.activateFilter, context, filter, type, path, true);
+            status = call(indications, table.activateFilter, context, filter, type, path, true);
         if (status.rc == CMPI_RC_OK)
-            status = call(indications_, table.enableIndications, context);
+            status = call(indications, table.enableIndications, context);
     } else {
-        status = call(indications_, table.disableIndications, context);
+        status = call(indications, table.disableIndications, context);
         if (status.rc == CMPI_RC_OK)
-            status = call(indications_, table.deActivateFilter, context, filter, type, path, true);
+            status = call(indications, table.deActivateFilter, context, filter, type, path, true);
     }
     return toReply(status);
 }

@@ -3,6 +3,8 @@
 
 #include "object.h"
 
+#include <mutex>
+
 namespace broker {
 
 class Provider {
@@ -17,13 +19,16 @@ public:
 
     // Runs the request as CMPI calls of a new frame.
     Reply execute(const Request& request, const NamedValues& entries) const;
-    // Tells that somebody listens to indications, or no longer does.
-    Reply listen(bool begin, const std::string& query, const ObjectPath& source,
-                 const NamedValues& entries) const;
+    // Tells that somebody listens to indications, or no longer does. Only the first listener makes the
+    // module's indication provider.
+    Reply listen(bool begin, const std::string& query, const ObjectPath& source, const NamedValues& entries);
 
 private:
+    void* entryPoint(const std::string& provider, const char* kind) const;
+    bool provides(const char* kind) const;
     template <class MI>
     MI* create(const char* kind, const CMPIContext* context);
+    CMPIIndicationMI* indicationProvider(const CMPIContext* context);
     CMPIStatus callInstance(const Request& request, const CMPIContext* context,
                             const CMPIResult* result) const;
     CMPIStatus callMethod(const Request& request, const CMPIContext* context, const CMPIResult* result,
@@ -35,6 +40,7 @@ private:
     void* module_;
     CMPIInstanceMI* instances_ = nullptr;
     CMPIMethodMI* methods_ = nullptr;
+    std::mutex listening_;
     CMPIIndicationMI* indications_ = nullptr;
 };
 

@@ -11,6 +11,7 @@ namespace broker {
 namespace {
 
 thread_local Frame* innermostFrame = nullptr;
+thread_local Object* asked = nullptr;
 
 } // namespace
 
@@ -21,8 +22,8 @@ void Arena::adopt(Object& object) {
     if (first_ != nullptr)
         first_->previous_ = &object;
     first_ = &object;
-    if (this == &object.state.root)
-        object.keepsState_.reset(); // they would keep each other
+    if (keeping_ == Keeping::Nothing)
+        object.keepsState_.reset();
 }
 
 void Arena::disown(Object& object) {
@@ -43,7 +44,24 @@ Object::Object(State& objectState) : state(objectState), keepsState_(objectState
 }
 
 Object::~Object() {
+    delete parts_.load();
     --state.liveObjects;
+}
+
+Arena& Object::parts() {
+    Arena* parts = parts_;
+    if (parts == nullptr) {
+        auto made = std::make_unique<Arena>(Arena::Keeping::Nothing);
+        if (parts_.compare_exchange_strong(parts, made.get()))
+            parts = made.release();
+    }
+    return *parts;
+}
+
+Asking::Asking(Object* object) : before_(std::exchange(asked, object)) {}
+
+Asking::~Asking() {
+    asked = before_;
 }
 
 void Object::destroy() {
@@ -80,6 +98,8 @@ void State::count(Call call) {
 }
 
 Arena& State::arena() {
+    if (asked != nullptr)
+        return asked->parts();
     Frame* frame = Frame::innermost();
     return frame != nullptr ? frame->arena : root;
 }

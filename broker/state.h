@@ -25,7 +25,9 @@ public:
 // Owns objects until it ends or they are released.
 class Arena {
 public:
-    Arena() = default;
+    // Objects that go with the state, or with an object that keeps it, need not keep it themselves.
+    enum class Keeping { State, Nothing };
+    explicit Arena(Keeping keeping = Keeping::State) : keeping_(keeping) {}
     ~Arena() { clear(); }
     Arena(const Arena&) = delete;
     Arena& operator=(const Arena&) = delete;
@@ -35,6 +37,7 @@ public:
     void clear();
 
 private:
+    const Keeping keeping_; // what its objects keep
     std::mutex mutex_;
     Object* first_ = nullptr;
 };
@@ -64,7 +67,8 @@ public:
     // Counts a call; throws Failure when this is the one that is to fail.
     void count(Call call);
 
-    // Where objects go: the thread's innermost frame, or what lasts as long as the broker.
+    // Where objects go: to the object that the thread is asking for a part of itself, to the thread's
+    // innermost frame, or to what lasts as long as the broker.
     Arena& arena();
 
     // Answers a request with these context entries.
@@ -85,7 +89,7 @@ public:
     Broker::LogHandler logHandler;
     std::string user;
     std::vector<std::unique_ptr<Provider>> providers;
-    Arena root;
+    Arena root{Arena::Keeping::Nothing};
 };
 
 } // namespace broker

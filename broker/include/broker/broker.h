@@ -81,9 +81,9 @@ public:
     // Whom requests come from: context entry CMPIPrincipal. Without one, or with "", the entry is missing.
     void setUser(std::string user);
 
-    // Loads a module and creates what it has of an instance, a method and an indication provider: through
-    // <name>_Create_…MI, else _Generic_Create_…MI. It serves these classes, or with none named every class
-    // that no module loaded before does. Throws LoadError.
+    // Loads a module and creates what it has of an instance and a method provider, and of an indication
+    // provider when somebody subscribes: through <name>_Create_…MI, else _Generic_Create_…MI. It serves these
+    // classes, or with none named every class that no module loaded before does. Throws LoadError.
     void loadProvider(const std::string& file, const std::string& name,
                       std::vector<std::string> classes = {});
 
@@ -99,7 +99,8 @@ public:
     Reply invokeMethod(const ObjectPath& path, const std::string& method, const NamedValues& arguments = {});
 
     // Tells the indication provider of the class in `source` that somebody listens with this query, or no
-    // longer does: the filter is authorized and activated and indications are enabled, or the reverse.
+    // longer does: the filter is authorized and activated and indications are enabled, or the reverse. Throws
+    // LoadError when the provider cannot be made.
     Reply subscribe(const std::string& query, const ObjectPath& source);
     Reply unsubscribe(const std::string& query, const ObjectPath& source);
 
@@ -122,7 +123,8 @@ private:
     std::shared_ptr<State> state_;
 };
 
-// CMPI objects that the thread makes go with its innermost scope. A request has its own.
+// CMPI objects that the thread makes go with its innermost scope. A request has its own. What an object is
+// asked for (a property's text, an array's element) goes with that object.
 class Scope {
 public:
     explicit Scope(const Broker& broker);
