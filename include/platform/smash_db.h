@@ -14,6 +14,7 @@
 #include "platform/smash_db_indications.h"
 #include "platform/smash_db_inventory.h"
 #include "platform/smash_db_jobs.h"
+#include "platform/smash_db_messages.h"
 #include "platform/smash_db_network.h"
 #include "platform/smash_db_power.h"
 

@@ -53,21 +53,31 @@ std::string createStatement(const Table& table) {
     std::string key;
     for (const Column& column : table.columns.first(table.keyColumns))
         key += (key.empty() ? ", UNIQUE (" : ", ") + std::string(column.name);
-    return std::string("CREATE TABLE ") + table.name + " (" + columns + key + (key.empty() ? ")" : "))");
+    return std::string("CREATE TABLE IF NOT EXISTS ") + table.name + " (" + columns + key +
+           (key.empty() ? ")" : "))");
 }
 
 int number(SQLite::Database& database, const char* query) {
     return database.execAndGet(query).getInt();
 }
 
-bool isBlank(SQLite::Database& database) {
-    return number(database, "PRAGMA user_version") == 0 &&
-           number(database, "SELECT count(*) FROM sqlite_schema") == 0;
+int versionOf(SQLite::Database& database) {
+    return number(database, "PRAGMA user_version");
 }
 
+bool isBlank(SQLite::Database& database) {
+    return versionOf(database) == 0 && number(database, "SELECT count(*) FROM sqlite_schema") == 0;
+}
+
+bool lacksTables(SQLite::Database& database, const Schema& schema) {
+    const int version = versionOf(database);
+    return isBlank(database) || (version > 0 && version < schema.version);
+}
+
+// Later versions of a schema have further tables, and the old ones as they were.
 void createTables(SQLite::Database& database, const Schema& schema) {
     SQLite::Transaction transaction(database, SQLite::TransactionBehavior::IMMEDIATE);
-    if (!isBlank(database)) // another process was quicker
+    if (!lacksTables(database, schema)) // another process was quicker
         return;
     // By path, while SQLite holds the file: closing a descriptor of ours would drop its locks.
     if (chmod(database.getFilename().c_str(), privateMode) != 0)
@@ -82,7 +92,7 @@ void createTables(SQLite::Database& database, const Schema& schema) {
 // statements compiles, and the file is as long as its header says. Damage within a page makes the reading of
 // its rows fail.
 void verify(SQLite::Database& database, const Schema& schema) {
-    const int version = number(database, "PRAGMA user_version");
+    const int version = versionOf(database);
     if (version != schema.version)
         throw std::runtime_error("schema version " + std::to_string(version) + " instead of " +
                                  std::to_string(schema.version));
@@ -110,7 +120,7 @@ SQLite::Database open(const Schema& schema, OpenMode mode) {
             database.exec("PRAGMA synchronous = OFF"); // it does not outlive the machine's run
         if (schema.isTemporary)
             requireOwnFile(path);
-        if (create != 0 && isBlank(database))
+        if (isBlank(database) ? create != 0 : lacksTables(database, schema))
             createTables(database, schema);
         verify(database, schema);
         return database;

@@ -3,22 +3,23 @@
 #include "smash-db/indication_tables.h"
 #include "smash-db/inventory_tables.h"
 #include "smash-db/job_tables.h"
+#include "smash-db/message_tables.h"
 #include "smash-db/network_tables.h"
 #include "smash-db/power_tables.h"
 
 namespace smash {
 namespace {
 
-constexpr const Table* smashTables[] = {&sessionTable,           &deviceTable,   &fruTable,
-                                        &compactSdrTable,        &fullSdrTable,  &powerServiceTable,
-                                        &powerCapabilitiesTable, &staticIpTable, &cimxmlFilterTable,
-                                        &cimxmlDestinationTable};
+constexpr const Table* smashTables[] = {&sessionTable,           &deviceTable,      &fruTable,
+                                        &compactSdrTable,        &fullSdrTable,     &powerServiceTable,
+                                        &powerCapabilitiesTable, &staticIpTable,    &cimxmlFilterTable,
+                                        &cimxmlDestinationTable, &eventMessageTable};
 
 constexpr const Table* temporaryTables[] = {&jobTable, &jobSequenceTable, &jobErrorTable};
 
 } // namespace
 
-constexpr Schema smashSchema{"/conf/smash.db", 1, false, smashTables};
+constexpr Schema smashSchema{"/conf/smash.db", 2, false, smashTables};
 // Not "/tmp/smash…": whatever is called so goes when the CLP daemon is started.
 constexpr Schema temporarySchema{"/tmp/method_jobs.db", 1, true, temporaryTables};
 

@@ -44,8 +44,8 @@ const Damage damages[] = {
          fs::resize_file(path, fs::file_size(path) - 1);
      },
      "cut short"},
-    {"ofALaterVersion", [](const fs::path& path) { execute(path, "PRAGMA user_version = 2"); },
-     "schema version 2 instead of 1"},
+    {"ofALaterVersion", [](const fs::path& path) { execute(path, "PRAGMA user_version = 3"); },
+     "schema version 3 instead of 2"},
     {"withoutATable", [](const fs::path& path) { execute(path, "DROP TABLE fru"); }, "no such table: fru"},
     {"withoutAColumn", [](const fs::path& path) { execute(path, "ALTER TABLE fru DROP COLUMN model"); },
      "no such column: model"},
@@ -111,6 +111,34 @@ TEST_F(DatabaseFixture, damageWithinAPageGivesAnErrorInsteadOfRows) {
     EXPECT_EQ(getRow(db_get_fru_by_entity_id, handle, 7), nullptr);
     EXPECT_THAT(db_last_error(), HasSubstr(path.string()));
     EXPECT_EQ(getAll(db_get_all_full_sdrs, handle).count, 0) << "the other tables are in order";
+}
+
+TEST_F(DatabaseFixture, olderVersionGetsTheTablesItLacks) {
+    handle.reset();
+    const auto path = sysroot.place(file);
+    execute(path, "INSERT INTO fru VALUES (7, 1, 'm', 'model', 's', 'p'); DROP TABLE event_message;"
+                  "PRAGMA user_version = 1");
+    handle = openDatabase(db_init);
+    EXPECT_EQ(getRow(db_get_fru_by_entity_id, handle, 7)->model, std::string("model"));
+    std::int32_t id = 0;
+    EXPECT_EQ(db_get_MessageID(handle.get(), "Fan failed", &id), 0) << db_last_error();
+}
+
+TEST_F(DatabaseFixture, messagesKeepTheirNumbers) {
+    const auto idOf = [&](const std::string& description) {
+        std::int32_t id = -1;
+        EXPECT_EQ(db_get_MessageID(handle.get(), description.c_str(), &id), 0) << db_last_error();
+        return id;
+    };
+    EXPECT_EQ(idOf("Fan failed"), 1);
+    EXPECT_EQ(idOf("Unknown"), 2);
+    EXPECT_EQ(idOf("fan failed"), 3);
+    EXPECT_EQ(idOf(std::string(255, 'x')), idOf(std::string(300, 'x'))) << "cut";
+    handle = openDatabase(db_init);
+    EXPECT_EQ(idOf("Fan failed"), 1);
+    std::int32_t id = -1;
+    EXPECT_EQ(db_get_MessageID(handle.get(), nullptr, &id), 1);
+    EXPECT_EQ(id, -1);
 }
 
 TEST_F(DatabaseFixture, lockedFileIsAFailure) {
