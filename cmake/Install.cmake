@@ -21,7 +21,7 @@ function(ph_install folder)
 endfunction()
 
 ph_install(${CMAKE_INSTALL_LIBDIR} ProviderHelper phipmi CIMAPIHooks CIMTRZHooks CIMOEMHooks smashdb phsupport
-           EventLogDes smtp interop_provider)
+           EventLogDes smtp smtp_client interop_provider)
 ph_install(${moduleDir} ProviderHelperProviders)
 ph_install(${CMAKE_INSTALL_BINDIR} phctl)
 
