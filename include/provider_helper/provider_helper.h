@@ -3,6 +3,7 @@
 #define PROVIDER_HELPER_PROVIDER_HELPER_H
 
 #include "provider_helper/accounts.h"
+#include "provider_helper/alert_delivery.h"
 #include "provider_helper/computer_system.h"
 #include "provider_helper/indications.h"
 #include "provider_helper/jobs.h"

@@ -1,5 +1,5 @@
 // The operations of all classes, over their descriptions.
-#include "Utility/array_ptr.h"
+#include "Utility/cmpi_ptr.h"
 #include "Utility/class_family.h"
 #include "Utility/guard.h"
 #include "Utility/request_status.h"
@@ -148,7 +148,7 @@ std::size_t scalarSize(Kind kind) {
 bool setArray(CMPIInstance* instance, const char* name, CMPIArray* array, CMPIType type) {
     if (array == nullptr)
         return false;
-    const ArrayPtr owner(array);
+    const CmpiPtr<CMPIArray> owner(array);
     CMPIValue value{};
     value.array = array;
     return CMSetProperty(instance, name, &value, type).rc == CMPI_RC_OK;
@@ -344,7 +344,7 @@ CMPIArray* instanceArray(const ClassFamily& family, const CMPIObjectPath* ref, c
                instances.emplace_back(buildInstance(family, maker, properties, record).release()) != nullptr;
     });
     CMPIStatus status = success;
-    ArrayPtr array(done ? CMNewArray(broker, static_cast<CMPICount>(instances.size()), CMPI_instance, &status)
+    CmpiPtr<CMPIArray> array(done ? CMNewArray(broker, static_cast<CMPICount>(instances.size()), CMPI_instance, &status)
                         : nullptr);
     if (array == nullptr || status.rc != CMPI_RC_OK)
         return nullptr;

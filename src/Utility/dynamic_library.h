@@ -1,4 +1,4 @@
-// A library opened at run time, closed with its owner.
+// Libraries opened at run time.
 #pragma once
 
 #include "platform/sysroot.h"
@@ -7,20 +7,24 @@
 
 namespace ph {
 
+// By a bare name the dynamic linker searches, an absolute path lies below PH_SYSROOT. nullptr for none.
+inline void* openLibrary(const char* nameOrPath) {
+    char path[4096];
+    if (nameOrPath[0] != '/')
+        return dlopen(nameOrPath, RTLD_LAZY);
+    return PH_SysrootPath(nameOrPath, path, sizeof(path)) == 0 ? dlopen(path, RTLD_LAZY) : nullptr;
+}
+
+// There may be nothing to close: C libraries differ in whether they refuse a null handle or crash.
+inline int closeLibrary(void* library) {
+    return library != nullptr ? dlclose(library) : -1;
+}
+
+// A library that is closed with its owner.
 class DynamicLibrary {
 public:
-    // By a bare name the dynamic linker searches, an absolute path lies below PH_SYSROOT.
-    explicit DynamicLibrary(const char* nameOrPath) {
-        char path[4096];
-        if (nameOrPath[0] != '/')
-            handle_ = dlopen(nameOrPath, RTLD_LAZY);
-        else if (PH_SysrootPath(nameOrPath, path, sizeof(path)) == 0)
-            handle_ = dlopen(path, RTLD_LAZY);
-    }
-    ~DynamicLibrary() {
-        if (handle_ != nullptr)
-            dlclose(handle_);
-    }
+    explicit DynamicLibrary(const char* nameOrPath) : handle_(openLibrary(nameOrPath)) {}
+    ~DynamicLibrary() { closeLibrary(handle_); }
     DynamicLibrary(const DynamicLibrary&) = delete;
     DynamicLibrary& operator=(const DynamicLibrary&) = delete;
 

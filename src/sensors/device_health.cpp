@@ -1,7 +1,7 @@
 // Health of a device by the sensors that watch it.
 #include "provider_helper/tables.h"
 #include "sensors/sensor_family.h"
-#include "Utility/array_ptr.h"
+#include "Utility/cmpi_ptr.h"
 #include "Utility/guard.h"
 
 #include <algorithm>
@@ -59,7 +59,7 @@ int rollUp(const CMPIBroker* broker, const CMPIContext* context, int entityId, i
     if (ref == nullptr)
         return -1;
     const char* properties[] = {"CurrentState", nullptr}; // and the keys
-    const ArrayPtr sensors(PH_Sensor_GetInstArray(ref, broker, context, properties));
+    const CmpiPtr<CMPIArray> sensors(PH_Sensor_GetInstArray(ref, broker, context, properties));
     if (sensors == nullptr)
         return -1;
     int result = -1;

@@ -18,7 +18,8 @@ struct FakePlatform {
 
     int openSessions = 0;
     int openHandles = 0;
-    int sessions = 0;      // opened in all
-    std::vector<int> read; // numbers of the sensors that were read, in order
+    int sessions = 0;             // opened in all
+    std::vector<int> read;        // numbers of the sensors that were read, in order
+    std::vector<unsigned> pauses; // seconds of sleep(), which returns at once
 };
 extern FakePlatform platform;

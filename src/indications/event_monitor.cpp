@@ -1,0 +1,150 @@
+// The monitor thread: from the event pipe to the destinations.
+#include "provider_helper/alert_delivery.h"
+#include "Utility/back_ends.h"
+#include "Utility/cmpi_ptr.h"
+#include "Utility/dynamic_library.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <pthread.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+void* g_InteropLibHandle = nullptr;
+GenerateIndicationResponse GenerateCIMXML = nullptr;
+SendIndications DeliverIndication = nullptr;
+GetBrokerFunction pGetBroker = nullptr;
+GetContextFunction pGetContext = nullptr;
+GetHeapFunction GetHeap = nullptr;
+ReleaseHeapFunction ReleaseHeap = nullptr;
+
+namespace {
+
+constexpr const char* interopLibrary = "/usr/local/lib/libinterop_provider.so";
+constexpr mode_t everyoneWrites = 0666;
+
+// Where the object manager runs, for the life of the thread.
+struct Attachment {
+    const CMPIBroker* broker;
+    const CMPIContext* context;
+};
+
+// Empty when the path is too long.
+struct PipePath {
+    PipePath() {
+        if (PH_SysrootPath(SEL_EVENT_PIPE, text, sizeof(text)) != 0)
+            text[0] = '\0';
+    }
+    char text[4096] = "";
+};
+
+template <class Function>
+void link(Function& function, void* library, const char* symbol) {
+    function = reinterpret_cast<Function>(dlsym(library, symbol));
+}
+
+void deliverMail(const SelEventMessage& message, const AlertRecord& alert) {
+    AlertMailRequest mail{};
+    if (ConvertAlertToMail(&alert, &mail, static_cast<std::uint8_t>(message.destination),
+                           static_cast<std::uint8_t>(message.channel)) == 0)
+        smtp_mail(&mail);
+    explicit_bzero(&mail, sizeof(mail)); // the server's password
+}
+
+void deliverCimxml(const Attachment& attachment, const SelEventMessage& message, const AlertRecord& alert) {
+    ph::Database database;
+    if (GenerateCIMXML == nullptr || DeliverIndication == nullptr || !database.open())
+        return;
+    CimxmlDestinationRow listener{};
+    std::snprintf(listener.name, sizeof(listener.name), "CIMXML-%d", message.destination);
+    CMPIInstance* made = nullptr;
+    if (db_get_listener_destination(database.get(), &listener) != 0 ||
+        Create_AlertIndication_Instance(attachment.broker, attachment.context, &alert, &made, &message) != 0)
+        return;
+    const ph::CmpiPtr<CMPIInstance> indication(made);
+    char* rendered = nullptr;
+    const int result = GenerateCIMXML(indication.get(), &rendered);
+    const ph::HeapPtr<char> text(rendered);
+    if (result == 0 && text != nullptr && *text != '\0')
+        DeliverIndication(listener.destination, text.get());
+}
+
+// A message that cannot be delivered is dropped.
+void deliver(const Attachment& attachment, const SelEventMessage& message) {
+    AlertRecord alert{};
+    if (SelToAlert(&message, &alert, message.destination, message.channel) != 0)
+        return;
+    if (message.kind == SEL_EVENT_TO_MAIL)
+        deliverMail(message, alert);
+    else if (message.kind == SEL_EVENT_TO_CIMXML)
+        deliverCimxml(attachment, message, alert);
+}
+
+// A short message leaves the end of the one before it in the buffer.
+void readMessage(int pipe, SelEventMessage& message) {
+    while (read(pipe, &message, sizeof(message)) <= 0) {
+    }
+}
+
+bool attach(Attachment& attachment) {
+    attachment = {pGetBroker != nullptr ? pGetBroker() : nullptr,
+                  pGetContext != nullptr ? pGetContext() : nullptr};
+    if (attachment.broker == nullptr || attachment.context == nullptr) {
+        std::fputs("QOM Linkage error - Unable to start indication monitor thread \n", stderr);
+        return false;
+    }
+    CBAttachThread(attachment.broker, attachment.context);
+    if (GetHeap == nullptr || GetHeap() == nullptr) {
+        std::fputs("Memory manager asociation failed  - Unable to start indication monitor thread \n",
+                   stderr);
+        return false;
+    }
+    return true;
+}
+
+} // namespace
+
+void PH_Init_Indication(void) {
+    const PipePath pipe;
+    if (access(pipe.text, F_OK) != 0 && mkfifo(pipe.text, everyoneWrites) != 0)
+        std::exit(0);
+    if (g_InteropLibHandle != nullptr)
+        return;
+    g_InteropLibHandle = ph::openLibrary(interopLibrary);
+    if (g_InteropLibHandle == nullptr)
+        return;
+    link(GenerateCIMXML, g_InteropLibHandle, "qom_generate_indication_response");
+    link(DeliverIndication, g_InteropLibHandle, "qom_send_indications");
+    // These are the object manager's, found only when it has made them visible to the whole process.
+    link(pGetBroker, RTLD_DEFAULT, "GetBroker");
+    link(pGetContext, RTLD_DEFAULT, "GetContext");
+    link(GetHeap, RTLD_DEFAULT, "qom_get_heap");
+    link(ReleaseHeap, RTLD_DEFAULT, "qom_release_heap");
+}
+
+void* ReadSELEvents_And_Deliver(void* /*unused*/) {
+    pthread_detach(pthread_self());
+    SelEventMessage message{};
+    // Open for writing too, so that the pipe never ends when its last writer closes it.
+    const int pipe = open(PipePath().text, O_RDWR | O_CLOEXEC);
+    if (pipe < 0)
+        return nullptr;
+    Attachment attachment{};
+    if (!attach(attachment)) {
+        close(pipe);
+        return nullptr;
+    }
+    for (;;) {
+        readMessage(pipe, message);
+        deliver(attachment, message);
+    }
+}
+
+void PH_Delete_Pipe(void) {
+    unlink(PipePath().text);
+    // A library that was linked stays: the monitor thread is still in it.
+    if (g_InteropLibHandle == nullptr)
+        ph::closeLibrary(g_InteropLibHandle);
+}

@@ -1,0 +1,75 @@
+// The CIM_Sensor instances that events come from.
+#include "provider_helper/alert_delivery.h"
+
+#include <cmpimacs.h>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+constexpr int defaultSensor = 5; // stands for sensor 0
+
+// nullptr for NULL.
+const char* textOf(const CMPIString* string) {
+    return string != nullptr ? CMGetCharsPtr(string, nullptr) : nullptr;
+}
+
+void copyBounded(char* buffer, int size, const char* text) {
+    if (size > 0)
+        std::snprintf(buffer, static_cast<std::size_t>(size), "%s", text != nullptr ? text : "");
+}
+
+} // namespace
+
+CMPIEnumeration* CacheSensorInstances(const CMPIBroker* broker, const CMPIContext* context) {
+    const CMPIObjectPath* path = CMNewObjectPath(broker, "root/cimv2", "CIM_Sensor", nullptr);
+    return path != nullptr ? CBEnumInstances(broker, context, path, nullptr, nullptr) : nullptr;
+}
+
+CMPIInstance* GetSpecificEventSensorObjectInstances(int sensorNumber, CMPIEnumeration* sensors) {
+    const int wanted = sensorNumber != 0 ? sensorNumber : defaultSensor;
+    while (sensors != nullptr && CMHasNext(sensors, nullptr)) {
+        CMPIStatus status{CMPI_RC_OK, nullptr};
+        const CMPIData data = CMGetNext(sensors, &status);
+        if (status.rc != CMPI_RC_OK)
+            return nullptr;
+        char deviceId[256];
+        if (data.type != CMPI_instance || data.value.inst == nullptr)
+            continue;
+        get_cmpi_str_property_value(data.value.inst, "DeviceID", deviceId, sizeof(deviceId));
+        if (IsEventingSensor(deviceId, wanted) == 1)
+            return data.value.inst;
+    }
+    return nullptr;
+}
+
+int IsEventingSensor(const char* deviceId, int sensorNumber) {
+    PHSensorDeviceId parts;
+    ReturnParsedSensorDeviceID(deviceId, &parts);
+    return parts.sensorNumber[0] != '\0' && std::strtol(parts.sensorNumber, nullptr, 10) == sensorNumber;
+}
+
+int ReturnParsedSensorDeviceID(const char* deviceId, PHSensorDeviceId* parts) {
+    return PH_Parse_Sensor_DeviceID(deviceId, parts);
+}
+
+int get_cmpi_str_property_value(const CMPIInstance* instance, const char* name, char* buffer, int size) {
+    CMPIStatus status{CMPI_RC_OK, nullptr};
+    const CMPIData data = CMGetProperty(instance, name, &status);
+    const bool isText = status.rc == CMPI_RC_OK && data.type == CMPI_string && data.state == CMPI_goodValue;
+    copyBounded(buffer, size, isText ? textOf(data.value.string) : nullptr);
+    return 0;
+}
+
+int get_alerting_managed_element_from_instance(const CMPIInstance* instance, const char* name, char* buffer,
+                                               int size, char* path, int pathSize) {
+    get_cmpi_str_property_value(instance, name, buffer, size);
+    CMPIStatus status{CMPI_RC_OK, nullptr};
+    const CMPIObjectPath* objectPath = CMGetObjectPath(instance, &status);
+    const char* const text = objectPath != nullptr && status.rc == CMPI_RC_OK
+                                 ? textOf(objectPath->ft->toString(objectPath, nullptr))
+                                 : nullptr;
+    copyBounded(path, pathSize, text);
+    return text != nullptr ? 0 : -1;
+}

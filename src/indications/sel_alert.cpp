@@ -1,0 +1,167 @@
+// An event of the BMC's log as an alert.
+#include "provider_helper/alert_delivery.h"
+#include "provider_helper/tables.h"
+#include "Utility/back_ends.h"
+#include "Utility/dynamic_library.h"
+#include "Utility/guard.h"
+#include "Utility/record_fields.h"
+
+#include <cstdio>
+#include <strings.h>
+
+void* handle = nullptr;
+
+namespace {
+
+constexpr const char* descriptionLibrary = "/usr/local/lib/libEventLogDes.so";
+constexpr int otherFormat = 1; // DMTF AlertingElementFormat
+constexpr int deviceAlert = 5; // DMTF AlertType
+
+// A SEL record, see cim_sel.h.
+int recordId(const std::uint8_t* record) {
+    return record[0] | record[1] << 8;
+}
+std::uint32_t eventTime(const std::uint8_t* record) {
+    return record[3] | record[4] << 8 | record[5] << 16 | static_cast<std::uint32_t>(record[6]) << 24;
+}
+std::uint8_t sensorType(const std::uint8_t* record) {
+    return record[10];
+}
+std::uint8_t sensorNumber(const std::uint8_t* record) {
+    return record[11];
+}
+bool isDeassertion(const std::uint8_t* record) {
+    return (record[12] & 0x80) != 0;
+}
+// The others have no severity of their own.
+bool hasSeverity(const std::uint8_t* record) {
+    const int eventType = record[12] & 0x7F;
+    return eventType == 0x01 || eventType == 0x07;
+}
+
+const SensorRecord& commonOf(const SensorRecord& record) {
+    return record;
+}
+const SensorRecord& commonOf(const NumericSensorRecord& record) {
+    return record.sensor;
+}
+
+// ElementName is "<name>(<number>.<owner>.<LUN>)".
+bool hasNumber(const char* elementName, int number) {
+    const char* const bracket = std::strchr(elementName, '(');
+    int found = 0;
+    return bracket != nullptr && std::sscanf(bracket, "(%d", &found) == 1 && found == number;
+}
+
+// Names the first of a class's sensors that has the event's number. -1 when they cannot be read.
+template <class Record>
+int nameSensor(int (*enumerate)(Record**, int*, int), void (*clean)(Record**, int),
+               const std::uint8_t* record, AlertRecord& alert) {
+    Record* sensors = nullptr;
+    int count = 0;
+    if (enumerate(&sensors, &count, 0) != 0)
+        return -1;
+    for (int i = 0; i < count; ++i) {
+        const char* const name = commonOf(sensors[i]).ElementName;
+        if (!hasNumber(name, sensorNumber(record)))
+            continue;
+        std::snprintf(alert.AlertingManagedElement, sizeof(alert.AlertingManagedElement), "%d:%d",
+                      sensorType(record), sensorNumber(record));
+        ph::copyText(alert.MessageArguments[0], name);
+        break;
+    }
+    clean(&sensors, count);
+    return 0;
+}
+
+void closeDescriptions() {
+    ph::closeLibrary(handle);
+    handle = nullptr;
+}
+
+int describe(const char* entry, const std::uint8_t* record, char* text) {
+    text[0] = '\0';
+    const auto function = handle != nullptr ? reinterpret_cast<EventText>(dlsym(handle, entry)) : nullptr;
+    if (function == nullptr) {
+        closeDescriptions();
+        return -1;
+    }
+    if (function(record, text) != 0)
+        text[0] = '\0';
+    return 0;
+}
+
+struct EventTexts {
+    char sensorType[EVENT_TEXT_SIZE] = "";
+    char severity[EVENT_TEXT_SIZE] = "";
+    char description[EVENT_TEXT_SIZE] = "";
+};
+
+// A missing text ends the queries: the library is then none that can describe events.
+void describeEvent(const std::uint8_t* record, EventTexts& texts) {
+    handle = ph::openLibrary(descriptionLibrary);
+    if (get_sensor_type(record, texts.sensorType) == 0 &&
+        (!hasSeverity(record) || get_alert_severity_level(record, texts.severity) == 0))
+        get_description(record, texts.description);
+    closeDescriptions();
+}
+
+void setSeverity(AlertRecord& alert, const char* text) {
+    for (const PHEventSeverity& row : EveSeverity)
+        if (strncasecmp(row.name, text, sizeof(alert.PerceivedSeverity)) == 0) {
+            std::snprintf(alert.PerceivedSeverity, sizeof(alert.PerceivedSeverity), "%d (%.48s)",
+                          static_cast<int>(row.severity), text);
+            return;
+        }
+}
+
+} // namespace
+
+int get_sensor_type(const uint8_t* record, char* text) {
+    return describe("FindSensorType", record, text);
+}
+
+int get_alert_severity_level(const uint8_t* record, char* text) {
+    return describe("AlertSeverityLevel", record, text);
+}
+
+int get_description(const uint8_t* record, char* text) {
+    return describe("SELLog", record, text);
+}
+
+int get_message_id(const char* description) {
+    return ph::guarded(-1, [&] {
+        const bool isMissing = description == nullptr || *description == '\0';
+        ph::Database database;
+        std::int32_t id = -1;
+        return database.open() &&
+                       db_get_MessageID(database.get(), isMissing ? "Unknown" : description, &id) == 0
+                   ? id
+                   : -1;
+    });
+}
+
+int SelToAlert(const SelEventMessage* message, AlertRecord* alert, int destination, int channel) {
+    const std::uint8_t* const record = message->record;
+    alert->EventTime = eventTime(record);
+    alert->argumentCount = ALERT_ARGUMENTS;
+    // A number that both kinds of sensors have means the numeric one.
+    if (nameSensor(PH_Enum_All_Sensor, PH_Clean_Sensor, record, *alert) != 0 ||
+        nameSensor(PH_Enum_All_NumericSensor, PH_Clean_NumericSensor, record, *alert) != 0)
+        return -1;
+    std::snprintf(alert->EventID, sizeof(alert->EventID), "%02x", recordId(record));
+    auto& arguments = alert->MessageArguments;
+    std::snprintf(arguments[1], sizeof(arguments[1]), "%d", channel);
+    std::snprintf(arguments[2], sizeof(arguments[2]), "%d", destination);
+    ph::copyText(arguments[3], isDeassertion(record) ? "Deasserted" : "Asserted");
+    EventTexts texts;
+    describeEvent(record, texts);
+    ph::copyText(arguments[4], texts.sensorType);
+    setSeverity(*alert, texts.severity);
+    ph::copyText(alert->Description, texts.description);
+    std::snprintf(alert->MessageID, sizeof(alert->MessageID), "%d", get_message_id(texts.description));
+    alert->AlertingElementFormat = otherFormat;
+    alert->AlertType = deviceAlert;
+    ph::copyText(alert->OwningEntity, "TRZ");
+    return 0;
+}

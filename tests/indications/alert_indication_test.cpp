@@ -1,0 +1,217 @@
+// Alerts as CIM_AlertIndication, and their delivery through the broker and the alert pipe.
+#include "delivery_fixture.h"
+#include "elapsed.h"
+
+#include <cmpimacs.h>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+using broker::Instance;
+using broker::Reply;
+using broker::Value;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+AlertRecord fullAlert() {
+    AlertRecord alert{};
+    alert.argumentCount = ALERT_ARGUMENTS;
+    std::strcpy(alert.Description, "Upper Critical - going high");
+    std::strcpy(alert.EventID, "12a");
+    std::strcpy(alert.AlertingManagedElement, "1:26");
+    alert.AlertingElementFormat = 1;
+    alert.AlertType = 5;
+    std::strcpy(alert.PerceivedSeverity, "6 (Critical)");
+    std::strcpy(alert.OwningEntity, "TRZ");
+    alert.EventTime = 4294; // seconds: the last whole one whose microseconds fit
+    std::strcpy(alert.MessageID, "12");
+    for (int i = 0; i < ALERT_ARGUMENTS; ++i)
+        std::snprintf(alert.MessageArguments[i], sizeof alert.MessageArguments[i], "argument %d", i);
+    return alert;
+}
+
+class AlertIndications : public DeliveryFixture {
+protected:
+    // Nothing when the function fails.
+    std::optional<Instance> indicationOf(const AlertRecord& alert) {
+        broker::Scope scope(broker);
+        const SelEventMessage message = thresholdEvent();
+        CMPIInstance* made = nullptr;
+        const std::size_t before = broker.liveObjects();
+        const int result =
+            Create_AlertIndication_Instance(broker.handle(), scope.makeContext(), &alert, &made, &message);
+        EXPECT_EQ(result, made != nullptr ? 0 : 1);
+        std::optional<Instance> instance;
+        if (made != nullptr) {
+            instance = broker::toInstance(made);
+            CMRelease(made);
+        }
+        // The monitor's thread lives as long as the process: what it makes does not go by itself.
+        EXPECT_EQ(broker.liveObjects(), before + 1) << "all but the context is released";
+        return instance;
+    }
+};
+
+std::vector<std::string> namesOf(const Instance& instance) {
+    std::vector<std::string> names;
+    for (const auto& property : instance.properties)
+        names.push_back(property.name);
+    return names;
+}
+
+TEST_F(AlertIndications, haveTheAlertsProperties) {
+    const Instance indication = indicationOf(fullAlert()).value();
+    EXPECT_EQ(indication.path, path("root/interop", "CIM_AlertIndication"));
+    const broker::NamedValues expected = {
+        {"IndicationTime", {CMPI_dateTime, broker::DateTime{.microseconds = 4294000000}}},
+        {"Description", {CMPI_string, "Upper Critical - going high"}},
+        {"EventID", {CMPI_string, "12a"}},
+        {"AlertingElementFormat", {CMPI_uint16, std::uint64_t{1}}},
+        {"AlertType", {CMPI_uint16, std::uint64_t{5}}},
+        {"PerceivedSeverity", {CMPI_string, "6 (Critical)"}},
+        {"OwningEntity", {CMPI_string, "TRZ"}},
+        {"MessageID", {CMPI_string, "12"}},
+        {"AlertingManagedElement", {CMPI_string, "1:26"}},
+    };
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        EXPECT_EQ(indication.properties.at(i).name, expected[i].name);
+        EXPECT_EQ(indication.properties.at(i), expected[i])
+            << broker::toText(indication.properties.at(i).value);
+    }
+    ASSERT_EQ(indication.properties.size(), expected.size() + 1);
+    EXPECT_EQ(indication.properties.back().name, "MessageArguments");
+    EXPECT_EQ(broker::toText(indication.properties.back().value),
+              R"({"argument 0", "argument 1", "argument 2", "argument 3", "argument 4"})");
+}
+
+TEST_F(AlertIndications, leaveOutWhatIsEmptyButTheSeverity) {
+    AlertRecord empty{};
+    empty.argumentCount = ALERT_ARGUMENTS;
+    const Instance indication = indicationOf(empty).value();
+    EXPECT_THAT(namesOf(indication),
+                ElementsAre("AlertingElementFormat", "AlertType", "PerceivedSeverity", "MessageArguments"));
+    EXPECT_EQ(broker::toText(*broker::find(indication.properties, "PerceivedSeverity")), "");
+}
+
+TEST_F(AlertIndications, countMicrosecondsIn32Bits) {
+    AlertRecord alert = fullAlert();
+    for (const auto& [seconds, microseconds] : std::initializer_list<std::pair<std::uint32_t, std::uint64_t>>{
+             {4295, 32704}, {0x66322EC0, 0x66322EC0ULL * 1000000 % (1ULL << 32)}}) {
+        alert.EventTime = seconds;
+        const Instance indication = indicationOf(alert).value();
+        EXPECT_EQ(indication.properties.at(0).value.as<broker::DateTime>()->microseconds, microseconds);
+    }
+}
+
+TEST_F(AlertIndications, failWhenTheBrokerDoes) {
+    for (const char* call : {"newObjectPath", "newInstance", "newDateTimeFromBinary", "newString", "newArray",
+                             "setElementAt", "setProperty"})
+        for (unsigned nth = 1;; ++nth) {
+            SCOPED_TRACE(std::string(call) + ' ' + std::to_string(nth));
+            broker.resetCalls();
+            ASSERT_TRUE(indicationOf(fullAlert()).has_value());
+            if (nth > broker.calls(call))
+                break;
+            broker.resetCalls();
+            broker.failCall(call, nth);
+            EXPECT_FALSE(indicationOf(fullAlert()).has_value());
+        }
+}
+
+class BrokerDelivery : public DeliveryFixture {
+protected:
+    int deliver() {
+        broker::Scope scope(broker);
+        const CMPIInstance* indication =
+            scope.make(Instance{.path = path("root/interop", "CIM_AlertIndication"), .properties = {}});
+        return Deliver_SEL_Indication(broker.handle(), scope.makeContext(), indication);
+    }
+    // The indication service of the object manager, with these properties.
+    void serve(broker::NamedValues policy) {
+        broker.setRouter([this, policy = std::move(policy)](const broker::Request& request) {
+            EXPECT_EQ(request.path, path("root/interop", "CIM_IndicationService"));
+            Reply reply;
+            reply.instances = {{.path = request.path, .properties = policy}};
+            return reply;
+        });
+    }
+    static broker::NamedValues policy(std::uint64_t attempts, std::uint64_t seconds) {
+        return {{"DeliveryRetryAttempts", {CMPI_uint16, attempts}},
+                {"DeliveryRetryInterval", {CMPI_uint32, seconds}}};
+    }
+    // Deliveries fail so many times; where they went.
+    void failDeliveries(std::size_t times) {
+        broker.setIndicationHandler([this, times](const std::string& nameSpace, const Instance&) {
+            nameSpaces.push_back(nameSpace);
+            if (nameSpaces.size() <= times)
+                throw std::runtime_error("listener is gone");
+        });
+    }
+    std::vector<std::string> nameSpaces;
+};
+
+TEST_F(BrokerDelivery, isDoneAtOnceWhereItWorks) {
+    failDeliveries(0);
+    EXPECT_EQ(deliver(), 0);
+    EXPECT_THAT(nameSpaces, ElementsAre("root/interop"));
+    EXPECT_THAT(platform.pauses, IsEmpty());
+}
+
+TEST_F(BrokerDelivery, isTriedAgainAsTheServiceSays) {
+    serve(policy(3, 20));
+    failDeliveries(2);
+    EXPECT_EQ(deliver(), 0);
+    EXPECT_THAT(nameSpaces, ElementsAre("root/interop", "root/cimv2", "root/cimv2"));
+    EXPECT_THAT(platform.pauses, ElementsAre(20U, 20U));
+
+    nameSpaces.clear();
+    platform.pauses.clear();
+    failDeliveries(9);
+    EXPECT_EQ(deliver(), 1);
+    EXPECT_THAT(platform.pauses, ElementsAre(20U, 20U, 20U));
+}
+
+TEST_F(BrokerDelivery, isNotTriedAgainWithoutAPolicy) {
+    failDeliveries(9);
+    EXPECT_EQ(deliver(), 1) << "no indication service";
+    serve(policy(0, 20));
+    EXPECT_EQ(deliver(), 1);
+    serve({});
+    EXPECT_EQ(deliver(), 1);
+    EXPECT_THAT(platform.pauses, IsEmpty());
+}
+
+class AlertPipe : public DeliveryFixture {
+protected:
+    const std::string pipe = sysroot.place("/tmp/Alert_fifo");
+    const std::string message = std::string(ALERT_PIPE_MESSAGE_SIZE, 'm');
+};
+
+TEST_F(AlertPipe, takesWholeMessages) {
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
+    SendIndication(message.c_str());
+    char received[2 * ALERT_PIPE_MESSAGE_SIZE];
+    EXPECT_EQ(read(reader, received, sizeof received), ALERT_PIPE_MESSAGE_SIZE);
+    close(reader);
+}
+
+TEST_F(AlertPipe, isNotWaitedFor) {
+    SendIndication(message.c_str()); // no pipe
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_LT(seconds([&] { SendIndication(message.c_str()); }), 5) << "nobody reads from it";
+    const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
+    EXPECT_LT(seconds([&] {
+                  for (int i = 0; i < 100; ++i) // more than it holds
+                      SendIndication(message.c_str());
+              }),
+              5);
+    close(reader);
+    EXPECT_THAT(delivery.debugLines, testing::Contains("134 SendIndication - Opening pipe failed").Times(2));
+    EXPECT_THAT(delivery.debugLines, testing::Contains("134 SendIndication - Write on pipe failed"));
+}
+
+} // namespace

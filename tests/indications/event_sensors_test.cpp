@@ -1,0 +1,72 @@
+// Sensor instances by the numbers of events.
+#include "delivery_fixture.h"
+
+#include <cmpimacs.h>
+
+namespace {
+
+using broker::Instance;
+using broker::Value;
+
+class EventSensors : public DeliveryFixture {
+protected:
+    // The broker's sensors have these DeviceIDs.
+    void serve(std::vector<std::string> deviceIds) {
+        broker.setRouter([this, deviceIds = std::move(deviceIds)](const broker::Request& request) {
+            EXPECT_EQ(request.path, path("root/cimv2", "CIM_Sensor"));
+            broker::Reply reply;
+            for (const std::string& id : deviceIds) {
+                Instance sensor{.path = request.path, .properties = {}};
+                if (!id.empty())
+                    sensor.properties = {{"DeviceID", {CMPI_string, id}}};
+                reply.instances.push_back(std::move(sensor));
+            }
+            return reply;
+        });
+    }
+    // The DeviceID of the first sensor with this number, "none" without one.
+    std::string find(int number) {
+        broker::Scope scope(broker);
+        CMPIEnumeration* sensors = CacheSensorInstances(broker.handle(), scope.makeContext());
+        const CMPIInstance* sensor = GetSpecificEventSensorObjectInstances(number, sensors);
+        return sensor != nullptr ? broker::toText(broker::toInstance(sensor).properties.at(0).value) : "none";
+    }
+};
+
+TEST_F(EventSensors, areFoundByNumber) {
+    serve({"", "odd", "32.1.0.1.01.99:Fan", "32.26.0.1.01.99:Inlet", "32.26.0.1.01.99:Second",
+           "32.5.0.1.01.99:Five"});
+    EXPECT_EQ(find(26), "32.26.0.1.01.99:Inlet");
+    EXPECT_EQ(find(1), "32.1.0.1.01.99:Fan");
+    EXPECT_EQ(find(0), "32.5.0.1.01.99:Five") << "0 stands for 5";
+    EXPECT_EQ(find(2), "none");
+    broker.setRouter([](const broker::Request&) { return broker::Reply{.code = CMPI_RC_ERR_FAILED}; });
+    EXPECT_EQ(find(26), "none");
+}
+
+TEST_F(EventSensors, tellTheirTextsAndPaths) {
+    broker::Scope scope(broker);
+    Instance sensor{
+        .path = path("root/cimv2", "CIM_Sensor"),
+        .properties = {{"Name", {CMPI_string, "Inlet Temp"}}, {"Number", {CMPI_uint16, std::uint64_t{3}}}}};
+    sensor.path.keys = {{"DeviceID", {CMPI_string, "32.26.0.1.01.99:Inlet"}}};
+    const CMPIInstance* instance = scope.make(sensor);
+    char text[8] = "before";
+    char place[256] = "before";
+    EXPECT_EQ(
+        get_alerting_managed_element_from_instance(instance, "Name", text, sizeof text, place, sizeof place),
+        0);
+    EXPECT_STREQ(text, "Inlet T") << "cut";
+    EXPECT_EQ(place, broker::toText(sensor.path));
+    for (const char* other : {"Number", "Missing"}) {
+        EXPECT_EQ(get_cmpi_str_property_value(instance, other, text, sizeof text), 0);
+        EXPECT_STREQ(text, "");
+    }
+    broker.failCall("getObjectPath", 1);
+    EXPECT_EQ(
+        get_alerting_managed_element_from_instance(instance, "Name", text, sizeof text, place, sizeof place),
+        -1);
+    EXPECT_STREQ(place, "");
+}
+
+} // namespace
