@@ -1,6 +1,7 @@
-// The CMPI provider module: one instance and method provider for every class of libProviderHelper. A
-// request's class name finds the library's function at run time, so a class that the library gains needs
-// nothing here.
+// The CMPI provider module: one instance and method provider for every class of libProviderHelper, and the
+// provider of its indications. A request's class name finds the library's function at run time, so a class
+// that the library gains needs nothing here.
+#include "indication_provider.h"
 #include "provider_helper/provider_helper.h"
 
 #include <cmpimacs.h>
@@ -9,6 +10,7 @@
 #include <mutex>
 #include <new>
 #include <string_view>
+#include <type_traits>
 
 namespace {
 
@@ -138,7 +140,9 @@ template <class MI, class Functions>
 MI* create(const Functions& functions, const CMPIBroker* broker, const CMPIContext* context, const char* name,
            CMPIStatus* status) {
     initialiseOnce(broker, context, name, status);
-    MI* mi = new (std::nothrow) MI{.hdl = broker, .ft = &functions};
+    MI* mi = nullptr;
+    if (!std::is_same_v<MI, CMPIIndicationMI> || startMonitor())
+        mi = new (std::nothrow) MI{.hdl = broker, .ft = &functions};
     if (status != nullptr)
         *status = {mi != nullptr ? CMPI_RC_OK : CMPI_RC_ERR_FAILED, nullptr};
     return mi;
@@ -164,4 +168,5 @@ MI* create(const Functions& functions, const CMPIBroker* broker, const CMPIConte
 extern "C" {
 ENTRY_POINTS(Instance, instanceFunctions)
 ENTRY_POINTS(Method, methodFunctions)
+ENTRY_POINTS(Indication, indicationFunctions)
 }

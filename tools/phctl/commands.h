@@ -12,6 +12,7 @@ using Chosen = std::function<int()>;
 void addInstanceCommands(CLI::App& app, Chosen& chosen);
 void addMethodCommand(CLI::App& app, Chosen& chosen);
 void addClassesCommand(CLI::App& app, Chosen& chosen);
+void addMonitorCommand(CLI::App& app, Chosen& chosen);
 void addSyncCommand(CLI::App& app, Chosen& chosen);
 void addBmcCommand(CLI::App& app, Chosen& chosen);
 // Parts of it.

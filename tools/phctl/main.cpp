@@ -61,6 +61,7 @@ int run(int argc, char** argv) {
     addInstanceCommands(app, chosen);
     addMethodCommand(app, chosen);
     addClassesCommand(app, chosen);
+    addMonitorCommand(app, chosen);
     addSyncCommand(app, chosen);
     addBmcCommand(app, chosen);
     try {

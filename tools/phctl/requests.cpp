@@ -3,17 +3,11 @@
 #include "database.h"
 #include "errors.h"
 #include "names.h"
+#include "provider_output.h"
 #include "text_layout.h"
 
-#include <cerrno>
-#include <cstdio>
-#include <cstdlib>
-#include <fcntl.h>
-#include <filesystem>
 #include <iostream>
 #include <string_view>
-#include <system_error>
-#include <unistd.h>
 
 namespace phctl {
 namespace {
@@ -22,16 +16,12 @@ namespace fs = std::filesystem;
 
 constexpr char moduleName[] = "libProviderHelperProviders.so";
 
-// Beside the program in a build tree, in the module folder of an installation.
 std::string findModule() {
-    const fs::path programs = fs::read_symlink("/proc/self/exe").parent_path();
-    for (const char* folder : {"../lib", PH_MODULE_DIR, "../lib/cmpi", "."}) {
-        const fs::path file = programs / folder / moduleName;
-        if (exists(file))
-            return file.lexically_normal();
-    }
-    throw Failure(std::string("the provider module ") + moduleName + " is not installed beside " +
-                  programs.string() + ": name it with --module");
+    const fs::path file = installedLibrary(moduleName);
+    if (file.empty())
+        throw Failure(std::string("the provider module ") + moduleName +
+                      " is not installed beside phctl: name it with --module");
+    return file;
 }
 
 // Some messages of providers end with blanks or a line end.
@@ -53,43 +43,6 @@ std::string failureText(const broker::Request& request, const broker::Reply& rep
     return text;
 }
 
-// While it lives, what providers print does not mix with our output: an object manager has no output either.
-// It goes to stderr for who debugs them, and nowhere otherwise.
-class ProviderOutput {
-public:
-    ProviderOutput() {
-        std::cout.flush();
-        std::fflush(stdout);
-        const char* debug = std::getenv("DEBUG_PROVIDER");
-        const bool isWanted = debug != nullptr && std::string_view(debug) == "YES";
-        const Descriptor target(isWanted ? dup(STDERR_FILENO) : ::open("/dev/null", O_WRONLY | O_CLOEXEC));
-        if (!own_ || !target || dup2(target.get(), STDOUT_FILENO) < 0)
-            throw std::system_error(errno, std::generic_category(), "cannot redirect the providers' output");
-    }
-    ~ProviderOutput() {
-        std::fflush(stdout);
-        dup2(own_.get(), STDOUT_FILENO);
-    }
-    ProviderOutput(const ProviderOutput&) = delete;
-    ProviderOutput& operator=(const ProviderOutput&) = delete;
-
-private:
-    class Descriptor {
-    public:
-        explicit Descriptor(int number) : number_(number) {}
-        ~Descriptor() { ::close(number_); }
-        Descriptor(const Descriptor&) = delete;
-        Descriptor& operator=(const Descriptor&) = delete;
-        explicit operator bool() const { return number_ >= 0; }
-        int get() const { return number_; }
-
-    private:
-        int number_;
-    };
-
-    const Descriptor own_{fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0)};
-};
-
 // The library waits for a BMC that may still be starting. A virtual one is made by nobody but the user.
 void requireVirtualBmc() {
     if (const auto row = sessionRow())
@@ -97,6 +50,16 @@ void requireVirtualBmc() {
 }
 
 } // namespace
+
+fs::path installedLibrary(const char* name) {
+    const fs::path programs = fs::read_symlink("/proc/self/exe").parent_path();
+    const fs::path modules = programs / PH_MODULE_DIR;
+    for (const fs::path& folder :
+         {programs / "../lib", modules, modules / "..", programs / "../lib/cmpi", programs})
+        if (exists(folder / name))
+            return (folder / name).lexically_normal();
+    return {};
+}
 
 void RequestOptions::addTo(CLI::App& command) {
     command.add_flag("--json", json, "Print JSON");

@@ -6,6 +6,7 @@
 #include "log_progress.h"
 
 #include <CLI/CLI.hpp>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -34,6 +35,10 @@ private:
     std::string text_;
 };
 
+// Where the installation, or the build tree, of this program has a library: in its library folder or that of
+// provider modules. Empty when it is in neither.
+std::filesystem::path installedLibrary(const char* name);
+
 class Requester {
 public:
     explicit Requester(const RequestOptions& options);
@@ -41,6 +46,8 @@ public:
     // Executes the request, and shows progress where it reads a long log. Remarks go to stderr, with the
     // error when it fails. Throws Failure.
     broker::Reply execute(const broker::Request& request, const Remarks& remarks = {});
+
+    broker::Broker& broker() { return broker_; }
 
 private:
     std::shared_ptr<LogProgress> progress_;

@@ -153,6 +153,17 @@ void writeClass(std::ostream& mof, const ClassFamily& family) {
     mof << "};\n\n";
 }
 
+// What the indication provider delivers; no class family, because nobody asks for instances of it.
+constexpr const char* indicationClass = "CIM_AlertIndication";
+
+// `types` are those of PG_ProviderCapabilities.ProviderType.
+void writeCapabilities(std::ostream& mof, const char* className, const char* nameSpace, const char* types) {
+    mof << "instance of PG_ProviderCapabilities\n{\n    ProviderModuleName = \"ProviderHelperModule\";\n"
+           "    ProviderName = \"ProviderHelper\";\n    CapabilityID = \""
+        << className << "\";\n    ClassName = \"" << className << "\";\n    Namespaces = {\"" << nameSpace
+        << "\"};\n    ProviderType = " << types << "\n};\n\n";
+}
+
 void writeModule(std::ostream& mof) {
     mof << "instance of PG_ProviderModule\n{\n    Name = \"ProviderHelperModule\";\n"
            "    Location = \"ProviderHelperProviders\";\n    Vendor = \"provider-helper\";\n"
@@ -161,17 +172,19 @@ void writeModule(std::ostream& mof) {
            "instance of PG_Provider\n{\n    ProviderModuleName = \"ProviderHelperModule\";\n"
            "    Name = \"ProviderHelper\";\n};\n\n";
     for (const ClassFamily* family : ph::allClasses())
-        mof << "instance of PG_ProviderCapabilities\n{\n    ProviderModuleName = \"ProviderHelperModule\";\n"
-               "    ProviderName = \"ProviderHelper\";\n    CapabilityID = \""
-            << family->name << "\";\n    ClassName = \"" << family->name
-            << "\";\n    Namespaces = {\"root/cimv2\"};\n    ProviderType = {2, 5}; // instance, "
-               "method\n};\n\n";
+        writeCapabilities(mof, family->name, "root/cimv2", "{2, 5}; // instance, method");
+    writeCapabilities(mof, indicationClass, "root/interop", "{4}; // indication");
+}
+
+void writeSection(std::ostream& reg, const char* className, const char* nameSpace, const char* types) {
+    reg << "[" << className << "]\n   provider: ProviderHelper\n   location: ProviderHelperProviders\n"
+        << "   type: " << types << "\n   namespace: " << nameSpace << "\n#\n";
 }
 
 void writeRegistration(std::ostream& reg) {
     for (const ClassFamily* family : ph::allClasses())
-        reg << "[" << family->name << "]\n   provider: ProviderHelper\n   location: ProviderHelperProviders\n"
-            << "   type: instance method\n   namespace: root/cimv2\n#\n";
+        writeSection(reg, family->name, "root/cimv2", "instance method");
+    writeSection(reg, indicationClass, "root/interop", "indication");
 }
 
 } // namespace

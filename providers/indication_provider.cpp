@@ -1,0 +1,70 @@
+#include "indication_provider.h"
+
+#include "provider_helper/alert_delivery.h"
+
+#include <mutex>
+#include <pthread.h>
+#include <strings.h>
+
+namespace {
+
+bool startThread() {
+    PH_Init_Indication();
+    pthread_t monitor; // detaches itself
+    return pthread_create(&monitor, nullptr, ReadSELEvents_And_Deliver, nullptr) == 0;
+}
+
+CMPIStatus cleanUp(CMPIIndicationMI* mi, const CMPIContext*, CMPIBoolean) {
+    PH_Delete_Pipe();
+    delete mi;
+    return {CMPI_RC_OK, nullptr};
+}
+
+// A filter may name the class or one that it derives from.
+CMPIStatus authorizeFilter(CMPIIndicationMI*, const CMPIContext*, const CMPISelectExp*, const char* className,
+                           const CMPIObjectPath*, const char*) {
+    for (const char* served : {"CIM_AlertIndication", "CIM_ProcessIndication", "CIM_Indication"})
+        if (className != nullptr && strcasecmp(className, served) == 0)
+            return {CMPI_RC_OK, nullptr};
+    return {CMPI_RC_ERR_INVALID_CLASS, nullptr};
+}
+
+// Alerts come by themselves.
+CMPIStatus mustPoll(CMPIIndicationMI*, const CMPIContext*, const CMPIResult*, const CMPISelectExp*,
+                    const char*, const CMPIObjectPath*) {
+    return {CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
+}
+
+// Where alerts go is a matter of the BMC's filters and destinations, whoever subscribes at the object
+// manager.
+CMPIStatus activateFilter(CMPIIndicationMI*, const CMPIContext*, const CMPISelectExp*, const char*,
+                          const CMPIObjectPath*, CMPIBoolean) {
+    return {CMPI_RC_OK, nullptr};
+}
+
+CMPIStatus enableOrDisable(CMPIIndicationMI*, const CMPIContext*) {
+    return {CMPI_RC_OK, nullptr};
+}
+
+} // namespace
+
+constexpr CMPIIndicationMIFT indicationFunctions{.ftVersion = CMPICurrentVersion,
+                                                 .miVersion = CMPICurrentVersion,
+                                                 .miName = "ProviderHelper",
+                                                 .cleanup = cleanUp,
+                                                 .authorizeFilter = authorizeFilter,
+                                                 .mustPoll = mustPoll,
+                                                 .activateFilter = activateFilter,
+                                                 .deActivateFilter = activateFilter,
+                                                 .enableIndications = enableOrDisable,
+                                                 .disableIndications = enableOrDisable,
+                                                 .authorizeFilterCollection = nullptr,
+                                                 .activateFilterCollection = nullptr,
+                                                 .deActivateFilterCollection = nullptr};
+
+bool startMonitor() {
+    static std::once_flag once;
+    static bool started = false;
+    std::call_once(once, [] { started = startThread(); });
+    return started;
+}

@@ -1,0 +1,51 @@
+// What the library's monitor thread delivers, seen from the object manager that hosts it.
+#pragma once
+
+#include "broker/broker.h"
+
+#include <functional>
+#include <nlohmann/json.hpp>
+#include <platform/interop.h>
+#include <platform/mail.h>
+#include <string>
+
+namespace phctl {
+
+// What became of one alert.
+struct Delivery {
+    std::string to; // "http://192.0.2.1:5988/", "admin@example.org through 192.0.2.2:25"
+    bool isDelivered = false;
+    nlohmann::ordered_json content;
+    std::string text; // the same for people
+};
+
+// Stands between the library and those who deliver for it: the interop library, whose functions the library
+// calls through variables, and the mail library, whose function it finds in this program first. There is one
+// at most.
+class DeliveryWatch {
+public:
+    // Called by the monitor thread.
+    using Report = std::function<void(const Delivery&)>;
+
+    explicit DeliveryWatch(Report report);
+    ~DeliveryWatch();
+    DeliveryWatch(const DeliveryWatch&) = delete;
+    DeliveryWatch& operator=(const DeliveryWatch&) = delete;
+
+    // Once the provider has linked the interop library. Throws Failure when it has not.
+    void takeOver();
+
+    int generate(const CMPIInstance* indication, char** text);
+    int send(const char* url, const char* text);
+    int mail(const AlertMailRequest& request);
+
+private:
+    int report(Delivery delivery, int result) const;
+
+    Report report_;
+    GenerateIndicationResponse generate_ = nullptr;
+    SendIndications send_ = nullptr;
+    broker::Instance indication_; // between generate and send
+};
+
+} // namespace phctl
