@@ -33,6 +33,10 @@ if(PH_SANITIZE)
     add_link_options(-fsanitize=${PH_SANITIZE})
     # A sanitized library resolves the runtime's symbols in the program.
     set_property(TARGET ph_options PROPERTY INTERFACE_LINK_OPTIONS -Wl,-z,relro,-z,now)
+    if(PH_LIBFUZZER)
+        add_compile_options(-fsanitize=fuzzer-no-link)
+        target_compile_options(ph_options INTERFACE -Wno-error) # warnings are those of g++; clang has others
+    endif()
 elseif(NOT CMAKE_BUILD_TYPE STREQUAL Debug)
     target_compile_options(ph_options INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
 endif()

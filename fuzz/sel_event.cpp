@@ -1,0 +1,53 @@
+// Messages of the event pipe, with sensors and event texts that are as odd: the input is a message, a
+// sensor's name, and the text that describes the event.
+#include "target.h"
+
+#include "fake_platform.h"
+#include "provider_helper/alert_delivery.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+template <std::size_t N>
+bool isEnded(const char (&text)[N]) {
+    return std::memchr(text, '\0', N) != nullptr;
+}
+
+} // namespace
+
+extern "C" __attribute__((visibility("default"))) int db_get_MessageID(SMASH_DB_HANDLE, const char* text,
+                                                                       int32_t* messageId) {
+    *messageId = static_cast<int32_t>(std::strlen(text));
+    return 0;
+}
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    SelEventMessage message{};
+    const std::size_t head = std::min(size, sizeof message);
+    std::memcpy(&message, data, head);
+    data += head;
+    size -= head;
+
+    CompactSdr sensor{};
+    sensor.sensorNumber = message.record[11];
+    std::memcpy(sensor.name, data, std::min(size, sizeof sensor.name - 1));
+    platform.sensors = {sensor};
+    platform.readings[sensor.sensorNumber] = {};
+
+    AlertRecord alert{};
+    require(SelToAlert(&message, &alert, message.destination, message.channel) == 0, "sensors can be read");
+    require(isEnded(alert.Description) && isEnded(alert.EventID) && isEnded(alert.AlertingManagedElement) &&
+                isEnded(alert.PerceivedSeverity) && isEnded(alert.OwningEntity) && isEnded(alert.MessageID),
+            "texts end");
+    for (const auto& argument : alert.MessageArguments)
+        require(isEnded(argument), "arguments end");
+    char body[4096] = "";
+    for (const char* value :
+         {alert.EventID, alert.MessageArguments[0], alert.Description, alert.PerceivedSeverity})
+        AddPropertyValToBuffer(body, "Name", value);
+    require(std::strlen(body) < sizeof body, "a mail's body fits");
+    require(platform.openSessions == 0 && platform.openHandles == 0, "nothing stays open");
+    return 0;
+}
