@@ -60,6 +60,11 @@ broker::Instance givenInstance(const InstanceOptions& options, broker::ObjectPat
     if (description != nullptr)
         for (const std::string& name : unknown)
             remarks.unknown(description->name, "property", name, namesOf(declared));
+    // A new instance's path has the keys that it is given.
+    for (const Declaration& property : declared)
+        if (const broker::Value* value = broker::find(instance.properties, property.name);
+            property.isKey && value != nullptr && broker::find(instance.path.keys, property.name) == nullptr)
+            instance.path.keys.push_back({property.name, *value});
     return instance;
 }
 
