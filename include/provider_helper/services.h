@@ -41,7 +41,7 @@ PH_EXPORT extern const char* const g_ProtocolServiceKeyList[4];
  * CMPIObjectPath failed.", 4 "Input Parameter is empty" (no in-arguments), "RequestedState Parameter is
  * Invalid" (missing), "RequestedState parameter value is invalid" (no uint16). From then on the job tells,
  * and the status has 4 "Invalid Parameter value" for another state, else 1 and what PH_RequestStateChange_DB
- * says. */
+ * says, or that the job could not be ended. */
 PH_EXPORT int PH_ProtocolServiceRequestStateChange(const CMPIBroker* broker, const CMPIResult* result,
                                                    const CMPIObjectPath* ref, const CMPIArgs* in,
                                                    CMPIArgs* out, CMPIString** keyValues, CMPIStatus* status);

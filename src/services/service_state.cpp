@@ -97,7 +97,7 @@ int changeState(const MethodCall& call, std::uint32_t& value) {
 
     char jobName[64];
     std::snprintf(jobName, sizeof(jobName), "%.40s_RequestStateChange", call.serviceName);
-    char message[PH_SERVICE_MESSAGE_SIZE] = "";
+    char message[PH_SERVICE_MESSAGE_SIZE] = "Unable to record how the job ended."; // unless the change fails
     const auto outcome = job.carryOut(jobName, [&] {
         return isCarriedOut(state)
                    ? PH_RequestStateChange_DB(state, call.serviceName, message) == 0

@@ -153,6 +153,18 @@ TEST_F(Services, theJobTellsHowItEnded) {
               1U);
 }
 
+TEST_F(Services, aJobThatGetsLostIsTold) {
+    whileSleeping = [&] {
+        const auto jobs = sysroot.place("/tmp/method_jobs.db");
+        std::filesystem::remove(jobs);
+        std::filesystem::create_directory(jobs);
+    };
+    const auto reply = request("SSHProtocolService", 11);
+    EXPECT_EQ(reply.code, CMPI_RC_ERR_FAILED);
+    EXPECT_EQ(reply.message, "Unable to record how the job ended.");
+    EXPECT_TRUE(isEnabled("ssh"));
+}
+
 TEST_F(Services, everyCommandThatFailsFailsTheChange) {
     const struct {
         std::uint8_t command;
