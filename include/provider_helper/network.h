@@ -24,7 +24,7 @@ typedef struct {
     char DeviceID[64];                 /* key: EthernetPort<position>:<interface name>:<LAN index> */
     char ElementName[64];
     char Name[64];
-    uint16_t PortType;         /* 51 100Base-T, 50 10Base-T and any other speed */
+    uint16_t PortType;         /* 51 (10-100BaseT) at 100 Mb/s, else 50 (10BaseT) */
     char* NetworkAddresses[8]; /* ended by NULL; the MAC's first 15 characters */
     uint16_t Capabilities[16]; /* ended by FFFFh; 3 wake-on-LAN, 0 unknown */
     uint16_t EnabledCapabilities[16];
