@@ -32,30 +32,31 @@ Function replace(const char* variable, Function replacement) {
 }
 
 int generate(const CMPIInstance* indication, char** text) {
-    return watch.load()->generate(indication, text);
+    DeliveryWatch* const current = watch;
+    return current != nullptr ? current->generate(indication, text) : -1;
 }
 
 int send(const char* url, const char* text) {
-    return watch.load()->send(url, text);
+    DeliveryWatch* const current = watch;
+    return current != nullptr ? current->send(url, text) : -1;
 }
 
 } // namespace
 
 DeliveryWatch::DeliveryWatch(Report report) : report_(std::move(report)) {
+    auto* const link = symbolOf<void()>("libProviderHelper.so", "PH_Init_Indication");
+    if (link == nullptr)
+        throw Failure("the provider module is not one of libProviderHelper");
+    link();
     watch = this;
+    generate_ = replace("GenerateCIMXML", phctl::generate);
+    send_ = replace("DeliverIndication", phctl::send);
 }
 
 DeliveryWatch::~DeliveryWatch() {
-    if (generate_ != nullptr)
-        replace("GenerateCIMXML", generate_);
-    if (send_ != nullptr)
-        replace("DeliverIndication", send_);
+    replace("GenerateCIMXML", generate_);
+    replace("DeliverIndication", send_);
     watch = nullptr;
-}
-
-void DeliveryWatch::takeOver() {
-    generate_ = replace("GenerateCIMXML", phctl::generate);
-    send_ = replace("DeliverIndication", phctl::send);
 }
 
 // The library's thread takes no exceptions.

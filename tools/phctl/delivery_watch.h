@@ -27,13 +27,12 @@ public:
     // Called by the monitor thread.
     using Report = std::function<void(const Delivery&)>;
 
+    // Has the library link the interop library first: the provider's monitor thread then finds it linked, and
+    // no alert passes unseen. Throws Failure when the library cannot.
     explicit DeliveryWatch(Report report);
     ~DeliveryWatch();
     DeliveryWatch(const DeliveryWatch&) = delete;
     DeliveryWatch& operator=(const DeliveryWatch&) = delete;
-
-    // Once the provider has linked the interop library. Throws Failure when it has not.
-    void takeOver();
 
     int generate(const CMPIInstance* indication, char** text);
     int send(const char* url, const char* text);

@@ -61,10 +61,10 @@ void requirePipe() {
         throw Failure(pipe.string() + ": " + std::strerror(errno));
 }
 
-ordered_json toJson(const Delivery& delivery) {
+std::string toLine(const Delivery& delivery) {
     ordered_json json{{"to", delivery.to}, {"delivered", delivery.isDelivered}};
     json.update(delivery.content);
-    return json;
+    return json.dump(-1, ' ', false, ordered_json::error_handler_t::replace) + '\n';
 }
 
 std::string toText(const Delivery& delivery) {
@@ -87,8 +87,8 @@ int monitor(const Options& options) {
     const broker::ObjectManager objectManager(requester.broker());
     const ProviderOutput output;
     unsigned reported = 0;
-    DeliveryWatch watch([&](const Delivery& delivery) {
-        output.write(options->json ? toJson(delivery).dump() + '\n' : toText(delivery));
+    const DeliveryWatch watch([&](const Delivery& delivery) {
+        output.write(options->json ? toLine(delivery) : toText(delivery));
         if (++reported == options->count)
             kill(getpid(), SIGTERM);
     });
@@ -99,7 +99,6 @@ int monitor(const Options& options) {
     if (!begun.ok())
         throw Failure("the indication provider refuses: " + broker::codeName(begun.code) + ' ' +
                       begun.message);
-    watch.takeOver();
     std::cerr << "Delivering alerts from " << place(SEL_EVENT_PIPE).string() << ", until interrupted"
               << std::endl;
     int signal = 0;
@@ -115,7 +114,7 @@ void addMonitorCommand(CLI::App& app, Chosen& chosen) {
     const auto options = std::make_shared<MonitorOptions>();
     command->add_flag("--json", options->json, "Print a line of JSON for each alert");
     command->add_option("--module", options->module, "Provider module to load instead of the installed one");
-    command->add_option("--count", options->count, "End after so many alerts")->check(CLI::PositiveNumber);
+    command->add_option("--count", options->count, "End after so many alerts")->check(CLI::Range(1, 1000000));
     command->footer("Examples:\n  phctl monitor --count 1\n"
                     "  phctl bmc event ... (in another shell)");
     command->callback([&chosen, options] { chosen = [options] { return monitor(options); }; });
