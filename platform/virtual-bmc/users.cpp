@@ -171,6 +171,18 @@ const User* Users::find(std::uint8_t id) const {
     return found != list.end() ? &*found : nullptr;
 }
 
+bool Users::letsIn(std::string_view userName, std::string_view password) const {
+    constexpr std::uint8_t noAccess = 15;
+    const auto user = std::ranges::find(list, userName, &User::name);
+    if (user == list.end() || !user->isEnabled || !user->mayMessage || user->privilege == noAccess)
+        return false;
+    std::vector<std::uint8_t> padded(password.begin(), password.end());
+    padded.resize(std::max<std::size_t>(padded.size(), user->passwordSize));
+    const bool isRight = comparePassword(&*user, padded) == completion::success;
+    explicit_bzero(padded.data(), padded.size());
+    return isRight;
+}
+
 User& Users::slot(std::uint8_t id) {
     const auto place = std::ranges::lower_bound(list, id, {}, &User::id);
     if (place != list.end() && place->id == id)

@@ -4,6 +4,7 @@
 #include "virtual-bmc/part.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace vbmc {
@@ -36,7 +37,10 @@ struct Users {
     Json describe(const State& state) const;
 
     const User* find(std::uint8_t id) const; // null for a slot that is not in use
-    User& slot(std::uint8_t id);             // one that was not in use has a user without access then
+    // Whether RMCP+ would let somebody in with this name and password: as a user who is enabled and has
+    // access.
+    bool letsIn(std::string_view name, std::string_view password) const;
+    User& slot(std::uint8_t id); // one that was not in use has a user without access then
 };
 
 } // namespace vbmc

@@ -169,6 +169,12 @@ void VirtualBmc::setMailServer(std::uint8_t channel, bool isSecondary, const Jso
     });
 }
 
+bool VirtualBmc::letsIn(std::string_view userName, std::string_view password) {
+    bool isIn = false;
+    file_->transact([&](State& state) { isIn = state.get<Users>().letsIn(userName, password); });
+    return isIn;
+}
+
 void VirtualBmc::setUserEmail(std::uint8_t userId, const std::string& address) {
     checkMailText(Place{nullptr, "mail address"}, address, ipmi::oem::userAddress);
     file_->transact([&](State& state) {

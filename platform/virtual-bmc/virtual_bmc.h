@@ -134,6 +134,9 @@ public:
     // What this record gives rise to, whether or not it is in the log.
     EventMatch matchEvent(std::span<const std::uint8_t, 16> record);
 
+    // Whether a session over LAN would be opened for this user and password.
+    bool letsIn(std::string_view userName, std::string_view password);
+
     // Where alerts go. `changes` has members of a model's object of the kind; what it does not name stays.
     void setAlertDestination(std::uint8_t channel, std::uint8_t selector,
                              const nlohmann::ordered_json& changes);

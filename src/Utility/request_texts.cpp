@@ -17,6 +17,12 @@ const char* textOf(const CMPIData& value) {
                                                                                       : nullptr;
 }
 
+const char* propertyText(const CMPIInstance* instance, const char* name) {
+    CMPIStatus status{CMPI_RC_OK, nullptr};
+    const CMPIData data = CMGetProperty(instance, name, &status);
+    return status.rc == CMPI_RC_OK ? textOf(data) : nullptr;
+}
+
 const char* keyText(const CMPIObjectPath* path, const char* name) {
     CMPIStatus status{CMPI_RC_OK, nullptr};
     const CMPIData key = CMGetKey(path, name, &status);

@@ -8,6 +8,7 @@ namespace ph {
 
 const char* textOf(const CMPIString* string);
 const char* textOf(const CMPIData& value);
+const char* propertyText(const CMPIInstance* instance, const char* name);
 const char* keyText(const CMPIObjectPath* path, const char* name);
 
 // Names of classes have no case.

@@ -1,5 +1,6 @@
 // The CIM_Sensor instances that events come from.
 #include "provider_helper/alert_delivery.h"
+#include "Utility/request_texts.h"
 
 #include <cmpimacs.h>
 #include <cstdio>
@@ -9,11 +10,6 @@
 namespace {
 
 constexpr int defaultSensor = 5; // stands for sensor 0
-
-// nullptr for NULL.
-const char* textOf(const CMPIString* string) {
-    return string != nullptr ? CMGetCharsPtr(string, nullptr) : nullptr;
-}
 
 void copyBounded(char* buffer, int size, const char* text) {
     if (size > 0)
@@ -55,10 +51,7 @@ int ReturnParsedSensorDeviceID(const char* deviceId, PHSensorDeviceId* parts) {
 }
 
 int get_cmpi_str_property_value(const CMPIInstance* instance, const char* name, char* buffer, int size) {
-    CMPIStatus status{CMPI_RC_OK, nullptr};
-    const CMPIData data = CMGetProperty(instance, name, &status);
-    const bool isText = status.rc == CMPI_RC_OK && data.type == CMPI_string && data.state == CMPI_goodValue;
-    copyBounded(buffer, size, isText ? textOf(data.value.string) : nullptr);
+    copyBounded(buffer, size, ph::propertyText(instance, name));
     return 0;
 }
 
@@ -68,7 +61,7 @@ int get_alerting_managed_element_from_instance(const CMPIInstance* instance, con
     CMPIStatus status{CMPI_RC_OK, nullptr};
     const CMPIObjectPath* objectPath = CMGetObjectPath(instance, &status);
     const char* const text = objectPath != nullptr && status.rc == CMPI_RC_OK
-                                 ? textOf(objectPath->ft->toString(objectPath, nullptr))
+                                 ? ph::textOf(objectPath->ft->toString(objectPath, nullptr))
                                  : nullptr;
     copyBounded(path, pathSize, text);
     return text != nullptr ? 0 : -1;

@@ -2,6 +2,7 @@
 #include "indications/filter_name.h"
 #include "indications/setting_requests.h"
 #include "provider_helper/indications.h"
+#include "Utility/request_texts.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -206,10 +207,10 @@ CMPIStatus create(const ph::Request& request) {
     if (ValidateConstantKeyPropertiesIF(request.ref) != 0)
         return ph::fail(request.broker, CMPI_RC_ERR_INVALID_PARAMETER,
                         "Invalid key properties : Only 'Name' prop is variable, refer other instances of IF");
-    const char* const query = textProperty(request.instance, "Query");
+    const char* const query = ph::propertyText(request.instance, "Query");
     if (query == nullptr)
         return refuse(request, queryMissing);
-    const char* const name = textProperty(request.instance, "Name");
+    const char* const name = ph::propertyText(request.instance, "Name");
     if (name == nullptr)
         return refuse(request, "Required Name property");
     const auto kind = kindOfFilter(name);
@@ -232,7 +233,7 @@ CMPIStatus modify(const ph::Request& request) {
     const auto filter = find(PH_Get_IndicationFilter, keys);
     if (filter == nullptr)
         return refuse(request, "ModifyInstance Failed - Given instance does not exist \n");
-    const char* const query = textProperty(request.instance, "Query");
+    const char* const query = ph::propertyText(request.instance, "Query");
     if (query == nullptr)
         return refuse(request, queryMissing);
     switch (kindOfFilter(filter->Name).value_or(FilterKind::Other)) {

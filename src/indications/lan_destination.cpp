@@ -1,4 +1,5 @@
 #include "indications/lan_destination.h"
+#include "Utility/request_texts.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -75,7 +76,7 @@ std::optional<bool> isActive(const LanDestinationClass& family, IpmiSession& ses
 
 // The requested destination; nullptr for none.
 const char* destinationOf(const Request& request) {
-    const char* const destination = textProperty(request.instance, "Destination");
+    const char* const destination = propertyText(request.instance, "Destination");
     return destination != nullptr && *destination != '\0' ? destination : nullptr;
 }
 
@@ -120,7 +121,7 @@ CMPIStatus create(const LanDestinationClass& family, const Request& request) {
         return refuse(request, destinationKeysMissing);
     if (!hasConstantKeys(request.ref, family.name))
         return fail(request.broker, CMPI_RC_ERR_INVALID_PARAMETER, destinationKeysInvalid);
-    const char* const nameText = textProperty(request.instance, "Name");
+    const char* const nameText = propertyText(request.instance, "Name");
     if (nameText == nullptr)
         return refuse(request, "Required Name property");
     const char* const destination = destinationOf(request);

@@ -1,5 +1,6 @@
 // CIM_ListenerDestinationCIMXML: listeners that indications are posted to, kept in the database.
 #include "indications/listener_destination.h"
+#include "Utility/request_texts.h"
 
 #include <arpa/inet.h>
 #include <cstdio>
@@ -64,7 +65,7 @@ int get(ph::RecordArray<Record>& destinations, CMPIString** keyValues) {
 
 // The new destination of a request; nullptr for one that nothing can be posted to.
 const char* destinationOf(const ph::Request& request) {
-    const char* const destination = textProperty(request.instance, "Destination");
+    const char* const destination = ph::propertyText(request.instance, "Destination");
     return ValidateCIMXMLDestination(destination) == 0 ? destination : nullptr;
 }
 
@@ -74,7 +75,7 @@ CMPIStatus create(const ph::Request& request) {
         return refuse(request, destinationKeysMissing);
     if (ValidateConstantKeyPropertiesLDCIMXML(request.ref) != 0)
         return ph::fail(request.broker, CMPI_RC_ERR_INVALID_PARAMETER, destinationKeysInvalid);
-    const char* const name = textProperty(request.instance, "Name");
+    const char* const name = ph::propertyText(request.instance, "Name");
     if (name == nullptr || !std::string_view(name).starts_with("CIMXML-"))
         return refuse(request, invalidName);
     const char* const destination = destinationOf(request);

@@ -1,26 +1,10 @@
 #include "indications/setting_requests.h"
 
+#include "Utility/request_texts.h"
+
 #include <cstring>
 
 namespace ph::indications {
-namespace {
-
-const char* textOf(const CMPIString* string) {
-    return string != nullptr ? CMGetCharsPtr(string, nullptr) : nullptr;
-}
-
-const char* textOf(const CMPIData& data) {
-    return data.type == CMPI_string && (data.state & CMPI_nullValue) == 0 ? textOf(data.value.string)
-                                                                          : nullptr;
-}
-
-} // namespace
-
-const char* textProperty(const CMPIInstance* instance, const char* name) {
-    CMPIStatus status = success;
-    const CMPIData data = CMGetProperty(instance, name, &status);
-    return status.rc == CMPI_RC_OK ? textOf(data) : nullptr;
-}
 
 bool hasConstantKeys(const CMPIObjectPath* ref, const char* className) {
     char systemName[256] = "";

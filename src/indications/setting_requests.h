@@ -18,9 +18,6 @@ inline CMPIStatus refuse(const Request& request, const char* message) {
     return fail(request.broker, CMPI_RC_ERR_FAILED, message);
 }
 
-// A property's text; nullptr when it is missing, null or no text.
-const char* textProperty(const CMPIInstance* instance, const char* name);
-
 // The path's keys but Name are those that all instances of the class have.
 bool hasConstantKeys(const CMPIObjectPath* ref, const char* className);
 

@@ -3,6 +3,7 @@
 #include "sensors/sensor_family.h"
 #include "Utility/cmpi_ptr.h"
 #include "Utility/guard.h"
+#include "Utility/request_texts.h"
 
 #include <algorithm>
 #include <string_view>
@@ -25,11 +26,7 @@ std::vector<std::string_view> sensorsOf(const SensorRows& rows, int entityId, in
 
 // Empty when the instance has no such text.
 const char* textOf(const CMPIInstance* instance, const char* property) {
-    CMPIStatus status{};
-    const CMPIData data = CMGetProperty(instance, property, &status);
-    const bool isText = status.rc == CMPI_RC_OK && data.type == CMPI_string && data.state == CMPI_goodValue &&
-                        data.value.string != nullptr;
-    const char* text = isText ? CMGetCharsPtr(data.value.string, nullptr) : nullptr;
+    const char* text = propertyText(instance, property);
     return text != nullptr ? text : "";
 }
 

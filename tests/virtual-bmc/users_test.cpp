@@ -64,6 +64,25 @@ TEST_F(Users, passwordsAreComparedInTheirForm) {
     EXPECT_THAT(password(0x82, 3, "twenty bytes of worx"), ElementsAre(0x80));
 }
 
+TEST_F(Users, areLetInWithNamePasswordAndAccess) {
+    vbmc::VirtualBmc machine(stateFile);
+    const auto isIn = [&](const char* text) { return machine.letsIn("root", text); };
+    EXPECT_FALSE(isIn("")) << "no password was set";
+    password(2, 2, "sixteen letters!");
+    EXPECT_TRUE(isIn("sixteen letters!"));
+    EXPECT_FALSE(isIn("sixteen letters?"));
+    EXPECT_FALSE(isIn("sixteen letters!!"));
+    EXPECT_FALSE(machine.letsIn("nobody", "sixteen letters!"));
+    password(0x82, 2, "seventeen letters");
+    EXPECT_TRUE(isIn("seventeen letters"));
+    password(2, 0, ""); // disabled
+    EXPECT_FALSE(isIn("seventeen letters"));
+    password(2, 1, "");
+    EXPECT_TRUE(isIn("seventeen letters"));
+    tell(setUserAccess, {0x91, 2, 15}); // no access
+    EXPECT_FALSE(isIn("seventeen letters"));
+}
+
 TEST_F(Users, whatIsWrongIsRefused) {
     const struct {
         const char* what;

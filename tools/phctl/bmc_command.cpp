@@ -290,6 +290,7 @@ void addBmcCommand(CLI::App& app, Chosen& chosen) {
     add("clear", "Remove all faults", clearFaults);
     addSelCommand(*bmc, chosen);
     addAlertCommands(*bmc, chosen);
+    addLoginCommand(*bmc, chosen);
     addEventCommand(*bmc, chosen);
 }
 

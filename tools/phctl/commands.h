@@ -18,6 +18,7 @@ void addBmcCommand(CLI::App& app, Chosen& chosen);
 // Parts of it.
 void addSelCommand(CLI::App& bmc, Chosen& chosen);
 void addAlertCommands(CLI::App& bmc, Chosen& chosen);
+void addLoginCommand(CLI::App& bmc, Chosen& chosen);
 void addEventCommand(CLI::App& bmc, Chosen& chosen);
 
 } // namespace phctl

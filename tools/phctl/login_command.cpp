@@ -1,0 +1,45 @@
+// bmc login: whether the virtual BMC knows a user and a password.
+#include "commands.h"
+#include "errors.h"
+#include "machine.h"
+#include "session_options.h"
+#include "text_layout.h"
+
+#include <cstring>
+#include <iostream>
+#include <memory>
+
+namespace phctl {
+namespace {
+
+struct Options {
+    std::string stateFile, user, passwordFile;
+};
+
+int logIn(const Options& options) {
+    std::string password = readPassword(options.passwordFile);
+    const bool isIn = openMachine(options.stateFile).letsIn(options.user, password);
+    explicit_bzero(password.data(), password.size());
+    if (!isIn)
+        throw Failure("the BMC does not let " + options.user + " in with this password");
+    std::cout << "The BMC lets " << printable(options.user) << " in\n";
+    return done;
+}
+
+} // namespace
+
+void addLoginCommand(CLI::App& bmc, Chosen& chosen) {
+    const auto options = std::make_shared<Options>();
+    CLI::App* command = bmc.add_subcommand("login", "Try a user's name and password");
+    command->add_option("--state", options->stateFile,
+                        "State file of the machine, instead of the one that requests go to");
+    command->add_option("USER", options->user, "Name of the user")->required();
+    command
+        ->add_option("--password-file", options->passwordFile,
+                     "File whose first line is the password; - is standard input")
+        ->required();
+    command->footer("Example:\n  phctl bmc login eva --password-file - <<<'her password'");
+    command->callback([&chosen, options] { chosen = [options] { return logIn(*options); }; });
+}
+
+} // namespace phctl
