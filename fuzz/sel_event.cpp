@@ -26,13 +26,13 @@ extern "C" __attribute__((visibility("default"))) int db_get_MessageID(SMASH_DB_
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     SelEventMessage message{};
     const std::size_t head = std::min(size, sizeof message);
-    std::memcpy(&message, data, head);
+    std::copy_n(data, head, reinterpret_cast<std::uint8_t*>(&message));
     data += head;
     size -= head;
 
     CompactSdr sensor{};
     sensor.sensorNumber = message.record[11];
-    std::memcpy(sensor.name, data, std::min(size, sizeof sensor.name - 1));
+    std::copy_n(data, std::min(size, sizeof sensor.name - 1), sensor.name);
     platform.sensors = {sensor};
     platform.readings[sensor.sensorNumber] = {};
 

@@ -59,11 +59,12 @@ TEST_F(AlertMails, goToTheDestinationsUser) {
     EXPECT_EQ(mail.sender, std::string(sizeof(CIM_SMTPInfo::sender), 's'));
     EXPECT_STREQ(mail.hostName, "bmc.example.org");
     EXPECT_STREQ(mail.server, "192.0.2.1");
-    EXPECT_EQ(mail.security, 3U);
-    EXPECT_EQ(mail.port, 587U);
-    EXPECT_EQ(mail.timeout, 30U);
-    EXPECT_EQ(mail.retries, 3U);
-    EXPECT_EQ(mail.retryInterval, 3U);
+    // Unary plus: the numbers are not aligned, and a reference would be bound to them.
+    EXPECT_EQ(+mail.security, 3U);
+    EXPECT_EQ(+mail.port, 587U);
+    EXPECT_EQ(+mail.timeout, 30U);
+    EXPECT_EQ(+mail.retries, 3U);
+    EXPECT_EQ(+mail.retryInterval, 3U);
     char host[128] = "";
     gethostname(host, sizeof host);
     EXPECT_EQ(mail.subject, "Alert from " + std::string(host) + " CIM Module");
@@ -94,7 +95,7 @@ TEST_F(AlertMails, haveNoLineForWhatIsEmptyAndFitIntoTheRequest) {
         end[-1] = '\0';
     const AlertMailRequest mail = mailOf(full).value();
     EXPECT_EQ(std::strlen(mail.body), sizeof(mail.body) - 1);
-    EXPECT_EQ(mail.attachments, 0U);
+    EXPECT_EQ(+mail.attachments, 0U);
 }
 
 TEST_F(AlertMails, takeTheFirstServerThatCanBeUsed) {
