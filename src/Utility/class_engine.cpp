@@ -1,6 +1,6 @@
 // The operations of all classes, over their descriptions.
-#include "Utility/cmpi_ptr.h"
 #include "Utility/class_family.h"
+#include "Utility/cmpi_ptr.h"
 #include "Utility/guard.h"
 #include "Utility/request_status.h"
 #include "Utility/request_texts.h"
@@ -344,8 +344,9 @@ CMPIArray* instanceArray(const ClassFamily& family, const CMPIObjectPath* ref, c
                instances.emplace_back(buildInstance(family, maker, properties, record).release()) != nullptr;
     });
     CMPIStatus status = success;
-    CmpiPtr<CMPIArray> array(done ? CMNewArray(broker, static_cast<CMPICount>(instances.size()), CMPI_instance, &status)
-                        : nullptr);
+    CmpiPtr<CMPIArray> array(
+        done ? CMNewArray(broker, static_cast<CMPICount>(instances.size()), CMPI_instance, &status)
+             : nullptr);
     if (array == nullptr || status.rc != CMPI_RC_OK)
         return nullptr;
     for (CMPICount i = 0; i < instances.size(); ++i) {

@@ -1,5 +1,5 @@
-// Owner of a CMPI object that shall not outlive its function, or its thread: one that is attached to the broker
-// for good never gives objects back by itself.
+// Owner of a CMPI object that shall not outlive its function, or its thread: one that is attached to the
+// broker for good never gives objects back by itself.
 #pragma once
 
 #include <cmpimacs.h>

@@ -1,6 +1,7 @@
 // Indication filters in OpenIPMI's BMC simulator, with ipmitool as the witness of what it holds.
 #include "broker/broker.h"
 #include "ipmi_sim.h"
+#include "simulator_session.h"
 
 #include <platform/smash_db.h>
 
@@ -24,21 +25,12 @@ protected:
     static void TearDownTestSuite() { bmc.reset(); }
 
     PeerIndications() {
-        const auto settings = bmc->settings();
-        IPMISessionInfo session{};
-        std::snprintf(session.address, sizeof session.address, "%s", settings.address.c_str());
-        session.port = settings.port;
-        std::snprintf(session.userName, sizeof session.userName, "%s", settings.userName.c_str());
-        std::snprintf(session.password, sizeof session.password, "%s", settings.password.c_str());
-        std::snprintf(session.cipherSuite, sizeof session.cipherSuite, "%d", settings.cipherSuite);
-        std::snprintf(session.workaroundFlags, sizeof session.workaroundFlags, "%d",
-                      settings.workaroundFlags);
+        ph_test::storeSession(bmc->settings());
         DeviceRecord device{};
         device.type = SMASH_DEVICE_SP;
         std::strcpy(device.deviceId, "sim");
         SMASH_DB_HANDLE handle = nullptr;
         EXPECT_EQ(smash_db_init(&handle), 0);
-        EXPECT_EQ(db_set_ipmi_session_info(handle, &session), 0);
         EXPECT_EQ(db_set_device(handle, &device), 0);
         EXPECT_EQ(db_close(handle), 0);
         broker.loadProvider(PROVIDERS, "ProviderHelperProviders");

@@ -2,6 +2,7 @@
 #include "class_requests.h"
 #include "ipmi_sim.h"
 #include "provider_helper/provider_helper.h"
+#include "simulator_session.h"
 #include "sysroot_fixture.h"
 
 #include <cstdio>
@@ -24,21 +25,7 @@ protected:
     void SetUp() override {
         setenv("TZ", "UTC0", 1);
         write("/conf/system_names.ini", "[names]\nsp = Simulated\n");
-        const auto settings = simulator.settings();
-        IPMISessionInfo info{};
-        const auto set = [](auto& field, const std::string& value) {
-            std::snprintf(field, sizeof field, "%s", value.c_str());
-        };
-        set(info.address, settings.address);
-        info.port = settings.port;
-        set(info.userName, settings.userName);
-        set(info.password, settings.password);
-        set(info.cipherSuite, std::to_string(settings.cipherSuite));
-        set(info.workaroundFlags, std::to_string(settings.workaroundFlags));
-        SMASH_DB_HANDLE database = nullptr;
-        ASSERT_EQ(smash_db_init(&database), 0) << db_last_error();
-        EXPECT_EQ(db_set_ipmi_session_info(database, &info), 0) << db_last_error();
-        ASSERT_EQ(db_close(database), 0);
+        ph_test::storeSession(simulator.settings());
     }
 
     static std::string text(const broker::Instance& instance, std::string_view property) {

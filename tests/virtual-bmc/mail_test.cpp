@@ -1,7 +1,6 @@
 // Alert destinations and mail as clients read and write them.
 #include "virtual_bmc_fixture.h"
 
-
 namespace {
 
 using testing::HasSubstr;
