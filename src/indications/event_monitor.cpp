@@ -71,6 +71,18 @@ void deliverCimxml(const Attachment& attachment, const SelEventMessage& message,
         DeliverIndication(listener.destination, text.get());
 }
 
+// Opened for writing too, so that the pipe never ends when its last writer closes it. -1 where there is none;
+// a file of another kind, which anybody may have put there, would never have a reader wait.
+int openPipe() {
+    const int pipe = open(PipePath().text, O_RDWR | O_CLOEXEC);
+    struct stat status {};
+    if (pipe >= 0 && fstat(pipe, &status) == 0 && S_ISFIFO(status.st_mode))
+        return pipe;
+    if (pipe >= 0)
+        close(pipe);
+    return -1;
+}
+
 // A message that cannot be delivered is dropped.
 void deliver(const Attachment& attachment, const SelEventMessage& message) {
     AlertRecord alert{};
@@ -127,8 +139,7 @@ void PH_Init_Indication(void) {
 void* ReadSELEvents_And_Deliver(void* /*unused*/) {
     pthread_detach(pthread_self());
     SelEventMessage message{};
-    // Open for writing too, so that the pipe never ends when its last writer closes it.
-    const int pipe = open(PipePath().text, O_RDWR | O_CLOEXEC);
+    const int pipe = openPipe();
     if (pipe < 0)
         return nullptr;
     Attachment attachment{};

@@ -44,6 +44,29 @@ TEST(Lifetime, releasedObjectsGoAtOnce) {
     EXPECT_EQ(broker.liveObjects(), 0U);
 }
 
+// A thread that stays attached asks the objects that it makes for texts and arrays all its life.
+TEST(Lifetime, partsGoWithWhatWasAskedForThem) {
+    Broker broker;
+    const Scope scope(broker);
+    CMPIInstance* instance =
+        CMNewInstance(broker.handle(), CMNewObjectPath(broker.handle(), "root", "CIM_X", nullptr), nullptr);
+    CMSetProperty(instance, "Name", chars("first"), CMPI_chars);
+    const std::size_t before = broker.liveObjects();
+    CMPIString* name = nullptr;
+    const CMPIData property = CMGetPropertyAt(instance, 0, &name, nullptr);
+    const CMPIObjectPath* path = CMGetObjectPath(instance, nullptr);
+    const CMPIString* className = CMGetClassName(path, nullptr);
+    EXPECT_STREQ(CMGetCharPtr(className), "CIM_X");
+    EXPECT_STREQ(CMGetCharPtr(property.value.string), "first");
+    EXPECT_EQ(broker.liveObjects(), before + 4);
+    CMPIString* kept = CMClone(property.value.string, nullptr);
+    CMRelease(name); // before its owner
+    CMRelease(instance);
+    EXPECT_EQ(broker.liveObjects(), before);
+    EXPECT_STREQ(CMGetCharPtr(kept), "first");
+    CMRelease(kept);
+}
+
 TEST(Lifetime, clonesOutliveScopeAndBroker) {
     std::optional<Broker> broker(std::in_place);
     CMPIString* clone = nullptr;

@@ -124,6 +124,9 @@ TEST_F(EventMonitor, doesNotStartWithoutItsSurroundings) {
     unlink(pipe.c_str());
     EXPECT_EQ(inProcess([] { ReadSELEvents_And_Deliver(nullptr); }), std::pair(std::string(), 3))
         << "no pipe";
+    write(SEL_EVENT_PIPE, "");
+    EXPECT_EQ(inProcess([] { ReadSELEvents_And_Deliver(nullptr); }), std::pair(std::string(), 3))
+        << "a file in its place";
 }
 
 TEST_F(EventMonitor, endsTheProcessThatCannotHaveThePipe) {
