@@ -106,6 +106,16 @@ TEST_F(Monitor, deliversWhatFiltersFind) {
     }
 }
 
+TEST_F(Monitor, doesNotBlameTheDatabaseForWhatIsNew) {
+    const json controllers = succeed({"ei", "CIM_SPComputerSystem", "--json"}).json();
+    const std::string system = controllers.at(0)["properties"]["Name"];
+    EXPECT_THAT(fail({"ci", "CIM_IndicationFilter", "SystemCreationClassName=CIM_SPComputerSystem",
+                      "CreationClassName=CIM_IndicationFilter", "SystemName=" + system,
+                      "Name=IndicationFilter:CIMXML-4", "Query=select * from CIM_AlertIndication where"},
+                     1),
+                testing::EndsWith("(AlertingManagedElement & PerceivedSeverity) supported\n"));
+}
+
 // A listener that is not there, one that refuses, and a mail server that refuses: each costs its own alert
 // only.
 TEST_F(Monitor, goesOnWhenNobodyTakesAnAlert) {

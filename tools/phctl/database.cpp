@@ -165,7 +165,9 @@ std::string diagnose() {
     } catch (const std::exception& error) {
         return error.what();
     }
-    return db_last_error();
+    // A provider may look for a row that nobody has stored yet: that is no reason.
+    const std::string error = db_last_error();
+    return error.find("no such row") == std::string::npos ? error : "";
 }
 
 } // namespace phctl
