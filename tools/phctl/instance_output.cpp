@@ -72,11 +72,13 @@ std::vector<Column> columnsOf(const std::vector<Instance>& instances, const Prop
 void printTable(std::ostream& out, const std::vector<Instance>& instances, const std::vector<Column>& columns,
                 const SensorLabels& sensors, std::size_t width) {
     std::vector<std::string> head;
+    head.reserve(columns.size());
     for (const Column& column : columns)
         head.push_back(column.title);
     Table table(head);
     for (const Instance& instance : instances) {
         std::vector<std::string> row;
+        row.reserve(columns.size());
         for (const Column& column : columns) {
             const std::string text = column.isMeaning
                                          ? meaningOf(instance.properties, column.property, sensors)
