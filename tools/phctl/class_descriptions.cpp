@@ -10,7 +10,7 @@ namespace phctl {
 namespace {
 
 constexpr char descriptions[] =
-#include "classes.inc"
+#include "class_descriptions.inc"
     ;
 
 CMPIType typeOf(const nlohmann::json& declaration) {

@@ -3,7 +3,7 @@
 //     schema_generator <directory>
 //
 //     classes.json                class descriptions
-//     classes.inc                 the same as a C++ string literal, for phctl
+//     class_descriptions.inc      the same as a C++ string literal, for phctl
 //     ProviderHelper.mof          class declarations
 //     ProviderHelper.reg          provider registration in the form of small-footprint object managers
 //     ProviderHelperModule.mof    provider registration as PG_Provider* instances
@@ -207,7 +207,7 @@ int main(int argc, char** argv) try {
         writeClass(mof, *family);
     }
     open("classes.json") << descriptions.dump(1) << '\n';
-    open("classes.inc") << "R\"json(" << descriptions.dump() << ")json\"\n";
+    open("class_descriptions.inc") << "R\"json(" << descriptions.dump() << ")json\"\n";
     std::ofstream module = open("ProviderHelperModule.mof");
     writeModule(module);
     std::ofstream registration = open("ProviderHelper.reg");
