@@ -114,6 +114,14 @@ TEST_F(Usage, aWrongRootIsTold) {
     setenv("PH_SYSROOT", sysroot->place("/").c_str(), 1);
 }
 
+// Nothing answers at port 9: were it asked, it would stay the reason.
+TEST_F(Usage, anotherMachinesBmcIsNotKeptInThisOne) {
+    setenv("PH_SYSROOT", "/", 1);
+    EXPECT_THAT(fail({"sync", "--lan", "127.0.0.1:9", "--timeout", "1"}, 1),
+                AllOf(HasSubstr("127.0.0.1:9"), HasSubstr("set PH_SYSROOT to a folder")));
+    setenv("PH_SYSROOT", sysroot->place("/").c_str(), 1);
+}
+
 TEST_F(Usage, anAbsentBmcLeavesTheKnownOne) {
     const Outcome outcome = phctl({"sync", "--lan", "127.0.0.1:9", "--user", "admin", "--timeout", "1"});
     EXPECT_EQ(outcome.status, 1);

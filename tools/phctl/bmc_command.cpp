@@ -6,6 +6,7 @@
 #include "ipmi_commands.h"
 #include "machine.h"
 #include "machine_text.h"
+#include "private_root.h"
 #include "text_layout.h"
 
 #include <charconv>
@@ -57,14 +58,18 @@ fs::path modelFile(const std::string& model) {
 
 int create(const Options& options) {
     const fs::path file = machineFile(options->stateFile);
+    ipmi::SessionSettings settings;
+    settings.interfaceType = ipmi::SessionSettings::VirtualBmc;
+    settings.address = file;
+    const bool becomesKnown = !sessionRow();
+    if (becomesKnown)
+        requirePrivateRoot(settings);
     vbmc::create(file, modelFile(options->model),
                  options->replace ? vbmc::Existing::Replace : vbmc::Existing::Refuse);
     std::cout << "Created the virtual BMC " << file.string() << '\n';
-    if (!sessionRow()) {
-        ipmi::SessionSettings settings;
-        settings.interfaceType = ipmi::SessionSettings::VirtualBmc;
-        if (!options->stateFile.empty())
-            settings.address = file;
+    if (becomesKnown) {
+        if (options->stateFile.empty())
+            settings.address.clear(); // the default, wherever the root is moved
         setSessionRow(rowOf(settings));
         std::cout << "Requests go to it from now on (" << databaseFile().string() << ").\nNext: phctl sync\n";
     }

@@ -3,6 +3,7 @@
 #include "database.h"
 #include "errors.h"
 #include "names.h"
+#include "private_root.h"
 #include "provider_output.h"
 #include "text_layout.h"
 
@@ -44,9 +45,13 @@ std::string failureText(const broker::Request& request, const broker::Reply& rep
 }
 
 // The library waits for a BMC that may still be starting. A virtual one is made by nobody but the user.
-void requireVirtualBmc() {
-    if (const auto row = sessionRow())
-        requireBmc(settingsOf(*row));
+void requireRightMachine() {
+    const auto row = sessionRow();
+    if (!row)
+        return;
+    const auto settings = settingsOf(*row);
+    requirePrivateRoot(settings);
+    requireBmc(settings);
 }
 
 } // namespace
@@ -76,7 +81,7 @@ void Remarks::unknown(const std::string& className, const char* kind, const std:
 
 Requester::Requester(const RequestOptions& options)
     : progress_(std::make_shared<LogProgress>(std::cerr, isatty(STDERR_FILENO) != 0)) {
-    requireVirtualBmc();
+    requireRightMachine();
     ipmi::observeExchanges([progress = progress_](auto netFn, auto command, auto sent, auto answer) {
         progress->exchanged(netFn, command, sent, answer);
     });

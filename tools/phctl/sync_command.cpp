@@ -3,6 +3,7 @@
 #include "database.h"
 #include "errors.h"
 #include "instance_output.h"
+#include "private_root.h"
 #include "progress.h"
 #include "session_options.h"
 #include "smash-db/sync/sync.h"
@@ -57,6 +58,7 @@ int synchronise(const SyncOptions& options) {
     const auto given = options.session.settings();
     ipmi::SessionSettings settings = given ? settingsOf(rowOf(*given)) : knownSettings();
     settings.timeout = options.timeout;
+    requirePrivateRoot(settings);
     requireBmc(settings);
     std::cerr << "Reading " << describe(settings) << std::endl;
     const auto bmc = ipmi::openTransport(settings);
