@@ -53,8 +53,10 @@ int CIM_ModUser(IPMI20_SESSION_T* session, uint8_t slot, uint8_t channel, const 
                 const char* password, uint8_t operation, uint8_t privilegeLimit, uint8_t messaging,
                 uint8_t linkAuthentication, uint8_t enable, int timeout);
 
-/* Frees a slot: disables the user, withdraws its access on the present channel and clears its name. IPMI
- * cannot clear a password; that of a slot's next user is set before the user is enabled. */
+/* Frees a slot: disables the user, withdraws its access on the present channel and on channel 1, where new
+ * users get it, and clears its name. A BMC that refuses a step, as a name that is fixed, is left with the
+ * user as it was. IPMI cannot clear a password; that of a slot's next user is set before the user is enabled.
+ */
 int CIM_DelUser(IPMI20_SESSION_T* session, uint8_t slot, int timeout);
 
 #ifdef __cplusplus

@@ -4,6 +4,7 @@
 #include "ipmi/secret.h"
 
 #include <stdexcept>
+#include <vector>
 
 namespace {
 
@@ -82,8 +83,15 @@ void sendPassword(Transport& bmc, std::uint8_t slot, std::uint8_t operation, std
     ipmi::run(bmc, ipmi::netFn::app, setUserPassword, std::span(request.bytes()).first(size));
 }
 
-void writeAccess(Transport& bmc, std::uint8_t user, const AccessSettings& settings) {
+// `access` as hooks::UserAccess has it.
+void sendAccess(Transport& bmc, std::uint8_t channel, std::uint8_t user, std::uint8_t access) {
     constexpr std::uint8_t changesBits = 0x80;
+    ipmi::run(bmc, ipmi::netFn::app, setUserAccess,
+              {static_cast<std::uint8_t>(changesBits | (access & 0x70) | channel), user,
+               static_cast<std::uint8_t>(access & 0x0F)});
+}
+
+void writeAccess(Transport& bmc, std::uint8_t user, const AccessSettings& settings) {
     std::uint8_t access = hooks::readUserAccess(bmc, settings.channel, user).access;
     const auto replace = [&](std::uint8_t value, unsigned mask, unsigned shift) {
         if (value != CIM_USER_KEEP)
@@ -92,10 +100,64 @@ void writeAccess(Transport& bmc, std::uint8_t user, const AccessSettings& settin
     replace(settings.privilegeLimit, 0x0F, 0);
     replace(settings.messaging, 0x10, 4);
     replace(settings.linkAuthentication, 0x20, 5);
-    ipmi::run(bmc, ipmi::netFn::app, setUserAccess,
-              {static_cast<std::uint8_t>(changesBits | (access & 0x70) | settings.channel), user,
-               static_cast<std::uint8_t>(access & 0x0F)});
+    sendAccess(bmc, settings.channel, user, access);
 }
+
+// A user that is being deleted. A BMC may refuse at the last step, which clears the name: a user of a fixed
+// name must not have been disabled for it. IPMI commands to a user without a name may be refused too, so the
+// name cannot come first.
+class Deletion {
+public:
+    Deletion(Transport& bmc, std::uint8_t user) : bmc_(bmc), user_(user) {
+        const auto present = hooks::readUserAccess(bmc, hooks::presentChannel, user);
+        wasEnabled_ = !present.isDisabled;
+        note(hooks::presentChannel, present);
+        try {
+            note(firstLan, hooks::readUserAccess(bmc, firstLan, user));
+        } catch (const ipmi::CompletionCodeError&) { // there is no such channel
+        }
+    }
+
+    void run() {
+        writeEnabled(bmc_, user_, false);
+        try {
+            for (const auto& [channel, access] : former_)
+                sendAccess(bmc_, channel, user_, (access & ~settings) | noAccess);
+            writeUserName(bmc_, user_, "");
+        } catch (...) {
+            restore();
+            throw;
+        }
+    }
+
+private:
+    // Users are created with access on channel 1, whichever channel that is asked of.
+    static constexpr std::uint8_t firstLan = 1;
+    static constexpr std::uint8_t settings = 0x3F; // of an access, all but callback only
+
+    void note(std::uint8_t channel, const hooks::UserAccess& user) {
+        if ((user.access & settings) != noAccess)
+            former_.push_back({channel, user.access});
+    }
+
+    // As far as the BMC lets: one step that fails does not keep the others from being tried.
+    void restore() {
+        for (const Access& each : former_)
+            hooks::guarded("CIM_DelUser", [&] { sendAccess(bmc_, each.channel, user_, each.access); });
+        if (wasEnabled_)
+            hooks::guarded("CIM_DelUser", [&] { writeEnabled(bmc_, user_, true); });
+    }
+
+    struct Access {
+        std::uint8_t channel;
+        std::uint8_t access;
+    };
+
+    Transport& bmc_;
+    std::uint8_t user_;
+    bool wasEnabled_ = false;
+    std::vector<Access> former_;
+};
 
 } // namespace
 
@@ -159,9 +221,6 @@ int CIM_ModUser(IPMI20_SESSION_T* session, uint8_t slot, uint8_t channel, const 
 int CIM_DelUser(IPMI20_SESSION_T* session, uint8_t slot, int /*timeout*/) {
     return hooks::guarded(__func__, [&] {
         const std::uint8_t user = requireUserId(slot);
-        auto& bmc = hooks::transportOf(session);
-        writeEnabled(bmc, user, false);
-        writeAccess(bmc, user, {hooks::presentChannel, noAccess, 0, 0});
-        writeUserName(bmc, user, "");
+        Deletion(hooks::transportOf(session), user).run();
     });
 }

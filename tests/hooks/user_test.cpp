@@ -160,14 +160,37 @@ TEST_F(User, aStepThatFailsEndsTheChange) {
 }
 
 TEST_F(User, deletionDisablesFirstAndFreesTheNameLast) {
-    const Bytes setAccess = {app, 0x43, 0x80 | 0x40 | 0x0E, 5, 0x0F};
-    bmc.answers[setAccess] = {0x00};
-    EXPECT_EQ(CIM_DelUser(&session, 5, 30), 0);
-    EXPECT_THAT(bmc.requests, ElementsAre(disable, Bytes({app, 0x44, 0x0E, 5}), setAccess, setName(5, "")));
-    bmc.answers[disable] = {0xD4};
-    bmc.requests.clear();
-    EXPECT_EQ(CIM_DelUser(&session, 5, 30), -1);
-    EXPECT_THAT(bmc.requests, ElementsAre(disable));
+    const auto access = [](std::uint8_t channel, std::uint8_t bits, std::uint8_t limit) {
+        return Bytes{app, 0x43, static_cast<std::uint8_t>(0x80 | bits | channel), 5, limit};
+    };
+    const Bytes steps[] = {disable, access(0x0E, 0x40, 0x0F), access(1, 0x40, 0x0F), setName(5, "")};
+    const Bytes reads[] = {{app, 0x44, 0x0E, 5}, {app, 0x44, 0x01, 5}};
+    const Bytes undone[] = {access(0x0E, 0x60, 3), access(1, 0x60, 3), enable};
+    for (const auto& messages : {std::span<const Bytes>(steps), std::span<const Bytes>(undone)})
+        for (const Bytes& message : messages)
+            bmc.answers[message] = {0x00};
+    const auto remove = [&] {
+        bmc.requests.clear();
+        return CIM_DelUser(&session, 5, 30);
+    };
+    EXPECT_EQ(remove(), 0);
+    EXPECT_THAT(bmc.requests, ElementsAre(reads[0], reads[1], steps[0], steps[1], steps[2], steps[3]));
+
+    // A step that is refused: all is as it was.
+    for (std::size_t failing = 0; failing < std::size(steps); ++failing) {
+        bmc.answers[steps[failing]] = {0xCC};
+        EXPECT_EQ(remove(), -1);
+        const std::size_t undoing = failing == 0 ? 0 : std::size(undone);
+        ASSERT_EQ(bmc.requests.size(), 2 + failing + 1 + undoing);
+        EXPECT_TRUE(std::equal(undone, undone + undoing, bmc.requests.end() - static_cast<long>(undoing)));
+        bmc.answers[steps[failing]] = {0x00};
+    }
+    // A user that was disabled stays so; a channel without access or none at all is left alone.
+    bmc.answers[reads[0]] = {0x00, 0x10, 0x83, 0x01, 0x0F};
+    bmc.answers[reads[1]] = {0xCC};
+    bmc.answers[steps[3]] = {0xCC};
+    EXPECT_EQ(remove(), -1);
+    EXPECT_THAT(bmc.requests, ElementsAre(reads[0], reads[1], disable, steps[3]));
 }
 
 } // namespace
