@@ -28,9 +28,11 @@ typedef struct {
 
 /* Number of slots, -1 on failure. */
 PH_EXPORT int PH_Get_Max_Users_Count(IPMI20_SESSION_T* session);
-/* The used slots, in a heap array that the caller frees. */
+/* The used slots, in a heap array that the caller frees. A slot whose name cannot be read is left out; -1
+ * when none can. */
 PH_EXPORT int PH_Get_All_Users(int mode, PHUserEntry** users, int* count);
-/* The first user of this name; "anonymous" is slot 1 when that has no name. -1 when there is none. */
+/* The first user of this name. Slot 1, listed as "anonymous" all the same, is found by the name that it
+ * holds, and by "anonymous" when it holds none. -1 when there is none. */
 PH_EXPORT int PH_Get_User(int mode, const char* name, PHUserEntry* user);
 /* Appends ": Available slots - " and " %d" for each free slot to a message of PH_ACCOUNT_MESSAGE_SIZE bytes.
  */

@@ -13,42 +13,19 @@ namespace {
 constexpr std::uint8_t unknownAccess = 0xFF;
 constexpr const char* anonymous = "anonymous";
 
-// Calls `visit(user, hasName)` for each used slot until it returns false.
-template <class Visit>
-int forEachUser(int mode, Visit visit) {
-    IpmiSession session;
-    if (!session.open())
-        return -1;
-    const int slots = PH_Get_Max_Users_Count(session.get());
-    if (slots < 0)
-        return -1;
-    for (int slot = anonymousSlot; slot <= slots; ++slot) {
-        PHUserEntry user;
-        bool hasName = false;
-        const Slot state = readSlot(session.get(), mode, static_cast<std::uint8_t>(slot), user, &hasName);
-        if (state == Slot::Failed)
-            return -1;
-        if (state == Slot::Used && !visit(user, hasName))
-            break;
-    }
-    return 0;
+// One slot's name; empty for none.
+bool readName(IPMI20_SESSION_T* session, std::uint8_t slot, UserName& name) {
+    char bytes[CIM_USER_NAME_SIZE] = "";
+    if (CIM_GetUser(session, slot, bytes, hookTimeout) != 0)
+        return false;
+    bytes[sizeof(bytes) - 1] = '\0';
+    decodeUserName(bytes, name);
+    return true;
 }
 
-void append(char* message, const char* text) {
-    const std::size_t used = strnlen(message, PH_ACCOUNT_MESSAGE_SIZE - 1);
-    std::snprintf(message + used, PH_ACCOUNT_MESSAGE_SIZE - used, "%s", text);
-}
-
-} // namespace
-
-Slot readSlot(IPMI20_SESSION_T* session, int mode, std::uint8_t slot, PHUserEntry& user, bool* hasName) {
-    char name[CIM_USER_NAME_SIZE] = "";
-    if (CIM_GetUser(session, slot, name, hookTimeout) != 0)
-        return Slot::Failed;
+Slot readAccess(IPMI20_SESSION_T* session, int mode, std::uint8_t slot, const char* name, PHUserEntry& user) {
     if (name[0] == '\0' && slot != anonymousSlot)
         return Slot::Free;
-    if (hasName != nullptr)
-        *hasName = name[0] != '\0';
     user = {};
     copyText(user.userName, slot == anonymousSlot ? anonymous : name);
     user.slot = slot;
@@ -59,6 +36,46 @@ Slot readSlot(IPMI20_SESSION_T* session, int mode, std::uint8_t slot, PHUserEntr
         return Slot::Omitted;
     user.isEnabled = (user.access & isEnabled) != 0;
     return Slot::Used;
+}
+
+// Calls `visit(user, name)` for each used slot until it returns false; `name` is what the slot holds. A slot
+// that cannot be read is left out; -1 when none can.
+template <class Visit>
+int forEachUser(IPMI20_SESSION_T* session, int slots, int mode, Visit visit) {
+    int unreadable = 0;
+    for (int i = anonymousSlot; i <= slots; ++i) {
+        const auto slot = static_cast<std::uint8_t>(i);
+        PHUserEntry user;
+        UserName name;
+        if (!readName(session, slot, name))
+            ++unreadable;
+        else if (readAccess(session, mode, slot, name, user) == Slot::Used && !visit(user, name))
+            return 0;
+    }
+    return slots >= 0 && (slots == 0 || unreadable < slots) ? 0 : -1;
+}
+
+void append(char* message, const char* text) {
+    const std::size_t used = strnlen(message, PH_ACCOUNT_MESSAGE_SIZE - 1);
+    std::snprintf(message + used, PH_ACCOUNT_MESSAGE_SIZE - used, "%s", text);
+}
+
+} // namespace
+
+Slot readSlot(IPMI20_SESSION_T* session, int mode, std::uint8_t slot, PHUserEntry& user) {
+    UserName name;
+    return readName(session, slot, name) ? readAccess(session, mode, slot, name, user) : Slot::Failed;
+}
+
+int findUser(IPMI20_SESSION_T* session, int slots, int mode, const char* name, PHUserEntry& user) {
+    bool isFound = false;
+    const int result = forEachUser(session, slots, mode, [&](const PHUserEntry& candidate, const char* held) {
+        isFound = std::strcmp(*held != '\0' ? held : anonymous, name) == 0;
+        if (isFound)
+            user = candidate;
+        return !isFound;
+    });
+    return result == 0 && isFound ? 0 : -1;
 }
 
 bool parseAccountName(const char* name, std::uint8_t& slot) {
@@ -91,10 +108,14 @@ int PH_Get_All_Users(int mode, PHUserEntry** users, int* count) {
     if (list == nullptr)
         return -1;
     int used = 0;
-    if (ph::forEachUser(mode, [&](const PHUserEntry& user, bool) {
-            list.get()[used++] = user;
-            return true;
-        }) != 0)
+    ph::IpmiSession session;
+    if (!session.open())
+        return -1;
+    const auto keep = [&](const PHUserEntry& user, const char*) {
+        list.get()[used++] = user;
+        return true;
+    };
+    if (ph::forEachUser(session.get(), PH_Get_Max_Users_Count(session.get()), mode, keep) != 0)
         return -1;
     *users = list.release();
     *count = used;
@@ -102,15 +123,10 @@ int PH_Get_All_Users(int mode, PHUserEntry** users, int* count) {
 }
 
 int PH_Get_User(int mode, const char* name, PHUserEntry* user) {
-    bool isFound = false;
-    const int result = ph::forEachUser(mode, [&](const PHUserEntry& candidate, bool hasName) {
-        isFound =
-            std::strcmp(candidate.userName, name) == 0 && (candidate.slot != ph::anonymousSlot || !hasName);
-        if (isFound)
-            *user = candidate;
-        return !isFound;
-    });
-    return result == 0 && isFound ? 0 : -1;
+    ph::IpmiSession session;
+    if (!session.open())
+        return -1;
+    return ph::findUser(session.get(), PH_Get_Max_Users_Count(session.get()), mode, name, *user);
 }
 
 int PH_Get_Empty_Slots(IPMI20_SESSION_T* session, char* message) {

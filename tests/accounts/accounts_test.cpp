@@ -3,6 +3,23 @@
 #include "failing_allocation.h"
 
 #include <ctime>
+#include <dlfcn.h>
+
+namespace {
+
+const char* nameOfSlot3 = nullptr;
+
+} // namespace
+
+// A hook that gives a name of 17 bytes gives no end.
+extern "C" __attribute__((visibility("default"))) int CIM_GetUser(IPMI20_SESSION_T* session, uint8_t slot,
+                                                                  char* name, int timeout) {
+    static const auto real = reinterpret_cast<decltype(&CIM_GetUser)>(dlsym(RTLD_NEXT, "CIM_GetUser"));
+    if (slot != 3 || nameOfSlot3 == nullptr)
+        return real(session, slot, name, timeout);
+    std::memcpy(name, nameOfSlot3, std::min<std::size_t>(std::strlen(nameOfSlot3) + 1, CIM_USER_NAME_SIZE));
+    return 0;
+}
 
 namespace {
 
@@ -66,6 +83,29 @@ TEST_F(Accounts, slotOneIsAnonymousWhateverItsName) {
                          vbmc::Existing::Replace);
     EXPECT_EQ(textOf(accounts.enumerate().instances.at(0), "UserID"), "anonymous");
     EXPECT_EQ(find("anonymous"), -1);
+    EXPECT_EQ(find("somebody"), 1);
+}
+
+TEST_F(Accounts, namesAreTextsWhateverTheBmcHolds) {
+    const struct {
+        const char* given;
+        const char* published;
+    } cases[] = {
+        {"J\xC3\xBCrgen \xF0\x9F\x98\x80", "J\xC3\xBCrgen \xF0\x9F\x98\x80"},
+        {"J\xFCrgen", "J\xC3\xBCrgen"},
+        {"\xC3\xBC\xC3", "\xC3\x83\xC2\xBC\xC3\x83"},             // cut short
+        {"\xC0\xAF", "\xC3\x80\xC2\xAF"},                         // longer than need be
+        {"\xED\xA0\x80", "\xC3\xAD\xC2\xA0\xC2\x80"},             // half of a surrogate pair
+        {"\xF4\x90\x80\x80", "\xC3\xB4\xC2\x90\xC2\x80\xC2\x80"}, // beyond Unicode
+        {"\x80\xF8", "\xC2\x80\xC3\xB8"},                         // no lead bytes
+        {"tab\t\x7F", "tab__"},
+        {"seventeen letters", "seventeen letter"}, // without an end
+    };
+    for (const auto& [given, published] : cases) {
+        nameOfSlot3 = given;
+        EXPECT_EQ(textOf(accounts.get(path("IPMI User-3")).instances.at(0), "UserID"), published);
+    }
+    nameOfSlot3 = nullptr;
 }
 
 TEST_F(Accounts, accessIsReadOnlyInItsMode) {
@@ -90,7 +130,7 @@ TEST_F(Accounts, accessIsReadOnlyInItsMode) {
 
 constexpr std::uint8_t app = 0x06, getUserAccess = 0x44, getUserName = 0x46;
 
-TEST_F(Accounts, aSlotWhoseAccessCannotBeReadIsLeftOut) {
+TEST_F(Accounts, aSlotThatCannotBeReadIsLeftOut) {
     failCommand(app, getUserAccess, 1); // the first asks for the number of slots
     const auto reply = accounts.enumerate();
     EXPECT_TRUE(reply.ok()) << reply.message;
@@ -98,6 +138,8 @@ TEST_F(Accounts, aSlotWhoseAccessCannotBeReadIsLeftOut) {
     failCommand(app, getUserAccess);
     EXPECT_EQ(accounts.enumerate().message, "Failed to Enumerate Instance");
     failCommand(app, getUserName, 3);
+    EXPECT_EQ(accounts.names().paths.size(), 3U);
+    failCommand(app, getUserName);
     EXPECT_EQ(accounts.enumerate().message, "Failed to Enumerate Instance");
     EXPECT_EQ(accounts.names().message, "Failed to Enumerate Instance Names");
     EXPECT_EQ(accounts.instanceArray(), std::nullopt);
