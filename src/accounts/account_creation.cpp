@@ -79,6 +79,9 @@ int create_account(AccountRecord* record, char* message) {
         PH_Get_Empty_Slots(session.get(), message);
         return -1;
     }
+    // Two users of one name could not be told apart when they log in.
+    if (ph::findUser(session.get(), slots, 0, record->UserID, user) == 0)
+        return ph::explain(message, PH_ACCOUNT_MESSAGE_SIZE, "Invalid parameter UserID");
     if (ph::createUser(session.get(), *record) != 0) {
         CIM_DelUser(session.get(), record->slot, ph::hookTimeout); // what was done of it
         return ph::explain(message, PH_ACCOUNT_MESSAGE_SIZE, "Unable to create account");

@@ -63,6 +63,7 @@ int PH_Fill_Account_Struct_for_MI(const PHPropertyList* modifiable, AccountRecor
     return 0;
 }
 
+// A new account needs a password: without one, everybody could log in.
 int PH_Fill_Account_Struct_from_CMPI_Inst(const CMPIInstance* instance, AccountRecord* record) {
     const auto take = [&](const char* name, bool (*into)(const CMPIData&, AccountRecord&)) {
         CMPIStatus status{};
@@ -70,7 +71,7 @@ int PH_Fill_Account_Struct_from_CMPI_Inst(const CMPIInstance* instance, AccountR
         return status.rc == CMPI_RC_OK && into(data, *record);
     };
     return take("UserID", ph::takeUserId) && take("Name", ph::takeName) &&
-                   take("UserPassword", ph::takePassword)
+                   take("UserPassword", ph::takePassword) && *record->UserPassword[0] != '\0'
                ? 0
                : -1;
 }
