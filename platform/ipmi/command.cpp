@@ -1,6 +1,7 @@
 #include "ipmi/command.h"
 
 #include <cstdio>
+#include <unistd.h>
 
 namespace ipmi {
 namespace {
@@ -38,6 +39,14 @@ constexpr CodeText texts[] = {
     {0xD6, "sub-function disabled or unavailable"},
     {0xFF, "unspecified error"},
 };
+
+// A BMC that is busy for the moment: the same request may succeed a little later.
+constexpr unsigned busyAttempts = 4;
+constexpr unsigned busyPauseMicroseconds = 20'000; // grows with each attempt
+
+bool asksForPatience(std::uint8_t code) {
+    return code == completion::nodeBusy || code == completion::timeout;
+}
 
 std::string describe(std::uint8_t netFn, std::uint8_t command, const std::string& problem) {
     char name[64];
@@ -83,10 +92,15 @@ void Answer::verify(const Reader& reader) const {
 Answer ask(Transport& transport, std::uint8_t netFn, std::uint8_t command,
            std::span<const std::uint8_t> request) {
     Answer answer(netFn, command);
-    answer.size_ = transport.exchange(netFn, command, request, answer.bytes_);
-    if (answer.size_ < 1 || answer.size_ > answer.bytes_.size())
-        throw TransportError("the BMC's answer has no completion code");
-    return answer;
+    for (unsigned attempt = 1;; ++attempt) {
+        const std::size_t size = transport.exchange(netFn, command, request, answer.bytes_);
+        if (size < 1 || size > answer.bytes_.size())
+            throw TransportError("the BMC's answer has no completion code");
+        answer.size_ = size;
+        if (!asksForPatience(answer.code()) || attempt == busyAttempts)
+            return answer;
+        usleep(busyPauseMicroseconds * attempt);
+    }
 }
 
 Answer run(Transport& transport, std::uint8_t netFn, std::uint8_t command,

@@ -78,13 +78,14 @@ private:
     friend Answer ask(Transport&, std::uint8_t, std::uint8_t, std::span<const std::uint8_t>);
     Answer(std::uint8_t netFn, std::uint8_t command) : netFn_(netFn), command_(command) {}
 
-    std::array<std::uint8_t, maxMessage> bytes_;
+    std::array<std::uint8_t, maxMessage> bytes_{};
     std::size_t size_ = 1;
     std::uint8_t netFn_;
     std::uint8_t command_;
 };
 
-// Runs one command whatever its completion code. Throws TransportError.
+// Runs one command whatever its completion code; a BMC that is busy (C0h, C3h) is asked again a few times
+// before that is the answer. Throws TransportError.
 Answer ask(Transport& transport, std::uint8_t netFn, std::uint8_t command,
            std::span<const std::uint8_t> request);
 

@@ -124,7 +124,7 @@ TEST_F(AccountCreation, afterAFailureTheSlotIsFree) {
     for (const auto& [command, skip] : {std::pair{0x44, 1U}, {0x43, 0U}, {0x47, 0U}, {0x47, 1U}}) {
         vbmc::VirtualBmc(stateFile).addFault({.netFn = app,
                                               .command = static_cast<std::uint8_t>(command),
-                                              .value = 0xC0,
+                                              .value = 0xCC,
                                               .skip = skip,
                                               .calls = 1});
         EXPECT_EQ(create(arguments4).message, "Unable to create account");

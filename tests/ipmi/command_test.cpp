@@ -44,6 +44,19 @@ TEST(Command, aCompletionCodeIsATypedError) {
     }
 }
 
+TEST(Command, asksABusyBmcAgainButNotForEver) {
+    ScriptedTransport bmc;
+    bmc.codesBefore = {0xC0, 0xC3};
+    bmc.answer = {0x00, 0x20};
+    EXPECT_THAT(ipmi::run(bmc, ipmi::netFn::app, 0x01).data(), ElementsAre(0x20));
+    EXPECT_EQ(bmc.exchanges, 3u);
+
+    bmc = {};
+    bmc.answer = {0xC0};
+    EXPECT_EQ(ipmi::ask(bmc, ipmi::netFn::app, 0x01, {}).code(), 0xC0);
+    EXPECT_EQ(bmc.exchanges, 4u);
+}
+
 TEST(Command, refusesATransportThatBreaksItsPromise) {
     ScriptedTransport bmc;
     for (const std::size_t length : {std::size_t{0}, ipmi::maxMessage + 1}) {

@@ -8,6 +8,8 @@
 
 struct ScriptedTransport : ipmi::Transport {
     std::vector<std::uint8_t> answer;
+    std::vector<std::uint8_t> codesBefore; // one an exchange, answered alone before `answer` is
+    unsigned exchanges = 0;
 
     std::uint8_t netFn = 0;
     std::uint8_t command = 0;
@@ -18,6 +20,11 @@ struct ScriptedTransport : ipmi::Transport {
         netFn = netFunction;
         command = commandNumber;
         request.assign(data.begin(), data.end());
+        if (exchanges < codesBefore.size()) {
+            out[0] = codesBefore[exchanges++];
+            return 1;
+        }
+        ++exchanges;
         std::copy_n(answer.begin(), std::min(answer.size(), out.size()), out.begin());
         return answer.size();
     }
