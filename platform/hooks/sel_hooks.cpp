@@ -26,6 +26,11 @@ std::uint16_t capped(std::uint32_t count) {
     return static_cast<std::uint16_t>(std::min<std::uint32_t>(count, 0xFFFF));
 }
 
+// A record takes whole allocation units: one, or as many small ones as it needs.
+std::uint32_t recordsIn(std::uint32_t units, std::uint32_t unitSize) {
+    return units / ((CIM_SEL_RECORD_SIZE + unitSize - 1) / unitSize);
+}
+
 std::uint16_t maxEntries(ipmi::Transport& bmc) {
     const auto answer = ipmi::ask(bmc, ipmi::netFn::storage, sel::getAllocationInfo, {});
     if (answer.code() == completion::success) {
@@ -34,7 +39,7 @@ std::uint16_t maxEntries(ipmi::Transport& bmc) {
         const std::uint32_t unitSize = reader.u16();
         answer.verify(reader);
         if (units != 0 && unitSize != 0) // 0: not specified
-            return capped(units * unitSize / CIM_SEL_RECORD_SIZE);
+            return capped(recordsIn(units, unitSize));
     }
     const auto info = sel::readInfo(bmc);
     return capped(std::uint32_t{info.entries} + info.freeBytes / CIM_SEL_RECORD_SIZE);
