@@ -254,16 +254,17 @@ TEST_F(Filters, failuresOfThePlatformAreReported) {
                 Contains("db_delete_indication_filter_cimxml"));
 }
 
-// An enumeration whose handles do not close is not to be trusted.
-TEST_F(Filters, failingToCloseFailsTheEnumeration) {
+// A database that does not close fails the enumeration; a session is closed for the caller in any case.
+TEST_F(Filters, failingToCloseTheDatabaseFailsTheEnumeration) {
     ASSERT_THAT(classes.at(filterClass).enumerate(), Succeeds());
     const auto calls = platformCalls.made;
     ASSERT_THAT(std::vector(calls.end() - 2, calls.end()), ElementsAre("CIM_Close_Session", "db_close"));
-    for (const auto nth : {calls.size() - 1, calls.size()}) {
-        platformCalls.clear();
-        platformCalls.failing = static_cast<unsigned>(nth);
-        EXPECT_THAT(classes.at(filterClass).enumerate(), Refuses(1, "Failed to Enumerate Instance"));
-    }
+    platformCalls.clear();
+    platformCalls.failing = static_cast<unsigned>(calls.size());
+    EXPECT_THAT(classes.at(filterClass).enumerate(), Refuses(1, "Failed to Enumerate Instance"));
+    platformCalls.clear();
+    platformCalls.failing = static_cast<unsigned>(calls.size() - 1);
+    EXPECT_THAT(classes.at(filterClass).enumerate(), Succeeds());
 }
 
 TEST_F(Filters, arraysOfCallersGrowOrGo) {
