@@ -6,7 +6,7 @@
 
 namespace ph {
 
-// Runs a command with the shell and returns what system() does. Under PH_SYSROOT, words that begin with '/'
+// Runs a command with the shell: its exit status, -1 when it cannot be run. Under PH_SYSROOT, words that begin with '/'
 // are taken below that folder, and commands are searched in its usr/sbin, usr/bin, sbin and bin first, then
 // in /usr/bin and /bin only: a test that forgot its stand-in for reboot must not reach the machine's own.
 int runCommand(const char* command);

@@ -48,22 +48,13 @@ bool isRestartRequested() {
     return PH_SysrootPath(restartMarker, path, sizeof(path)) == 0 && access(path, F_OK) == 0;
 }
 
-void removeMarker() {
-    char path[4096];
-    if (PH_SysrootPath(restartMarker, path, sizeof(path)) == 0)
-        unlink(path);
-}
-
 // With the marker or the device record missing the controller restarts all the same.
 bool restart() {
     ph::computer::storeRequestedState(SMASH_DEVICE_SP, reset);
     char touch[64];
     std::snprintf(touch, sizeof(touch), "touch %s", restartMarker);
     ph::runCommand(touch);
-    if (ph::runCommand("reboot") == 0)
-        return true;
-    removeMarker();
-    return false;
+    return ph::runCommand("reboot") == 0;
 }
 
 bool changeProcessor(CMPIString** keyValues, std::uint16_t state) {

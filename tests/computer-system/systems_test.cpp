@@ -2,6 +2,8 @@
 #include "failing_allocation.h"
 #include "managed_system.h"
 
+#include <csignal>
+
 namespace {
 
 using testing::ElementsAre;
@@ -114,11 +116,12 @@ TEST_F(Systems, restartTheController) {
     setReboot(1);
     expectFailed(changeProcessor(uint16(11)));
     EXPECT_EQ(reboots(), 1);
-    EXPECT_EQ(broker::toText(*broker::find(only(processor).properties, "RequestedState")), "12")
-        << "a restart that failed";
 
     setReboot(0);
+    // An object manager may leave the reaping of children to the kernel.
+    const auto handler = std::signal(SIGCHLD, SIG_IGN);
     const Outcome outcome = changeProcessor(uint16(11));
+    std::signal(SIGCHLD, handler);
     expectDone(outcome);
     EXPECT_EQ(outcome.jobName, "SP_RequestStateChange");
     EXPECT_EQ(read("/tmp/reboots"), "reboot \nreboot \n");
@@ -127,6 +130,16 @@ TEST_F(Systems, restartTheController) {
     for (int i = 0; i < 2; ++i)
         EXPECT_EQ(broker::toText(*broker::find(only(processor).properties, "RequestedState")), "11");
     EXPECT_TRUE(isHostOn());
+}
+
+// What a process list shows of a command is the command: the CLP daemon's watch tells itself by its "grep".
+TEST_F(Systems, runCommandsThatLookLikeThemselves) {
+    std::string shown;
+    ph::readCommand("</proc/$$/cmdline tr '\\0' ' '; true", 4096, [&](std::string_view line) {
+        shown = line;
+        return true;
+    });
+    EXPECT_THAT(shown, testing::StartsWith("sh -c </proc"));
 }
 
 TEST_F(Systems, refuseWrongRequestsBeforeThereIsAJob) {
