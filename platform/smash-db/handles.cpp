@@ -13,11 +13,6 @@ constexpr int debugLog = 134;
 
 thread_local char lastError[512];
 
-void keepError(const char* function, const char* reason) noexcept {
-    std::snprintf(lastError, sizeof lastError, "%s: %s", function, reason);
-    IDBG_LINUXAPP_DbgOut(debugLog, "%s\n", lastError);
-}
-
 int openHandle(const char* function, SMASH_DB_HANDLE* handle, const Schema& schema, OpenMode mode) {
     return guarded(function, [&] {
         if (handle == nullptr)
@@ -29,29 +24,21 @@ int openHandle(const char* function, SMASH_DB_HANDLE* handle, const Schema& sche
 
 } // namespace
 
-int guarded(const char* function, const std::function<void()>& work) noexcept {
+// Allocates nothing: memory may be what is short.
+void keepFailure(const char* function, SMASH_DB_HANDLE handle) noexcept {
+    const bool isOpen = handle != nullptr;
+    const auto keep = [&](const char* reason) {
+        std::snprintf(lastError, sizeof lastError, "%s: %s%s%s", function,
+                      isOpen ? handle->connection.getFilename().c_str() : "", isOpen ? ": " : "", reason);
+        IDBG_LINUXAPP_DbgOut(debugLog, "%s\n", lastError);
+    };
     try {
-        work();
-        return 0;
+        throw;
     } catch (const std::exception& error) {
-        keepError(function, error.what());
+        keep(error.what());
     } catch (...) {
-        keepError(function, "unknown failure");
+        keep("unknown failure");
     }
-    return 1;
-}
-
-int onDatabase(const char* function, SMASH_DB_HANDLE handle,
-               const std::function<void(SQLite::Database&)>& work) noexcept {
-    return guarded(function, [&] {
-        if (handle == nullptr)
-            throw std::invalid_argument("the database is not open");
-        try {
-            work(handle->connection);
-        } catch (const std::exception& error) {
-            throw std::runtime_error(handle->connection.getFilename() + ": " + error.what());
-        }
-    });
 }
 
 } // namespace smash

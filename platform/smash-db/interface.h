@@ -6,7 +6,6 @@
 #include <platform/smash_db_handle.h>
 
 #include <cstring>
-#include <functional>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -17,13 +16,34 @@ struct SmashDatabase {
 
 namespace smash {
 
-// Runs a function's work: 0, or 1 when it throws, which db_last_error then tells. Nothing leaves a C function
-// but that.
-int guarded(const char* function, const std::function<void()>& work) noexcept;
+// Within a catch block: keeps what happened for db_last_error. An error on an open database names its file.
+void keepFailure(const char* function, SMASH_DB_HANDLE handle) noexcept;
 
-// The same on an open database. An error names its file.
-int onDatabase(const char* function, SMASH_DB_HANDLE handle,
-               const std::function<void(SQLite::Database&)>& work) noexcept;
+// Runs a function's work: 0, or 1 when it throws, which db_last_error then tells. Nothing leaves a C function
+// but that: whatever may throw, texts of clauses included, belongs into the work.
+template <class Work>
+int guarded(const char* function, Work&& work, SMASH_DB_HANDLE handle = nullptr) noexcept {
+    try {
+        work();
+        return 0;
+    } catch (...) {
+        keepFailure(function, handle);
+        return 1;
+    }
+}
+
+// The same on an open database.
+template <class Work>
+int onDatabase(const char* function, SMASH_DB_HANDLE handle, Work&& work) noexcept {
+    return guarded(
+        function,
+        [&] {
+            if (handle == nullptr)
+                throw std::invalid_argument("the database is not open");
+            work(handle->connection);
+        },
+        handle);
+}
 
 inline void require(bool isGiven) {
     if (!isGiven)
@@ -32,7 +52,7 @@ inline void require(bool isGiven) {
 
 // Changes the database as a whole or not at all.
 template <class Work>
-int inTransaction(const char* function, SMASH_DB_HANDLE handle, Work work) {
+int inTransaction(const char* function, SMASH_DB_HANDLE handle, Work&& work) noexcept {
     return onDatabase(function, handle, [&](SQLite::Database& database) {
         SQLite::Transaction transaction(database, SQLite::TransactionBehavior::IMMEDIATE);
         work(database);

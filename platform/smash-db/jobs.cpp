@@ -18,8 +18,8 @@ constexpr int exceptionState = 10; // DMTF JobState: the first of those that end
 constexpr int completedState = 7;
 
 // Of a job that is kept, at time `?`.
-constexpr char isKept[] = "(endedAt = 0 OR deleteOnCompletion = 0 OR"
-                          " endedAt + 60 * CAST(minutesToKeep AS INTEGER) > ?)";
+#define JOB_IS_KEPT                                                                                          \
+    "(endedAt = 0 OR deleteOnCompletion = 0 OR endedAt + 60 * CAST(minutesToKeep AS INTEGER) > ?)"
 
 std::int64_t now() {
     return std::time(nullptr);
@@ -30,7 +30,7 @@ std::int64_t endOf(int jobState) {
 }
 
 void removeOldJobs(SQLite::Database& database) {
-    SQLite::Statement jobs(database, std::string("DELETE FROM concrete_job WHERE NOT ") + isKept);
+    SQLite::Statement jobs(database, "DELETE FROM concrete_job WHERE NOT " JOB_IS_KEPT);
     jobs.bind(1, now());
     if (jobs.exec() > 0)
         database.exec("DELETE FROM job_error WHERE errorSource NOT LIKE '%clp-job%' AND"
@@ -77,13 +77,13 @@ int db_modify_concretejob(SMASH_DB_HANDLE handle, const char* instanceId, const 
 }
 
 int db_get_all_concretejob(SMASH_DB_HANDLE handle, StoredJobRow** rows, int* count) {
-    const std::string clause = std::string("WHERE ") + isKept + " ORDER BY rowid";
-    return getRows(__func__, handle, rows, count, storedJobColumns, clause.c_str(), now());
+    return getRows(__func__, handle, rows, count, storedJobColumns, "WHERE " JOB_IS_KEPT " ORDER BY rowid",
+                   now());
 }
 
 int db_get_concretejob(SMASH_DB_HANDLE handle, const char* instanceId, StoredJobRow** row) {
-    const std::string clause = std::string("WHERE ") + isKept + " AND instanceId = ?";
-    return getRow(__func__, handle, row, storedJobColumns, clause.c_str(), now(), instanceId);
+    return getRow(__func__, handle, row, storedJobColumns, "WHERE " JOB_IS_KEPT " AND instanceId = ?", now(),
+                  instanceId);
 }
 
 int db_delete_concretejob(SMASH_DB_HANDLE handle, const char* instanceId) {

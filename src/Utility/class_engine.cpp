@@ -266,7 +266,7 @@ const Property& keyProperty(const ClassFamily& family, std::string_view name) {
 bool keysMatch(const ClassFamily& family, const void* record, CMPIString** keyValues) {
     for (std::size_t i = 0; i < family.keys.size(); ++i) {
         const char* wanted = textOf(keyValues[i]);
-        if (wanted == nullptr ||
+        if (wanted == nullptr || // a broker that fails
             std::strcmp(keyText(keyProperty(family, family.keys[i]), record), wanted) != 0)
             return false;
     }
@@ -275,7 +275,7 @@ bool keysMatch(const ClassFamily& family, const void* record, CMPIString** keyVa
 
 bool collectMatching(const ClassFamily& family, RecordStore& store, CMPIString** keyValues) {
     for (std::size_t i = 0; i < family.keys.size(); ++i)
-        if (keyValues == nullptr || keyValues[i] == nullptr)
+        if (keyValues == nullptr || textOf(keyValues[i]) == nullptr)
             return false;
     if ((family.get != nullptr ? family.get(store, keyValues) : family.enumerate(store, Detail::All)) != 0)
         return false;

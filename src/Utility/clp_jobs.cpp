@@ -56,6 +56,8 @@ int PH_Enum_All_CLP_Jobs(ConcreteJobRecord** records, int* count, int namesOnly)
 }
 
 int PH_Delete_CLPJob(const char* instanceId) {
+    if (instanceId == nullptr)
+        return -1;
     const ph::DynamicLibrary library(ph::clp::packetLibrary);
     const auto request = library.find<decltype(&SMP_Frame_DeleteJob_Req)>("SMP_Frame_DeleteJob_Req");
     return request != nullptr && request(instanceId) == 0 ? 0 : -1;

@@ -6,6 +6,7 @@
 #include "Utility/method_job.h"
 #include "Utility/record_fields.h"
 #include "Utility/request_status.h"
+#include "Utility/request_texts.h"
 
 namespace {
 
@@ -63,6 +64,8 @@ bool exists(CMPIString** jobKeys) {
 } // namespace
 
 int PH_Fill_Error_Data(const JobErrorRow* row, Record* record) {
+    if (row == nullptr || record == nullptr)
+        return -1;
     ph::copyText(record->ErrorSource, row->errorSource);
     record->ErrorType = static_cast<uint16_t>(row->errorType);
     record->PerceivedSeverity = static_cast<uint16_t>(row->perceivedSeverity);
@@ -77,7 +80,10 @@ int PH_GetErrors(const CMPIBroker* broker, const CMPIContext* context, const CMP
     CMPIString* keyValues[1] = {};
     if (CheckForValidObjectPath(broker, ref, g_ConcreteJobKeyList, keyValues, 1, status) != 0)
         return -1;
-    const JobError error = readError(CMGetCharsPtr(keyValues[0], nullptr));
+    // No job has a key that is a number, which the key check lets pass without a value.
+    const char* const instanceId = ph::textOf(keyValues[0]);
+    const JobError error =
+        instanceId != nullptr ? readError(instanceId) : JobError{.isRead = true, .row = {}};
     // A job without an error is told from one that is not, or no longer, there.
     if (error.isRead && error.row == nullptr && !exists(keyValues)) {
         ph::fail(broker, status, CMPI_RC_ERR_FAILED, "Given instance does not exist");

@@ -32,6 +32,8 @@ int onTemporaryDatabase(Work work) {
 } // namespace
 
 int PH_CreateJobInstance(const char* jobName, char* instanceId, int state, const char* operationalStatus) {
+    if (jobName == nullptr || instanceId == nullptr || operationalStatus == nullptr)
+        return -1;
     ConcreteJobRow row{};
     ph::copyText(row.elementName, jobName);
     ph::copyText(row.kind, "ConcreteJob");
