@@ -157,6 +157,8 @@ TEST_F(Jobs, getErrorsRefusesWhatItDoesNotKnow) {
         {"no such job", pathOf("none"), "GetErrors", CMPI_RC_ERR_FAILED, "Given instance does not exist"},
         {"no such daemon's job", pathOf("clp-job 9"), "GetErrors", CMPI_RC_ERR_FAILED,
          "Given instance does not exist"},
+        {"a number", jobs.path({{"InstanceID", broker::Value{CMPI_uint32, std::uint64_t{5}}}}), "GetErrors",
+         CMPI_RC_ERR_FAILED, "Given instance does not exist"},
         {"no key", jobs.path(), "GetErrors", CMPI_RC_ERR_FAILED, "Key Property Missing"},
         {"another key", jobs.path({{"Name", text("x")}}), "GetErrors", CMPI_RC_ERR_NO_SUCH_PROPERTY,
          "No Such Key Property"},
