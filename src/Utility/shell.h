@@ -6,9 +6,10 @@
 
 namespace ph {
 
-// Runs a command with the shell: its exit status, -1 when it cannot be run. Under PH_SYSROOT, words that begin with '/'
-// are taken below that folder, and commands are searched in its usr/sbin, usr/bin, sbin and bin first, then
-// in /usr/bin and /bin only: a test that forgot its stand-in for reboot must not reach the machine's own.
+// Runs a command with the shell: its exit status, -1 when it cannot be run. Under PH_SYSROOT, words that
+// begin with '/' are taken below that folder, and commands are searched in its usr/sbin, usr/bin, sbin and
+// bin first, then in /usr/bin and /bin only: a test that forgot its stand-in for reboot must not reach the
+// machine's own.
 int runCommand(const char* command);
 
 // The lines that a command prints, as far as they fit into `lineSize` characters with their end: longer ones
