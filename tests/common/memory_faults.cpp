@@ -51,62 +51,57 @@ long liveBlocks() {
     return blocks;
 }
 
-// The allocator of the C library, or of the sanitizer, under ours. Every library of the process calls ours.
-#ifdef __SANITIZE_ADDRESS__
-#define ALLOCATOR(name) __interceptor_##name
-#else
-#define ALLOCATOR(name) __libc_##name
-#endif
-
 #pragma GCC visibility push(default)
+#ifndef __SANITIZE_ADDRESS__
+// The allocator of the C library, under ours: every library of the process calls ours, operator new as well.
 extern "C" {
-void* ALLOCATOR(malloc)(std::size_t size);
-void* ALLOCATOR(calloc)(std::size_t count, std::size_t size);
-void* ALLOCATOR(realloc)(void* block, std::size_t size);
-void ALLOCATOR(free)(void* block);
+void* __libc_malloc(std::size_t size);
+void* __libc_calloc(std::size_t count, std::size_t size);
+void* __libc_realloc(void* block, std::size_t size);
+void __libc_free(void* block);
 
 void* malloc(std::size_t size) {
-    return failsNow() ? nullptr : counted(ALLOCATOR(malloc)(size));
+    return failsNow() ? nullptr : counted(__libc_malloc(size));
 }
 void* calloc(std::size_t count, std::size_t size) {
-    return failsNow() ? nullptr : counted(ALLOCATOR(calloc)(count, size));
+    return failsNow() ? nullptr : counted(__libc_calloc(count, size));
 }
 void* realloc(void* block, std::size_t size) {
     if (failsNow())
         return nullptr;
-    void* const moved = ALLOCATOR(realloc)(block, size);
+    void* const moved = __libc_realloc(block, size);
     blocks += (block == nullptr && moved != nullptr) - (block != nullptr && size == 0 && moved == nullptr);
     return moved;
 }
 void free(void* block) {
     blocks -= block != nullptr;
-    ALLOCATOR(free)(block);
+    __libc_free(block);
 }
 }
-
-#ifdef __SANITIZE_ADDRESS__ // it has operators of its own, which ask no malloc
+#else
+// The sanitizer's malloc is needed before this program is ready to run: only operator new is ours.
 void* operator new(std::size_t size) {
-    if (void* const block = malloc(size != 0 ? size : 1))
-        return block;
-    throw std::bad_alloc();
+    void* const block = failsNow() ? nullptr : counted(std::malloc(size != 0 ? size : 1));
+    return block != nullptr ? block : throw std::bad_alloc();
 }
 void* operator new[](std::size_t size) {
     return operator new(size);
 }
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    return malloc(size != 0 ? size : 1);
+    return failsNow() ? nullptr : counted(std::malloc(size != 0 ? size : 1));
 }
 void operator delete(void* block) noexcept {
-    free(block);
+    blocks -= block != nullptr;
+    std::free(block);
 }
 void operator delete[](void* block) noexcept {
-    free(block);
+    operator delete(block);
 }
 void operator delete(void* block, std::size_t) noexcept {
-    free(block);
+    operator delete(block);
 }
 void operator delete[](void* block, std::size_t) noexcept {
-    free(block);
+    operator delete(block);
 }
 #endif
 #pragma GCC visibility pop
