@@ -6,8 +6,11 @@
 #include <vector>
 
 struct PlatformCalls {
-    std::vector<std::string> made; // names, in order
-    unsigned failing = 0;          // the nth of `made`, from 1, fails; a closing function closes all the same
+    std::vector<std::string> made;  // names, in order
+    std::vector<std::string> texts; // with their arguments: "CIM_GetChannelNum(1, *, 30)"
+    bool records = true;            // the two above; off where memory is to fail
+    unsigned count = 0;
+    unsigned failing = 0; // the nth call, from 1, fails; a closing function closes all the same
     bool hasFailed = false;
 
     int openHandles = 0;  // of databases
