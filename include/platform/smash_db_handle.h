@@ -11,7 +11,8 @@ typedef struct SmashDatabase* SMASH_DB_HANDLE;
 /* Opens the database of the BMC's inventory and settings ("/conf/smash.db"). It must exist: sync creates it.
  */
 int db_init(SMASH_DB_HANDLE* handle);
-/* Opens the temporary database of jobs and errors ("/tmp/method_jobs.db"), created when it is missing. */
+/* Opens the temporary database of jobs and errors ("/tmp/method_jobs.db"), created when it is missing or not
+ * usable. A file of another user's, a link or a pipe in its place is a failure. */
 int tmp_db_init(SMASH_DB_HANDLE* handle);
 /* Opens the same database as db_init for settings that clients write; created when it is missing. */
 int smash_db_init(SMASH_DB_HANDLE* handle);

@@ -2,11 +2,12 @@
 
 #include "smash-db/rows.h"
 
-#include <platform/sysroot.h>
+#include <platform/shared_file.h>
 
 #include <sqlite3.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <stdexcept>
 #include <string>
@@ -36,13 +37,46 @@ std::string resolve(const char* absolutePath) {
     return path;
 }
 
-// In a folder that everybody writes to, a file or link of another user must not become our database.
-void requireOwnFile(const std::string& path) {
-    struct stat status = {};
-    if (lstat(path.c_str(), &status) != 0)
+// A file that is no database of this schema.
+struct WrongFile : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+bool isWrongFile(const std::exception& error) {
+    if (const auto* failure = dynamic_cast<const SQLite::Exception*>(&error))
+        return failure->getErrorCode() == SQLITE_NOTADB || failure->getErrorCode() == SQLITE_CORRUPT ||
+               failure->getErrorCode() == SQLITE_ERROR; // no such table or column
+    return dynamic_cast<const WrongFile*>(&error) != nullptr;
+}
+
+// Sees to it that SQLite finds our own files, and nothing that somebody else put there. Returns the file's
+// number. It is made without being opened: closing a descriptor of ours would drop SQLite's locks.
+ino_t secure(const std::string& path, OpenMode mode) {
+    if (mode == OpenMode::CreateMissing && mknod(path.c_str(), S_IFREG | privateMode, 0) != 0 &&
+        errno != EEXIST)
         throw std::runtime_error(std::strerror(errno));
-    if (!S_ISREG(status.st_mode) || status.st_uid != geteuid())
-        throw std::runtime_error("not a file of this user");
+    ino_t number = 0;
+    for (const char* suffix : {"-journal", "-wal", ""}) {
+        struct stat status = {};
+        if (lstat((path + suffix).c_str(), &status) == 0) {
+            if (!PH_IsTrustedFile(&status))
+                throw std::runtime_error("not a file of this user");
+            number = status.st_ino;
+        } else if (*suffix == '\0') {
+            throw std::runtime_error(std::strerror(errno));
+        }
+    }
+    return number;
+}
+
+// Another process may have been quicker.
+void setAside(const std::string& path, ino_t number) {
+    struct stat status = {};
+    if (lstat(path.c_str(), &status) != 0 || status.st_ino != number)
+        return;
+    if (std::rename(path.c_str(), (path + ".damaged").c_str()) != 0)
+        throw std::runtime_error(std::strerror(errno));
+    unlink((path + "-journal").c_str());
 }
 
 std::string createStatement(const Table& table) {
@@ -94,16 +128,43 @@ void createTables(SQLite::Database& database, const Schema& schema) {
 void verify(SQLite::Database& database, const Schema& schema) {
     const int version = versionOf(database);
     if (version != schema.version)
-        throw std::runtime_error("schema version " + std::to_string(version) + " instead of " +
-                                 std::to_string(schema.version));
+        throw WrongFile("schema version " + std::to_string(version) + " instead of " +
+                        std::to_string(schema.version));
     const auto size = off_t{number(database, "PRAGMA page_count")} * number(database, "PRAGMA page_size");
     struct stat status = {};
     if (stat(database.getFilename().c_str(), &status) != 0)
         throw std::runtime_error(std::strerror(errno));
     if (status.st_size < size)
-        throw std::runtime_error("the file is cut short");
+        throw WrongFile("the file is cut short");
     for (const Table* table : schema.tables)
         select(database, *table);
+}
+
+SQLite::Database openFile(const std::string& path, const Schema& schema, OpenMode mode) {
+    const int create = mode == OpenMode::CreateMissing ? SQLite::OPEN_CREATE : 0;
+    if (create == 0 && access(path.c_str(), R_OK) != 0)
+        throw std::runtime_error(std::strerror(errno)); // SQLite says no more than "unable to open"
+    SQLite::Database database(path, SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX | create);
+    sqlite3_busy_handler(database.getHandle(), waitForLock, nullptr);
+    if (schema.isTemporary)
+        database.exec("PRAGMA synchronous = OFF"); // it does not outlive the machine's run
+    if (isBlank(database) ? create != 0 : !schema.isTemporary && lacksTables(database, schema))
+        createTables(database, schema);
+    verify(database, schema);
+    return database;
+}
+
+SQLite::Database openTemporary(const std::string& path, const Schema& schema, OpenMode mode) {
+    const ino_t number = secure(path, mode);
+    try {
+        return openFile(path, schema, mode);
+    } catch (const std::exception& error) {
+        if (!isWrongFile(error))
+            throw;
+        setAside(path, number);
+    }
+    secure(path, mode);
+    return openFile(path, schema, mode);
 }
 
 } // namespace
@@ -111,19 +172,7 @@ void verify(SQLite::Database& database, const Schema& schema) {
 SQLite::Database open(const Schema& schema, OpenMode mode) {
     const std::string path = resolve(schema.path);
     try {
-        const int create = mode == OpenMode::CreateMissing ? SQLite::OPEN_CREATE : 0;
-        if (create == 0 && access(path.c_str(), R_OK) != 0)
-            throw std::runtime_error(std::strerror(errno)); // SQLite says no more than "unable to open"
-        SQLite::Database database(path, SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX | create);
-        sqlite3_busy_handler(database.getHandle(), waitForLock, nullptr);
-        if (schema.isTemporary)
-            database.exec("PRAGMA synchronous = OFF"); // it does not outlive the machine's run
-        if (schema.isTemporary)
-            requireOwnFile(path);
-        if (isBlank(database) ? create != 0 : lacksTables(database, schema))
-            createTables(database, schema);
-        verify(database, schema);
-        return database;
+        return schema.isTemporary ? openTemporary(path, schema, mode) : openFile(path, schema, mode);
     } catch (const std::exception& error) {
         throw std::runtime_error(path + ": " + error.what());
     }

@@ -1,6 +1,6 @@
-#include "platform/sysroot.h"
 #include "Utility/back_ends.h"
 #include "Utility/debug_log.h"
+#include "Utility/shared_file.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -51,10 +51,7 @@ struct RequestOrigin {
 
 // "/tmp/current_req" holds the requesting user and a dotted IPv4 address.
 bool readCurrentRequest(RequestOrigin& origin) {
-    char path[4096];
-    if (PH_SysrootPath("/tmp/current_req", path, sizeof(path)) != 0)
-        return false;
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path, "re"), std::fclose);
+    const FilePtr file = readShared("/tmp/current_req");
     char address[64] = "";
     if (file == nullptr || std::fscanf(file.get(), "%255s %63s", origin.user, address) < 1)
         return false;

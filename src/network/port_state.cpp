@@ -1,14 +1,12 @@
 // Enabling, disabling and resetting the BMC's network interfaces.
 #include "network/port_state.h"
-#include "platform/sysroot.h"
 #include "provider_helper/network.h"
 #include "Utility/back_ends.h"
 #include "Utility/request_status.h"
+#include "Utility/shared_file.h"
 
 #include <cstdio>
 #include <cstring>
-#include <fcntl.h>
-#include <memory>
 #include <unistd.h>
 
 namespace ph {
@@ -17,25 +15,17 @@ namespace {
 constexpr int enable = 2; // DMTF RequestedState
 constexpr int disable = 3;
 
-using FilePtr = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
-
-// "/tmp/ethport_reqstate_eth0". In a folder that everybody writes to, a link of somebody's is not followed.
-FilePtr openStateFile(const char* interfaceName, int flags, const char* mode) {
-    char name[256];
-    char path[4096];
-    std::snprintf(name, sizeof(name), "%s_%s", "/tmp/ethport_reqstate", interfaceName);
-    const bool isPlain = std::strchr(interfaceName, '/') == nullptr;
-    const int descriptor = isPlain && PH_SysrootPath(name, path, sizeof(path)) == 0
-                               ? open(path, flags | O_NOFOLLOW | O_CLOEXEC, 0644)
-                               : -1;
-    std::FILE* file = descriptor != -1 ? fdopen(descriptor, mode) : nullptr;
-    if (file == nullptr && descriptor != -1)
-        close(descriptor);
-    return {file, std::fclose};
-}
+// "/tmp/ethport_reqstate_eth0"; empty for a name that would lead elsewhere.
+struct StateFile {
+    explicit StateFile(const char* interfaceName) {
+        if (std::strchr(interfaceName, '/') == nullptr)
+            std::snprintf(path, sizeof(path), "/tmp/ethport_reqstate_%s", interfaceName);
+    }
+    char path[256] = "";
+};
 
 void writeRequestedState(const char* interfaceName, int state) {
-    if (const FilePtr file = openStateFile(interfaceName, O_WRONLY | O_CREAT | O_TRUNC, "w"))
+    if (const FilePtr file = writeShared(StateFile(interfaceName).path))
         std::fprintf(file.get(), "%02d", state);
 }
 
@@ -103,7 +93,7 @@ Outcome changeLan(IPMI20_SESSION_T* session, int lanIndex, int requestedState, c
 
 int readRequestedState(const char* interfaceName) {
     int state = 0;
-    const FilePtr file = openStateFile(interfaceName, O_RDONLY, "r");
+    const FilePtr file = readShared(StateFile(interfaceName).path);
     if (file == nullptr || std::fscanf(file.get(), "%d", &state) != 1)
         return 0;
     return state;

@@ -1,6 +1,9 @@
 #include "network_fixture.h"
 
 #include <fstream>
+#include <functional>
+#include <sstream>
+#include <sys/stat.h>
 
 namespace {
 
@@ -292,13 +295,22 @@ TEST_F(Ports, methodRefusesWhatItCannotServe) {
     EXPECT_EQ(lan("eth0", "enable"), "both");
 }
 
-TEST_F(Ports, requestedStateIsNotReadThroughALink) {
+// Others may write to the folder: what they put there is neither followed nor waited for.
+TEST_F(Ports, requestedStateIsAFileOfOurs) {
     write("/tmp/elsewhere", "11");
-    std::filesystem::create_symlink(sysroot.place("/tmp/elsewhere"),
-                                    sysroot.place("/tmp/ethport_reqstate_eth0"));
-    EXPECT_EQ(get("CIM_EthernetPort", "RequestedState"), "0");
-    EXPECT_EQ(change("eth0", 3), "0"); // done, and noted nowhere
-    EXPECT_EQ(requestedState("eth0"), "11");
+    const auto elsewhere = sysroot.place("/tmp/elsewhere");
+    const auto file = sysroot.place("/tmp/ethport_reqstate_eth0");
+    const std::function<void()> puts[] = {[&] { std::filesystem::create_symlink(elsewhere, file); },
+                                          [&] { std::filesystem::create_hard_link(elsewhere, file); },
+                                          [&] { mkfifo(file.c_str(), 0600); }};
+    for (const auto& put : puts) {
+        put();
+        EXPECT_EQ(get("CIM_EthernetPort", "RequestedState"), "0");
+        EXPECT_EQ(change("eth0", 3), "0"); // done, and noted nowhere
+        EXPECT_EQ(change("eth0", 2), "0");
+        std::filesystem::remove(file);
+    }
+    EXPECT_EQ((std::ostringstream() << std::ifstream(elsewhere).rdbuf()).str(), "11");
 }
 
 } // namespace

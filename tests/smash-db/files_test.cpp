@@ -1,5 +1,6 @@
 #include "database_fixture.h"
 
+#include <functional>
 #include <gmock/gmock.h>
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <sys/stat.h>
@@ -160,12 +161,58 @@ TEST_F(DatabaseFixture, filesAreForTheirOwner) {
     }
 }
 
-TEST_F(DatabaseFixture, linkInTheSharedFolderIsRefused) {
-    const auto target = sysroot.place("/var/lib/target");
-    fs::create_symlink(target, sysroot.place("/tmp/method_jobs.db"));
-    SMASH_DB_HANDLE opened = nullptr;
-    EXPECT_EQ(tmp_db_init(&opened), 1);
-    EXPECT_THAT(db_last_error(), HasSubstr("not a file of this user"));
+class SharedFolder : public SysrootFixture {
+protected:
+    const fs::path jobs = sysroot.place("/tmp/method_jobs.db");
+    const fs::path journal = sysroot.place("/tmp/method_jobs.db-journal");
+};
+
+// Another user may put anything there before us, and must neither stop a request nor have it write elsewhere.
+TEST_F(SharedFolder, whatIsNoFileOfOursIsRefused) {
+    const fs::path target = sysroot.place("/var/lib/target"), other = sysroot.place("/var/lib/other");
+    overwrite(other, "");
+    const std::pair<const char*, std::function<void()>> cases[] = {
+        {"dangling link", [&] { fs::create_symlink(target, jobs); }},
+        {"second name", [&] { fs::create_hard_link(other, jobs); }},
+        {"pipe", [&] { mkfifo(jobs.c_str(), 0600); }},
+        {"pipe as journal", [&] { mkfifo(journal.c_str(), 0600); }},
+        {"another user's",
+         [&] {
+             overwrite(jobs, "");
+             EXPECT_TRUE(chown(jobs.c_str(), 1, 1) == 0 || geteuid() != 0);
+             fs::create_hard_link(jobs, journal); // for a user who cannot give files away
+         }},
+    };
+    for (const auto& [name, put] : cases) {
+        SCOPED_TRACE(name);
+        put();
+        SMASH_DB_HANDLE opened = nullptr;
+        EXPECT_EQ(tmp_db_init(&opened), 1);
+        EXPECT_THAT(db_last_error(), HasSubstr("not a file of this user"));
+        EXPECT_FALSE(fs::exists(target));
+        EXPECT_TRUE(fs::is_empty(other));
+        fs::remove(jobs);
+        fs::remove(journal);
+    }
+}
+
+TEST_F(SharedFolder, unusableJobsOfOursAreSetAside) {
+    const std::pair<const char*, void (*)(const fs::path&)> cases[] = {
+        {"text", [](const fs::path& path) { overwrite(path, std::string(9000, 'x')); }},
+        {"cut", [](const fs::path& path) { fs::resize_file(path, fs::file_size(path) - 4096); }},
+        {"older", [](const fs::path& path) { execute(path, "PRAGMA user_version = 1"); }},
+        {"later", [](const fs::path& path) { execute(path, "PRAGMA user_version = 99"); }},
+        {"foreign", [](const fs::path& path) { execute(path, "DROP TABLE job_error"); }},
+    };
+    for (const auto& [name, damage] : cases) {
+        SCOPED_TRACE(name);
+        ASSERT_EQ(db_close(openDatabase(tmp_db_init).release()), 0);
+        damage(jobs);
+        const auto size = fs::file_size(jobs);
+        const Handle handle = openDatabase(tmp_db_init);
+        EXPECT_EQ(getAll(db_get_all_concretejob, handle).count, 0) << db_last_error();
+        EXPECT_EQ(fs::file_size(jobs.string() + ".damaged"), size);
+    }
 }
 
 TEST(TooLongSysroot, isAFailure) {
