@@ -24,7 +24,7 @@ typedef struct {
     char GatewayIPv6Address[256];
 } StaticIPRow;
 
-/* Empties the table and stores this row. */
+/* Stores this row in an empty table, at once: a row that somebody stored meanwhile stays. */
 int db_init_static_ip_assignment_settingdata(SMASH_DB_HANDLE handle, const StaticIPRow* row);
 /* Stores a row, replacing the one that has its key. */
 int db_set_static_ip_assignment_settingdata(SMASH_DB_HANDLE handle, const StaticIPRow* row);

@@ -7,7 +7,8 @@ using namespace smash;
 int db_init_static_ip_assignment_settingdata(SMASH_DB_HANDLE handle, const StaticIPRow* row) {
     return inTransaction(__func__, handle, [&](SQLite::Database& database) {
         require(row != nullptr);
-        replaceAll(database, staticIpTable, std::span(row, 1));
+        if (read(select(database, staticIpTable), staticIpTable).count == 0)
+            replace(database, staticIpTable, *row);
     });
 }
 

@@ -132,6 +132,20 @@ TEST_F(Rows, ofFrusComeByTheLowestEntityInstance) {
     EXPECT_EQ(getRow(db_get_fru_by_entity_id, handle, 8), nullptr);
 }
 
+TEST_F(Rows, ofStagedAddressesTheFirstStays) {
+    auto standard = blank<StaticIPRow>();
+    std::strcpy(standard.key, "1");
+    ASSERT_EQ(db_init_static_ip_assignment_settingdata(handle.get(), &standard), 0) << db_last_error();
+    auto staged = standard;
+    std::strcpy(staged.IPv4Address, "192.0.2.9");
+    ASSERT_EQ(db_set_static_ip_assignment_settingdata(handle.get(), &staged), 0) << db_last_error();
+    // By a reader that had found the table empty before.
+    ASSERT_EQ(db_init_static_ip_assignment_settingdata(handle.get(), &standard), 0) << db_last_error();
+    const auto all = getAll(db_get_all_static_ip_assignment_settingdata, handle);
+    ASSERT_EQ(all.count, 1);
+    EXPECT_STREQ(all.rows.get()->IPv4Address, "192.0.2.9");
+}
+
 TEST_F(Rows, haveTextsThatAreCutBetweenCharacters) {
     auto device = blank<DeviceRecord>();
     device.type = SMASH_DEVICE_HOST;
