@@ -34,11 +34,13 @@ int db_set_concretejob(SMASH_DB_HANDLE handle, const ConcreteJobRow* job, char* 
 /* Changes a job. No such job is a failure. */
 int db_modify_concretejob(SMASH_DB_HANDLE handle, const char* instanceId, const char* jobStatus,
                           const char* operationalStatus, int percentComplete, int jobState);
-/* All jobs in the order they were added, without those whose time is over; none is a success with NULL and 0.
- */
+/* All jobs in the order they were added; none is a success with NULL and 0. A job whose time is over,
+ * measured since boot, is there for no function any more; nor is one that still runs after an hour without a
+ * change, whose process has died. */
 int db_get_all_concretejob(SMASH_DB_HANDLE handle, StoredJobRow** rows, int* count);
 int db_get_concretejob(SMASH_DB_HANDLE handle, const char* instanceId, StoredJobRow** row);
-/* Removes a job and its error. No such job is a failure. */
+/* Removes a job and its error; of one of the command-line protocol daemon, which keeps its jobs, the error.
+ * No such job is a failure. */
 int db_delete_concretejob(SMASH_DB_HANDLE handle, const char* instanceId);
 
 /* Why a job failed, published as CIM_Error. */

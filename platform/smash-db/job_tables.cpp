@@ -16,7 +16,8 @@ constexpr std::array jobColumns = {
 };
 
 static_assert(offsetof(JobTableRow, stored) == 0);
-constexpr auto tableColumns = extend(jobColumns, std::to_array<Column>({SMASH_COLUMN(JobTableRow, endedAt)}));
+constexpr auto tableColumns =
+    extend(jobColumns, std::to_array<Column>({SMASH_COLUMN(JobTableRow, changedAt)}));
 
 constexpr std::array sequenceColumns = {SMASH_COLUMN(JobSequenceRow, last)};
 
@@ -26,11 +27,16 @@ constexpr std::array errorColumns = {
     SMASH_COLUMN(JobErrorRow, errorSourceFormat), SMASH_COLUMN(JobErrorRow, cimStatusCode),
 };
 
+static_assert(offsetof(JobErrorTableRow, error) == 0);
+constexpr auto errorTableColumns =
+    extend(errorColumns, std::to_array<Column>({SMASH_COLUMN(JobErrorTableRow, storedAt)}));
+
 } // namespace
 
 constexpr TableOf<JobTableRow> jobTable{"concrete_job", tableColumns, 1};
 constexpr TableOf<StoredJobRow> storedJobColumns{"concrete_job", jobColumns, 1};
 constexpr TableOf<JobSequenceRow> jobSequenceTable{"job_sequence", sequenceColumns, 0};
-constexpr TableOf<JobErrorRow> jobErrorTable{"job_error", errorColumns, 1};
+constexpr TableOf<JobErrorTableRow> jobErrorTable{"job_error", errorTableColumns, 1};
+constexpr TableOf<JobErrorRow> storedErrorColumns{"job_error", errorColumns, 1};
 
 } // namespace smash

@@ -9,7 +9,7 @@ namespace smash {
 
 struct JobTableRow {
     StoredJobRow stored;
-    std::int64_t endedAt; // seconds since 1970, 0 while it runs
+    std::int64_t changedAt; // seconds since boot
 };
 extern const TableOf<JobTableRow> jobTable;
 extern const TableOf<StoredJobRow> storedJobColumns; // of the same table, what its readers get
@@ -19,6 +19,11 @@ struct JobSequenceRow {
 };
 extern const TableOf<JobSequenceRow> jobSequenceTable;
 
-extern const TableOf<JobErrorRow> jobErrorTable;
+struct JobErrorTableRow {
+    JobErrorRow error;
+    std::int64_t storedAt; // seconds since boot
+};
+extern const TableOf<JobErrorTableRow> jobErrorTable;
+extern const TableOf<JobErrorRow> storedErrorColumns; // of the same table
 
 } // namespace smash

@@ -14,27 +14,33 @@ using namespace smash;
 namespace {
 
 constexpr std::size_t instanceIdSize = 64;
-constexpr int exceptionState = 10; // DMTF JobState: the first of those that end a job badly
-constexpr int completedState = 7;
+// Seconds, more than the longest method takes. So long a job runs that its process did not end, and so long
+// the daemon's errors stay, of whose jobs nothing is known here.
+#define UPPER_AGE "3600"
 
-// Of a job that is kept, at time `?`.
+// At time ?1. A change in the future is one before a boot. DMTF JobState: 7 completed, 10 exception and the
+// first of those that end a job badly.
 #define JOB_IS_KEPT                                                                                          \
-    "(endedAt = 0 OR deleteOnCompletion = 0 OR endedAt + 60 * CAST(minutesToKeep AS INTEGER) > ?)"
+    "(deleteOnCompletion = 0 OR (changedAt <= ?1 AND ?1 < changedAt + CASE WHEN jobState = 7 OR"             \
+    " jobState >= 10 THEN 60 * CAST(minutesToKeep AS INTEGER) ELSE " UPPER_AGE " END))"
 
+// Seconds since boot: a BMC without a battery learns the time of day long after its first jobs.
 std::int64_t now() {
-    return std::time(nullptr);
+    timespec time{};
+    clock_gettime(CLOCK_BOOTTIME, &time);
+    return time.tv_sec;
 }
 
-std::int64_t endOf(int jobState) {
-    return jobState == completedState || jobState >= exceptionState ? now() : 0;
-}
-
-void removeOldJobs(SQLite::Database& database) {
-    SQLite::Statement jobs(database, "DELETE FROM concrete_job WHERE NOT " JOB_IS_KEPT);
-    jobs.bind(1, now());
-    if (jobs.exec() > 0)
-        database.exec("DELETE FROM job_error WHERE errorSource NOT LIKE '%clp-job%' AND"
-                      " errorSource NOT IN (SELECT instanceId FROM concrete_job)");
+void removeOldRows(SQLite::Database& database) {
+    constexpr const char* statements[] = {
+        "DELETE FROM concrete_job WHERE NOT " JOB_IS_KEPT,
+        "DELETE FROM job_error WHERE errorSource NOT IN (SELECT instanceId FROM concrete_job) AND"
+        " (errorSource NOT LIKE '%clp-job%' OR storedAt > ?1 OR ?1 >= storedAt + " UPPER_AGE ")"};
+    for (const char* statement : statements) {
+        SQLite::Statement removal(database, statement);
+        removal.bind(1, now());
+        removal.exec();
+    }
 }
 
 std::int64_t nextNumber(SQLite::Database& database) {
@@ -45,8 +51,10 @@ std::int64_t nextNumber(SQLite::Database& database) {
 }
 
 int getError(const char* function, SMASH_DB_HANDLE handle, const char* instanceId, JobErrorRow** error) {
-    return getRow(function, handle, error, jobErrorTable, NoRow::IsSuccess, "WHERE errorSource = ?",
-                  instanceId);
+    return getRow(function, handle, error, storedErrorColumns, NoRow::IsSuccess,
+                  "WHERE errorSource NOT IN (SELECT instanceId FROM concrete_job WHERE NOT " JOB_IS_KEPT ")"
+                  " AND errorSource = ?",
+                  now(), instanceId);
 }
 
 } // namespace
@@ -54,10 +62,10 @@ int getError(const char* function, SMASH_DB_HANDLE handle, const char* instanceI
 int db_set_concretejob(SMASH_DB_HANDLE handle, const ConcreteJobRow* job, char* instanceId) {
     return inTransaction(__func__, handle, [&](SQLite::Database& database) {
         require(job != nullptr && instanceId != nullptr);
-        removeOldJobs(database);
+        removeOldRows(database);
         JobTableRow row{};
         row.stored.job = *job;
-        row.endedAt = endOf(job->jobState);
+        row.changedAt = now();
         std::snprintf(row.stored.instanceId, sizeof row.stored.instanceId, "ProviderHelper:Job-%" PRId64,
                       nextNumber(database));
         replace(database, jobTable, row);
@@ -71,8 +79,8 @@ int db_modify_concretejob(SMASH_DB_HANDLE handle, const char* instanceId, const 
         require(instanceId != nullptr && jobStatus != nullptr && operationalStatus != nullptr);
         change(database,
                "UPDATE concrete_job SET jobStatus = ?, operationalStatus = ?, percentComplete = ?,"
-               " jobState = ?, endedAt = ? WHERE instanceId = ?",
-               jobStatus, operationalStatus, percentComplete, jobState, endOf(jobState), instanceId);
+               " jobState = ?, changedAt = ? WHERE instanceId = ?",
+               jobStatus, operationalStatus, percentComplete, jobState, now(), instanceId);
     });
 }
 
@@ -89,7 +97,9 @@ int db_get_concretejob(SMASH_DB_HANDLE handle, const char* instanceId, StoredJob
 int db_delete_concretejob(SMASH_DB_HANDLE handle, const char* instanceId) {
     return inTransaction(__func__, handle, [&](SQLite::Database& database) {
         require(instanceId != nullptr);
-        change(database, "DELETE FROM concrete_job WHERE instanceId = ?", instanceId);
+        if (std::strstr(instanceId, "clp-job") == nullptr)
+            change(database, "DELETE FROM concrete_job WHERE " JOB_IS_KEPT " AND instanceId = ?", now(),
+                   instanceId);
         SQLite::Statement errors(database, "DELETE FROM job_error WHERE errorSource = ?");
         errors.bind(1, instanceId);
         errors.exec();
@@ -97,7 +107,11 @@ int db_delete_concretejob(SMASH_DB_HANDLE handle, const char* instanceId) {
 }
 
 int db_set_error_info(SMASH_DB_HANDLE handle, const JobErrorRow* error) {
-    return setRow(__func__, handle, error, jobErrorTable);
+    return inTransaction(__func__, handle, [&](SQLite::Database& database) {
+        require(error != nullptr);
+        removeOldRows(database);
+        replace(database, jobErrorTable, {*error, now()});
+    });
 }
 
 int db_get_error_info(SMASH_DB_HANDLE handle, const char* instanceId, JobErrorRow** error) {

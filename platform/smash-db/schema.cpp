@@ -21,6 +21,6 @@ constexpr const Table* temporaryTables[] = {&jobTable, &jobSequenceTable, &jobEr
 
 constexpr Schema smashSchema{"/conf/smash.db", 2, false, smashTables};
 // Not "/tmp/smash…": whatever is called so goes when the CLP daemon is started.
-constexpr Schema temporarySchema{"/tmp/method_jobs.db", 1, true, temporaryTables};
+constexpr Schema temporarySchema{"/tmp/method_jobs.db", 2, true, temporaryTables};
 
 } // namespace smash

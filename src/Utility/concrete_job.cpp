@@ -48,10 +48,13 @@ int get(ph::RecordArray<Record>& jobs, CMPIString** keyValues) {
 }
 
 bool removeJob(const char* instanceId) {
-    if (ph::clp::isJob(instanceId))
-        return PH_Delete_CLPJob(instanceId) == 0;
+    const bool isDaemons = ph::clp::isJob(instanceId);
+    if (isDaemons && PH_Delete_CLPJob(instanceId) != 0)
+        return false;
     ph::Database database;
-    return database.open(PH_CreateTmpDBHandle) && db_delete_concretejob(database.get(), instanceId) == 0;
+    const bool isRemoved =
+        database.open(PH_CreateTmpDBHandle) && db_delete_concretejob(database.get(), instanceId) == 0;
+    return isRemoved || isDaemons; // of whose job only the error is here
 }
 
 // Clients know this failure by the words of a modify request.
@@ -69,8 +72,7 @@ CMPIStatus invoke(const ph::Request& request) {
     CMPIStatus status = ph::success;
     if (request.method == nullptr || strcasecmp(request.method, "GetErrors") != 0)
         return ph::fail(request.broker, CMPI_RC_ERR_METHOD_NOT_FOUND, "No such method available");
-    if (PH_GetErrors(request.broker, request.context, request.result, request.ref, request.out, &status) == 0)
-        CMReturnDone(request.result);
+    PH_GetErrors(request.broker, request.context, request.result, request.ref, request.out, &status);
     return status;
 }
 

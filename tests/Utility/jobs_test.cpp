@@ -219,8 +219,10 @@ TEST_F(Jobs, ofTheDaemonStandBesideTheOthers) {
     EXPECT_EQ(count, 2) << "the daemon's jobs alone";
     PH_Clean_ConcreteJob(&records, count);
 
+    ASSERT_EQ(PH_CreateErrorInstance("clp-job 1"), 0);
     EXPECT_TRUE(jobs.remove(pathOf("clp-job 1")).ok());
     EXPECT_THAT(ids(), ElementsAre(own, "clp-job 2"));
+    EXPECT_FALSE(jobs.invoke(pathOf("clp-job 1"), "GetErrors").ok());
 
     // The daemon stores its errors in the database, where they are even if it has gone.
     ASSERT_EQ(PH_CreateErrorInstance("clp-job 2"), 0);

@@ -4,11 +4,22 @@
 #include "smash-db/schema.h"
 
 #include <cstring>
+#include <ctime>
 #include <gmock/gmock.h>
 #include <set>
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
+
+namespace {
+
+time_t timeOfDay = 1; // until the BMC learns it
+
+} // namespace
+
+extern "C" __attribute__((visibility("default"))) time_t time(time_t*) {
+    return timeOfDay;
+}
 
 namespace {
 
@@ -51,11 +62,11 @@ protected:
         const Owned<JobErrorRow> owner(error);
         return error != nullptr && error->errorSource == id && error->cimStatusCode == 1;
     }
-    // The clock of finished jobs, moved back.
+    // The clock, moved on.
     void age(int seconds) {
         smash::open(smash::temporarySchema, smash::OpenMode::Existing)
-            .exec("UPDATE concrete_job SET endedAt = endedAt - " + std::to_string(seconds) +
-                  " WHERE endedAt <> 0");
+            .exec("UPDATE concrete_job SET changedAt = changedAt - " + std::to_string(seconds) +
+                  "; UPDATE job_error SET storedAt = storedAt - " + std::to_string(seconds));
     }
 
     Handle handle = openDatabase(tmp_db_init);
@@ -97,24 +108,42 @@ TEST_F(Jobs, neverShareAnIdentity) {
 
 TEST_F(Jobs, goWhenTheirTimeIsOver) {
     const std::string running = add();
-    const std::string completed = add();
     const std::string failed = add();
     auto kept = runningJob();
     kept.deleteOnCompletion = 0;
     const std::string permanent = add(kept);
-    for (const auto& [id, state] : {std::pair(completed, 7), {failed, 10}, {permanent, 7}})
-        ASSERT_EQ(finish(id, state), 0);
+    ASSERT_EQ(finish(failed, 10), 0);
+    ASSERT_EQ(finish(permanent, 7), 0);
     setError(failed);
+    setError("clp-job 1");
+    const auto expectKept = [&](std::initializer_list<std::string> ids) {
+        const auto all = getAll(db_get_all_concretejob, handle);
+        ASSERT_EQ(all.count, static_cast<int>(ids.size()));
+        for (int i = 0; const std::string& id : ids)
+            EXPECT_EQ(all.rows.get()[i++].instanceId, id);
+    };
 
+    timeOfDay += 86400;
     age(299);
-    EXPECT_EQ(getAll(db_get_all_concretejob, handle).count, 4) << "within five minutes";
-    age(2);
-    EXPECT_EQ(getAll(db_get_all_concretejob, handle).count, 2);
+    expectKept({running, failed, permanent});
+    EXPECT_TRUE(hasError(failed));
+    age(2); // past five minutes: gone for everybody
+    expectKept({running, permanent});
     EXPECT_EQ(get(failed), nullptr);
-    add();
-    EXPECT_FALSE(hasError(failed)) << "the next job should have swept the errors";
-    EXPECT_NE(get(running), nullptr);
-    EXPECT_NE(get(permanent), nullptr);
+    EXPECT_FALSE(hasError(failed));
+    EXPECT_EQ(db_delete_concretejob(handle.get(), failed.c_str()), 1);
+
+    age(3400); // past an hour: its process has died
+    expectKept({permanent});
+    const std::string next = add();
+    EXPECT_EQ(finish(running, 7), 1) << "swept by the next job";
+    EXPECT_FALSE(hasError("clp-job 1"));
+    age(-10); // of a boot before
+    expectKept({permanent});
+
+    setError("clp-job 2");
+    EXPECT_EQ(db_delete_concretejob(handle.get(), "clp-job 2"), 0);
+    EXPECT_FALSE(hasError("clp-job 2"));
 }
 
 TEST_F(Jobs, ofTwoProcessesAllSurvive) {
