@@ -4,6 +4,7 @@
 #include "Utility/method_job.h"
 #include "Utility/record_fields.h"
 #include "Utility/request_status.h"
+#include "Utility/request_texts.h"
 
 #include <cstdlib>
 #include <cstring>
@@ -31,6 +32,17 @@ int changeState(const MethodCall& call, const StateChange& change, std::uint32_t
         return 0;
     value = methodFailed;
     return -1;
+}
+
+bool is(const CMPIString* key, const char* text) {
+    const char* given = textOf(key);
+    return given != nullptr && std::strcmp(given, text) == 0;
+}
+
+// Without its database a system does not know its name. It can be told by its class then, and restarted.
+bool isNamed(const System& system, CMPIString* const* keyValues) {
+    char name[256] = "";
+    return is(keyValues[1], system.className) && (system.getName(name) != 0 || is(keyValues[0], name));
 }
 
 } // namespace
@@ -93,7 +105,7 @@ int changeState(const MethodCall& call, const StateChange& change) {
 }
 
 CMPIStatus invoke(const Request& request, const char* method, std::span<const char* const> keys,
-                  MethodFunction function) {
+                  const std::function<int(const MethodCall&)>& carryOut) {
     CMPIStatus status = success;
     CMPIString* keyValues[maxKeys] = {};
     if (CheckForValidObjectPath(request.broker, request.ref, keys.data(), keyValues,
@@ -101,12 +113,22 @@ CMPIStatus invoke(const Request& request, const char* method, std::span<const ch
         return status;
     if (request.method == nullptr || strcasecmp(request.method, method) != 0)
         return fail(request.broker, CMPI_RC_ERR_METHOD_NOT_FOUND, "No such method available");
-    if (function(request.broker, request.result, request.ref, request.in, request.out, keyValues, &status) ==
-        0) {
-        status = success;
-        CMReturnDone(request.result);
-    }
-    return status;
+    return carryOut({request.broker, request.result, request.ref, request.in, request.out, keyValues,
+                     &status}) == 0
+               ? success
+               : status;
+}
+
+CMPIStatus invokeStateChange(const Request& request, const System& system) {
+    return invoke(request, requestStateChange.name, system.keys, [&](const MethodCall& call) {
+        if (!isNamed(system, call.keyValues))
+            return refuse(call, CMPI_RC_ERR_NOT_FOUND, "Given instance does not exist");
+        const int result = system.changeState(call.broker, call.result, call.ref, call.in, call.out,
+                                              call.keyValues, call.status);
+        if (result == 0)
+            CMReturnDone(call.result);
+        return result;
+    });
 }
 
 } // namespace ph::computer

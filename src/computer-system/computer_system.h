@@ -8,6 +8,7 @@
 #include "Utility/method.h"
 
 #include <cstdint>
+#include <functional>
 #include <span>
 
 namespace ph::computer {
@@ -47,8 +48,9 @@ public:
 
 private:
     char name_[256] = "";
-    IpmiSession session_;
+    // Closed from below: record, session, database.
     Database database_;
+    IpmiSession session_;
     HeapPtr<DeviceRecord> device_;
 };
 
@@ -86,10 +88,18 @@ struct StateChange {
 };
 int changeState(const MethodCall& call, const StateChange& change);
 
-// The invoke request of a class with one method, which `function` carries out.
-using MethodFunction = int (*)(const CMPIBroker*, const CMPIResult*, const CMPIObjectPath*, const CMPIArgs*,
-                               CMPIArgs*, CMPIString**, CMPIStatus*);
+// The invoke request of a class with one method, which `carryOut` carries out: 0 or -1.
 CMPIStatus invoke(const Request& request, const char* method, std::span<const char* const> keys,
-                  MethodFunction function);
+                  const std::function<int(const MethodCall&)>& carryOut);
+
+// A system's invoke request. Systems close the result of a change that was made themselves.
+struct System {
+    const char* className;
+    std::span<const char* const> keys; // Name, CreationClassName
+    int (*getName)(char*);
+    int (*changeState)(const CMPIBroker*, const CMPIResult*, const CMPIObjectPath*, const CMPIArgs*,
+                       CMPIArgs*, CMPIString** keyValues, CMPIStatus*);
+};
+CMPIStatus invokeStateChange(const Request& request, const System& system);
 
 } // namespace ph::computer

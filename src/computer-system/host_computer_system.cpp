@@ -27,8 +27,10 @@ int enumerate(ph::RecordArray<Record>& hosts, ph::Detail detail) {
 }
 
 CMPIStatus invoke(const ph::Request& request) {
-    return ph::computer::invoke(request, "RequestStateChange", g_HostComputerSystemKeyList,
-                                PH_HostRequestStateChange);
+    return ph::computer::invokeStateChange(request, {.className = className,
+                                                     .keys = g_HostComputerSystemKeyList,
+                                                     .getName = PH_GetHostSystemName,
+                                                     .changeState = PH_HostRequestStateChange});
 }
 
 constexpr ph::ClassDefinition<Record> definition{.name = className,

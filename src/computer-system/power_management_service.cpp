@@ -81,8 +81,11 @@ int get(ph::RecordArray<Record>& services, CMPIString** keyValues) {
 }
 
 CMPIStatus invoke(const ph::Request& request) {
-    return ph::computer::invoke(request, methodName, g_PowerManagementServiceKeyList,
-                                PH_RequestPowerStateChange);
+    return ph::computer::invoke(
+        request, methodName, g_PowerManagementServiceKeyList, [](const MethodCall& call) {
+            return PH_RequestPowerStateChange(call.broker, call.result, call.ref, call.in, call.out,
+                                              call.keyValues, call.status);
+        });
 }
 
 constexpr ph::ClassDefinition<Record> definition{.name = className,

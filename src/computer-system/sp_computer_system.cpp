@@ -31,8 +31,10 @@ int enumerate(ph::RecordArray<Record>& processors, ph::Detail detail) {
 }
 
 CMPIStatus invoke(const ph::Request& request) {
-    return ph::computer::invoke(request, "RequestStateChange", g_SPComputerSystemKeyList,
-                                PH_SPRequestStateChange);
+    return ph::computer::invokeStateChange(request, {.className = className,
+                                                     .keys = g_SPComputerSystemKeyList,
+                                                     .getName = PH_GetSPSystemName,
+                                                     .changeState = PH_SPRequestStateChange});
 }
 
 constexpr ph::ClassDefinition<Record> definition{.name = className,

@@ -124,6 +124,7 @@ protected:
         if (job == nullptr)
             return outcome;
         const auto failing = std::exchange(platformCalls.failing, 0);
+        const auto made = platformCalls.made;
         const broker::ObjectPath& path = **job->as<broker::Value::Reference>();
         EXPECT_EQ(path.nameSpace, "root/cimv2");
         EXPECT_EQ(path.className, "CIM_ConcreteJob");
@@ -137,6 +138,7 @@ protected:
         if (const broker::Value* array = broker::find(errors.arguments, "Errors"))
             outcome.errors = array->as<broker::Value::Array>()->size();
         platformCalls.failing = failing;
+        platformCalls.made = made; // by the method alone
         return outcome;
     }
     static void expectDone(const Outcome& outcome) {

@@ -127,6 +127,8 @@ TEST_F(Systems, restartTheController) {
     EXPECT_EQ(read("/tmp/reboots"), "reboot \nreboot \n");
     EXPECT_EQ(storedState(SMASH_DEVICE_SP), 11);
     EXPECT_TRUE(std::filesystem::exists(sysroot.place("/conf/spcs_reqstatechange_reboot")));
+    setReboot(1);
+    expectFailed(changeProcessor(uint16(11)));
     for (int i = 0; i < 2; ++i)
         EXPECT_EQ(broker::toText(*broker::find(only(processor).properties, "RequestedState")), "11");
     EXPECT_TRUE(isHostOn());
@@ -143,61 +145,40 @@ TEST_F(Systems, runCommandsThatLookLikeThemselves) {
 }
 
 TEST_F(Systems, refuseWrongRequestsBeforeThereIsAJob) {
+    const broker::Value wrongStates[] = {
+        text("abc"), {CMPI_uint32, std::uint64_t{2}}, text("65536"), {CMPI_uint16, {}}};
+    for (const broker::Value& state : wrongStates)
+        expectRefused(changeHost(state), CMPI_RC_ERR_INVALID_PARAMETER,
+                      "RequestedState Parameter is Invalid");
+    expectRefused(follow(host.invoke(hostPath, "RequestStateChange")), CMPI_RC_ERR_INVALID_PARAMETER,
+                  "RequestedState Parameter is Invalid");
+
     const broker::NamedValues two = {{"RequestedState", uint16(2)}};
+    const auto withKey = [&](std::size_t index, const broker::Value& value) {
+        auto path = hostPath;
+        path.keys[index].value = value;
+        return path;
+    };
     auto strange = hostPath;
     strange.keys.push_back({"Colour", text("red")});
-    auto quoted = hostPath;
-    quoted.keys[0].value = text("it's");
+    constexpr const char *change = "RequestStateChange", *absent = "Given instance does not exist";
     struct {
-        const char* name;
         broker::ObjectPath path;
         const char* method;
-        broker::NamedValues arguments;
         CMPIrc code;
         const char* message;
     } const cases[] = {
-        {"no number",
-         hostPath,
-         "RequestStateChange",
-         {{"RequestedState", text("abc")}},
-         CMPI_RC_ERR_INVALID_PARAMETER,
-         "RequestedState Parameter is Invalid"},
-        {"another type",
-         hostPath,
-         "RequestStateChange",
-         {{"RequestedState", {CMPI_uint32, std::uint64_t{2}}}},
-         CMPI_RC_ERR_INVALID_PARAMETER,
-         "RequestedState Parameter is Invalid"},
-        {"too large",
-         hostPath,
-         "RequestStateChange",
-         {{"RequestedState", text("65536")}},
-         CMPI_RC_ERR_INVALID_PARAMETER,
-         "RequestedState Parameter is Invalid"},
-        {"null",
-         hostPath,
-         "RequestStateChange",
-         {{"RequestedState", {CMPI_uint16, {}}}},
-         CMPI_RC_ERR_INVALID_PARAMETER,
-         "RequestedState Parameter is Invalid"},
-        {"missing",
-         hostPath,
-         "RequestStateChange",
-         {},
-         CMPI_RC_ERR_INVALID_PARAMETER,
-         "RequestedState Parameter is Invalid"},
-        {"another method", hostPath, "RequestStateChanges", two, CMPI_RC_ERR_METHOD_NOT_FOUND,
-         "No such method available"},
-        {"no keys, and another method", host.path(), "Reset", two, CMPI_RC_ERR_FAILED,
-         "Key Property Missing"},
-        {"unknown key", strange, "RequestStateChange", two, CMPI_RC_ERR_NO_SUCH_PROPERTY,
-         "No Such Key Property"},
-        {"quote", quoted, "RequestStateChange", two, CMPI_RC_ERR_INVALID_PARAMETER, "Invalid Key Value"},
+        {hostPath, "RequestStateChanges", CMPI_RC_ERR_METHOD_NOT_FOUND, "No such method available"},
+        {host.path(), "Reset", CMPI_RC_ERR_FAILED, "Key Property Missing"},
+        {strange, change, CMPI_RC_ERR_NO_SUCH_PROPERTY, "No Such Key Property"},
+        {withKey(0, text("it's")), change, CMPI_RC_ERR_INVALID_PARAMETER, "Invalid Key Value"},
+        {withKey(0, text("another host")), change, CMPI_RC_ERR_NOT_FOUND, absent},
+        {withKey(0, uint16(1)), change, CMPI_RC_ERR_NOT_FOUND, absent},
+        {withKey(1, text("CIM_SPComputerSystem")), change, CMPI_RC_ERR_NOT_FOUND, absent},
     };
-    for (const auto& refused : cases) {
-        SCOPED_TRACE(refused.name);
-        expectRefused(follow(host.invoke(refused.path, refused.method, refused.arguments)), refused.code,
-                      refused.message);
+    for (const auto& [path, method, code, message] : cases) {
+        SCOPED_TRACE(broker::toText(path) + method);
+        expectRefused(follow(host.invoke(path, method, two)), code, message);
     }
     EXPECT_EQ(jobCount(), 0U);
     expectDone(follow(host.invoke(hostPath, "requeststatechange", two)));
