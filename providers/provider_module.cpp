@@ -3,6 +3,7 @@
 // that the library gains needs nothing here.
 #include "indication_provider.h"
 #include "provider_helper/provider_helper.h"
+#include "request_result.h"
 
 #include <cmpimacs.h>
 #include <cstdio>
@@ -31,63 +32,65 @@ Function find(const CMPIBroker* broker, const char* operation, const CMPIObjectP
     return nullptr;
 }
 
-// Runs call(function, broker, status) with the class's function, and closes the result when it succeeds.
+// Runs call(function, broker, result, status) with the class's function. The result of a request that
+// succeeds is closed once.
 template <class Function, class MI, class Call>
-CMPIStatus serve(const MI* mi, const char* operation, const CMPIObjectPath* ref, const CMPIResult* result,
+CMPIStatus serve(const MI* mi, const char* operation, const CMPIObjectPath* ref, const CMPIResult* real,
                  Call call) {
     const auto* broker = static_cast<const CMPIBroker*>(mi->hdl);
+    const RequestResult result(real);
     CMPIStatus status{CMPI_RC_OK, nullptr};
     if (const auto function = find<Function>(broker, operation, ref, status))
-        call(function, broker, status);
-    return status.rc == CMPI_RC_OK ? CMReturnDone(result) : status;
+        call(function, broker, result.get(), status);
+    return status.rc == CMPI_RC_OK ? result.close() : status;
 }
 
-CMPIStatus enumInstanceNames(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
+CMPIStatus enumInstanceNames(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* real,
                              const CMPIObjectPath* ref) {
-    return serve<decltype(&PH_EIN_HostComputerSystem)>(mi, "PH_EIN_", ref, result,
-                                                       [&](auto function, auto* broker, CMPIStatus& status) {
-                                                           function(broker, context, ref, result, &status);
-                                                       });
+    return serve<decltype(&PH_EIN_HostComputerSystem)>(
+        mi, "PH_EIN_", ref, real, [&](auto function, auto* broker, auto* result, CMPIStatus& status) {
+            function(broker, context, ref, result, &status);
+        });
 }
 
-CMPIStatus enumInstances(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
+CMPIStatus enumInstances(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* real,
                          const CMPIObjectPath* ref, const char** properties) {
     return serve<decltype(&PH_EI_HostComputerSystem)>(
-        mi, "PH_EI_", ref, result, [&](auto function, auto* broker, CMPIStatus& status) {
+        mi, "PH_EI_", ref, real, [&](auto function, auto* broker, auto* result, CMPIStatus& status) {
             function(broker, context, ref, properties, result, &status);
         });
 }
 
-CMPIStatus getInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
+CMPIStatus getInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* real,
                        const CMPIObjectPath* ref, const char** properties) {
     return serve<decltype(&PH_GI_HostComputerSystem)>(
-        mi, "PH_GI_", ref, result, [&](auto function, auto* broker, CMPIStatus& status) {
+        mi, "PH_GI_", ref, real, [&](auto function, auto* broker, auto* result, CMPIStatus& status) {
             function(broker, context, ref, properties, result, &status);
         });
 }
 
-CMPIStatus createInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
+CMPIStatus createInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* real,
                           const CMPIObjectPath* ref, const CMPIInstance* instance) {
     return serve<decltype(&PH_CI_HostComputerSystem)>(
-        mi, "PH_CI_", ref, result, [&](auto function, auto* broker, CMPIStatus& status) {
+        mi, "PH_CI_", ref, real, [&](auto function, auto* broker, auto* result, CMPIStatus& status) {
             status = function(broker, context, result, ref, instance);
         });
 }
 
-CMPIStatus modifyInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
+CMPIStatus modifyInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* real,
                           const CMPIObjectPath* ref, const CMPIInstance* instance, const char** properties) {
     return serve<decltype(&PH_MI_HostComputerSystem)>(
-        mi, "PH_MI_", ref, result, [&](auto function, auto* broker, CMPIStatus& status) {
+        mi, "PH_MI_", ref, real, [&](auto function, auto* broker, auto* result, CMPIStatus& status) {
             status = function(broker, context, result, ref, instance, properties);
         });
 }
 
-CMPIStatus deleteInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
+CMPIStatus deleteInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* real,
                           const CMPIObjectPath* ref) {
-    return serve<decltype(&PH_DI_HostComputerSystem)>(mi, "PH_DI_", ref, result,
-                                                      [&](auto function, auto* broker, CMPIStatus& status) {
-                                                          status = function(broker, context, result, ref);
-                                                      });
+    return serve<decltype(&PH_DI_HostComputerSystem)>(
+        mi, "PH_DI_", ref, real, [&](auto function, auto* broker, auto* result, CMPIStatus& status) {
+            status = function(broker, context, result, ref);
+        });
 }
 
 CMPIStatus execQuery(CMPIInstanceMI*, const CMPIContext*, const CMPIResult*, const CMPIObjectPath*,
@@ -95,10 +98,10 @@ CMPIStatus execQuery(CMPIInstanceMI*, const CMPIContext*, const CMPIResult*, con
     return {CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
 }
 
-CMPIStatus invokeMethod(CMPIMethodMI* mi, const CMPIContext* context, const CMPIResult* result,
+CMPIStatus invokeMethod(CMPIMethodMI* mi, const CMPIContext* context, const CMPIResult* real,
                         const CMPIObjectPath* ref, const char* method, const CMPIArgs* in, CMPIArgs* out) {
     return serve<decltype(&PH_IM_HostComputerSystem)>(
-        mi, "PH_IM_", ref, result, [&](auto function, auto* broker, CMPIStatus& status) {
+        mi, "PH_IM_", ref, real, [&](auto function, auto* broker, auto* result, CMPIStatus& status) {
             status = function(broker, context, result, ref, method, in, out);
         });
 }

@@ -135,7 +135,8 @@ PH_EXPORT int CheckForValidObjectPath(const CMPIBroker* broker, const CMPIObject
  *                      Instance", "Failed to Enumerate Instance Names", "Failed to Get Instance".
  *   PH_MI_X PH_CI_X PH_DI_X PH_IM_X  modify, create and delete instance, invoke method. A class that does not
  *                      offer one answers 7: "SetInstance not supported", "CreateInstance not supported",
- *                      "DeleteInstance not supported", "Invoke Method not supported".
+ *                      "DeleteInstance not supported", "Invoke Method not supported". Methods of the two
+ *                      computer systems, where they succeed, and of Ethernet ports close `result` themselves.
  *
  * Beside them a class has PH_Fill_X, which fills the non-key fields of a record from its back-end rows. */
 #define PH_DECLARE_CLASS_FAMILY(X, Record)                                                                   \

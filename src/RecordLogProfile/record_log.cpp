@@ -89,8 +89,7 @@ CMPIStatus invoke(const ph::Request& request) {
     CMPIStatus status = ph::success;
     if (request.method == nullptr || strcasecmp(request.method, "ClearLog") != 0)
         return ph::fail(request.broker, CMPI_RC_ERR_METHOD_NOT_FOUND, "No such method available");
-    if (PH_ClearLog(request.broker, request.context, request.result, request.ref, request.out, &status) == 0)
-        CMReturnDone(request.result);
+    PH_ClearLog(request.broker, request.context, request.result, request.ref, request.out, &status);
     return status;
 }
 

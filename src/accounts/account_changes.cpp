@@ -99,7 +99,7 @@ CMPIStatus invokeAccountMethod(const Request& request) {
     if (status.rc != CMPI_RC_OK)
         return status;
     returnValue(request.result, methodDone);
-    return CMReturnDone(request.result);
+    return success;
 }
 
 } // namespace ph

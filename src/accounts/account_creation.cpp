@@ -48,7 +48,7 @@ CMPIStatus createFromTemplate(const CMPIBroker* broker, const CMPIContext* conte
     if (value.ref == nullptr || CMAddArg(out, "Account", &value, CMPI_ref).rc != CMPI_RC_OK)
         return refuse(broker, "Failed to make path for account");
     returnValue(result, methodDone);
-    return CMReturnDone(result);
+    return success;
 }
 
 } // namespace

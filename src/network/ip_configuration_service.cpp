@@ -48,7 +48,6 @@ CMPIStatus invoke(const ph::Request& request) {
         return ph::fail(request.broker, CMPI_RC_ERR_NOT_SUPPORTED, "Invalid Method name");
     PH_ApplySettingToIPProtocolEndpoint(request.broker, request.result, request.ref, request.context,
                                         request.in, request.out, &status);
-    CMReturnDone(request.result);
     return status;
 }
 

@@ -89,12 +89,10 @@ CMPIStatus invoke(const ph::Request& request) {
     const char* name = ph::textOf(keyValues[nameKey]);
     if (name == nullptr || ph::findService(name) == nullptr)
         return ph::fail(request.broker, CMPI_RC_ERR_NOT_FOUND, "No such service");
-    if (PH_ProtocolServiceRequestStateChange(request.broker, request.result, request.ref, request.in,
-                                             request.out, keyValues, &status) == 0) {
-        status = ph::success;
-        CMReturnDone(request.result);
-    }
-    return status;
+    return PH_ProtocolServiceRequestStateChange(request.broker, request.result, request.ref, request.in,
+                                                request.out, keyValues, &status) == 0
+               ? ph::success
+               : status;
 }
 
 constexpr ph::Method methods[] = {ph::requestStateChange};
