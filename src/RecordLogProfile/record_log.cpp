@@ -7,8 +7,11 @@
 #include "Utility/method_job.h"
 #include "Utility/record_fields.h"
 #include "Utility/request_status.h"
+#include "Utility/request_texts.h"
 
 #include <cstdio>
+#include <cstring>
+#include <string_view>
 #include <strings.h>
 
 constexpr const char* const g_RecordLogKeyList[1] = {"InstanceID"};
@@ -69,15 +72,17 @@ int enumerate(ph::RecordArray<Record>& logs, ph::Detail detail) {
     return PH_Fill_RecordLog(log);
 }
 
+// There is one log. While the service processor's name cannot be read it is told by the form of its name.
 bool namesThisLog(const CMPIBroker* broker, const CMPIObjectPath* ref) {
     CMPIStatus keyStatus = ph::success;
     CMPIString* key = nullptr;
-    char own[sizeof(Record::InstanceID)];
-    if (CheckForValidObjectPath(broker, ref, g_RecordLogKeyList, &key, 1, &keyStatus) != 0 ||
-        key == nullptr || !ph::writeLogInstanceId(own, sizeof(own)))
+    if (CheckForValidObjectPath(broker, ref, g_RecordLogKeyList, &key, 1, &keyStatus) != 0)
         return false;
-    const char* text = CMGetCharsPtr(key, nullptr);
-    return text != nullptr && std::strcmp(text, own) == 0;
+    const char* text = ph::textOf(key);
+    char own[sizeof(Record::InstanceID)];
+    if (text == nullptr || ph::writeLogInstanceId(own, sizeof(own)))
+        return text != nullptr && std::strcmp(text, own) == 0;
+    return std::string_view(text).starts_with("IPMI:") && std::string_view(text).ends_with(" SEL Log");
 }
 
 bool eraseLog() {
@@ -140,7 +145,7 @@ int PH_ClearLog(const CMPIBroker* broker, const CMPIContext* /*context*/, const 
     }
     const auto outcome = job.carryOut("RecordLog_ClearLog", eraseLog);
     if (outcome == ph::MethodJob::Outcome::NoJob) {
-        ph::fail(broker, status, CMPI_RC_ERR_FAILED, ph::noJob);
+        ph::fail(broker, status, CMPI_RC_ERR_FAILED, ph::noJobPath);
         return -1;
     }
     const bool isDone = job.returnReference(out) && outcome == ph::MethodJob::Outcome::Done;

@@ -119,12 +119,17 @@ TEST_F(RecordLogs, clearLogRefusesWhatItCannotRecordOrName) {
         EXPECT_EQ(logs.invoke(path, "ClearLog").message, "ObjectPath is not valid");
     EXPECT_THAT(jobs(), IsEmpty());
     platform.failing = {"db_set_concretejob"};
-    EXPECT_EQ(logs.invoke(named(logId), "ClearLog").code, CMPI_RC_ERR_FAILED);
+    EXPECT_EQ(logs.invoke(named(logId), "ClearLog").message, "Create CMPIObjectPath failed.");
     platform.failing = {};
     broker.failCall("newObjectPath", 1);
     EXPECT_EQ(logs.invoke(named(logId), "ClearLog").message, "Create CMPIObjectPath failed.");
     broker.resetCalls();
     EXPECT_EQ(records(), 5);
+    platform.failing = {"OEM_GetSPSystemName"}; // then the log's name is not known either
+    for (const char* other : {"IPMI:Test BMC", "Test BMC SEL Log"})
+        EXPECT_EQ(logs.invoke(named(other), "ClearLog").message, "ObjectPath is not valid");
+    EXPECT_TRUE(logs.invoke(named(logId), "ClearLog").ok());
+    EXPECT_EQ(records(), 0);
     platform.failing = {"db_modify_concretejob"};
     EXPECT_EQ(broker::toText(logs.invoke(named(logId), "ClearLog").values.at(0)), "2");
 }
