@@ -48,10 +48,13 @@ const PHSensorSpecificState* specificStateFrom(std::uint32_t sensorType, int off
     return found ? state : nullptr;
 }
 
-// Fills a record's list.
+// Fills a record's list anew.
 class StateList {
 public:
-    explicit StateList(SensorRecord& sensor) : states_(sensor.PossibleStates) {}
+    explicit StateList(SensorRecord& sensor) : states_(sensor.PossibleStates) {
+        for (char*& state : states_)
+            std::free(std::exchange(state, nullptr));
+    }
 
     void add(std::string_view name, std::string_view suffix = "") {
         if (failed_ || count_ + 1 == std::size(states_))

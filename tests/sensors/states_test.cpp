@@ -1,6 +1,7 @@
 // PossibleStates and CurrentState from the facts of an SDR and the bits of a reading.
 #include "records.h"
 
+#include <cstring>
 #include <gmock/gmock.h>
 
 namespace {
@@ -35,6 +36,8 @@ TEST(PossibleStates, OfDiscreteSensors) {
     };
     for (const auto& [facts, states] : cases) {
         const auto record = makeSensor(facts);
+        for (char** old = record->PossibleStates; old + 1 != std::end(record->PossibleStates); ++old)
+            *old = strdup("of another sensor");
         EXPECT_EQ(PH_Fill_PossibleStates_Sensor(record.get()), 0);
         EXPECT_EQ(statesOf(*record), states) << record->DeviceID;
     }
