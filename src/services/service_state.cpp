@@ -45,12 +45,12 @@ public:
         case disabled:
             return write(0);
         case reset:
-            if (conf_.currentState != 0) {
-                if (!write(0))
-                    return false;
-                sleep(resetSeconds);
-            }
-            return write(1);
+            if (conf_.currentState == 0)
+                return write(1);
+            if (!write(0))
+                return false;
+            sleep(resetSeconds);
+            return write(1) || write(1); // one lost message must not leave the service off
         default:
             return true;
         }
