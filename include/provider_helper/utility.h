@@ -88,6 +88,14 @@ PH_EXPORT CMPIArray* PH_Dup_variable_string_Array(const CMPIBroker* broker, char
 
 /* ---- Values of a request ------------------------------------------------------------------------------ */
 
+/* 1 for the text of an integer, else 0: decimal digits, or hexadecimal ones after 0x, with a sign in front if
+ * and only if `signedFlag` is 1. No digits at all are one too. */
+PH_EXPORT int IsValidIntValue(const char* text, int signedFlag);
+/* The number that a string stands for: decimal, hexadecimal after 0x, octal after a leading 0, and 0 for a
+ * NULL string. A value of another type, or another text, fails. */
+PH_EXPORT int ParseToUnsignedInt(CMPIData data, uint64_t* result);
+PH_EXPORT int ParseToSignedInt(CMPIData data, int64_t* result);
+
 /* Takes a value of the native type as it is, or a string: decimal, 0x hexadecimal, or octal after a leading
  * 0. Signed getters want a sign in a string. The 64-bit getters accept 32 bits from a string. A NULL string
  * is 0. The result is left alone on failure. */
@@ -202,9 +210,10 @@ PH_EXPORT extern CoreFeatures g_corefeatures;
  * 0 open; -1 no database or no session; 1 no settings in the database, which callers take for success: calls
  * on such a session fail. */
 PH_EXPORT int CreateIPMISession(IPMI20_SESSION_T* session);
-/* Opens a session on behalf of the user and address in "/tmp/current_req". */
+/* Opens a session on behalf of the user and address in "/tmp/current_req", a file of this process's user or
+ * of root's. */
 PH_EXPORT int CreateIPMISession_Ext(IPMI20_SESSION_T* session);
-/* -1 for NULL. */
+/* -1 for NULL, else 0: a BMC that does not answer has its session closed too. */
 PH_EXPORT int CloseIPMISession(IPMI20_SESSION_T* session);
 
 PH_EXPORT int PH_CreateDBHandle(SMASH_DB_HANDLE* handle);

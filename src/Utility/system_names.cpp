@@ -15,9 +15,8 @@ int systemName(char* name, int (*vendorName)(char*), int deviceType, const char*
         return 0;
     }
     ph::Database database;
-    if (!database.open())
-        return -1;
-    const auto device = ph::record(db_get_device_bytype, database.get(), deviceType);
+    const auto device =
+        database.open() ? ph::record(db_get_device_bytype, database.get(), deviceType) : nullptr;
     if (device == nullptr) {
         ph::debugPrint("\nUnable to get Info from device table \n");
         return -1;

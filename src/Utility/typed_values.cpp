@@ -18,37 +18,10 @@ const char* textOf(const CMPIData& data) {
     return data.value.string != nullptr ? CMGetCharsPtr(data.value.string, nullptr) : nullptr;
 }
 
-// The signed path wants an explicit sign; an empty number is 0.
-bool isValidIntValue(const char* text, bool isSigned) {
-    if (isSigned) {
-        if (*text != '+' && *text != '-')
-            return false;
-        ++text;
-    }
-    const bool isHex = text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
-    for (text += isHex ? 2 : 0; *text != '\0'; ++text) {
-        const auto c = static_cast<unsigned char>(*text);
-        if (isHex ? !std::isxdigit(c) : !std::isdigit(c))
-            return false;
-    }
-    return true;
-}
-
-// Base 0: 0x makes it hexadecimal, a leading 0 octal.
-int parse(const CMPIData& data, std::uint64_t& result) {
-    const char* text = textOf(data);
-    if (text != nullptr && !isValidIntValue(text, false))
-        return -1;
-    result = text != nullptr ? std::strtoull(text, nullptr, 0) : 0;
-    return 0;
-}
-
-int parse(const CMPIData& data, std::int64_t& result) {
-    const char* text = textOf(data);
-    if (text != nullptr && !isValidIntValue(text, true))
-        return -1;
-    result = text != nullptr ? std::strtoll(text, nullptr, 0) : 0;
-    return 0;
+// The text of a string that stands for an integer, NULL for 0. False: it stands for none.
+bool integerText(const CMPIData& data, int signedFlag, const char*& text) {
+    text = data.type == CMPI_string ? textOf(data) : nullptr;
+    return data.type == CMPI_string && (text == nullptr || IsValidIntValue(text, signedFlag) == 1);
 }
 
 // From a string the 64-bit getters take 32 bits: clients rely on larger numbers being refused.
@@ -63,13 +36,15 @@ int getInteger(const CMPIData& data, CMPIType nativeType, Native* result) {
         std::memcpy(result, &data.value, sizeof(Native));
         return 0;
     }
-    if (data.type != CMPI_string)
-        return -1;
     using Wide = std::conditional_t<std::is_signed_v<Native>, std::int64_t, std::uint64_t>;
     using Range = std::numeric_limits<StringRange<Native>>;
     Wide number = 0;
-    if (parse(data, number) != 0 || number < static_cast<Wide>(Range::min()) ||
-        number > static_cast<Wide>(Range::max()))
+    int parsed = -1;
+    if constexpr (std::is_signed_v<Native>)
+        parsed = ParseToSignedInt(data, &number);
+    else
+        parsed = ParseToUnsignedInt(data, &number);
+    if (parsed != 0 || number < static_cast<Wide>(Range::min()) || number > static_cast<Wide>(Range::max()))
         return -1;
     *result = static_cast<Native>(number);
     return 0;
@@ -95,6 +70,35 @@ int getArray(const CMPIData& data, Element** buffer, CMPICount* count, std::size
 
 } // namespace
 } // namespace ph
+
+int IsValidIntValue(const char* text, int signedFlag) {
+    if (text == nullptr || (signedFlag == 1 && *text != '+' && *text != '-'))
+        return 0;
+    text += signedFlag == 1;
+    const bool isHex = text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
+    for (text += isHex ? 2 : 0; *text != '\0'; ++text) {
+        const auto c = static_cast<unsigned char>(*text);
+        if (isHex ? !std::isxdigit(c) : !std::isdigit(c))
+            return 0;
+    }
+    return 1;
+}
+
+int ParseToUnsignedInt(CMPIData data, uint64_t* result) {
+    const char* text = nullptr;
+    if (!ph::integerText(data, 0, text))
+        return -1;
+    *result = text != nullptr ? std::strtoull(text, nullptr, 0) : 0;
+    return 0;
+}
+
+int ParseToSignedInt(CMPIData data, int64_t* result) {
+    const char* text = nullptr;
+    if (!ph::integerText(data, 1, text))
+        return -1;
+    *result = text != nullptr ? std::strtoll(text, nullptr, 0) : 0;
+    return 0;
+}
 
 int GetUINT8Value(CMPIData data, uint8_t* result) {
     return ph::getInteger(data, CMPI_uint8, result);

@@ -14,32 +14,6 @@ bool match(int (*getter)(CMPIData, Native*), const CMPIData& data, Native wanted
     return getter(data, &number) == 0 && number == wanted;
 }
 
-// `text`, a string, reads as `value` of `type`.
-bool matchDataValue(const CMPIData& text, CMPIType type, const CMPIValue& value) {
-    switch (type) {
-    case CMPI_boolean:
-        return match(GetBoolValue, text, value.boolean);
-    case CMPI_uint8:
-        return match(GetUINT8Value, text, value.uint8);
-    case CMPI_uint16:
-        return match(GetUINT16Value, text, value.uint16);
-    case CMPI_uint32:
-        return match<uint32_t>(GetUINT32Value, text, value.uint32);
-    case CMPI_uint64:
-        return match<uint64_t>(GetUINT64Value, text, value.uint64);
-    case CMPI_sint8:
-        return match<int8_t>(GetSINT8Value, text, value.sint8);
-    case CMPI_sint16:
-        return match(GetSINT16Value, text, value.sint16);
-    case CMPI_sint32:
-        return match<int32_t>(GetSINT32Value, text, value.sint32);
-    case CMPI_sint64:
-        return match<int64_t>(GetSINT64Value, text, value.sint64);
-    default:
-        return false;
-    }
-}
-
 bool sameText(const CMPIString* a, const CMPIString* b) {
     const char* textA = a != nullptr ? CMGetCharsPtr(a, nullptr) : nullptr;
     const char* textB = b != nullptr ? CMGetCharsPtr(b, nullptr) : nullptr;
@@ -82,29 +56,54 @@ bool sameOfType(CMPIType type, const CMPIValue& a, const CMPIValue& b) {
 
 } // namespace
 
-bool compareDataValues(const CMPIData& a, const CMPIData& b) {
+int MatchDataValue(const CMPIData& data, CMPIType type, const CMPIValue& value) {
+    switch (type) {
+    case CMPI_boolean:
+        return match(GetBoolValue, data, value.boolean);
+    case CMPI_uint8:
+        return match(GetUINT8Value, data, value.uint8);
+    case CMPI_uint16:
+        return match(GetUINT16Value, data, value.uint16);
+    case CMPI_uint32:
+        return match<uint32_t>(GetUINT32Value, data, value.uint32);
+    case CMPI_uint64:
+        return match<uint64_t>(GetUINT64Value, data, value.uint64);
+    case CMPI_sint8:
+        return match<int8_t>(GetSINT8Value, data, value.sint8);
+    case CMPI_sint16:
+        return match(GetSINT16Value, data, value.sint16);
+    case CMPI_sint32:
+        return match<int32_t>(GetSINT32Value, data, value.sint32);
+    case CMPI_sint64:
+        return match<int64_t>(GetSINT64Value, data, value.sint64);
+    default:
+        return 0;
+    }
+}
+
+int CompareDataValues(const CMPIData& a, const CMPIData& b) {
     if ((a.state & CMPI_nullValue) != 0)
         return (b.state & CMPI_nullValue) != 0;
     if (a.state != CMPI_goodValue || b.state != CMPI_goodValue)
-        return false;
+        return 0;
     if (a.type == b.type)
         return sameOfType(a.type, a.value, b.value);
     if (a.type == CMPI_string)
-        return matchDataValue(a, b.type, b.value);
-    return b.type == CMPI_string && matchDataValue(b, a.type, a.value);
+        return MatchDataValue(a, b.type, b.value);
+    return b.type == CMPI_string ? MatchDataValue(b, a.type, a.value) : 0;
 }
 
 bool sameValue(const CMPIData& a, const CMPIData& b) {
     const bool arrays = (a.type & b.type & CMPI_ARRAY) != 0 && a.state == CMPI_goodValue &&
                         b.state == CMPI_goodValue && a.value.array != nullptr && b.value.array != nullptr;
     if (!arrays)
-        return compareDataValues(a, b);
+        return CompareDataValues(a, b) == 1;
     const CMPICount count = CMGetArrayCount(a.value.array, nullptr);
     if (count != CMGetArrayCount(b.value.array, nullptr))
         return false;
     for (CMPICount i = 0; i < count; ++i)
-        if (!compareDataValues(CMGetArrayElementAt(a.value.array, i, nullptr),
-                               CMGetArrayElementAt(b.value.array, i, nullptr)))
+        if (CompareDataValues(CMGetArrayElementAt(a.value.array, i, nullptr),
+                              CMGetArrayElementAt(b.value.array, i, nullptr)) == 0)
             return false;
     return true;
 }

@@ -6,9 +6,12 @@
 
 namespace ph {
 
-// Two single values are the same: both null, or equal at their type; a string equals the number or boolean it
-// reads as. Values of other different types are never equal.
-bool compareDataValues(const CMPIData& a, const CMPIData& b);
+// 1 when the typed getter of `type` reads `data` as `value`, else 0.
+int MatchDataValue(const CMPIData& data, CMPIType type, const CMPIValue& value);
+
+// 1 for two single values that are the same: both null, or equal at their type; a string equals the number or
+// boolean it reads as. Values of other different types are never equal.
+int CompareDataValues(const CMPIData& a, const CMPIData& b);
 
 // The same for arrays too: as many elements, equal in order.
 bool sameValue(const CMPIData& a, const CMPIData& b);

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <gmock/gmock.h>
 #include <string>
+#include <sys/stat.h>
 #include <vector>
 
 namespace {
@@ -72,7 +73,7 @@ int CIM_Create_IPMI20_Session_Ext(IPMI20_SESSION_T*, const char* userName, const
 
 int CIM_Close_Session(IPMI20_SESSION_T*) {
     --platform.openSessions;
-    return 0;
+    return -1; // the BMC does not answer
 }
 
 int db_init(SMASH_DB_HANDLE*) {
@@ -118,6 +119,9 @@ using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::SizeIs;
+
+constexpr char noHandle[] = "\nUnable to create handle for DB Access\n";
+constexpr char noDevice[] = "\nUnable to get Info from device table \n";
 
 class BackEnds : public SysrootFixture {
 protected:
@@ -198,11 +202,20 @@ TEST_F(BackEnds, OnlyMinusOneIsAFailureForTheOwner) {
     }
     EXPECT_EQ(platform.openSessions, 0);
     EXPECT_EQ(CloseIPMISession(nullptr), -1);
+    EXPECT_EQ(CloseIPMISession(&session), 0);
 }
 
 TEST_F(BackEnds, SessionOnBehalfOfTheRequestsUser) {
     std::snprintf(sessionRow.interfaceType, sizeof(sessionRow.interfaceType), "1");
     EXPECT_EQ(CreateIPMISession_Ext(&session), -1) << "no current request";
+    const auto place = sysroot.place("/tmp/current_req");
+    ASSERT_EQ(mkfifo(place.c_str(), 0600), 0);
+    EXPECT_EQ(CreateIPMISession_Ext(&session), -1) << "a pipe";
+    std::filesystem::remove(place);
+    write("/tmp/elsewhere", "operator 10.1.2.3");
+    std::filesystem::create_symlink(sysroot.place("/tmp/elsewhere"), place);
+    EXPECT_EQ(CreateIPMISession_Ext(&session), -1) << "a link";
+    std::filesystem::remove(place);
     write("/tmp/current_req", "operator 10.1.2");
     EXPECT_EQ(CreateIPMISession_Ext(&session), -1) << "no address";
     write("/tmp/current_req", "operator 10.1.2.3\n");
@@ -227,18 +240,31 @@ TEST_F(BackEnds, SystemNames) {
     EXPECT_STREQ(name, "rack7");
     platform.noDevice = true;
     EXPECT_EQ(PH_GetSPSystemName(name), -1);
-    EXPECT_THAT(output(), HasSubstr("\nUnable to get Info from device table \n"));
+    EXPECT_EQ(output(), noDevice);
+    ::testing::internal::CaptureStdout();
+    platform.noDatabase = true;
+    EXPECT_EQ(PH_GetSPSystemName(name), -1);
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(), std::string(noHandle) + noDevice);
 }
 
-TEST_F(BackEnds, HandleFailuresAreAlwaysPrinted) {
-    unsetenv("DEBUG_PROVIDER");
+// All but the failures of handles is silent.
+TEST_F(BackEnds, PrintOnlyWhatIsAskedFor) {
+    for (const char* wanted : {static_cast<const char*>(nullptr), "", "NO"}) {
+        wanted != nullptr ? setenv("DEBUG_PROVIDER", wanted, 1) : unsetenv("DEBUG_PROVIDER");
+        platform = {};
+        char name[256] = "";
+        EXPECT_EQ(CreateIPMISession(&session), 0);
+        platform.noDevice = platform.noSettings = true;
+        EXPECT_EQ(PH_GetSPSystemName(name), -1);
+        EXPECT_EQ(CreateIPMISession(&session), 1);
+    }
     SMASH_DB_HANDLE handle = nullptr;
     platform.noDatabase = true;
     EXPECT_EQ(PH_CreateDBHandle(&handle), -1);
     platform.openHandles = 1;
     platform.closeResult = 1;
     EXPECT_EQ(PH_CloseDBHandle(handle), -1);
-    EXPECT_EQ(output(), "\nUnable to create handle for DB Access\n\nUnable to create handle for DB Access\n");
+    EXPECT_EQ(output(), std::string(noHandle) + noHandle);
 }
 
 } // namespace

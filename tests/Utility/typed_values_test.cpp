@@ -107,9 +107,13 @@ TEST_F(TypedValues, unsignedTexts) {
                                                   {"x1", std::nullopt},
                                                   {"0b1", std::nullopt},
                                                   {"true", std::nullopt}};
-    for (const auto& [chars, expected] : texts)
+    for (const auto& [chars, expected] : texts) {
+        EXPECT_EQ(IsValidIntValue(chars, 0), expected.has_value()) << chars;
         for (const Getter& getter : unsignedGetters)
             EXPECT_EQ(getter.get(data(text(chars))), expected) << getter.name << " \"" << chars << '"';
+    }
+    EXPECT_EQ((get<ParseToUnsignedInt, uint64_t>(data(text("0xFFFFFFFFFF")))), "1099511627775");
+    EXPECT_EQ((get<ParseToUnsignedInt, uint64_t>(data(number(CMPI_uint64, 1)))), std::nullopt);
 }
 
 TEST_F(TypedValues, signedTextsWantASign) {
@@ -126,9 +130,12 @@ TEST_F(TypedValues, signedTextsWantASign) {
                                                   {"+ 5", std::nullopt},
                                                   {"-5a", std::nullopt},
                                                   {"-0x1g", std::nullopt}};
-    for (const auto& [chars, expected] : texts)
+    for (const auto& [chars, expected] : texts) {
+        EXPECT_EQ(IsValidIntValue(chars, 1), expected.has_value()) << chars;
         for (const Getter& getter : signedGetters)
             EXPECT_EQ(getter.get(data(text(chars))), expected) << getter.name << " \"" << chars << '"';
+    }
+    EXPECT_EQ((get<ParseToSignedInt, int64_t>(data(text("-0xFFFFFFFFFF")))), "-1099511627775");
 }
 
 TEST_F(TypedValues, booleans) {

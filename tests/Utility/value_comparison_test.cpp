@@ -50,7 +50,7 @@ const Value different[][2] = {
 
 class ValueComparison : public BrokerFixture {
 protected:
-    bool compare(const Value& a, const Value& b) { return ph::compareDataValues(data(a), data(b)); }
+    bool compare(const Value& a, const Value& b) { return ph::CompareDataValues(data(a), data(b)) == 1; }
 };
 
 TEST_F(ValueComparison, ofSingleValues) {
@@ -69,9 +69,9 @@ TEST_F(ValueComparison, onlyGoodAndNullValuesCompare) {
     for (const int state : {CMPI_keyValue, CMPI_notFound, CMPI_badValue}) {
         CMPIData other = good;
         other.state = static_cast<CMPIValueState>(state);
-        EXPECT_FALSE(ph::compareDataValues(good, other));
-        EXPECT_FALSE(ph::compareDataValues(other, good));
-        EXPECT_FALSE(ph::compareDataValues(other, other));
+        EXPECT_FALSE(ph::CompareDataValues(good, other));
+        EXPECT_FALSE(ph::CompareDataValues(other, good));
+        EXPECT_FALSE(ph::CompareDataValues(other, other));
     }
 }
 
