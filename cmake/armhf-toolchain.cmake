@@ -19,7 +19,10 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 set(CMAKE_LIBRARY_ARCHITECTURE arm-linux-gnueabihf)
-set(ENV{PKG_CONFIG_SYSROOT_DIR} ${sysroot})
+# pkg-config need not name the folders of headers and libraries, which are the standard ones below: put in front of
+# them, a folder whose name has blanks would be split.
+set(ENV{PKG_CONFIG_SYSTEM_INCLUDE_PATH} /usr/include:/usr/include/arm-linux-gnueabihf)
+set(ENV{PKG_CONFIG_SYSTEM_LIBRARY_PATH} /usr/lib:/usr/lib/arm-linux-gnueabihf)
 set(ENV{PKG_CONFIG_LIBDIR} ${sysroot}/usr/lib/arm-linux-gnueabihf/pkgconfig:${sysroot}/usr/share/pkgconfig)
 
 # The compiler takes the unpacked folder for no system folder of its own: name its standard places.
@@ -29,8 +32,9 @@ foreach(language C CXX)
                                                        ${sysroot}/usr/include/arm-linux-gnueabihf)
 endforeach()
 foreach(kind EXE SHARED MODULE)
-    set(CMAKE_${kind}_LINKER_FLAGS_INIT "-L${sysroot}/usr/lib/arm-linux-gnueabihf -Wl,-rpath-link,\
-${sysroot}/usr/lib/arm-linux-gnueabihf:${sysroot}/lib/arm-linux-gnueabihf")
+    # Parts of a command line: the folder's name may have blanks.
+    set(CMAKE_${kind}_LINKER_FLAGS_INIT "\"-L${sysroot}/usr/lib/arm-linux-gnueabihf\" \"-Wl,-rpath-link,\
+${sysroot}/usr/lib/arm-linux-gnueabihf:${sysroot}/lib/arm-linux-gnueabihf\"")
 endforeach()
 
 set(CMAKE_CROSSCOMPILING_EMULATOR qemu-arm-static -L ${sysroot})
