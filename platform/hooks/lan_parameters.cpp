@@ -51,24 +51,11 @@ std::uint8_t LanParameters::readByte(std::uint8_t parameter) const {
     return value;
 }
 
-// The transaction is advice among well-behaved clients: a BMC may not have it, and one that somebody left
-// open must not lock out all others. So its outcome is not looked at, but for lost contact.
-void LanParameters::setProgress(std::uint8_t state) const {
-    const std::uint8_t request[] = {channel_, ipmi::lan::parameter::setInProgress, state};
-    ipmi::ask(bmc_, ipmi::netFn::transport, ipmi::lan::setParameters, request);
-}
-
 void LanParameters::write(std::uint8_t parameter, std::span<const std::uint8_t> bytes) const {
     std::array<std::uint8_t, 32> storage;
     ipmi::Writer request(storage);
     request.u8(channel_).u8(parameter).bytes(bytes);
-    setProgress(ipmi::lan::setStarted);
-    const auto answer = ipmi::ask(bmc_, ipmi::netFn::transport, ipmi::lan::setParameters, request.written());
-    if (answer.code() == completion::success)
-        setProgress(ipmi::lan::commitWrite);
-    setProgress(ipmi::lan::setComplete);
-    if (answer.code() != completion::success)
-        throw ipmi::CompletionCodeError(ipmi::netFn::transport, ipmi::lan::setParameters, answer.code());
+    ipmi::run(bmc_, ipmi::netFn::transport, ipmi::lan::setParameters, request.written());
 }
 
 void LanParameters::writeByte(std::uint8_t parameter, std::uint8_t value) const {

@@ -19,13 +19,13 @@ public:
     bool readIfPresent(std::uint8_t parameter, std::span<std::uint8_t> bytes, std::uint8_t set = 0) const;
     std::uint8_t readByte(std::uint8_t parameter) const;
 
-    // As one transaction of the BMC (parameter 0): started, committed and ended.
+    // One command writes a parameter whole, so none of the BMC's transactions (parameter 0) is opened. A
+    // change of the address that the session goes to often loses its answer, and would leave the transaction
+    // open.
     void write(std::uint8_t parameter, std::span<const std::uint8_t> bytes) const;
     void writeByte(std::uint8_t parameter, std::uint8_t value) const;
 
 private:
-    void setProgress(std::uint8_t state) const;
-
     ipmi::Transport& bmc_;
     std::uint8_t channel_;
 };

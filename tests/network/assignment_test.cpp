@@ -362,7 +362,7 @@ TEST_F(Assignment, refusalsOfTheBmcAreTold) {
     for (const auto& [configuration, index, writes, message] : cases) {
         createBmc(twoLans);
         const ObjectPath endpointPath = endpoint(index);
-        failCommand(0x0C, 0x01, 0xFF, 4 * writes + 1); // a write is start, write, commit and end
+        failCommand(0x0C, 0x01, 0xFF, writes);
         expectRefused(apply(configuration, endpointPath), CMPI_RC_ERR_INVALID_PARAMETER, message);
         EXPECT_EQ(get(settingClass, "IPv4Address"), "192.0.2.99"); // still staged
     }

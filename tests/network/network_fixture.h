@@ -28,7 +28,7 @@ protected:
     void failCommand(std::uint8_t netFn, std::uint8_t command, std::uint8_t code, unsigned skip = 0) const;
 
     // A message of the BMC: network function, command, data.
-    std::vector<std::vector<std::uint8_t>> changesOfLans() const; // Set LAN parameters, but for parameter 0
+    std::vector<std::vector<std::uint8_t>> changesOfLans() const; // Set LAN parameters
 
     static broker::ObjectPath path(const std::string& className, broker::NamedValues keys = {});
     static broker::Value text(const std::string& value) { return {CMPI_string, value}; }
