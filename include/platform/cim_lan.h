@@ -65,7 +65,8 @@ int CIM_SetIPv4Gateway(IPMI20_SESSION_T* session, const uint8_t* gateway, uint8_
 
 /* IPv6 as it is configured, LAN parameters 51, 56 (static address 0), 64 and 65. IPMI lets static and dynamic
  * addresses stand side by side. The source is static when the static address is enabled or routers are only
- * the static ones, else dynamic. A BMC without IPv6 parameters fails. */
+ * the static ones, else dynamic, as on a BMC that has no static address. A BMC without IPv6 parameters fails.
+ */
 typedef struct {
     uint8_t source;      /* CIM_ADDRESS_SOURCE_STATIC or _DYNAMIC */
     uint8_t address[16]; /* static address, "::" for none; it is in use when the source is static */
@@ -92,8 +93,9 @@ int CIM_GetAllIPv6Addresses(IPMI20_SESSION_T* session, CIM_IPv6Addresses* addres
                             int timeout);
 
 /* CIM_ADDRESS_SOURCE_STATIC: enables IPv6 beside IPv4 where it is disabled (parameter 51) and uses static
- * routers only (64). CIM_ADDRESS_SOURCE_DYNAMIC: the same with routers by advertisement, and disables the
- * static address (56). Others fail. */
+ * routers only (64); changes nothing and fails on a BMC that has no static address.
+ * CIM_ADDRESS_SOURCE_DYNAMIC: the same with routers by advertisement, and disables the static address (56)
+ * where there is one. Others fail. */
 int CIM_SetIPv6Source(IPMI20_SESSION_T* session, uint8_t source, uint8_t channel, int timeout);
 /* Sets and enables static address 0 (parameter 56), keeping its prefix length. */
 int CIM_SetIPv6Address(IPMI20_SESSION_T* session, const uint8_t* address, uint8_t channel, int timeout);

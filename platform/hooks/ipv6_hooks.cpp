@@ -17,6 +17,7 @@ namespace parameter = ipmi::lan::parameter;
 
 constexpr std::size_t addressSize = 16;
 constexpr std::uint8_t longestPrefix = 128;
+constexpr const char* noStaticAddress = "the BMC has no static IPv6 address";
 
 // An element of the static or the dynamic addresses.
 struct AddressSet {
@@ -48,7 +49,7 @@ std::optional<AddressSet> readAddress(const LanParameters& bmc, std::uint8_t num
 AddressSet readStaticAddress(const LanParameters& bmc) {
     const auto set = readAddress(bmc, parameter::ipv6StaticAddresses, 0);
     if (!set)
-        throw std::runtime_error("the BMC has no static IPv6 address");
+        throw std::runtime_error(noStaticAddress);
     return *set;
 }
 
@@ -100,12 +101,15 @@ int CIM_GetIPv6NetworkCfg(IPMI20_SESSION_T* session, CIM_IPv6NetworkCfg* configu
     return hooks::guarded(__func__, [&] {
         requireAddress(configuration);
         const LanParameters bmc(hooks::transportOf(session), channel);
-        const AddressSet set = readStaticAddress(bmc);
+        const auto stored = readAddress(bmc, parameter::ipv6StaticAddresses, 0);
+        if (!stored)
+            bmc.readByte(parameter::ipv6Enables); // which every BMC with IPv6 has
+        const AddressSet set = stored.value_or(AddressSet());
         std::uint8_t routers = 0;
         bmc.readIfPresent(parameter::ipv6RouterControl, std::span(&routers, 1));
+        const bool isStatic = stored && (set.isEnabled() || routers == lan::staticRouters);
         *configuration = {};
-        configuration->source = set.isEnabled() || routers == lan::staticRouters ? CIM_ADDRESS_SOURCE_STATIC
-                                                                                 : CIM_ADDRESS_SOURCE_DYNAMIC;
+        configuration->source = isStatic ? CIM_ADDRESS_SOURCE_STATIC : CIM_ADDRESS_SOURCE_DYNAMIC;
         std::ranges::copy(set.address, configuration->address);
         configuration->prefixLength = set.prefixLength;
         bmc.readIfPresent(parameter::ipv6StaticRouter1, configuration->gateway);
@@ -134,13 +138,15 @@ int CIM_SetIPv6Source(IPMI20_SESSION_T* session, uint8_t source, uint8_t channel
             throw std::invalid_argument("IPv6 address source " + std::to_string(source) + " is unknown");
         const bool isStatic = source == CIM_ADDRESS_SOURCE_STATIC;
         const LanParameters bmc(hooks::transportOf(session), channel);
+        auto set = readAddress(bmc, parameter::ipv6StaticAddresses, 0);
+        if (isStatic && !set)
+            throw std::runtime_error(noStaticAddress);
         if (bmc.readByte(parameter::ipv6Enables) == lan::ipv6Disabled)
             bmc.writeByte(parameter::ipv6Enables, lan::ipv6AndIpv4);
         bmc.writeByte(parameter::ipv6RouterControl, isStatic ? lan::staticRouters : lan::dynamicRouters);
-        AddressSet set = readStaticAddress(bmc);
-        if (!isStatic && set.isEnabled()) {
-            set.source = 0;
-            writeStaticAddress(bmc, set);
+        if (!isStatic && set && set->isEnabled()) {
+            set->source = 0;
+            writeStaticAddress(bmc, *set);
         }
     });
 }

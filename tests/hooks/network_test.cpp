@@ -159,6 +159,27 @@ TEST_F(NetworkHooks, ipv6SourceFollowsAddressAndRouters) {
     }
 }
 
+// Its addresses are dynamic, whatever its routers are.
+TEST_F(NetworkHooks, aBmcMayHaveNoStaticIpv6Address) {
+    bmc.answers[getParameter(56)] = {0xC9};
+    bmc.answers[getParameter(64)] = value({0x01});
+    bmc.answers[getParameter(65)] = {0x80};
+    CIM_IPv6NetworkCfg configuration{};
+    EXPECT_NE(CIM_GetIPv6NetworkCfg(&session, &configuration, channel, 30), 0) << "nor IPv6 at all";
+    bmc.answers[getParameter(51)] = value({0x00});
+    ASSERT_EQ(CIM_GetIPv6NetworkCfg(&session, &configuration, channel, 30), 0);
+    EXPECT_EQ(configuration.source, CIM_ADDRESS_SOURCE_DYNAMIC);
+    EXPECT_EQ(configuration.prefixLength, 0);
+
+    acceptChange(51, {0x02});
+    acceptChange(64, {0x02});
+    bmc.requests.clear();
+    EXPECT_NE(CIM_SetIPv6Source(&session, CIM_ADDRESS_SOURCE_STATIC, channel, 30), 0);
+    EXPECT_THAT(bmc.requests, ElementsAre(getParameter(56))) << "refused before anything is changed";
+    EXPECT_EQ(CIM_SetIPv6Source(&session, CIM_ADDRESS_SOURCE_DYNAMIC, channel, 30), 0);
+    EXPECT_EQ(bmc.requests.back(), setParameter(64, {0x02}));
+}
+
 // Address and prefix length are parts of one parameter: each change keeps the other.
 TEST_F(NetworkHooks, ipv6ChangesKeepWhatTheyDoNotChange) {
     bmc.answers[getParameter(51)] = value({0x00});
