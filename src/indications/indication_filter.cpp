@@ -42,9 +42,9 @@ constexpr Property properties[] = {
     PH_PROPERTY(Record, Query),
 };
 
-// The BMC's filters, as far as one can name them.
+// The BMC's filters, as far as one can name them. One that the platform counts but does not fill is disabled.
 struct PefTable {
-    CIM_PEFEntry entries[CIM_MAX_PEF_ENTRIES];
+    CIM_PEFEntry entries[CIM_MAX_PEF_ENTRIES] = {};
     std::uint8_t count = 0; // that the BMC has
 
     bool read(ph::IpmiSession& session) {

@@ -12,6 +12,7 @@ struct PlatformCalls {
     unsigned count = 0;
     unsigned failing = 0; // the nth call, from 1, fails; a closing function closes all the same
     bool hasFailed = false;
+    bool leavesPefTable = false; // counts the filters without reading any
 
     int openHandles = 0;  // of databases
     int openSessions = 0; // of IPMI
