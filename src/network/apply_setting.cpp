@@ -7,6 +7,7 @@
 #include "Utility/request_status.h"
 #include "Utility/request_texts.h"
 
+#include <algorithm>
 #include <cmpimacs.h>
 #include <cstring>
 #include <initializer_list>
@@ -141,11 +142,13 @@ bool Application::apply() {
     return refuse(CMPI_RC_ERR_INVALID_PARAMETER, badAssignment);
 }
 
-bool isOneOf(const CMPIInstance* setting, std::initializer_list<const char*> properties, const char* value) {
-    for (const char* property : properties)
-        if (std::strcmp(ph::textProperty(setting, property), value) == 0)
-            return true;
-    return false;
+bool isNoIpv4(const char* text) {
+    constexpr std::uint8_t none[4] = {}; // 0.0.0.0, however it is written
+    std::uint8_t address[4];
+    return PH_ConvertStrToIP(text, address) == 0 && std::ranges::equal(address, none);
+}
+bool isNoIpv6(const char* text) {
+    return std::strcmp(text, "::") == 0;
 }
 
 bool Application::applyStatic() {
@@ -159,13 +162,18 @@ bool Application::applyStatic() {
     const CMPIInstance* setting = next(settings);
     if (setting == nullptr)
         return refuse(CMPI_RC_ERR_FAILED, notEnumerated);
+    const auto isNone = [&](bool (*test)(const char*)) {
+        return [=](const char* property) { return test(ph::textProperty(setting, property)); };
+    };
     if (*version == '4') {
-        if (isOneOf(setting, {"IPv4Address", "SubnetMask", "GatewayIPv4Address"}, "0.0.0.0"))
+        constexpr const char* addresses[] = {"IPv4Address", "SubnetMask", "GatewayIPv4Address"};
+        if (std::ranges::any_of(addresses, isNone(isNoIpv4)))
             return refuse(CMPI_RC_ERR_FAILED,
                           "IPv4Address, SubnetMask or GatewayIPv4Address Parameters are Invalid");
         return PH_ApplySettingToStaticIP(broker_, endpointName_, setting, status_) == 0;
     }
-    if (isOneOf(setting, {"IPv6Address", "GatewayIPv6Address"}, "::"))
+    constexpr const char* addresses[] = {"IPv6Address", "GatewayIPv6Address"};
+    if (std::ranges::any_of(addresses, isNone(isNoIpv6)))
         return refuse(CMPI_RC_ERR_FAILED, "IPv6Address or GatewayIPv6Address Parameters are Invalid");
     return PH_ApplySettingToStaticIPv6(broker_, endpointName_, setting, status_) == 0;
 }

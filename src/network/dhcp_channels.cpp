@@ -40,7 +40,8 @@ int createEndpoints(const CMPIBroker* broker, const CMPIContext* context) {
                                                   ipVersion) != 0)
             result = -1;
     };
-    for (const Lan& lan : ph::listLans(session.get())) {
+    for (Lan& lan : ph::listLans(session.get())) {
+        ph::readName(session.get(), lan);
         if (hasIpv4(session.get(), lan))
             create(lan, 4);
         if (hasIpv6(session.get(), lan))

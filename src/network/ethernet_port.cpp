@@ -64,9 +64,10 @@ std::uint16_t readSpeed(IPMI20_SESSION_T* session, const Lan& lan) {
 }
 
 int fill(Record& port, IPMI20_SESSION_T* session, const Lan& lan, const CIM_NWExtEthCfg& configuration) {
+    const ph::MacText mac = ph::readMac(LIBIPMI_HL_GetMACAddress, session, lan);
+    const bool enabled = isEnabled(session, lan);
     const std::uint16_t speed = readSpeed(session, lan);
-    return PH_Fill_EthernetPort(&port, ph::readMac(LIBIPMI_HL_GetMACAddress, session, lan).text,
-                                lan.interfaceName, &configuration, &speed, isEnabled(session, lan));
+    return PH_Fill_EthernetPort(&port, mac.text, lan.interfaceName, &configuration, &speed, enabled);
 }
 
 int enumerate(ph::RecordArray<Record>& ports, ph::Detail detail) {
@@ -78,7 +79,8 @@ int enumerate(ph::RecordArray<Record>& ports, ph::Detail detail) {
         (detail == ph::Detail::All && CIM_GetNWExtEthCfg(&configuration, &isDefault) != 0) || !session.open())
         return -1;
     int position = 0;
-    for (const Lan& lan : ph::listLans(session.get())) {
+    for (Lan& lan : ph::listLans(session.get())) {
+        ph::readName(session.get(), lan);
         Record* port = ports.append();
         if (port == nullptr)
             return -1;

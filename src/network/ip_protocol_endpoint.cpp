@@ -114,7 +114,8 @@ int enumerate(ph::RecordArray<Record>& endpoints, ph::Detail detail) {
     ph::IpmiSession session;
     if (PH_GetSPSystemName(systemName) != 0 || !session.open())
         return -1;
-    for (const Lan& lan : ph::listLans(session.get()))
+    for (Lan& lan : ph::listLans(session.get())) {
+        ph::readName(session.get(), lan);
         for (const Address& address : readAddresses(session.get(), lan)) {
             Record* endpoint = endpoints.append();
             if (endpoint == nullptr)
@@ -125,6 +126,7 @@ int enumerate(ph::RecordArray<Record>& endpoints, ph::Detail detail) {
                 PH_Fill_IPProtocolEndpoint(endpoint, address.origin, address.text, address.subnetMask,
                                            address.prefixLength, address.ipVersion);
         }
+    }
     return 0;
 }
 

@@ -51,7 +51,8 @@ int enumerate(ph::RecordArray<Record>& endpoints, ph::Detail detail) {
     ph::IpmiSession session;
     if (PH_GetSPSystemName(systemName) != 0 || !session.open())
         return -1;
-    for (const Lan& lan : ph::listLans(session.get())) {
+    for (Lan& lan : ph::listLans(session.get())) {
+        ph::readName(session.get(), lan);
         Record* endpoint = endpoints.append();
         if (endpoint == nullptr)
             return -1;
@@ -61,11 +62,11 @@ int enumerate(ph::RecordArray<Record>& endpoints, ph::Detail detail) {
         std::snprintf(endpoint->Name, sizeof(endpoint->Name), "%s-%s", "LANEndpoint", lan.interfaceName);
         if (detail == ph::Detail::Names)
             continue;
+        const ph::MacText mac = ph::readMac(CIM_Get_MACAddress, session.get(), lan);
         char lanId[8];
         std::snprintf(lanId, sizeof(lanId), "%d", readVlanId(session.get(), lan));
-        if (PH_Fill_LANEndpoint(lan.interfaceName, endpoint,
-                                ph::readMac(CIM_Get_MACAddress, session.get(), lan).text,
-                                readEnable(session.get(), lan), lanId) != 0)
+        if (PH_Fill_LANEndpoint(lan.interfaceName, endpoint, mac.text, readEnable(session.get(), lan),
+                                lanId) != 0)
             return -1;
     }
     return 0;

@@ -13,11 +13,6 @@ Lan findChannel(IPMI20_SESSION_T* session, std::uint8_t index, bool isBond) {
     return lan;
 }
 
-void readName(IPMI20_SESSION_T* session, Lan& lan) {
-    if (CIM_GetLANIndex(session, lan.index, lan.interfaceName, hookTimeout) != 0)
-        lan.interfaceName[0] = '\0';
-}
-
 } // namespace
 
 std::vector<Lan> listLans(IPMI20_SESSION_T* session) {
@@ -33,9 +28,13 @@ std::vector<Lan> listLans(IPMI20_SESSION_T* session) {
         std::for_each_n(indices, std::min<std::size_t>(count, CIM_MAX_LANS),
                         [&](std::uint8_t index) { lans.push_back(findChannel(session, index, false)); });
     }
-    for (Lan& lan : lans)
-        readName(session, lan);
     return lans;
+}
+
+void readName(IPMI20_SESSION_T* session, Lan& lan) {
+    if (CIM_GetLANIndex(session, lan.index, lan.interfaceName, hookTimeout) != 0)
+        lan.interfaceName[0] = '\0';
+    lan.interfaceName[sizeof(lan.interfaceName) - 1] = '\0';
 }
 
 MacText readMac(int (*hook)(IPMI20_SESSION_T*, std::uint8_t*, std::uint8_t, int), IPMI20_SESSION_T* session,

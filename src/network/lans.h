@@ -15,9 +15,10 @@ struct Lan {
     char interfaceName[CIM_INTERFACE_NAME_SIZE];
 };
 
-// The bonded interface alone when bonding is on, else every LAN in the BMC's order. What the BMC does not
-// answer stays zero.
+// The bonded interface alone when bonding is on, else every LAN in the BMC's order, all still without names.
+// What the BMC does not answer stays zero.
 std::vector<Lan> listLans(IPMI20_SESSION_T* session);
+void readName(IPMI20_SESSION_T* session, Lan& lan);
 
 struct MacText {
     char text[18];

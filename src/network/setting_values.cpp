@@ -20,10 +20,12 @@ const char* textProperty(const CMPIInstance* instance, const char* name) {
     return text != nullptr ? text : "";
 }
 
-std::uint8_t prefixLengthProperty(const CMPIInstance* instance) {
+std::optional<std::uint8_t> prefixLengthProperty(const CMPIInstance* instance) {
     std::uint16_t length = 0;
     const CMPIData data = property(instance, "IPv6SubnetPrefixLength");
-    return GetUINT16Value(data, &length) == 0 && length <= 128 ? static_cast<std::uint8_t>(length) : 255;
+    if (GetUINT16Value(data, &length) != 0 || length > 128)
+        return std::nullopt;
+    return static_cast<std::uint8_t>(length);
 }
 
 } // namespace ph

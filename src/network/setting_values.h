@@ -4,12 +4,13 @@
 #include <cmpidt.h>
 #include <cmpift.h>
 #include <cstdint>
+#include <optional>
 
 namespace ph {
 
 // "" where there is none. The text belongs to the instance.
 const char* textProperty(const CMPIInstance* instance, const char* name);
-// IPv6SubnetPrefixLength; one that is no prefix length reads 255, which the BMC refuses.
-std::uint8_t prefixLengthProperty(const CMPIInstance* instance);
+// IPv6SubnetPrefixLength in bits; none where it is no prefix length.
+std::optional<std::uint8_t> prefixLengthProperty(const CMPIInstance* instance);
 
 } // namespace ph

@@ -2,7 +2,29 @@
 
 #include "ipmi/lan_configuration.h"
 
+#include <dlfcn.h>
 #include <map>
+
+namespace {
+
+std::vector<int> prefixLengths; // that the platform was asked to set
+bool keepsStaged = false;       // it does not delete the staged address
+
+template <class Function>
+Function* platform(const char* name) {
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+} // namespace
+
+extern "C" __attribute__((visibility("default"))) int
+CIM_SetIPv6Prefix(IPMI20_SESSION_T* session, uint8_t prefixLength, uint8_t channel, int timeout) {
+    prefixLengths.push_back(prefixLength);
+    return platform<decltype(CIM_SetIPv6Prefix)>(__func__)(session, prefixLength, channel, timeout);
+}
+extern "C" __attribute__((visibility("default"))) int db_delete_static_ip(SMASH_DB_HANDLE handle) {
+    return keepsStaged ? 1 : platform<decltype(db_delete_static_ip)>(__func__)(handle);
+}
 
 namespace {
 
@@ -19,14 +41,14 @@ namespace parameter = ipmi::lan::parameter;
 
 class Assignment : public Network {
 protected:
-    Reply modify(NamedValues changes, const broker::PropertyList& properties = {}) {
+    Reply modify(const NamedValues& changes, const broker::PropertyList& properties = {}) {
         broker::Instance setting = instance(settingClass);
-        for (auto& [name, value] : changes)
+        for (const auto& [name, value] : changes)
             broker::set(setting.properties, name, value);
         return broker.modifyInstance(setting.path, setting, properties);
     }
-    void stage(NamedValues changes) {
-        const Reply reply = modify(std::move(changes));
+    void stage(const NamedValues& changes) {
+        const Reply reply = modify(changes);
         EXPECT_TRUE(reply.ok()) << reply.message;
     }
 
@@ -149,6 +171,11 @@ TEST_F(Assignment, settingTakesOnlyAddresses) {
 TEST_F(Assignment, staticIpv4ReachesTheBmc) {
     stage(ipv4);
     const ObjectPath lan2 = endpoint(3);
+    bmc().recordMessages(200);
+    keepsStaged = true; // which is no failure of what was asked for
+    expectDone(apply(fixed, lan2));
+    EXPECT_EQ(get(settingClass, "IPv4Address"), "192.0.2.99");
+    keepsStaged = false;
     bmc().recordMessages(200);
     expectDone(apply(fixed, lan2));
     EXPECT_THAT(changesOfLans(), ElementsAre(ElementsAre(3, parameter::ipv4Source, 1),
@@ -322,8 +349,18 @@ TEST_F(Routed, namesAndValuesThatCannotBeAppliedAreRefused) {
     EXPECT_EQ(run(fixed, "x*eth0-6").second, noChannel);
     EXPECT_EQ(run(fixed, "x*Channel-1*eth0-4").second,
               "Failed to ConvertStrToIP in StaticIPAssignmentSettingData");
+    prefixLengths.clear();
     EXPECT_EQ(run(fixed, "x*Channel-1*eth0-6").second,
               "Failed to SetIPv6Prefix in StaticIPAssignmentSettingData");
+    EXPECT_THAT(prefixLengths, IsEmpty()) << "a platform is not asked to judge it";
+    EXPECT_EQ(lan("eth0", "source"), "static");
+    for (const char* none : {"0.0.0.0", "000.0.0.0"}) {
+        served[settingClass] = {{path(settingClass), {ipv4[0], ipv4[1], {"GatewayIPv4Address", text(none)}}}};
+        EXPECT_EQ(
+            run(fixed, "x*Channel-1*eth0-4"),
+            std::pair(CMPI_RC_ERR_FAILED,
+                      std::string("IPv4Address, SubnetMask or GatewayIPv4Address Parameters are Invalid")));
+    }
     served[settingClass] = {{path(settingClass), {{"IPv6Address", text("2001")}}}};
     EXPECT_EQ(run(fixed, "x*Channel-1*eth0-6").second,
               "Failed in SetProperty in StaticIPAssignmentSettingData - IP Conversion Failed");

@@ -1,5 +1,6 @@
 #include "network_fixture.h"
 
+#include <dlfcn.h>
 #include <fstream>
 #include <functional>
 #include <sstream>
@@ -7,7 +8,20 @@
 
 namespace {
 
-using broker::Instance;
+bool nameHasEnd = true;
+
+} // namespace
+
+extern "C" __attribute__((visibility("default"))) int
+CIM_GetLANIndex(IPMI20_SESSION_T* session, uint8_t index, char* name, int timeout) {
+    static const auto real = reinterpret_cast<decltype(&CIM_GetLANIndex)>(dlsym(RTLD_NEXT, __func__));
+    if (!nameHasEnd)
+        std::memset(name, 'e', CIM_INTERFACE_NAME_SIZE);
+    return nameHasEnd ? real(session, index, name, timeout) : 0;
+}
+
+namespace {
+
 using broker::Reply;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -87,7 +101,24 @@ TEST_F(Ports, areTheLansOfTheBmc) {
         EXPECT_EQ(get(ports[1], property), second) << property;
     }
     EXPECT_EQ(ports[0].properties.size(), std::size(expected));
-    EXPECT_EQ(get(ports[0], "FullDuplex"), "TRUE");
+}
+
+// Interface name, MAC, whether it is enabled, PHY, of one LAN after the other.
+TEST_F(Ports, areAskedForOneAfterTheOther) {
+    bmc().recordMessages(200);
+    list("CIM_EthernetPort");
+    std::vector<int> asked;
+    for (const auto& message : bmc().recordedMessages())
+        if (message.netFn == 0x0C ||
+            (message.netFn == 0x30 && message.command != 0x23 && message.command != 0x26))
+            asked.push_back(message.command);
+    EXPECT_THAT(asked, ElementsAre(0x20, 0x02, 0x21, 0x25, 0x20, 0x02, 0x21, 0x25));
+}
+
+TEST_F(Ports, aNameWithoutEndGetsOne) {
+    nameHasEnd = false;
+    EXPECT_EQ(get("CIM_LANEndpoint", "Name"), "LANEndpoint-" + std::string(CIM_INTERFACE_NAME_SIZE - 1, 'e'));
+    nameHasEnd = true;
 }
 
 TEST_F(Ports, endpointsAreListedLikePorts) {
