@@ -14,7 +14,11 @@ bool startThread() {
     return pthread_create(&monitor, nullptr, ReadSELEvents_And_Deliver, nullptr) == 0;
 }
 
-CMPIStatus cleanUp(CMPIIndicationMI* mi, const CMPIContext*, CMPIBoolean) {
+// The monitor reads the pipe as long as the process lasts: an object manager that only wants memory back
+// keeps this provider.
+CMPIStatus cleanUp(CMPIIndicationMI* mi, const CMPIContext*, CMPIBoolean terminating) {
+    if (terminating == 0)
+        return {CMPI_RC_NEVER_UNLOAD, nullptr};
     PH_Delete_Pipe();
     delete mi;
     return {CMPI_RC_OK, nullptr};
