@@ -2,8 +2,11 @@
 #include "phctl_fixture.h"
 #include "server_script.h"
 
-#include <future>
+#include <fcntl.h>
+#include <platform/sel_event_message.h>
+#include <sys/stat.h>
 #include <thread>
+#include <unistd.h>
 
 namespace {
 
@@ -14,6 +17,10 @@ using testing::HasSubstr;
 
 class Monitor : public PhctlTest {
 protected:
+    static void SetUpTestSuite() {
+        PhctlTest::SetUpTestSuite();
+        create("CIM_ListenerDestinationCIMXML", "CIMXML-31", "Destination=http://127.0.0.1:1/"); // nobody
+    }
     static std::string place(const char* absolutePath) { return sysroot->place(absolutePath).string(); }
 
     // A filter or a destination, as a client makes it.
@@ -24,24 +31,24 @@ protected:
                  "CreationClassName=" + className, "SystemName=" + system, "Name=" + name, property});
     }
 
-    // Writes the event as soon as somebody reads the pipe.
-    static void letHappen(const std::vector<std::string>& event) {
+    // Returns when somebody reads the event pipe, with its write end.
+    static int awaitReader() {
         for (int i = 0; i < 300; ++i) {
-            if (phctl(event).status == 0)
-                return;
+            if (const int pipe = open(place(SEL_EVENT_PIPE).c_str(), O_WRONLY | O_NONBLOCK); pipe >= 0)
+                return pipe;
             std::this_thread::sleep_for(50ms);
         }
         ADD_FAILURE() << "nobody reads the event pipe";
+        return -1;
     }
 
     // The alerts that the monitor tells of while the events happen.
     static std::vector<json> monitor(unsigned alerts, const std::vector<std::vector<std::string>>& events) {
-        auto ended = std::async(std::launch::async, [alerts] {
-            return phctl({"monitor", "--json", "--count", std::to_string(alerts)});
-        });
+        RunningPhctl running({"monitor", "--json", "--count", std::to_string(alerts)});
+        close(awaitReader());
         for (const auto& event : events)
-            letHappen(event);
-        const Outcome outcome = ended.get();
+            succeed(event);
+        const Outcome outcome = running.wait();
         EXPECT_EQ(outcome.status, 0) << outcome.err;
         std::vector<json> lines;
         std::istringstream out(outcome.out);
@@ -141,15 +148,67 @@ TEST_F(Monitor, goesOnWhenNobodyTakesAnAlert) {
     EXPECT_EQ(mailServer.records(1).at(0)["refused"], "550 no");
 }
 
+constexpr std::initializer_list<const char*> event = {"bmc", "event", "CPU1 Temp", "9", "--to", "cimxml:31"};
+
 TEST_F(Monitor, leavesNoPipeAndNeedsOneThatItCanHave) {
-    create("CIM_ListenerDestinationCIMXML", "CIMXML-31", "Destination=http://127.0.0.1:1/");
-    monitor(1, {{"bmc", "event", "CPU1 Temp", "9", "--to", "cimxml:31"}});
-    const auto pipe = sysroot->place("/tmp/SELEvent_fifo");
+    EXPECT_EQ(monitor(1, {{event.begin(), event.end()}}).size(), 1U);
+    const auto pipe = sysroot->place(SEL_EVENT_PIPE);
     EXPECT_FALSE(exists(pipe));
-    EXPECT_THAT(fail({"bmc", "event", "CPU1 Temp", "9", "--to", "cimxml:31"}, 1), HasSubstr("SELEvent_fifo"));
+    EXPECT_THAT(fail({event.begin(), event.end()}, 1), HasSubstr("SELEvent_fifo"));
     std::ofstream(pipe) << "a file";
     EXPECT_THAT(fail({"monitor"}, 1), HasSubstr("not a pipe"));
     std::filesystem::remove(pipe);
+    create_symlink(sysroot->place("/tmp/nothing"), pipe);
+    EXPECT_THAT(fail({"monitor"}, 1), HasSubstr("not a pipe"));
+    std::filesystem::remove(pipe);
+}
+
+// Each would get a part of the alerts, and the first to end would take the pipe away.
+TEST_F(Monitor, isTheOnlyReader) {
+    RunningPhctl first({"monitor", "--count", "1"});
+    close(awaitReader());
+    EXPECT_THAT(fail({"monitor"}, 1), HasSubstr("reads from it already"));
+    succeed({event.begin(), event.end()});
+    EXPECT_EQ(first.wait().status, 0);
+
+    const std::string pipe = place(SEL_EVENT_PIPE);
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    const int objectManager = open(pipe.c_str(), O_RDWR);
+    EXPECT_THAT(fail({"monitor"}, 1), HasSubstr("reads from it already"));
+    EXPECT_TRUE(std::filesystem::exists(pipe));
+    close(objectManager);
+    std::filesystem::remove(pipe);
+}
+
+// An interrupt may come while an alert is on its way.
+TEST_F(Monitor, endsAtAnyTime) {
+    const ServerScript listener("indication_listener.py", place("/tmp/interrupted"));
+    create("CIM_ListenerDestinationCIMXML", "CIMXML-32",
+           "Destination=http://127.0.0.1:" + std::to_string(listener.port()));
+    const SelEventMessage message{
+        {1, 0, 2, 1, 0, 0, 0, 0x20, 0, 4, 1, 1, 1, 0x59, 0, 0}, 32, 1, SEL_EVENT_TO_CIMXML};
+    for (std::size_t i = 1; i <= 20; ++i) {
+        const std::size_t before = listener.records().size();
+        RunningPhctl running({"monitor"});
+        const int pipe = awaitReader();
+        for (int sent = 0; sent < 100; ++sent)
+            ASSERT_EQ(write(pipe, &message, sizeof message), static_cast<ssize_t>(sizeof message));
+        close(pipe);
+        listener.records(before + i % 5 + 1);
+        running.interrupt();
+        const Outcome outcome = running.wait();
+        ASSERT_EQ(outcome.status, 0) << outcome.err;
+        EXPECT_FALSE(std::filesystem::exists(place(SEL_EVENT_PIPE)));
+    }
+}
+
+TEST_F(Monitor, saysWhenItCannotWrite) {
+    RunningPhctl running({"monitor"}, "/dev/full");
+    close(awaitReader());
+    succeed({event.begin(), event.end()});
+    const Outcome outcome = running.wait();
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, HasSubstr("phctl: cannot write the output\n"));
 }
 
 } // namespace

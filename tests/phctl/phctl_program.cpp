@@ -13,6 +13,7 @@
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace ph_test {
 namespace {
@@ -24,21 +25,11 @@ void require(bool succeeded, const char* what) {
         throw std::system_error(errno, std::generic_category(), what);
 }
 
-class TemporaryFolder {
-public:
-    TemporaryFolder() {
-        std::string name = (fs::temp_directory_path() / "ph-phctl-XXXXXX").string();
-        require(mkdtemp(name.data()) != nullptr, "mkdtemp");
-        path = name;
-    }
-    ~TemporaryFolder() {
-        std::error_code ignored;
-        fs::remove_all(path, ignored);
-    }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-    fs::path path;
-};
+fs::path makeFolder() {
+    std::string name = (fs::temp_directory_path() / "ph-phctl-XXXXXX").string();
+    require(mkdtemp(name.data()) != nullptr, "mkdtemp");
+    return name;
+}
 
 std::string read(const fs::path& file) {
     std::ostringstream text;
@@ -72,20 +63,40 @@ int waitFor(pid_t process) {
 } // namespace
 
 Outcome phctl(const std::vector<std::string>& arguments) {
-    const TemporaryFolder folder;
-    const fs::path out = folder.path / "out", err = folder.path / "err";
+    return RunningPhctl(arguments).wait();
+}
+
+RunningPhctl::RunningPhctl(const std::vector<std::string>& arguments, fs::path out)
+    : folder_(makeFolder()), out_(out.empty() ? folder_ / "out" : std::move(out)) {
+    const fs::path err = folder_ / "err";
     auto words = commandLine(arguments);
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, out.c_str(), O_WRONLY | O_CREAT, 0600);
+    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, out_.c_str(), O_WRONLY | O_CREAT, 0600);
     posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, err.c_str(), O_WRONLY | O_CREAT, 0600);
-    pid_t process = -1;
-    errno = posix_spawnp(&process, words.front().c_str(), &actions, nullptr, pointers(words).data(), environ);
+    errno =
+        posix_spawnp(&process_, words.front().c_str(), &actions, nullptr, pointers(words).data(), environ);
     posix_spawn_file_actions_destroy(&actions);
     require(errno == 0, words.front().c_str());
-    const int status = waitFor(process);
-    return {status, read(out), read(err)};
+}
+
+RunningPhctl::~RunningPhctl() {
+    if (process_ > 0) {
+        kill(process_, SIGKILL);
+        waitpid(process_, nullptr, 0);
+    }
+    std::error_code ignored;
+    fs::remove_all(folder_, ignored);
+}
+
+void RunningPhctl::interrupt() const {
+    kill(process_, SIGINT);
+}
+
+Outcome RunningPhctl::wait() {
+    const int status = waitFor(std::exchange(process_, -1));
+    return {status, fs::is_regular_file(out_) ? read(out_) : "", read(folder_ / "err")};
 }
 
 Outcome phctlOnTerminal(const std::vector<std::string>& arguments, unsigned short columns) {

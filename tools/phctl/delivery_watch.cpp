@@ -4,10 +4,8 @@
 #include "instance_output.h"
 
 #include <atomic>
-#include <csignal>
 #include <dlfcn.h>
 #include <sstream>
-#include <unistd.h>
 #include <utility>
 
 namespace phctl {
@@ -53,43 +51,42 @@ DeliveryWatch::DeliveryWatch(Report report) : report_(std::move(report)) {
     send_ = replace("DeliverIndication", phctl::send);
 }
 
-DeliveryWatch::~DeliveryWatch() {
-    replace("GenerateCIMXML", generate_);
-    replace("DeliverIndication", send_);
-    watch = nullptr;
+// The result of a delivery, which `describe` puts into words.
+template <class Describe>
+int DeliveryWatch::report(int result, Describe describe) const noexcept {
+    try {
+        Delivery delivery = describe();
+        delivery.isDelivered = result == 0;
+        report_(delivery);
+    } catch (...) { // NOLINT(bugprone-empty-catch): without memory an alert is delivered, but not reported
+    }
+    return result;
 }
 
-// The library's thread takes no exceptions.
-int DeliveryWatch::generate(const CMPIInstance* indication, char** text) try {
+int DeliveryWatch::generate(const CMPIInstance* indication, char** text) noexcept try {
     indication_ = broker::toInstance(indication);
     return generate_(indication, text);
-} catch (const std::exception&) {
+} catch (...) {
     return -1;
 }
 
-int DeliveryWatch::send(const char* url, const char* text) {
-    std::ostringstream properties;
-    printInstance(properties, indication_, {});
-    return report({url, false, {{"indication", toJson(indication_)}}, properties.str()}, send_(url, text));
+int DeliveryWatch::send(const char* url, const char* text) noexcept {
+    return report(send_(url, text), [&] {
+        std::ostringstream properties;
+        printInstance(properties, indication_, {});
+        return Delivery{url, false, {{"indication", toJson(indication_)}}, properties.str()};
+    });
 }
 
-int DeliveryWatch::mail(const AlertMailRequest& request) {
+int DeliveryWatch::mail(const AlertMailRequest& request) noexcept {
     auto* const deliver = symbolOf<decltype(smtp_mail)>("libsmtp.so", "smtp_mail");
-    Delivery delivery;
-    delivery.to =
-        std::string(request.recipient) + " through " + request.server + ':' + std::to_string(request.port);
-    delivery.content = {{"subject", request.subject}, {"body", request.body}};
-    delivery.text = std::string(request.subject) + '\n';
-    return report(std::move(delivery), deliver != nullptr ? deliver(&request) : -1);
-}
-
-int DeliveryWatch::report(Delivery delivery, int result) const try {
-    delivery.isDelivered = result == 0;
-    report_(delivery);
-    return result;
-} catch (const std::exception&) {
-    kill(getpid(), SIGTERM); // nobody reads what is printed
-    return result;
+    return report(deliver != nullptr ? deliver(&request) : -1, [&] {
+        return Delivery{std::string(request.recipient) + " through " + request.server + ':' +
+                            std::to_string(request.port),
+                        false,
+                        {{"subject", request.subject}, {"body", request.body}},
+                        std::string(request.subject) + '\n'};
+    });
 }
 
 } // namespace phctl

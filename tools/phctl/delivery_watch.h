@@ -21,25 +21,26 @@ struct Delivery {
 
 // Stands between the library and those who deliver for it: the interop library, whose functions the library
 // calls through variables, and the mail library, whose function it finds in this program first. There is one
-// at most.
+// at most. The monitor thread that calls it never ends: so does a watch.
 class DeliveryWatch {
 public:
-    // Called by the monitor thread.
+    // Called by the monitor thread, which goes on when it throws.
     using Report = std::function<void(const Delivery&)>;
 
     // Has the library link the interop library first: the provider's monitor thread then finds it linked, and
     // no alert passes unseen. Throws Failure when the library cannot.
     explicit DeliveryWatch(Report report);
-    ~DeliveryWatch();
+    ~DeliveryWatch() = delete;
     DeliveryWatch(const DeliveryWatch&) = delete;
     DeliveryWatch& operator=(const DeliveryWatch&) = delete;
 
-    int generate(const CMPIInstance* indication, char** text);
-    int send(const char* url, const char* text);
-    int mail(const AlertMailRequest& request);
+    int generate(const CMPIInstance* indication, char** text) noexcept;
+    int send(const char* url, const char* text) noexcept;
+    int mail(const AlertMailRequest& request) noexcept;
 
 private:
-    int report(Delivery delivery, int result) const;
+    template <class Describe>
+    int report(int result, Describe describe) const noexcept;
 
     Report report_;
     GenerateIndicationResponse generate_ = nullptr;

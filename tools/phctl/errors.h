@@ -2,6 +2,7 @@
 #pragma once
 
 #include <stdexcept>
+#include <string>
 
 namespace phctl {
 
@@ -16,5 +17,8 @@ struct UsageError : std::runtime_error {
 struct Failure : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
+
+// Prints the line, and returns the status.
+int complain(const std::string& text, int status);
 
 } // namespace phctl

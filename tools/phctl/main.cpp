@@ -10,11 +10,6 @@
 namespace phctl {
 namespace {
 
-int complain(const std::string& text, int status) {
-    std::cerr << "phctl: " << printable(text) << '\n';
-    return status;
-}
-
 std::vector<std::string> commandNames(const CLI::App& app) {
     std::vector<std::string> names;
     for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) {

@@ -3,18 +3,20 @@
 #include "commands.h"
 #include "delivery_watch.h"
 #include "errors.h"
+#include "event_pipe.h"
 #include "provider_output.h"
 #include "requests.h"
 #include "text_layout.h"
 
-#include <platform/sel_event_message.h>
 #include <platform/sysroot.h>
 
+#include <atomic>
 #include <csignal>
-#include <cstring>
+#include <cstdlib>
 #include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <unistd.h>
 
 namespace phctl {
@@ -50,17 +52,6 @@ void provideLibrary(const char* absolutePath) {
     create_symlink(installed, path);
 }
 
-// The library ends a process that cannot have the pipe.
-void requirePipe() {
-    const fs::path pipe = place(SEL_EVENT_PIPE);
-    std::error_code error;
-    create_directories(pipe.parent_path(), error);
-    if (exists(pipe, error) && !is_fifo(pipe, error))
-        throw Failure(pipe.string() + " is not a pipe");
-    if (access(exists(pipe, error) ? pipe.c_str() : pipe.parent_path().c_str(), R_OK | W_OK) != 0)
-        throw Failure(pipe.string() + ": " + std::strerror(errno));
-}
-
 std::string toLine(const Delivery& delivery) {
     ordered_json json{{"to", delivery.to}, {"delivered", delivery.isDelivered}};
     json.update(delivery.content);
@@ -72,10 +63,57 @@ std::string toText(const Delivery& delivery) {
            '\n' + delivery.text;
 }
 
+// The object manager that hosts the provider. The provider's thread goes on until the process ends, wherever
+// it is then: what it uses is never taken away.
+class Host {
+public:
+    explicit Host(const MonitorOptions& options)
+        : options_(options),
+          requester_(options_),
+          objectManager_(requester_.broker()),
+          watch_(*new DeliveryWatch([this](const Delivery& delivery) { report(delivery); })) {}
+    ~Host() = delete;
+    Host(const Host&) = delete;
+    Host& operator=(const Host&) = delete;
+
+    void begin() {
+        const broker::ObjectPath source{
+            .host = {}, .nameSpace = "root/interop", .className = "CIM_AlertIndication", .keys = {}};
+        const broker::Reply begun =
+            requester_.broker().subscribe("select * from CIM_AlertIndication", source);
+        if (!begun.ok())
+            throw Failure("the indication provider refuses: " + broker::codeName(begun.code) + ' ' +
+                          begun.message);
+    }
+    bool canWrite() const { return canWrite_; }
+
+private:
+    void report(const Delivery& delivery) {
+        try {
+            output_.write(options_.json ? toLine(delivery) : toText(delivery));
+        } catch (const Failure&) {
+            canWrite_ = false;
+        }
+        if (++reported_ == options_.count || !canWrite_)
+            end();
+    }
+    // Delivers nothing more.
+    [[noreturn]] static void end() {
+        kill(getpid(), SIGTERM);
+        for (;;)
+            pause();
+    }
+
+    const MonitorOptions options_;
+    Requester requester_;
+    const broker::ObjectManager objectManager_;
+    const ProviderOutput output_;
+    unsigned reported_ = 0;
+    std::atomic<bool> canWrite_ = true;
+    DeliveryWatch& watch_;
+};
+
 int monitor(const Options& options) {
-    requirePipe();
-    provideLibrary(interopLibrary);
-    provideLibrary(descriptionLibrary);
     // Taken below, whichever thread of ours or a provider's runs.
     sigset_t ending;
     sigemptyset(&ending);
@@ -83,28 +121,17 @@ int monitor(const Options& options) {
     sigaddset(&ending, SIGTERM);
     pthread_sigmask(SIG_BLOCK, &ending, nullptr);
 
-    Requester requester(*options);
-    const broker::ObjectManager objectManager(requester.broker());
-    const ProviderOutput output;
-    unsigned reported = 0;
-    const DeliveryWatch watch([&](const Delivery& delivery) {
-        output.write(options->json ? toLine(delivery) : toText(delivery));
-        if (++reported == options->count)
-            kill(getpid(), SIGTERM);
-    });
-    const broker::ObjectPath source{
-        .host = {}, .nameSpace = "root/interop", .className = "CIM_AlertIndication", .keys = {}};
-    const std::string query = "select * from CIM_AlertIndication";
-    const broker::Reply begun = requester.broker().subscribe(query, source);
-    if (!begun.ok())
-        throw Failure("the indication provider refuses: " + broker::codeName(begun.code) + ' ' +
-                      begun.message);
-    std::cerr << "Delivering alerts from " << place(SEL_EVENT_PIPE).string() << ", until interrupted"
-              << std::endl;
+    std::optional<EventPipeClaim> pipe(std::in_place);
+    provideLibrary(interopLibrary);
+    provideLibrary(descriptionLibrary);
+    static Host& host = *new Host(*options);
+    host.begin();
+    std::cerr << "Delivering alerts from " << pipe->path() << ", until interrupted" << std::endl;
     int signal = 0;
     sigwait(&ending, &signal);
-    requester.broker().unsubscribe(query, source);
-    return done;
+    pipe.reset();
+    // Nothing is tidied up under the provider's thread.
+    std::_Exit(host.canWrite() ? done : complain("cannot write the output", failed));
 }
 
 } // namespace
