@@ -28,11 +28,45 @@ Reply withProviderOf(const State& state, const ObjectPath& path, Function functi
     return function(**provider);
 }
 
+bool asksForAssociations(const Request& request) {
+    return request.operation == Operation::Associators || request.operation == Operation::AssociatorNames ||
+           request.operation == Operation::References || request.operation == Operation::ReferenceNames;
+}
+
+template <class Item>
+void append(std::vector<Item>& all, std::vector<Item>&& more) {
+    if (all.empty())
+        all = std::move(more);
+    else
+        std::move(more.begin(), more.end(), std::back_inserter(all));
+}
+
+// What an object is associated with may be known to any provider, whoever serves the object.
+Reply askForAssociations(const State& state, const Request& request, const NamedValues& entries) {
+    Reply all{.code = CMPI_RC_ERR_NOT_SUPPORTED, .message = "No provider serves associations"};
+    for (const auto& provider : state.providers) {
+        if (!provider->associates())
+            continue;
+        Reply reply = provider->execute(request, entries);
+        if (!reply.ok())
+            return reply;
+        const bool isFirst = !all.ok();
+        append(all.instances, std::move(reply.instances));
+        append(all.paths, std::move(reply.paths));
+        all.done = reply.done && (isFirst || all.done);
+        all.code = CMPI_RC_OK;
+        all.message.clear();
+    }
+    return all;
+}
+
 } // namespace
 
 Reply State::execute(const Request& request, const NamedValues& entries) {
     if (router)
         return router(request);
+    if (asksForAssociations(request))
+        return askForAssociations(*this, request, entries);
     return withProviderOf(*this, request.path,
                           [&](const Provider& provider) { return provider.execute(request, entries); });
 }
@@ -106,6 +140,26 @@ Reply Broker::deleteInstance(const ObjectPath& path) {
 Reply Broker::invokeMethod(const ObjectPath& path, const std::string& method, const NamedValues& arguments) {
     return execute(
         {.operation = Operation::InvokeMethod, .path = path, .method = method, .arguments = arguments});
+}
+
+Reply Broker::associators(const ObjectPath& path, const AssociationFilter& filter,
+                          const PropertyList& properties) {
+    return execute(
+        {.operation = Operation::Associators, .path = path, .properties = properties, .filter = filter});
+}
+
+Reply Broker::associatorNames(const ObjectPath& path, const AssociationFilter& filter) {
+    return execute({.operation = Operation::AssociatorNames, .path = path, .filter = filter});
+}
+
+Reply Broker::references(const ObjectPath& path, const AssociationFilter& filter,
+                         const PropertyList& properties) {
+    return execute(
+        {.operation = Operation::References, .path = path, .properties = properties, .filter = filter});
+}
+
+Reply Broker::referenceNames(const ObjectPath& path, const AssociationFilter& filter) {
+    return execute({.operation = Operation::ReferenceNames, .path = path, .filter = filter});
 }
 
 Reply Broker::subscribe(const std::string& query, const ObjectPath& source) {

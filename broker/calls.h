@@ -20,7 +20,7 @@ namespace broker {
     X(returnData) X(returnInstance) X(returnObjectPath) X(returnDone) X(getNext) X(hasNext) X(toArray) \
     X(prepareAttachThread) X(attachThread) X(detachThread) X(deliverIndication) X(enumerateInstances) \
     X(enumerateInstanceNames) X(getInstance) X(createInstance) X(modifyInstance) X(deleteInstance) \
-    X(invokeMethod)
+    X(invokeMethod) X(associators) X(associatorNames) X(references) X(referenceNames)
 // clang-format on
 
 enum class Call {

@@ -40,15 +40,17 @@ Provider::Provider(State& state, const std::string& file, const std::string& nam
     const CMPIContext* context = make<CMPIContext>(state, state.contextEntries());
     instances_ = create<CMPIInstanceMI>("InstanceMI", context);
     methods_ = create<CMPIMethodMI>("MethodMI", context);
-    if (instances_ == nullptr && methods_ == nullptr && !provides("IndicationMI"))
+    associations_ = create<CMPIAssociationMI>("AssociationMI", context);
+    if (instances_ == nullptr && methods_ == nullptr && associations_ == nullptr && !provides("IndicationMI"))
         throw LoadError(file + ": no entry point " + name +
-                        "_Create_InstanceMI, …_MethodMI or …_IndicationMI");
+                        "_Create_InstanceMI, …_MethodMI, …_AssociationMI or …_IndicationMI");
 }
 
 Provider::~Provider() {
     const Frame frame(state_.shared_from_this());
     const CMPIContext* context = make<CMPIContext>(state_, {});
     cleanUp(indications_, context);
+    cleanUp(associations_, context);
     cleanUp(methods_, context);
     cleanUp(instances_, context);
     dlclose(module_);
@@ -126,14 +128,58 @@ CMPIStatus Provider::callMethod(const Request& request, const CMPIContext* conte
     return call(methods_, methods_->ft->invokeMethod, context, result, path, request.method.c_str(), in, out);
 }
 
+// A filter that is not given is NULL.
+const char* nameOrNull(const std::string& name) {
+    return name.empty() ? nullptr : name.c_str();
+}
+
+CMPIStatus Provider::callAssociation(const Request& request, const CMPIContext* context,
+                                     const CMPIResult* result) const {
+    if (associations_ == nullptr)
+        return {CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
+    const CMPIAssociationMIFT& table = *associations_->ft;
+    const CMPIObjectPath* path = make<CMPIObjectPath>(state_, request.path);
+    PropertyNames properties(request.properties);
+    const char* const assocClass = nameOrNull(request.filter.assocClass);
+    const char* const resultClass = nameOrNull(request.filter.resultClass);
+    const char* const role = nameOrNull(request.filter.role);
+    const char* const resultRole = nameOrNull(request.filter.resultRole);
+    switch (request.operation) {
+    case Operation::Associators:
+        return call(associations_, table.associators, context, result, path, assocClass, resultClass, role,
+                    resultRole, properties.names());
+    case Operation::AssociatorNames:
+        return call(associations_, table.associatorNames, context, result, path, assocClass, resultClass,
+                    role, resultRole);
+    case Operation::References:
+        return call(associations_, table.references, context, result, path, resultClass, role,
+                    properties.names());
+    default:
+        return call(associations_, table.referenceNames, context, result, path, resultClass, role);
+    }
+}
+
+CMPIStatus Provider::run(const Request& request, const CMPIContext* context, const CMPIResult* result,
+                         CMPIArgs* out) const {
+    switch (request.operation) {
+    case Operation::InvokeMethod:
+        return callMethod(request, context, result, out);
+    case Operation::Associators:
+    case Operation::AssociatorNames:
+    case Operation::References:
+    case Operation::ReferenceNames:
+        return callAssociation(request, context, result);
+    default:
+        return callInstance(request, context, result);
+    }
+}
+
 Reply Provider::execute(const Request& request, const NamedValues& entries) const {
     std::optional<Frame> frame(state_.shared_from_this());
     const CMPIContext* context = make<CMPIContext>(state_, entries);
     CMPIResult* result = make<CMPIResult>(state_, {});
     CMPIArgs* out = make<CMPIArgs>(state_, {});
-    const CMPIStatus status = request.operation == Operation::InvokeMethod
-                                  ? callMethod(request, context, result, out)
-                                  : callInstance(request, context, result);
+    const CMPIStatus status = run(request, context, result, out);
     if (status.rc != CMPI_RC_OK)
         return toReply(status);
     ResultContent content = std::move(objectOf(result).content);

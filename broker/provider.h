@@ -16,6 +16,7 @@ public:
     Provider& operator=(const Provider&) = delete;
 
     bool serves(std::string_view className) const;
+    bool associates() const { return associations_ != nullptr; }
 
     // Runs the request as CMPI calls of a new frame.
     Reply execute(const Request& request, const NamedValues& entries) const;
@@ -29,8 +30,12 @@ private:
     template <class MI>
     MI* create(const char* kind, const CMPIContext* context);
     CMPIIndicationMI* indicationProvider(const CMPIContext* context);
+    CMPIStatus run(const Request& request, const CMPIContext* context, const CMPIResult* result,
+                   CMPIArgs* out) const;
     CMPIStatus callInstance(const Request& request, const CMPIContext* context,
                             const CMPIResult* result) const;
+    CMPIStatus callAssociation(const Request& request, const CMPIContext* context,
+                               const CMPIResult* result) const;
     CMPIStatus callMethod(const Request& request, const CMPIContext* context, const CMPIResult* result,
                           CMPIArgs* out) const;
 
@@ -40,6 +45,7 @@ private:
     void* module_;
     CMPIInstanceMI* instances_ = nullptr;
     CMPIMethodMI* methods_ = nullptr;
+    CMPIAssociationMI* associations_ = nullptr;
     std::mutex listening_;
     CMPIIndicationMI* indications_ = nullptr;
 };

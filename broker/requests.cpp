@@ -135,6 +135,52 @@ CMPIStatus deleteInstance(const CMPIBroker* broker, const CMPIContext* context, 
                    [&](State& state) { answer(state, context, requestOf(Operation::DeleteInstance, path)); });
 }
 
+std::string textOf(const char* name) {
+    return name != nullptr ? name : "";
+}
+
+CMPIEnumeration* associators(const CMPIBroker* broker, const CMPIContext* context, const CMPIObjectPath* path,
+                             const char* assocClass, const char* resultClass, const char* role,
+                             const char* resultRole, const char** properties, CMPIStatus* status) {
+    return obtain(broker, Call::associators, status, [&](State& state) {
+        Request request = requestOf(Operation::Associators, path);
+        request.properties = listOf(properties);
+        request.filter = {textOf(assocClass), textOf(resultClass), textOf(role), textOf(resultRole)};
+        return enumerationOf(state, CMPI_instance, answer(state, context, request).instances);
+    });
+}
+
+CMPIEnumeration* associatorNames(const CMPIBroker* broker, const CMPIContext* context,
+                                 const CMPIObjectPath* path, const char* assocClass, const char* resultClass,
+                                 const char* role, const char* resultRole, CMPIStatus* status) {
+    return obtain(broker, Call::associatorNames, status, [&](State& state) {
+        Request request = requestOf(Operation::AssociatorNames, path);
+        request.filter = {textOf(assocClass), textOf(resultClass), textOf(role), textOf(resultRole)};
+        return enumerationOf(state, CMPI_ref, answer(state, context, request).paths);
+    });
+}
+
+CMPIEnumeration* references(const CMPIBroker* broker, const CMPIContext* context, const CMPIObjectPath* path,
+                            const char* resultClass, const char* role, const char** properties,
+                            CMPIStatus* status) {
+    return obtain(broker, Call::references, status, [&](State& state) {
+        Request request = requestOf(Operation::References, path);
+        request.properties = listOf(properties);
+        request.filter = {.resultClass = textOf(resultClass), .role = textOf(role)};
+        return enumerationOf(state, CMPI_instance, answer(state, context, request).instances);
+    });
+}
+
+CMPIEnumeration* referenceNames(const CMPIBroker* broker, const CMPIContext* context,
+                                const CMPIObjectPath* path, const char* resultClass, const char* role,
+                                CMPIStatus* status) {
+    return obtain(broker, Call::referenceNames, status, [&](State& state) {
+        Request request = requestOf(Operation::ReferenceNames, path);
+        request.filter = {.resultClass = textOf(resultClass), .role = textOf(role)};
+        return enumerationOf(state, CMPI_ref, answer(state, context, request).paths);
+    });
+}
+
 CMPIData invokeMethod(const CMPIBroker* broker, const CMPIContext* context, const CMPIObjectPath* path,
                       const char* method, const CMPIArgs* in, CMPIArgs* out, CMPIStatus* status) {
     return obtain(broker, Call::invokeMethod, status, [&](State& state) {
@@ -151,7 +197,8 @@ CMPIData invokeMethod(const CMPIBroker* broker, const CMPIContext* context, cons
 
 } // namespace
 
-const CMPIBrokerFT requestTable{.brokerCapabilities = CMPI_MB_InstanceManipulation | CMPI_MB_Indications |
+const CMPIBrokerFT requestTable{.brokerCapabilities = CMPI_MB_InstanceManipulation |
+                                                      CMPI_MB_AssociationTraversal | CMPI_MB_Indications |
                                                       CMPI_MB_OSEncapsulationSupport,
                                 .brokerVersion = CMPICurrentVersion,
                                 .brokerName = "embedded",
@@ -166,10 +213,10 @@ const CMPIBrokerFT requestTable{.brokerCapabilities = CMPI_MB_InstanceManipulati
                                 .deleteInstance = deleteInstance,
                                 .execQuery = unsupported,
                                 .enumerateInstances = enumerateInstances,
-                                .associators = unsupported,
-                                .associatorNames = unsupported,
-                                .references = unsupported,
-                                .referenceNames = unsupported,
+                                .associators = associators,
+                                .associatorNames = associatorNames,
+                                .references = references,
+                                .referenceNames = referenceNames,
                                 .invokeMethod = invokeMethod,
                                 .setProperty = unsupported,
                                 .getProperty = unsupported,

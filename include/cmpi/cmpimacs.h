@@ -153,6 +153,16 @@
 #define CBModifyInstance(broker, context, path, instance, properties)                                        \
     ((broker)->bft->modifyInstance((broker), (context), (path), (instance), (properties)))
 #define CBDeleteInstance(broker, context, path) ((broker)->bft->deleteInstance((broker), (context), (path)))
+#define CBAssociators(broker, context, path, assocClass, resultClass, role, resultRole, properties, status)  \
+    ((broker)->bft->associators((broker), (context), (path), (assocClass), (resultClass), (role),            \
+                                (resultRole), (properties), (status)))
+#define CBAssociatorNames(broker, context, path, assocClass, resultClass, role, resultRole, status)          \
+    ((broker)->bft->associatorNames((broker), (context), (path), (assocClass), (resultClass), (role),        \
+                                    (resultRole), (status)))
+#define CBReferences(broker, context, path, resultClass, role, properties, status)                           \
+    ((broker)->bft->references((broker), (context), (path), (resultClass), (role), (properties), (status)))
+#define CBReferenceNames(broker, context, path, resultClass, role, status)                                   \
+    ((broker)->bft->referenceNames((broker), (context), (path), (resultClass), (role), (status)))
 #define CBInvokeMethod(broker, context, path, method, in, out, status)                                       \
     ((broker)->bft->invokeMethod((broker), (context), (path), (method), (in), (out), (status)))
 

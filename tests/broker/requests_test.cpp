@@ -102,6 +102,27 @@ TEST_P(RequestsOf, invokeMethod) {
     EXPECT_EQ(broker.invokeMethod(path(className), "Count").message, "no Number");
 }
 
+// The provider's association names its arguments: CIM_Item "assocClass|resultClass|role|resultRole".
+TEST_P(RequestsOf, associations) {
+    const broker::AssociationFilter filter{"CIM_A", "CIM_R", "Here", "There"};
+    Instance small = item("CIM_A|CIM_R|Here|There");
+    small.properties.pop_back();
+    EXPECT_THAT(broker.associators(path(className), filter, {{"Size"}}).instances, ElementsAre(small));
+    EXPECT_THAT(broker.associatorNames(path(className), {.resultRole = "There"}).paths,
+                ElementsAre(item("-|-|-|There").path));
+    EXPECT_THAT(broker.references(path(className), filter).instances, ElementsAre(item("CIM_R|Here")));
+    EXPECT_THAT(broker.referenceNames(path(className), {.role = "Here"}).paths,
+                ElementsAre(item("-|Here").path));
+}
+
+TEST_F(Requests, everyProviderIsAskedForAssociations) {
+    broker.loadProvider(TEST_PROVIDER, "Test", {"CIM_Other"});
+    EXPECT_EQ(broker.associatorNames(path("CIM_Item")).paths.size(), 2U);
+    EXPECT_EQ(broker.associatorNames(path("CIM_Broken")).code, CMPI_RC_ERR_FAILED);
+    Broker empty;
+    EXPECT_EQ(empty.associatorNames(path("CIM_Item")).code, CMPI_RC_ERR_NOT_SUPPORTED);
+}
+
 TEST_F(Requests, failureHasNoResults) {
     const Reply reply = broker.enumerateInstances(path("CIM_Broken"));
     EXPECT_EQ(reply.code, CMPI_RC_ERR_FAILED);

@@ -1,9 +1,11 @@
 // A provider over the CMPI interface alone. Its class names say what it does:
 //   CIM_Item    has three instances, with Name "1" to "3"; other requests leave a trace in what they return
-//   CIM_Broken  returns an instance, then fails with 1 "broken"
+//   CIM_Broken  returns an instance, then fails with 1 "broken"; it fails to associate
 //   CIM_Relay   makes the same request for CIM_Item through the broker
 //   CIM_Who     returns the request's user as the Name of its instance
-// As an indication provider it delivers one indication for every listener that is announced.
+// As an association provider it names what it returns after the request's filters:
+// "assocClass|resultClass|…". As an indication provider it delivers one indication for every listener that is
+// announced.
 #include <cmpimacs.h>
 #include <string>
 #include <string_view>
@@ -176,6 +178,78 @@ CMPIStatus testInvokeMethod(CMPIMethodMI*, const CMPIContext* context, const CMP
     return CMReturnDone(result);
 }
 
+std::string joined(std::initializer_list<const char*> filters) {
+    std::string all;
+    for (const char* filterName : filters)
+        all += (all.empty() ? "" : "|") + std::string(filterName != nullptr ? filterName : "-");
+    return all;
+}
+
+// Makes the request for CIM_Item: ask(path, status) through the broker.
+template <class Ask>
+CMPIStatus relay(const CMPIResult* result, const CMPIObjectPath* ref, Ask ask) {
+    CMPIStatus status{CMPI_RC_OK, nullptr};
+    CMPIObjectPath* target = relayed(ref);
+    CMPIEnumeration* items = ask(target, &status);
+    CMRelease(target);
+    while (items != nullptr && CMHasNext(items, nullptr)) {
+        const CMPIData item = CMGetNext(items, nullptr);
+        if (item.type == CMPI_ref)
+            CMReturnObjectPath(result, item.value.ref);
+        else
+            CMReturnInstance(result, item.value.inst);
+    }
+    return status;
+}
+
+CMPIStatus testAssociators(CMPIAssociationMI*, const CMPIContext* context, const CMPIResult* result,
+                           const CMPIObjectPath* ref, const char* assocClass, const char* resultClass,
+                           const char* role, const char* resultRole, const char** properties) {
+    if (classOf(ref) == "CIM_Relay")
+        return relay(result, ref, [&](auto* path, auto* status) {
+            return CBAssociators(broker, context, path, assocClass, resultClass, role, resultRole, properties,
+                                 status);
+        });
+    return returnItem(result, ref, joined({assocClass, resultClass, role, resultRole}).c_str(), properties);
+}
+
+CMPIStatus testAssociatorNames(CMPIAssociationMI*, const CMPIContext* context, const CMPIResult* result,
+                               const CMPIObjectPath* ref, const char* assocClass, const char* resultClass,
+                               const char* role, const char* resultRole) {
+    if (classOf(ref) == "CIM_Broken")
+        return failure(CMPI_RC_ERR_FAILED, "broken");
+    if (classOf(ref) == "CIM_Relay")
+        return relay(result, ref, [&](auto* path, auto* status) {
+            return CBAssociatorNames(broker, context, path, assocClass, resultClass, role, resultRole,
+                                     status);
+        });
+    return CMReturnObjectPath(result,
+                              itemPath(ref, joined({assocClass, resultClass, role, resultRole}).c_str()));
+}
+
+CMPIStatus testReferences(CMPIAssociationMI*, const CMPIContext* context, const CMPIResult* result,
+                          const CMPIObjectPath* ref, const char* resultClass, const char* role,
+                          const char** properties) {
+    if (classOf(ref) == "CIM_Relay")
+        return relay(result, ref, [&](auto* path, auto* status) {
+            return CBReferences(broker, context, path, resultClass, role, properties, status);
+        });
+    return returnItem(result, ref, joined({resultClass, role}).c_str(), properties);
+}
+
+CMPIStatus testReferenceNames(CMPIAssociationMI*, const CMPIContext* context, const CMPIResult* result,
+                              const CMPIObjectPath* ref, const char* resultClass, const char* role) {
+    if (classOf(ref) == "CIM_Relay")
+        return relay(result, ref, [&](auto* path, auto* status) {
+            return CBReferenceNames(broker, context, path, resultClass, role, status);
+        });
+    return CMReturnObjectPath(result, itemPath(ref, joined({resultClass, role}).c_str()));
+}
+
+CMPIStatus testAssociationCleanup(CMPIAssociationMI*, const CMPIContext*, CMPIBoolean) {
+    return {CMPI_RC_OK, nullptr};
+}
+
 CMPIStatus testCleanup(CMPIInstanceMI*, const CMPIContext*, CMPIBoolean) {
     return {CMPI_RC_OK, nullptr};
 }
@@ -228,4 +302,4 @@ CMPIStatus testDisableIndications(CMPIIndicationMI*, const CMPIContext* context)
 } // namespace
 
 CMInstanceMIStub(test, Test, broker, CMNoHook) CMMethodMIStub(test, Test, broker, CMNoHook)
-    CMIndicationMIStub(test, Test, broker, CMNoHook)
+    CMAssociationMIStub(test, Test, broker, CMNoHook) CMIndicationMIStub(test, Test, broker, CMNoHook)

@@ -22,6 +22,16 @@ class State;
 // Names of the wanted properties; without a list all of them are.
 using PropertyList = std::optional<std::vector<std::string>>;
 
+// What narrows an operation on associations (DSP0200); an empty name does not. A class stands for its
+// subclasses too, which is for the provider to know. References have no use for the last two.
+struct AssociationFilter {
+    std::string assocClass = {};
+    std::string resultClass =
+        {};                // of the associated object; of the association where references are asked for
+    std::string role = {}; // of the object that is asked about
+    std::string resultRole = {};
+};
+
 struct Request {
     enum class Operation {
         EnumerateInstances,
@@ -30,14 +40,19 @@ struct Request {
         ModifyInstance,
         CreateInstance,
         DeleteInstance,
-        InvokeMethod
+        InvokeMethod,
+        Associators,
+        AssociatorNames,
+        References,
+        ReferenceNames
     };
     Operation operation;
     ObjectPath path;
-    Instance instance = {};       // modify, create
-    PropertyList properties = {}; // enumerate, get, modify
-    std::string method = {};      // invoke
-    NamedValues arguments = {};   // invoke
+    Instance instance = {};        // modify, create
+    PropertyList properties = {};  // enumerate, get, modify, associators, references
+    std::string method = {};       // invoke
+    NamedValues arguments = {};    // invoke
+    AssociationFilter filter = {}; // associators, references, and their names
 };
 
 // What a provider returned, and how it ended.
@@ -45,7 +60,7 @@ struct Reply {
     CMPIrc code = CMPI_RC_OK;
     std::string message = {};
     std::vector<Instance> instances = {};
-    std::vector<ObjectPath> paths = {}; // of enumerated names, or of the created instance
+    std::vector<ObjectPath> paths = {}; // of names that were asked for, or of the created instance
     std::vector<Value> values = {};     // a method's return value is the first
     NamedValues arguments = {};         // a method's out-arguments
     bool done = false;                  // the provider said that all is returned
@@ -81,9 +96,10 @@ public:
     // Whom requests come from: context entry CMPIPrincipal. Without one, or with "", the entry is missing.
     void setUser(std::string user);
 
-    // Loads a module and creates what it has of an instance and a method provider, and of an indication
-    // provider when somebody subscribes: through <name>_Create_…MI, else _Generic_Create_…MI. It serves these
-    // classes, or with none named every class that no module loaded before does. Throws LoadError.
+    // Loads a module and creates what it has of an instance, a method and an association provider, and of an
+    // indication provider when somebody subscribes: through <name>_Create_…MI, else _Generic_Create_…MI. It
+    // serves these classes, or with none named every class that no module loaded before does. Throws
+    // LoadError.
     void loadProvider(const std::string& file, const std::string& name,
                       std::vector<std::string> classes = {});
 
@@ -97,6 +113,13 @@ public:
     Reply createInstance(const ObjectPath& path, const Instance& instance);
     Reply deleteInstance(const ObjectPath& path);
     Reply invokeMethod(const ObjectPath& path, const std::string& method, const NamedValues& arguments = {});
+    // Every association provider is asked, in the order of loading, until one fails.
+    Reply associators(const ObjectPath& path, const AssociationFilter& filter = {},
+                      const PropertyList& properties = {});
+    Reply associatorNames(const ObjectPath& path, const AssociationFilter& filter = {});
+    Reply references(const ObjectPath& path, const AssociationFilter& filter = {},
+                     const PropertyList& properties = {});
+    Reply referenceNames(const ObjectPath& path, const AssociationFilter& filter = {});
 
     // Tells the indication provider of the class in `source` that somebody listens with this query, or no
     // longer does: the filter is authorized and activated and indications are enabled, or the reverse. Throws
