@@ -1,6 +1,7 @@
 // The CMPI provider module: one instance and method provider for every class of libProviderHelper, and the
-// provider of its indications. A request's class name finds the library's function at run time, so a class
-// that the library gains needs nothing here.
+// providers of their associations and of indications. A request's class name finds the library's function at
+// run time, so a class that the library gains needs nothing here.
+#include "association_provider.h"
 #include "indication_provider.h"
 #include "provider_helper/provider_helper.h"
 #include "request_result.h"
@@ -32,12 +33,17 @@ Function find(const CMPIBroker* broker, const char* operation, const CMPIObjectP
     return nullptr;
 }
 
+template <class MI>
+const CMPIBroker* brokerOf(const MI* mi) {
+    return static_cast<const CMPIBroker*>(mi->hdl);
+}
+
 // Runs call(function, broker, result, status) with the class's function. The result of a request that
 // succeeds is closed once.
 template <class Function, class MI, class Call>
 CMPIStatus serve(const MI* mi, const char* operation, const CMPIObjectPath* ref, const CMPIResult* real,
                  Call call) {
-    const auto* broker = static_cast<const CMPIBroker*>(mi->hdl);
+    const CMPIBroker* const broker = brokerOf(mi);
     const RequestResult result(real);
     CMPIStatus status{CMPI_RC_OK, nullptr};
     if (const auto function = find<Function>(broker, operation, ref, status))
@@ -47,6 +53,8 @@ CMPIStatus serve(const MI* mi, const char* operation, const CMPIObjectPath* ref,
 
 CMPIStatus enumInstanceNames(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* real,
                              const CMPIObjectPath* ref) {
+    if (isAssociationOrProfile(ref))
+        return enumerateAssociations({brokerOf(mi), context, real, ref}, associations::Want::Names);
     return serve<decltype(&PH_EIN_HostComputerSystem)>(
         mi, "PH_EIN_", ref, real, [&](auto function, auto* broker, auto* result, CMPIStatus& status) {
             function(broker, context, ref, result, &status);
@@ -55,6 +63,9 @@ CMPIStatus enumInstanceNames(CMPIInstanceMI* mi, const CMPIContext* context, con
 
 CMPIStatus enumInstances(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* real,
                          const CMPIObjectPath* ref, const char** properties) {
+    if (isAssociationOrProfile(ref))
+        return enumerateAssociations({brokerOf(mi), context, real, ref, properties},
+                                     associations::Want::Instances);
     return serve<decltype(&PH_EI_HostComputerSystem)>(
         mi, "PH_EI_", ref, real, [&](auto function, auto* broker, auto* result, CMPIStatus& status) {
             function(broker, context, ref, properties, result, &status);
@@ -63,6 +74,8 @@ CMPIStatus enumInstances(CMPIInstanceMI* mi, const CMPIContext* context, const C
 
 CMPIStatus getInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* real,
                        const CMPIObjectPath* ref, const char** properties) {
+    if (isAssociationOrProfile(ref))
+        return getAssociation({brokerOf(mi), context, real, ref, properties});
     return serve<decltype(&PH_GI_HostComputerSystem)>(
         mi, "PH_GI_", ref, real, [&](auto function, auto* broker, auto* result, CMPIStatus& status) {
             function(broker, context, ref, properties, result, &status);
@@ -71,6 +84,8 @@ CMPIStatus getInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMP
 
 CMPIStatus createInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* real,
                           const CMPIObjectPath* ref, const CMPIInstance* instance) {
+    if (isAssociationOrProfile(ref))
+        return refuseChange(brokerOf(mi), "CreateInstance not supported");
     return serve<decltype(&PH_CI_HostComputerSystem)>(
         mi, "PH_CI_", ref, real, [&](auto function, auto* broker, auto* result, CMPIStatus& status) {
             status = function(broker, context, result, ref, instance);
@@ -79,6 +94,8 @@ CMPIStatus createInstance(CMPIInstanceMI* mi, const CMPIContext* context, const 
 
 CMPIStatus modifyInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* real,
                           const CMPIObjectPath* ref, const CMPIInstance* instance, const char** properties) {
+    if (isAssociationOrProfile(ref))
+        return refuseChange(brokerOf(mi), "SetInstance not supported");
     return serve<decltype(&PH_MI_HostComputerSystem)>(
         mi, "PH_MI_", ref, real, [&](auto function, auto* broker, auto* result, CMPIStatus& status) {
             status = function(broker, context, result, ref, instance, properties);
@@ -87,6 +104,8 @@ CMPIStatus modifyInstance(CMPIInstanceMI* mi, const CMPIContext* context, const 
 
 CMPIStatus deleteInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* real,
                           const CMPIObjectPath* ref) {
+    if (isAssociationOrProfile(ref))
+        return refuseChange(brokerOf(mi), "DeleteInstance not supported");
     return serve<decltype(&PH_DI_HostComputerSystem)>(
         mi, "PH_DI_", ref, real, [&](auto function, auto* broker, auto* result, CMPIStatus& status) {
             status = function(broker, context, result, ref);
@@ -100,6 +119,8 @@ CMPIStatus execQuery(CMPIInstanceMI*, const CMPIContext*, const CMPIResult*, con
 
 CMPIStatus invokeMethod(CMPIMethodMI* mi, const CMPIContext* context, const CMPIResult* real,
                         const CMPIObjectPath* ref, const char* method, const CMPIArgs* in, CMPIArgs* out) {
+    if (isAssociationOrProfile(ref))
+        return refuseChange(brokerOf(mi), "Invoke Method not supported");
     return serve<decltype(&PH_IM_HostComputerSystem)>(
         mi, "PH_IM_", ref, real, [&](auto function, auto* broker, auto* result, CMPIStatus& status) {
             status = function(broker, context, result, ref, method, in, out);
@@ -171,5 +192,6 @@ MI* create(const Functions& functions, const CMPIBroker* broker, const CMPIConte
 extern "C" {
 ENTRY_POINTS(Instance, instanceFunctions)
 ENTRY_POINTS(Method, methodFunctions)
+ENTRY_POINTS(Association, associationFunctions)
 ENTRY_POINTS(Indication, indicationFunctions)
 }

@@ -1,12 +1,16 @@
-// Writes what the library's class tables say, in the forms that others read:
+// Writes what the class tables of the library and the rows of the associations say, in the forms that others
+// read:
 //
 //     schema_generator <directory>
 //
 //     classes.json                class descriptions
 //     class_descriptions.inc      the same as a C++ string literal, for phctl
+//     element_classes.inc         the library's classes and what they derive from, as rows of a C++ table
 //     ProviderHelper.mof          class declarations
 //     ProviderHelper.reg          provider registration in the form of small-footprint object managers
 //     ProviderHelperModule.mof    provider registration as PG_Provider* instances
+#include "associations/association.h"
+#include "associations/profiles.h"
 #include "class_list.h"
 
 #include <filesystem>
@@ -15,9 +19,12 @@
 #include <nlohmann/json.hpp>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace {
 
+using associations::AssociationClass;
+using associations::Placement;
 using nlohmann::ordered_json;
 using ph::ClassFamily;
 using ph::Direction;
@@ -115,7 +122,58 @@ ordered_json describe(const ClassFamily& family) {
     description["modify"] = family.modify != nullptr;
     description["create"] = family.create != nullptr;
     description["delete"] = family.remove != nullptr;
+    description["namespaces"] = {associations::implementationNameSpace};
     return description;
+}
+
+std::vector<std::string> nameSpacesOf(Placement placement) {
+    switch (placement) {
+    case Placement::Implementation:
+        return {associations::implementationNameSpace};
+    case Placement::Interop:
+        return {associations::interopNameSpace};
+    case Placement::Both:
+        return {associations::implementationNameSpace, associations::interopNameSpace};
+    }
+    throw std::logic_error("no placement");
+}
+
+ordered_json describe(const char* name, CMPIType type, bool isKey) {
+    return {{"name", name}, {"type", nameOf(type)}, {"array", isArray(type)}, {"key", isKey}};
+}
+
+// Nobody changes an association or a profile.
+ordered_json describeReadOnly(const char* name, const char* superclass, ordered_json properties,
+                              Placement placement) {
+    return {{"name", name},
+            {"superclass", superclass != nullptr ? superclass : ""},
+            {"properties", std::move(properties)},
+            {"methods", ordered_json::array()},
+            {"enumerate", true},
+            {"modify", false},
+            {"create", false},
+            {"delete", false},
+            {"namespaces", nameSpacesOf(placement)}};
+}
+
+ordered_json describe(const AssociationClass& association) {
+    ordered_json properties = ordered_json::array();
+    for (const associations::End& end : association.ends) {
+        properties.push_back(describe(end.role, CMPI_ref, true));
+        properties.back()["class"] = end.className;
+    }
+    for (const associations::Declaration& property : association.properties)
+        properties.push_back(describe(property.name, property.type, false));
+    return describeReadOnly(association.name, association.superclass, std::move(properties),
+                            association.placement);
+}
+
+ordered_json describeProfiles() {
+    ordered_json properties = ordered_json::array();
+    for (const auto& property : associations::profileProperties())
+        properties.push_back(describe(property.name, property.type, properties.empty()));
+    return describeReadOnly(associations::profileClass, associations::profileSuperclass,
+                            std::move(properties), Placement::Interop);
 }
 
 // "[Out] CIM_ConcreteJob REF Job". An embedded instance is a string with a qualifier.
@@ -132,16 +190,39 @@ std::string declaration(const Parameter& parameter) {
     return text + ' ' + parameter.name + (isArray(parameter.type) ? "[]" : "");
 }
 
-void writeClass(std::ostream& mof, const ClassFamily& family) {
-    mof << "[Provider(\"cmpi:ProviderHelperProviders\")]\nclass " << family.name;
-    if (family.superclass != nullptr)
-        mof << " : " << family.superclass;
+void writeHead(std::ostream& mof, const char* qualifier, const char* name, const char* superclass) {
+    mof << '[' << qualifier << "Provider(\"cmpi:ProviderHelperProviders\")]\nclass " << name;
+    if (superclass != nullptr)
+        mof << " : " << superclass;
     mof << "\n{\n";
-    for (const Property& property : family.properties) {
-        const CMPIType type = typeOf(property.kind);
-        mof << "    " << (property.isKey ? "[Key] " : "") << nameOf(type) << " " << property.name
-            << (isArray(type) ? "[]" : "") << ";\n";
-    }
+}
+
+void writeProperty(std::ostream& mof, const char* name, CMPIType type, bool isKey) {
+    mof << "    " << (isKey ? "[Key] " : "") << nameOf(type) << " " << name << (isArray(type) ? "[]" : "")
+        << ";\n";
+}
+
+void writeClass(std::ostream& mof, const AssociationClass& association) {
+    writeHead(mof, "Association, ", association.name, association.superclass);
+    for (const associations::End& end : association.ends)
+        mof << "    [Key] " << end.className << " REF " << end.role << ";\n";
+    for (const associations::Declaration& property : association.properties)
+        writeProperty(mof, property.name, property.type, false);
+    mof << "};\n\n";
+}
+
+void writeProfileClass(std::ostream& mof) {
+    writeHead(mof, "", associations::profileClass, associations::profileSuperclass);
+    const auto properties = associations::profileProperties();
+    for (const auto& property : properties)
+        writeProperty(mof, property.name, property.type, &property == &properties.front());
+    mof << "};\n\n";
+}
+
+void writeClass(std::ostream& mof, const ClassFamily& family) {
+    writeHead(mof, "", family.name, family.superclass);
+    for (const Property& property : family.properties)
+        writeProperty(mof, property.name, typeOf(property.kind), property.isKey);
     for (const Method& method : family.methods) {
         mof << "    uint32 " << method.name << '(';
         for (const char* separator = ""; const Parameter& parameter : method.parameters) {
@@ -156,12 +237,31 @@ void writeClass(std::ostream& mof, const ClassFamily& family) {
 // What the indication provider delivers; no class family, because nobody asks for instances of it.
 constexpr const char* indicationClass = "CIM_AlertIndication";
 
-// `types` are those of PG_ProviderCapabilities.ProviderType.
-void writeCapabilities(std::ostream& mof, const char* className, const char* nameSpace, const char* types) {
-    mof << "instance of PG_ProviderCapabilities\n{\n    ProviderModuleName = \"ProviderHelperModule\";\n"
-           "    ProviderName = \"ProviderHelper\";\n    CapabilityID = \""
-        << className << "\";\n    ClassName = \"" << className << "\";\n    Namespaces = {\"" << nameSpace
-        << "\"};\n    ProviderType = " << types << "\n};\n\n";
+// One served class as registration files name it, and what kinds of provider it has.
+struct Registered {
+    const char* className;
+    std::vector<std::string> nameSpaces;
+    const char* kinds;
+    const char* kindNumbers; // PG_ProviderCapabilities.ProviderType
+};
+
+std::vector<Registered> registeredClasses() {
+    std::vector<Registered> all;
+    for (const ClassFamily* family : ph::allClasses())
+        all.push_back({family->name, nameSpacesOf(Placement::Implementation), "instance method", "2, 5"});
+    for (const AssociationClass* association : associations::allAssociations())
+        all.push_back(
+            {association->name, nameSpacesOf(association->placement), "instance association", "2, 3"});
+    all.push_back({associations::profileClass, nameSpacesOf(Placement::Interop), "instance", "2"});
+    all.push_back({indicationClass, nameSpacesOf(Placement::Interop), "indication", "4"});
+    return all;
+}
+
+std::string joined(const std::vector<std::string>& texts, const char* separator) {
+    std::string all;
+    for (const std::string& text : texts)
+        all += (all.empty() ? "" : separator) + text;
+    return all;
 }
 
 void writeModule(std::ostream& mof) {
@@ -171,20 +271,19 @@ void writeModule(std::ostream& mof) {
            "\"2.0.0\";\n};\n\n"
            "instance of PG_Provider\n{\n    ProviderModuleName = \"ProviderHelperModule\";\n"
            "    Name = \"ProviderHelper\";\n};\n\n";
-    for (const ClassFamily* family : ph::allClasses())
-        writeCapabilities(mof, family->name, "root/cimv2", "{2, 5}; // instance, method");
-    writeCapabilities(mof, indicationClass, "root/interop", "{4}; // indication");
-}
-
-void writeSection(std::ostream& reg, const char* className, const char* nameSpace, const char* types) {
-    reg << "[" << className << "]\n   provider: ProviderHelper\n   location: ProviderHelperProviders\n"
-        << "   type: " << types << "\n   namespace: " << nameSpace << "\n#\n";
+    for (const Registered& each : registeredClasses())
+        mof << "instance of PG_ProviderCapabilities\n{\n    ProviderModuleName = \"ProviderHelperModule\";\n"
+               "    ProviderName = \"ProviderHelper\";\n    CapabilityID = \""
+            << each.className << "\";\n    ClassName = \"" << each.className << "\";\n    Namespaces = {\""
+            << joined(each.nameSpaces, "\", \"") << "\"};\n    ProviderType = {" << each.kindNumbers
+            << "}; // " << each.kinds << "\n};\n\n";
 }
 
 void writeRegistration(std::ostream& reg) {
-    for (const ClassFamily* family : ph::allClasses())
-        writeSection(reg, family->name, "root/cimv2", "instance method");
-    writeSection(reg, indicationClass, "root/interop", "indication");
+    for (const Registered& each : registeredClasses())
+        reg << "[" << each.className
+            << "]\n   provider: ProviderHelper\n   location: ProviderHelperProviders\n"
+            << "   type: " << each.kinds << "\n   namespace: " << joined(each.nameSpaces, " ") << "\n#\n";
 }
 
 } // namespace
@@ -206,8 +305,20 @@ int main(int argc, char** argv) try {
         descriptions.push_back(describe(*family));
         writeClass(mof, *family);
     }
+    for (const AssociationClass* association : associations::allAssociations()) {
+        descriptions.push_back(describe(*association));
+        writeClass(mof, *association);
+    }
+    descriptions.push_back(describeProfiles());
+    writeProfileClass(mof);
     open("classes.json") << descriptions.dump(1) << '\n';
     open("class_descriptions.inc") << "R\"json(" << descriptions.dump() << ")json\"\n";
+    std::ofstream derivations = open("element_classes.inc");
+    for (const ClassFamily* family : ph::allClasses())
+        derivations << "{\"" << family->name << "\", "
+                    << (family->superclass != nullptr ? '"' + std::string(family->superclass) + '"'
+                                                      : "nullptr")
+                    << "},\n";
     std::ofstream module = open("ProviderHelperModule.mof");
     writeModule(module);
     std::ofstream registration = open("ProviderHelper.reg");

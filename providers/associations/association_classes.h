@@ -1,0 +1,120 @@
+// The association classes of the DMTF schema that are served.
+#pragma once
+
+#include "associations/association.h"
+
+namespace associations {
+
+inline constexpr AssociationClass systemComponent{
+    "CIM_SystemComponent",
+    "CIM_Component",
+    {{"GroupComponent", "CIM_System"}, {"PartComponent", "CIM_ManagedSystemElement"}}};
+
+inline constexpr AssociationClass systemDevice{
+    "CIM_SystemDevice",
+    "CIM_SystemComponent",
+    {{"GroupComponent", "CIM_System"}, {"PartComponent", "CIM_LogicalDevice"}}};
+
+inline constexpr AssociationClass accountOnSystem{
+    "CIM_AccountOnSystem",
+    "CIM_SystemComponent",
+    {{"GroupComponent", "CIM_System"}, {"PartComponent", "CIM_Account"}}};
+
+inline constexpr AssociationClass associatedSensor{
+    "CIM_AssociatedSensor",
+    "CIM_Dependency",
+    {{"Antecedent", "CIM_Sensor"}, {"Dependent", "CIM_ManagedSystemElement"}}};
+
+inline constexpr AssociationClass hostedService{"CIM_HostedService",
+                                                "CIM_HostedDependency",
+                                                {{"Antecedent", "CIM_System"}, {"Dependent", "CIM_Service"}}};
+
+inline constexpr AssociationClass hostedAccessPoint{
+    "CIM_HostedAccessPoint",
+    "CIM_HostedDependency",
+    {{"Antecedent", "CIM_System"}, {"Dependent", "CIM_ServiceAccessPoint"}}};
+
+inline constexpr Declaration effects[] = {{"ElementEffects", CMPI_uint16A}};
+inline constexpr AssociationClass serviceAffectsElement{
+    "CIM_ServiceAffectsElement",
+    nullptr,
+    {{"AffectedElement", "CIM_ManagedElement"}, {"AffectingElement", "CIM_Service"}},
+    effects};
+
+inline constexpr AssociationClass serviceAvailableToElement{
+    "CIM_ServiceAvailableToElement",
+    nullptr,
+    {{"ServiceProvided", "CIM_Service"}, {"UserOfService", "CIM_ManagedElement"}}};
+
+inline constexpr Declaration powerStates[] = {{"PowerState", CMPI_uint16},
+                                              {"RequestedPowerState", CMPI_uint16}};
+inline constexpr AssociationClass associatedPowerManagementService{
+    "CIM_AssociatedPowerManagementService",
+    "CIM_ServiceAvailableToElement",
+    {{"ServiceProvided", "CIM_PowerManagementService"}, {"UserOfService", "CIM_ManagedElement"}},
+    powerStates};
+
+inline constexpr AssociationClass elementCapabilities{
+    "CIM_ElementCapabilities",
+    nullptr,
+    {{"ManagedElement", "CIM_ManagedElement"}, {"Capabilities", "CIM_Capabilities"}}};
+
+inline constexpr Declaration settingUses[] = {
+    {"IsDefault", CMPI_uint16}, {"IsCurrent", CMPI_uint16}, {"IsNext", CMPI_uint16}};
+inline constexpr AssociationClass elementSettingData{
+    "CIM_ElementSettingData",
+    nullptr,
+    {{"ManagedElement", "CIM_ManagedElement"}, {"SettingData", "CIM_SettingData"}},
+    settingUses};
+
+inline constexpr Declaration sequence[] = {{"AssignedSequence", CMPI_uint64}};
+inline constexpr AssociationClass orderedComponent{
+    "CIM_OrderedComponent",
+    "CIM_Component",
+    {{"GroupComponent", "CIM_ManagedElement"}, {"PartComponent", "CIM_ManagedElement"}},
+    sequence};
+
+inline constexpr AssociationClass useOfLog{
+    "CIM_UseOfLog", "CIM_Dependency", {{"Antecedent", "CIM_Log"}, {"Dependent", "CIM_ManagedSystemElement"}}};
+
+inline constexpr AssociationClass logManagesRecord{
+    "CIM_LogManagesRecord", nullptr, {{"Log", "CIM_Log"}, {"Record", "CIM_RecordForLog"}}};
+
+inline constexpr AssociationClass owningJobElement{
+    "CIM_OwningJobElement", nullptr, {{"OwningElement", "CIM_ManagedElement"}, {"OwnedElement", "CIM_Job"}}};
+
+inline constexpr AssociationClass affectedJobElement{
+    "CIM_AffectedJobElement",
+    nullptr,
+    {{"AffectedElement", "CIM_ManagedElement"}, {"AffectingElement", "CIM_Job"}}};
+
+inline constexpr AssociationClass deviceSapImplementation{
+    "CIM_DeviceSAPImplementation",
+    "CIM_Dependency",
+    {{"Antecedent", "CIM_LogicalDevice"}, {"Dependent", "CIM_ServiceAccessPoint"}}};
+
+inline constexpr AssociationClass bindsTo{
+    "CIM_BindsTo",
+    "CIM_SAPSAPDependency",
+    {{"Antecedent", "CIM_ProtocolEndpoint"}, {"Dependent", "CIM_ServiceAccessPoint"}}};
+
+inline constexpr AssociationClass controlledBy{
+    "CIM_ControlledBy",
+    "CIM_DeviceConnection",
+    {{"Antecedent", "CIM_Controller"}, {"Dependent", "CIM_LogicalDevice"}}};
+
+inline constexpr AssociationClass elementConformsToProfile{
+    "CIM_ElementConformsToProfile",
+    nullptr,
+    {{"ConformantStandard", "CIM_RegisteredProfile"}, {"ManagedElement", "CIM_ManagedElement"}},
+    {},
+    Placement::Both};
+
+inline constexpr AssociationClass referencedProfile{
+    "CIM_ReferencedProfile",
+    "CIM_ReferencedSpecification",
+    {{"Antecedent", "CIM_RegisteredProfile"}, {"Dependent", "CIM_RegisteredProfile"}},
+    {},
+    Placement::Interop};
+
+} // namespace associations

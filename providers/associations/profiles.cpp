@@ -1,0 +1,65 @@
+#include "associations/profiles.h"
+
+#include <algorithm>
+
+namespace associations {
+namespace {
+
+constexpr const char* ofBaseServer[] = {profileRegistration, sensors, recordLog, serviceProcessor};
+constexpr const char* ofServiceProcessor[] = {profileRegistration, recordLog, ethernetPort,
+                                              hostLanNetworkPort, ipInterface};
+constexpr const char* ofComponent[] = {profileRegistration};
+constexpr const char* ofHostLanNetworkPort[] = {profileRegistration, ethernetPort};
+
+constexpr Profile table[] = {
+    {profileRegistration, "Profile Registration", "1.0.0", false},
+    {baseServer, "Base Server", "1.0.0", true, ofBaseServer},
+    {serviceProcessor, "Service Processor", "1.0.0", false, ofServiceProcessor},
+    {sensors, "Sensors", "1.0.0", false, ofComponent},
+    {recordLog, "Record Log", "1.0.0", false, ofComponent},
+    {ethernetPort, "Ethernet Port", "1.0.0", false, ofComponent},
+    {hostLanNetworkPort, "Host LAN Network Port", "1.0.0", false, ofHostLanNetworkPort},
+    {ipInterface, "IP Interface", "1.0.0", false, ofComponent},
+};
+
+Numbers isProfile(const Profile&) {
+    return {2};
+}
+
+Numbers dmtf(const Profile&) {
+    return {2};
+}
+
+Numbers advertiseTypes(const Profile& profile) {
+    constexpr std::uint64_t notAdvertised = 2, slp = 3;
+    return {profile.isAdvertised ? slp : notAdvertised};
+}
+
+constexpr ProfileProperty properties[] = {
+    {"InstanceID", CMPI_string, &Profile::instanceId},
+    {"ElementName", CMPI_string, &Profile::name},
+    {"SpecificationType", CMPI_uint16, nullptr, isProfile},
+    {"RegisteredOrganization", CMPI_uint16, nullptr, dmtf},
+    {"RegisteredName", CMPI_string, &Profile::name},
+    {"RegisteredVersion", CMPI_string, &Profile::version},
+    {"AdvertiseTypes", CMPI_uint16A, nullptr, advertiseTypes},
+};
+
+} // namespace
+
+std::span<const Profile> profiles() {
+    return table;
+}
+
+std::span<const ProfileProperty> profileProperties() {
+    return properties;
+}
+
+bool isReferencedBy(std::string_view referenced, std::string_view referring) {
+    return std::ranges::any_of(table, [&](const Profile& each) {
+        return referring == each.instanceId &&
+               std::ranges::any_of(each.referenced, [&](const char* one) { return referenced == one; });
+    });
+}
+
+} // namespace associations

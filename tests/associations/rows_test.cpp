@@ -1,0 +1,195 @@
+// What every row promises: both ends exist, and each finds the other.
+#include "association_fixture.h"
+#include "associations/association.h"
+#include "ipmi/transport.h"
+
+#include <algorithm>
+#include <map>
+
+namespace {
+
+using associations::AssociationClass;
+using associations::Placement;
+using broker::ObjectPath;
+using broker::Reply;
+using testing::AnyOf;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+using testing::UnorderedElementsAreArray;
+
+const ObjectPath& end(const ObjectPath& association, const char* role) {
+    return **find(association.keys, role)->as<broker::Value::Reference>();
+}
+
+class Rows : public Associations, public testing::WithParamInterface<const AssociationClass*> {
+protected:
+    // Something for every association to show: jobs of every kind, and a log entry.
+    void SetUp() override {
+        Associations::SetUp();
+        if (!broker.enumerateInstanceNames(path("CIM_ConcreteJob")).paths.empty())
+            return;
+        const broker::NamedValues state{{"RequestedState", {CMPI_uint16, std::uint64_t{2}}}};
+        for (const auto& target : {element("CIM_HostComputerSystem"), element("CIM_ProtocolService", "SSH"),
+                                   element("CIM_EthernetPort")})
+            broker.invokeMethod(target, "RequestStateChange", state);
+        broker.invokeMethod(element("CIM_PowerManagementService", "Host"), "RequestPowerStateChange",
+                            {{"PowerState", {CMPI_uint16, std::uint64_t{2}}},
+                             {"ManagedElement", referenceTo(element("CIM_HostComputerSystem"))}});
+        broker.invokeMethod(element("CIM_IPConfigurationService"), "ApplySettingToIPProtocolEndpoint",
+                            {{"Configuration", referenceTo(element("CIM_IPAssignmentSettingData", "DHCP"))},
+                             {"Endpoint", referenceTo(element("CIM_IPProtocolEndpoint", "eth0-4"))}});
+        // Add SEL Entry (IPMI 2.0, 31.6): an OEM record.
+        ipmi::SessionSettings settings;
+        settings.address = stateFile().string();
+        settings.interfaceType = ipmi::SessionSettings::VirtualBmc;
+        const std::uint8_t record[16] = {0, 0, 0xC0};
+        std::uint8_t answer[16];
+        ipmi::openTransport(settings)->exchange(0x0A, 0x44, record, answer);
+    }
+    static broker::Value referenceTo(const ObjectPath& target) {
+        return {CMPI_ref, std::make_shared<const ObjectPath>(target)};
+    }
+    std::string nameSpace() const {
+        return GetParam()->placement == Placement::Interop ? "root/interop" : "root/cimv2";
+    }
+
+    const std::vector<std::string>& partnersOf(const ObjectPath& source, int role) {
+        auto [known, isNew] = partners_.try_emplace(toText(source) + GetParam()->ends[role].role);
+        if (isNew)
+            known->second =
+                texts(broker
+                          .associatorNames(source, {.assocClass = GetParam()->name,
+                                                    .role = GetParam()->ends[role].role,
+                                                    .resultRole = GetParam()->ends[1 - role].role})
+                          .paths);
+        return known->second;
+    }
+
+private:
+    std::map<std::string, std::vector<std::string>> partners_;
+};
+
+std::string nameOf(const testing::TestParamInfo<const AssociationClass*>& info) {
+    return info.param->name;
+}
+INSTANTIATE_TEST_SUITE_P(Every, Rows,
+                         testing::ValuesIn(associations::allAssociations().begin(),
+                                           associations::allAssociations().end()),
+                         nameOf);
+
+TEST_P(Rows, endsExistAndFindEachOther) {
+    const Reply all = broker.enumerateInstances(path(GetParam()->name, nameSpace()));
+    ASSERT_TRUE(all.ok()) << all.message;
+    ASSERT_FALSE(all.instances.empty());
+    const Reply names = broker.enumerateInstanceNames(path(GetParam()->name, nameSpace()));
+    std::vector<ObjectPath> paths;
+    for (const auto& instance : all.instances)
+        paths.push_back(instance.path);
+    EXPECT_EQ(names.paths, paths);
+    // Of hundreds of sensors a few dozen tell as much.
+    for (std::size_t i = 0; i < all.instances.size(); i += 1 + all.instances.size() / 24) {
+        const broker::Instance& instance = all.instances[i];
+        EXPECT_THAT(broker.getInstance(instance.path).instances, ElementsAre(instance));
+        for (int role = 0; role < 2; ++role) {
+            const ObjectPath& source = end(instance.path, GetParam()->ends[role].role);
+            EXPECT_THAT(broker.getInstance(source, {{"Nothing"}}).instances, SizeIs(1)) << toText(source);
+            EXPECT_THAT(partnersOf(source, role),
+                        Contains(toText(end(instance.path, GetParam()->ends[1 - role].role))));
+        }
+    }
+}
+
+TEST_P(Rows, referencesAreTheAssociationsThemselves) {
+    const Reply all = broker.enumerateInstances(path(GetParam()->name, nameSpace()));
+    ASSERT_FALSE(all.instances.empty());
+    for (int role = 0; role < 2; ++role) {
+        const char* name = GetParam()->ends[role].role;
+        const ObjectPath source = end(all.instances[0].path, name);
+        // Where both ends may be the same class, the role tells which one the source is.
+        std::vector<broker::Instance> expected;
+        for (const auto& instance : all.instances)
+            if (toText(end(instance.path, name)) == toText(source))
+                expected.push_back(instance);
+        Reply found = broker.references(source, {.resultClass = GetParam()->name, .role = name});
+        ASSERT_TRUE(found.ok()) << found.message;
+        EXPECT_TRUE(found.done);
+        std::erase_if(found.instances, [](const auto& each) { // of a class that derives from it
+            return each.path.className != GetParam()->name;
+        });
+        for (auto& instance : found.instances)
+            instance.path.nameSpace = nameSpace(); // that of the request
+        EXPECT_THAT(found.instances, UnorderedElementsAreArray(expected));
+        std::vector<ObjectPath> paths;
+        for (const auto& instance : expected)
+            paths.push_back(instance.path);
+        for (auto& each :
+             broker.referenceNames(source, {.resultClass = GetParam()->name, .role = name}).paths) {
+            each.nameSpace = nameSpace();
+            EXPECT_EQ(each.className == GetParam()->name,
+                      std::find(paths.begin(), paths.end(), each) != paths.end())
+                << toText(each);
+        }
+    }
+}
+
+TEST_P(Rows, nobodyChangesThem) {
+    const ObjectPath one = broker.enumerateInstanceNames(path(GetParam()->name, nameSpace())).paths.at(0);
+    for (const Reply& reply : {broker.modifyInstance(one, {}), broker.createInstance(one, {}),
+                               broker.deleteInstance(one), broker.invokeMethod(one, "Reset")}) {
+        EXPECT_EQ(reply.code, CMPI_RC_ERR_NOT_SUPPORTED);
+        EXPECT_THAT(reply.message, testing::EndsWith("not supported"));
+    }
+}
+
+using AssociationInstances = Associations;
+
+TEST_F(AssociationInstances, ofElementsThatDoNotBelongTogetherAreNotFound) {
+    ObjectPath device = broker.enumerateInstanceNames(path("CIM_SystemDevice")).paths.at(0);
+    ObjectPath processor = element("CIM_SPComputerSystem");
+    set(device.keys, "GroupComponent",
+        {CMPI_ref, std::make_shared<const ObjectPath>(processor)}); // a sensor is the host's
+    EXPECT_EQ(broker.getInstance(device).code, CMPI_RC_ERR_NOT_FOUND);
+
+    set(device.keys, "GroupComponent", {CMPI_string, toText(processor)});
+    EXPECT_EQ(broker.getInstance(device).code, CMPI_RC_ERR_INVALID_PARAMETER);
+    EXPECT_EQ(broker.getInstance(path("CIM_SystemDevice")).code, CMPI_RC_ERR_INVALID_PARAMETER);
+}
+
+TEST_F(AssociationInstances, keysComeWithoutANamespaceToo) {
+    ObjectPath host = element("CIM_HostComputerSystem");
+    ObjectPath sensor = element("CIM_NumericSensor");
+    host.nameSpace.clear();
+    sensor.nameSpace.clear();
+    ObjectPath device = path("cim_systemdevice");
+    device.keys = {{"partcomponent", {CMPI_ref, std::make_shared<const ObjectPath>(sensor)}},
+                   {"GROUPCOMPONENT", {CMPI_ref, std::make_shared<const ObjectPath>(host)}}};
+    const Reply reply = broker.getInstance(device);
+    ASSERT_THAT(reply.instances, SizeIs(1)) << reply.message;
+    EXPECT_THAT(toText(reply.instances[0].path),
+                testing::StartsWith("root/cimv2:CIM_SystemDevice.GroupComponent=\"root/cimv2:CIM_Host"));
+}
+
+TEST_F(AssociationInstances, ownPropertiesSayWhatIsSo) {
+    const auto texts = [&](const char* className, const ObjectPath& source, const char* property) {
+        std::vector<std::string> all;
+        for (const auto& each : broker.references(source, {.resultClass = className}, {{property}}).instances)
+            all.push_back(
+                find(each.properties, property) != nullptr ? toText(*find(each.properties, property)) : "-");
+        return all;
+    };
+    // The model's first endpoint has its address by DHCP (4), and that setting comes first.
+    const ObjectPath endpoint = element("CIM_IPProtocolEndpoint", "eth0-4");
+    for (const char* use : {"IsCurrent", "IsNext"})
+        EXPECT_THAT(texts("CIM_ElementSettingData", endpoint, use), ElementsAre("1", "2"));
+    EXPECT_THAT(texts("CIM_ElementSettingData", endpoint, "IsDefault"), ElementsAre("0", "0"));
+    // Nothing reads the host's power.
+    constexpr const char* powered = "CIM_AssociatedPowerManagementService";
+    EXPECT_THAT(texts(powered, element("CIM_SPComputerSystem"), "PowerState"), ElementsAre("2"));
+    EXPECT_THAT(texts(powered, element("CIM_HostComputerSystem"), "PowerState"), ElementsAre("-"));
+    EXPECT_THAT(texts("CIM_ServiceAffectsElement", element("CIM_Account"), "ElementEffects"),
+                ElementsAre("{5}"));
+}
+
+} // namespace
