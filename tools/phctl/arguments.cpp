@@ -153,7 +153,11 @@ Value parseInstance(const std::string& name, const std::string& className, const
     if (!json.is_object())
         throw UsageError(name + R"( is an instance: give its properties as JSON, {"Name": "value", …})");
     broker::Instance instance{
-        .path = {.host = {}, .nameSpace = nameSpace, .className = className, .keys = {}}, .properties = {}};
+        .path = {.host = {},
+                 .nameSpace = nameSpace.empty() ? defaultNameSpace(className) : nameSpace,
+                 .className = className,
+                 .keys = {}},
+        .properties = {}};
     for (const auto& [member, value] : json.items()) {
         const Declaration& property = requireProperty(name, className, member);
         broker::set(instance.properties, property.name, parseProperty(name, property, value, nameSpace));
@@ -229,9 +233,17 @@ broker::ObjectPath parsePath(const std::string& text, const std::string& nameSpa
                               : ""));
     }
     if (path.nameSpace.empty())
-        path.nameSpace = nameSpace;
-    if (const ClassDescription* description = describe(path.className))
+        path.nameSpace = nameSpace.empty() ? defaultNameSpace(path.className) : nameSpace;
+    if (const ClassDescription* description = describe(path.className)) {
         path.className = description->name;
+        for (auto& [name, value] : path.keys) {
+            // Only the class tells a reference from any other text.
+            const Declaration* key = description->property(name);
+            const auto* reference = value.as<std::string>();
+            if (key != nullptr && key->type == CMPI_ref && reference != nullptr)
+                value = parseScalar(name, CMPI_ref, std::string(*reference), nameSpace);
+        }
+    }
     return path;
 }
 

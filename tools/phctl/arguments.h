@@ -21,8 +21,8 @@ broker::NamedValues parseArguments(const std::vector<std::string>& arguments,
                                    const std::vector<Declaration>& declared, const std::string& nameSpace,
                                    std::vector<std::string>& unknown);
 
-// An object path without a namespace gets `nameSpace`; a described class its usual spelling. Throws
-// UsageError.
+// An object path without a namespace gets `nameSpace`, or when that is empty the class's own; a described
+// class its usual spelling, and keys that are references. Throws UsageError.
 broker::ObjectPath parsePath(const std::string& text, const std::string& nameSpace);
 
 } // namespace phctl

@@ -49,7 +49,8 @@ std::vector<ClassDescription> load() {
                            .enumerates = entry.at("enumerate"),
                            .modifies = entry.at("modify"),
                            .creates = entry.at("create"),
-                           .deletes = entry.at("delete")});
+                           .deletes = entry.at("delete"),
+                           .nameSpaces = entry.at("namespaces")});
     }
     return classes;
 }
@@ -78,6 +79,11 @@ const std::vector<ClassDescription>& describedClasses() {
 
 const ClassDescription* describe(std::string_view className) {
     return find(describedClasses(), className);
+}
+
+std::string defaultNameSpace(std::string_view className) {
+    const ClassDescription* description = describe(className);
+    return description != nullptr ? description->nameSpaces.front() : "root/cimv2";
 }
 
 const char* descriptionText() {

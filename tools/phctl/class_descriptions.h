@@ -29,6 +29,7 @@ struct ClassDescription {
     std::vector<MethodDescription> methods;
     // Operations beside getting: which are not refused.
     bool enumerates, modifies, creates, deletes;
+    std::vector<std::string> nameSpaces; // that serve it
 
     const MethodDescription* method(std::string_view methodName) const;
     const Declaration* property(std::string_view propertyName) const;
@@ -38,6 +39,9 @@ const std::vector<ClassDescription>& describedClasses();
 
 // nullptr for a class that is not described: another module may serve it. Case does not count.
 const ClassDescription* describe(std::string_view className);
+
+// Where requests on a class go that name no namespace: to the first that serves it.
+std::string defaultNameSpace(std::string_view className);
 
 // The JSON text of all descriptions.
 const char* descriptionText();

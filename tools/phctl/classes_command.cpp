@@ -62,9 +62,15 @@ void printClass(const ClassDescription& description) {
     std::cout << "\n\n";
     Table properties({"Property", "Type", "Key"});
     for (const Declaration& property : description.properties)
-        properties.add({property.name, broker::typeName(property.type), property.isKey ? "key" : ""});
+        properties.add({property.name,
+                        broker::typeName(property.type) +
+                            (property.className.empty() ? "" : " (" + property.className + ')'),
+                        property.isKey ? "key" : ""});
     properties.print(std::cout, 0);
-    std::cout << "\nOperations: " << operationsOf(description) << '\n';
+    std::cout << "\nOperations: " << operationsOf(description) << "\nNamespaces:";
+    for (const std::string& nameSpace : description.nameSpaces)
+        std::cout << ' ' << nameSpace;
+    std::cout << '\n';
     for (const MethodDescription& method : description.methods)
         std::cout << "Method: " << signature(method) << '\n';
 }

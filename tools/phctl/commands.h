@@ -10,6 +10,7 @@ namespace phctl {
 using Chosen = std::function<int()>;
 
 void addInstanceCommands(CLI::App& app, Chosen& chosen);
+void addAssociationCommands(CLI::App& app, Chosen& chosen);
 void addMethodCommand(CLI::App& app, Chosen& chosen);
 void addClassesCommand(CLI::App& app, Chosen& chosen);
 void addMonitorCommand(CLI::App& app, Chosen& chosen);

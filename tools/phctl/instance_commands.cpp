@@ -1,16 +1,15 @@
 // ei, ein, gi, mi, ci, di: the operations on instances.
 #include "arguments.h"
 #include "commands.h"
-#include "database.h"
 #include "errors.h"
 #include "instance_output.h"
+#include "reply_output.h"
 #include "requests.h"
 #include "text_layout.h"
 
 #include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
-#include <unistd.h>
 
 namespace phctl {
 namespace {
@@ -68,14 +67,6 @@ broker::Instance givenInstance(const InstanceOptions& options, broker::ObjectPat
     return instance;
 }
 
-SensorLabels labelsFor(const std::vector<broker::Instance>& instances) {
-    const bool tellsOfEvents =
-        std::any_of(instances.begin(), instances.end(), [](const broker::Instance& instance) {
-            return broker::find(instance.properties, "RecordData") != nullptr;
-        });
-    return tellsOfEvents ? sensorLabels() : SensorLabels();
-}
-
 int enumerateInstances(const Options& options) {
     const auto wanted = propertyList(options);
     Remarks remarks;
@@ -83,29 +74,14 @@ int enumerateInstances(const Options& options) {
     checkProperties(wanted, path.className, remarks);
     const auto reply = Requester(*options).execute(
         {.operation = Operation::EnumerateInstances, .path = path, .properties = wanted}, remarks);
-    if (options->json) {
-        auto list = nlohmann::ordered_json::array();
-        for (const broker::Instance& instance : reply.instances)
-            list.push_back(toJson(instance));
-        printJson(std::cout, list);
-    } else {
-        printInstances(std::cout, reply.instances, wanted, terminalWidth(STDOUT_FILENO),
-                       labelsFor(reply.instances));
-    }
+    printInstances(reply.instances, wanted, options->json);
     return done;
 }
 
 int enumerateNames(const Options& options) {
     const auto reply = Requester(*options).execute(
         {.operation = Operation::EnumerateInstanceNames, .path = classPath(*options)});
-    auto list = nlohmann::ordered_json::array();
-    for (const broker::ObjectPath& path : reply.paths) {
-        list.push_back(broker::toText(path));
-        if (!options->json)
-            std::cout << printable(broker::toText(path)) << '\n';
-    }
-    if (options->json)
-        printJson(std::cout, list);
+    printPaths(reply.paths, options->json);
     return done;
 }
 

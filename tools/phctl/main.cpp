@@ -54,6 +54,7 @@ int run(int argc, char** argv) {
     app.require_subcommand(1);
     Chosen chosen;
     addInstanceCommands(app, chosen);
+    addAssociationCommands(app, chosen);
     addMethodCommand(app, chosen);
     addClassesCommand(app, chosen);
     addMonitorCommand(app, chosen);

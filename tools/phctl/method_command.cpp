@@ -87,7 +87,7 @@ broker::Instance follow(Requester& requester, broker::ObjectPath path, const Met
     using Clock = std::chrono::steady_clock;
     constexpr std::chrono::milliseconds pause(250);
     if (path.nameSpace.empty())
-        path.nameSpace = options.nameSpace;
+        path.nameSpace = options.nameSpace.empty() ? defaultNameSpace(path.className) : options.nameSpace;
     const auto end = Clock::now() + std::chrono::seconds(options.timeout);
     for (;;) {
         const auto reply = requester.execute({.operation = Operation::GetInstance, .path = path});

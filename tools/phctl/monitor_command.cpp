@@ -4,11 +4,10 @@
 #include "delivery_watch.h"
 #include "errors.h"
 #include "event_pipe.h"
+#include "libraries.h"
 #include "provider_output.h"
 #include "requests.h"
 #include "text_layout.h"
-
-#include <platform/sysroot.h>
 
 #include <atomic>
 #include <csignal>
@@ -22,7 +21,6 @@
 namespace phctl {
 namespace {
 
-namespace fs = std::filesystem;
 using nlohmann::ordered_json;
 
 struct MonitorOptions : RequestOptions {
@@ -32,25 +30,7 @@ using Options = std::shared_ptr<MonitorOptions>;
 
 constexpr const char* interopLibrary = "/usr/local/lib/libinterop_provider.so";
 constexpr const char* descriptionLibrary = "/usr/local/lib/libEventLogDes.so";
-
-fs::path place(const char* absolutePath) {
-    char path[4096];
-    if (PH_SysrootPath(absolutePath, path, sizeof(path)) != 0)
-        throw Failure("PH_SYSROOT is too long");
-    return path;
-}
-
-// The library that is to lie at this path. Below PH_SYSROOT it is linked to the installed one.
-void provideLibrary(const char* absolutePath) {
-    const fs::path path = place(absolutePath);
-    if (exists(path))
-        return;
-    const fs::path installed = installedLibrary(path.filename().c_str());
-    if (secure_getenv("PH_SYSROOT") == nullptr || installed.empty())
-        throw Failure(path.string() + " is missing: alerts cannot be delivered without it");
-    create_directories(path.parent_path());
-    create_symlink(installed, path);
-}
+constexpr const char* consequence = "alerts cannot be delivered without it";
 
 std::string toLine(const Delivery& delivery) {
     ordered_json json{{"to", delivery.to}, {"delivered", delivery.isDelivered}};
@@ -122,8 +102,8 @@ int monitor(const Options& options) {
     pthread_sigmask(SIG_BLOCK, &ending, nullptr);
 
     std::optional<EventPipeClaim> pipe(std::in_place);
-    provideLibrary(interopLibrary);
-    provideLibrary(descriptionLibrary);
+    provideLibrary(interopLibrary, consequence);
+    provideLibrary(descriptionLibrary, consequence);
     static Host& host = *new Host(*options);
     host.begin();
     std::cerr << "Delivering alerts from " << pipe->path() << ", until interrupted" << std::endl;

@@ -2,6 +2,7 @@
 
 #include "database.h"
 #include "errors.h"
+#include "libraries.h"
 #include "names.h"
 #include "private_root.h"
 #include "provider_output.h"
@@ -16,6 +17,8 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr char moduleName[] = "libProviderHelperProviders.so";
+// Where the library looks itself up, for the instances of a class by its name.
+constexpr char instanceArrays[] = "/usr/local/lib/libProviderHelper.so";
 
 std::string findModule() {
     const fs::path file = installedLibrary(moduleName);
@@ -56,19 +59,9 @@ void requireRightMachine() {
 
 } // namespace
 
-fs::path installedLibrary(const char* name) {
-    const fs::path programs = fs::read_symlink("/proc/self/exe").parent_path();
-    const fs::path modules = programs / PH_MODULE_DIR;
-    for (const fs::path& folder :
-         {programs / "../lib", modules, modules / "..", programs / "../lib/cmpi", programs})
-        if (exists(folder / name))
-            return (folder / name).lexically_normal();
-    return {};
-}
-
 void RequestOptions::addTo(CLI::App& command) {
     command.add_flag("--json", json, "Print JSON");
-    command.add_option("--namespace", nameSpace, "CIM namespace")->capture_default_str();
+    command.add_option("--namespace", nameSpace, "CIM namespace instead of the one that serves the class");
     command.add_option("--module", module, "Provider module to load instead of the installed one");
     command.add_option("--user", user, "Principal that the request comes from");
 }
@@ -86,6 +79,8 @@ Requester::Requester(const RequestOptions& options)
         progress->exchanged(netFn, command, sent, answer);
     });
     const std::string module = options.module.empty() ? findModule() : fs::absolute(options.module).string();
+    if (options.module.empty())
+        provideLibrary(instanceArrays, "associations cannot be followed without it");
     const ProviderOutput redirected;
     try {
         broker_.loadProvider(module, "ProviderHelper");

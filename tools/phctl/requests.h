@@ -6,7 +6,6 @@
 #include "log_progress.h"
 
 #include <CLI/CLI.hpp>
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -16,8 +15,8 @@ namespace phctl {
 // Options of every command that asks the providers.
 struct RequestOptions {
     bool json = false;
-    std::string nameSpace = "root/cimv2";
-    std::string module; // empty: where the installation has it
+    std::string nameSpace; // empty: the one that serves the class
+    std::string module;    // empty: where the installation has it
     std::string user;
 
     void addTo(CLI::App& command);
@@ -34,10 +33,6 @@ public:
 private:
     std::string text_;
 };
-
-// Where the installation, or the build tree, of this program has a library: in its library folder or that of
-// provider modules. Empty when it is in neither.
-std::filesystem::path installedLibrary(const char* name);
 
 class Requester {
 public:

@@ -1,0 +1,80 @@
+// Associations through phctl.
+#include "phctl_fixture.h"
+
+#include <sstream>
+
+namespace {
+
+using testing::ContainsRegex;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+class AssociationVerbs : public ph_test::PhctlTest {
+protected:
+    static std::string path(const std::string& className, const std::string& text = {}) {
+        std::istringstream lines(succeed({"ein", className}).out);
+        for (std::string line; std::getline(lines, line);)
+            if (line.find(text) != std::string::npos)
+                return line;
+        ADD_FAILURE() << "there is no " << className << ' ' << text;
+        return {};
+    }
+};
+
+TEST_F(AssociationVerbs, walkFromAProfileToAReading) {
+    // A class says which namespace serves it.
+    const auto sensors = path("CIM_RegisteredProfile", "DSP1009");
+    EXPECT_EQ(sensors, "root/interop:CIM_RegisteredProfile.InstanceID=\"provider-helper:DSP1009\"");
+    const auto conforming =
+        succeed({"associator-names", sensors, "--assoc-class", "CIM_ElementConformsToProfile",
+                 "--result-class", "CIM_NumericSensor", "--role", "conformantstandard", "--json"})
+            .json();
+    ASSERT_GT(conforming.size(), 40U);
+    EXPECT_THAT(succeed({"gi", conforming[0], "--properties", "CurrentReading,BaseUnits,UnitModifier"}).out,
+                HasSubstr("= 2400  (24.00 degrees C)"));
+}
+
+TEST_F(AssociationVerbs, printTablesOrJson) {
+    const auto host = path("CIM_HostComputerSystem");
+    const auto table =
+        succeed({"ai", host, "--assoc-class", "CIM_SystemDevice", "--result-class", "CIM_NumericSensor",
+                 "--properties", "ElementName,CurrentReading,BaseUnits,UnitModifier"})
+            .out;
+    EXPECT_THAT(table, StartsWith("ElementName "));
+    EXPECT_THAT(table, ContainsRegex("Inlet Temp\\(1\\.32\\.0\\) +2400 +24\\.00 degrees C"));
+    const auto json =
+        succeed({"ai", host, "--result-role", "ServiceProvided", "--properties", "ElementName", "--json"})
+            .json();
+    ASSERT_EQ(json.size(), 1U);
+    EXPECT_EQ(json[0]["properties"].size(), 5U) << json.dump();
+    EXPECT_EQ(succeed({"ain", host, "--assoc-class", "CIM_UseOfLog"}).out, "");
+    EXPECT_EQ(succeed({"ain", host, "--assoc-class", "CIM_UseOfLog", "--json"}).json(),
+              nlohmann::json::array());
+}
+
+// A reference is a text in a path's text, and takes the same way back.
+TEST_F(AssociationVerbs, referencesAreObjectPathsToo) {
+    const auto log = path("CIM_RecordLog");
+    const auto names = succeed({"rin", log, "--result-class", "CIM_UseOfLog"}).out;
+    EXPECT_THAT(
+        names,
+        StartsWith("root/cimv2:CIM_UseOfLog.Antecedent=\"root/cimv2:CIM_RecordLog.InstanceID=\\\"IPMI:"));
+    const auto name = names.substr(0, names.find('\n'));
+    const auto found = succeed({"gi", name, "--json"}).json();
+    EXPECT_EQ(found["path"], name);
+    EXPECT_EQ(found["properties"]["Antecedent"], log);
+    EXPECT_EQ(succeed({"ri", log, "--assoc-class", "CIM_UseOfLog", "--role", "Antecedent", "--json"}).json(),
+              nlohmann::json::array({found}));
+    EXPECT_THAT(fail({"gi", "CIM_UseOfLog.Antecedent=\"no path\""}, 2), HasSubstr("object path no path"));
+    EXPECT_THAT(fail({"di", name}, 1), HasSubstr("DeleteInstance not supported"));
+}
+
+TEST_F(AssociationVerbs, associationsAreDescribed) {
+    const auto text = succeed({"classes", "CIM_ElementConformsToProfile"}).out;
+    EXPECT_THAT(text, ContainsRegex("ConformantStandard +reference \\(CIM_RegisteredProfile\\) +key"));
+    EXPECT_THAT(text, HasSubstr("Namespaces: root/cimv2 root/interop\n"));
+    EXPECT_THAT(succeed({"classes"}).out, ContainsRegex("CIM_SystemDevice +CIM_SystemComponent +get"));
+}
+
+} // namespace

@@ -1,0 +1,97 @@
+// ai, ain, ri, rin: what an object is associated with, and the associations themselves.
+#include "arguments.h"
+#include "commands.h"
+#include "errors.h"
+#include "reply_output.h"
+#include "requests.h"
+
+#include <memory>
+
+namespace phctl {
+namespace {
+
+using Operation = broker::Request::Operation;
+
+struct AssociationOptions : RequestOptions {
+    std::string path;
+    broker::AssociationFilter filter;
+    std::vector<std::string> properties;
+};
+
+struct Verb {
+    const char* name;
+    const char* longName;
+    const char* description;
+    Operation operation;
+    bool isNames;
+    bool isReferences; // which are filtered by less
+    const char* examples;
+};
+
+constexpr Verb verbs[] = {
+    {"ai", "associators", "Print the objects that an object is associated with", Operation::Associators,
+     false, false,
+     "phctl ai \"$(phctl ein CIM_HostComputerSystem)\" --assoc-class CIM_SystemDevice \\\n"
+     "      --properties ElementName,CurrentReading,BaseUnits,CurrentState"},
+    {"ain", "associator-names", "Print the paths of the objects that an object is associated with",
+     Operation::AssociatorNames, true, false,
+     "phctl ain \"$(phctl ein CIM_SPComputerSystem)\" --result-class CIM_Service\n"
+     "  phctl ain \"$(phctl ein CIM_RegisteredProfile | grep DSP1004)\" \\\n"
+     "      --assoc-class CIM_ElementConformsToProfile --role ConformantStandard"},
+    {"ri", "references", "Print the associations of an object", Operation::References, false, true,
+     "phctl ri \"$(phctl ein CIM_IPProtocolEndpoint | head -n 1)\" --result-class CIM_ElementSettingData"},
+    {"rin", "reference-names", "Print the paths of the associations of an object", Operation::ReferenceNames,
+     true, true, "phctl rin \"$(phctl ein CIM_RecordLog)\" --role Antecedent"},
+};
+
+int ask(const AssociationOptions& options, const Verb& verb) {
+    const broker::PropertyList wanted =
+        options.properties.empty() ? broker::PropertyList() : options.properties;
+    const auto reply = Requester(options).execute({.operation = verb.operation,
+                                                   .path = parsePath(options.path, options.nameSpace),
+                                                   .properties = wanted,
+                                                   .filter = options.filter});
+    if (verb.isNames)
+        printPaths(reply.paths, options.json);
+    else
+        printInstances(reply.instances, wanted, options.json);
+    return done;
+}
+
+void addOptions(CLI::App& command, const Verb& verb, AssociationOptions& options) {
+    command.add_option("PATH", options.path, "Object path, in single quotes for the shell")->required();
+    auto& filter = options.filter;
+    if (verb.isReferences) {
+        command.add_option("--result-class,--assoc-class", filter.resultClass,
+                           "Class of the association, or one that it derives from");
+    } else {
+        command.add_option("--assoc-class", filter.assocClass,
+                           "Class of the association, or one that it derives from");
+        command.add_option("--result-class", filter.resultClass,
+                           "Class of the associated objects, or one that they derive from");
+    }
+    command.add_option("--role", filter.role, "The object's role in the association, such as Antecedent");
+    if (!verb.isReferences)
+        command.add_option("--result-role", filter.resultRole, "The role of the associated objects");
+    if (!verb.isNames)
+        command.add_option("--properties", options.properties, "Names of the wanted properties, with commas")
+            ->delimiter(',')
+            ->allow_extra_args(false);
+    options.addTo(command);
+}
+
+} // namespace
+
+void addAssociationCommands(CLI::App& app, Chosen& chosen) {
+    for (const Verb& verb : verbs) {
+        CLI::App* command = app.add_subcommand(verb.name, verb.description);
+        command->alias(verb.longName);
+        command->footer(std::string("Examples:\n  ") + verb.examples);
+        const auto options = std::make_shared<AssociationOptions>();
+        addOptions(*command, verb, *options);
+        command->callback(
+            [&chosen, options, &verb] { chosen = [options, &verb] { return ask(*options, verb); }; });
+    }
+}
+
+} // namespace phctl

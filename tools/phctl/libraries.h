@@ -1,0 +1,19 @@
+// Libraries that are opened at run time, and where they lie.
+#pragma once
+
+#include <filesystem>
+
+namespace phctl {
+
+// Where an absolute path is: below PH_SYSROOT, if that is set. Throws Failure.
+std::filesystem::path placeOf(const char* absolutePath);
+
+// Where the installation, or the build tree, of this program has a library: in its library folder or that of
+// provider modules. Empty when it is in neither.
+std::filesystem::path installedLibrary(const char* name);
+
+// The library that is to lie at this path. Below PH_SYSROOT it is linked to the installed one. Throws
+// Failure, which says what cannot be done without it.
+void provideLibrary(const char* absolutePath, const char* consequence);
+
+} // namespace phctl
