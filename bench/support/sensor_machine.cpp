@@ -21,7 +21,9 @@ std::string model(int count) {
             R"(", "type": "Temperature", "entity": 7, "analog": {"format": "unsigned", "unit": "degrees C"},)"
             R"( "thresholds": {"upperNonCritical": 80, "upperCritical": 90}, "reading": )" +
             std::to_string(20 + i % 50) + "}";
-    return R"({"device": {}, "sensors": [)" + sensors + "]}";
+    return R"({"device": {}, "frus": [{"id": 0, "name": "Board", "board": {"product": "Benchmark"}}],)"
+           R"( "sensors": [)" +
+           sensors + "]}";
 }
 
 } // namespace

@@ -111,7 +111,8 @@ void addMatching(PropertyNames& names, const Row& row, int end) {
 
 // An instance has what was asked for, and maybe what only the rows needed: that is left behind.
 void returnPartner(const Request& request, const Pass::Entry& entry, const CMPIInstance* instance) {
-    if (!entry.instances->haveMore() && entry.properties.areWithin(request.properties))
+    if (request.properties == nullptr ||
+        (!entry.instances->haveMore() && entry.properties.areWithin(request.properties)))
         return require(CMReturnInstance(request.result, instance));
     const Owned<CMPIInstance> copy = copyOf(request.broker, instance, request.properties);
     require(CMReturnInstance(request.result, copy.get()));

@@ -26,6 +26,7 @@ TEST_F(Usage, wrongCommandLinesEndWithStatus2AndSayWhatIsWrong) {
         {{"ei", "CIM_Sensor.DeviceID=\"x\""}, "expected a class"},
         {{"ei", "9"}, "expected a class name"},
         {{"gi", "CIM_Sensor.DeviceID=x"}, "single quotes"},
+        {{"ain", "CIM_Sensor"}, "has no keys"},
         {{"mi", "CIM_Sensor.DeviceID=\"x\""}, "VALUES is required"},
         {{"mi", "CIM_Sensor.DeviceID=\"x\"", "EnabledState"}, "expected Name=value"},
         {{"mi", "CIM_Sensor.DeviceID=\"x\"", "EnabledState=on"},

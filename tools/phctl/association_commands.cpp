@@ -47,10 +47,12 @@ constexpr Verb verbs[] = {
 int ask(const AssociationOptions& options, const Verb& verb) {
     const broker::PropertyList wanted =
         options.properties.empty() ? broker::PropertyList() : options.properties;
-    const auto reply = Requester(options).execute({.operation = verb.operation,
-                                                   .path = parsePath(options.path, options.nameSpace),
-                                                   .properties = wanted,
-                                                   .filter = options.filter});
+    const broker::ObjectPath path = parsePath(options.path, options.nameSpace);
+    if (path.keys.empty())
+        throw UsageError("\"" + options.path +
+                         "\" has no keys: the path of an instance is wanted, as ein prints it");
+    const auto reply = Requester(options).execute(
+        {.operation = verb.operation, .path = path, .properties = wanted, .filter = options.filter});
     if (verb.isNames)
         printPaths(reply.paths, options.json);
     else

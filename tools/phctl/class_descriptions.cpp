@@ -64,6 +64,12 @@ const Named* find(const std::vector<Named>& all, std::string_view name) {
 
 } // namespace
 
+bool ClassDescription::isAssociation() const {
+    return std::any_of(properties.begin(), properties.end(), [](const Declaration& property) {
+        return property.isKey && property.type == CMPI_ref;
+    });
+}
+
 const MethodDescription* ClassDescription::method(std::string_view methodName) const {
     return find(methods, methodName);
 }

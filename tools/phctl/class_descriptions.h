@@ -31,6 +31,7 @@ struct ClassDescription {
     bool enumerates, modifies, creates, deletes;
     std::vector<std::string> nameSpaces; // that serve it
 
+    bool isAssociation() const;
     const MethodDescription* method(std::string_view methodName) const;
     const Declaration* property(std::string_view propertyName) const;
 };

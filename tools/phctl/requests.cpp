@@ -28,6 +28,21 @@ std::string findModule() {
     return file;
 }
 
+// Whether the provider has to look for associated elements.
+bool needsInstanceArrays(const broker::Request& request) {
+    using Operation = broker::Request::Operation;
+    switch (request.operation) {
+    case Operation::Associators:
+    case Operation::AssociatorNames:
+    case Operation::References:
+    case Operation::ReferenceNames:
+        return true;
+    default:
+        const ClassDescription* description = describe(request.path.className);
+        return description != nullptr && description->isAssociation();
+    }
+}
+
 // Some messages of providers end with blanks or a line end.
 std::string_view withoutTail(std::string_view message) {
     return message.substr(0, message.find_last_not_of(" \n") + 1);
@@ -79,8 +94,6 @@ Requester::Requester(const RequestOptions& options)
         progress->exchanged(netFn, command, sent, answer);
     });
     const std::string module = options.module.empty() ? findModule() : fs::absolute(options.module).string();
-    if (options.module.empty())
-        provideLibrary(instanceArrays, "associations cannot be followed without it");
     const ProviderOutput redirected;
     try {
         broker_.loadProvider(module, "ProviderHelper");
@@ -91,6 +104,8 @@ Requester::Requester(const RequestOptions& options)
 }
 
 broker::Reply Requester::execute(const broker::Request& request, const Remarks& remarks) {
+    if (needsInstanceArrays(request))
+        provideLibrary(instanceArrays, "associations cannot be followed without it");
     broker::Reply reply = [&] {
         const ProviderOutput redirected;
         return broker_.execute(request);
