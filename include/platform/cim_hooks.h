@@ -4,7 +4,11 @@
  * platform does it over IPMI 2.0 messages. Common rules:
  *   - every function returns 0 for success; any other value is a failure whose meaning is the platform's own;
  *   - on failure an out-argument has no meaning;
- *   - `timeout` is in seconds and bounds the whole call, retries included; the library passes 30;
+ *   - `timeout` is in seconds and bounds the whole call, however many messages it takes and retries included;
+ *     the library passes 30;
+ *   - when an answer is lost, its retries included, the session is over: each further call on it fails at
+ * once;
+ *   - a BMC that is busy, or ran out of time itself (C0h, C3h), is asked again a few times;
  *   - a session serves one thread at a time.
  *
  * The functions are declared by subject, in the headers included here. */

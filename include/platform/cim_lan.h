@@ -22,7 +22,9 @@ extern "C" {
 enum { CIM_MAX_LANS = 11 };
 
 /* LAN indices of the BMC, in order: the channels of medium 802.3 LAN, numbered from 1 (Get Channel Info;
- * IPMI 2.0, 22.24). `lanIndices` holds CIM_MAX_LANS. A BMC without a LAN is a success with a count of 0. */
+ * IPMI 2.0, 22.24). `lanIndices` holds CIM_MAX_LANS. A BMC without a LAN is a success with a count of 0. Both
+ * functions fail when the BMC does not tell of every channel whether it is one, because the indices behind it
+ * would be wrong. */
 int CIM_GetLANCount(IPMI20_SESSION_T* session, uint8_t* count, uint8_t* lanIndices, int timeout);
 /* IPMI channel of a LAN; an index that is not listed fails. */
 int CIM_GetChannelNum(IPMI20_SESSION_T* session, uint8_t lanIndex, uint8_t* channel, int timeout);

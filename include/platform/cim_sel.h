@@ -54,8 +54,8 @@ int CIM_GetNumOfSELEntries(IPMI20_SESSION_T* session, uint16_t* count, int timeo
 /* Reads the whole log, oldest record first. `count` tells how many entries the buffer has room for, and then
  * how many it holds. The list is consistent: records that were in the log when reading began, in their order,
  * possibly followed by some that came while it was read. When records are deleted meanwhile the log is read
- * again; when that goes on, or the BMC's chain of records has no end, the call fails. `timeout` bounds each
- * message here, because a log of 65,534 records takes as long as it takes. */
+ * again; when that goes on, or the BMC's chain of records has no end, the call fails. `timeout` bounds the
+ * reading of each record here, because a log of 65,534 records takes as long as it takes. */
 int CIM_GetSELRecords(IPMI20_SESSION_T* session, CIM_SELEntry* entries, uint16_t* count, int timeout);
 
 /* Reads the whole of one record, in parts from a BMC that cannot send it at once. Fails when there is no such
@@ -64,8 +64,8 @@ int CIM_GetSELEntry(IPMI20_SESSION_T* session, const CIM_SELEntryRequest* reques
                     int timeout);
 
 /* What a full log does: 1 it drops the oldest record, 0 it drops new events. IPMI has no command for it, the
- * reference platform an OEM one (30h, 60h). A BMC that does not know that is taken to do what the overflow
- * flag of Get SEL Info is there for: it drops new events. */
+ * reference platform an OEM one (30h, 60h; docs/oem-commands.md). A BMC without that is taken to do what the
+ * overflow flag of Get SEL Info is there for: it drops new events. */
 int CIM_GetSELPolicy(IPMI20_SESSION_T* session, uint8_t* policy, int timeout);
 
 /* Erases all records: Reserve SEL and Clear SEL (31.4, 31.9; 0Ah, 42h and 47h). Returns when the BMC says

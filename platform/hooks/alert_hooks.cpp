@@ -26,10 +26,10 @@ struct Address {
 
 Address readAddress(const LanParameters& bmc, std::uint8_t selector) {
     Address address;
-    bmc.read(parameter::destinationAddress, std::span(address.bytes).first(sizeof(CIM_LANDestinationAddress)),
-             selector);
+    bmc.readSet(parameter::destinationAddress, selector,
+                std::span(address.bytes).first(sizeof(CIM_LANDestinationAddress)));
     if (address.isIpv6())
-        bmc.read(parameter::destinationAddress, address.bytes, selector);
+        bmc.readSet(parameter::destinationAddress, selector, address.bytes);
     return address;
 }
 
@@ -45,15 +45,15 @@ CIM_LANDestinationAddress readIpv4(const LanParameters& bmc, std::uint8_t select
 
 int CIM_GetLANDestinationType_AddrTable(IPMI20_SESSION_T* session, CIM_LANDestinationType* types,
                                         CIM_LANDestinationAddress* addresses, uint8_t* count, uint8_t channel,
-                                        int /*timeout*/) {
+                                        int timeout) {
     return hooks::guarded(__func__, [&] {
         require(types != nullptr && addresses != nullptr && count != nullptr);
         constexpr std::uint8_t countMask = 0x0F;
-        const LanParameters bmc(hooks::transportOf(session), channel);
+        const LanParameters bmc(hooks::sessionOf(session, timeout), channel);
         const std::uint8_t destinations = bmc.readByte(parameter::destinationCount) & countMask;
         for (std::uint8_t selector = 1; selector <= destinations; ++selector) {
             std::uint8_t type[sizeof(CIM_LANDestinationType)];
-            const bool isPresent = bmc.readIfPresent(parameter::destinationType, type, selector);
+            const bool isPresent = bmc.readSetIfPresent(parameter::destinationType, selector, type);
             std::memcpy(&types[selector - 1], type, sizeof type);
             addresses[selector - 1] = isPresent ? readIpv4(bmc, selector) : CIM_LANDestinationAddress{};
         }
@@ -62,12 +62,11 @@ int CIM_GetLANDestinationType_AddrTable(IPMI20_SESSION_T* session, CIM_LANDestin
 }
 
 int CIM_SetLANDestinationType(IPMI20_SESSION_T* session, uint8_t channel, uint8_t selector, uint8_t type,
-                              int /*timeout*/) {
+                              int timeout) {
     return hooks::guarded(__func__, [&] {
-        const LanParameters bmc(hooks::transportOf(session), channel);
+        const LanParameters bmc(hooks::sessionOf(session, timeout), channel);
         std::uint8_t value[sizeof(CIM_LANDestinationType)];
-        bmc.read(parameter::destinationType, value, selector);
-        value[0] = selector;
+        bmc.readSet(parameter::destinationType, selector, value);
         value[1] = static_cast<std::uint8_t>((value[1] & ~lan::destinationTypeMask) |
                                              (type & lan::destinationTypeMask));
         bmc.write(parameter::destinationType, value);
@@ -75,22 +74,23 @@ int CIM_SetLANDestinationType(IPMI20_SESSION_T* session, uint8_t channel, uint8_
 }
 
 int CIM_SetLANDestinationAddress(IPMI20_SESSION_T* session, uint8_t channel, uint8_t selector, uint8_t format,
-                                 const uint8_t* address, int /*timeout*/) {
+                                 const uint8_t* address, int timeout) {
     return hooks::guarded(__func__, [&] {
         require(address != nullptr);
         std::uint8_t value[sizeof(CIM_LANDestinationAddress)] = {selector,
                                                                  static_cast<std::uint8_t>(format << 4)};
         std::copy_n(address, sizeof(CIM_LANDestinationAddress::address),
                     value + offsetof(CIM_LANDestinationAddress, address));
-        LanParameters(hooks::transportOf(session), channel).write(parameter::destinationAddress, value);
+        LanParameters(hooks::sessionOf(session, timeout), channel)
+            .write(parameter::destinationAddress, value);
     });
 }
 
 int CIM_GetLANDestinationV6Address(IPMI20_SESSION_T* session, uint8_t channel, uint8_t selector,
-                                   CIM_LANDestinationV6Address* address, int /*timeout*/) {
+                                   CIM_LANDestinationV6Address* address, int timeout) {
     return hooks::guarded(__func__, [&] {
         require(address != nullptr);
-        const Address read = readAddress({hooks::transportOf(session), channel}, selector);
+        const Address read = readAddress({hooks::sessionOf(session, timeout), channel}, selector);
         *address = {};
         if (read.isIpv6()) {
             address->isUsed = 1;
@@ -101,11 +101,11 @@ int CIM_GetLANDestinationV6Address(IPMI20_SESSION_T* session, uint8_t channel, u
 }
 
 int CIM_SetLANDestinationV6Address(IPMI20_SESSION_T* session, uint8_t channel, uint8_t selector,
-                                   uint8_t format, const uint8_t* address, int /*timeout*/) {
+                                   uint8_t format, const uint8_t* address, int timeout) {
     return hooks::guarded(__func__, [&] {
         require(address != nullptr);
         constexpr std::size_t size = sizeof(CIM_LANDestinationV6Address::address);
-        const LanParameters bmc(hooks::transportOf(session), channel);
+        const LanParameters bmc(hooks::sessionOf(session, timeout), channel);
         Address value;
         value.bytes[0] = selector;
         value.bytes[1] = static_cast<std::uint8_t>(format << 4);

@@ -12,37 +12,36 @@ enum class Control : std::uint8_t { // IPMI 2.0 table 28-4
     SoftShutdown = 5
 };
 
-// The session's transport bounds the exchange.
-int controlChassis(const char* hook, const IPMI20_SESSION_T* session, Control control) {
+int controlChassis(const char* hook, const IPMI20_SESSION_T* session, int timeout, Control control) {
     constexpr std::uint8_t chassisControl = 0x02;
     return hooks::guarded(hook, [&] {
-        ipmi::run(hooks::transportOf(session), ipmi::netFn::chassis, chassisControl,
+        ipmi::run(hooks::sessionOf(session, timeout), ipmi::netFn::chassis, chassisControl,
                   {static_cast<std::uint8_t>(control)});
     });
 }
 
 } // namespace
 
-int CIM_PowerUp(IPMI20_SESSION_T* session, int /*timeout*/) {
-    return controlChassis(__func__, session, Control::PowerUp);
+int CIM_PowerUp(IPMI20_SESSION_T* session, int timeout) {
+    return controlChassis(__func__, session, timeout, Control::PowerUp);
 }
 
-int CIM_PowerOff(IPMI20_SESSION_T* session, int /*timeout*/) {
-    return controlChassis(__func__, session, Control::PowerDown);
+int CIM_PowerOff(IPMI20_SESSION_T* session, int timeout) {
+    return controlChassis(__func__, session, timeout, Control::PowerDown);
 }
 
-int CIM_SoftOff(IPMI20_SESSION_T* session, int /*timeout*/) {
-    return controlChassis(__func__, session, Control::SoftShutdown);
+int CIM_SoftOff(IPMI20_SESSION_T* session, int timeout) {
+    return controlChassis(__func__, session, timeout, Control::SoftShutdown);
 }
 
-int CIM_PowerCycle(IPMI20_SESSION_T* session, int /*timeout*/) {
-    return controlChassis(__func__, session, Control::PowerCycle);
+int CIM_PowerCycle(IPMI20_SESSION_T* session, int timeout) {
+    return controlChassis(__func__, session, timeout, Control::PowerCycle);
 }
 
-int CIM_HardReset(IPMI20_SESSION_T* session, int /*timeout*/) {
-    return controlChassis(__func__, session, Control::HardReset);
+int CIM_HardReset(IPMI20_SESSION_T* session, int timeout) {
+    return controlChassis(__func__, session, timeout, Control::HardReset);
 }
 
-int CIM_DiagnosticInt(IPMI20_SESSION_T* session, int /*timeout*/) {
-    return controlChassis(__func__, session, Control::DiagnosticInterrupt);
+int CIM_DiagnosticInt(IPMI20_SESSION_T* session, int timeout) {
+    return controlChassis(__func__, session, timeout, Control::DiagnosticInterrupt);
 }

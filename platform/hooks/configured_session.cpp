@@ -3,6 +3,7 @@
 #include <platform/smash_db.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <stdexcept>
 
 namespace hooks {
@@ -11,11 +12,15 @@ namespace {
 struct Closer {
     void operator()(SMASH_DB_HANDLE handle) const { db_close(handle); }
 };
-struct Free {
-    void operator()(void* block) const { std::free(block); }
+struct WipeAndFree { // the password does not outlive its use
+    void operator()(IPMISessionInfo* info) const {
+        explicit_bzero(info->password, sizeof info->password);
+        std::free(info);
+    }
 };
+using SessionInfo = std::unique_ptr<IPMISessionInfo, WipeAndFree>;
 
-std::unique_ptr<IPMISessionInfo, Free> readSessionInfo() {
+SessionInfo readSessionInfo() {
     SMASH_DB_HANDLE handle = nullptr;
     if (db_init(&handle) != 0)
         throw std::runtime_error(db_last_error());
@@ -23,7 +28,7 @@ std::unique_ptr<IPMISessionInfo, Free> readSessionInfo() {
     IPMISessionInfo* info = nullptr;
     if (db_get_ipmi_session_info(handle, &info) != 0)
         throw std::runtime_error(db_last_error());
-    return std::unique_ptr<IPMISessionInfo, Free>(info);
+    return SessionInfo(info);
 }
 
 int number(const char* text) {

@@ -34,7 +34,7 @@ constexpr std::size_t addressSetSize = 20;
 
 std::optional<AddressSet> readAddress(const LanParameters& bmc, std::uint8_t number, std::uint8_t selector) {
     std::array<std::uint8_t, addressSetSize> bytes;
-    if (!bmc.readIfPresent(number, bytes, selector))
+    if (!bmc.readSetIfPresent(number, selector, bytes))
         return std::nullopt;
     ipmi::Reader reader(bytes);
     AddressSet set;
@@ -62,10 +62,10 @@ void writeStaticAddress(const LanParameters& bmc, const AddressSet& set) {
 
 // Reads static address 0, lets `change` edit it and writes it back.
 template <class Change>
-int changeStaticAddress(const char* hook, const IPMI20_SESSION_T* session, std::uint8_t channel,
+int changeStaticAddress(const char* hook, const IPMI20_SESSION_T* session, int timeout, std::uint8_t channel,
                         Change change) {
     return hooks::guarded(hook, [&] {
-        const LanParameters bmc(hooks::transportOf(session), channel);
+        const LanParameters bmc(hooks::sessionOf(session, timeout), channel);
         AddressSet set = readStaticAddress(bmc);
         change(set);
         writeStaticAddress(bmc, set);
@@ -81,6 +81,8 @@ void append(CIM_IPv6Addresses& list, const AddressSet& set) {
 
 void appendActive(CIM_IPv6Addresses& list, const LanParameters& bmc, std::uint8_t number,
                   std::uint8_t count) {
+    // A count that is no more than a claim must not cost a message each.
+    count = std::min<std::uint8_t>(count, CIM_MAX_IPV6_ADDRESSES);
     for (std::uint8_t selector = 0; selector < count && list.count < CIM_MAX_IPV6_ADDRESSES; ++selector) {
         const auto set = readAddress(bmc, number, selector);
         const bool isUsed = set && (number == parameter::ipv6DynamicAddresses || set->isEnabled());
@@ -97,10 +99,10 @@ void requireAddress(const void* address) {
 } // namespace
 
 int CIM_GetIPv6NetworkCfg(IPMI20_SESSION_T* session, CIM_IPv6NetworkCfg* configuration, uint8_t channel,
-                          int /*timeout*/) {
+                          int timeout) {
     return hooks::guarded(__func__, [&] {
         requireAddress(configuration);
-        const LanParameters bmc(hooks::transportOf(session), channel);
+        const LanParameters bmc(hooks::sessionOf(session, timeout), channel);
         const auto stored = readAddress(bmc, parameter::ipv6StaticAddresses, 0);
         if (!stored)
             bmc.readByte(parameter::ipv6Enables); // which every BMC with IPv6 has
@@ -117,11 +119,11 @@ int CIM_GetIPv6NetworkCfg(IPMI20_SESSION_T* session, CIM_IPv6NetworkCfg* configu
 }
 
 int CIM_GetAllIPv6Addresses(IPMI20_SESSION_T* session, CIM_IPv6Addresses* addresses, uint8_t channel,
-                            int /*timeout*/) {
+                            int timeout) {
     return hooks::guarded(__func__, [&] {
         requireAddress(addresses);
         addresses->count = 0;
-        const LanParameters bmc(hooks::transportOf(session), channel);
+        const LanParameters bmc(hooks::sessionOf(session, timeout), channel);
         std::uint8_t enables = lan::ipv6Disabled;
         std::uint8_t status[3] = {}; // greatest number of static and of dynamic addresses, ways to get those
         bmc.readIfPresent(parameter::ipv6Enables, std::span(&enables, 1));
@@ -132,12 +134,12 @@ int CIM_GetAllIPv6Addresses(IPMI20_SESSION_T* session, CIM_IPv6Addresses* addres
     });
 }
 
-int CIM_SetIPv6Source(IPMI20_SESSION_T* session, uint8_t source, uint8_t channel, int /*timeout*/) {
+int CIM_SetIPv6Source(IPMI20_SESSION_T* session, uint8_t source, uint8_t channel, int timeout) {
     return hooks::guarded(__func__, [&] {
         if (source != CIM_ADDRESS_SOURCE_STATIC && source != CIM_ADDRESS_SOURCE_DYNAMIC)
             throw std::invalid_argument("IPv6 address source " + std::to_string(source) + " is unknown");
         const bool isStatic = source == CIM_ADDRESS_SOURCE_STATIC;
-        const LanParameters bmc(hooks::transportOf(session), channel);
+        const LanParameters bmc(hooks::sessionOf(session, timeout), channel);
         auto set = readAddress(bmc, parameter::ipv6StaticAddresses, 0);
         if (isStatic && !set)
             throw std::runtime_error(noStaticAddress);
@@ -151,16 +153,16 @@ int CIM_SetIPv6Source(IPMI20_SESSION_T* session, uint8_t source, uint8_t channel
     });
 }
 
-int CIM_SetIPv6Address(IPMI20_SESSION_T* session, const uint8_t* address, uint8_t channel, int /*timeout*/) {
-    return changeStaticAddress(__func__, session, channel, [&](AddressSet& set) {
+int CIM_SetIPv6Address(IPMI20_SESSION_T* session, const uint8_t* address, uint8_t channel, int timeout) {
+    return changeStaticAddress(__func__, session, timeout, channel, [&](AddressSet& set) {
         requireAddress(address);
         set.source = lan::addressEnabled;
         std::copy_n(address, addressSize, set.address.begin());
     });
 }
 
-int CIM_SetIPv6Prefix(IPMI20_SESSION_T* session, uint8_t prefixLength, uint8_t channel, int /*timeout*/) {
-    return changeStaticAddress(__func__, session, channel, [&](AddressSet& set) {
+int CIM_SetIPv6Prefix(IPMI20_SESSION_T* session, uint8_t prefixLength, uint8_t channel, int timeout) {
+    return changeStaticAddress(__func__, session, timeout, channel, [&](AddressSet& set) {
         if (prefixLength > longestPrefix)
             throw std::invalid_argument("IPv6 prefix length " + std::to_string(prefixLength) +
                                         " is too long");
@@ -168,10 +170,10 @@ int CIM_SetIPv6Prefix(IPMI20_SESSION_T* session, uint8_t prefixLength, uint8_t c
     });
 }
 
-int CIM_SetIPv6Gateway(IPMI20_SESSION_T* session, const uint8_t* gateway, uint8_t channel, int /*timeout*/) {
+int CIM_SetIPv6Gateway(IPMI20_SESSION_T* session, const uint8_t* gateway, uint8_t channel, int timeout) {
     return hooks::guarded(__func__, [&] {
         requireAddress(gateway);
-        LanParameters(hooks::transportOf(session), channel)
+        LanParameters(hooks::sessionOf(session, timeout), channel)
             .write(parameter::ipv6StaticRouter1, std::span(gateway, addressSize));
     });
 }

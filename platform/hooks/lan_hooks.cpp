@@ -19,59 +19,60 @@ void require(bool isGiven) {
         throw std::invalid_argument("no place for the answer given");
 }
 
-int readMac(const char* hook, const IPMI20_SESSION_T* session, std::uint8_t* mac, std::uint8_t channel) {
+int readMac(const char* hook, const IPMI20_SESSION_T* session, int timeout, std::uint8_t* mac,
+            std::uint8_t channel) {
     return hooks::guarded(hook, [&] {
         require(mac != nullptr);
-        LanParameters(hooks::transportOf(session), channel)
+        LanParameters(hooks::sessionOf(session, timeout), channel)
             .read(parameter::macAddress, std::span(mac, macSize));
     });
 }
 
-int writeIpv4(const char* hook, const IPMI20_SESSION_T* session, std::uint8_t channel, std::uint8_t number,
-              const std::uint8_t* address) {
+int writeIpv4(const char* hook, const IPMI20_SESSION_T* session, int timeout, std::uint8_t channel,
+              std::uint8_t number, const std::uint8_t* address) {
     return hooks::guarded(hook, [&] {
         if (address == nullptr)
             throw std::invalid_argument("no address given");
-        LanParameters(hooks::transportOf(session), channel).write(number, std::span(address, ipv4Size));
+        LanParameters(hooks::sessionOf(session, timeout), channel)
+            .write(number, std::span(address, ipv4Size));
     });
 }
 
 } // namespace
 
-int CIM_GetLANCount(IPMI20_SESSION_T* session, uint8_t* count, uint8_t* lanIndices, int /*timeout*/) {
+int CIM_GetLANCount(IPMI20_SESSION_T* session, uint8_t* count, uint8_t* lanIndices, int timeout) {
     return hooks::guarded(__func__, [&] {
         require(count != nullptr && lanIndices != nullptr);
-        auto& bmc = hooks::transportOf(session);
-        const auto channels = hooks::lanChannels(bmc);
-        *count = static_cast<uint8_t>(channels.size());
+        auto& bmc = hooks::sessionOf(session, timeout);
+        *count = static_cast<uint8_t>(bmc.lanChannels().size());
         for (std::uint8_t i = 0; i < *count; ++i)
             lanIndices[i] = static_cast<uint8_t>(i + 1);
     });
 }
 
-int CIM_GetChannelNum(IPMI20_SESSION_T* session, uint8_t lanIndex, uint8_t* channel, int /*timeout*/) {
+int CIM_GetChannelNum(IPMI20_SESSION_T* session, uint8_t lanIndex, uint8_t* channel, int timeout) {
     return hooks::guarded(__func__, [&] {
         require(channel != nullptr);
-        const auto channels = hooks::lanChannels(hooks::transportOf(session), lanIndex);
+        const auto& channels = hooks::sessionOf(session, timeout).lanChannels();
         if (lanIndex == 0 || channels.size() < lanIndex)
             throw std::out_of_range("the BMC has no LAN " + std::to_string(lanIndex));
-        *channel = channels.back();
+        *channel = channels[lanIndex - 1U];
     });
 }
 
-int CIM_Get_MACAddress(IPMI20_SESSION_T* session, uint8_t* mac, uint8_t channel, int /*timeout*/) {
-    return readMac(__func__, session, mac, channel);
+int CIM_Get_MACAddress(IPMI20_SESSION_T* session, uint8_t* mac, uint8_t channel, int timeout) {
+    return readMac(__func__, session, timeout, mac, channel);
 }
 
-int LIBIPMI_HL_GetMACAddress(IPMI20_SESSION_T* session, uint8_t* mac, uint8_t channel, int /*timeout*/) {
-    return readMac(__func__, session, mac, channel);
+int LIBIPMI_HL_GetMACAddress(IPMI20_SESSION_T* session, uint8_t* mac, uint8_t channel, int timeout) {
+    return readMac(__func__, session, timeout, mac, channel);
 }
 
 int CIM_GetVlanStatus(IPMI20_SESSION_T* session, uint8_t* enabled, uint16_t* vlanId, uint8_t* priority,
-                      uint8_t channel, int /*timeout*/) {
+                      uint8_t channel, int timeout) {
     return hooks::guarded(__func__, [&] {
         require(enabled != nullptr && vlanId != nullptr && priority != nullptr);
-        const LanParameters lan(hooks::transportOf(session), channel);
+        const LanParameters lan(hooks::sessionOf(session, timeout), channel);
         std::uint8_t id[2] = {}; // 12 bits, and bit 15: enabled
         lan.readIfPresent(parameter::vlanId, id);
         lan.readIfPresent(parameter::vlanPriority, std::span(priority, 1));
@@ -82,10 +83,10 @@ int CIM_GetVlanStatus(IPMI20_SESSION_T* session, uint8_t* enabled, uint16_t* vla
 }
 
 int CIM_GetIPv4NetworkCfg(IPMI20_SESSION_T* session, CIM_IPv4NetworkCfg* configuration, uint8_t channel,
-                          int /*timeout*/) {
+                          int timeout) {
     return hooks::guarded(__func__, [&] {
         require(configuration != nullptr);
-        const LanParameters lan(hooks::transportOf(session), channel);
+        const LanParameters lan(hooks::sessionOf(session, timeout), channel);
         configuration->source = lan.readByte(parameter::ipv4Source) & 0x0F;
         lan.read(parameter::ipv4Address, configuration->address);
         lan.read(parameter::subnetMask, configuration->netmask);
@@ -93,20 +94,20 @@ int CIM_GetIPv4NetworkCfg(IPMI20_SESSION_T* session, CIM_IPv4NetworkCfg* configu
     });
 }
 
-int CIM_SetIPv4Source(IPMI20_SESSION_T* session, uint8_t source, uint8_t channel, int /*timeout*/) {
+int CIM_SetIPv4Source(IPMI20_SESSION_T* session, uint8_t source, uint8_t channel, int timeout) {
     return hooks::guarded(__func__, [&] {
-        LanParameters(hooks::transportOf(session), channel).writeByte(parameter::ipv4Source, source);
+        LanParameters(hooks::sessionOf(session, timeout), channel).writeByte(parameter::ipv4Source, source);
     });
 }
 
-int CIM_SetIPv4Address(IPMI20_SESSION_T* session, const uint8_t* address, uint8_t channel, int /*timeout*/) {
-    return writeIpv4(__func__, session, channel, parameter::ipv4Address, address);
+int CIM_SetIPv4Address(IPMI20_SESSION_T* session, const uint8_t* address, uint8_t channel, int timeout) {
+    return writeIpv4(__func__, session, timeout, channel, parameter::ipv4Address, address);
 }
 
-int CIM_SetIPv4NetMask(IPMI20_SESSION_T* session, const uint8_t* netmask, uint8_t channel, int /*timeout*/) {
-    return writeIpv4(__func__, session, channel, parameter::subnetMask, netmask);
+int CIM_SetIPv4NetMask(IPMI20_SESSION_T* session, const uint8_t* netmask, uint8_t channel, int timeout) {
+    return writeIpv4(__func__, session, timeout, channel, parameter::subnetMask, netmask);
 }
 
-int CIM_SetIPv4Gateway(IPMI20_SESSION_T* session, const uint8_t* gateway, uint8_t channel, int /*timeout*/) {
-    return writeIpv4(__func__, session, channel, parameter::defaultGateway, gateway);
+int CIM_SetIPv4Gateway(IPMI20_SESSION_T* session, const uint8_t* gateway, uint8_t channel, int timeout) {
+    return writeIpv4(__func__, session, timeout, channel, parameter::defaultGateway, gateway);
 }

@@ -1,28 +1,34 @@
 #include "hooks/lan_parameters.h"
 
+#include <stdexcept>
+#include <string>
+
 namespace hooks {
 namespace {
 
 namespace completion = ipmi::completion;
 
-// BMCs differ in how they refuse a parameter or a set that they do not have.
-bool meansAbsent(std::uint8_t code) {
-    return code == ipmi::lan::parameterNotSupported || code == completion::parameterOutOfRange ||
-           code == completion::notPresent || code == completion::invalidDataField;
+[[noreturn]] void refuseSet(std::uint8_t parameter, std::uint8_t asked, std::uint8_t answered) {
+    throw std::runtime_error("the BMC answered set " + std::to_string(asked) + " of LAN parameter " +
+                             std::to_string(parameter) + " with set " + std::to_string(answered));
 }
 
-bool isLan(ipmi::Transport& bmc, std::uint8_t channel) {
-    const auto answer =
-        ipmi::ask(bmc, ipmi::netFn::app, ipmi::channel::getInfo, std::span<const std::uint8_t>(&channel, 1));
-    auto reader = answer.reader();
-    reader.skip(1); // the channel again
-    const std::uint8_t medium = reader.u8() & 0x7F;
-    return answer.code() == completion::success && reader.ok() && medium == ipmi::channel::mediumLan;
+template <class Read>
+bool ifPresent(std::span<std::uint8_t> bytes, Read read) {
+    try {
+        read();
+        return true;
+    } catch (const ipmi::CompletionCodeError& error) {
+        if (error.code != ipmi::lan::parameterNotSupported && !completion::meansAbsent(error.code))
+            throw;
+        std::ranges::fill(bytes, std::uint8_t{0});
+        return false;
+    }
 }
 
 } // namespace
 
-void LanParameters::read(std::uint8_t parameter, std::span<std::uint8_t> bytes, std::uint8_t set) const {
+void LanParameters::get(std::uint8_t parameter, std::uint8_t set, std::span<std::uint8_t> bytes) const {
     const auto answer =
         ipmi::run(bmc_, ipmi::netFn::transport, ipmi::lan::getParameters, {channel_, parameter, set, 0});
     auto reader = answer.reader();
@@ -32,17 +38,29 @@ void LanParameters::read(std::uint8_t parameter, std::span<std::uint8_t> bytes, 
     std::ranges::copy(value, bytes.begin());
 }
 
-bool LanParameters::readIfPresent(std::uint8_t parameter, std::span<std::uint8_t> bytes,
-                                  std::uint8_t set) const {
-    try {
-        read(parameter, bytes, set);
+void LanParameters::read(std::uint8_t parameter, std::span<std::uint8_t> bytes) const {
+    get(parameter, 0, bytes);
+}
+
+void LanParameters::readSet(std::uint8_t parameter, std::uint8_t set, std::span<std::uint8_t> bytes) const {
+    get(parameter, set, bytes);
+    if (bytes[0] != set)
+        refuseSet(parameter, set, bytes[0]);
+}
+
+bool LanParameters::readIfPresent(std::uint8_t parameter, std::span<std::uint8_t> bytes) const {
+    return ifPresent(bytes, [&] { read(parameter, bytes); });
+}
+
+bool LanParameters::readSetIfPresent(std::uint8_t parameter, std::uint8_t set,
+                                     std::span<std::uint8_t> bytes) const {
+    const bool isPresent = ifPresent(bytes, [&] { get(parameter, set, bytes); });
+    if (isPresent && bytes[0] == set)
         return true;
-    } catch (const ipmi::CompletionCodeError& error) {
-        if (!meansAbsent(error.code))
-            throw;
-        std::ranges::fill(bytes, std::uint8_t{0});
-        return false;
-    }
+    if (isPresent && bytes[0] != 0)
+        refuseSet(parameter, set, bytes[0]);
+    std::ranges::fill(bytes, std::uint8_t{0});
+    return false;
 }
 
 std::uint8_t LanParameters::readByte(std::uint8_t parameter) const {
@@ -60,14 +78,6 @@ void LanParameters::write(std::uint8_t parameter, std::span<const std::uint8_t> 
 
 void LanParameters::writeByte(std::uint8_t parameter, std::uint8_t value) const {
     write(parameter, std::span<const std::uint8_t>(&value, 1));
-}
-
-std::vector<std::uint8_t> lanChannels(ipmi::Transport& bmc, std::size_t limit) {
-    std::vector<std::uint8_t> channels;
-    for (std::uint8_t channel = 1; channel <= ipmi::channel::last && channels.size() < limit; ++channel)
-        if (isLan(bmc, channel))
-            channels.push_back(channel);
-    return channels;
 }
 
 } // namespace hooks

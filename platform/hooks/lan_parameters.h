@@ -4,8 +4,6 @@
 #include "ipmi/command.h"
 #include "ipmi/lan_configuration.h"
 
-#include <vector>
-
 namespace hooks {
 
 class LanParameters {
@@ -14,9 +12,13 @@ public:
 
     // Fills `bytes` with what follows the parameter's revision in the answer. Throws what ipmi::run does, and
     // for a shorter answer.
-    void read(std::uint8_t parameter, std::span<std::uint8_t> bytes, std::uint8_t set = 0) const;
-    // The same; false, and zeros, for a parameter or a set that the BMC does not have.
-    bool readIfPresent(std::uint8_t parameter, std::span<std::uint8_t> bytes, std::uint8_t set = 0) const;
+    void read(std::uint8_t parameter, std::span<std::uint8_t> bytes) const;
+    // The same; false, and zeros, for a parameter that the BMC does not have.
+    bool readIfPresent(std::uint8_t parameter, std::span<std::uint8_t> bytes) const;
+    // Of parameters with sets, whose first byte is the set's selector. An answer with another set throws too,
+    // but for 0, which marks a set that is not used.
+    void readSet(std::uint8_t parameter, std::uint8_t set, std::span<std::uint8_t> bytes) const;
+    bool readSetIfPresent(std::uint8_t parameter, std::uint8_t set, std::span<std::uint8_t> bytes) const;
     std::uint8_t readByte(std::uint8_t parameter) const;
 
     // One command writes a parameter whole, so none of the BMC's transactions (parameter 0) is opened. A
@@ -26,11 +28,10 @@ public:
     void writeByte(std::uint8_t parameter, std::uint8_t value) const;
 
 private:
+    void get(std::uint8_t parameter, std::uint8_t set, std::span<std::uint8_t> bytes) const;
+
     ipmi::Transport& bmc_;
     std::uint8_t channel_;
 };
-
-// The channels of medium 802.3 LAN in order; with `limit` only so many of them. The nth has LAN index n.
-std::vector<std::uint8_t> lanChannels(ipmi::Transport& bmc, std::size_t limit = ipmi::channel::last);
 
 } // namespace hooks

@@ -1,6 +1,5 @@
 // Alerts by e-mail: OEM commands (docs/oem-commands.md, "Mail").
-#include "hooks/session.h"
-#include "ipmi/command.h"
+#include "hooks/oem.h"
 #include "ipmi/oem_commands.h"
 
 #include <algorithm>
@@ -11,6 +10,7 @@
 
 namespace {
 
+using hooks::Session;
 namespace oem = ipmi::oem;
 
 enum Server : std::uint8_t { primary, secondary };
@@ -21,14 +21,14 @@ void require(bool isGiven) {
 }
 
 // `text` holds the text's size, and one byte more unless `isTerminated` is false.
-void readText(ipmi::Transport& bmc, oem::MailText which, std::uint8_t owner, std::uint8_t part, char* text,
+void readText(Session& bmc, oem::MailText which, std::uint8_t owner, std::uint8_t part, char* text,
               bool isTerminated = true) {
     const std::size_t size = oem::mailTextSizes[which];
     std::fill_n(text, size + (isTerminated ? 1 : 0), '\0');
     for (std::size_t start = 0; start < size; start += oem::mailBlockSize) {
         const auto answer =
-            ipmi::run(bmc, ipmi::netFn::oem, oem::getMailText,
-                      {which, owner, part, static_cast<std::uint8_t>(start / oem::mailBlockSize)});
+            hooks::runOem(bmc, oem::getMailText,
+                          {which, owner, part, static_cast<std::uint8_t>(start / oem::mailBlockSize)});
         auto reader = answer.reader();
         const auto block = reader.bytes(oem::mailBlockSize);
         answer.verify(reader);
@@ -40,15 +40,14 @@ void readText(ipmi::Transport& bmc, oem::MailText which, std::uint8_t owner, std
 }
 
 // The BMC takes the text when the block with its end is there.
-void writeText(ipmi::Transport& bmc, oem::MailText which, std::uint8_t owner, std::uint8_t part,
-               const char* text) {
+void writeText(Session& bmc, oem::MailText which, std::uint8_t owner, std::uint8_t part, const char* text) {
     const std::size_t size = oem::mailTextSizes[which];
     const std::size_t length = strnlen(text, size);
     for (std::size_t start = 0; start < size && start <= length; start += oem::mailBlockSize) {
         std::uint8_t request[4 + oem::mailBlockSize] = {
             which, owner, part, static_cast<std::uint8_t>(start / oem::mailBlockSize)};
         std::memcpy(request + 4, text + start, std::min(length - start, oem::mailBlockSize));
-        ipmi::run(bmc, ipmi::netFn::oem, oem::setMailText, request);
+        hooks::runOem(bmc, oem::setMailText, request);
     }
 }
 
@@ -58,8 +57,8 @@ struct ServerSettings {
     std::uint8_t ipv4[4], ipv6[16];
 };
 
-ServerSettings readServer(ipmi::Transport& bmc, std::uint8_t channel, Server server) {
-    const auto answer = ipmi::run(bmc, ipmi::netFn::oem, oem::getMailServer, {channel, server});
+ServerSettings readServer(Session& bmc, std::uint8_t channel, Server server) {
+    const auto answer = hooks::runOem(bmc, oem::getMailServer, {channel, server});
     auto reader = answer.reader();
     ServerSettings settings{};
     settings.isEnabled = reader.u8();
@@ -72,7 +71,7 @@ ServerSettings readServer(ipmi::Transport& bmc, std::uint8_t channel, Server ser
 }
 
 // On failure no part of the record stays with the caller.
-void readInfo(ipmi::Transport& bmc, std::uint8_t channel, Server server, CIM_SMTPInfo& info) {
+void readInfo(Session& bmc, std::uint8_t channel, Server server, CIM_SMTPInfo& info) {
     struct Record : CIM_SMTPInfo {
         ~Record() { explicit_bzero(static_cast<CIM_SMTPInfo*>(this), sizeof(CIM_SMTPInfo)); }
     } record{};
@@ -88,27 +87,27 @@ void readInfo(ipmi::Transport& bmc, std::uint8_t channel, Server server, CIM_SMT
 }
 
 int getInfo(const char* hook, const IPMI20_SESSION_T* session, CIM_SMTPInfo* info, std::uint8_t channel,
-            Server server) {
+            Server server, int timeout) {
     return hooks::guarded(hook, [&] {
         require(info != nullptr);
-        readInfo(hooks::transportOf(session), channel, server, *info);
+        readInfo(hooks::sessionOf(session, timeout), channel, server, *info);
     });
 }
 
 int getIpv4(const char* hook, const IPMI20_SESSION_T* session, char* address, std::uint8_t channel,
-            Server server) {
+            Server server, int timeout) {
     return hooks::guarded(hook, [&] {
         require(address != nullptr);
-        const ServerSettings settings = readServer(hooks::transportOf(session), channel, server);
+        const ServerSettings settings = readServer(hooks::sessionOf(session, timeout), channel, server);
         inet_ntop(AF_INET, settings.ipv4, address, CIM_SMTP_ADDRESS_SIZE);
     });
 }
 
 int getIpv6(const char* hook, const IPMI20_SESSION_T* session, std::uint8_t* address, std::uint8_t channel,
-            Server server) {
+            Server server, int timeout) {
     return hooks::guarded(hook, [&] {
         require(address != nullptr);
-        const ServerSettings settings = readServer(hooks::transportOf(session), channel, server);
+        const ServerSettings settings = readServer(hooks::sessionOf(session, timeout), channel, server);
         std::ranges::copy(settings.ipv6, address);
     });
 }
@@ -116,11 +115,11 @@ int getIpv6(const char* hook, const IPMI20_SESSION_T* session, std::uint8_t* add
 } // namespace
 
 int CIM_TRZGetEmailDest(IPMI20_SESSION_T* session, uint8_t selector, uint8_t* userId, char* subject,
-                        char* message, uint8_t channel, int /*timeout*/) {
+                        char* message, uint8_t channel, int timeout) {
     return hooks::guarded(__func__, [&] {
         require(userId != nullptr && subject != nullptr && message != nullptr);
-        auto& bmc = hooks::transportOf(session);
-        const auto answer = ipmi::run(bmc, ipmi::netFn::oem, oem::getMailDestination, {channel, selector});
+        auto& bmc = hooks::sessionOf(session, timeout);
+        const auto answer = hooks::runOem(bmc, oem::getMailDestination, {channel, selector});
         auto reader = answer.reader();
         *userId = reader.u8();
         answer.verify(reader);
@@ -130,45 +129,43 @@ int CIM_TRZGetEmailDest(IPMI20_SESSION_T* session, uint8_t selector, uint8_t* us
 }
 
 int CIM_TRZSetEmailDest(IPMI20_SESSION_T* session, uint8_t selector, uint8_t userId, const char* subject,
-                        const char* message, uint8_t channel, int /*timeout*/) {
+                        const char* message, uint8_t channel, int timeout) {
     return hooks::guarded(__func__, [&] {
         require(subject != nullptr && message != nullptr);
-        auto& bmc = hooks::transportOf(session);
+        auto& bmc = hooks::sessionOf(session, timeout);
         writeText(bmc, oem::mailSubject, channel, selector, subject);
         writeText(bmc, oem::mailMessage, channel, selector, message);
-        ipmi::run(bmc, ipmi::netFn::oem, oem::setMailDestination, {channel, selector, userId});
+        hooks::runOem(bmc, oem::setMailDestination, {channel, selector, userId});
     });
 }
 
-int CIM_TRZGetUserEmail(IPMI20_SESSION_T* session, uint8_t userId, char* address, int /*timeout*/) {
+int CIM_TRZGetUserEmail(IPMI20_SESSION_T* session, uint8_t userId, char* address, int timeout) {
     return hooks::guarded(__func__, [&] {
         require(address != nullptr);
-        readText(hooks::transportOf(session), oem::userAddress, userId, 0, address);
+        readText(hooks::sessionOf(session, timeout), oem::userAddress, userId, 0, address);
     });
 }
 
-int CIM_TRZGetSMTPInfo(IPMI20_SESSION_T* session, CIM_SMTPInfo* info, uint8_t channel, int /*timeout*/) {
-    return getInfo(__func__, session, info, channel, primary);
+int CIM_TRZGetSMTPInfo(IPMI20_SESSION_T* session, CIM_SMTPInfo* info, uint8_t channel, int timeout) {
+    return getInfo(__func__, session, info, channel, primary, timeout);
 }
 
-int CIM_TRZGetSMTPServerInfo(IPMI20_SESSION_T* session, char* address, uint8_t channel, int /*timeout*/) {
-    return getIpv4(__func__, session, address, channel, primary);
+int CIM_TRZGetSMTPServerInfo(IPMI20_SESSION_T* session, char* address, uint8_t channel, int timeout) {
+    return getIpv4(__func__, session, address, channel, primary, timeout);
 }
 
-int CIM_TRZGetSMTPServerInfoIPv6(IPMI20_SESSION_T* session, uint8_t* address, uint8_t channel,
-                                 int /*timeout*/) {
-    return getIpv6(__func__, session, address, channel, primary);
+int CIM_TRZGetSMTPServerInfoIPv6(IPMI20_SESSION_T* session, uint8_t* address, uint8_t channel, int timeout) {
+    return getIpv6(__func__, session, address, channel, primary, timeout);
 }
 
-int CIM_TRZGetSMTP2Info(IPMI20_SESSION_T* session, CIM_SMTPInfo* info, uint8_t channel, int /*timeout*/) {
-    return getInfo(__func__, session, info, channel, secondary);
+int CIM_TRZGetSMTP2Info(IPMI20_SESSION_T* session, CIM_SMTPInfo* info, uint8_t channel, int timeout) {
+    return getInfo(__func__, session, info, channel, secondary, timeout);
 }
 
-int CIM_TRZGetSMTPServer2Info(IPMI20_SESSION_T* session, char* address, uint8_t channel, int /*timeout*/) {
-    return getIpv4(__func__, session, address, channel, secondary);
+int CIM_TRZGetSMTPServer2Info(IPMI20_SESSION_T* session, char* address, uint8_t channel, int timeout) {
+    return getIpv4(__func__, session, address, channel, secondary, timeout);
 }
 
-int CIM_TRZGetSMTPServer2InfoIPv6(IPMI20_SESSION_T* session, uint8_t* address, uint8_t channel,
-                                  int /*timeout*/) {
-    return getIpv6(__func__, session, address, channel, secondary);
+int CIM_TRZGetSMTPServer2InfoIPv6(IPMI20_SESSION_T* session, uint8_t* address, uint8_t channel, int timeout) {
+    return getIpv6(__func__, session, address, channel, secondary, timeout);
 }

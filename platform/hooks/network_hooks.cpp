@@ -1,11 +1,9 @@
 // Interfaces, bonding, PHY and Ethernet settings: OEM commands (docs/oem-commands.md).
 #include "hooks/configured_session.h"
-#include "hooks/session.h"
-#include "ipmi/command.h"
+#include "hooks/oem.h"
 #include "ipmi/oem_commands.h"
 
 #include <cstdio>
-#include <optional>
 #include <stdexcept>
 
 // Layouts shared with the library.
@@ -20,18 +18,7 @@ using ipmi::Answer;
 namespace oem = ipmi::oem;
 
 constexpr std::size_t longestName = 16;
-
-// Nothing where the BMC does not know the command.
-std::optional<Answer> askIfKnown(ipmi::Transport& bmc, std::uint8_t command,
-                                 std::initializer_list<std::uint8_t> request) {
-    const auto answer = ipmi::ask(bmc, ipmi::netFn::oem, command,
-                                  std::span<const std::uint8_t>(request.begin(), request.size()));
-    if (answer.code() == ipmi::completion::invalidCommand)
-        return std::nullopt;
-    if (answer.code() != ipmi::completion::success)
-        throw ipmi::CompletionCodeError(ipmi::netFn::oem, command, answer.code());
-    return answer;
-}
+constexpr int configuredTimeout = 30; // seconds, of the call that is not told how long it may take
 
 void require(bool isGiven) {
     if (!isGiven)
@@ -45,12 +32,13 @@ bool isName(std::span<const std::uint8_t> bytes) {
     });
 }
 
-int readLanEnable(const char* hook, const IPMI20_SESSION_T* session, std::uint8_t lanIndex,
+int readLanEnable(const char* hook, const IPMI20_SESSION_T* session, int timeout, std::uint8_t lanIndex,
                   std::uint8_t* enable) {
     return hooks::guarded(hook, [&] {
         require(enable != nullptr);
         *enable = CIM_LAN_BOTH;
-        if (const auto answer = askIfKnown(hooks::transportOf(session), oem::getLanEnable, {lanIndex})) {
+        if (const auto answer =
+                hooks::askOem(hooks::sessionOf(session, timeout), oem::getLanEnable, {lanIndex})) {
             auto reader = answer->reader();
             *enable = reader.u8();
             answer->verify(reader);
@@ -77,11 +65,12 @@ Bond decodeBond(const Answer& answer) {
 
 } // namespace
 
-int CIM_GetLANIndex(IPMI20_SESSION_T* session, uint8_t lanIndex, char* name, int /*timeout*/) {
+int CIM_GetLANIndex(IPMI20_SESSION_T* session, uint8_t lanIndex, char* name, int timeout) {
     return hooks::guarded(__func__, [&] {
         require(name != nullptr);
         std::snprintf(name, CIM_INTERFACE_NAME_SIZE, "eth%d", lanIndex - 1);
-        if (const auto answer = askIfKnown(hooks::transportOf(session), oem::getInterfaceName, {lanIndex})) {
+        if (const auto answer =
+                hooks::askOem(hooks::sessionOf(session, timeout), oem::getInterfaceName, {lanIndex})) {
             if (!isName(answer->data()))
                 throw std::runtime_error("the BMC's name of LAN " + std::to_string(lanIndex) +
                                          " is no interface name");
@@ -90,40 +79,40 @@ int CIM_GetLANIndex(IPMI20_SESSION_T* session, uint8_t lanIndex, char* name, int
     });
 }
 
-int CIM_GetLANEnable(IPMI20_SESSION_T* session, uint8_t lanIndex, uint8_t* enable, int /*timeout*/) {
-    return readLanEnable(__func__, session, lanIndex, enable);
+int CIM_GetLANEnable(IPMI20_SESSION_T* session, uint8_t lanIndex, uint8_t* enable, int timeout) {
+    return readLanEnable(__func__, session, timeout, lanIndex, enable);
 }
 
-int LIBIPMI_HL_GetLANEnable(IPMI20_SESSION_T* session, uint8_t lanIndex, uint8_t* enable, int /*timeout*/) {
-    return readLanEnable(__func__, session, lanIndex, enable);
+int LIBIPMI_HL_GetLANEnable(IPMI20_SESSION_T* session, uint8_t lanIndex, uint8_t* enable, int timeout) {
+    return readLanEnable(__func__, session, timeout, lanIndex, enable);
 }
 
-int CIM_SetLANEnable(IPMI20_SESSION_T* session, uint8_t lanIndex, uint8_t enable, int /*timeout*/) {
+int CIM_SetLANEnable(IPMI20_SESSION_T* session, uint8_t lanIndex, uint8_t enable, int timeout) {
     return hooks::guarded(__func__, [&] {
-        ipmi::run(hooks::transportOf(session), ipmi::netFn::oem, oem::setLanEnable, {lanIndex, enable});
+        hooks::runOem(hooks::sessionOf(session, timeout), oem::setLanEnable, {lanIndex, enable});
     });
 }
 
-int CIM_IsBondEnabled(IPMI20_SESSION_T* session, CIM_BondInfo* info, int /*timeout*/) {
+int CIM_IsBondEnabled(IPMI20_SESSION_T* session, CIM_BondInfo* info, int timeout) {
     return hooks::guarded(__func__, [&] {
         require(info != nullptr);
         *info = {};
-        if (const auto answer = askIfKnown(hooks::transportOf(session), oem::getBond, {})) {
+        if (const auto answer = hooks::askOem(hooks::sessionOf(session, timeout), oem::getBond)) {
             const Bond bond = decodeBond(*answer);
             *info = {.enabled = bond.configuration.enabled, .lanIndex = bond.lanIndex};
         }
     });
 }
 
-int CIM_GetBondEnable(IPMI20_SESSION_T* session, CIM_BondConfig* configuration, int /*timeout*/) {
+int CIM_GetBondEnable(IPMI20_SESSION_T* session, CIM_BondConfig* configuration, int timeout) {
     return hooks::guarded(__func__, [&] {
         require(configuration != nullptr);
         *configuration =
-            decodeBond(ipmi::run(hooks::transportOf(session), ipmi::netFn::oem, oem::getBond)).configuration;
+            decodeBond(hooks::runOem(hooks::sessionOf(session, timeout), oem::getBond)).configuration;
     });
 }
 
-int CIM_SetBondEnable(IPMI20_SESSION_T* session, const CIM_BondConfig* configuration, int /*timeout*/) {
+int CIM_SetBondEnable(IPMI20_SESSION_T* session, const CIM_BondConfig* configuration, int timeout) {
     return hooks::guarded(__func__, [&] {
         if (configuration == nullptr)
             throw std::invalid_argument("no bond configuration given");
@@ -133,14 +122,14 @@ int CIM_SetBondEnable(IPMI20_SESSION_T* session, const CIM_BondConfig* configura
             .u8(configuration->mode)
             .u16(configuration->milliseconds)
             .u16(configuration->members);
-        ipmi::run(hooks::transportOf(session), ipmi::netFn::oem, oem::setBond, request.written());
+        hooks::runOem(hooks::sessionOf(session, timeout), oem::setBond, request.written());
     });
 }
 
-int CIM_GetPHYConfig(IPMI20_SESSION_T* session, uint8_t channel, uint32_t* phy, int /*timeout*/) {
+int CIM_GetPHYConfig(IPMI20_SESSION_T* session, uint8_t channel, uint32_t* phy, int timeout) {
     return hooks::guarded(__func__, [&] {
         require(phy != nullptr);
-        const auto answer = ipmi::run(hooks::transportOf(session), ipmi::netFn::oem, oem::getPhy, {channel});
+        const auto answer = hooks::runOem(hooks::sessionOf(session, timeout), oem::getPhy, {channel});
         auto reader = answer.reader();
         *phy = reader.u32();
         answer.verify(reader);
@@ -153,8 +142,9 @@ int CIM_GetNWExtEthCfg(CIM_NWExtEthCfg* configuration, uint8_t* isDefault) {
         *configuration = {
             .duplex = 1, .autoNegotiation = 1, .mtu = 1500, .capability = 0, .enabledCapability = 0};
         *isDefault = 1;
-        const auto bmc = hooks::openConfiguredSession();
-        if (const auto answer = askIfKnown(*bmc, oem::getEthernetSettings, {})) {
+        hooks::Session bmc(hooks::openConfiguredSession());
+        bmc.begin(configuredTimeout);
+        if (const auto answer = hooks::askOem(bmc, oem::getEthernetSettings)) {
             auto reader = answer->reader();
             configuration->duplex = reader.u16();
             configuration->autoNegotiation = reader.u16();

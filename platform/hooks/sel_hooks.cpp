@@ -1,8 +1,8 @@
+#include "hooks/oem.h"
 #include "hooks/sel_reader.h"
-#include "hooks/session.h"
+#include "ipmi/oem_commands.h"
 
 #include <bitset>
-#include <chrono>
 #include <stdexcept>
 #include <unistd.h>
 
@@ -11,8 +11,7 @@ namespace {
 namespace completion = ipmi::completion;
 namespace sel = hooks::sel;
 
-constexpr std::uint8_t getSelPolicy = 0x60; // OEM
-constexpr int attempts = 3;                 // at a log that changes under the reader's hands
+constexpr int attempts = 3; // at a log that changes under the reader's hands
 constexpr unsigned erasePollMicroseconds = 50'000;
 
 template <class T>
@@ -51,12 +50,13 @@ std::uint16_t idOf(const std::uint8_t (&bytes)[2]) {
 
 // Follows the chain of records from the first. false when it breaks off or runs in a circle, because records
 // were deleted or the BMC errs. Records that come in while it is followed are taken as long as there is room.
-bool readChain(ipmi::Transport& bmc, std::span<CIM_SELEntry> entries, std::uint16_t& count) {
+bool readChain(hooks::Session& bmc, int timeout, std::span<CIM_SELEntry> entries, std::uint16_t& count) {
     hooks::SelReader reader(bmc);
     std::bitset<0x10000> seen;
     std::uint16_t next = sel::firstRecord;
     for (count = 0; count < entries.size() && next != sel::noNextRecord; ++count) {
         CIM_SELEntry& entry = entries[count];
+        bmc.begin(timeout);
         const auto code = reader.read(next, entry);
         if (code == completion::notPresent || code == completion::reservationCanceled)
             return false;
@@ -70,13 +70,13 @@ bool readChain(ipmi::Transport& bmc, std::span<CIM_SELEntry> entries, std::uint1
     return true;
 }
 
-std::uint16_t readLog(ipmi::Transport& bmc, std::span<CIM_SELEntry> entries) {
+std::uint16_t readLog(hooks::Session& bmc, int timeout, std::span<CIM_SELEntry> entries) {
     auto before = sel::readInfo(bmc);
     for (int attempt = 0; attempt < attempts; ++attempt) {
         if (before.entries == 0)
             return 0;
         std::uint16_t count = 0;
-        const bool isWhole = readChain(bmc, entries, count);
+        const bool isWhole = readChain(bmc, timeout, entries, count);
         const auto after = sel::readInfo(bmc);
         if (isWhole && after.lastErase == before.lastErase)
             return count;
@@ -103,17 +103,15 @@ Erasure clearLog(ipmi::Transport& bmc, std::uint16_t reservation, std::uint8_t a
 }
 
 // Some BMCs cancel the reservation when the erasure begins: the progress is then asked for with a new one.
-void eraseLog(ipmi::Transport& bmc, std::chrono::seconds timeout) {
+// The deadline of the call ends the wait for an erasure that takes too long.
+void eraseLog(ipmi::Transport& bmc) {
     constexpr std::uint8_t initiate = 0xAA;
     constexpr std::uint8_t getStatus = 0x00;
-    const auto end = std::chrono::steady_clock::now() + timeout;
     std::uint8_t action = initiate;
     for (int attempt = 0; attempt < attempts; ++attempt) {
         const auto reservation = sel::makeReservation(bmc);
         auto erasure = clearLog(bmc, reservation, action);
         while (erasure == Erasure::Running) {
-            if (std::chrono::steady_clock::now() >= end)
-                throw std::runtime_error("the event log is still being erased");
             usleep(erasePollMicroseconds);
             action = getStatus;
             erasure = clearLog(bmc, reservation, action);
@@ -126,42 +124,47 @@ void eraseLog(ipmi::Transport& bmc, std::chrono::seconds timeout) {
 
 } // namespace
 
-int CIM_GetMaxPossibleSELEntries(IPMI20_SESSION_T* session, uint16_t* count, int /*timeout*/) {
-    return hooks::guarded(__func__, [&] { required(count) = maxEntries(hooks::transportOf(session)); });
-}
-
-int CIM_GetNumOfSELEntries(IPMI20_SESSION_T* session, uint16_t* count, int /*timeout*/) {
+int CIM_GetMaxPossibleSELEntries(IPMI20_SESSION_T* session, uint16_t* count, int timeout) {
     return hooks::guarded(__func__,
-                          [&] { required(count) = sel::readInfo(hooks::transportOf(session)).entries; });
+                          [&] { required(count) = maxEntries(hooks::sessionOf(session, timeout)); });
 }
 
-int CIM_GetSELRecords(IPMI20_SESSION_T* session, CIM_SELEntry* entries, uint16_t* count, int /*timeout*/) {
+int CIM_GetNumOfSELEntries(IPMI20_SESSION_T* session, uint16_t* count, int timeout) {
+    return hooks::guarded(
+        __func__, [&] { required(count) = sel::readInfo(hooks::sessionOf(session, timeout)).entries; });
+}
+
+int CIM_GetSELRecords(IPMI20_SESSION_T* session, CIM_SELEntry* entries, uint16_t* count, int timeout) {
     return hooks::guarded(__func__, [&] {
-        *count = readLog(hooks::transportOf(session), std::span(&required(entries), required(count)));
+        *count = readLog(hooks::sessionOf(session, timeout), timeout,
+                         std::span(&required(entries), required(count)));
     });
 }
 
 int CIM_GetSELEntry(IPMI20_SESSION_T* session, const CIM_SELEntryRequest* request, CIM_SELEntryAnswer* answer,
-                    int /*timeout*/) {
+                    int timeout) {
     return hooks::guarded(__func__, [&] {
         required(answer) = {};
-        hooks::SelReader reader(hooks::transportOf(session));
+        hooks::SelReader reader(hooks::sessionOf(session, timeout));
         answer->completionCode = reader.read(idOf(required(request).recordId), answer->entry);
         if (answer->completionCode != completion::success)
             throw ipmi::CompletionCodeError(ipmi::netFn::storage, sel::getEntry, answer->completionCode);
     });
 }
 
-int CIM_GetSELPolicy(IPMI20_SESSION_T* session, uint8_t* policy, int /*timeout*/) {
+int CIM_GetSELPolicy(IPMI20_SESSION_T* session, uint8_t* policy, int timeout) {
     return hooks::guarded(__func__, [&] {
-        const auto answer = ipmi::ask(hooks::transportOf(session), ipmi::netFn::oem, getSelPolicy, {});
+        auto& bmc = hooks::sessionOf(session, timeout);
+        required(policy) = 0;
+        if (!bmc.hasOemCommands())
+            return;
+        const auto answer = ipmi::ask(bmc, ipmi::netFn::oem, ipmi::oem::getSelPolicy, {});
         const auto data = answer.data();
-        const bool isKnown = answer.code() == completion::success && data.size() == 1 && data[0] <= 1;
-        required(policy) = isKnown ? data[0] : 0;
+        if (answer.code() == completion::success && data.size() == 1 && data[0] <= 1)
+            *policy = data[0];
     });
 }
 
 int CIM_ClearSEL(IPMI20_SESSION_T* session, int timeout) {
-    return hooks::guarded(__func__,
-                          [&] { eraseLog(hooks::transportOf(session), std::chrono::seconds(timeout)); });
+    return hooks::guarded(__func__, [&] { eraseLog(hooks::sessionOf(session, timeout)); });
 }

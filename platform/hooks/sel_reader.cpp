@@ -40,12 +40,6 @@ namespace {
 constexpr std::uint8_t largestPart = CIM_SEL_RECORD_SIZE / 2;
 constexpr int attemptsPerRecord = 3; // with a reservation that others may cancel each time
 
-// How BMCs refuse to send as many bytes as were asked for.
-bool isTooMuch(std::uint8_t code) {
-    return code == completion::cannotReturnBytes || code == completion::requestLengthExceeded ||
-           code == completion::requestLengthInvalid;
-}
-
 } // namespace
 
 std::uint8_t SelReader::readPart(std::uint16_t recordId, std::uint8_t offset, std::uint8_t size,
@@ -78,14 +72,14 @@ std::uint8_t SelReader::read(std::uint16_t recordId, CIM_SELEntry& entry) {
     std::uint8_t code = completion::success;
     if (partSize_ == sel::wholeRecord) {
         code = readPart(recordId, 0, sel::wholeRecord, entry);
-        if (!isTooMuch(code))
+        if (!completion::meansTooMuch(code))
             return code;
         partSize_ = largestPart;
         reservation_ = sel::makeReservation(bmc_);
     }
     for (int attempt = 0; attempt < attemptsPerRecord;) {
         code = readInParts(recordId, entry);
-        if (isTooMuch(code) && partSize_ > 1) {
+        if (completion::meansTooMuch(code) && partSize_ > 1) {
             partSize_ /= 2;
         } else if (code == completion::reservationCanceled) {
             reservation_ = sel::makeReservation(bmc_);

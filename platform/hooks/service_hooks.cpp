@@ -1,5 +1,4 @@
-#include "hooks/session.h"
-#include "ipmi/command.h"
+#include "hooks/oem.h"
 #include "ipmi/oem_commands.h"
 
 #include <cstring>
@@ -15,14 +14,14 @@ namespace {
 constexpr std::size_t nameSize = CIM_SERVICE_NAME_SIZE - 1;
 }
 
-int CIM_GetServiceConf(IPMI20_SESSION_T* session, uint32_t service, CIM_ServiceConf* conf, int /*timeout*/) {
+int CIM_GetServiceConf(IPMI20_SESSION_T* session, uint32_t service, CIM_ServiceConf* conf, int timeout) {
     return hooks::guarded(__func__, [&] {
         if (conf == nullptr)
             throw std::invalid_argument("no place for the configuration given");
         std::array<std::uint8_t, 4> request;
         const auto answer =
-            ipmi::run(hooks::transportOf(session), ipmi::netFn::oem, ipmi::oem::getServiceConfiguration,
-                      ipmi::Writer(request).u32(service).written());
+            hooks::runOem(hooks::sessionOf(session, timeout), ipmi::oem::getServiceConfiguration,
+                          ipmi::Writer(request).u32(service).written());
         auto reader = answer.reader();
         *conf = {};
         const auto name = reader.bytes(nameSize);
@@ -38,7 +37,7 @@ int CIM_GetServiceConf(IPMI20_SESSION_T* session, uint32_t service, CIM_ServiceC
 }
 
 int CIM_SetServiceConf(IPMI20_SESSION_T* session, uint32_t service, const CIM_ServiceSettings* settings,
-                       int /*timeout*/) {
+                       int timeout) {
     return hooks::guarded(__func__, [&] {
         if (settings == nullptr || settings->enable > 1)
             throw std::invalid_argument("no settings given, or a state that is none");
@@ -53,7 +52,7 @@ int CIM_SetServiceConf(IPMI20_SESSION_T* session, uint32_t service, const CIM_Se
             .u16(settings->securePort)
             .u16(settings->timeout)
             .u8(settings->maxSessions);
-        ipmi::run(hooks::transportOf(session), ipmi::netFn::oem, ipmi::oem::setServiceConfiguration,
-                  writer.written());
+        hooks::runOem(hooks::sessionOf(session, timeout), ipmi::oem::setServiceConfiguration,
+                      writer.written());
     });
 }

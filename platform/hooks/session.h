@@ -1,4 +1,4 @@
-// What an IPMI20_SESSION_T holds, and how hook functions end.
+// What an IPMI20_SESSION_T holds, and how hook functions begin and end.
 #pragma once
 
 #include "ipmi/transport.h"
@@ -6,16 +6,48 @@
 #include <platform/cim_hooks.h>
 #include <platform/support.h>
 
+#include <optional>
+#include <vector>
+
 namespace hooks {
 
-// Puts an open transport into storage of the caller's, whatever that held before.
-void store(IPMI20_SESSION_T& session, std::unique_ptr<ipmi::Transport> transport);
+// An open session: its transport, the deadline of the hook call that uses it, and what is read of a BMC once.
+class Session final : public ipmi::Transport {
+public:
+    explicit Session(std::unique_ptr<ipmi::Transport> transport) : transport_(std::move(transport)) {}
+
+    // Begins a call that may take so many seconds, however many messages it sends.
+    void begin(int timeout);
+
+    // Throws ipmi::DeadlineError when the call's time is over. An answer that was lost is the end of the
+    // session: from then on each exchange throws at once, because a BMC that fell silent would cost every
+    // further call its whole time.
+    std::size_t exchange(std::uint8_t netFn, std::uint8_t command, std::span<const std::uint8_t> request,
+                         std::span<std::uint8_t> answer) override;
+
+    // The channels of medium 802.3 LAN in order: the nth has LAN index n. Throws when the BMC does not tell
+    // of each channel whether it is one.
+    const std::vector<std::uint8_t>& lanChannels();
+
+    // Whether the BMC is one that docs/oem-commands.md speaks of.
+    bool hasOemCommands();
+
+private:
+    std::unique_ptr<ipmi::Transport> transport_;
+    ipmi::Clock::time_point deadline_;
+    bool isDead_ = false;
+    std::optional<std::vector<std::uint8_t>> lanChannels_;
+    std::optional<bool> hasOemCommands_;
+};
+
+// Puts an open session into storage of the caller's, whatever that held before.
+void store(IPMI20_SESSION_T& session, std::unique_ptr<Session> open);
 
 // Takes it out again; nothing for a session that is not open.
-std::unique_ptr<ipmi::Transport> release(IPMI20_SESSION_T& session);
+std::unique_ptr<Session> release(IPMI20_SESSION_T& session);
 
-// The transport of an open session. Throws ipmi::TransportError for any other.
-ipmi::Transport& transportOf(const IPMI20_SESSION_T* session);
+// An open session, for a hook call that begins now. Throws ipmi::TransportError for any other.
+Session& sessionOf(const IPMI20_SESSION_T* session, int timeout);
 
 // The debug log of the CIM hooks.
 inline constexpr int debugLog = 134;

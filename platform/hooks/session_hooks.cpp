@@ -8,10 +8,11 @@ namespace {
 using ipmi::SessionSettings;
 
 void open(IPMI20_SESSION_T* session, const SessionSettings& settings, const char* onBehalfOf = nullptr) {
-    auto transport = ipmi::openTransport(settings);
+    auto opened = std::make_unique<hooks::Session>(ipmi::openTransport(settings));
+    opened->begin(settings.timeout);
     if (onBehalfOf != nullptr)
-        hooks::requireUser(*transport, onBehalfOf);
-    hooks::store(*session, std::move(transport));
+        hooks::requireUser(*opened, onBehalfOf);
+    hooks::store(*session, std::move(opened));
 }
 
 // The session is closed when opening fails, whatever its storage held before.

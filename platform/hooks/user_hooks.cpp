@@ -161,27 +161,27 @@ private:
 
 } // namespace
 
-int CIM_GetMaxNumUsers(IPMI20_SESSION_T* session, uint8_t* count, int /*timeout*/) {
+int CIM_GetMaxNumUsers(IPMI20_SESSION_T* session, uint8_t* count, int timeout) {
     return hooks::guarded(__func__, [&] {
         place(count) =
-            hooks::readUserAccess(hooks::transportOf(session), hooks::presentChannel, hooks::firstUser)
+            hooks::readUserAccess(hooks::sessionOf(session, timeout), hooks::presentChannel, hooks::firstUser)
                 .maxUsers;
     });
 }
 
-int CIM_GetUser(IPMI20_SESSION_T* session, uint8_t slot, char* name, int /*timeout*/) {
+int CIM_GetUser(IPMI20_SESSION_T* session, uint8_t slot, char* name, int timeout) {
     return hooks::guarded(__func__, [&] {
         place(name) = '\0';
-        const auto text = hooks::readUserName(hooks::transportOf(session), requireUserId(slot));
+        const auto text = hooks::readUserName(hooks::sessionOf(session, timeout), requireUserId(slot));
         name[text.copy(name, CIM_USER_NAME_SIZE - 1)] = '\0';
     });
 }
 
 int CIM_GetUserAccess(IPMI20_SESSION_T* session, uint8_t slot, uint8_t channel, uint8_t* access,
-                      int /*timeout*/) {
+                      int timeout) {
     return hooks::guarded(__func__, [&] {
         const auto user =
-            hooks::readUserAccess(hooks::transportOf(session), channel & 0x0F, requireUserId(slot));
+            hooks::readUserAccess(hooks::sessionOf(session, timeout), channel & 0x0F, requireUserId(slot));
         place(access) = static_cast<uint8_t>((user.access & 0x3F) | (user.isDisabled ? 0 : 0x40) |
                                              (user.access & 0x40) << 1);
     });
@@ -189,7 +189,7 @@ int CIM_GetUserAccess(IPMI20_SESSION_T* session, uint8_t slot, uint8_t channel, 
 
 int CIM_ModUser(IPMI20_SESSION_T* session, uint8_t slot, uint8_t channel, const char* name,
                 const char* password, uint8_t operation, uint8_t privilegeLimit, uint8_t messaging,
-                uint8_t linkAuthentication, uint8_t enable, int /*timeout*/) {
+                uint8_t linkAuthentication, uint8_t enable, int timeout) {
     return hooks::guarded(__func__, [&] {
         const std::uint8_t user = requireUserId(slot & ~CIM_USER_PASSWORD_20);
         const AccessSettings access{static_cast<std::uint8_t>(channel & 0x0F), privilegeLimit, messaging,
@@ -204,7 +204,7 @@ int CIM_ModUser(IPMI20_SESSION_T* session, uint8_t slot, uint8_t channel, const 
         require(password == nullptr || operation == setPassword || operation == testPassword,
                 "a password is set or tested");
 
-        auto& bmc = hooks::transportOf(session);
+        auto& bmc = hooks::sessionOf(session, timeout);
         if (enable == 0)
             writeEnabled(bmc, user, false);
         if (name != nullptr)
@@ -218,9 +218,9 @@ int CIM_ModUser(IPMI20_SESSION_T* session, uint8_t slot, uint8_t channel, const 
     });
 }
 
-int CIM_DelUser(IPMI20_SESSION_T* session, uint8_t slot, int /*timeout*/) {
+int CIM_DelUser(IPMI20_SESSION_T* session, uint8_t slot, int timeout) {
     return hooks::guarded(__func__, [&] {
         const std::uint8_t user = requireUserId(slot);
-        Deletion(hooks::transportOf(session), user).run();
+        Deletion(hooks::sessionOf(session, timeout), user).run();
     });
 }

@@ -12,11 +12,6 @@ namespace completion = ipmi::completion;
 constexpr std::uint8_t getUserAccess = 0x44;
 constexpr std::uint8_t getUserName = 0x46;
 
-bool meansUnused(std::uint8_t code) {
-    return code == completion::parameterOutOfRange || code == completion::notPresent ||
-           code == completion::invalidDataField;
-}
-
 bool hasUser(ipmi::Transport& bmc, std::string_view name) {
     const auto maxUsers = readUserAccess(bmc, presentChannel, firstUser).maxUsers;
     for (std::uint8_t user = firstUser; user <= maxUsers; ++user)
@@ -41,7 +36,7 @@ UserAccess readUserAccess(ipmi::Transport& bmc, std::uint8_t channel, std::uint8
 
 std::string readUserName(ipmi::Transport& bmc, std::uint8_t user) {
     const auto answer = ipmi::ask(bmc, ipmi::netFn::app, getUserName, std::span(&user, 1));
-    if (meansUnused(answer.code()))
+    if (completion::meansAbsent(answer.code()))
         return {};
     if (answer.code() != completion::success)
         throw ipmi::CompletionCodeError(ipmi::netFn::app, getUserName, answer.code());

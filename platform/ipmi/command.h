@@ -42,6 +42,16 @@ inline constexpr std::uint8_t duplicateRequest = 0xCF;
 inline constexpr std::uint8_t insufficientPrivilege = 0xD4;
 inline constexpr std::uint8_t notInPresentState = 0xD5;
 inline constexpr std::uint8_t unspecified = 0xFF;
+
+// How BMCs refuse to send as many bytes of a record as were asked for.
+constexpr bool meansTooMuch(std::uint8_t code) {
+    return code == requestLengthInvalid || code == requestLengthExceeded || code == cannotReturnBytes ||
+           code == unspecified;
+}
+// How they refuse a parameter, a set, a channel or a user that they do not have.
+constexpr bool meansAbsent(std::uint8_t code) {
+    return code == parameterOutOfRange || code == notPresent || code == invalidDataField;
+}
 } // namespace completion
 
 // What a completion code means; codes that belong to one command or to an OEM are named by their range.
@@ -62,7 +72,7 @@ struct PH_IPMI_EXPORT ShortAnswerError : std::runtime_error {
 
 class Answer {
 public:
-    ~Answer() { explicit_bzero(bytes_.data(), size_); } // some hold a password
+    ~Answer() { explicit_bzero(bytes_.data(), bytes_.size()); } // some hold a password
     Answer(const Answer&) = default;
     Answer& operator=(const Answer&) = default;
 

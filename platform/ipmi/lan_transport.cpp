@@ -7,11 +7,11 @@
 namespace ipmi {
 namespace {
 
-constexpr unsigned defaultRetransmission = 500; // milliseconds
-constexpr unsigned probeTimeout = 4000;         // milliseconds; FreeIPMI notices half a second later
-
-// A BMC ends a session after a minute without messages, give or take three seconds (IPMI 2.0, 6.12.15).
-constexpr unsigned longestPause = 30000; // milliseconds
+// Opening takes five messages, so each message has a fifth of the whole time, but not less than this.
+constexpr unsigned messagesOfOpening = 5;
+constexpr unsigned shortestMessageTimeout = 500; // milliseconds
+constexpr int openAttempts = 4;
+constexpr unsigned probeTimeout = 4000; // milliseconds
 
 constexpr std::uint8_t getChannelAuthenticationCapabilities = 0x38;
 constexpr std::uint8_t presentChannel = 0x0E;
@@ -42,18 +42,26 @@ void check(const SessionSettings& settings, const std::string& host) {
             "the privilege level is not one of IPMI 2.0");
 }
 
+// FreeIPMI sends a message again after steps of one, one, two, two, three times the retransmission time,
+// takes an answer only to what it sent last, and looks at the clock only between the steps.
+unsigned longestWait(unsigned timeout, unsigned retransmission) {
+    unsigned wait = 0;
+    for (unsigned sent = 0; wait < timeout; ++sent)
+        wait += std::min(timeout, retransmission * (sent / 2 + 1));
+    return wait;
+}
+
 } // namespace
 
-// FreeIPMI waits for an answer in steps that grow, and looks at the clock only between them. With a first
-// step of at most a tenth, three quarters of the time keep it within the whole.
 LanTransport::LanTransport(const SessionSettings& settings)
     : settings_(settings), host_(hostWithPort(settings_)) {
     check(settings_, host_);
     const unsigned whole = static_cast<unsigned>(std::clamp(settings_.timeout, 1, 3600)) * 1000;
-    sessionTimeout_ = whole / 4 * 3;
-    retransmission_ = settings_.retransmission > 0 ? static_cast<unsigned>(settings_.retransmission)
-                                                   : defaultRetransmission;
-    retransmission_ = std::min(retransmission_, whole / 10);
+    messageTimeout_ = std::max(whole / messagesOfOpening, shortestMessageTimeout);
+    // By default three messages, of which the last waits for half of the time: BMCs may be slow.
+    retransmission_ = settings_.retransmission > 0
+                          ? std::min(static_cast<unsigned>(settings_.retransmission), messageTimeout_)
+                          : messageTimeout_ / 4;
     probe();
     open();
 }
@@ -62,9 +70,9 @@ LanTransport::LanTransport(const SessionSettings& settings)
 // whose BMC may be slow.
 void LanTransport::probe() const {
     FreeIpmiContext context(host_);
-    const unsigned timeout = std::min(sessionTimeout_, probeTimeout);
+    const unsigned timeout = std::min(messageTimeout_, probeTimeout);
     if (ipmi_ctx_open_outofband(context.get(), host_.c_str(), nullptr, nullptr, IPMI_AUTHENTICATION_TYPE_NONE,
-                                IPMI_PRIVILEGE_LEVEL_ADMIN, timeout, std::min(retransmission_, timeout / 8),
+                                IPMI_PRIVILEGE_LEVEL_ADMIN, timeout, std::min(retransmission_, timeout / 4),
                                 IPMI_WORKAROUND_FLAGS_DEFAULT, IPMI_FLAGS_NOSESSION) < 0)
         context.fail("cannot reach the BMC");
     const std::uint8_t request[] = {presentChannel | withIpmi20Data, IPMI_PRIVILEGE_LEVEL_ADMIN};
@@ -72,22 +80,37 @@ void LanTransport::probe() const {
     context.exchange(netFn::app, getChannelAuthenticationCapabilities, request, answer);
 }
 
+// FreeIPMI takes the copy of an answer that the network delivered twice for the answer to its next message,
+// and gives up without an error of its own. A new try does not see the copies of the old one.
 void LanTransport::open() {
-    context_.emplace(host_);
-    if (ipmi_ctx_open_outofband_2_0(
-            context_->get(), host_.c_str(), settings_.userName.c_str(), settings_.password.c_str(), nullptr,
-            0, static_cast<std::uint8_t>(settings_.privilegeLevel),
-            static_cast<std::uint8_t>(settings_.cipherSuite), sessionTimeout_, retransmission_,
-            static_cast<unsigned>(settings_.workaroundFlags), IPMI_FLAGS_DEFAULT) < 0)
-        context_->fail("cannot open an IPMI session as user '" + settings_.userName + "'");
+    const std::string problem = "cannot open an IPMI session as user '" + settings_.userName + "'";
+    for (int attempt = 1;; ++attempt) {
+        context_.emplace(host_);
+        if (ipmi_ctx_open_outofband_2_0(
+                context_->get(), host_.c_str(), settings_.userName.c_str(), settings_.password.c_str(),
+                nullptr, 0, static_cast<std::uint8_t>(settings_.privilegeLevel),
+                static_cast<std::uint8_t>(settings_.cipherSuite), messageTimeout_, retransmission_,
+                static_cast<unsigned>(settings_.workaroundFlags), IPMI_FLAGS_DEFAULT) >= 0)
+            break;
+        if (ipmi_ctx_errnum(context_->get()) != IPMI_ERR_SUCCESS)
+            context_->fail(problem);
+        if (attempt == openAttempts)
+            throw TransportError(host_ + ": " + problem + ": answers arrive twice or out of order");
+    }
     lastAnswer_ = Clock::now();
+}
+
+void LanTransport::requireTime() const {
+    if (Clock::now() + std::chrono::milliseconds(longestWait(messageTimeout_, retransmission_)) > deadline_)
+        throw DeadlineError(host_ + ": no time is left for another message");
 }
 
 std::size_t LanTransport::exchange(std::uint8_t netFn, std::uint8_t command,
                                    std::span<const std::uint8_t> request, std::span<std::uint8_t> answer) {
     // FreeIPMI counts its timeout from the last answer: after a pause the session is a new one.
-    if (Clock::now() - lastAnswer_ > std::chrono::milliseconds(std::min(sessionTimeout_ / 2, longestPause)))
+    if (Clock::now() - lastAnswer_ > std::chrono::milliseconds(messageTimeout_ / 6))
         open();
+    requireTime();
     const std::size_t length = context_->exchange(netFn, command, request, answer);
     lastAnswer_ = Clock::now();
     return length;

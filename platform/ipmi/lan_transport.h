@@ -15,19 +15,20 @@ public:
 
     std::size_t exchange(std::uint8_t netFn, std::uint8_t command, std::span<const std::uint8_t> request,
                          std::span<std::uint8_t> answer) override;
+    void endBy(Clock::time_point deadline) override { deadline_ = deadline; }
 
 private:
-    using Clock = std::chrono::steady_clock;
-
     void probe() const;
     void open();
+    void requireTime() const;
 
     SessionSettings settings_;
     std::string host_;        // as FreeIPMI wants it, port included
-    unsigned sessionTimeout_; // milliseconds, as is the next
+    unsigned messageTimeout_; // milliseconds, as is the next
     unsigned retransmission_;
     std::optional<FreeIpmiContext> context_;
     Clock::time_point lastAnswer_;
+    Clock::time_point deadline_ = Clock::time_point::max();
 };
 
 } // namespace ipmi

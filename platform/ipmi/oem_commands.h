@@ -7,6 +7,10 @@
 
 namespace ipmi::oem {
 
+// What Get Device ID says of a BMC that has them.
+inline constexpr std::uint32_t manufacturer = 32473; // the enterprise number of RFC 5612, for documents
+inline constexpr std::uint16_t product = 0x5048;
+
 // Services.
 inline constexpr std::uint8_t getServiceConfiguration = 0x10;
 inline constexpr std::uint8_t setServiceConfiguration = 0x11;
@@ -27,6 +31,9 @@ inline constexpr std::uint8_t getMailText = 0x42;
 inline constexpr std::uint8_t setMailText = 0x43;
 inline constexpr std::uint8_t getMailServer = 0x44;
 inline constexpr std::uint8_t setMailServer = 0x45;
+
+// Event log.
+inline constexpr std::uint8_t getSelPolicy = 0x60;
 
 // Texts of the mail commands, in blocks: of an alert destination (channel, selector), of a user (user ID, 0)
 // and of a mail server (channel, 0 primary or 1 secondary).

@@ -24,6 +24,7 @@ public:
         observer()(netFn, command, request, answer.first(size));
         return size;
     }
+    void endBy(Clock::time_point deadline) override { transport_->endBy(deadline); }
 
 private:
     std::unique_ptr<Transport> transport_;

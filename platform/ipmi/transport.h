@@ -1,6 +1,7 @@
 // The road to a BMC: one IPMI request, one answer.
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -20,6 +21,13 @@ struct PH_IPMI_EXPORT TransportError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+// There is no time left for another message; none was sent.
+struct PH_IPMI_EXPORT DeadlineError : TransportError {
+    using TransportError::TransportError;
+};
+
+using Clock = std::chrono::steady_clock;
+
 // Room for the longest answer: IPMI messages carry at most 255 bytes of data, which follow the completion
 // code.
 inline constexpr std::size_t maxMessage = 272;
@@ -32,6 +40,10 @@ public:
     // first, to `answer`. Returns the number of bytes written, at least 1. Throws TransportError.
     virtual std::size_t exchange(std::uint8_t netFn, std::uint8_t command,
                                  std::span<const std::uint8_t> request, std::span<std::uint8_t> answer) = 0;
+
+    // From now on exchanges end by then: one that could take longer throws DeadlineError, unsent, or gives
+    // its answer up at that time. A transport whose driver bounds its exchanges does without.
+    virtual void endBy(Clock::time_point /*deadline*/) {}
 };
 
 // As the session row of the SMASH database says; see CIM_Create_IPMI20_Session (platform/cim_hooks.h).
@@ -46,7 +58,7 @@ struct SessionSettings {
     int workaroundFlags = 0;
     int retransmission = 0; // milliseconds, 0: default
     int privilegeLevel = 4;
-    int timeout = 30; // seconds, of one exchange with its retries
+    int timeout = 30; // seconds, of opening; an exchange with its retries takes no longer either
 
     // No copy of the password stays behind in freed memory.
     ~SessionSettings() { explicit_bzero(password.data(), password.size()); }

@@ -1,6 +1,7 @@
 // What the controller says about itself (IPMI 2.0 20: device "global" commands).
 #pragma once
 
+#include "ipmi/oem_commands.h"
 #include "virtual-bmc/part.h"
 
 #include <optional>
@@ -22,8 +23,8 @@ struct Device {
     std::uint8_t firmwareMajor = 1;
     std::uint8_t firmwareMinor = 0; // of two decimal digits
     std::uint8_t additionalSupport = 0xBF;
-    std::uint32_t manufacturerId = 0;
-    std::uint16_t productId = 0;
+    std::uint32_t manufacturerId = ipmi::oem::manufacturer;
+    std::uint16_t productId = ipmi::oem::product;
     std::vector<std::uint8_t> auxiliaryRevision; // 4 bytes, or none
     std::optional<Guid> deviceGuid;              // without them their commands are unknown
     std::optional<Guid> systemGuid;

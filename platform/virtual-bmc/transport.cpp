@@ -29,20 +29,23 @@ public:
         } catch (const std::exception& error) {
             throw ipmi::TransportError(title + std::string(error.what()));
         }
-        std::this_thread::sleep_for(std::min<std::chrono::milliseconds>(outcome.delay, timeout_));
-        if (outcome.size == 0 || outcome.delay > timeout_)
-            throw ipmi::TransportError(name_ + ": no answer within " + std::to_string(timeout_.count()) +
-                                       " s");
+        const auto patience = std::min<ipmi::Clock::duration>(timeout_, deadline_ - ipmi::Clock::now());
+        std::this_thread::sleep_for(std::min<ipmi::Clock::duration>(outcome.delay, patience));
+        if (outcome.size == 0 || outcome.delay > patience)
+            throw ipmi::TransportError(name_ + ": no answer in time");
         if (outcome.size > answer.size())
             throw ipmi::TransportError(name_ + ": the answer is too long");
         std::copy_n(storage, outcome.size, answer.begin());
         return outcome.size;
     }
 
+    void endBy(ipmi::Clock::time_point deadline) override { deadline_ = deadline; }
+
 private:
     std::string name_;
     int privilege_;
     std::chrono::seconds timeout_;
+    ipmi::Clock::time_point deadline_ = ipmi::Clock::time_point::max();
     StateFile file_;
 };
 

@@ -90,6 +90,31 @@ TEST_F(AlertHooks, changesKeepTheRest) {
     EXPECT_EQ(CIM_SetLANDestinationV6Address(&session, channel, 4, 1, none, 30), -1) << "refused by this BMC";
 }
 
+TEST_F(AlertHooks, anotherSetThanTheOneAskedForIsNone) {
+    CIM_LANDestinationV6Address address{};
+    answer(17, 0, {2});
+    answer(18, 1, {2, 6, 0, 0});
+    answer(19, 1, ipv6Value(2));
+    EXPECT_EQ(CIM_GetLANDestinationType_AddrTable(&session, types, addresses, &count, channel, 30), -1);
+    EXPECT_EQ(CIM_SetLANDestinationType(&session, channel, 1, 6, 30), -1);
+    EXPECT_EQ(CIM_GetLANDestinationV6Address(&session, channel, 1, &address, 30), -1);
+    answer(18, 1, {0, 0, 0, 0});
+    answer(18, 2, {2, 6, 0, 0});
+    answer(19, 2, {2, 0, 0, 192, 0, 2, 9, 0, 0, 0, 0, 0, 0});
+    EXPECT_EQ(CIM_GetLANDestinationType_AddrTable(&session, types, addresses, &count, channel, 30), 0);
+    EXPECT_EQ(types[0].selector, 0) << "not used";
+    EXPECT_EQ(types[1].selector, 2);
+
+    Bytes& filter = bmc.answers[{0x04, 0x13, 6, 3, 0}];
+    filter = Bytes(23, 0);
+    CIM_PEFEntry entry{};
+    for (const std::uint8_t selector :
+         std::initializer_list<std::uint8_t>{0x03, 0x83, 0x04, 0x00}) { // bit 7 is reserved
+        filter[2] = selector;
+        EXPECT_EQ(CIM_GetPEFEntry(&session, 3, &entry, 30), (selector & 0x7F) == 3 ? 0 : -1);
+    }
+}
+
 TEST_F(AlertHooks, shortAnswersAndMissingArgumentsFail) {
     answer(17, 0, {1});
     answer(18, 1, {1, 0, 0});
@@ -101,8 +126,6 @@ TEST_F(AlertHooks, shortAnswersAndMissingArgumentsFail) {
     EXPECT_EQ(CIM_GetLANDestinationType_AddrTable(&session, nullptr, addresses, &count, channel, 30), -1);
     EXPECT_EQ(CIM_SetLANDestinationAddress(&session, channel, 1, 0, nullptr, 30), -1);
     EXPECT_EQ(CIM_SetLANDestinationV6Address(&session, channel, 1, 1, nullptr, 30), -1);
-    bmc.isReachable = false;
-    EXPECT_EQ(CIM_GetLANDestinationV6Address(&session, channel, 1, &address, 30), -1);
 }
 
 } // namespace

@@ -23,9 +23,6 @@ TEST(Chassis, isControlledByOneCommand) {
         EXPECT_THAT(bmc.requests, testing::ElementsAre(request));
         bmc.answers[request] = {0xD5};
         EXPECT_NE(hook(&session, 30), 0);
-        bmc.isReachable = false;
-        EXPECT_NE(hook(&session, 30), 0);
-        bmc.isReachable = true;
     }
     EXPECT_THAT(bmc.debugLog, testing::HasSubstr("CIM_SoftOff"));
     EXPECT_EQ(CIM_Close_Session(&session), 0);

@@ -22,13 +22,22 @@ struct ScriptedTransport : ipmi::Transport {
         message[0] = netFn;
         message[1] = command;
         std::ranges::copy(request, message.begin() + 2);
-        bmc.requests.push_back(message);
-        const auto found = bmc.answers.find(message);
-        const Bytes bytes = bmc.respond                  ? bmc.respond(message)
-                            : found != bmc.answers.end() ? found->second
-                                                         : Bytes{0xC1};
+        const Bytes bytes = respond(message);
         std::ranges::copy(bytes, answer.begin());
         return bytes.size();
+    }
+
+private:
+    static Bytes respond(const Bytes& message) {
+        if (message == Bytes{0x06, 0x01}) {
+            ++bmc.identifications;
+            return bmc.deviceId;
+        }
+        bmc.requests.push_back(message);
+        if (bmc.respond)
+            return bmc.respond(message);
+        const auto found = bmc.answers.find(message);
+        return found != bmc.answers.end() ? found->second : Bytes{0xC1};
     }
 };
 

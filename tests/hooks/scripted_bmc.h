@@ -16,9 +16,12 @@ struct ScriptedBmc {
     std::map<Bytes, Bytes> answers;
     // Takes the place of the table: the answer to such a request.
     std::function<Bytes(const Bytes& request)> respond;
+    // The answer to Get Device ID, which is counted and not kept: of a BMC with the OEM commands.
+    Bytes deviceId = {0x00, 0x20, 0x01, 0x01, 0x00, 0x02, 0xBF, 0xD9, 0x7E, 0x00, 0x48, 0x50};
     bool isReachable = true;
 
     std::vector<Bytes> requests;
+    int identifications = 0;
     std::vector<ipmi::SessionSettings> opened;
     int openTransports = 0;
     std::string debugLog;

@@ -1,7 +1,9 @@
 #include "scripted_bmc.h"
 
 #include <platform/cim_hooks.h>
+#include <platform/smash_db.h>
 
+#include <cstdlib>
 #include <cstring>
 #include <gmock/gmock.h>
 
@@ -132,4 +134,51 @@ TEST_F(Session, ofARequestIsNeverRmcpPlus) {
     EXPECT_THAT(bmc.debugLog, HasSubstr("needs a password"));
 }
 
+// The record that the database hands out, and what was wiped of it.
+IPMISessionInfo* row = nullptr;
+bool isWiped = false;
+
+TEST_F(Session, ofTheDatabasesRowLeavesNoPasswordBehind) {
+    CIM_NWExtEthCfg configuration;
+    std::uint8_t isDefault = 9;
+    isWiped = false;
+    EXPECT_EQ(CIM_GetNWExtEthCfg(&configuration, &isDefault), 0);
+    EXPECT_EQ(isDefault, 1);
+    ASSERT_THAT(bmc.opened, SizeIs(1));
+    EXPECT_EQ(bmc.opened[0].password, "from the row");
+    EXPECT_TRUE(isWiped);
+}
+
 } // namespace
+
+// These take the place of the database's and of the C library's.
+
+extern "C" {
+
+__attribute__((visibility("default"))) int db_init(SMASH_DB_HANDLE* handle) {
+    *handle = nullptr;
+    return 0;
+}
+__attribute__((visibility("default"))) int db_close(SMASH_DB_HANDLE) {
+    return 0;
+}
+__attribute__((visibility("default"))) int db_get_ipmi_session_info(SMASH_DB_HANDLE, IPMISessionInfo** info) {
+    row = static_cast<IPMISessionInfo*>(std::calloc(1, sizeof(IPMISessionInfo)));
+    std::strcpy(row->password, "from the row");
+    *info = row;
+    return 0;
+}
+// With and without the checks of _FORTIFY_SOURCE.
+__attribute__((visibility("default"))) void wipe(void* place, std::size_t size) __asm__("explicit_bzero");
+__attribute__((visibility("default"))) void wipeChecked(void* place, std::size_t size,
+                                                        std::size_t) __asm__("__explicit_bzero_chk");
+void wipe(void* place, std::size_t size) {
+    isWiped = isWiped || (row != nullptr && place == row->password && size == sizeof row->password);
+    volatile auto* byte = static_cast<volatile char*>(place);
+    while (size-- > 0)
+        *byte++ = 0;
+}
+void wipeChecked(void* place, std::size_t size, std::size_t) {
+    wipe(place, size);
+}
+}

@@ -2,6 +2,7 @@
 #include "elapsed.h"
 #include "ipmi/command.h"
 #include "ipmi_sim.h"
+#include "udp_relay.h"
 
 #include <chrono>
 #include <cstdio>
@@ -124,6 +125,45 @@ TEST_F(Peer, aBmcThatHangsFailsTheExchangeWithinItsTimeout) {
               }),
               2.2);
     bmc->resume();
+}
+
+// Opening and a command over a bad network. Answer 0 belongs to the probe, 1 to 5 to the opening of the
+// session.
+TEST_F(Peer, badNetworksAreSurvived) {
+    using ph_test::Deliveries;
+    using std::chrono::milliseconds;
+    const struct {
+        const char* name;
+        ph_test::AnswerRule rule;
+        double limit; // seconds
+    } cases[] = {
+        {"late", [](unsigned) { return Deliveries{milliseconds(700)}; }, 10},
+        {"very late handshake",
+         [](unsigned number) { return Deliveries{milliseconds(number >= 3 && number <= 4 ? 1300 : 0)}; }, 10},
+        {"each third lost",
+         [](unsigned number) { return number % 3 == 1 ? Deliveries{} : Deliveries{milliseconds(0)}; }, 12},
+        {"twice",
+         [](unsigned number) {
+             return number < 9 ? Deliveries{milliseconds(0), milliseconds(0)} : Deliveries{milliseconds(0)};
+         },
+         5},
+    };
+    for (const auto& item : cases) {
+        SCOPED_TRACE(item.name);
+        auto settings = bmc->settings();
+        const ph_test::UdpRelay relay(settings.port, item.rule);
+        settings.port = relay.port();
+        const double elapsed = seconds([&] {
+            try {
+                const auto transport = ipmi::openTransport(settings);
+                for (int i = 0; i < 3; ++i)
+                    EXPECT_FALSE(ipmi::run(*transport, ipmi::netFn::app, getDeviceId).data().empty());
+            } catch (const ipmi::TransportError& error) {
+                ADD_FAILURE() << error.what();
+            }
+        });
+        EXPECT_LT(elapsed, item.limit);
+    }
 }
 
 TEST_F(Peer, aSessionOutlivesAPauseLongerThanItsTimeout) {

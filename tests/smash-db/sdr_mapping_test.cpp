@@ -49,7 +49,7 @@ TEST_F(Mapping, takesThresholdSensorsFieldByField) {
             .set(21, {0x98, 0x01, 0x00, 0x80}) // two's complement, per second, degrees C, linear
             .set(25, {0xFE, 0xC2, 0x38, 0x45}) // M -2, tolerance 2; B 138h, accuracy 5
             .set(29, {0x14, 0xF1})             // accuracy 45h in all, exponent 1; R -1, B 1
-            .set(32, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}),
+            .set(31, {7, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}),
         0x1234);
     ASSERT_EQ(mapping.numericSensors.size(), 1u) << reasons();
     EXPECT_THAT(mapping.sensors, IsEmpty());
@@ -82,6 +82,18 @@ TEST_F(Mapping, takesThresholdSensorsFieldByField) {
                           row.upperNonRecoverable, row.upperCritical, row.upperNonCritical,
                           row.lowerNonRecoverable, row.lowerCritical, row.lowerNonCritical, row.hysteresis}),
         ElementsAre(1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12));
+}
+
+TEST_F(Mapping, takesNominalAndNormalReadingsThatAreSpecified) {
+    const std::pair<std::uint8_t, std::vector<int>> cases[] = {
+        {0, {0, 0, 0}}, {1, {1, 0, 0}}, {2, {0, 2, 0}}, {0xFC, {0, 0, 3}}, {0xFF, {1, 2, 3}}};
+    std::uint8_t number = 0;
+    for (const auto& [flags, expected] : cases) {
+        add(SdrBuilder::full(temperature, threshold, "T").number(++number).set(31, {flags, 1, 2, 3, 4}));
+        const FullSdr& row = mapping.numericSensors.back();
+        EXPECT_EQ((std::vector<int>{row.nominalReading, row.normalMax, row.normalMin}), expected);
+        EXPECT_EQ(row.maxReadable, 4);
+    }
 }
 
 TEST_F(Mapping, extendsTheSignsOfFactors) {

@@ -181,7 +181,7 @@ TEST_F(Sync, givesUpOnABmcThatCancelsEveryReservation) {
 }
 
 TEST_F(Sync, asksForSmallerPartsWhereTheBmcsBufferIsSmall) {
-    for (const std::uint8_t code : std::initializer_list<std::uint8_t>{0xCA, 0xFF, 0xC8})
+    for (const std::uint8_t code : std::initializer_list<std::uint8_t>{0xCA, 0xFF, 0xC8, 0xC7})
         for (const std::size_t largest : {63, 31, 10, 8}) {
             bmc.tooMuchCode = code;
             bmc.largestPart = largest;

@@ -76,15 +76,17 @@ std::filesystem::path databaseFile() {
     return place("/conf/smash.db");
 }
 
-std::optional<IPMISessionInfo> sessionRow() {
+std::optional<SessionRow> sessionRow() {
     if (!exists(databaseFile()))
         return {};
     const Database database = open(db_init);
     IPMISessionInfo* row = nullptr;
     if (db_get_ipmi_session_info(database.get(), &row) != 0)
         return {};
-    const std::unique_ptr<IPMISessionInfo, decltype(&std::free)> owner(row, std::free);
-    return *row;
+    const SessionRow copied(*row);
+    explicit_bzero(row->password, sizeof row->password);
+    std::free(row);
+    return copied;
 }
 
 void setSessionRow(const IPMISessionInfo& row) {
@@ -119,8 +121,8 @@ SessionSettings settingsOf(const IPMISessionInfo& row) {
     return settings;
 }
 
-IPMISessionInfo rowOf(const SessionSettings& settings) {
-    IPMISessionInfo row{};
+SessionRow rowOf(const SessionSettings& settings) {
+    SessionRow row({});
     copy(row.address, settings.address, "the address");
     row.port = settings.port;
     copy(row.userName, settings.userName, "the user name");

@@ -4,6 +4,7 @@
 #include "event_text.h"
 #include "ipmi/transport.h"
 
+#include <cstring>
 #include <filesystem>
 #include <optional>
 #include <platform/smash_db.h>
@@ -15,14 +16,22 @@ namespace phctl {
 void checkSysroot();
 std::filesystem::path databaseFile();
 
+// A session row whose password does not outlive it.
+struct SessionRow : IPMISessionInfo {
+    explicit SessionRow(const IPMISessionInfo& row) : IPMISessionInfo(row) {}
+    ~SessionRow() { explicit_bzero(password, sizeof password); }
+    SessionRow(const SessionRow&) = default;
+    SessionRow& operator=(const SessionRow&) = default;
+};
+
 // The session row; nothing when there is no database, or no row in it. Throws Failure when the database
 // cannot be read.
-std::optional<IPMISessionInfo> sessionRow();
+std::optional<SessionRow> sessionRow();
 // Creates the database when it is missing. Throws Failure.
 void setSessionRow(const IPMISessionInfo& row);
 
 ipmi::SessionSettings settingsOf(const IPMISessionInfo& row);
-IPMISessionInfo rowOf(const ipmi::SessionSettings& settings);
+SessionRow rowOf(const ipmi::SessionSettings& settings);
 
 // The sensors of the last sync. None when they cannot be read: they only make events readable.
 SensorLabels sensorLabels();

@@ -122,12 +122,15 @@ void readAnalog(ipmi::Reader& reader, FullSdr& row) {
     row.tolerance = toInteger<std::int32_t>(tolerance * step / 2);
     row.accuracy = toInteger<std::int32_t>(accuracy * std::pow(10.0, accuracyExponent));
 
-    reader.skip(1); // analog characteristic flags
+    const std::uint8_t specified = reader.u8(); // bits 0 nominal, 1 normal maximum, 2 normal minimum
     for (std::uint8_t* field :
          {&row.nominalReading, &row.normalMax, &row.normalMin, &row.maxReadable, &row.minReadable,
           &row.upperNonRecoverable, &row.upperCritical, &row.upperNonCritical, &row.lowerNonRecoverable,
           &row.lowerCritical, &row.lowerNonCritical, &row.hysteresis})
         *field = reader.u8();
+    for (std::uint8_t bit = 0; std::uint8_t * field : {&row.nominalReading, &row.normalMax, &row.normalMin})
+        if ((specified >> bit++ & 1) == 0)
+            *field = 0;
     reader.skip(4); // negative-going hysteresis, reserved, OEM
 }
 

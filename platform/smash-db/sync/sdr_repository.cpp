@@ -81,10 +81,7 @@ private:
             } catch (const ipmi::CompletionCodeError& error) {
                 if (error.code == ipmi::completion::reservationCanceled)
                     throw;
-                const bool isTooMuch = error.code == ipmi::completion::cannotReturnBytes ||
-                                       error.code == ipmi::completion::requestLengthExceeded ||
-                                       error.code == ipmi::completion::unspecified;
-                if (!isTooMuch || partSize_ <= smallestPart)
+                if (!ipmi::completion::meansTooMuch(error.code) || partSize_ <= smallestPart)
                     throw Unreadable(error.what());
                 partSize_ /= 2;
             }
