@@ -13,6 +13,9 @@ namespace {
 
 std::atomic<DeliveryWatch*> watch{nullptr};
 
+// By its SONAME: the loader knows it by that, wherever it was found.
+constexpr const char* providerHelper = "libProviderHelper.so.0";
+
 // A symbol of a library that a provider has brought into the process; nullptr when it has not.
 template <class Symbol>
 Symbol* symbolOf(const char* library, const char* name) {
@@ -23,7 +26,7 @@ Symbol* symbolOf(const char* library, const char* name) {
 // The library calls `replacement` from now on; returns what it called before.
 template <class Function>
 Function replace(const char* variable, Function replacement) {
-    auto* const place = symbolOf<Function>("libProviderHelper.so", variable);
+    auto* const place = symbolOf<Function>(providerHelper, variable);
     if (place == nullptr || *place == nullptr)
         throw Failure(std::string("the provider has not linked ") + variable);
     return std::exchange(*place, replacement);
@@ -42,7 +45,7 @@ int send(const char* url, const char* text) {
 } // namespace
 
 DeliveryWatch::DeliveryWatch(Report report) : report_(std::move(report)) {
-    auto* const link = symbolOf<void()>("libProviderHelper.so", "PH_Init_Indication");
+    auto* const link = symbolOf<void()>(providerHelper, "PH_Init_Indication");
     if (link == nullptr)
         throw Failure("the provider module is not one of libProviderHelper");
     link();
