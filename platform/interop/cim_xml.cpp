@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmpimacs.h>
+#include <memory>
 #include <new>
 #include <optional>
 #include <stdexcept>
@@ -27,6 +28,54 @@ auto answer(Ask ask) {
     return result;
 }
 
+// What an object was asked for. The thread that delivers indications stays attached to the broker for good:
+// it has to give back itself what other threads' requests give back when they end.
+struct Release {
+    template <class Object>
+    void operator()(Object* object) const {
+        CMRelease(object);
+    }
+};
+template <class Object>
+using Owned = std::unique_ptr<Object, Release>;
+
+bool isNull(const CMPIData& data) {
+    return (data.state & (CMPI_nullValue | CMPI_notFound | CMPI_badValue)) != 0;
+}
+
+// The value of a property or a key. Elements of an array are not owned: they go with the array.
+class OwnedData {
+public:
+    explicit OwnedData(const CMPIData& data) : data_(data) {}
+    ~OwnedData() {
+        const CMPIValue& value = data_.value;
+        if (isNull(data_))
+            return;
+        if (CMIsArray(data_))
+            release(value.array);
+        else if (data_.type == CMPI_string)
+            release(value.string);
+        else if (data_.type == CMPI_dateTime)
+            release(value.dateTime);
+        else if (data_.type == CMPI_ref)
+            release(value.ref);
+        else if (data_.type == CMPI_instance)
+            release(value.inst);
+    }
+    OwnedData(const OwnedData&) = delete;
+    OwnedData& operator=(const OwnedData&) = delete;
+    const CMPIData& get() const { return data_; }
+
+private:
+    template <class Object>
+    static void release(Object* object) {
+        if (object != nullptr)
+            CMRelease(object);
+    }
+
+    const CMPIData data_;
+};
+
 std::string textOf(const CMPIString* string) {
     const char* chars = string != nullptr ? CMGetCharsPtr(string, nullptr) : nullptr;
     return chars != nullptr ? chars : "";
@@ -35,7 +84,7 @@ std::string textOf(const CMPIString* string) {
 // Of a part of a path that need not be there.
 template <class Get>
 std::string partOf(const CMPIObjectPath* path, Get get) {
-    return textOf(get(path, nullptr));
+    return textOf(Owned<CMPIString>(get(path, nullptr)).get());
 }
 
 template <class Number>
@@ -88,10 +137,6 @@ std::string embedded(const CMPIInstance* instance) {
     return toText(document, false);
 }
 
-bool isNull(const CMPIData& data) {
-    return (data.state & (CMPI_nullValue | CMPI_notFound | CMPI_badValue)) != 0;
-}
-
 // The value as its element holds it; nothing for null.
 std::optional<std::string> valueText(const CMPIData& data) {
     if (isNull(data))
@@ -130,7 +175,9 @@ std::optional<std::string> valueText(const CMPIData& data) {
     case CMPI_dateTime:
         if (!given(value.dateTime))
             return std::nullopt;
-        return textOf(answer([&](CMPIStatus* status) { return CMGetStringFormat(value.dateTime, status); }));
+        return textOf(Owned<CMPIString>(answer([&](CMPIStatus* status) {
+                          return CMGetStringFormat(value.dateTime, status);
+                      })).get());
     case CMPI_instance:
         return given(value.inst) ? std::optional(embedded(value.inst)) : std::nullopt;
     default:
@@ -148,10 +195,13 @@ void addReference(pugi::xml_node parent, const CMPIObjectPath* path);
 void addKeys(pugi::xml_node parent, const CMPIObjectPath* path) {
     const CMPICount count = answer([&](CMPIStatus* status) { return CMGetKeyCount(path, status); });
     for (CMPICount i = 0; i < count; ++i) {
-        CMPIString* name = nullptr;
-        const CMPIData key = answer([&](CMPIStatus* status) { return CMGetKeyAt(path, i, &name, status); });
+        CMPIString* nameOut = nullptr;
+        const OwnedData owned(
+            answer([&](CMPIStatus* status) { return CMGetKeyAt(path, i, &nameOut, status); }));
+        const Owned<CMPIString> name(nameOut);
+        const CMPIData& key = owned.get();
         auto binding = addElement(parent, "KEYBINDING");
-        addAttribute(binding, "NAME", textOf(name));
+        addAttribute(binding, "NAME", textOf(name.get()));
         if (key.type == CMPI_ref && key.value.ref != nullptr) {
             addReference(binding, key.value.ref);
             continue;
@@ -247,18 +297,19 @@ void addAttribute(pugi::xml_node element, const char* name, const std::string& v
 }
 
 void addInstance(pugi::xml_node parent, const CMPIInstance* instance) {
-    const CMPIObjectPath* path =
-        answer([&](CMPIStatus* status) { return CMGetObjectPath(instance, status); });
+    const Owned<CMPIObjectPath> path(
+        answer([&](CMPIStatus* status) { return CMGetObjectPath(instance, status); }));
     if (path == nullptr)
         throw std::runtime_error("an instance without a path");
     auto element = addElement(parent, "INSTANCE");
-    addAttribute(element, "CLASSNAME", partOf(path, path->ft->getClassName));
+    addAttribute(element, "CLASSNAME", partOf(path.get(), path->ft->getClassName));
     const CMPICount count = answer([&](CMPIStatus* status) { return CMGetPropertyCount(instance, status); });
     for (CMPICount i = 0; i < count; ++i) {
-        CMPIString* name = nullptr;
-        const CMPIData data =
-            answer([&](CMPIStatus* status) { return CMGetPropertyAt(instance, i, &name, status); });
-        addProperty(element, textOf(name), data);
+        CMPIString* nameOut = nullptr;
+        const OwnedData data(
+            answer([&](CMPIStatus* status) { return CMGetPropertyAt(instance, i, &nameOut, status); }));
+        const Owned<CMPIString> name(nameOut);
+        addProperty(element, textOf(name.get()), data.get());
     }
 }
 

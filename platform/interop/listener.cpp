@@ -2,8 +2,11 @@
 
 #include "transfer/transfer.h"
 
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <pugixml.hpp>
+#include <string>
 #include <string_view>
 #include <strings.h>
 
@@ -50,6 +53,22 @@ bool hasErrorElement(const std::string& body) {
                 .empty();
 }
 
+// A destination was checked as an address and a port with a path behind them:
+// "http://<address>:<port><path>". To a URL's reader a path with an '@' in it could make the two a user and a
+// password, and what follows the host.
+std::string withPathApart(const char* url) {
+    char host[64] = "";
+    int portStart = 0;
+    if (std::sscanf(url, "http://%63[^:]:%n", host, &portStart) != 1 || portStart == 0)
+        return url;
+    char* path = nullptr;
+    const long port = std::strtol(url + portStart, &path, 10);
+    if (path == url + portStart)
+        return url;
+    const bool isApart = *path == '\0' || std::strchr("/?#", *path) != nullptr;
+    return "http://" + std::string(host) + ':' + std::to_string(port) + (isApart ? "" : "/") + path;
+}
+
 } // namespace
 
 bool deliver(const char* url, const char* message) {
@@ -61,7 +80,7 @@ bool deliver(const char* url, const char* message) {
     headers.add("Expect:"); // do not ask first
 
     const auto http = transfer::make("http,https");
-    set(http, CURLOPT_URL, url);
+    set(http, CURLOPT_URL, withPathApart(url).c_str());
     set(http, CURLOPT_HTTP_VERSION, CURL_HTTP_VERSION_1_1 + 0L);
     set(http, CURLOPT_CONNECTTIMEOUT, connectSeconds);
     set(http, CURLOPT_TIMEOUT, totalSeconds);

@@ -13,6 +13,7 @@ Handle make(const char* protocols) {
     set(handle, CURLOPT_PROTOCOLS_STR, protocols);
     set(handle, CURLOPT_FOLLOWLOCATION, 0L);
     set(handle, CURLOPT_PROXY, "");
+    set(handle, CURLOPT_DISALLOW_USERNAME_IN_URL, 1L);
     set(handle, CURLOPT_NOSIGNAL,
         1L); // the process is an object manager's, with threads and handlers of its own
     set(handle, CURLOPT_SSLVERSION, CURL_SSLVERSION_TLSv1_2 + 0L);

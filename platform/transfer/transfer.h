@@ -14,8 +14,9 @@ struct CloseTransfer {
 using Handle = std::unique_ptr<CURL, CloseTransfer>;
 
 // A transfer that speaks these protocols only (libcurl's names, separated by commas), follows nobody
-// elsewhere, goes through no proxy of the environment, uses no signals, and trusts verified peers of TLS 1.2
-// and later only. Its user sets what else there is to set, time-outs above all. Throws std::runtime_error.
+// elsewhere, takes no user from a URL, goes through no proxy of the environment, uses no signals, and trusts
+// verified peers of TLS 1.2 and later only. Its user sets what else there is to set, time-outs above all.
+// Throws std::runtime_error.
 Handle make(const char* protocols);
 
 // Throws std::runtime_error for an option or a value that libcurl does not take.

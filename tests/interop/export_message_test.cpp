@@ -224,9 +224,31 @@ TEST_F(ExportMessage, FailsWithTheCallThatFails) {
         broker.failCall(call, 1);
         EXPECT_EQ(render(instance), std::nullopt) << call;
     }
-    broker.resetCalls();
-    EXPECT_NE(render(instance), std::nullopt);
-    EXPECT_EQ(broker.liveObjects(), 0U);
+}
+
+// A thread that stays attached gives back what it asks for.
+TEST_F(ExportMessage, LeavesNothingBehind) {
+    const auto inner = std::make_shared<const Instance>(
+        Instance{{.host = {}, .nameSpace = {}, .className = "CIM_Inner", .keys = {}}, {{"T", text("a")}}});
+    const auto path = std::make_shared<const ObjectPath>(
+        ObjectPath{.host = "bmc", .nameSpace = "root", .className = "CIM_A", .keys = {{"K", text("a")}}});
+    const Value time{CMPI_dateTime, *broker::DateTime::parse("20260131235959.000000+060")};
+    const Instance instance{{.host = {}, .nameSpace = "root", .className = "CIM_A", .keys = {}},
+                            {{"Time", time},
+                             {"Times", {CMPI_dateTimeA, Value::Array{time}}},
+                             {"Texts", textArray({text("a"), text("b")})},
+                             {"Text", text("a")},
+                             {"None", {CMPI_string, {}}},
+                             {"Inner", {CMPI_instance, inner}},
+                             {"Reference", {CMPI_ref, path}}}};
+    broker::Scope scope(broker);
+    const CMPIInstance* const indication = scope.make(instance);
+    const std::size_t before = broker.liveObjects();
+    EXPECT_NE(render(indication), std::nullopt);
+    EXPECT_EQ(broker.liveObjects(), before);
+    broker.failCall("getElementAt", 2);
+    EXPECT_EQ(render(indication), std::nullopt);
+    EXPECT_EQ(broker.liveObjects(), before);
 }
 
 } // namespace
