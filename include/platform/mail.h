@@ -36,8 +36,9 @@ typedef struct {
 static_assert(sizeof(AlertMailRequest) == 4514, "layout shared with the platform");
 
 /* Sends one mail and waits for the server's answer, at most (timeout + retryInterval) * (retries + 1)
- * seconds. A refusal that is permanent (SMTP replies 5yz) is not tried again. Returns 0 when the server took
- * the mail, another number otherwise. The request is not kept; its secrets are not logged. */
+ * seconds. A refusal that is permanent (SMTP replies 5yz) is not tried again, and neither is a server that
+ * was to be authenticated to and offers no AUTH. Returns 0 when the server took the mail, another number
+ * otherwise. The request is not kept; its secrets are not logged. */
 int smtp_mail(const AlertMailRequest* request);
 
 #ifdef __cplusplus

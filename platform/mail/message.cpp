@@ -36,25 +36,29 @@ std::string base64(std::string_view bytes) {
     return text;
 }
 
-// The text of a header field. Control characters, line ends among them, become blanks; what is more than
+// A header field. Control characters in its text, line ends among them, become blanks; what is more than
 // ASCII becomes encoded words (RFC 2047), and so does what would be read as one.
-std::string fieldText(std::string text) {
+std::string field(const std::string& name, std::string text) {
+    const std::string start = name + ": ";
     std::replace_if(text.begin(), text.end(), isControl, ' ');
     if (std::all_of(text.begin(), text.end(), isPrintable) && text.find("=?") == std::string::npos)
-        return text;
-    // A word is at most 75 long, 12 of them its frame: 63 digits, which are 45 bytes.
-    constexpr std::size_t wordSize = 45;
-    std::string words;
+        return start + text;
+    constexpr std::size_t longestLine = 76;
+    constexpr std::size_t frameSize = 12; // of a word: "=?UTF-8?B?" and "?="
+    std::string lines = start;
+    std::size_t column = start.size();
     for (std::string_view rest = text; !rest.empty();) {
-        std::size_t size = std::min(wordSize, rest.size());
-        while (size < rest.size() && size > wordSize - 4 && continuesCharacter(rest[size]))
+        const std::size_t most = (longestLine - column - frameSize) / 4 * 3; // bytes in base64
+        std::size_t size = std::min(most, rest.size());
+        while (size < rest.size() && size > most - 4 && continuesCharacter(rest[size]))
             --size; // words hold whole characters
-        if (!words.empty())
-            words += "\r\n ";
-        words += "=?UTF-8?B?" + base64(rest.substr(0, size)) + "?=";
+        if (lines.size() > start.size())
+            lines += "\r\n ";
+        lines += "=?UTF-8?B?" + base64(rest.substr(0, size)) + "?=";
         rest.remove_prefix(size);
+        column = 1;
     }
-    return words;
+    return lines;
 }
 
 // Quoted-printable (RFC 2045, 6.7). A text's own line ends, CR LF or LF, become CR LF.
@@ -142,9 +146,8 @@ std::string compose(const Message& message) {
     std::string recipients;
     for (const std::string& recipient : message.recipients)
         recipients += (recipients.empty() ? "" : ",\r\n ") + recipient;
-    return "From: " + message.sender + "\r\nTo: " + recipients +
-           "\r\nSubject: " + fieldText(message.subject) + "\r\nDate: " + dateText(now) +
-           "\r\nMessage-ID: " + newMessageId(now, message.host) +
+    return "From: " + message.sender + "\r\nTo: " + recipients + "\r\n" + field("Subject", message.subject) +
+           "\r\nDate: " + dateText(now) + "\r\nMessage-ID: " + newMessageId(now, message.host) +
            "\r\nAuto-Submitted: auto-generated" // RFC 3834: not to be answered by an absence notice
            "\r\nMIME-Version: 1.0"
            "\r\nContent-Type: text/plain; charset=UTF-8"

@@ -18,6 +18,7 @@
 namespace {
 
 constexpr std::uint16_t usualPort = 25;
+constexpr long readyForMessage = 354;                  // SMTP reply to DATA
 constexpr std::uint32_t longestTimeout = 24 * 60 * 60; // seconds: a number that libcurl takes
 // Issuers of the mail servers' certificates, PEM. Without it those that the machine trusts.
 constexpr char issuersFile[] = "/conf/smtp_ca.pem";
@@ -78,12 +79,34 @@ std::optional<mail::Message> makeMessage(const AlertMailRequest& request, const 
     return message;
 }
 
-// What is left of a message to be sent.
-std::size_t readMessage(char* buffer, std::size_t size, std::size_t count, void* rest) {
-    auto& text = *static_cast<std::string_view*>(rest);
-    const std::size_t taken = text.copy(buffer, size * count);
-    text.remove_prefix(taken);
+// With a server, over one connection or several.
+struct Conversation {
+    std::string_view rest; // of the message
+    bool mustAuthenticate;
+    bool isAuthenticated = false; // on this connection
+
+    // libcurl goes on without authentication when the server offers none. The server may not be the one that
+    // is meant then, and gets no message.
+    bool isRefused() const { return mustAuthenticate && !isAuthenticated; }
+};
+
+std::size_t readMessage(char* buffer, std::size_t size, std::size_t count, void* context) {
+    auto& conversation = *static_cast<Conversation*>(context);
+    if (conversation.isRefused())
+        return CURL_READFUNC_ABORT;
+    const std::size_t taken = conversation.rest.copy(buffer, size * count);
+    conversation.rest.remove_prefix(taken);
     return taken;
+}
+
+// Takes note of the server's replies.
+std::size_t takeReply(char* line, std::size_t size, std::size_t count, void* context) {
+    constexpr std::string_view ready = "220";         // RFC 5321: the connection begins
+    constexpr std::string_view authenticated = "235"; // RFC 4954
+    const std::string_view reply(line, size * count);
+    if (reply.starts_with(ready) || reply.starts_with(authenticated))
+        static_cast<Conversation*>(context)->isAuthenticated = reply.starts_with(authenticated);
+    return size * count;
 }
 
 void secure(const transfer::Handle& smtp, const AlertMailRequest& request) {
@@ -109,7 +132,8 @@ int send(const AlertMailRequest& request) {
         return -1;
     // All attempts send the same Message-ID: a server whose answer was lost can tell that it has the mail.
     const std::string wire = mail::compose(*message);
-    std::string_view rest;
+    Conversation conversation{.rest = wire,
+                              .mustAuthenticate = (request.security & CIM_SMTP_AUTHENTICATE) != 0};
 
     const auto smtp = transfer::make("smtp");
     transfer::Lines recipients;
@@ -122,17 +146,19 @@ int send(const AlertMailRequest& request) {
     set(smtp, CURLOPT_MAIL_RCPT, recipients.list());
     set(smtp, CURLOPT_UPLOAD, 1L);
     set(smtp, CURLOPT_READFUNCTION, readMessage);
-    set(smtp, CURLOPT_READDATA, &rest);
+    set(smtp, CURLOPT_READDATA, &conversation);
+    set(smtp, CURLOPT_HEADERFUNCTION, takeReply);
+    set(smtp, CURLOPT_HEADERDATA, &conversation);
     set(smtp, CURLOPT_INFILESIZE_LARGE, static_cast<curl_off_t>(wire.size()));
     secure(smtp, request);
 
     for (std::uint32_t attempt = 0;; ++attempt) {
-        rest = wire;
+        conversation.rest = wire;
         if (curl_easy_perform(smtp.get()) == CURLE_OK)
             return 0;
         long reply = 0;
         curl_easy_getinfo(smtp.get(), CURLINFO_RESPONSE_CODE, &reply);
-        const bool isPermanent = reply >= 500;
+        const bool isPermanent = reply >= 500 || (reply == readyForMessage && conversation.isRefused());
         if (isPermanent || attempt == request.retries)
             return -1;
         sleep(request.retryInterval);

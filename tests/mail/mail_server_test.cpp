@@ -41,6 +41,18 @@ TEST_F(MailServer, AsksForALogin) {
     EXPECT_EQ(sent()["user"], "alerts");
 }
 
+// Nobody knows then whether it is the server that is meant.
+TEST_F(MailServer, OffersNoLogin) {
+    startServer();
+    fill(request.userName, "alerts");
+    fill(request.password, "secret");
+    request.security = CIM_SMTP_AUTHENTICATE;
+    request.retries = 3;
+    request.retryInterval = 20;
+    EXPECT_LT(seconds([&] { EXPECT_NE(send(), 0); }), 15) << "it is not tried again";
+    EXPECT_TRUE(server->records().empty());
+}
+
 TEST_F(MailServer, RefusesForNow) {
     startServer({"--refuse", "451 try later", "--refusals", "2"});
     request.retries = 1;
@@ -48,7 +60,11 @@ TEST_F(MailServer, RefusesForNow) {
     EXPECT_EQ(refusals(), 2U) << "the first attempt and a retry";
     EXPECT_EQ(send(), 0);
 
-    startServer({"--refuse", "451 greylisted", "--stage", "recipient", "--refusals", "1"});
+    startServer({"--refuse", "451 greylisted", "--stage", "recipient", "--refusals", "1", "--login",
+                 "alerts:secret"});
+    fill(request.userName, "alerts");
+    fill(request.password, "secret");
+    request.security = CIM_SMTP_AUTHENTICATE;
     request.retryInterval = 1;
     EXPECT_GE(seconds([&] { EXPECT_EQ(send(), 0); }), 1);
 }

@@ -90,9 +90,10 @@ def protocol(options, handler):
     if options.certificate:
         context = ssl.create_default_context(ssl.Purpose.CLIENT_AUTH)
         context.load_cert_chain(options.certificate)
+    # Who needs TLS for it does not offer AUTH in clear.
     return lambda: SMTP(handler, hostname="mail.test", tls_context=context, require_starttls=context is not None,
                         authenticator=authenticate if options.login else None,
-                        auth_required=options.login is not None, auth_require_tls=False)
+                        auth_required=options.login is not None, auth_require_tls=options.login is None)
 
 
 async def serve(options):
