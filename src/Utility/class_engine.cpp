@@ -298,8 +298,9 @@ int enumerateAll(const ClassFamily& family, void** records, int* count, int name
         guarded(-1, [&] { return family.enumerate(store, namesOnly != 0 ? Detail::Names : Detail::All); });
     if (result == 0)
         store.commit();
-    *count = store.committed();
-    *records = store.release();
+    const bool isKept = result == 0 || !family.failureFreesAll;
+    *count = isKept ? store.committed() : 0;
+    *records = isKept ? store.release() : nullptr;
     return result == 0 ? 0 : -1;
 }
 

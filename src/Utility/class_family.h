@@ -46,6 +46,8 @@ struct ClassDefinition {
     // Appends the records: 0, or -1 and nothing counts as appended. A class without it is only reached
     // through others: it refuses to be enumerated and got.
     int (*enumerate)(RecordArray<Record>& records, Detail detail) = nullptr;
+    // A failed enumeration frees the records that the caller's array had before, too.
+    bool failureFreesAll = false;
     // In its place, for a class with more records than fit in memory at once: hands one after the other to
     // `take`, and ends with -1 when that is false. The records own nothing.
     int (*stream)(const std::function<bool(const Record&)>& take, Detail detail) = nullptr;
@@ -68,6 +70,7 @@ struct ClassFamily {
     std::span<const Property> properties;
     std::size_t recordSize;
     int (*enumerate)(RecordStore& records, Detail detail); // a class that streams has it too
+    bool failureFreesAll;
     int (*stream)(const std::function<bool(const void*)>& take, Detail detail);
     int (*get)(RecordStore& records, CMPIString** keyValues);
     bool (*skip)(const void* record);
@@ -110,13 +113,21 @@ constexpr ClassFamily eraseTypes() {
     static_assert(keysDescribed(definition.keys, definition.properties));
     static_assert(definition.stream == nullptr ||
                   (definition.enumerate == nullptr && !ownsTexts(definition.properties)));
-    ClassFamily family{definition.name,   definition.superclass,
-                       definition.keys,   definition.properties,
-                       sizeof(Record),    nullptr,
-                       nullptr,           nullptr,
-                       nullptr,           definition.modify,
-                       definition.create, definition.remove,
-                       definition.invoke, definition.methods};
+    ClassFamily family{definition.name,
+                       definition.superclass,
+                       definition.keys,
+                       definition.properties,
+                       sizeof(Record),
+                       nullptr,
+                       definition.failureFreesAll,
+                       nullptr,
+                       nullptr,
+                       nullptr,
+                       definition.modify,
+                       definition.create,
+                       definition.remove,
+                       definition.invoke,
+                       definition.methods};
     if constexpr (definition.enumerate != nullptr)
         family.enumerate = [](RecordStore& store, Detail detail) {
             RecordArray<Record> records(store);

@@ -18,6 +18,12 @@ void copyText(char (&field)[N], const char* text) {
     field[length] = '\0';
 }
 
+// The field holds the whole text.
+template <std::size_t N>
+bool fits(const char (&)[N], const char* text) {
+    return std::strlen(text) < N;
+}
+
 // Writes a list ended by a negative number, cut at the field's width.
 template <std::size_t N>
 void setList(int (&field)[N], std::initializer_list<int> values) {

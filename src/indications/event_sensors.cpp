@@ -1,5 +1,6 @@
 // The CIM_Sensor instances that events come from.
 #include "provider_helper/alert_delivery.h"
+#include "Utility/cmpi_ptr.h"
 #include "Utility/request_texts.h"
 
 #include <cmpimacs.h>
@@ -19,8 +20,8 @@ void copyBounded(char* buffer, int size, const char* text) {
 } // namespace
 
 CMPIEnumeration* CacheSensorInstances(const CMPIBroker* broker, const CMPIContext* context) {
-    const CMPIObjectPath* path = CMNewObjectPath(broker, "root/cimv2", "CIM_Sensor", nullptr);
-    return path != nullptr ? CBEnumInstances(broker, context, path, nullptr, nullptr) : nullptr;
+    const ph::CmpiPtr<CMPIObjectPath> path(CMNewObjectPath(broker, "root/cimv2", "CIM_Sensor", nullptr));
+    return path != nullptr ? CBEnumInstances(broker, context, path.get(), nullptr, nullptr) : nullptr;
 }
 
 CMPIInstance* GetSpecificEventSensorObjectInstances(int sensorNumber, CMPIEnumeration* sensors) {
@@ -59,10 +60,11 @@ int get_alerting_managed_element_from_instance(const CMPIInstance* instance, con
                                                int size, char* path, int pathSize) {
     get_cmpi_str_property_value(instance, name, buffer, size);
     CMPIStatus status{CMPI_RC_OK, nullptr};
-    const CMPIObjectPath* objectPath = CMGetObjectPath(instance, &status);
-    const char* const text = objectPath != nullptr && status.rc == CMPI_RC_OK
-                                 ? ph::textOf(objectPath->ft->toString(objectPath, nullptr))
-                                 : nullptr;
+    const ph::CmpiPtr<CMPIObjectPath> objectPath(CMGetObjectPath(instance, &status));
+    const ph::CmpiPtr<CMPIString> string(status.rc == CMPI_RC_OK && objectPath != nullptr
+                                             ? objectPath->ft->toString(objectPath.get(), nullptr)
+                                             : nullptr);
+    const char* const text = ph::textOf(string.get());
     copyBounded(path, pathSize, text);
     return text != nullptr ? 0 : -1;
 }

@@ -172,13 +172,15 @@ CMPIStatus createCimxmlFilter(const ph::Request& request, const char* name, cons
     CimxmlFilterRow stored{};
     ph::copyText(stored.name, name);
     ph::Database database;
-    if (!database.open())
+    if (!ph::fits(stored.name, name) || !database.open())
         return refuse(request, createFailed);
     if (db_get_indication_filter_cimxml(database.get(), &stored) == 0)
         return refuse(request, "Filter already exists and active\n");
     const auto row = makeRow(name, query);
     if (!row)
         return refuse(request, invalidQuery);
+    if (!ph::fits(row->query, query))
+        return refuse(request, createFailed);
     (void)db_set_indication_filter_cimxml(database.get(), &*row); // not part of the answer
     return returnPath(request);
 }
@@ -188,7 +190,8 @@ CMPIStatus modifyCimxmlFilter(const ph::Request& request, const char* name, cons
     if (!row)
         return refuse(request, invalidQuery);
     ph::Database database;
-    return database.open() && db_set_indication_filter_cimxml(database.get(), &*row) == 0
+    return ph::fits(row->query, query) && database.open() &&
+                   db_set_indication_filter_cimxml(database.get(), &*row) == 0
                ? ph::success
                : refuse(request, modifyFailed);
 }
@@ -265,6 +268,7 @@ constexpr ph::ClassDefinition<Record> definition{.name = className,
                                                  .keys = g_IndicationFilterKeyList,
                                                  .properties = properties,
                                                  .enumerate = enumerate,
+                                                 .failureFreesAll = true,
                                                  .modify = modify,
                                                  .create = create,
                                                  .remove = remove};

@@ -58,6 +58,7 @@ constexpr ClassDefinition<ListenerDestinationRecord> lanDestinationDefinition{
     .properties = destinationProperties,
     .enumerate = [](RecordArray<ListenerDestinationRecord>& records,
                     Detail detail) { return enumerate(family, records, detail); },
+    .failureFreesAll = true,
     .modify = [](const Request& request) { return modify(family, request); },
     .create = [](const Request& request) { return create(family, request); },
     .remove = [](const Request& request) { return remove(family, request); }};

@@ -83,7 +83,7 @@ CMPIStatus create(const ph::Request& request) {
         return refuse(request, invalidDestination);
     ph::Database database;
     CimxmlDestinationRow row;
-    if (!database.open())
+    if (!ph::fits(row.name, name) || !ph::fits(row.destination, destination) || !database.open())
         return refuse(request, destinationNotCreated);
     if (isStored(database, name, row))
         return refuse(request, "Instance already exists");
@@ -104,7 +104,8 @@ CMPIStatus modify(const ph::Request& request) {
         return ph::fail(request.broker, CMPI_RC_ERR_NOT_SUPPORTED, invalidDestination);
     const CimxmlDestinationRow row = makeRow(stored->Name, destination);
     ph::Database database;
-    return database.open() && db_set_listener_destination(database.get(), &row) == 0
+    return ph::fits(row.destination, destination) && database.open() &&
+                   db_set_listener_destination(database.get(), &row) == 0
                ? ph::success
                : refuse(request, destinationNotSet);
 }

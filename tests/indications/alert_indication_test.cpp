@@ -181,7 +181,23 @@ TEST_F(BrokerDelivery, isNotTriedAgainWithoutAPolicy) {
     EXPECT_EQ(deliver(), 1);
     serve({});
     EXPECT_EQ(deliver(), 1);
+    EXPECT_EQ(nameSpaces.size(), 3U);
     EXPECT_THAT(platform.pauses, IsEmpty());
+}
+
+TEST_F(BrokerDelivery, isTriedAgainAtOnceWithoutAnInterval) {
+    auto mistyped = policy(2, 20);
+    mistyped[1].value = {CMPI_uint16, std::uint64_t{20}};
+    auto missing = policy(2, 20);
+    missing.pop_back();
+    for (const auto& given : {mistyped, missing}) {
+        serve(given);
+        nameSpaces.clear();
+        failDeliveries(2);
+        EXPECT_EQ(deliver(), 0);
+        EXPECT_THAT(nameSpaces, ElementsAre("root/interop", "root/cimv2", "root/cimv2"));
+        EXPECT_THAT(platform.pauses, testing::Each(0U));
+    }
 }
 
 class AlertPipe : public DeliveryFixture {

@@ -84,6 +84,11 @@ TEST_F(CimxmlDestinations, whatCannotBeDoneIsRefusedWithItsReason) {
     EXPECT_THAT(create(destination("cimxml-8")), Refuses(1, badName));
     EXPECT_THAT(create(destination("CIMXML-8", "http://host:80")), Refuses(1, invalidDestination));
     EXPECT_THAT(create(destination("CIMXML-8", "")), Refuses(1, invalidDestination));
+    const std::string longName = "CIMXML-" + std::string(249, '8'); // a character more than fits
+    const std::string longUrl = url + std::string(256 - std::strlen(url), 'x');
+    EXPECT_THAT(create(destination(longName)), Refuses(1, "Create Instance Failed"));
+    EXPECT_THAT(create(destination("CIMXML-8", longUrl)), Refuses(1, "Create Instance Failed"));
+    EXPECT_THAT(modify(destination("CIMXML-7", longUrl)), Refuses(1, "SetInstance Failed"));
     EXPECT_THAT(modify(destination("CIMXML-7", "http://host:80")), Refuses(7, invalidDestination));
     EXPECT_THAT(modify(destination("CIMXML-8")), Refuses(1, "Given instance does not exist"));
     EXPECT_THAT(remove(path(destinationClass, "CIMXML-8")), Refuses(1, "Given instance does not exist"));

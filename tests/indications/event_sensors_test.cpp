@@ -27,7 +27,10 @@ protected:
     // The DeviceID of the first sensor with this number, "none" without one.
     std::string find(int number) {
         broker::Scope scope(broker);
-        CMPIEnumeration* sensors = CacheSensorInstances(broker.handle(), scope.makeContext());
+        const CMPIContext* context = scope.makeContext();
+        const std::size_t before = broker.liveObjects();
+        CMPIEnumeration* sensors = CacheSensorInstances(broker.handle(), context);
+        EXPECT_LE(broker.liveObjects(), before + 1) << "only the enumeration";
         const CMPIInstance* sensor = GetSpecificEventSensorObjectInstances(number, sensors);
         return sensor != nullptr ? broker::toText(broker::toInstance(sensor).properties.at(0).value) : "none";
     }
@@ -51,6 +54,7 @@ TEST_F(EventSensors, tellTheirTextsAndPaths) {
         .properties = {{"Name", {CMPI_string, "Inlet Temp"}}, {"Number", {CMPI_uint16, std::uint64_t{3}}}}};
     sensor.path.keys = {{"DeviceID", {CMPI_string, "32.26.0.1.01.99:Inlet"}}};
     const CMPIInstance* instance = scope.make(sensor);
+    const std::size_t before = broker.liveObjects();
     char text[8] = "before";
     char place[256] = "before";
     EXPECT_EQ(
@@ -58,6 +62,7 @@ TEST_F(EventSensors, tellTheirTextsAndPaths) {
         0);
     EXPECT_STREQ(text, "Inlet T") << "cut";
     EXPECT_EQ(place, broker::toText(sensor.path));
+    EXPECT_EQ(broker.liveObjects(), before + 1) << "only the text of the property";
     for (const char* other : {"Number", "Missing"}) {
         EXPECT_EQ(get_cmpi_str_property_value(instance, other, text, sizeof text), 0);
         EXPECT_STREQ(text, "");

@@ -114,8 +114,9 @@ TEST_F(Filters, pefFilterLivesInItsSlot) {
 }
 
 TEST_F(Filters, cimxmlFilterLivesInTheDatabase) {
-    const std::string longQuery = std::string(critical) + std::string(300, ' ');
+    const std::string longQuery = std::string(critical) + std::string(511 - std::strlen(critical), ' ');
     ASSERT_THAT(create(filter(cimxmlName, longQuery)), Succeeds());
+    EXPECT_THAT(modify(filter(cimxmlName, longQuery + ' ')), Refuses(1, "ModifyInstance Failed \n"));
     EXPECT_THAT(create(filter(cimxmlName, "nonsense")), Refuses(1, "Filter already exists and active\n"));
     onDatabase([&](SMASH_DB_HANDLE handle) {
         CimxmlFilterRow row{};
@@ -147,6 +148,9 @@ TEST_F(Filters, cimxmlFilterLivesInTheDatabase) {
 
 TEST_F(Filters, whatCannotBeCreatedIsRefusedWithItsReason) {
     const char* const invalidFormat = "Invalid format for property \"Name\"\n";
+    // One character more than the rows have room for.
+    const std::string longName = std::string(cimxmlName) + std::string(256 - std::strlen(cimxmlName), '0');
+    const std::string longQuery = std::string(critical) + std::string(512 - std::strlen(critical), ' ');
     const struct {
         const char* name;
         const char* query;
@@ -170,6 +174,8 @@ TEST_F(Filters, whatCannotBeCreatedIsRefusedWithItsReason) {
          "CreateInstance Failed - Filter already exists and active \n"},
         {"IndicationFilter:IPMIPEF-1-5", "nonsense", 1, invalidQuery},
         {"IndicationFilter:CIMXML-1", "nonsense", 1, invalidQuery},
+        {longName.c_str(), critical, 1, "CreateInstance Failed \n"},
+        {"IndicationFilter:CIMXML-1", longQuery.c_str(), 1, "CreateInstance Failed \n"},
     };
     for (const auto& expected : cases) {
         SCOPED_TRACE(expected.name);
@@ -305,6 +311,11 @@ TEST_F(Filters, arraysOfCallersGrowOrGo) {
         PH_Clean_IndicationFilter(&filters, count);
         count = 0;
     }
+    expectFailuresToFreeAll<IndicationFilterRecord>(
+        [](auto* records, int* held) {
+            return PH_Create_IndicationFilterInstance(records, held, "BMC", "kept", critical, 0);
+        },
+        PH_Enum_All_IndicationFilter);
 }
 
 } // namespace

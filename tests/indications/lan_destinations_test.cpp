@@ -228,6 +228,11 @@ TEST_F(LanDestinations, arraysOfCallersGrowOrGo) {
     EXPECT_EQ(PH_Create_ListenerDestinationSNMPInstance(&records, &count, nullptr, "SNMP:01:2", "", 0), -1);
     EXPECT_EQ(records, nullptr);
     EXPECT_EQ(count, 0);
+    const auto add = [](auto* array, int* held) {
+        return PH_Create_ListenerDestinationSMTPInstance(array, held, "BMC", "kept", "UID:2", 0);
+    };
+    expectFailuresToFreeAll<ListenerDestinationRecord>(add, PH_Enum_All_ListenerDestinationSMTP);
+    expectFailuresToFreeAll<ListenerDestinationRecord>(add, PH_Enum_All_ListenerDestinationSNMP);
 }
 
 } // namespace
