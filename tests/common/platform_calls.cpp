@@ -109,6 +109,9 @@ int db_init(SMASH_DB_HANDLE* handle) {
 int tmp_db_init(SMASH_DB_HANDLE* handle) {
     return openHandle(__func__, handle);
 }
+int smash_db_init(SMASH_DB_HANDLE* handle) {
+    return openHandle(__func__, handle);
+}
 int db_close(SMASH_DB_HANDLE handle) {
     const bool failing = fails(__func__, handle);
     const int result = real<decltype(db_close)>(__func__)(handle);

@@ -1,0 +1,108 @@
+#include "conformance_fixture.h"
+
+#include "class_list.h"
+
+namespace {
+
+broker::Value reference(broker::ObjectPath path) {
+    return {CMPI_ref, std::make_shared<const broker::ObjectPath>(std::move(path))};
+}
+
+bool isDone(const broker::Reply& reply) {
+    return reply.ok() && (reply.values.empty() || broker::toText(reply.values[0]) == "0");
+}
+
+std::vector<std::string> classNames() {
+    std::vector<std::string> names;
+    for (const ph::ClassFamily* family : ph::allClasses())
+        names.emplace_back(family->name);
+    return names;
+}
+
+} // namespace
+
+broker::Instance Conformance::first() const {
+    const auto all = tested.instances();
+    return all.empty() ? broker::Instance{.path = tested.path(), .properties = {}} : all.front();
+}
+
+// One property that may be changed, to what it is; else all.
+broker::Request Conformance::modification(const broker::Instance& instance) const {
+    broker::Request request{
+        .operation = Operation::ModifyInstance, .path = instance.path, .instance = instance};
+    for (const auto& [name, value] : instance.properties) {
+        request.properties = {{name}};
+        const bool isDone = tested.description.modifies && tested.answer(request).reply.ok();
+        machine().restore();
+        if (isDone)
+            return request;
+    }
+    request.properties.reset();
+    return request;
+}
+
+// What a client may send: numbers that stand for states, texts, instances of the classes that there are.
+std::vector<broker::NamedValues> Conformance::argumentsOf(const phctl::MethodDescription& method) {
+    std::vector<broker::NamedValues> candidates;
+    for (const std::uint64_t number : {2U, 3U, 5U, 8U, 11U}) {
+        broker::NamedValues arguments;
+        for (const phctl::Declaration& parameter : method.parameters) {
+            if (parameter.isOut)
+                continue;
+            const auto* const referred = phctl::describe(parameter.className);
+            const ServedClass host(broker, *phctl::describe("CIM_HostComputerSystem"));
+            if (parameter.type == CMPI_ref) {
+                const auto all = (referred != nullptr ? ServedClass(broker, *referred) : host).instances();
+                arguments.push_back({parameter.name, reference(all.at(0).path)});
+            } else if (parameter.type == CMPI_instance && referred != nullptr) {
+                arguments.push_back({parameter.name,
+                                     {CMPI_instance, std::make_shared<const broker::Instance>(
+                                                         Machine::newInstance(parameter.className))}});
+            } else if (parameter.type == CMPI_string) {
+                arguments.push_back({parameter.name, {CMPI_string, std::to_string(number)}});
+            } else if (parameter.type != CMPI_dateTime) {
+                arguments.push_back({parameter.name, {parameter.type, number}});
+            }
+        }
+        candidates.push_back(std::move(arguments));
+    }
+    return candidates;
+}
+
+std::vector<broker::Request> Conformance::changes() {
+    const broker::Instance instance = first();
+    std::vector<broker::Request> all{modification(instance)};
+    broker::Request creation{.operation = Operation::CreateInstance,
+                             .path = tested.path(),
+                             .instance = Machine::newInstance(tested.description.name)};
+    if (creation.instance.properties.empty())
+        creation.instance = instance;
+    creation.path = creation.instance.path;
+    all.push_back(creation);
+    all.push_back({.operation = Operation::DeleteInstance, .path = instance.path});
+    for (const phctl::MethodDescription& method : tested.description.methods) {
+        broker::Request request{
+            .operation = Operation::InvokeMethod, .path = instance.path, .method = method.name};
+        for (const auto& arguments : argumentsOf(method)) {
+            request.arguments = arguments;
+            const bool succeeds = isDone(tested.answer(request).reply);
+            machine().restore();
+            if (succeeds)
+                break;
+        }
+        all.push_back(std::move(request));
+    }
+    return all;
+}
+
+std::vector<broker::Request> Conformance::requests() {
+    auto all = changes();
+    all.push_back({.operation = Operation::EnumerateInstances, .path = tested.path()});
+    all.push_back({.operation = Operation::EnumerateInstanceNames, .path = tested.path()});
+    all.push_back({.operation = Operation::GetInstance, .path = first().path});
+    all.push_back({.operation = Operation::InvokeMethod, .path = first().path, .method = "NoSuchMethod"});
+    return all;
+}
+
+INSTANTIATE_TEST_SUITE_P(Classes, Conformance, testing::ValuesIn(classNames()),
+                         [](const auto& test) { return test.param.substr(4); });

@@ -1,0 +1,44 @@
+// A test of each class of the list, on the machine where all have instances.
+#pragma once
+
+#include "machine.h"
+#include "platform_calls.h"
+#include "served_class.h"
+
+#include <gmock/gmock.h>
+
+class Conformance : public ::testing::TestWithParam<std::string> {
+protected:
+    using Operation = broker::Request::Operation;
+
+    void SetUp() override {
+        machine().restore();
+        platformCalls.clear();
+    }
+    void TearDown() override { expectNothingLeft(); }
+
+    static const Machine& machine() {
+        static const Machine shared;
+        return shared;
+    }
+    void expectNothingLeft() const {
+        EXPECT_EQ(platformCalls.openSessions, 0);
+        EXPECT_EQ(platformCalls.openHandles, 0);
+        EXPECT_EQ(broker.liveObjects(), 0U);
+    }
+    bool isEnumerated() const { return tested.description.enumerates; }
+
+    // A request that changes something and, if any of the class does, succeeds: of each operation, and of
+    // each method.
+    std::vector<broker::Request> changes();
+    // Those, and the others on the first instance.
+    std::vector<broker::Request> requests();
+
+    broker::Broker broker;
+    const ServedClass tested{broker, *phctl::describe(GetParam())};
+
+private:
+    broker::Instance first() const;
+    broker::Request modification(const broker::Instance& instance) const;
+    std::vector<broker::NamedValues> argumentsOf(const phctl::MethodDescription& method);
+};

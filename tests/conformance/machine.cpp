@@ -1,0 +1,137 @@
+#include "machine.h"
+
+#include "ipmi/transport.h"
+#include "platform_calls.h"
+#include "smash-db/sync/sync.h"
+#include "virtual-bmc/virtual_bmc.h"
+
+#include <provider_helper/provider_helper.h>
+
+#include <cstdio>
+#include <sstream>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr char model[] = R"({
+    "device": {"deviceGuid": "6b1f3d52-8f0e-4a61-9c37-50d4a2e8c911",
+               "systemGuid": "d83a7e04-52c9-4b1d-a6f8-0c94e71b3f25"},
+    "frus": [{"id": 0, "name": "Board",
+              "board": {"manufacturer": "Maker", "product": "Model 7", "serialNumber": "SN42"}}],
+    "users": [{"id": 2, "name": "root"}, {"id": 3, "name": "operator", "privilege": "operator"}],
+    "services": [{"name": "web"}, {"name": "ssh"}],
+    "chassis": {"softOffDelay": 0, "cycleInterval": 0},
+    "sensors": [
+        {"number": 1, "name": "Inlet", "analog": {"unit": "degrees C"}, "reading": 25,
+         "thresholds": {"upperNonCritical": 40, "upperCritical": 45}},
+        {"number": 2, "name": "PSU", "type": "Power Supply", "readingType": "sensor-specific", "record": "compact",
+         "supportedStates": [0, 1, 3], "states": [0]}],
+    "lans": [{"channel": 1, "name": "eth0", "mac": "02:00:5e:10:20:30",
+              "ipv4": {"configured": {"address": "192.0.2.10", "netmask": "255.255.255.0", "gateway": "192.0.2.1"},
+                       "lease": {"address": "192.0.2.77", "netmask": "255.255.255.0", "gateway": "192.0.2.1"}},
+              "ipv6": {"advertised": {"address": "2001:db8::a"}}},
+             {"channel": 2, "name": "eth1", "mac": "02:00:5e:10:20:31",
+              "ipv4": {"source": "dhcp", "lease": {"address": "198.51.100.7", "netmask": "255.255.255.0"}}}],
+    "alertDestinations": [{"channel": 1, "selector": 1, "kind": "e-mail", "user": 2},
+                          {"channel": 1, "selector": 2, "kind": "trap", "ipv4": "192.0.2.9"}],
+    "pef": {"filters": [
+        {"number": 1, "bytes": "80 01 01 10 ff ff 01 ff 01 ff ff 00 00 00 00 00 00 00 00 00"}]}})";
+
+broker::Value text(std::string value) {
+    return {CMPI_string, std::move(value)};
+}
+
+void store() {
+    CimxmlDestinationRow destination{"CIMXML-7", "http://192.0.2.9:5988/listener"};
+    CimxmlFilterRow filter{"IndicationFilter:CIMXML-7",
+                           "select * from CIM_AlertIndication where PerceivedSeverity=6", 0xFF, 0xFF, 6};
+    SMASH_DB_HANDLE database = nullptr;
+    EXPECT_EQ(db_init(&database), 0);
+    EXPECT_EQ(db_set_listener_destination(database, &destination), 0);
+    EXPECT_EQ(db_set_indication_filter_cimxml(database, &filter), 0);
+    EXPECT_EQ(db_close(database), 0);
+
+    char job[64];
+    EXPECT_EQ(PH_CreateJobInstance("Running", job, 4, "2"), 0);
+    EXPECT_EQ(PH_CreateJobInstance("Failed", job, 10, "17,6"), 0);
+    EXPECT_EQ(PH_CreateErrorInstance(job), 0);
+}
+
+void synchronise(const fs::path& stateFile) {
+    ipmi::SessionSettings settings;
+    settings.address = stateFile.string();
+    settings.interfaceType = ipmi::SessionSettings::VirtualBmc;
+    smash::sync(*ipmi::openTransport(settings));
+    IPMISessionInfo session{};
+    std::snprintf(session.interfaceType, sizeof session.interfaceType, "%d", settings.interfaceType);
+    SMASH_DB_HANDLE database = nullptr;
+    EXPECT_EQ(db_init(&database), 0);
+    EXPECT_EQ(db_set_ipmi_session_info(database, &session), 0);
+    EXPECT_EQ(db_close(database), 0);
+}
+
+} // namespace
+
+Machine::Machine() {
+    // Stand-ins for the commands that the library runs: nothing here may reach the machine's own.
+    for (const char* place :
+         {"/usr/sbin/reboot", "/usr/bin/ps", "/usr/bin/killall", "/usr/local/bin/smashclpd"}) {
+        const fs::path file = sysroot_.place(place);
+        fs::create_directories(file.parent_path());
+        std::ofstream(file) << "#!/bin/sh\n";
+        fs::permissions(file, fs::perms::owner_all);
+    }
+    const fs::path stateFile = sysroot_.place("/var/lib/virtual-bmc/bmc.state");
+    vbmc::createFromText(stateFile, model, "model");
+    vbmc::VirtualBmc(stateFile).addSensorEvent("Inlet", 9, false);
+    synchronise(stateFile);
+    store();
+    before_ = files();
+}
+
+std::map<fs::path, Machine::File> Machine::files() const {
+    std::map<fs::path, File> all;
+    for (const auto& entry : fs::recursive_directory_iterator(sysroot_.place("/")))
+        if (entry.is_regular_file()) {
+            std::ostringstream content;
+            content << std::ifstream(entry.path()).rdbuf();
+            all[entry.path()] = {content.str(), entry.status().permissions()};
+        }
+    return all;
+}
+
+broker::Instance Machine::newInstance(const std::string& className) {
+    const std::map<std::string, broker::NamedValues> properties{
+        {"CIM_Account",
+         {{"Name", text("IPMI User-4")},
+          {"UserID", text("eva")},
+          {"UserPassword", {CMPI_stringA, broker::Value::Array{text("word")}}}}},
+        {"CIM_IndicationFilter",
+         {{"Name", text("IndicationFilter:CIMXML-8")},
+          {"Query", text("select * from CIM_AlertIndication where PerceivedSeverity=6")}}},
+        {"CIM_ListenerDestinationCIMXML",
+         {{"Name", text("CIMXML-8")}, {"Destination", text("http://192.0.2.9:5988/listener")}}},
+    };
+    broker::Instance instance{
+        .path = {.host = {}, .nameSpace = "root/cimv2", .className = className, .keys = {}},
+        .properties = {}};
+    if (const auto found = properties.find(className); found != properties.end())
+        instance.properties = found->second;
+    return instance;
+}
+
+void Machine::restore() const {
+    for (const auto& [path, file] : files()) {
+        const auto before = before_.find(path);
+        if (before == before_.end())
+            fs::remove(path);
+        else if (before->second.content != file.content)
+            std::ofstream(path) << before->second.content;
+    }
+    for (const auto& [path, file] : before_)
+        if (!fs::exists(path)) {
+            std::ofstream(path) << file.content;
+            fs::permissions(path, file.mode);
+        }
+}

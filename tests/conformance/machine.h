@@ -1,0 +1,29 @@
+// A machine on which every class has instances: a virtual BMC with something of each kind, the database that
+// a sync fills from it, and jobs, addresses, filters and destinations as clients leave them.
+#pragma once
+
+#include "broker/broker.h"
+
+#include <map>
+#include <sysroot_fixture.h>
+
+class Machine {
+public:
+    Machine();
+
+    // Puts every file back as it was when the machine was made.
+    void restore() const;
+
+    // One that its class creates, or that a method takes; without properties where none can be.
+    static broker::Instance newInstance(const std::string& className);
+
+private:
+    struct File {
+        std::string content;
+        std::filesystem::perms mode;
+    };
+    std::map<std::filesystem::path, File> files() const;
+
+    Sysroot sysroot_;
+    std::map<std::filesystem::path, File> before_;
+};

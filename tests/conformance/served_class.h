@@ -1,0 +1,50 @@
+// A class as the library exports it: requests to its functions, looked up by its name as providers do.
+#pragma once
+
+#include "broker/broker.h"
+#include "class_descriptions.h"
+
+#include <cmpimacs.h>
+#include <functional>
+
+struct Answer {
+    broker::Reply reply;
+    unsigned allocations = 0; // that the function made
+    bool memoryFailed = false;
+};
+
+class ServedClass {
+public:
+    ServedClass(broker::Broker& broker, const phctl::ClassDescription& served)
+        : description(served), broker_(broker) {}
+
+    // Calls the class's function for the request. Its nth allocation fails; 0: none does. What else is
+    // allocated here, as well as the broker's own objects of the request, does not count.
+    Answer answer(const broker::Request& request, unsigned failingAllocation = 0) const;
+    // The same on a path that the broker cannot make: `change` gets one and returns what is handed over.
+    using PathChange = std::function<const CMPIObjectPath*(const CMPIObjectPath*)>;
+    broker::Reply answer(const broker::Request& request, const PathChange& change) const;
+
+    broker::ObjectPath path(broker::NamedValues keys = {}) const {
+        return {
+            .host = {}, .nameSpace = "root/cimv2", .className = description.name, .keys = std::move(keys)};
+    }
+    std::vector<broker::Instance> instances(const broker::PropertyList& properties = {}) const;
+    // By PH_X_GetInstArray; nothing where that gives no array.
+    std::optional<std::vector<broker::Instance>> instanceArray() const;
+    // PH_Get_X with these key values, which no broker has checked. Whether it found a record.
+    bool find(CMPIString** keyValues) const;
+
+    std::vector<std::string> keys() const;
+
+    const phctl::ClassDescription& description;
+
+private:
+    Answer call(const broker::Request& request, unsigned failingAllocation, const PathChange& change) const;
+    void* function(const char* operation, const char* suffix = "") const;
+
+    broker::Broker& broker_;
+};
+
+// The operation and the method, for a test's trace.
+std::string toText(const broker::Request& request);
