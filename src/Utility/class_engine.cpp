@@ -66,7 +66,7 @@ struct Maker {
         : broker(cmpiBroker), releasesEarly(family.stream != nullptr) {
         CMPIStatus status = success;
         nameSpace = textOf(CMGetNameSpace(ref, &status));
-        hasNameSpace = status.rc == CMPI_RC_OK;
+        hasNameSpace = status.rc == CMPI_RC_OK && nameSpace != nullptr;
     }
 
     const CMPIBroker* broker;

@@ -15,7 +15,7 @@ constexpr const char* packetLibrary = "libsmclpdpkt.so";
 } // namespace
 
 bool isJob(const char* instanceId) {
-    return std::strstr(instanceId, "clp-job") != nullptr;
+    return instanceId != nullptr && std::strstr(instanceId, "clp-job") != nullptr;
 }
 
 // Without a daemon that answers there are no such jobs: the others are served all the same.

@@ -23,10 +23,10 @@ bool modify(const char* instanceId, std::int32_t state, int first, int second) {
 
 bool MethodJob::makePath(const CMPIBroker* broker, const CMPIObjectPath* ref) {
     CMPIStatus status{CMPI_RC_OK, nullptr};
-    const CMPIString* nameSpace = CMGetNameSpace(ref, &status);
+    const char* nameSpace = textOf(CMGetNameSpace(ref, &status));
     if (nameSpace == nullptr || status.rc != CMPI_RC_OK)
         return false;
-    path_ = CMNewObjectPath(broker, CMGetCharsPtr(nameSpace, nullptr), "CIM_ConcreteJob", &status);
+    path_ = CMNewObjectPath(broker, nameSpace, "CIM_ConcreteJob", &status);
     return path_ != nullptr && status.rc == CMPI_RC_OK;
 }
 

@@ -86,6 +86,8 @@ int changeState(const MethodCall& call, std::uint32_t& value) {
     MethodJob job;
     if (!job.makePath(call.broker, call.ref))
         return refuse(call, CMPI_RC_ERR_FAILED, noJobPath);
+    if (call.serviceName == nullptr)
+        return refuse(call, CMPI_RC_ERR_INVALID_PARAMETER, "Key Value Missing");
     if (call.in == nullptr || CMGetArgCount(call.in, nullptr) == 0)
         return refuse(call, CMPI_RC_ERR_INVALID_PARAMETER, "Input Parameter is empty");
     const auto requested = argument(call.in, "RequestedState");
