@@ -1,0 +1,98 @@
+// What the frame promises of every class's requests when something under them fails: no crash, no exception,
+// no session, handle or object left behind.
+#include "conformance_fixture.h"
+
+#include <algorithm>
+
+namespace {
+
+using broker::Reply;
+using broker::Request;
+
+// Requests allocate and call once a record and property: of many places those tried are spread over all.
+constexpr unsigned mostTried = 24;
+
+std::vector<unsigned> tried(unsigned count) {
+    std::vector<unsigned> numbers;
+    const unsigned most = std::min(count, mostTried);
+    for (unsigned i = 0; i < most; ++i)
+        numbers.push_back(1 + (most > 1 ? i * (count - 1) / (most - 1) : 0));
+    return numbers;
+}
+
+bool isRead(const Request& request) {
+    return request.operation == Request::Operation::EnumerateInstances ||
+           request.operation == Request::Operation::EnumerateInstanceNames ||
+           request.operation == Request::Operation::GetInstance;
+}
+
+TEST_P(Conformance, survivesPlatformCallsThatFail) {
+    for (const Request& request : requests()) {
+        SCOPED_TRACE(toText(request));
+        machine().restore();
+        platformCalls.clear();
+        tested.answer(request);
+        const auto made = platformCalls.made;
+        for (const unsigned nth : tried(static_cast<unsigned>(made.size()))) {
+            SCOPED_TRACE("call " + std::to_string(nth) + " fails: " + made[nth - 1]);
+            machine().restore();
+            platformCalls.clear();
+            platformCalls.failing = nth;
+            const Reply reply = tested.answer(request).reply;
+            EXPECT_TRUE(platformCalls.hasFailed);
+            EXPECT_EQ(reply.ok(), reply.message.empty()) << reply.message;
+            platformCalls.failing = 0;
+            expectNothingLeft();
+        }
+    }
+    machine().restore();
+}
+
+TEST_P(Conformance, survivesBrokerCallsThatFail) {
+    constexpr const char* functions[] = {"addArg",
+                                         "addKey",
+                                         "getArg",
+                                         "getCharPtr",
+                                         "getClassName",
+                                         "getKey",
+                                         "getKeyAt",
+                                         "getKeyCount",
+                                         "getNameSpace",
+                                         "getProperty",
+                                         "getPropertyAt",
+                                         "newArray",
+                                         "newDateTimeFromBinary",
+                                         "newDateTimeFromChars",
+                                         "newInstance",
+                                         "newObjectPath",
+                                         "newString",
+                                         "returnData",
+                                         "returnInstance",
+                                         "returnObjectPath",
+                                         "setElementAt",
+                                         "setProperty"};
+    for (const Request& request : requests()) {
+        SCOPED_TRACE(toText(request));
+        machine().restore();
+        for (const char* function : functions) {
+            broker.resetCalls();
+            const Reply undisturbed = tested.answer(request).reply;
+            for (const unsigned nth : tried(broker.calls(function))) {
+                SCOPED_TRACE(std::string(function) + ' ' + std::to_string(nth));
+                machine().restore();
+                broker.resetCalls();
+                broker.failCall(function, nth);
+                const Reply reply = tested.answer(request).reply;
+                broker.resetCalls();
+                if (isRead(request) && reply.ok()) {
+                    EXPECT_EQ(reply.instances, undisturbed.instances) << "whole, or a failure";
+                    EXPECT_EQ(reply.paths, undisturbed.paths) << "whole, or a failure";
+                }
+                expectNothingLeft();
+            }
+            machine().restore();
+        }
+    }
+}
+
+} // namespace
