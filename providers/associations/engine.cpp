@@ -52,7 +52,7 @@ public:
     PropertyNames& properties(const char* className) { return entry(className).properties; }
 
     struct Entry {
-        const char* className;
+        const char* className = nullptr;
         PropertyNames properties = {};
         std::optional<Instances> instances = {};
         std::vector<bool> isReturned = {};
@@ -72,7 +72,9 @@ private:
         for (Entry& each : entries_)
             if (isSameName(each.className, className))
                 return each;
-        return entries_.emplace_back(className);
+        Entry& added = entries_.emplace_back();
+        added.className = className;
+        return added;
     }
 
     std::deque<Entry> entries_; // which does not move them
