@@ -3,6 +3,7 @@
 // A text depends on the kind of event alone, never on the data that came with it: descriptions are looked up
 // in a registry of messages.
 #include "platform/event_descriptions.h"
+#include "platform/sel_record.h"
 
 #include <cstdarg>
 #include <cstdint>
@@ -20,28 +21,7 @@ namespace {
 
 constexpr std::uint8_t firstOemSensorType = 0xC0; // table 42-3
 
-// The parts of a record that say what happened (IPMI 2.0, 32.1).
-class Record {
-public:
-    explicit Record(const std::uint8_t* bytes) : bytes_(bytes) {}
-
-    std::uint8_t type() const { return bytes_[2]; }
-    bool isSystemEvent() const { return type() == 0x02; }
-    bool isOem() const { return type() >= 0xC0; }
-    bool isOemWithTime() const { return type() >= 0xC0 && type() <= 0xDF; }
-
-    // Of system events.
-    std::uint8_t sensorType() const { return bytes_[10]; }
-    bool isDeassertion() const { return (bytes_[12] & 0x80) != 0; }
-    std::uint8_t eventType() const { return bytes_[12] & 0x7F; }
-    std::uint8_t offset() const { return bytes_[13] & 0x0F; }
-
-    // Of OEM records that have a time: an IANA enterprise number.
-    unsigned manufacturer() const { return bytes_[7] | bytes_[8] << 8 | bytes_[9] << 16; }
-
-private:
-    const std::uint8_t* bytes_;
-};
+using Record = const std::uint8_t*;
 
 __attribute__((format(printf, 2, 3))) int write(char* text, const char* format, ...) {
     va_list arguments;
@@ -56,7 +36,7 @@ int describe(const std::uint8_t* bytes, char* text, int (*put)(Record, char*)) {
     if (text == nullptr)
         return -1;
     text[0] = '\0';
-    return bytes != nullptr ? put(Record(bytes), text) : -1;
+    return bytes != nullptr ? put(bytes, text) : -1;
 }
 
 enum class Severity { unspecified, ok, warning, critical, nonRecoverable };
@@ -89,9 +69,9 @@ Severity stateSeverity(Record record) {
     static constexpr Severity transitions[] = {ok,       warning,        critical,    nonRecoverable, warning,
                                                critical, nonRecoverable, unspecified, unspecified};
     const auto at = [&](const auto& table) {
-        return record.offset() < std::size(table) ? table[record.offset()] : unspecified;
+        return PH_SelEventOffset(record) < std::size(table) ? table[PH_SelEventOffset(record)] : unspecified;
     };
-    switch (record.eventType()) {
+    switch (PH_SelEventType(record)) {
     case IPMI_EVENT_READING_TYPE_CODE_THRESHOLD:
         return at(thresholds);
     case IPMI_EVENT_READING_TYPE_CODE_TRANSITION_SEVERITY:
@@ -102,47 +82,51 @@ Severity stateSeverity(Record record) {
 }
 
 Severity severityOf(Record record) {
-    if (!record.isSystemEvent())
+    if (!PH_IsSelSystemEvent(record))
         return Severity::unspecified;
     const Severity severity = stateSeverity(record);
-    if (!record.isDeassertion() || severity == Severity::unspecified)
+    if (!PH_IsSelDeassertion(record) || severity == Severity::unspecified)
         return severity;
     // The end of a bad state is good; that of the good one tells nothing of what came after it.
     return severity == Severity::ok ? Severity::unspecified : Severity::ok;
 }
 
 int putSensorType(Record record, char* text) {
-    if (!record.isSystemEvent())
-        return write(text, record.isOem() ? "OEM" : "Unknown");
-    if (record.sensorType() >= firstOemSensorType)
-        return write(text, "OEM (%02Xh)", record.sensorType());
-    const char* known = ipmi_get_sensor_type_string(record.sensorType());
-    return known != nullptr ? write(text, "%s", known) : write(text, "Unknown (%02Xh)", record.sensorType());
+    if (!PH_IsSelSystemEvent(record))
+        return write(text, PH_IsSelOem(record) ? "OEM" : "Unknown");
+    if (PH_SelSensorType(record) >= firstOemSensorType)
+        return write(text, "OEM (%02Xh)", PH_SelSensorType(record));
+    const char* known = ipmi_get_sensor_type_string(PH_SelSensorType(record));
+    return known != nullptr ? write(text, "%s", known)
+                            : write(text, "Unknown (%02Xh)", PH_SelSensorType(record));
 }
 
 int putSystemEvent(Record record, char* text) {
-    const std::uint8_t type = record.eventType();
+    const std::uint8_t type = PH_SelEventType(record);
     if (IPMI_EVENT_READING_TYPE_CODE_IS_SENSOR_SPECIFIC(type)) {
-        if (ipmi_get_sensor_type_message(record.sensorType(), record.offset(), text, EVENT_TEXT_SIZE) > 0)
+        if (ipmi_get_sensor_type_message(PH_SelSensorType(record), PH_SelEventOffset(record), text,
+                                         EVENT_TEXT_SIZE) > 0)
             return 0;
         return write(text, "%s event: sensor type %02Xh, offset %u",
-                     record.sensorType() >= firstOemSensorType ? "OEM" : "Unknown", record.sensorType(),
-                     record.offset());
+                     PH_SelSensorType(record) >= firstOemSensorType ? "OEM" : "Unknown",
+                     PH_SelSensorType(record), PH_SelEventOffset(record));
     }
-    if (ipmi_get_generic_event_message(type, record.offset(), text, EVENT_TEXT_SIZE) > 0)
+    if (ipmi_get_generic_event_message(type, PH_SelEventOffset(record), text, EVENT_TEXT_SIZE) > 0)
         return 0;
     if (IPMI_EVENT_READING_TYPE_CODE_IS_UNSPECIFIED(type))
         return write(text, "Unspecified event");
     return write(text, "%s event: event type %02Xh, offset %u",
-                 IPMI_EVENT_READING_TYPE_CODE_IS_OEM(type) ? "OEM" : "Unknown", type, record.offset());
+                 IPMI_EVENT_READING_TYPE_CODE_IS_OEM(type) ? "OEM" : "Unknown", type,
+                 PH_SelEventOffset(record));
 }
 
 int putEvent(Record record, char* text) {
-    if (record.isSystemEvent())
+    if (PH_IsSelSystemEvent(record))
         return putSystemEvent(record, text);
-    if (record.isOemWithTime())
-        return write(text, "OEM record %02Xh of manufacturer %u", record.type(), record.manufacturer());
-    return write(text, "%s record %02Xh", record.isOem() ? "OEM" : "Unknown", record.type());
+    if (PH_IsSelOemTimed(record))
+        return write(text, "OEM record %02Xh of manufacturer %u", PH_SelRecordType(record),
+                     PH_SelManufacturer(record));
+    return write(text, "%s record %02Xh", PH_IsSelOem(record) ? "OEM" : "Unknown", PH_SelRecordType(record));
 }
 
 } // namespace

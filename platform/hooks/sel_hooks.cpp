@@ -3,6 +3,7 @@
 #include "ipmi/oem_commands.h"
 
 #include <bitset>
+#include <platform/sel_record.h>
 #include <stdexcept>
 #include <unistd.h>
 
@@ -62,7 +63,7 @@ bool readChain(hooks::Session& bmc, int timeout, std::span<CIM_SELEntry> entries
             return false;
         if (code != completion::success)
             throw ipmi::CompletionCodeError(ipmi::netFn::storage, sel::getEntry, code);
-        seen.set(count == 0 ? static_cast<std::uint16_t>(entry.record[0] | entry.record[1] << 8) : next);
+        seen.set(count == 0 ? PH_SelRecordId(entry.record) : next);
         next = idOf(entry.nextRecordId);
         if (next != sel::noNextRecord && seen.test(next))
             return false;

@@ -1,6 +1,7 @@
 #include "virtual-bmc/pef_alerts.h"
 
 #include <algorithm>
+#include <platform/sel_record.h>
 
 namespace vbmc {
 namespace {
@@ -29,7 +30,7 @@ bool matches(std::span<const std::uint8_t> filter, Record record) {
     const bool isOfAnybody = filter[4] == 0 && filter[5] == 0;
     const bool isAnyTrigger = filter[8] == 0;
     const unsigned offsets = filter[9] | unsigned{filter[10]} << 8;
-    const unsigned offset = record[13] & 0x0F;
+    const unsigned offset = PH_SelEventOffset(record.data());
     return (isOfAnybody || (matchesByte(4, 7) && matchesByte(5, 8))) && matchesByte(6, 10) &&
            matchesByte(7, 11) && (isAnyTrigger || matchesByte(8, 12)) &&
            (offsets == 0 || (offsets >> offset & 1) != 0) &&
@@ -77,10 +78,9 @@ void addAlerts(const State& state, std::uint8_t policy, std::vector<Alert>& aler
 } // namespace
 
 EventMatch filterEvent(const State& state, Record record) {
-    constexpr std::uint8_t systemEvent = 0x02;
     const Pef& machine = state.get<Pef>();
     EventMatch match;
-    if (record[2] != systemEvent || (machine.control & pef::enabled) == 0)
+    if (!PH_IsSelSystemEvent(record.data()) || (machine.control & pef::enabled) == 0)
         return match;
     for (const PefFilter& filter : machine.filters) {
         if ((filter.bytes[0] & pef::filterEnabled) == 0 || !matches(filter.bytes, record))

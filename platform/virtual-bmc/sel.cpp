@@ -9,11 +9,6 @@
 namespace vbmc {
 namespace {
 
-constexpr std::uint8_t systemEvent = 0x02;
-constexpr std::uint8_t oemTimed = 0xC0;
-constexpr std::uint8_t oemUntimed = 0xE0; // and above: the bytes of a time are data
-constexpr std::size_t timeOffset = 3;
-
 constexpr Choice policies[] = {{0, "stop"}, {1, "wrap"}};
 
 std::uint16_t following(std::uint16_t id) {
@@ -28,7 +23,8 @@ void dropOldest(Sel& sel) {
 // Makes room for a record with the next ID. false when the log takes no more.
 bool makeRoom(Sel& sel, const SelFile& file) {
     const auto isFull = [&] {
-        return sel.count == sel.capacity || (sel.count > 0 && selRecordId(file.read(sel, 0)) == sel.nextId);
+        return sel.count == sel.capacity ||
+               (sel.count > 0 && PH_SelRecordId(file.read(sel, 0).data()) == sel.nextId);
     };
     while (isFull() && sel.wraps)
         dropOldest(sel);
@@ -36,7 +32,7 @@ bool makeRoom(Sel& sel, const SelFile& file) {
 }
 
 void putTime(SelRecord& record, std::uint32_t time) {
-    ipmi::Writer(std::span(record).subspan(timeOffset)).u32(time);
+    ipmi::Writer(std::span(record).subspan(SEL_TIME_OFFSET)).u32(time);
 }
 
 // An event message of the BMC itself (IPMI 2.0, 29.7).
@@ -47,13 +43,13 @@ SelRecord sensorEvent(std::uint8_t sensorType, std::uint8_t number, std::uint8_t
     SelRecord record{};
     ipmi::Writer(record)
         .u16(0)
-        .u8(systemEvent)
+        .u8(SEL_SYSTEM_EVENT)
         .u32(0)
         .u16(bmc)
         .u8(ipmi20)
         .u8(sensorType)
         .u8(number)
-        .u8(static_cast<std::uint8_t>(isDeassertion ? eventType | 0x80 : eventType))
+        .u8(static_cast<std::uint8_t>(isDeassertion ? eventType | SEL_DEASSERTION : eventType))
         .bytes(data);
     return record;
 }
@@ -64,11 +60,11 @@ SelRecord sampleEvent(const Sensors& sensors, std::size_t number) {
     ipmi::Writer writer(record);
     writer.u16(0);
     if (number % 10 == 8) {
-        writer.u8(oemTimed).u32(0).u24(0x000157).u32(static_cast<std::uint32_t>(number));
+        writer.u8(SEL_FIRST_OEM_TIMED).u32(0).u24(0x000157).u32(static_cast<std::uint32_t>(number));
         return record;
     }
     if (number % 10 == 9) {
-        writer.u8(oemUntimed).fill(9, 0xA5).u32(static_cast<std::uint32_t>(number));
+        writer.u8(SEL_FIRST_OEM_UNTIMED).fill(9, 0xA5).u32(static_cast<std::uint32_t>(number));
         return record;
     }
     const bool isDeassertion = number % 2 == 1;
@@ -134,7 +130,9 @@ std::uint8_t getSelEntry(State& state, ipmi::Reader request, ipmi::Writer& answe
         return ipmi::completion::parameterOutOfRange;
     const bool isLast = *position + 1 == sel.count;
     const SelRecord record = file.read(sel, *position);
-    answer.u16(isLast ? 0xFFFF : selRecordId(file.read(sel, static_cast<std::uint16_t>(*position + 1))))
+    answer
+        .u16(isLast ? 0xFFFF
+                    : PH_SelRecordId(file.read(sel, static_cast<std::uint16_t>(*position + 1)).data()))
         .bytes(std::span(record).subspan(offset, size));
     return ipmi::completion::success;
 }
@@ -142,7 +140,7 @@ std::uint8_t getSelEntry(State& state, ipmi::Reader request, ipmi::Writer& answe
 std::uint8_t addSelEntry(State& state, ipmi::Reader request, ipmi::Writer& answer) {
     SelRecord record;
     std::ranges::copy(request.bytes(record.size()), record.begin());
-    if (record[2] < oemUntimed)
+    if (PH_SelRecordType(record.data()) < SEL_FIRST_OEM_UNTIMED)
         putTime(record, 0); // the BMC's own
     const auto id = Sel::add(state, SelFile(state), record);
     if (!id)
@@ -161,7 +159,7 @@ std::uint8_t deleteSelEntry(State& state, ipmi::Reader request, ipmi::Writer& an
     const auto position = file.find(sel, request.u16());
     if (!position)
         return ipmi::completion::notPresent;
-    answer.u16(selRecordId(file.read(sel, *position)));
+    answer.u16(PH_SelRecordId(file.read(sel, *position).data()));
     for (auto i = static_cast<std::uint16_t>(*position + 1); i < sel.count; ++i)
         file.write(sel, static_cast<std::uint16_t>(i - 1), file.read(sel, i));
     auto& edited = state.edit<Sel>();
@@ -279,8 +277,8 @@ std::optional<std::uint16_t> Sel::add(State& state, const SelFile& file,
     std::ranges::copy(record, stored.begin());
     ipmi::Writer(stored).u16(id);
     const bool hasTime =
-        std::ranges::any_of(record.subspan(timeOffset, 4), [](auto byte) { return byte != 0; });
-    if (stored[2] < oemUntimed && !hasTime)
+        std::ranges::any_of(record.subspan(SEL_TIME_OFFSET, 4), [](auto byte) { return byte != 0; });
+    if (PH_SelRecordType(stored.data()) < SEL_FIRST_OEM_UNTIMED && !hasTime)
         putTime(stored, sel.now());
     file.write(sel, sel.count, stored);
     ++sel.count;

@@ -18,10 +18,6 @@ unsigned distance(std::uint16_t oldest, std::uint16_t id) {
 
 } // namespace
 
-std::uint16_t selRecordId(const SelRecord& record) {
-    return static_cast<std::uint16_t>(record[0] | record[1] << 8);
-}
-
 SelFile::SelFile(const State& state)
     : path_(state.bulkFile(Sel::bulkFile)), file_(openPrivate(path_, O_RDWR | O_CREAT)) {}
 
@@ -49,12 +45,13 @@ std::optional<std::uint16_t> SelFile::find(const Sel& sel, std::uint16_t id) con
     const auto last = static_cast<std::uint16_t>(sel.count - 1);
     if (id == 0x0000 || id == 0xFFFF)
         return id == 0 ? 0 : last;
-    const std::uint16_t oldest = selRecordId(read(sel, 0));
+    const std::uint16_t oldest = PH_SelRecordId(read(sel, 0).data());
     const unsigned wanted = distance(oldest, id);
     unsigned low = 0;
     unsigned high = std::min<unsigned>(wanted, last);
     for (unsigned position = high; low <= high; position = (low + high) / 2) {
-        const unsigned found = distance(oldest, selRecordId(read(sel, static_cast<std::uint16_t>(position))));
+        const unsigned found =
+            distance(oldest, PH_SelRecordId(read(sel, static_cast<std::uint16_t>(position)).data()));
         if (found == wanted)
             return static_cast<std::uint16_t>(position);
         if (found < wanted)

@@ -7,12 +7,11 @@
 #include "virtual-bmc/state.h"
 
 #include <array>
+#include <platform/sel_record.h>
 
 namespace vbmc {
 
-using SelRecord = std::array<std::uint8_t, 16>;
-
-std::uint16_t selRecordId(const SelRecord& record);
+using SelRecord = std::array<std::uint8_t, CIM_SEL_RECORD_SIZE>;
 
 class SelFile {
 public:

@@ -1,6 +1,7 @@
 // CIM_LogEntry: one instance for each record of the BMC's system event log.
 #include "provider_helper/record_log.h"
 
+#include "platform/sel_record.h"
 #include "provider_helper/tables.h"
 #include "RecordLogProfile/log_time.h"
 #include "RecordLogProfile/record_log_id.h"
@@ -43,55 +44,36 @@ constexpr Property properties[] = {
     PH_PROPERTY(Record, ElementName),
 };
 
-// The 16 bytes of a SEL record.
-class SelRecord {
-public:
-    explicit SelRecord(const std::uint8_t* bytes) : bytes_(bytes) {}
-
-    unsigned operator[](std::size_t i) const { return bytes_[i]; }
-    unsigned id() const { return bytes_[0] | unsigned{bytes_[1]} << 8; }
-    unsigned type() const { return bytes_[2]; }
-    std::uint32_t time() const {
-        return bytes_[3] | std::uint32_t{bytes_[4]} << 8 | std::uint32_t{bytes_[5]} << 16 |
-               std::uint32_t{bytes_[6]} << 24;
-    }
-    bool isSystemEvent() const { return type() == 0x02; }
-    bool isOemTimestamped() const { return type() >= 0xC0 && type() <= 0xDF; }
-    bool isAssertion() const { return (bytes_[12] & 0x80) == 0; }
-
-private:
-    const std::uint8_t* bytes_;
-};
-
-const char* formatOf(const SelRecord& sel) {
-    return RecordFormat[sel.isSystemEvent() ? 0 : sel.isOemTimestamped() ? 1 : 2];
+const char* formatOf(const std::uint8_t* sel) {
+    return RecordFormat[PH_IsSelSystemEvent(sel) ? 0 : PH_IsSelOemTimed(sel) ? 1 : 2];
 }
 
 // Clients parse this text as it has always been, with the generator's first byte twice, the record type again
 // where the format has the sensor type, and a blank where it has a '*'.
 template <std::size_t N>
-void writeEventData(char (&text)[N], const SelRecord& sel) {
+void writeEventData(char (&text)[N], const std::uint8_t* sel) {
     std::snprintf(text, N, "*%d.%d.%d*%d %d*%u*%d%d*%d*%d*%d*%s*%d*%d*%d*%d*", sel[11], sel[8], sel[7],
-                  sel.id(), sel.type(), sel.time(), sel[7], sel[7], sel[9], sel.type(), sel[11],
-                  sel.isAssertion() ? "true" : "false", sel[12], sel[13], sel[14], sel[15]);
+                  PH_SelRecordId(sel), PH_SelRecordType(sel), PH_SelTime(sel), sel[7], sel[7], sel[9],
+                  PH_SelRecordType(sel), sel[11], PH_IsSelDeassertion(sel) ? "false" : "true", sel[12],
+                  sel[13], sel[14], sel[15]);
 }
 
 template <std::size_t N>
-void writeKey(char (&key)[N], const SelRecord& sel) {
-    std::snprintf(key, N, "%u", sel.id());
+void writeKey(char (&key)[N], const std::uint8_t* sel) {
+    std::snprintf(key, N, "%u", PH_SelRecordId(sel));
 }
 
-int fill(const SelRecord& sel, Record& entry, const char* logInstanceId, const ph::LogTime& time) {
+int fill(const std::uint8_t* sel, Record& entry, const char* logInstanceId, const ph::LogTime& time) {
     writeKey(entry.InstanceID, sel);
     ph::copyText(entry.LogInstanceID, logInstanceId);
     ph::copyText(entry.LogName, ph::logName);
     writeKey(entry.RecordID, sel);
     entry.RecordFormat = formatOf(sel);
     entry.RecordData[0] = '\0';
-    if (sel.isSystemEvent())
+    if (PH_IsSelSystemEvent(sel))
         writeEventData(entry.RecordData, sel);
-    std::snprintf(entry.ElementName, sizeof(entry.ElementName), "nBMC - Log %u", sel.id());
-    return time.write(sel.time(), entry.CreationTimeStamp) ? 0 : -1;
+    std::snprintf(entry.ElementName, sizeof(entry.ElementName), "nBMC - Log %u", PH_SelRecordId(sel));
+    return time.write(PH_SelTime(sel), entry.CreationTimeStamp) ? 0 : -1;
 }
 
 // What all entries of an enumeration share.
@@ -117,7 +99,7 @@ int stream(const std::function<bool(const Record&)>& take, ph::Detail detail) {
         return -1;
     Record entry{};
     for (const CIM_SELEntry& read : std::span(entries, count)) {
-        const SelRecord sel(read.record);
+        const std::uint8_t* const sel = read.record;
         if (detail == ph::Detail::Names)
             writeKey(entry.InstanceID, sel);
         else if (fill(sel, entry, log.instanceId, log.time) != 0)
@@ -146,7 +128,7 @@ int get(ph::RecordArray<Record>& entries, CMPIString** keyValues) {
     const ph::HeapPtr<std::uint8_t> owner(bytes);
     Log log;
     Record* entry = entries.append();
-    return entry != nullptr && log.open() ? fill(SelRecord(bytes), *entry, log.instanceId, log.time) : -1;
+    return entry != nullptr && log.open() ? fill(bytes, *entry, log.instanceId, log.time) : -1;
 }
 
 constexpr ph::ClassDefinition<Record> definition{.name = "CIM_LogEntry",
@@ -159,7 +141,7 @@ constexpr ph::ClassDefinition<Record> definition{.name = "CIM_LogEntry",
 } // namespace
 
 int PH_Fill_LogEntry(const std::uint8_t* selRecord, Record* record, const char* logInstanceId) {
-    return fill(SelRecord(selRecord), *record, logInstanceId, ph::LogTime());
+    return fill(selRecord, *record, logInstanceId, ph::LogTime());
 }
 
 PH_EXPORT_CLASS_FAMILY(LogEntry, Record, definition)

@@ -13,6 +13,7 @@
 #include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <platform/sel_record.h>
 
 namespace phctl {
 namespace {
@@ -82,7 +83,7 @@ Delivery deliveryOf(const vbmc::Alert& alert) {
 SelRecord recordOf(vbmc::VirtualBmc& machine, std::uint16_t id) {
     const auto records = machine.selRecords();
     const auto found = std::find_if(records.rbegin(), records.rend(), [&](const SelRecord& record) {
-        return (record[0] | record[1] << 8) == id;
+        return PH_SelRecordId(record.data()) == id;
     });
     if (found == records.rend())
         throw Failure("the record is not in the event log any more");

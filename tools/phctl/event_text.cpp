@@ -1,6 +1,5 @@
 #include "event_text.h"
 
-#include "ipmi/message.h"
 #include "ipmi/sensor_types.h"
 
 #include <algorithm>
@@ -8,13 +7,11 @@
 #include <cstdio>
 #include <ctime>
 #include <freeipmi/freeipmi.h>
+#include <platform/sel_record.h>
 
 namespace phctl {
 namespace {
 
-constexpr std::uint8_t systemEvent = 0x02;
-constexpr std::uint8_t firstOemTimed = 0xC0;
-constexpr std::uint8_t lastOemTimed = 0xDF;
 constexpr std::uint8_t sensorSpecific = 0x6F;
 constexpr std::uint32_t firstDate = 0x20000000; // below it times count from the BMC's start (IPMI 2.0, 37)
 constexpr std::uint32_t unspecifiedTime = 0xFFFFFFFF;
@@ -44,8 +41,9 @@ std::string timeText(std::uint32_t seconds) {
 struct SensorEvent {
     SensorKey sensor;
     std::optional<std::uint8_t> sensorType;
-    std::uint8_t eventType; // with the direction in bit 7
-    std::uint8_t data1;
+    std::uint8_t eventType;
+    std::uint8_t offset;
+    bool isDeassertion;
 };
 
 std::string nameOf(const SensorEvent& event, const SensorLabels& sensors) {
@@ -59,8 +57,8 @@ std::string nameOf(const SensorEvent& event, const SensorLabels& sensors) {
 
 // What it means that a sensor of this type comes into the state.
 std::string stateName(const SensorEvent& event) {
-    const auto type = static_cast<std::uint8_t>(event.eventType & 0x7F);
-    const unsigned offset = event.data1 & 0x0F;
+    const std::uint8_t type = event.eventType;
+    const unsigned offset = event.offset;
     char text[256] = "";
     int length = 0;
     if (type != sensorSpecific)
@@ -74,7 +72,7 @@ EventText describe(const SensorEvent& event, const SensorLabels& sensors) {
     return {.time = "-",
             .sensor = nameOf(event, sensors),
             .event = stateName(event),
-            .isAssertion = (event.eventType & 0x80) == 0};
+            .isAssertion = !event.isDeassertion};
 }
 
 // The sensor's type is not in RecordData, and comes from what is known of the sensor.
@@ -88,8 +86,9 @@ std::string recordDataText(const std::string& data, const SensorLabels& sensors)
     const auto byte = [&](std::size_t i) { return static_cast<std::uint8_t>(bytes[i]); };
     SensorEvent event{.sensor = {byte(2), static_cast<std::uint8_t>(byte(1) & 0x03), byte(0)},
                       .sensorType = {},
-                      .eventType = byte(3),
-                      .data1 = byte(4)};
+                      .eventType = static_cast<std::uint8_t>(byte(3) & ~SEL_DEASSERTION),
+                      .offset = static_cast<std::uint8_t>(byte(4) & 0x0F),
+                      .isDeassertion = (byte(3) & SEL_DEASSERTION) != 0};
     if (const auto known = sensors.find(event.sensor); known != sensors.end())
         event.sensorType = known->second.type;
     const EventText text = describe(event, sensors);
@@ -112,31 +111,27 @@ std::string dateTimeText(const broker::DateTime& time) {
 } // namespace
 
 EventText describeRecord(std::span<const std::uint8_t, 16> selRecord, const SensorLabels& sensors) {
-    ipmi::Reader reader(selRecord);
-    reader.skip(2); // ID
-    const std::uint8_t type = reader.u8();
-    const bool hasTime = type == systemEvent || (type >= firstOemTimed && type <= lastOemTimed);
-    const std::string time = hasTime ? timeText(reader.u32()) : "-";
-    if (type != systemEvent) {
+    const std::uint8_t* const record = selRecord.data();
+    const bool isEvent = PH_IsSelSystemEvent(record);
+    const bool hasTime = isEvent || PH_IsSelOemTimed(record);
+    const std::string time = hasTime ? timeText(PH_SelTime(record)) : "-";
+    if (!isEvent) {
         EventText text{.time = time,
                        .sensor = "-",
-                       .event = "OEM record " + hexadecimal(type) + "h:",
+                       .event = "OEM record " + hexadecimal(PH_SelRecordType(record)) + "h:",
                        .isAssertion = {}};
-        for (const std::uint8_t byte : reader.rest())
+        for (const std::uint8_t byte :
+             selRecord.subspan(SEL_TIME_OFFSET + (hasTime ? sizeof(std::uint32_t) : 0)))
             text.event += ' ' + hexadecimal(byte);
         return text;
     }
-    const std::uint8_t owner = reader.u8();
-    const auto lun = static_cast<std::uint8_t>(reader.u8() & 0x03);
-    reader.skip(1); // format revision
-    const std::uint8_t sensorType = reader.u8();
-    const std::uint8_t number = reader.u8();
-    const std::uint8_t eventType = reader.u8();
-    EventText text = describe({.sensor = {owner, lun, number},
-                               .sensorType = sensorType,
-                               .eventType = eventType,
-                               .data1 = reader.u8()},
-                              sensors);
+    EventText text =
+        describe({.sensor = {PH_SelOwnerId(record), PH_SelOwnerLun(record), PH_SelSensorNumber(record)},
+                  .sensorType = PH_SelSensorType(record),
+                  .eventType = PH_SelEventType(record),
+                  .offset = PH_SelEventOffset(record),
+                  .isDeassertion = PH_IsSelDeassertion(record)},
+                 sensors);
     text.time = time;
     return text;
 }

@@ -10,6 +10,7 @@
 #include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <platform/sel_record.h>
 #include <unistd.h>
 
 namespace phctl {
@@ -66,7 +67,7 @@ int list(const SelOptions& options) {
     auto rows = ordered_json::array();
     for (const SelRecord& record : shown) {
         const EventText text = describeRecord(record, sensors);
-        const unsigned id = record[0] | unsigned{record[1]} << 8;
+        const unsigned id = PH_SelRecordId(record.data());
         if (options.json)
             rows.push_back({{"id", id},
                             {"time", text.time},
