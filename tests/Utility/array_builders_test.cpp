@@ -66,6 +66,9 @@ TEST_F(ArrayBuilders, textTables) {
     // Words are counted, not rows: three before the zero word, at a stride of four.
     alignas(4) const char words[5][4] = {"ab", "cd", "ef", "", "gh"};
     EXPECT_EQ(describe(PH_Dup_const_string_Array(handle, words, 4)), "string[]{\"ab\", \"cd\", \"ef\"}");
+    alignas(4) const char rows[4][8] = {"phrase", "longer", "", "x"}; // two words a row
+    EXPECT_EQ(describe(PH_Dup_const_string_Array(handle, rows, 8)),
+              "string[]{\"phrase\", \"longer\", \"\", \"x\"}");
     EXPECT_EQ(describe(PH_Dup_const_string_Array(handle, words[3], 4)), "NULL");
     EXPECT_EQ(describe(PH_Dup_const_string_Array(handle, nullptr, 4)), "NULL");
 }

@@ -157,11 +157,6 @@ TEST_F(Jobs, getErrorsRefusesWhatItDoesNotKnow) {
         {"no such job", pathOf("none"), "GetErrors", CMPI_RC_ERR_FAILED, "Given instance does not exist"},
         {"no such daemon's job", pathOf("clp-job 9"), "GetErrors", CMPI_RC_ERR_FAILED,
          "Given instance does not exist"},
-        {"a number", jobs.path({{"InstanceID", broker::Value{CMPI_uint32, std::uint64_t{5}}}}), "GetErrors",
-         CMPI_RC_ERR_FAILED, "Given instance does not exist"},
-        {"no key", jobs.path(), "GetErrors", CMPI_RC_ERR_FAILED, "Key Property Missing"},
-        {"another key", jobs.path({{"Name", text("x")}}), "GetErrors", CMPI_RC_ERR_NO_SUCH_PROPERTY,
-         "No Such Key Property"},
     };
     for (const auto& refused : cases) {
         SCOPED_TRACE(refused.name);
@@ -181,26 +176,6 @@ TEST_F(Jobs, areDeletedWithTheirError) {
         const Reply reply = jobs.remove(path);
         EXPECT_EQ(reply.code, CMPI_RC_ERR_FAILED);
         EXPECT_EQ(reply.message, "SetInstance Failed");
-    }
-}
-
-TEST_F(Jobs, andErrorsRefuseTheOtherRequests) {
-    broker::Instance instance;
-    instance.path = pathOf(create());
-    const ClassRequests errors(broker, {"CIM_Error", PH_EI_Error, PH_EIN_Error, PH_GI_Error, nullptr,
-                                        PH_MI_Error, PH_CI_Error, PH_DI_Error, PH_IM_Error});
-    const std::pair<Reply, const char*> refusals[] = {
-        {jobs.modify(instance), "SetInstance not supported"},
-        {jobs.create(instance), "CreateInstance not supported"},
-        {errors.enumerate(), "Enumerate Instances  not supported"},
-        {errors.names(), "Enumerate Instance Names not supported"},
-        {errors.get(errors.path()), "Get Instance not supported"},
-        {errors.remove(errors.path()), "DeleteInstance not supported"},
-        {errors.invoke(errors.path(), "GetErrors"), "Invoke Method not supported"},
-    };
-    for (const auto& [reply, message] : refusals) {
-        EXPECT_EQ(reply.code, CMPI_RC_ERR_NOT_SUPPORTED);
-        EXPECT_EQ(reply.message, message);
     }
 }
 

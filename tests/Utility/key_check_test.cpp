@@ -9,54 +9,35 @@ using broker::ObjectPath;
 
 constexpr const char* expectedNames[] = {"CreationClassName", "Name"};
 
-struct KeyCase {
+const broker::NamedValue creation{"CreationClassName", text("c")};
+
+const struct {
     const char* what;
     NamedValues keys;
     CMPIrc code;
     const char* message;
-};
-
-const KeyCase refusals[] = {
-    {"one key of two", {{"Name", text("a")}}, CMPI_RC_ERR_FAILED, "Key Property Missing"},
-    {"no key", {}, CMPI_RC_ERR_FAILED, "Key Property Missing"},
-    {"a boolean",
-     {{"Name", {CMPI_boolean, true}}, {"CreationClassName", text("c")}},
+} refusals[] = {
+    {"one of two", {{"Name", text("a")}}, CMPI_RC_ERR_FAILED, "Key Property Missing"},
+    {"none", {}, CMPI_RC_ERR_FAILED, "Key Property Missing"},
+    {"boolean", {{"Name", {CMPI_boolean, true}}, creation}, CMPI_RC_ERR_TYPE_MISMATCH, "Invalid Data Type"},
+    {"type comes first",
+     {{"Other", {CMPI_real32, 1.0}}, creation},
      CMPI_RC_ERR_TYPE_MISMATCH,
      "Invalid Data Type"},
-    {"a boolean of a foreign name", // the type comes first
-     {{"Other", {CMPI_boolean, true}}, {"Name", text("a")}},
+    {"character",
+     {{"Name", number(CMPI_char16, 65)}, creation},
      CMPI_RC_ERR_TYPE_MISMATCH,
      "Invalid Data Type"},
-    {"a real",
-     {{"Name", {CMPI_real32, 1.0}}, {"CreationClassName", text("c")}},
-     CMPI_RC_ERR_TYPE_MISMATCH,
-     "Invalid Data Type"},
-    {"a character",
-     {{"Name", number(CMPI_char16, 65)}, {"CreationClassName", text("c")}},
-     CMPI_RC_ERR_TYPE_MISMATCH,
-     "Invalid Data Type"},
-    {"a foreign name",
-     {{"CreationClassName", text("c")}, {"Other", text("a")}},
+    {"foreign name", {creation, {"Other", text("a")}}, CMPI_RC_ERR_NO_SUCH_PROPERTY, "No Such Key Property"},
+    {"another case", {creation, {"name", text("a")}}, CMPI_RC_ERR_NO_SUCH_PROPERTY, "No Such Key Property"},
+    {"one more",
+     {creation, {"Name", text("a")}, {"O", text("b")}},
      CMPI_RC_ERR_NO_SUCH_PROPERTY,
      "No Such Key Property"},
-    {"a name in another case",
-     {{"CreationClassName", text("c")}, {"name", text("a")}},
-     CMPI_RC_ERR_NO_SUCH_PROPERTY,
-     "No Such Key Property"},
-    {"one key more",
-     {{"CreationClassName", text("c")}, {"Name", text("a")}, {"Other", text("b")}},
-     CMPI_RC_ERR_NO_SUCH_PROPERTY,
-     "No Such Key Property"},
-    {"no text",
-     {{"CreationClassName", text("c")}, {"Name", null(CMPI_string)}},
-     CMPI_RC_ERR_INVALID_PARAMETER,
-     "Key Value Missing"},
-    {"a double quote",
-     {{"CreationClassName", text("c")}, {"Name", text("a\"b")}},
-     CMPI_RC_ERR_INVALID_PARAMETER,
-     "Invalid Key Value"},
-    {"a single quote at the end",
-     {{"CreationClassName", text("c")}, {"Name", text("ab'")}},
+    {"no text", {creation, {"Name", null(CMPI_string)}}, CMPI_RC_ERR_INVALID_PARAMETER, "Key Value Missing"},
+    {"double quote", {creation, {"Name", text("a\"b")}}, CMPI_RC_ERR_INVALID_PARAMETER, "Invalid Key Value"},
+    {"quote at the end",
+     {creation, {"Name", text("ab'")}},
      CMPI_RC_ERR_INVALID_PARAMETER,
      "Invalid Key Value"},
 };
@@ -76,7 +57,7 @@ protected:
 };
 
 TEST_F(KeyCheck, refusesWithCodeAndText) {
-    for (const KeyCase& row : refusals) {
+    for (const auto& row : refusals) {
         SCOPED_TRACE(row.what);
         EXPECT_EQ(check(row.keys), -1);
         EXPECT_EQ(status.rc, row.code);

@@ -1,7 +1,6 @@
 // Addresses, identifiers and lists as text.
 #include "provider_helper/utility.h"
 #include "Utility/array_count.h"
-#include <cstring>
 
 #include <cstdlib>
 #include <cstring>
@@ -166,25 +165,6 @@ TEST(DeviceId, FirstTwoFields) {
     EXPECT_EQ(ParseDeviceId("1:2", nullptr, nullptr), -1);
     const std::string longField = std::string(260, ':') + "1:2"; // only 255 characters are looked at
     EXPECT_EQ(ParseDeviceId(longField.c_str(), nullptr, &second), -1);
-}
-
-TEST(EntityNames, UnknownEntitiesKeepTheName) {
-    const struct {
-        int entity;
-        int type;
-        const char* name;
-    } cases[] = {{23, 3, "System Chassis"},
-                 {28, 1, "Device bayn "},
-                 {10, 6, "before"},
-                 {99, 0, "before"},
-                 {-1, 0, "before"}};
-    for (const auto& c : cases) {
-        int type = -1;
-        char name[64] = "before";
-        EXPECT_EQ(PH_GetPackageTypeAndName(c.entity, &type, name), 0);
-        EXPECT_EQ(type, c.type) << c.entity;
-        EXPECT_STREQ(name, c.name);
-    }
 }
 
 TEST(PropertyLists, ExistsInList) {
