@@ -4,7 +4,6 @@
 namespace {
 
 using broker::Instance;
-using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -49,33 +48,20 @@ TEST_F(CimxmlDestinations, liveInTheDatabase) {
 
     const auto all = list(destinationClass);
     ASSERT_EQ(all.size(), 2U);
-    EXPECT_EQ(get(all[0], "SystemCreationClassName"), "CIM_SPComputerSystem");
-    EXPECT_EQ(get(all[0], "CreationClassName"), destinationClass);
-    EXPECT_EQ(get(all[0], "SystemName"), "IPMI Controller 20");
-    EXPECT_EQ(get(all[0], "Name"), "CIMXML-7");
-    EXPECT_EQ(get(all[0], "ElementName"), "CIMXML WBEM Destination");
-    EXPECT_EQ(get(all[0], "Destination"), url);
-    EXPECT_EQ(get(all[0], "Protocol"), "2");
-    EXPECT_EQ(get(all[0], "PersistenceType"), "3");
+    EXPECT_EQ(textOf(all[0], "SystemCreationClassName"), "CIM_SPComputerSystem");
+    EXPECT_EQ(textOf(all[0], "CreationClassName"), destinationClass);
+    EXPECT_EQ(textOf(all[0], "SystemName"), "controller");
+    EXPECT_EQ(textOf(all[0], "Name"), "CIMXML-7");
+    EXPECT_EQ(textOf(all[0], "ElementName"), "CIMXML WBEM Destination");
+    EXPECT_EQ(textOf(all[0], "Destination"), url);
+    EXPECT_EQ(textOf(all[0], "Protocol"), "2");
+    EXPECT_EQ(textOf(all[0], "PersistenceType"), "3");
 
     EXPECT_THAT(modify(destination("CIMXML-7", "http://192.0.2.10:80")), Succeeds());
     EXPECT_EQ(stored("CIMXML-7"), "http://192.0.2.10:80");
     EXPECT_THAT(remove(path(destinationClass, "CIMXML-7")), Succeeds());
     EXPECT_EQ(stored("CIMXML-7"), "(none)");
     EXPECT_THAT(names(destinationClass), ElementsAre("CIMXML-"));
-}
-
-TEST_F(CimxmlDestinations, areAddedToTheArrayOfACaller) {
-    ASSERT_THAT(create(destination("CIMXML-7")), Succeeds());
-    ListenerDestinationRecord* records = nullptr;
-    int count = 0;
-    ASSERT_EQ(PH_Enum_All_ListenerDestinationCIMXML(&records, &count, 1), 0);
-    ASSERT_EQ(PH_Enum_All_ListenerDestinationCIMXML(&records, &count, 0), 0);
-    ASSERT_EQ(count, 2);
-    EXPECT_STREQ(records[0].Name, "CIMXML-7");
-    EXPECT_STREQ(records[0].Destination, "");
-    EXPECT_STREQ(records[1].Destination, url);
-    PH_Clean_ListenerDestinationCIMXML(&records, count);
 }
 
 TEST_F(CimxmlDestinations, whatCannotBeDoneIsRefusedWithItsReason) {
@@ -108,26 +94,6 @@ TEST_F(CimxmlDestinations, whatCannotBeDoneIsRefusedWithItsReason) {
     EXPECT_THAT(modify(wrong), Refuses(1, "Key Properties missing"));
     EXPECT_THAT(remove(wrong.path), Refuses(1, "Key Properties missing"));
     EXPECT_EQ(stored("CIMXML-7"), url);
-}
-
-TEST_F(CimxmlDestinations, failuresOfThePlatformAreReported) {
-    const auto prepare = [] {
-        onDatabase([](SMASH_DB_HANDLE handle) {
-            CimxmlDestinationRow row{};
-            std::strcpy(row.name, "CIMXML-7");
-            ASSERT_EQ(db_set_listener_destination(handle, &row), 0);
-        });
-    };
-    const Refusal unknown{1, "Given instance does not exist"};
-    EXPECT_THAT(failEachCall(prepare, [&] { return classes.at(destinationClass).enumerate(); },
-                             {{1, "Failed to Enumerate Instance"}}),
-                Contains("db_get_all_listener_destination"));
-    EXPECT_THAT(failEachCall(prepare, [&] { return modify(destination("CIMXML-7")); },
-                             {unknown, {1, "SetInstance Failed"}}),
-                Contains("db_set_listener_destination"));
-    EXPECT_THAT(failEachCall(prepare, [&] { return remove(path(destinationClass, "CIMXML-7")); },
-                             {unknown, {1, "Delete Instance Failed"}}),
-                Contains("db_delete_listener_destination"));
 }
 
 } // namespace

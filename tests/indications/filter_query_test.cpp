@@ -103,17 +103,4 @@ TEST(FilterQuery, isRefusedWhenItIsNoFilter) {
     EXPECT_EQ(CompileQueryAndSeverity(late.c_str(), &entry), -1);
 }
 
-TEST(FilterQuery, survivesBothDirections) {
-    constexpr std::uint8_t severities[] = {0x00, 0x01, 0x02, 0x04, 0x08, 0x10, 0x20};
-    constexpr std::uint8_t sensors[] = {0x01, 0x7F, 0xFF};
-    for (const std::uint8_t severity : severities)
-        for (const std::uint8_t type : sensors)
-            for (const std::uint8_t number : sensors) {
-                CIM_PEFEntry entry{};
-                const std::string text = query(severity, type, number);
-                ASSERT_EQ(CompileQueryAndSeverity(text.c_str(), &entry), 0) << text;
-                EXPECT_EQ(query(entry.eventSeverity, entry.sensorType, entry.sensorNumber), text);
-            }
-}
-
 } // namespace

@@ -2,43 +2,41 @@
 #pragma once
 
 #include "class_requests.h"
+#include "managed_bmc.h"
 #include "platform_calls.h"
-#include "virtual-bmc/virtual_bmc.h"
 
-#include <platform/cim_hooks.h>
-#include <platform/smash_db.h>
 #include <provider_helper/indications.h>
 
+#include <cstring>
 #include <functional>
 #include <gmock/gmock.h>
 #include <map>
-#include <nlohmann/json.hpp>
-#include <sysroot_fixture.h>
 
 using Bytes = std::vector<std::uint8_t>;
 
-class Indications : public SysrootFixture {
+class Indications : public ManagedBmc {
 protected:
-    Indications();
-    ~Indications() override;
+    Indications() : ManagedBmc("{}") { platformCalls.clear(); }
+    ~Indications() override {
+        EXPECT_EQ(platformCalls.openSessions, 0);
+        EXPECT_EQ(platformCalls.openHandles, 0);
+    }
 
-    void createBmc(const std::string& model) const;
-    vbmc::VirtualBmc bmc() const { return vbmc::VirtualBmc(stateFile); }
+    void createBmc(const std::string& model) const {
+        vbmc::createFromText(stateFile, model, "model", vbmc::Existing::Replace);
+    }
     const ClassRequests& requests(const broker::ObjectPath& object) const {
         return classes.at(object.className);
     }
     // The answer's data to a message, which has to succeed.
     Bytes ask(std::uint8_t netFn, std::uint8_t command, const Bytes& request) const;
 
-    static broker::Value text(const std::string& value) { return {CMPI_string, value}; }
     // A path with the four keys of this BMC's settings.
     static broker::ObjectPath path(const std::string& className, const std::string& name);
     static broker::Instance instance(const std::string& className, const std::string& name,
                                      const broker::NamedValues& properties);
     std::vector<broker::Instance> list(const std::string& className);
     std::vector<std::string> names(const std::string& className);
-    // A property as text; "(none)" where there is none.
-    static std::string get(const broker::Instance& instance, const char* property);
 
     broker::Reply create(const broker::Instance& instance) {
         return requests(instance.path).create(instance);
@@ -47,18 +45,6 @@ protected:
         return requests(instance.path).modify(instance);
     }
     broker::Reply remove(const broker::ObjectPath& path) { return requests(path).remove(path); }
-
-    // Fails each platform call of a request in turn: the answer is one of `refusals`, or a success where the
-    // call does not decide (opening, which is tried again, and closing). `prepare` makes the state before
-    // each. Returns the calls that failed.
-    struct Refusal {
-        int code;
-        std::string message;
-        bool operator==(const Refusal&) const = default;
-    };
-    std::vector<std::string> failEachCall(const std::function<void()>& prepare,
-                                          const std::function<broker::Reply()>& request,
-                                          const std::vector<Refusal>& refusals);
 
     // Fails each platform call of an enumeration in turn: one that fails frees the record, too, that the
     // array has from `append` before.
@@ -87,8 +73,6 @@ protected:
     // A row of the database; `work` gets its handle.
     static void onDatabase(const std::function<void(SMASH_DB_HANDLE)>& work);
 
-    const std::filesystem::path stateFile = sysroot.place("/var/lib/virtual-bmc/bmc.state");
-    broker::Broker broker;
     const std::map<std::string, ClassRequests> classes{
         {"CIM_IndicationFilter", ClassRequests(broker, PH_CLASS_FUNCTIONS(IndicationFilter))},
         {"CIM_ListenerDestinationCIMXML",
