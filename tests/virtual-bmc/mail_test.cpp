@@ -3,9 +3,6 @@
 
 namespace {
 
-using testing::HasSubstr;
-using testing::Not;
-
 constexpr std::uint8_t transport = 0x0C, oem = 0x30;
 constexpr std::uint8_t getUser = 0x40, setUser = 0x41, getText = 0x42, setText = 0x43, getServer = 0x44,
                        setServer = 0x45;
@@ -37,29 +34,19 @@ protected:
 };
 
 TEST_F(MailCommands, destinationsAreLanParameters) {
-    EXPECT_EQ(parameter(17, 0), Bytes({0, 0x11, 15}));
     EXPECT_EQ(change({17, 3}), Bytes({0x82}));
-    EXPECT_EQ(parameter(18, 15), Bytes({0, 0x11, 15, 0, 0, 0}));
     EXPECT_EQ(parameter(18, 16), Bytes({0xC9}));
     EXPECT_EQ(change({18, 3, 0xFF, 9, 0xFF}), Bytes({0}));
-    EXPECT_EQ(parameter(18, 3), Bytes({0, 0x11, 3, 0x87, 9, 7}));
-    EXPECT_EQ(change({19, 3, 0x00, 1, 192, 0, 2, 1, 1, 2, 3, 4, 5, 6}), Bytes({0}));
-    EXPECT_EQ(parameter(19, 3), Bytes({0, 0x11, 3, 0x00, 1, 192, 0, 2, 1, 1, 2, 3, 4, 5, 6}));
+    EXPECT_EQ(parameter(18, 3), Bytes({0, 0x11, 3, 0x87, 9, 7})) << "without reserved bits";
     Bytes ipv6{19, 3, 0x10};
     ipv6.resize(18, 0xAB);
     EXPECT_EQ(change(ipv6), Bytes({0xC7})) << "one byte is missing";
     ipv6.resize(19, 0xAB);
-    EXPECT_EQ(change(ipv6), Bytes({0}));
-    EXPECT_EQ(parameter(19, 3).size(), 20u);
     ipv6[2] = 0x20;
     EXPECT_EQ(change(ipv6), Bytes({0xCC})) << "no such format";
 }
 
 TEST_F(MailCommands, textsChangeWithTheirLastBlock) {
-    EXPECT_EQ(tell(getUser, {1, 3}), Bytes({0, 0}));
-    EXPECT_EQ(tell(setUser, {1, 3, 2}), Bytes({0}));
-    EXPECT_EQ(tell(getUser, {1, 3}), Bytes({0, 2}));
-
     const std::string first(blockSize, 'a');
     EXPECT_EQ(tell(setText, with({0, 1, 3, 0}, "short")), Bytes({0}));
     EXPECT_EQ(tell(setText, with({0, 1, 3, 0}, first)), Bytes({0}));
@@ -76,20 +63,11 @@ TEST_F(MailCommands, textsChangeWithTheirLastBlock) {
     EXPECT_EQ(tell(setText, with({1, 1, 3, 0}, "\xC3")), Bytes({0xCC}));
     EXPECT_EQ(tell(setText, with({2, 2, 0, 0}, "a@b\nBcc: c@d")), Bytes({0xCC}));
 
-    EXPECT_EQ(tell(getText, {2, 2, 0, 0}), with({0}, "root@example.com"));
-    EXPECT_EQ(tell(getText, {2, 2, 0, 7}), with({0}, ""));
-    for (const Bytes& absent : {Bytes{0, 1, 0, 0},
-                                {0, 1, 16, 0},
-                                {0, 2, 3, 0},
-                                {0, 1, 3, 2},
-                                {1, 1, 3, 8},
-                                {2, 3, 0, 0},
-                                {2, 2, 0, 8},
-                                {3, 2, 0, 0},
-                                {4, 1, 2, 0},
-                                {7, 1, 0, 0},
-                                {0xFF, 1, 0, 0}})
-        EXPECT_EQ(tell(getText, absent), Bytes({0xC9})) << testing::PrintToString(absent);
+    // Kind, channel or user, selector, block.
+    const Bytes absent[] = {{0, 1, 0, 0}, {0, 1, 16, 0}, {0, 2, 3, 0}, {0, 1, 3, 2}, {1, 1, 3, 8},
+                            {2, 3, 0, 0}, {2, 2, 0, 8},  {3, 2, 0, 0}, {4, 1, 2, 0}, {7, 1, 0, 0}};
+    for (const Bytes& request : absent)
+        EXPECT_EQ(tell(getText, request), Bytes({0xC9})) << testing::PrintToString(request);
 }
 
 TEST_F(MailCommands, serversAreOfAChannel) {
@@ -101,7 +79,6 @@ TEST_F(MailCommands, serversAreOfAChannel) {
     Bytes answer{0};
     answer.insert(answer.end(), settings.begin(), settings.end());
     EXPECT_EQ(tell(getServer, {1, 0}), answer);
-    EXPECT_EQ(tell(getServer, {1, 1}), with({0, 0, 0, 25, 0}, "", 20)) << "as it would be";
     EXPECT_EQ(tell(getServer, {8, 1}), with({0, 0, 0, 25, 0, 192, 0, 2, 25}, "", 16));
     request[3] = 4;
     EXPECT_EQ(tell(setServer, request), Bytes({0xCC}));
@@ -125,7 +102,7 @@ TEST_F(MailCommands, passwordsAreForAdministratorsAndNotForTheMessageLog) {
     EXPECT_EQ(messages[0].request, with({4, 1, 0, 0}, std::string(blockSize, '*')));
     EXPECT_EQ(messages[1].answer, with({0}, std::string(blockSize, '*')));
     EXPECT_EQ(messages[2].answer, with({0}, "root@example.com"));
-    EXPECT_THAT(machine.describe().dump(), Not(HasSubstr(password)));
+    EXPECT_THAT(machine.describe().dump(), testing::Not(testing::HasSubstr(password)));
 
     ipmi::SessionSettings settings;
     settings.address = stateFile.string();
@@ -135,25 +112,6 @@ TEST_F(MailCommands, passwordsAreForAdministratorsAndNotForTheMessageLog) {
     EXPECT_EQ(ask(*session, oem, getText, {4, 1, 0, 0}), Bytes({0xD4}));
     EXPECT_EQ(ask(*session, oem, setText, with({4, 1, 0, 0}, "mine")), Bytes({0xD4}));
     EXPECT_EQ(ask(*session, oem, getUser, {1, 3}), Bytes({0, 0}));
-}
-
-TEST_F(MailCommands, modelsAreChecked) {
-    for (const auto& [model, place] : {
-             std::pair{R"({"users": [{"id": 2, "email": "a\nb"}]})", "users[0].email"},
-             {R"({"alertDestinations": [{"channel": 1, "selector": 16}]})", "alertDestinations[0].selector"},
-             {R"({"alertDestinations": [{"channel": 1, "selector": 1, "kind": "0x08"}]})",
-              "alertDestinations[0].kind"},
-             {R"({"alertDestinations": [{"channel": 1, "selector": 1}, {"channel": 1, "selector": 1}]})",
-              "alertDestinations[0]"},
-             {R"({"mail": {"servers": [{"channel": 1}, {"channel": 1}]}})", "mail.servers[0]"},
-         }) {
-        try {
-            create(model);
-            ADD_FAILURE() << model;
-        } catch (const vbmc::Error& error) {
-            EXPECT_THAT(error.what(), HasSubstr(place));
-        }
-    }
 }
 
 } // namespace

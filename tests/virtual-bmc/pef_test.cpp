@@ -22,17 +22,6 @@ TEST_F(Pef, tablesKeepWhatIsWritten) {
     EXPECT_EQ(get(9, 1), Bytes({0x00, 0x11, 1, 0x18, 0x11, 0x00}));
     EXPECT_EQ(set({9, 2, 0x28, 0x12, 0x80}), Bytes({0x00}));
     EXPECT_EQ(get(9, 2), Bytes({0x00, 0x11, 2, 0x28, 0x12, 0x80}));
-
-    Bytes filter(20, 0x5A);
-    for (const std::uint8_t number : Bytes{3, 1, 3}) {
-        filter[0] = number;
-        Bytes request{6, number};
-        request.insert(request.end(), filter.begin(), filter.end());
-        EXPECT_EQ(set(request), Bytes({0x00}));
-        Bytes answer{0x00, 0x11, number};
-        answer.insert(answer.end(), filter.begin(), filter.end());
-        EXPECT_EQ(get(6, number), answer);
-    }
     Bytes unwritten{0x00, 0x11, 2};
     unwritten.resize(23);
     EXPECT_EQ(get(6, 2), unwritten);
@@ -64,22 +53,6 @@ TEST_F(Pef, whatItDoesNotHaveIsRefused) {
     EXPECT_EQ(get(0), Bytes({0x00, 0x11, 1}));
     EXPECT_EQ(set({0, 0}), Bytes({0x00}));
     EXPECT_EQ(set({0, 1}), Bytes({0x00}));
-}
-
-TEST_F(Pef, modelsAreChecked) {
-    for (const auto& [model, place] : {
-             std::pair{R"({"filters": [{"number": 1, "bytes": "00"}]})", "pef.filters[0].bytes"},
-             {R"({"policies": [{"number": 21, "bytes": "00 00 00"}]})", "pef.policies[0]"},
-             {R"({"policies": [{"number": 2, "bytes": "00 00 00"}, {"number": 2, "bytes": "00 00 00"}]})",
-              "pef.policies[1]"},
-         }) {
-        try {
-            create(R"({"pef": )" + std::string(model) + "}");
-            ADD_FAILURE() << model;
-        } catch (const vbmc::Error& error) {
-            EXPECT_THAT(error.what(), testing::HasSubstr(place));
-        }
-    }
 }
 
 } // namespace

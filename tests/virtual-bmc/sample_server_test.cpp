@@ -5,14 +5,11 @@
 
 #include <cstdlib>
 #include <map>
-#include <platform/cim_hooks.h>
 #include <platform/smash_db.h>
-#include <set>
 
 namespace {
 
 using testing::IsEmpty;
-using testing::IsSupersetOf;
 
 class SampleServer : public VirtualBmcFixture {
 protected:
@@ -57,29 +54,6 @@ TEST_F(SampleServer, isFoundWhole) {
     EXPECT_GE(found.size(), 60u);
 }
 
-TEST_F(SampleServer, hasSensorsOfAllKinds) {
-    std::set<int> formats;
-    int nonLinear = 0;
-    int withOffset = 0;
-    std::set<int> codes;
-    std::set<int> specificTypes;
-    for (int i = 0; i < fullCount; ++i) {
-        formats.insert(full[i].analogFormat);
-        nonLinear += full[i].isLinear == 0;
-        withOffset += full[i].b != 0 && full[i].exponents != 0;
-    }
-    for (int i = 0; i < compactCount; ++i) {
-        codes.insert(compact[i].eventReadingType);
-        if (compact[i].eventReadingType == 0x6F)
-            specificTypes.insert(compact[i].ipmiSensorType);
-    }
-    EXPECT_EQ(formats, (std::set{0, 1, 2}));
-    EXPECT_GE(nonLinear, 2);
-    EXPECT_GE(withOffset, 2);
-    EXPECT_THAT(codes, IsSupersetOf({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 0x6F, 0x70, 0x7E}));
-    EXPECT_THAT(specificTypes, IsSupersetOf({0x05, 0x07, 0x08, 0x0C, 0x0D, 0x23, 0x25}));
-}
-
 TEST_F(SampleServer, readsAsItDescribesItself) {
     std::map<std::string, int> availabilities;
     for (const auto& sensor : sensors) {
@@ -105,26 +79,6 @@ TEST_F(SampleServer, readsAsItDescribesItself) {
     EXPECT_GE(availabilities["unavailable"], 2);
     EXPECT_GE(availabilities["unreadable"], 2);
     EXPECT_THAT(report.remarks, IsEmpty());
-}
-
-TEST_F(SampleServer, isReachedThroughTheHooks) {
-    constexpr std::uint8_t localhost[] = {127, 0, 0, 1};
-    constexpr int virtualBmc = 2;
-    constexpr int administrator = 4;
-    const auto openFor = [&](IPMI20_SESSION_T& session, const char* user) {
-        return CIM_Create_IPMI20_Session_Ext(&session, user, localhost, virtualBmc, administrator, 0, 30);
-    };
-    IPMI20_SESSION_T session;
-    for (const char* const user : {"guest", "nobody"}) // disabled, unknown
-        EXPECT_NE(openFor(session, user), 0) << user;
-    ASSERT_EQ(openFor(session, "operator"), 0);
-    vbmc::VirtualBmc(stateFile).setReading("FAN1", 900);
-    CIM_SensorReading reading;
-    ASSERT_EQ(CIM_GetSensorReading(&session, 34, &reading, 30), 0);
-    EXPECT_EQ(reading.completionCode, 0);
-    EXPECT_EQ(reading.reading, 9);
-    EXPECT_EQ(reading.statesLow & 0x3F, 0x03) << "below lower non-critical and critical";
-    EXPECT_EQ(CIM_Close_Session(&session), 0);
 }
 
 } // namespace

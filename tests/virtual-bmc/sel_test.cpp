@@ -152,16 +152,6 @@ TEST_F(SelCommands, holdsAsManyRecordsAsACountCanTell) {
         ASSERT_EQ(all[i], static_cast<int>(i));
 }
 
-TEST_F(SelCommands, otherProcessesSeeTheSameLog) {
-    createSel("{}");
-    add(1);
-    transport = open();
-    EXPECT_EQ(ids(), std::vector{1});
-    create("{}"); // a new machine begins with an empty log
-    transport = open();
-    EXPECT_TRUE(ids().empty());
-}
-
 TEST_F(SelCommands, aBulkFileThatIsCutShortIsAnError) {
     createSel("{}");
     bmc->fillSel(3);
