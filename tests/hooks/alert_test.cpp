@@ -1,22 +1,12 @@
 // Alert destinations of LANs, as messages of the BMC.
 #include "scripted_bmc.h"
 
-#include <platform/cim_hooks.h>
-
-#include <gmock/gmock.h>
-
 namespace {
 
 constexpr std::uint8_t channel = 2;
 
-class AlertHooks : public testing::Test {
+class AlertHooks : public HookTest {
 protected:
-    void SetUp() override {
-        bmc = {};
-        ASSERT_EQ(CIM_Create_IPMI20_Session(&session, "bmc.example", 623, "", "", 0, 3, 0, 0, 4, 30), 0);
-    }
-    void TearDown() override { CIM_Close_Session(&session); }
-
     static void answer(std::uint8_t parameter, std::uint8_t selector, const Bytes& value) {
         Bytes& bytes = bmc.answers[{0x0C, 0x02, channel, parameter, selector, 0}];
         bytes = {0x00, 0x11};
@@ -34,7 +24,6 @@ protected:
         return value;
     }
 
-    IPMI20_SESSION_T session;
     CIM_LANDestinationType types[CIM_MAX_LAN_DESTINATIONS] = {};
     CIM_LANDestinationAddress addresses[CIM_MAX_LAN_DESTINATIONS] = {};
     std::uint8_t count = 0;

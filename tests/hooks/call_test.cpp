@@ -2,10 +2,7 @@
 // over, and OEM commands go to the BMCs that they belong to.
 #include "scripted_bmc.h"
 
-#include <platform/cim_hooks.h>
-
 #include <chrono>
-#include <gmock/gmock.h>
 #include <thread>
 
 namespace {
@@ -111,22 +108,14 @@ const Hook hooks[] = {
     HOOK(CIM_SetServiceConf, Oem, CIM_SERVICE_SSH, &service, t),
 };
 
-class Call : public testing::Test {
+class Call : public HookTest {
 protected:
-    Call() {
-        bmc = {};
-        EXPECT_EQ(CIM_Create_IPMI20_Session(&session, "bmc.example", 623, "", "", 0, 3, 0, 0, 4, 30), 0);
-    }
-    ~Call() override { CIM_Close_Session(&session); }
-
     void expectNothingIsSent(int timeout) {
         for (const Hook& hook : hooks)
             EXPECT_NE(hook.call(&session, timeout), 0) << hook.name;
         EXPECT_THAT(bmc.requests, IsEmpty());
         EXPECT_EQ(bmc.identifications, 0);
     }
-
-    IPMI20_SESSION_T session;
 };
 
 TEST_F(Call, withoutTimeSendsNothing) {

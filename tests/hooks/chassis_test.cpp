@@ -1,20 +1,13 @@
 #include "scripted_bmc.h"
 
-#include <platform/cim_hooks.h>
-
-#include <gmock/gmock.h>
-
 namespace {
 
-TEST(Chassis, isControlledByOneCommand) {
+TEST_F(HookTest, chassisIsControlledByOneCommand) {
     struct {
         int (*hook)(IPMI20_SESSION_T*, int);
         std::uint8_t control;
     } const cases[] = {{CIM_PowerOff, 0},  {CIM_PowerUp, 1},       {CIM_PowerCycle, 2},
                        {CIM_HardReset, 3}, {CIM_DiagnosticInt, 4}, {CIM_SoftOff, 5}};
-    bmc = {};
-    IPMI20_SESSION_T session;
-    ASSERT_EQ(CIM_Create_IPMI20_Session(&session, "bmc.example", 623, "", "", 0, 3, 0, 0, 4, 30), 0);
     for (const auto& [hook, control] : cases) {
         const Bytes request{0x00, 0x02, control};
         bmc.requests.clear();

@@ -1,10 +1,7 @@
 // Alerts by e-mail, as OEM messages of the BMC.
 #include "scripted_bmc.h"
 
-#include <platform/cim_hooks.h>
-
 #include <endian.h>
-#include <gmock/gmock.h>
 #include <string>
 
 namespace {
@@ -13,14 +10,11 @@ constexpr std::uint8_t channel = 1;
 constexpr std::size_t blockSize = 32;
 
 // A BMC whose texts are kept by their names.
-class MailHooks : public testing::Test {
+class MailHooks : public HookTest {
 protected:
-    void SetUp() override {
-        bmc = {};
+    MailHooks() {
         bmc.respond = [this](const Bytes& request) { return respond(request); };
-        ASSERT_EQ(CIM_Create_IPMI20_Session(&session, "bmc.example", 623, "", "", 0, 3, 0, 0, 4, 30), 0);
     }
-    void TearDown() override { CIM_Close_Session(&session); }
 
     Bytes respond(const Bytes& request) {
         const bool isText = request[1] == 0x42 || request[1] == 0x43;
@@ -53,7 +47,6 @@ protected:
         }
     }
 
-    IPMI20_SESSION_T session;
     std::uint8_t user = 0;
     std::map<Bytes, std::string> texts; // by kind, owner and part
     Bytes server;

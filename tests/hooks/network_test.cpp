@@ -1,10 +1,6 @@
 // LANs, their addresses and interfaces, as messages of the BMC.
 #include "scripted_bmc.h"
 
-#include <platform/cim_hooks.h>
-
-#include <gmock/gmock.h>
-
 namespace {
 
 using testing::ElementsAre;
@@ -31,19 +27,11 @@ Bytes address(std::uint8_t selector, std::uint8_t source, std::uint8_t last, std
             0,        0,      0,    0,    last, prefixLength, status};
 }
 
-class NetworkHooks : public testing::Test {
+class NetworkHooks : public HookTest {
 protected:
-    void SetUp() override {
-        bmc = {};
-        ASSERT_EQ(CIM_Create_IPMI20_Session(&session, "bmc.example", 623, "", "", 0, 3, 0, 0, 4, 30), 0);
-    }
-    void TearDown() override { CIM_Close_Session(&session); }
-
     static void acceptChange(std::uint8_t parameter, const Bytes& bytes) {
         bmc.answers[setParameter(parameter, bytes)] = {0x00};
     }
-
-    IPMI20_SESSION_T session;
 };
 
 TEST_F(NetworkHooks, lansAreTheChannelsOfMediumLan) {

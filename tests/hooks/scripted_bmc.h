@@ -4,7 +4,10 @@
 
 #include "ipmi/transport.h"
 
+#include <platform/cim_hooks.h>
+
 #include <functional>
+#include <gmock/gmock.h>
 #include <map>
 #include <vector>
 
@@ -29,3 +32,14 @@ struct ScriptedBmc {
 
 // The one of this test program; a test begins with a new one.
 extern ScriptedBmc bmc;
+
+class HookTest : public testing::Test {
+protected:
+    HookTest() {
+        bmc = {};
+        EXPECT_EQ(CIM_Create_IPMI20_Session(&session, "bmc.example", 623, "", "", 0, 3, 0, 0, 4, 30), 0);
+    }
+    ~HookTest() override { EXPECT_EQ(CIM_Close_Session(&session), 0); }
+
+    IPMI20_SESSION_T session;
+};

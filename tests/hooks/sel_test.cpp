@@ -1,10 +1,6 @@
 // The event log of a BMC that changes under the reader's hands, answers in parts only, or errs.
 #include "scripted_bmc.h"
 
-#include <platform/cim_hooks.h>
-
-#include <gmock/gmock.h>
-
 namespace {
 
 using testing::ElementsAre;
@@ -110,15 +106,12 @@ struct FakeLog {
     }
 };
 
-class Sel : public testing::Test {
+class Sel : public HookTest {
 protected:
-    void SetUp() override {
-        bmc = {};
+    Sel() {
         pauses = 0;
         bmc.respond = [this](const Bytes& request) { return log.respond(request); };
-        ASSERT_EQ(CIM_Create_IPMI20_Session(&session, "bmc.example", 623, "", "", 0, 3, 0, 0, 4, 30), 0);
     }
-    void TearDown() override { CIM_Close_Session(&session); }
 
     // The last bytes of the records that the hook reads, with room for some.
     std::optional<std::vector<int>> readMarks(std::uint16_t room = 200) {
@@ -142,7 +135,6 @@ protected:
     }
 
     FakeLog log;
-    IPMI20_SESSION_T session;
 };
 
 TEST_F(Sel, isReadAlongItsIdsWithOneMessageARecord) {

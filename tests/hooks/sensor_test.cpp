@@ -1,20 +1,14 @@
 #include "scripted_bmc.h"
 
-#include <platform/cim_hooks.h>
-
-#include <gmock/gmock.h>
-
 namespace {
 
-struct ReadingCase {
-    const char* name;
-    Bytes answer;
-    int result;
-    CIM_SensorReading expected;
-};
-
-TEST(SensorReading, isDecodedAtEveryLengthABmcMayAnswer) {
-    const ReadingCase cases[] = {
+TEST_F(HookTest, sensorReadingIsDecodedAtEveryLengthABmcMayAnswer) {
+    const struct {
+        const char* name;
+        Bytes answer;
+        int result;
+        CIM_SensorReading expected;
+    } cases[] = {
         {"threshold sensor", {0x00, 0x60, 0xC0, 0x08}, 0, {0x00, 0x60, 0xC0, 0x08, 0x00}},
         {"discrete sensor", {0x00, 0x00, 0xC0, 0x01, 0x80}, 0, {0x00, 0x00, 0xC0, 0x01, 0x80}},
         {"no state bytes", {0x00, 0x60, 0xC0}, 0, {0x00, 0x60, 0xC0, 0x00, 0x00}},
@@ -25,9 +19,6 @@ TEST(SensorReading, isDecodedAtEveryLengthABmcMayAnswer) {
         {"only the completion code", {0x00}, -1, {}},
         {"no flags", {0x00, 0x60}, -1, {}},
     };
-    bmc = {};
-    IPMI20_SESSION_T session;
-    ASSERT_EQ(CIM_Create_IPMI20_Session(&session, "bmc.example", 623, "", "", 0, 3, 0, 0, 4, 30), 0);
     for (const auto& reading : cases) {
         SCOPED_TRACE(reading.name);
         bmc.answers[{0x04, 0x2D, 0xA7}] = reading.answer;
@@ -42,7 +33,6 @@ TEST(SensorReading, isDecodedAtEveryLengthABmcMayAnswer) {
         }
     }
     EXPECT_THAT(bmc.debugLog, testing::HasSubstr("CIM_GetSensorReading"));
-    EXPECT_EQ(CIM_Close_Session(&session), 0);
 }
 
 } // namespace

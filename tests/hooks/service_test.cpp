@@ -1,9 +1,5 @@
 #include "scripted_bmc.h"
 
-#include <platform/cim_hooks.h>
-
-#include <gmock/gmock.h>
-
 namespace {
 
 const Bytes ask = {0x30, 0x10, 0x20, 0, 0, 0};
@@ -12,10 +8,7 @@ const Bytes sshConfiguration = {
     0,    0,    0,   0,   0, 0, 0x01, 0x00, 0x00, 0x16, 0x00, // no plain port, secure 22
     0x58, 0x02, 8,   3};                                      // 600 seconds; 3 sessions of 8
 
-TEST(Service, settingsGoBackAsTheyCame) {
-    bmc = {};
-    IPMI20_SESSION_T session;
-    ASSERT_EQ(CIM_Create_IPMI20_Session(&session, "bmc.example", 623, "", "", 0, 3, 0, 0, 4, 30), 0);
+TEST_F(HookTest, serviceSettingsGoBackAsTheyCame) {
     bmc.answers[ask] = sshConfiguration;
     CIM_ServiceConf conf;
     ASSERT_EQ(CIM_GetServiceConf(&session, CIM_SERVICE_SSH, &conf, 30), 0);
@@ -40,7 +33,6 @@ TEST(Service, settingsGoBackAsTheyCame) {
     EXPECT_EQ(CIM_GetServiceConf(&session, CIM_SERVICE_SSH, &conf, 30), -1) << "short answer";
     bmc.answers.clear();
     EXPECT_EQ(CIM_GetServiceConf(&session, CIM_SERVICE_SSH, &conf, 30), -1) << "no such command";
-    EXPECT_EQ(CIM_Close_Session(&session), 0);
 }
 
 } // namespace

@@ -1,30 +1,13 @@
 #include <platform/cim_hooks.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <gmock/gmock.h>
+#include <sysroot_fixture.h>
 
 namespace {
 
-namespace fs = std::filesystem;
-
-class SystemNames : public testing::Test {
+class SystemNames : public SysrootFixture {
 protected:
-    SystemNames() {
-        std::string name = (fs::temp_directory_path() / "ph-hooks-XXXXXX").string();
-        root = ::mkdtemp(name.data());
-        ::setenv("PH_SYSROOT", root.c_str(), 1);
-        fs::create_directory(root / "conf");
-    }
-    ~SystemNames() override {
-        ::unsetenv("PH_SYSROOT");
-        fs::remove_all(root);
-    }
+    void configure(const std::string& text) { write("/conf/system_names.ini", text); }
 
-    void configure(const std::string& text) { std::ofstream(root / "conf/system_names.ini") << text; }
-
-    fs::path root;
     char host[256] = {};
     char sp[256] = {};
 };

@@ -1,9 +1,6 @@
 #include "scripted_bmc.h"
 
-#include <platform/cim_hooks.h>
-
 #include <algorithm>
-#include <gmock/gmock.h>
 
 namespace {
 
@@ -34,11 +31,9 @@ const Bytes enable = {app, 0x47, 5, 1};
 
 // User 5 of a BMC that does what it is told. Its access on channel 1: callback only, link authentication,
 // operator.
-class User : public testing::Test {
+class User : public HookTest {
 protected:
     User() {
-        bmc = {};
-        EXPECT_EQ(CIM_Create_IPMI20_Session(&session, "bmc.example", 623, "", "", 0, 3, 0, 0, 4, 30), 0);
         for (const Bytes& request :
              {disable, enable, setName(5, "eva"), setName(5, ""), setPassword(5, 2, "secret", 16),
               setPassword(0x85, 2, "secret", 20), setPassword(5, 3, "secret", 16)})
@@ -46,7 +41,6 @@ protected:
         for (const std::uint8_t channel : Bytes{0x01, 0x0E})
             bmc.answers[{app, 0x44, channel, 5}] = {0x00, 0x10, 0x43, 0x01, 0x63};
     }
-    ~User() override { CIM_Close_Session(&session); }
 
     int modify(std::uint8_t slot, const char* name, const char* password, std::uint8_t operation = 2,
                std::uint8_t privilege = keep, std::uint8_t messaging = keep, std::uint8_t link = keep,
@@ -54,8 +48,6 @@ protected:
         return CIM_ModUser(&session, slot, 1, name, password, operation, privilege, messaging, link, enabled,
                            30);
     }
-
-    IPMI20_SESSION_T session;
 };
 
 TEST_F(User, accessGathersBothBytesOfTheAnswer) {
