@@ -67,20 +67,6 @@ TEST_F(Objects, propertiesKeepTheirType) {
         CMIsNullValue(CMGetArrayElementAt(CMGetProperty(instance, "List", nullptr).value.array, 0, nullptr)));
 }
 
-TEST_F(Objects, propertiesByIndex) {
-    CMPIInstance* instance = scope.make(Instance{});
-    CMSetProperty(instance, "Size", &seven, CMPI_uint16);
-    CMSetProperty(instance, "Colour", chars("red"), CMPI_chars);
-    ASSERT_EQ(CMGetPropertyCount(instance, nullptr), 2U);
-    CMPIString* name = nullptr;
-    EXPECT_STREQ(CMGetCharPtr(CMGetPropertyAt(instance, 1, &name, &status).value.string), "red");
-    EXPECT_STREQ(CMGetCharPtr(name), "Colour");
-    CMGetPropertyAt(instance, 2, &name, &status);
-    EXPECT_EQ(status.rc, CMPI_RC_ERR_NO_SUCH_PROPERTY);
-    CMGetProperty(instance, "Weight", &status);
-    EXPECT_EQ(status.rc, CMPI_RC_ERR_NO_SUCH_PROPERTY);
-}
-
 TEST_F(Objects, filterPassesOverUnwantedProperties) {
     const ObjectPath path{"", "", "CIM_X", {{"Name", {CMPI_string, std::string("a")}}}};
     CMPIInstance* instance = CMNewInstance(handle, scope.make(path), nullptr);
@@ -222,11 +208,6 @@ TEST_F(Objects, conversionsRefuseWhatNoValueHolds) {
     EXPECT_THROW(broker::toValue({.type = CMPI_ptr, .state = CMPI_goodValue, .value = {}}),
                  std::runtime_error);
     EXPECT_EQ(broker::toString(nullptr), "");
-}
-
-TEST(Codes, haveNames) {
-    EXPECT_EQ(broker::codeName(CMPI_RC_ERR_NOT_SUPPORTED), "CMPI_RC_ERR_NOT_SUPPORTED");
-    EXPECT_EQ(broker::codeName(static_cast<CMPIrc>(99)), "99");
 }
 
 } // namespace

@@ -51,17 +51,29 @@ CMPIStatus returnItem(const CMPIResult* result, const CMPIObjectPath* ref, const
     return CMReturnInstance(result, instance);
 }
 
+// Makes the request for CIM_Item: ask(path, status) through the broker.
+template <class Ask>
+CMPIStatus relay(const CMPIResult* result, const CMPIObjectPath* ref, Ask ask) {
+    CMPIStatus status{CMPI_RC_OK, nullptr};
+    CMPIObjectPath* target = relayed(ref);
+    CMPIEnumeration* items = ask(target, &status);
+    CMRelease(target);
+    while (items != nullptr && CMHasNext(items, nullptr)) {
+        const CMPIData item = CMGetNext(items, nullptr);
+        if (item.type == CMPI_ref)
+            CMReturnObjectPath(result, item.value.ref);
+        else
+            CMReturnInstance(result, item.value.inst);
+    }
+    return status;
+}
+
 CMPIStatus testEnumInstanceNames(CMPIInstanceMI*, const CMPIContext* context, const CMPIResult* result,
                                  const CMPIObjectPath* ref) {
-    if (classOf(ref) == "CIM_Relay") {
-        CMPIStatus status{CMPI_RC_OK, nullptr};
-        CMPIObjectPath* target = relayed(ref);
-        CMPIEnumeration* names = CBEnumInstanceNames(broker, context, target, &status);
-        CMRelease(target);
-        while (names != nullptr && CMHasNext(names, nullptr))
-            CMReturnObjectPath(result, CMGetNext(names, nullptr).value.ref);
-        return status;
-    }
+    if (classOf(ref) == "CIM_Relay")
+        return relay(result, ref, [&](auto* path, auto* status) {
+            return CBEnumInstanceNames(broker, context, path, status);
+        });
     for (const char* name : {"1", "2", "3"})
         CMReturnObjectPath(result, itemPath(ref, name));
     return CMReturnDone(result);
@@ -69,14 +81,15 @@ CMPIStatus testEnumInstanceNames(CMPIInstanceMI*, const CMPIContext* context, co
 
 CMPIStatus testEnumInstances(CMPIInstanceMI*, const CMPIContext* context, const CMPIResult* result,
                              const CMPIObjectPath* ref, const char** properties) {
-    CMPIStatus status{CMPI_RC_OK, nullptr};
     const std::string className = classOf(ref);
     if (className == "CIM_Who") {
+        CMPIStatus status{CMPI_RC_OK, nullptr};
         const CMPIData user = CMGetContextEntry(context, CMPIPrincipal, &status);
         return returnItem(result, ref, status.rc == CMPI_RC_OK ? CMGetCharPtr(user.value.string) : "nobody",
                           nullptr);
     }
     if (className == "CIM_Relay") {
+        CMPIStatus status{CMPI_RC_OK, nullptr};
         CMPIObjectPath* target = relayed(ref);
         CMPIEnumeration* items = CBEnumInstances(broker, context, target, properties, &status);
         CMRelease(target);
@@ -185,23 +198,6 @@ std::string joined(std::initializer_list<const char*> filters) {
     return all;
 }
 
-// Makes the request for CIM_Item: ask(path, status) through the broker.
-template <class Ask>
-CMPIStatus relay(const CMPIResult* result, const CMPIObjectPath* ref, Ask ask) {
-    CMPIStatus status{CMPI_RC_OK, nullptr};
-    CMPIObjectPath* target = relayed(ref);
-    CMPIEnumeration* items = ask(target, &status);
-    CMRelease(target);
-    while (items != nullptr && CMHasNext(items, nullptr)) {
-        const CMPIData item = CMGetNext(items, nullptr);
-        if (item.type == CMPI_ref)
-            CMReturnObjectPath(result, item.value.ref);
-        else
-            CMReturnInstance(result, item.value.inst);
-    }
-    return status;
-}
-
 CMPIStatus testAssociators(CMPIAssociationMI*, const CMPIContext* context, const CMPIResult* result,
                            const CMPIObjectPath* ref, const char* assocClass, const char* resultClass,
                            const char* role, const char* resultRole, const char** properties) {
@@ -246,21 +242,14 @@ CMPIStatus testReferenceNames(CMPIAssociationMI*, const CMPIContext* context, co
     return CMReturnObjectPath(result, itemPath(ref, joined({resultClass, role}).c_str()));
 }
 
-CMPIStatus testAssociationCleanup(CMPIAssociationMI*, const CMPIContext*, CMPIBoolean) {
+template <class Provider>
+CMPIStatus cleanUp(Provider*, const CMPIContext*, CMPIBoolean) {
     return {CMPI_RC_OK, nullptr};
 }
-
-CMPIStatus testCleanup(CMPIInstanceMI*, const CMPIContext*, CMPIBoolean) {
-    return {CMPI_RC_OK, nullptr};
-}
-
-CMPIStatus testMethodCleanup(CMPIMethodMI*, const CMPIContext*, CMPIBoolean) {
-    return {CMPI_RC_OK, nullptr};
-}
-
-CMPIStatus testIndicationCleanup(CMPIIndicationMI*, const CMPIContext*, CMPIBoolean) {
-    return {CMPI_RC_OK, nullptr};
-}
+constexpr auto testCleanup = cleanUp<CMPIInstanceMI>;
+constexpr auto testMethodCleanup = cleanUp<CMPIMethodMI>;
+constexpr auto testAssociationCleanup = cleanUp<CMPIAssociationMI>;
+constexpr auto testIndicationCleanup = cleanUp<CMPIIndicationMI>;
 
 CMPIStatus testAuthorizeFilter(CMPIIndicationMI*, const CMPIContext*, const CMPISelectExp*, const char*,
                                const CMPIObjectPath*, const char* owner) {

@@ -92,12 +92,6 @@ TEST(Value, differsByTypeAndByTarget) {
               (Value{CMPI_ref, std::make_shared<const ObjectPath>(other)}));
 }
 
-TEST(Value, typeNames) {
-    EXPECT_EQ(broker::typeName(CMPI_uint16A), "uint16[]");
-    EXPECT_EQ(broker::typeName(CMPI_dateTime), "datetime");
-    EXPECT_EQ(broker::typeName(CMPI_ptr), "unknown");
-}
-
 struct TimeCase {
     const char* text;
     std::uint64_t microseconds;
