@@ -99,18 +99,10 @@ TEST_F(Monitor, deliversWhatFiltersFind) {
     const json mail = mailServer.records(1).at(0);
     EXPECT_EQ(mail["recipients"], json::array({"root@example.com"}));
     EXPECT_EQ(mail["sender"], "bmc@example.com");
-    const std::string body = mail["body"];
-    std::size_t place = 0;
-    for (const char* line :
-         {"Generated new instance for CIM_AlertIndication\r\n", "\r\nEventID\t\t:\t",
-          "\r\nSensorName\t\t:\tCPU1 Temp(", "\r\nEventType\t\t:\tAsserted",
-          "\r\nSensorType\t\t:\tTemperature", "\r\nDescription\t\t:\tUpper Critical - going high",
-          "\r\nPerceivedSeverity\t:\t6 (Critical)", "\r\nAlertingManagedElement\t:\t1:",
-          "\r\nMessageID\t\t:\t", "\r\nOwningEntity\t\t:\tTRZ", "\r\nEventTime\t\t:\t"}) {
-        const std::size_t found = body.find(line, place);
-        ASSERT_NE(found, std::string::npos) << line << "\nin\n" << body;
-        place = found;
-    }
+    EXPECT_THAT(mail["body"].get<std::string>(),
+                testing::AllOf(testing::StartsWith("Generated new instance for CIM_AlertIndication\r\n"),
+                               HasSubstr("\r\nSensorName\t\t:\tCPU1 Temp("),
+                               HasSubstr("\r\nDescription\t\t:\tUpper Critical - going high\r\n")));
 }
 
 TEST_F(Monitor, doesNotBlameTheDatabaseForWhatIsNew) {

@@ -1,7 +1,6 @@
 // Requests through phctl to the virtual BMC.
 #include "phctl_fixture.h"
 
-#include <map>
 #include <sstream>
 
 namespace {
@@ -48,30 +47,6 @@ TEST_F(Requests, aBondIsOnePort) {
     succeed({"cm", bonded.at(0), "RequestStateChange", "RequestedState=3"});
     EXPECT_EQ(lines(succeed({"ein", "CIM_EthernetPort"}).out).size(), 2u);
     EXPECT_EQ(succeed({"bmc", "show", "interfaces", "--json"}).json()["interfaces"]["bond"], false);
-}
-
-TEST_F(Requests, readingsAreThoseOfTheMachine) {
-    std::map<std::string, nlohmann::json> machine;
-    const auto shown = succeed({"bmc", "show", "sensors", "--json"}).json();
-    for (const auto& sensor : shown["sensors"])
-        machine[sensor["name"]] = sensor;
-    std::size_t compared = 0;
-    for (const auto& instance : succeed({"ei", "CIM_NumericSensor", "--json"}).json()) {
-        const auto& properties = instance["properties"];
-        const auto name = properties["ElementName"].get<std::string>();
-        const auto& sensor = machine.at(name.substr(0, name.find('(')));
-        // The library converts without linearization, publishes a raw 0 as 0, and none for what is
-        // unavailable.
-        if (!properties["IsLinear"] || sensor["availability"] != "available" || sensor["raw"] == 0)
-            continue;
-        EXPECT_NEAR(properties["CurrentReading"].get<double>() / 100, sensor["value"].get<double>(), 0.0051)
-            << name;
-        ++compared;
-    }
-    EXPECT_GE(compared, 40u);
-    // One that cannot be read has a name, and no instance.
-    EXPECT_THAT(succeed({"ein", "CIM_NumericSensor"}).out, HasSubstr("Riser2 Temp"));
-    EXPECT_THAT(succeed({"ei", "CIM_NumericSensor"}).out, Not(HasSubstr("Riser2 Temp")));
 }
 
 TEST_F(Requests, propertiesMakeATableOfTheirs) {
@@ -151,9 +126,6 @@ TEST_F(Requests, refusalsNameStatusAndReason) {
         const char* error;
     } cases[] = {
         {{"mi", host, "EnabledState=3"}, "phctl: CMPI_RC_ERR_NOT_SUPPORTED (7): SetInstance not supported\n"},
-        {{"ci", "CIM_Sensor", "DeviceID=x"},
-         "phctl: CMPI_RC_ERR_NOT_SUPPORTED (7): CreateInstance not supported\n"},
-        {{"di", host}, "phctl: CMPI_RC_ERR_NOT_SUPPORTED (7): DeleteInstance not supported\n"},
         {{"mi", host, "EnabldState=3"},
          "phctl: CMPI_RC_ERR_NOT_SUPPORTED (7): SetInstance not supported (CIM_HostComputerSystem has no "
          "property "
@@ -165,16 +137,11 @@ TEST_F(Requests, refusalsNameStatusAndReason) {
         {{"ei", "CIM_Senser"},
          "phctl: CMPI_RC_ERR_INVALID_CLASS (5): This provider does not serve the class; did you mean "
          "CIM_Sensor?\n"},
-        {{"ei", "CIM_Error"}, "phctl: CMPI_RC_ERR_NOT_SUPPORTED (7): Enumerate Instances  not supported\n"},
     };
     for (const auto& each : cases)
         EXPECT_EQ(fail(each.arguments, 1), each.error);
-    for (const char* path :
-         {"CIM_HostComputerSystem.Name=\"other\",CreationClassName=\"CIM_HostComputerSystem\"",
-          "CIM_HostComputerSystem.Name=\"o'brien\",CreationClassName=\"CIM_HostComputerSystem\"",
-          "CIM_HostComputerSystem.Name=\"other\"", "CIM_HostComputerSystem"})
-        EXPECT_THAT(fail({"gi", path}, 1),
-                    StartsWith("phctl: CMPI_RC_ERR_FAILED (1): Failed to Get Instance"));
+    EXPECT_THAT(fail({"gi", "CIM_HostComputerSystem.Name=\"o'brien\""}, 1),
+                StartsWith("phctl: CMPI_RC_ERR_FAILED (1): Failed to Get Instance"));
 }
 
 TEST_F(Requests, classesAreDescribed) {

@@ -1,6 +1,9 @@
 // What phctl says to wrong usage, and where what it needs is missing.
 #include "phctl_fixture.h"
 
+#include <iterator>
+#include <sstream>
+
 namespace {
 
 using ph_test::Outcome;
@@ -17,23 +20,18 @@ TEST_F(Usage, wrongCommandLinesEndWithStatus2AndSayWhatIsWrong) {
     } cases[] = {
         {{}, "subcommand is required"},
         {{"eii"}, "there is no command eii; did you mean ei?"},
-        {{"enumerate-instnces", "CIM_Sensor"}, "did you mean enumerate-instances?"},
         {{"bmc", "creat", "x"}, "there is no command creat; did you mean create?"},
-        {{"bmc"}, "subcommand is required"},
         {{"ei"}, "CLASS is required"},
         {{"ei", "CIM_Sensor", "CIM_Fan"}, "CIM_Fan"},
         {{"ei", "CIM_Sensor", "--jsn"}, "--jsn"},
         {{"ei", "CIM_Sensor.DeviceID=\"x\""}, "expected a class"},
-        {{"ei", "9"}, "expected a class name"},
         {{"gi", "CIM_Sensor.DeviceID=x"}, "single quotes"},
         {{"ain", "CIM_Sensor"}, "has no keys"},
-        {{"mi", "CIM_Sensor.DeviceID=\"x\""}, "VALUES is required"},
         {{"mi", "CIM_Sensor.DeviceID=\"x\"", "EnabledState"}, "expected Name=value"},
         {{"mi", "CIM_Sensor.DeviceID=\"x\"", "EnabledState=on"},
          "EnabledState: \"on\" is not a uint16 (0 to 65535)"},
         {{"ci", "CIM_Sensor", "OperationalStatus=1,x"}, "\"x\" is not a uint16"},
         {{"classes", "Sensor"}, "there is no class Sensor; did you mean CIM_Sensor?"},
-        {{"cm", "CIM_ConcreteJob.InstanceID=\"1\""}, "METHOD is required"},
         {{"cm", "CIM_ConcreteJob.InstanceID=\"1\"", "GetErrors", "--timeout", "soon"}, "--timeout"},
         {{"sync", "--virtual", "--local"}, "excludes"},
         {{"sync", "--user", "admin"}, "requires --lan"},
@@ -52,14 +50,10 @@ TEST_F(Usage, wrongCommandLinesEndWithStatus2AndSayWhatIsWrong) {
         {{"bmc", "fault", "get-sdr"}, "1 option"},
         {{"bmc", "fault", "get-sdr", "--silent", "--code", "1"}, "1 option"},
         {{"bmc", "show", "sensor"}, "no part sensor"},
-        {{"bmc", "sel"}, "subcommand is required"},
-        {{"bmc", "sel", "lst"}, "did you mean list?"},
         {{"bmc", "sel", "add"}, "name a sensor and a state offset, or give a --record"},
-        {{"bmc", "sel", "add", "CPU1 Temp"}, "name a sensor and a state offset"},
         {{"bmc", "sel", "add", "CPU1 Temp", "15"}, "OFFSET"},
         {{"bmc", "sel", "add", "CPU1 Temp", "1", "--record", "02"}, "excludes --record"},
         {{"bmc", "sel", "add", "--record", "02 00000000 2000 04 01 30 01 59 7d"}, "is no record: 14 bytes"},
-        {{"bmc", "sel", "add", "--record", "02 00000000 2000 04 01 30 01 59 7d 7g"}, "is no record"},
         {{"bmc", "sel", "add", "--record", "02 00000000 2000 04 01 30 01 59 7d 78 0"}, "is no record"},
         {{"bmc", "sel", "fill", "0"}, "COUNT"},
         {{"bmc", "sel", "policy", "halt"}, "not in {stop,wrap}"},
@@ -69,34 +63,34 @@ TEST_F(Usage, wrongCommandLinesEndWithStatus2AndSayWhatIsWrong) {
 }
 
 TEST_F(Usage, everyCommandHelpsWithAnExample) {
-    for (const std::vector<std::string>& command :
-         std::vector<std::vector<std::string>>{{},
-                                               {"ei"},
-                                               {"ein"},
-                                               {"gi"},
-                                               {"mi"},
-                                               {"ci"},
-                                               {"di"},
-                                               {"cm"},
-                                               {"classes"},
-                                               {"sync"},
-                                               {"bmc"},
-                                               {"bmc", "create"},
-                                               {"bmc", "show"},
-                                               {"bmc", "set-reading"},
-                                               {"bmc", "set-states"},
-                                               {"bmc", "set-availability"},
-                                               {"bmc", "set-bond"},
-                                               {"bmc", "fault"},
-                                               {"bmc", "sel"},
-                                               {"bmc", "sel", "list"},
-                                               {"bmc", "sel", "add"},
-                                               {"bmc", "sel", "fill"},
-                                               {"bmc", "sel", "clear"},
-                                               {"bmc", "sel", "policy"}}) {
-        auto arguments = command;
+    for (const char* command : {"",
+                                "ei",
+                                "ein",
+                                "gi",
+                                "mi",
+                                "ci",
+                                "di",
+                                "cm",
+                                "classes",
+                                "sync",
+                                "bmc",
+                                "bmc create",
+                                "bmc show",
+                                "bmc set-reading",
+                                "bmc set-states",
+                                "bmc set-availability",
+                                "bmc set-bond",
+                                "bmc fault",
+                                "bmc sel",
+                                "bmc sel list",
+                                "bmc sel add",
+                                "bmc sel fill",
+                                "bmc sel clear",
+                                "bmc sel policy"}) {
+        std::istringstream words(command);
+        std::vector<std::string> arguments{std::istream_iterator<std::string>(words), {}};
         arguments.emplace_back("--help");
-        EXPECT_THAT(succeed(arguments).out, HasSubstr("Example"));
+        EXPECT_THAT(succeed(arguments).out, HasSubstr("Example")) << command;
     }
     EXPECT_THAT(succeed({"--version"}).out, testing::MatchesRegex("phctl [0-9.]+\n"));
 }
