@@ -1,49 +1,24 @@
 // Indication filters in OpenIPMI's BMC simulator, with ipmitool as the witness of what it holds.
-#include "broker/broker.h"
-#include "ipmi_sim.h"
-#include "simulator_session.h"
+#include "provider_on_simulator.h"
 
-#include <platform/smash_db.h>
-
-#include <cstdio>
-#include <cstring>
-#include <gmock/gmock.h>
 #include <sstream>
-#include <sysroot_fixture.h>
 
 namespace {
 
 using broker::Instance;
 using broker::ObjectPath;
 using broker::Reply;
-using broker::Value;
 using testing::IsEmpty;
 
-class PeerIndications : public SysrootFixture {
+class PeerIndications : public ProviderOnSimulator {
 protected:
-    static void SetUpTestSuite() { bmc = std::make_unique<ph_test::IpmiSim>(ph_test::thresholdSensors(1)); }
-    static void TearDownTestSuite() { bmc.reset(); }
-
-    PeerIndications() {
-        ph_test::storeSession(bmc->settings());
-        DeviceRecord device{};
-        device.type = SMASH_DEVICE_SP;
-        std::strcpy(device.deviceId, "sim");
-        SMASH_DB_HANDLE handle = nullptr;
-        EXPECT_EQ(smash_db_init(&handle), 0);
-        EXPECT_EQ(db_set_device(handle, &device), 0);
-        EXPECT_EQ(db_close(handle), 0);
-        broker.loadProvider(PROVIDERS, "ProviderHelperProviders");
-    }
-
-    static Value text(const std::string& value) { return {CMPI_string, value}; }
     static ObjectPath path(const std::string& className, const std::string& name) {
         return {.host = {},
                 .nameSpace = "root/interop",
                 .className = className,
                 .keys = {{"SystemCreationClassName", text("CIM_SPComputerSystem")},
                          {"CreationClassName", text(className)},
-                         {"SystemName", text("IPMI Controller sim")},
+                         {"SystemName", text("sim")},
                          {"Name", text(name)}}};
     }
     static Instance instance(const std::string& className, const std::string& name, const char* property,
@@ -67,19 +42,14 @@ protected:
 
     // The bytes that `ipmitool raw` prints.
     static std::string raw(const std::string& bytes) {
-        std::istringstream printed(bmc->ipmitool("raw " + bytes));
+        std::istringstream printed(ipmitool("raw " + bytes));
         std::string all;
         for (std::string byte; printed >> byte;)
             all += (all.empty() ? "" : " ") + byte;
         return all;
     }
     static std::string filter(int number) { return raw("4 0x13 6 " + std::to_string(number) + " 0"); }
-
-    static std::unique_ptr<ph_test::IpmiSim> bmc;
-    broker::Broker broker;
 };
-
-std::unique_ptr<ph_test::IpmiSim> PeerIndications::bmc;
 
 TEST_F(PeerIndications, filtersAreWhatIpmitoolReads) {
     constexpr const char* name = "IndicationFilter:IPMIPEF-3-2";

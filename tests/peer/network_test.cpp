@@ -1,16 +1,8 @@
 // Network classes against OpenIPMI's BMC simulator, with ipmitool as the witness of what it holds. The
 // simulator has one LAN, on channel 1, and none of the OEM commands.
-#include "broker/broker.h"
-#include "ipmi_sim.h"
-#include "simulator_session.h"
+#include "provider_on_simulator.h"
 
-#include <platform/smash_db.h>
-
-#include <cstdio>
-#include <cstring>
-#include <gmock/gmock.h>
 #include <regex>
-#include <sysroot_fixture.h>
 
 namespace {
 
@@ -19,37 +11,9 @@ using broker::NamedValues;
 using broker::ObjectPath;
 using broker::Reply;
 using broker::Value;
-using ph_test::IpmiSim;
 
-class NetworkPeer : public SysrootFixture {
+class NetworkPeer : public ProviderOnSimulator {
 protected:
-    static void SetUpTestSuite() { bmc = std::make_unique<IpmiSim>(ph_test::thresholdSensors(1)); }
-    static void TearDownTestSuite() { bmc.reset(); }
-
-    NetworkPeer() {
-        ph_test::storeSession(bmc->settings());
-        DeviceRecord device{};
-        device.type = SMASH_DEVICE_SP;
-        std::strcpy(device.deviceId, "sim");
-        SMASH_DB_HANDLE handle = nullptr;
-        EXPECT_EQ(smash_db_init(&handle), 0);
-        EXPECT_EQ(db_set_device(handle, &device), 0);
-        EXPECT_EQ(db_close(handle), 0);
-        broker.loadProvider(TEST_PROVIDERS, "ProviderHelper");
-    }
-
-    static std::string ipmitool(const std::string& arguments) {
-        const auto settings = bmc->settings();
-        const std::string command = "ipmitool -I lanplus -C 3 -H " + settings.address + " -p " +
-                                    std::to_string(settings.port) + " -U " + settings.userName + " -P " +
-                                    settings.password + " " + arguments + " 2>&1";
-        std::string output;
-        const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
-        char part[256];
-        while (pipe && fgets(part, sizeof part, pipe.get()) != nullptr)
-            output += part;
-        return output;
-    }
     // A line of `ipmitool lan print`.
     static std::string printed(const std::string& label) {
         const std::string output = ipmitool("lan print 1");
@@ -63,7 +27,6 @@ protected:
     static ObjectPath path(const std::string& className, NamedValues keys = {}) {
         return {.host = {}, .nameSpace = "root/cimv2", .className = className, .keys = std::move(keys)};
     }
-    static Value text(const std::string& value) { return {CMPI_string, value}; }
     Instance only(const std::string& className) {
         const Reply reply = broker.enumerateInstances(path(className));
         EXPECT_EQ(reply.instances.size(), 1U) << className << ": " << reply.message;
@@ -74,12 +37,7 @@ protected:
         const Value* const value = broker::find(instance.properties, property);
         return value != nullptr ? broker::toText(*value) : "(none)";
     }
-
-    static std::unique_ptr<IpmiSim> bmc;
-    broker::Broker broker;
 };
-
-std::unique_ptr<IpmiSim> NetworkPeer::bmc;
 
 TEST_F(NetworkPeer, endpointIsWhatIpmitoolPrints) {
     ipmitool("lan set 1 ipsrc static");
