@@ -39,11 +39,11 @@ bool hasSeverity(const std::uint8_t* record) {
     return eventType == 0x01 || eventType == 0x07;
 }
 
-const SensorRecord& commonOf(const SensorRecord& record) {
-    return record;
+const CompactSdr& commonOf(const CompactSdr& sdr) {
+    return sdr;
 }
-const SensorRecord& commonOf(const NumericSensorRecord& record) {
-    return record.sensor;
+const CompactSdr& commonOf(const FullSdr& sdr) {
+    return sdr.common;
 }
 
 // ElementName is "<name>(<number>.<owner>.<LUN>)".
@@ -53,25 +53,31 @@ bool hasNumber(const char* elementName, int number) {
     return bracket != nullptr && std::sscanf(bracket, "(%d", &found) == 1 && found == number;
 }
 
-// Names the first of a class's sensors that has the event's number. -1 when they cannot be read.
-template <class Record>
-int nameSensor(int (*enumerate)(Record**, int*, int), void (*clean)(Record**, int),
-               const std::uint8_t* record, AlertRecord& alert) {
-    Record* sensors = nullptr;
-    int count = 0;
-    if (enumerate(&sensors, &count, 0) != 0)
-        return -1;
-    for (int i = 0; i < count; ++i) {
-        const char* const name = commonOf(sensors[i]).ElementName;
-        if (!hasNumber(name, sensorNumber(record)))
+// Names the first of a class's sensors that has the event's number. The rows say enough: an alert waits for
+// no reading, and is delivered while the BMC does not answer. False when they cannot be read.
+template <class Sdr>
+bool nameSensor(SMASH_DB_HANDLE database, typename ph::Rows<Sdr>::Getter getAll, const std::uint8_t* record,
+                AlertRecord& alert) {
+    ph::Rows<Sdr> sdrs;
+    if (!sdrs.read(database, getAll))
+        return false;
+    for (const Sdr& sdr : sdrs.all()) {
+        SensorRecord sensor;
+        PH_Fill_Caption_Description_ElementName_Sensor(&commonOf(sdr), &sensor);
+        if (!hasNumber(sensor.ElementName, sensorNumber(record)))
             continue;
         std::snprintf(alert.AlertingManagedElement, sizeof(alert.AlertingManagedElement), "%d:%d",
                       sensorType(record), sensorNumber(record));
-        ph::copyText(alert.MessageArguments[0], name);
+        ph::copyText(alert.MessageArguments[0], sensor.ElementName);
         break;
     }
-    clean(&sensors, count);
-    return 0;
+    return true;
+}
+
+int messageId(SMASH_DB_HANDLE database, const char* description) {
+    const bool isMissing = description == nullptr || *description == '\0';
+    std::int32_t id = -1;
+    return db_get_MessageID(database, isMissing ? "Unknown" : description, &id) == 0 ? id : -1;
 }
 
 void closeDescriptions() {
@@ -131,13 +137,8 @@ int get_description(const uint8_t* record, char* text) {
 
 int get_message_id(const char* description) {
     return ph::guarded(-1, [&] {
-        const bool isMissing = description == nullptr || *description == '\0';
         ph::Database database;
-        std::int32_t id = -1;
-        return database.open() &&
-                       db_get_MessageID(database.get(), isMissing ? "Unknown" : description, &id) == 0
-                   ? id
-                   : -1;
+        return database.open() ? messageId(database.get(), description) : -1;
     });
 }
 
@@ -145,9 +146,11 @@ int SelToAlert(const SelEventMessage* message, AlertRecord* alert, int destinati
     const std::uint8_t* const record = message->record;
     alert->EventTime = eventTime(record);
     alert->argumentCount = ALERT_ARGUMENTS;
+    ph::Database database;
     // A number that both kinds of sensors have means the numeric one.
-    if (nameSensor(PH_Enum_All_Sensor, PH_Clean_Sensor, record, *alert) != 0 ||
-        nameSensor(PH_Enum_All_NumericSensor, PH_Clean_NumericSensor, record, *alert) != 0)
+    if (!database.open() ||
+        !nameSensor<CompactSdr>(database.get(), db_get_all_compact_sdrs, record, *alert) ||
+        !nameSensor<FullSdr>(database.get(), db_get_all_full_sdrs, record, *alert))
         return -1;
     std::snprintf(alert->EventID, sizeof(alert->EventID), "%02x", recordId(record));
     auto& arguments = alert->MessageArguments;
@@ -159,7 +162,8 @@ int SelToAlert(const SelEventMessage* message, AlertRecord* alert, int destinati
     ph::copyText(arguments[4], texts.sensorType);
     setSeverity(*alert, texts.severity);
     ph::copyText(alert->Description, texts.description);
-    std::snprintf(alert->MessageID, sizeof(alert->MessageID), "%d", get_message_id(texts.description));
+    std::snprintf(alert->MessageID, sizeof(alert->MessageID), "%d",
+                  messageId(database.get(), texts.description));
     alert->AlertingElementFormat = otherFormat;
     alert->AlertType = deviceAlert;
     ph::copyText(alert->OwningEntity, "TRZ");
