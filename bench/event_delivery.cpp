@@ -2,11 +2,13 @@
 // event by event.
 #include "broker/broker.h"
 #include "broker/object_manager.h"
+#include "ipmi/transport.h"
 #include "provider_helper/alert_delivery.h"
 #include "support/contest.h"
 #include "support/http_sink.h"
 #include "support/sensor_machine.h"
 
+#include <atomic>
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <filesystem>
@@ -72,6 +74,8 @@ Machine& machine() {
 void deliver(benchmark::State& state) {
     machine().make(static_cast<int>(state.range(0)));
     const SelEventMessage message = event();
+    std::atomic<unsigned> ipmiMessages = 0;
+    ipmi::observeExchanges([&](auto...) { ++ipmiMessages; });
     for (auto _ : state) {
         const auto before = machine().sink.requests();
         if (write(machine().pipe, &message, sizeof message) != sizeof message ||
@@ -80,7 +84,9 @@ void deliver(benchmark::State& state) {
             break;
         }
     }
+    ipmi::observeExchanges({});
     state.SetItemsProcessed(state.iterations());
+    state.counters["ipmi"] = benchmark::Counter(ipmiMessages, benchmark::Counter::kAvgIterations);
 }
 
 // The part of it that depends on the number of sensors.

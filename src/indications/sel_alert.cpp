@@ -1,4 +1,5 @@
 // An event of the BMC's log as an alert.
+#include "platform/sel_record.h"
 #include "provider_helper/alert_delivery.h"
 #include "provider_helper/tables.h"
 #include "Utility/back_ends.h"
@@ -17,25 +18,9 @@ constexpr const char* descriptionLibrary = "/usr/local/lib/libEventLogDes.so";
 constexpr int otherFormat = 1; // DMTF AlertingElementFormat
 constexpr int deviceAlert = 5; // DMTF AlertType
 
-// A SEL record, see cim_sel.h.
-int recordId(const std::uint8_t* record) {
-    return record[0] | record[1] << 8;
-}
-std::uint32_t eventTime(const std::uint8_t* record) {
-    return record[3] | record[4] << 8 | record[5] << 16 | static_cast<std::uint32_t>(record[6]) << 24;
-}
-std::uint8_t sensorType(const std::uint8_t* record) {
-    return record[10];
-}
-std::uint8_t sensorNumber(const std::uint8_t* record) {
-    return record[11];
-}
-bool isDeassertion(const std::uint8_t* record) {
-    return (record[12] & 0x80) != 0;
-}
 // The others have no severity of their own.
 bool hasSeverity(const std::uint8_t* record) {
-    const int eventType = record[12] & 0x7F;
+    const int eventType = PH_SelEventType(record);
     return eventType == 0x01 || eventType == 0x07;
 }
 
@@ -64,10 +49,10 @@ bool nameSensor(SMASH_DB_HANDLE database, typename ph::Rows<Sdr>::Getter getAll,
     for (const Sdr& sdr : sdrs.all()) {
         SensorRecord sensor;
         PH_Fill_Caption_Description_ElementName_Sensor(&commonOf(sdr), &sensor);
-        if (!hasNumber(sensor.ElementName, sensorNumber(record)))
+        if (!hasNumber(sensor.ElementName, PH_SelSensorNumber(record)))
             continue;
         std::snprintf(alert.AlertingManagedElement, sizeof(alert.AlertingManagedElement), "%d:%d",
-                      sensorType(record), sensorNumber(record));
+                      PH_SelSensorType(record), PH_SelSensorNumber(record));
         ph::copyText(alert.MessageArguments[0], sensor.ElementName);
         break;
     }
@@ -144,7 +129,7 @@ int get_message_id(const char* description) {
 
 int SelToAlert(const SelEventMessage* message, AlertRecord* alert, int destination, int channel) {
     const std::uint8_t* const record = message->record;
-    alert->EventTime = eventTime(record);
+    alert->EventTime = PH_SelTime(record);
     alert->argumentCount = ALERT_ARGUMENTS;
     ph::Database database;
     // A number that both kinds of sensors have means the numeric one.
@@ -152,11 +137,11 @@ int SelToAlert(const SelEventMessage* message, AlertRecord* alert, int destinati
         !nameSensor<CompactSdr>(database.get(), db_get_all_compact_sdrs, record, *alert) ||
         !nameSensor<FullSdr>(database.get(), db_get_all_full_sdrs, record, *alert))
         return -1;
-    std::snprintf(alert->EventID, sizeof(alert->EventID), "%02x", recordId(record));
+    std::snprintf(alert->EventID, sizeof(alert->EventID), "%02x", PH_SelRecordId(record));
     auto& arguments = alert->MessageArguments;
     std::snprintf(arguments[1], sizeof(arguments[1]), "%d", channel);
     std::snprintf(arguments[2], sizeof(arguments[2]), "%d", destination);
-    ph::copyText(arguments[3], isDeassertion(record) ? "Deasserted" : "Asserted");
+    ph::copyText(arguments[3], PH_IsSelDeassertion(record) ? "Deasserted" : "Asserted");
     EventTexts texts;
     describeEvent(record, texts);
     ph::copyText(arguments[4], texts.sensorType);
