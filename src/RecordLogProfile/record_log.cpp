@@ -4,7 +4,6 @@
 #include "RecordLogProfile/record_log_id.h"
 #include "Utility/back_ends.h"
 #include "Utility/class_family.h"
-#include "Utility/method_job.h"
 #include "Utility/record_fields.h"
 #include "Utility/request_status.h"
 #include "Utility/request_texts.h"
@@ -12,7 +11,6 @@
 #include <cstdio>
 #include <cstring>
 #include <string_view>
-#include <strings.h>
 
 constexpr const char* const g_RecordLogKeyList[1] = {"InstanceID"};
 
@@ -33,7 +31,7 @@ namespace {
 using Record = RecordLogRecord;
 using ph::Property;
 
-constexpr const char* notThisLog = "ObjectPath is not valid";
+constexpr ph::Refusal notThisLog{CMPI_RC_ERR_INVALID_PARAMETER, "ObjectPath is not valid"};
 
 constexpr Property properties[] = {
     PH_KEY(Record, InstanceID),
@@ -73,16 +71,12 @@ int enumerate(ph::RecordArray<Record>& logs, ph::Detail detail) {
 }
 
 // There is one log. While the service processor's name cannot be read it is told by the form of its name.
-bool namesThisLog(const CMPIBroker* broker, const CMPIObjectPath* ref) {
-    CMPIStatus keyStatus = ph::success;
-    CMPIString* key = nullptr;
-    if (CheckForValidObjectPath(broker, ref, g_RecordLogKeyList, &key, 1, &keyStatus) != 0)
-        return false;
-    const char* text = ph::textOf(key);
+bool isThisLog(const char* instanceId) {
     char own[sizeof(Record::InstanceID)];
-    if (text == nullptr || ph::writeLogInstanceId(own, sizeof(own)))
-        return text != nullptr && std::strcmp(text, own) == 0;
-    return std::string_view(text).starts_with("IPMI:") && std::string_view(text).ends_with(" SEL Log");
+    if (ph::writeLogInstanceId(own, sizeof(own)))
+        return std::strcmp(instanceId, own) == 0;
+    return std::string_view(instanceId).starts_with("IPMI:") &&
+           std::string_view(instanceId).ends_with(" SEL Log");
 }
 
 bool eraseLog() {
@@ -90,28 +84,37 @@ bool eraseLog() {
     return session.open() && CIM_ClearSEL(session.get(), ph::hookTimeout) == 0;
 }
 
-CMPIStatus invoke(const ph::Request& request) {
-    CMPIStatus status = ph::success;
-    if (request.method == nullptr || strcasecmp(request.method, "ClearLog") != 0)
-        return ph::fail(request.broker, CMPI_RC_ERR_METHOD_NOT_FOUND, "No such method available");
-    PH_ClearLog(request.broker, request.context, request.result, request.ref, request.out, &status);
-    return status;
+bool namesThisLog(CMPIString* const* keyValues) {
+    const char* instanceId = ph::textOf(keyValues[0]);
+    return instanceId != nullptr && isThisLog(instanceId);
+}
+
+ph::MethodAnswer clearLog(ph::MethodCall& call) {
+    return call.report("RecordLog_ClearLog", eraseLog);
 }
 
 constexpr ph::Parameter clearLogParameters[] = {
     {"Job", CMPI_ref, ph::Direction::Out, "CIM_ConcreteJob"},
 };
-constexpr ph::Method methods[] = {{"ClearLog", clearLogParameters}};
+constexpr ph::Method methods[] = {{.name = "ClearLog",
+                                   .parameters = clearLogParameters,
+                                   .carryOut = clearLog,
+                                   .job = ph::JobReport{.notCreated = {CMPI_RC_ERR_FAILED, ph::noJobPath}}}};
 
 constexpr ph::ClassDefinition<Record> definition{.name = "CIM_RecordLog",
                                                  .superclass = "CIM_Log",
                                                  .keys = g_RecordLogKeyList,
                                                  .properties = properties,
                                                  .enumerate = enumerate,
-                                                 .invoke = invoke,
-                                                 .methods = methods};
+                                                 .methods = methods,
+                                                 .invocation = {.keys = ph::Invocation::Keys::AfterName,
+                                                                .badKeys = notThisLog,
+                                                                .exists = namesThisLog,
+                                                                .missing = notThisLog}};
 
 } // namespace
+
+PH_EXPORT_CLASS_FAMILY(RecordLog, Record, definition)
 
 int PH_Fill_RecordLog(Record* record) {
     ph::IpmiSession session;
@@ -134,23 +137,9 @@ int PH_Fill_RecordLog(Record* record) {
 
 int PH_ClearLog(const CMPIBroker* broker, const CMPIContext* /*context*/, const CMPIResult* result,
                 const CMPIObjectPath* ref, CMPIArgs* out, CMPIStatus* status) {
-    if (!namesThisLog(broker, ref)) {
-        ph::fail(broker, status, CMPI_RC_ERR_INVALID_PARAMETER, notThisLog);
-        return -1;
-    }
-    ph::MethodJob job;
-    if (!job.makePath(broker, ref)) {
-        ph::fail(broker, status, CMPI_RC_ERR_FAILED, ph::noJobPath);
-        return -1;
-    }
-    const auto outcome = job.carryOut("RecordLog_ClearLog", eraseLog);
-    if (outcome == ph::MethodJob::Outcome::NoJob) {
-        ph::fail(broker, status, CMPI_RC_ERR_FAILED, ph::noJobPath);
-        return -1;
-    }
-    const bool isDone = job.returnReference(out) && outcome == ph::MethodJob::Outcome::Done;
-    ph::returnValue(result, isDone ? ph::methodDone : ph::methodFailed);
-    return 0;
+    return ph::engine::carryOut(ph::family_RecordLog, methods[0],
+                                {.broker = broker, .result = result, .ref = ref, .out = out}, nullptr, status)
+                   .has_value()
+               ? 0
+               : -1;
 }
-
-PH_EXPORT_CLASS_FAMILY(RecordLog, Record, definition)

@@ -392,12 +392,9 @@ void getInstance(const ClassFamily& family, const CMPIBroker* broker, const CMPI
     if (family.enumerate == nullptr)
         return fail(broker, status, CMPI_RC_ERR_NOT_SUPPORTED, "Get Instance not supported");
     // What exactly is wrong with the keys never reaches the client from here.
-    CMPIStatus keyStatus = success;
-    CMPIString* keyValues[maxKeys] = {};
+    KeyValues keyValues;
     RequestRecords records(family);
-    if (CheckForValidObjectPath(broker, ref, family.keys.data(), keyValues,
-                                static_cast<int>(family.keys.size()), &keyStatus) == 0 &&
-        records.get(keyValues)) {
+    if (keyValues.areRead(broker, ref, family.keys) && records.get(keyValues)) {
         const CMPIInstance* instance = makeInstance(family, broker, ref, properties, records.at(0), nullptr);
         if (instance != nullptr && CMReturnInstance(result, instance).rc == CMPI_RC_OK)
             return;

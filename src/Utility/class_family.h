@@ -12,6 +12,7 @@
 #include "Utility/method.h"
 #include "Utility/property.h"
 #include "Utility/record_array.h"
+#include "Utility/request.h"
 
 #include <cmpimacs.h>
 #include <functional>
@@ -22,19 +23,28 @@ namespace ph {
 
 enum class Detail { Names, All }; // what an enumeration fills: keys only, or everything
 
-// A request that changes something, as CMPI hands it over. What a request has no use for is NULL.
-struct Request {
-    const CMPIBroker* broker = nullptr;
-    const CMPIContext* context = nullptr;
-    const CMPIResult* result = nullptr;
-    const CMPIObjectPath* ref = nullptr;
-    const CMPIInstance* instance = nullptr; // modify, create
-    const char** properties = nullptr;      // modify
-    const char* method = nullptr;           // invoke
-    const CMPIArgs* in = nullptr;           // invoke
-    CMPIArgs* out = nullptr;                // invoke
+// How a class answers a request for one of its methods. Clients know classes by what they say, and in which
+// order.
+struct Invocation {
+    enum class Keys {
+        First,     // before the method's name
+        AfterName, // behind it
+        ByMethod,  // the method reads them when it needs them
+        None       // the class of the path is all that counts, and is checked with the name
+    };
+    Keys keys = Keys::First;
+    Refusal badKeys{}; // without a message: what the key check says of them
+    Refusal unknownMethod{CMPI_RC_ERR_METHOD_NOT_FOUND, "No such method available"};
+    // Whether the object that the keys name is there, asked when keys and name were checked; nullptr: the
+    // method's own matter.
+    bool (*exists)(CMPIString* const* keys) = nullptr;
+    Refusal missing{};
+    // A request is taken up before it is checked: the job's path is made first, and a refusal has a value.
+    bool isTakenUpFirst = false;
+    // Who closes the result. Where it is not the class, it is the provider.
+    enum class Closes { Never, WhenDone, Always };
+    Closes closes = Closes::Never;
 };
-using RequestHandler = CMPIStatus (*)(const Request& request);
 
 // What a class states of itself. The first four are needed, the others have a default.
 template <class Record>
@@ -59,8 +69,8 @@ struct ClassDefinition {
     RequestHandler modify = nullptr;
     RequestHandler create = nullptr;
     RequestHandler remove = nullptr;
-    RequestHandler invoke = nullptr;
-    std::span<const Method> methods = {}; // that `invoke` carries out
+    std::span<const Method> methods = {};
+    Invocation invocation = {}; // of the methods
 };
 
 struct ClassFamily {
@@ -77,11 +87,9 @@ struct ClassFamily {
     RequestHandler modify;
     RequestHandler create;
     RequestHandler remove;
-    RequestHandler invoke;
     std::span<const Method> methods;
+    Invocation invocation;
 };
-
-inline constexpr std::size_t maxKeys = 8;
 
 namespace detail {
 
@@ -126,8 +134,8 @@ constexpr ClassFamily eraseTypes() {
                        definition.modify,
                        definition.create,
                        definition.remove,
-                       definition.invoke,
-                       definition.methods};
+                       definition.methods,
+                       definition.invocation};
     if constexpr (definition.enumerate != nullptr)
         family.enumerate = [](RecordStore& store, Detail detail) {
             RecordArray<Record> records(store);
@@ -179,6 +187,12 @@ void getInstance(const ClassFamily& family, const CMPIBroker* broker, const CMPI
                  const char** properties, const CMPIResult* result, CMPIStatus* status);
 // Runs `handler`, or refuses with 7 (not supported) and `refusal` when the class has none.
 CMPIStatus change(RequestHandler handler, const char* refusal, const Request& request);
+// Carries out the method that the request names.
+CMPIStatus invoke(const ClassFamily& family, const Request& request);
+// Carries out this method, for an exported function of its own: with these keys where the class reads them
+// first. Sets the status, which may be NULL, to what is wrong.
+MethodAnswer carryOut(const ClassFamily& family, const Method& method, const Request& request,
+                      CMPIString** keys, CMPIStatus* status);
 
 template <class Record>
 int enumerateAll(const ClassFamily& family, Record** records, int* count, int namesOnly) {
@@ -286,12 +300,11 @@ void clean(const ClassFamily& family, Record** records, int count) {
     }                                                                                                        \
     CMPIStatus PH_IM_##X(const CMPIBroker* broker, const CMPIContext* context, const CMPIResult* result,     \
                          const CMPIObjectPath* ref, const char* method, const CMPIArgs* in, CMPIArgs* out) { \
-        return ph::engine::change(ph::family_##X.invoke, "Invoke Method not supported",                      \
-                                  {.broker = broker,                                                         \
-                                   .context = context,                                                       \
-                                   .result = result,                                                         \
-                                   .ref = ref,                                                               \
-                                   .method = method,                                                         \
-                                   .in = in,                                                                 \
-                                   .out = out});                                                             \
+        return ph::engine::invoke(ph::family_##X, {.broker = broker,                                         \
+                                                   .context = context,                                       \
+                                                   .result = result,                                         \
+                                                   .ref = ref,                                               \
+                                                   .method = method,                                         \
+                                                   .in = in,                                                 \
+                                                   .out = out});                                             \
     }

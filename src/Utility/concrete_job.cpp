@@ -5,10 +5,10 @@
 #include "Utility/clp_jobs.h"
 #include "Utility/record_fields.h"
 #include "Utility/request_status.h"
+#include "Utility/request_texts.h"
 
 #include <cstdio>
 #include <cstdlib>
-#include <strings.h>
 
 constexpr const char* const g_ConcreteJobKeyList[1] = {"InstanceID"};
 
@@ -59,27 +59,76 @@ bool removeJob(const char* instanceId) {
 
 // Clients know this failure by the words of a modify request.
 CMPIStatus remove(const ph::Request& request) {
-    CMPIStatus ignored = ph::success;
-    CMPIString* keyValues[1] = {};
-    if (CheckForValidObjectPath(request.broker, request.ref, g_ConcreteJobKeyList, keyValues, 1, &ignored) !=
-            0 ||
-        keyValues[0] == nullptr || !removeJob(CMGetCharsPtr(keyValues[0], nullptr)))
-        return ph::fail(request.broker, CMPI_RC_ERR_FAILED, "SetInstance Failed");
+    ph::KeyValues keyValues;
+    if (!keyValues.areRead(request.broker, request.ref, g_ConcreteJobKeyList) || keyValues[0] == nullptr ||
+        !removeJob(ph::textOf(keyValues[0])))
+        return ph::fail(request.broker, "SetInstance Failed");
     return ph::success;
 }
 
-CMPIStatus invoke(const ph::Request& request) {
+// ---- GetErrors
+
+// The job's errors as an array of instances: one, or none for a job that has not failed.
+CMPIArray* errorArray(const CMPIBroker* broker, const CMPIContext* context, const CMPIObjectPath* ref,
+                      const JobErrorRow* row) {
     CMPIStatus status = ph::success;
-    if (request.method == nullptr || strcasecmp(request.method, "GetErrors") != 0)
-        return ph::fail(request.broker, CMPI_RC_ERR_METHOD_NOT_FOUND, "No such method available");
-    PH_GetErrors(request.broker, request.context, request.result, request.ref, request.out, &status);
-    return status;
+    CMPIArray* array = CMNewArray(broker, row != nullptr ? 1 : 0, CMPI_instance, &status);
+    if (array == nullptr || status.rc != CMPI_RC_OK || row == nullptr)
+        return array;
+    ErrorRecord record{};
+    CMPIValue value{};
+    if (PH_Fill_Error_Data(row, &record) == 0)
+        value.inst = PH_MakeInst_Error(broker, context, ref, nullptr, &record, 0, 0, nullptr);
+    if (value.inst != nullptr && CMSetArrayElementAt(array, 0, &value, CMPI_instance).rc == CMPI_RC_OK)
+        return array;
+    CMRelease(array);
+    return nullptr;
+}
+
+struct JobError {
+    bool isRead = false;
+    ph::HeapPtr<JobErrorRow> row; // nullptr: the job has none
+};
+
+JobError readError(const char* instanceId) {
+    ph::Database database;
+    if (!database.open(PH_CreateTmpDBHandle))
+        return {};
+    JobErrorRow* row = nullptr;
+    const int result = ph::clp::isJob(instanceId) ? db_get_clp_error_info(database.get(), instanceId, &row)
+                                                  : db_get_error_info(database.get(), instanceId, &row);
+    return {result == 0, ph::HeapPtr<JobErrorRow>(row)};
+}
+
+bool exists(CMPIString** keyValues) {
+    Record* job = nullptr;
+    const bool known = PH_Get_ConcreteJob(&job, keyValues) == 0;
+    PH_Clean_ConcreteJob(&job, known ? 1 : 0);
+    return known;
+}
+
+ph::MethodAnswer getErrors(ph::MethodCall& call) {
+    const ph::Request& request = call.request;
+    // No job has a key that is a number, which the key check lets pass without a value.
+    const char* const instanceId = call.key(0);
+    const JobError error =
+        instanceId != nullptr ? readError(instanceId) : JobError{.isRead = true, .row = {}};
+    // A job without an error is told from one that is not, or no longer, there.
+    if (error.isRead && error.row == nullptr && !exists(call.keys))
+        return call.refuse(CMPI_RC_ERR_FAILED, "Given instance does not exist");
+    CMPIValue value{};
+    if (error.isRead)
+        value.array = errorArray(request.broker, request.context, request.ref, error.row.get());
+    if (value.array == nullptr || CMAddArg(request.out, "Errors", &value, CMPI_instanceA).rc != CMPI_RC_OK)
+        return call.refuse(CMPI_RC_ERR_FAILED, "Failed to Get Errors");
+    return ph::methodDone;
 }
 
 constexpr ph::Parameter getErrorsParameters[] = {
     {"Errors", CMPI_instanceA, ph::Direction::Out, "CIM_Error"},
 };
-constexpr ph::Method methods[] = {{"GetErrors", getErrorsParameters}};
+constexpr ph::Method methods[] = {
+    {.name = "GetErrors", .parameters = getErrorsParameters, .carryOut = getErrors}};
 
 constexpr ph::ClassDefinition<Record> definition{.name = "CIM_ConcreteJob",
                                                  .superclass = "CIM_Job",
@@ -88,10 +137,12 @@ constexpr ph::ClassDefinition<Record> definition{.name = "CIM_ConcreteJob",
                                                  .enumerate = enumerate,
                                                  .get = get,
                                                  .remove = remove,
-                                                 .invoke = invoke,
-                                                 .methods = methods};
+                                                 .methods = methods,
+                                                 .invocation = {.keys = ph::Invocation::Keys::AfterName}};
 
 } // namespace
+
+PH_EXPORT_CLASS_FAMILY(ConcreteJob, Record, definition)
 
 namespace ph {
 
@@ -121,4 +172,9 @@ int PH_Fill_ConcreteJob(const StoredJobRow* row, Record* record) {
     return 0;
 }
 
-PH_EXPORT_CLASS_FAMILY(ConcreteJob, Record, definition)
+int PH_GetErrors(const CMPIBroker* broker, const CMPIContext* context, const CMPIResult* result,
+                 const CMPIObjectPath* ref, CMPIArgs* out, CMPIStatus* status) {
+    return ph::resultOf(ph::engine::carryOut(
+        ph::family_ConcreteJob, methods[0],
+        {.broker = broker, .context = context, .result = result, .ref = ref, .out = out}, nullptr, status));
+}

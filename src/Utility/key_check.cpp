@@ -1,7 +1,9 @@
 // The keys of a request's object path.
 #include "provider_helper/utility.h"
+#include "Utility/request.h"
 #include "Utility/request_status.h"
 
+#include <algorithm>
 #include <cmpimacs.h>
 #include <cstring>
 
@@ -11,11 +13,6 @@ namespace {
 bool isInteger(CMPIType type) {
     return type >= CMPI_uint8 && type <= CMPI_sint64 && type % 0x10 == 0;
 }
-
-struct Refusal {
-    CMPIrc code = CMPI_RC_OK;
-    const char* message = nullptr;
-};
 
 Refusal storeKey(const CMPIData& key, CMPIString** slot) {
     if (key.type != CMPI_string)
@@ -55,6 +52,24 @@ Refusal checkKeys(const CMPIObjectPath* ref, const char* const* keyNames, CMPISt
 }
 
 } // namespace
+
+CMPIStatus KeyValues::read(const CMPIBroker* broker, const CMPIObjectPath* ref,
+                           std::span<const char* const> keys) {
+    CMPIStatus status = success;
+    CheckForValidObjectPath(broker, ref, keys.data(), values_, static_cast<int>(keys.size()), &status);
+    return status;
+}
+
+bool KeyValues::areRead(const CMPIBroker* broker, const CMPIObjectPath* ref,
+                        std::span<const char* const> keys) {
+    return read(broker, ref, keys).rc == CMPI_RC_OK;
+}
+
+void KeyValues::assign(CMPIString* const* values, std::size_t count) {
+    if (values != nullptr)
+        std::copy_n(values, count, values_);
+}
+
 } // namespace ph
 
 int CheckForValidObjectPath(const CMPIBroker* broker, const CMPIObjectPath* ref, const char* const* keyNames,

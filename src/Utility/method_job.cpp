@@ -26,8 +26,9 @@ bool MethodJob::makePath(const CMPIBroker* broker, const CMPIObjectPath* ref) {
     const char* nameSpace = textOf(CMGetNameSpace(ref, &status));
     if (nameSpace == nullptr || status.rc != CMPI_RC_OK)
         return false;
-    path_ = CMNewObjectPath(broker, nameSpace, "CIM_ConcreteJob", &status);
-    return path_ != nullptr && status.rc == CMPI_RC_OK;
+    CMPIObjectPath* const path = CMNewObjectPath(broker, nameSpace, "CIM_ConcreteJob", &status);
+    path_ = status.rc == CMPI_RC_OK ? path : nullptr;
+    return hasPath();
 }
 
 bool MethodJob::create(const char* name) {
@@ -70,10 +71,10 @@ const CMPIObjectPath* referenceArgument(const CMPIArgs* in, const char* name, co
                : nullptr;
 }
 
-void returnValue(const CMPIResult* result, std::uint32_t value) {
+void returnValue(const CMPIResult* result, std::uint32_t value, CMPIType type) {
     CMPIValue data{};
     data.uint32 = value;
-    CMReturnData(result, &data, CMPI_uint32);
+    CMReturnData(result, &data, type);
 }
 
 } // namespace ph

@@ -1,14 +1,5 @@
 // How an extrinsic method that changes the BMC's state reports: a CIM_ConcreteJob made before it acts,
-// finished or failed afterwards, and handed out as "Job".
-//
-//     ph::MethodJob job;
-//     if (!job.makePath(broker, ref))
-//         …
-//     const auto outcome = job.carryOut("Host_RequestStateChange", [&] { return change(); });
-//     if (outcome != ph::MethodJob::Outcome::NoJob)
-//         job.returnReference(out);
-//
-// Methods differ in what they read and check before the job exists, and in what of it is part of `change`.
+// finished or failed afterwards, and handed out as "Job". Methods do it through their MethodCall.
 #pragma once
 
 #include "Utility/guard.h"
@@ -37,6 +28,7 @@ public:
 
     // Object path of the job, in the namespace of the method's object.
     bool makePath(const CMPIBroker* broker, const CMPIObjectPath* ref);
+    bool hasPath() const { return path_ != nullptr; }
     // Records the job as running, calls bool `change()`, and records how it ended: job state 7 and
     // operational status "17,2", or 10, "17,6" and an error. An exception counts as a failed change.
     template <class Change>
@@ -49,13 +41,6 @@ public:
     }
     // The job as out-argument "Job".
     bool returnReference(CMPIArgs* out) const;
-    // Both, for methods whose value tells no more than the job: that value.
-    template <class Change>
-    MethodValue run(const char* name, CMPIArgs* out, Change&& change) {
-        const Outcome outcome = carryOut(name, change);
-        const bool isReturned = outcome != Outcome::NoJob && returnReference(out);
-        return isReturned && outcome == Outcome::Done ? methodDone : methodFailed;
-    }
 
 private:
     bool create(const char* name);
@@ -72,7 +57,7 @@ std::optional<CMPIData> argument(const CMPIArgs* in, const char* name);
 // An in-argument that is a reference to an instance of this class; nullptr for any other.
 const CMPIObjectPath* referenceArgument(const CMPIArgs* in, const char* name, const char* className);
 
-// Returns a method's value to the client.
-void returnValue(const CMPIResult* result, std::uint32_t value);
+// Returns a method's value to the client, as an integer of 32 bits.
+void returnValue(const CMPIResult* result, std::uint32_t value, CMPIType type = CMPI_uint32);
 
 } // namespace ph

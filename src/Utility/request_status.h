@@ -7,9 +7,19 @@
 
 namespace ph {
 
+// Why a request is refused.
+struct Refusal {
+    CMPIrc code = CMPI_RC_OK;
+    const char* message = nullptr;
+};
+
 // A status with this code and message. A broker that cannot make the message leaves the code alone to speak.
 CMPIStatus fail(const CMPIBroker* broker, CMPIrc code, const char* message);
-// The same into a request's status, which may be NULL.
+// The same with code 1, failed.
+inline CMPIStatus fail(const CMPIBroker* broker, const char* message) {
+    return fail(broker, CMPI_RC_ERR_FAILED, message);
+}
+// The first into a request's status, which may be NULL.
 void fail(const CMPIBroker* broker, CMPIStatus* status, CMPIrc code, const char* message);
 
 // For functions with room for a text instead of a status: writes the reason and returns -1.

@@ -83,18 +83,21 @@ int get(ph::RecordArray<Record>& accounts, CMPIString** keyValues) {
     return append(accounts, systemName, user, ph::Detail::All);
 }
 
-constexpr ph::Method methods[] = {ph::requestStateChange};
+constexpr ph::Method methods[] = {{.name = ph::requestStateChange,
+                                   .parameters = ph::requestStateChangeParameters,
+                                   .carryOut = ph::changeAccountState}};
 
-constexpr ph::ClassDefinition<Record> definition{.name = className,
-                                                 .superclass = "CIM_EnabledLogicalElement",
-                                                 .keys = g_AccountKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate,
-                                                 .get = get,
-                                                 .modify = ph::modifyAccount,
-                                                 .remove = ph::deleteAccount,
-                                                 .invoke = ph::invokeAccountMethod,
-                                                 .methods = methods};
+constexpr ph::ClassDefinition<Record> definition{
+    .name = className,
+    .superclass = "CIM_EnabledLogicalElement",
+    .keys = g_AccountKeyList,
+    .properties = properties,
+    .enumerate = enumerate,
+    .get = get,
+    .modify = ph::modifyAccount,
+    .remove = ph::deleteAccount,
+    .methods = methods,
+    .invocation = {.keys = ph::Invocation::Keys::ByMethod, .unknownMethod = ph::noSuchAccountMethod}};
 
 } // namespace
 
@@ -106,10 +109,8 @@ bool Account::allocate() {
 }
 
 Account::Found Account::find(const CMPIBroker* broker, const CMPIObjectPath* ref) {
-    CMPIString* keyValues[std::size(g_AccountKeyList)] = {};
-    CMPIStatus ignored{};
-    if (CheckForValidObjectPath(broker, ref, g_AccountKeyList, keyValues, std::size(g_AccountKeyList),
-                                &ignored) != 0)
+    KeyValues keyValues;
+    if (!keyValues.areRead(broker, ref, g_AccountKeyList))
         return Found::InvalidPath;
     return PH_Get_Account(&record_, keyValues) == 0 ? Found::Yes : Found::No;
 }

@@ -9,10 +9,6 @@ namespace ph {
 
 inline constexpr const char* accountSystemClass = "CIM_SPComputerSystem";
 
-inline CMPIStatus refuse(const CMPIBroker* broker, const char* message) {
-    return fail(broker, CMPI_RC_ERR_FAILED, message);
-}
-
 // The record of a request, its password wiped when the request ends.
 class Account {
 public:
@@ -40,7 +36,12 @@ void fillAccountKeys(AccountRecord& record, const char* systemName, unsigned slo
 // Of CIM_Account: handlers of its requests.
 CMPIStatus modifyAccount(const Request& request);
 CMPIStatus deleteAccount(const Request& request);
-CMPIStatus invokeAccountMethod(const Request& request);
+// Of CIM_Account and CIM_AccountManagementService: their methods.
+MethodAnswer changeAccountState(MethodCall& call);
+MethodAnswer createAccount(MethodCall& call);
+
+// How both refuse any other method.
+inline constexpr Refusal noSuchAccountMethod{CMPI_RC_ERR_FAILED, "Method Not Supported"};
 
 // Values of a request into the record; false for a wrong type, an empty or too long text.
 bool takeUserId(const CMPIData& data, AccountRecord& record);

@@ -2,11 +2,9 @@
 #include "accounts/account.h"
 #include "accounts/user_slots.h"
 #include "Utility/back_ends.h"
-#include "Utility/method_job.h"
 
 #include <cstdio>
 #include <cstring>
-#include <strings.h>
 
 namespace ph {
 namespace {
@@ -36,10 +34,10 @@ CMPIStatus readChanges(const Request& request, const AccountRecord& record, PHPr
     if (result != 0 || refused[0] != '\0') {
         char message[sizeof("Invalid Property(s): ") + sizeof(refused)];
         std::snprintf(message, sizeof(message), "Invalid Property(s): %s", refused);
-        return refuse(request.broker, message);
+        return fail(request.broker, message);
     }
     return changes.count > 0 ? success
-                             : refuse(request.broker, "Invalid parameters / No modifyable properties");
+                             : fail(request.broker, "Invalid parameters / No modifyable properties");
 }
 
 } // namespace
@@ -48,9 +46,9 @@ CMPIStatus modifyAccount(const Request& request) {
     Account account;
     switch (account.find(request.broker, request.ref)) {
     case Account::Found::InvalidPath:
-        return refuse(request.broker, invalidPath);
+        return fail(request.broker, invalidPath);
     case Account::Found::No:
-        return refuse(request.broker, noSuchAccount);
+        return fail(request.broker, noSuchAccount);
     case Account::Found::Yes:
         break;
     }
@@ -60,46 +58,41 @@ CMPIStatus modifyAccount(const Request& request) {
 
     const std::string formerUserId = account->UserID;
     if (PH_Fill_Account_Struct_for_MI(&changes, account.get()) != 0)
-        return refuse(request.broker, "Invalid property values \n");
+        return fail(request.broker, "Invalid property values \n");
     // A name that stays is not written again: "anonymous" is none that slot 1 has, and BMCs refuse to name
     // their fixed users.
     const char* newName = account->UserID != formerUserId ? account->UserID : nullptr;
 
     IpmiSession session;
     if (!session.open())
-        return refuse(request.broker, noSession);
+        return fail(request.broker, noSession);
     constexpr std::uint8_t setPassword = 2, enable = 1;
     if (CIM_ModUser(session.get(), slotWithPasswordForm(*account.get()), CIM_USER_PRESENT_CHANNEL, newName,
                     account->UserPassword[0], setPassword, CIM_USER_KEEP, CIM_USER_KEEP, CIM_USER_KEEP,
                     enable, hookTimeout) != 0)
-        return refuse(request.broker, "Unable to modify property\n");
+        return fail(request.broker, "Unable to modify property\n");
     return success;
 }
 
 CMPIStatus deleteAccount(const Request& request) {
     Account account;
     if (account.find(request.broker, request.ref) != Account::Found::Yes)
-        return refuse(request.broker, "DeleteInstance Failed");
+        return fail(request.broker, "DeleteInstance Failed");
     if (account->slot <= lastDefaultSlot)
-        return refuse(request.broker, "Cannot delete default users");
+        return fail(request.broker, "Cannot delete default users");
     IpmiSession session;
     if (!session.open() || CIM_DelUser(session.get(), account->slot, hookTimeout) != 0)
-        return refuse(request.broker, "DeleteInstance Failed");
+        return fail(request.broker, "DeleteInstance Failed");
     return success;
 }
 
-CMPIStatus invokeAccountMethod(const Request& request) {
-    if (request.method == nullptr || strcasecmp(request.method, requestStateChange.name) != 0)
-        return refuse(request.broker, "Method Not Supported");
+MethodAnswer changeAccountState(MethodCall& call) {
     std::uint16_t requestedState = 0;
-    const auto state = argument(request.in, "RequestedState");
+    const auto state = argument(call.request.in, "RequestedState");
     if (!state || GetUINT16Value(*state, &requestedState) != 0)
-        return fail(request.broker, CMPI_RC_ERR_INVALID_PARAMETER, "RequestedState Parameter is Invalid");
-    const CMPIStatus status = PH_RequestStateChange(request.broker, request.ref, requestedState);
-    if (status.rc != CMPI_RC_OK)
-        return status;
-    returnValue(request.result, methodDone);
-    return success;
+        return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "RequestedState Parameter is Invalid");
+    call.status = PH_RequestStateChange(call.request.broker, call.request.ref, requestedState);
+    return call.status.rc == CMPI_RC_OK ? MethodAnswer(methodDone) : std::nullopt;
 }
 
 } // namespace ph
@@ -108,22 +101,22 @@ CMPIStatus PH_RequestStateChange(const CMPIBroker* broker, const CMPIObjectPath*
                                  uint16_t requestedState) {
     constexpr std::uint16_t enabled = 2, disabled = 3;
     if (requestedState != enabled && requestedState != disabled)
-        return ph::refuse(broker, "Invalid Parameter value");
+        return ph::fail(broker, "Invalid Parameter value");
     ph::Account account;
     switch (account.find(broker, ref)) {
     case ph::Account::Found::InvalidPath:
-        return ph::refuse(broker, ph::invalidPath);
+        return ph::fail(broker, ph::invalidPath);
     case ph::Account::Found::No:
-        return ph::refuse(broker, ph::noSuchAccount);
+        return ph::fail(broker, ph::noSuchAccount);
     case ph::Account::Found::Yes:
         break;
     }
     ph::IpmiSession session;
     if (!session.open())
-        return ph::refuse(broker, ph::noSession);
+        return ph::fail(broker, ph::noSession);
     const bool enable = requestedState == enabled;
     if (CIM_ModUser(session.get(), account->slot, CIM_USER_PRESENT_CHANNEL, nullptr, nullptr, CIM_USER_KEEP,
                     CIM_USER_KEEP, enable ? 1 : CIM_USER_KEEP, CIM_USER_KEEP, enable, ph::hookTimeout) != 0)
-        return ph::refuse(broker, "Unable to change state\n");
+        return ph::fail(broker, "Unable to change state\n");
     return ph::success;
 }

@@ -2,7 +2,6 @@
 #include "accounts/account.h"
 #include "accounts/user_slots.h"
 #include "Utility/back_ends.h"
-#include "Utility/method_job.h"
 
 #include <cstdio>
 
@@ -23,41 +22,37 @@ int createUser(IPMI20_SESSION_T* session, const AccountRecord& record) {
                        enable, hookTimeout);
 }
 
-CMPIStatus createFromTemplate(const CMPIBroker* broker, const CMPIContext* context, const CMPIResult* result,
-                              const CMPIObjectPath* ref, const CMPIArgs* in, CMPIArgs* out) {
-    const CMPIInstance* instance = accountTemplate(in);
+} // namespace
+
+MethodAnswer createAccount(MethodCall& call) {
+    const auto refuse = [&](const char* message) { return call.refuse(CMPI_RC_ERR_FAILED, message); };
+    const Request& request = call.request;
+    const CMPIInstance* instance = accountTemplate(request.in);
     if (instance == nullptr)
-        return refuse(broker, "Failed to get input param AccountTemplate ");
-    if (referenceArgument(in, "System", accountSystemClass) == nullptr)
-        return refuse(broker, "Failed to get input param System ");
+        return refuse("Failed to get input param AccountTemplate ");
+    if (referenceArgument(request.in, "System", accountSystemClass) == nullptr)
+        return refuse("Failed to get input param System ");
     Account account;
     if (!account.allocate())
-        return refuse(broker, "Memory problem");
+        return refuse("Memory problem");
     if (PH_Fill_Account_Struct_from_CMPI_Inst(instance, account.get()) != 0)
-        return refuse(broker, "Failed to fill account struct");
+        return refuse("Failed to fill account struct");
     char message[PH_ACCOUNT_MESSAGE_SIZE];
     if (create_account(account.get(), message) != 0)
-        return refuse(broker, message);
+        return refuse(message);
 
     char systemName[256] = "";
     CMPIValue value{};
     if (PH_GetSPSystemName(systemName) == 0) {
         fillAccountKeys(*account.get(), systemName, account->slot);
-        value.ref = PH_MakePath_Account(broker, context, ref, account.get(), nullptr);
+        value.ref = PH_MakePath_Account(request.broker, request.context, request.ref, account.get(), nullptr);
     }
-    if (value.ref == nullptr || CMAddArg(out, "Account", &value, CMPI_ref).rc != CMPI_RC_OK)
-        return refuse(broker, "Failed to make path for account");
-    returnValue(result, methodDone);
-    return success;
+    if (value.ref == nullptr || CMAddArg(request.out, "Account", &value, CMPI_ref).rc != CMPI_RC_OK)
+        return refuse("Failed to make path for account");
+    return methodDone;
 }
 
-} // namespace
 } // namespace ph
-
-CMPIStatus PH_Create_Account(const CMPIBroker* broker, const CMPIContext* context, const CMPIResult* result,
-                             const CMPIObjectPath* ref, const CMPIArgs* in, CMPIArgs* out) {
-    return ph::createFromTemplate(broker, context, result, ref, in, out);
-}
 
 int create_account(AccountRecord* record, char* message) {
     if (!ph::parseAccountName(record->Name, record->slot))

@@ -1,9 +1,6 @@
 // CIM_AccountManagementService: the one service, which creates accounts.
 #include "accounts/account.h"
 #include "Utility/record_fields.h"
-#include "Utility/request_texts.h"
-
-#include <strings.h>
 
 constexpr const char* const g_AccountManagementServiceKeyList[4] = {
     "SystemCreationClassName", "CreationClassName", "SystemName", "Name"};
@@ -44,25 +41,21 @@ constexpr ph::Parameter createAccountParameters[] = {
     {"Account", CMPI_ref, Direction::Out, "CIM_Account"},
     {"Identities", CMPI_refA, Direction::Out, "CIM_Identity"}, // none is returned
 };
-constexpr ph::Method methods[] = {{"CreateAccount", createAccountParameters}};
+constexpr ph::Method methods[] = {
+    {.name = "CreateAccount", .parameters = createAccountParameters, .carryOut = ph::createAccount}};
 
-CMPIStatus invoke(const ph::Request& request) {
-    if (!ph::isOfClass(request.ref, className) || request.method == nullptr ||
-        strcasecmp(request.method, methods[0].name) != 0)
-        return ph::refuse(request.broker, "Method Not Supported");
-    return PH_Create_Account(request.broker, request.context, request.result, request.ref, request.in,
-                             request.out);
-}
-
-constexpr ph::ClassDefinition<Record> definition{.name = className,
-                                                 .superclass = "CIM_SecurityService",
-                                                 .keys = g_AccountManagementServiceKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate,
-                                                 .invoke = invoke,
-                                                 .methods = methods};
+constexpr ph::ClassDefinition<Record> definition{
+    .name = className,
+    .superclass = "CIM_SecurityService",
+    .keys = g_AccountManagementServiceKeyList,
+    .properties = properties,
+    .enumerate = enumerate,
+    .methods = methods,
+    .invocation = {.keys = ph::Invocation::Keys::None, .unknownMethod = ph::noSuchAccountMethod}};
 
 } // namespace
+
+PH_EXPORT_CLASS_FAMILY(AccountManagementService, Record, definition)
 
 int PH_Fill_AccountManagementService(AccountManagementServiceRecord* record) {
     ph::copyText(record->ElementName, record->Name);
@@ -71,4 +64,12 @@ int PH_Fill_AccountManagementService(AccountManagementServiceRecord* record) {
     return 0;
 }
 
-PH_EXPORT_CLASS_FAMILY(AccountManagementService, Record, definition)
+CMPIStatus PH_Create_Account(const CMPIBroker* broker, const CMPIContext* context, const CMPIResult* result,
+                             const CMPIObjectPath* ref, const CMPIArgs* in, CMPIArgs* out) {
+    CMPIStatus status = ph::success;
+    ph::engine::carryOut(
+        ph::family_AccountManagementService, methods[0],
+        {.broker = broker, .context = context, .result = result, .ref = ref, .in = in, .out = out}, nullptr,
+        &status);
+    return status;
+}

@@ -8,8 +8,6 @@
 #include "Utility/method.h"
 
 #include <cstdint>
-#include <functional>
-#include <span>
 
 namespace ph::computer {
 
@@ -34,8 +32,6 @@ inline constexpr Property properties[] = {
     PH_PROPERTY_IF(Record, PrimaryOwnerContact, isManagementController),
     PH_PROPERTY(Record, Dedicated),
 };
-
-inline constexpr Method methods[] = {requestStateChange};
 
 // What a system's only record is made from.
 class Source {
@@ -67,39 +63,29 @@ int fill(Record* record, const Facts& facts);
 // Stores a state as the RequestedState of a device: 0 or -1.
 int storeRequestedState(int deviceType, std::uint16_t state);
 
-// A method as CMPI hands it over, with the keys of its object.
-struct MethodCall {
-    const CMPIBroker* broker;
-    const CMPIResult* result;
-    const CMPIObjectPath* ref;
-    const CMPIArgs* in;
-    CMPIArgs* out;
-    CMPIString** keyValues;
-    CMPIStatus* status;
-};
-
-// Sets the status; -1.
-int refuse(const MethodCall& call, CMPIrc code, const char* message);
-
+// How a system changes its state when RequestStateChange asks for it.
 struct StateChange {
     const char* jobName;
     bool (*act)(CMPIString** keyValues, std::uint16_t requestedState);
     void (*afterwards)(CMPIString** keyValues, std::uint16_t requestedState); // of a change that was made
 };
-int changeState(const MethodCall& call, const StateChange& change);
+MethodAnswer changeState(MethodCall& call, const StateChange& change);
 
-// The invoke request of a class with one method, which `carryOut` carries out: 0 or -1.
-CMPIStatus invoke(const Request& request, const char* method, std::span<const char* const> keys,
-                  const std::function<int(const MethodCall&)>& carryOut);
+// Without its database a system does not know its name. It can be told by its class then, and restarted.
+bool isNamed(CMPIString* const* keyValues, const char* className, int (*getName)(char*));
 
-// A system's invoke request. Systems close the result of a change that was made themselves.
-struct System {
-    const char* className;
-    std::span<const char* const> keys; // Name, CreationClassName
-    int (*getName)(char*);
-    int (*changeState)(const CMPIBroker*, const CMPIResult*, const CMPIObjectPath*, const CMPIArgs*,
-                       CMPIArgs*, CMPIString** keyValues, CMPIStatus*);
-};
-CMPIStatus invokeStateChange(const Request& request, const System& system);
+consteval Method stateChangeMethod(MethodAnswer (*carryOut)(MethodCall& call)) {
+    return {.name = requestStateChange,
+            .parameters = requestStateChangeParameters,
+            .carryOut = carryOut,
+            .job = JobReport{},
+            .refusedValue = methodDone};
+}
+
+consteval Invocation invocation(bool (*exists)(CMPIString* const* keyValues)) {
+    return {.exists = exists,
+            .missing = {CMPI_RC_ERR_NOT_FOUND, "Given instance does not exist"},
+            .closes = Invocation::Closes::WhenDone};
+}
 
 } // namespace ph::computer

@@ -26,21 +26,6 @@ int enumerate(ph::RecordArray<Record>& hosts, ph::Detail detail) {
     return detail == ph::Detail::Names ? 0 : PH_Fill_HostComputerSystem(source.device(), host, fru.get());
 }
 
-CMPIStatus invoke(const ph::Request& request) {
-    return ph::computer::invokeStateChange(request, {.className = className,
-                                                     .keys = g_HostComputerSystemKeyList,
-                                                     .getName = PH_GetHostSystemName,
-                                                     .changeState = PH_HostRequestStateChange});
-}
-
-constexpr ph::ClassDefinition<Record> definition{.name = className,
-                                                 .superclass = "CIM_ComputerSystem",
-                                                 .keys = g_HostComputerSystemKeyList,
-                                                 .properties = ph::computer::properties,
-                                                 .enumerate = enumerate,
-                                                 .invoke = invoke,
-                                                 .methods = ph::computer::methods};
-
 // RequestedState
 constexpr std::uint16_t enabled = 2;
 constexpr std::uint16_t disabled = 3;
@@ -59,7 +44,27 @@ void recordState(CMPIString** keyValues, std::uint16_t state) {
     RequestStateChangeforHost(keyValues, state);
 }
 
+ph::MethodAnswer changeState(ph::MethodCall& call) {
+    return ph::computer::changeState(call, {"Host_RequestStateChange", changeHost, recordState});
+}
+
+bool exists(CMPIString* const* keyValues) {
+    return ph::computer::isNamed(keyValues, className, PH_GetHostSystemName);
+}
+
+constexpr ph::Method methods[] = {ph::computer::stateChangeMethod(changeState)};
+
+constexpr ph::ClassDefinition<Record> definition{.name = className,
+                                                 .superclass = "CIM_ComputerSystem",
+                                                 .keys = g_HostComputerSystemKeyList,
+                                                 .properties = ph::computer::properties,
+                                                 .enumerate = enumerate,
+                                                 .methods = methods,
+                                                 .invocation = ph::computer::invocation(exists)};
+
 } // namespace
+
+PH_EXPORT_CLASS_FAMILY(HostComputerSystem, Record, definition)
 
 int PH_Fill_HostComputerSystem(const DeviceRecord* device, Record* record, const FruRecord* fru) {
     char info[256];
@@ -91,8 +96,7 @@ int RequestStateChangeforHost(CMPIString** /*keyValues*/, uint16_t requestedStat
 
 int PH_HostRequestStateChange(const CMPIBroker* broker, const CMPIResult* result, const CMPIObjectPath* ref,
                               const CMPIArgs* in, CMPIArgs* out, CMPIString** keyValues, CMPIStatus* status) {
-    return ph::computer::changeState({broker, result, ref, in, out, keyValues, status},
-                                     {"Host_RequestStateChange", changeHost, recordState});
+    return ph::resultOf(ph::engine::carryOut(
+        ph::family_HostComputerSystem, methods[0],
+        {.broker = broker, .result = result, .ref = ref, .in = in, .out = out}, keyValues, status));
 }
-
-PH_EXPORT_CLASS_FAMILY(HostComputerSystem, Record, definition)

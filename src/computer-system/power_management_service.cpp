@@ -1,9 +1,7 @@
 // CIM_PowerManagementService: switches the host's power, or restarts the service processor.
 #include "computer-system/computer_system.h"
 #include "platform/sysroot.h"
-#include "Utility/method_job.h"
 #include "Utility/record_fields.h"
-#include "Utility/request_status.h"
 #include "Utility/request_texts.h"
 #include "Utility/shell.h"
 
@@ -18,10 +16,9 @@ constexpr const char* const g_PowerManagementServiceKeyList[4] = {"SystemCreatio
 namespace {
 
 using Record = PowerManagementServiceRecord;
-using ph::MethodJob;
+using ph::MethodAnswer;
+using ph::MethodCall;
 using ph::Property;
-using ph::computer::MethodCall;
-using ph::computer::refuse;
 
 constexpr const char* className = "CIM_PowerManagementService";
 constexpr const char* processorClass = "CIM_SPComputerSystem";
@@ -47,7 +44,6 @@ constexpr ph::Parameter requestPowerStateChangeParameters[] = {
     {"TimeoutPeriod", CMPI_dateTime},
 };
 constexpr const char* methodName = "RequestPowerStateChange";
-constexpr ph::Method methods[] = {{methodName, requestPowerStateChangeParameters}};
 
 int append(ph::RecordArray<Record>& services, const PowerServiceRow& row, const char* systemName,
            ph::Detail detail) {
@@ -80,23 +76,6 @@ int get(ph::RecordArray<Record>& services, CMPIString** keyValues) {
     return row != nullptr ? append(services, *row, systemName, ph::Detail::All) : -1;
 }
 
-CMPIStatus invoke(const ph::Request& request) {
-    return ph::computer::invoke(
-        request, methodName, g_PowerManagementServiceKeyList, [](const MethodCall& call) {
-            return PH_RequestPowerStateChange(call.broker, call.result, call.ref, call.in, call.out,
-                                              call.keyValues, call.status);
-        });
-}
-
-constexpr ph::ClassDefinition<Record> definition{.name = className,
-                                                 .superclass = "CIM_Service",
-                                                 .keys = g_PowerManagementServiceKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate,
-                                                 .get = get,
-                                                 .invoke = invoke,
-                                                 .methods = methods};
-
 // ---- RequestPowerStateChange
 
 // What a request asks for, once it is known to be complete.
@@ -106,21 +85,22 @@ struct PowerRequest {
     std::uint16_t powerState;
 };
 
-// None: the status tells why.
-std::optional<PowerRequest> read(const MethodCall& call) {
+// None: the call is refused.
+std::optional<PowerRequest> read(MethodCall& call) {
     const auto refuse = [&](CMPIrc code, const char* message) {
-        ph::fail(call.broker, call.status, code, message);
+        call.refuse(code, message);
         return std::nullopt;
     };
-    if (call.in == nullptr || CMGetArgCount(call.in, nullptr) == 0)
+    const CMPIArgs* const in = call.request.in;
+    if (in == nullptr || CMGetArgCount(in, nullptr) == 0)
         return refuse(CMPI_RC_ERR_INVALID_PARAMETER, "Invalid or Empty Input");
-    const char* serviceName = ph::keyText(call.ref, "Name");
+    const char* serviceName = ph::keyText(call.request.ref, "Name");
     if (serviceName == nullptr)
         return refuse(CMPI_RC_ERR_FAILED, "Key Property Missing");
-    const auto powerState = ph::argument(call.in, "PowerState");
+    const auto powerState = ph::argument(in, "PowerState");
     if (!powerState)
         return refuse(CMPI_RC_ERR_INVALID_PARAMETER, "CMPI_RC_ERR_INVALID_PARAMETER");
-    const auto element = ph::argument(call.in, "ManagedElement");
+    const auto element = ph::argument(in, "ManagedElement");
     if (!element || element->type != CMPI_ref || element->value.ref == nullptr)
         return refuse(CMPI_RC_ERR_INVALID_PARAMETER, "ManagedElement Param is Missing");
     std::uint16_t state = 0;
@@ -134,14 +114,14 @@ bool restartProcessor(std::uint16_t powerState) {
     return powerState == powerCycle && ph::runCommand("reboot") == 0;
 }
 
-bool change(const MethodCall& call, const PowerRequest& request) {
+bool change(MethodCall& call, const PowerRequest& request) {
     const bool isProcessor = std::strcmp(request.serviceName, "SP Power Management Service") == 0;
     if (!ph::isOfClass(request.managedElement, isProcessor ? processorClass : hostClass)) {
-        refuse(call, CMPI_RC_ERR_TYPE_MISMATCH, "ManagedElement Param is Missing or incorrect");
+        call.refuse(CMPI_RC_ERR_TYPE_MISMATCH, "ManagedElement Param is Missing or incorrect");
         return false;
     }
     return isProcessor ? restartProcessor(request.powerState)
-                       : PH_SetPowerState(call.keyValues, request.powerState) == 0;
+                       : PH_SetPowerState(call.keys, request.powerState) == 0;
 }
 
 // For what comes up after the change: the file is a note, and a full flash must not turn a change that was
@@ -155,30 +135,34 @@ void writePowerState(std::uint16_t powerState) {
         std::fprintf(file.get(), "RequestedPowerState  %d", powerState);
 }
 
-// `value` stays as it is for what the status tells: failures before the job exists.
-int changePowerState(const MethodCall& call, std::int32_t& value) {
-    MethodJob job;
-    if (!job.makePath(call.broker, call.ref))
-        return refuse(call, CMPI_RC_ERR_FAILED, ph::noJobPath);
+MethodAnswer changePowerState(MethodCall& call) {
     const auto request = read(call);
     if (!request)
-        return -1;
+        return std::nullopt;
     char jobName[64];
     std::snprintf(jobName, sizeof(jobName), "%s_%s", request->serviceName, methodName);
-    const auto outcome = job.carryOut(jobName, [&] { return change(call, *request); });
-    if (outcome == MethodJob::Outcome::NoJob)
-        return refuse(call, CMPI_RC_ERR_FAILED, ph::noJob);
-    // A job that does not tell how it ended is not handed out.
-    const bool isReturned = outcome != MethodJob::Outcome::Unrecorded && job.returnReference(call.out);
-    if (outcome != MethodJob::Outcome::Done || !isReturned) {
-        value = ph::methodFailed;
-        return -1;
-    }
-    writePowerState(request->powerState);
-    return 0;
+    return call.report(
+        jobName, [&] { return change(call, *request); }, [&] { writePowerState(request->powerState); });
 }
 
+constexpr ph::Method methods[] = {{.name = methodName,
+                                   .parameters = requestPowerStateChangeParameters,
+                                   .carryOut = changePowerState,
+                                   .job = ph::JobReport{.handsOutUnrecorded = false},
+                                   .refusedValue = ph::methodDone,
+                                   .valueType = CMPI_sint32}};
+
+constexpr ph::ClassDefinition<Record> definition{.name = className,
+                                                 .superclass = "CIM_Service",
+                                                 .keys = g_PowerManagementServiceKeyList,
+                                                 .properties = properties,
+                                                 .enumerate = enumerate,
+                                                 .get = get,
+                                                 .methods = methods};
+
 } // namespace
+
+PH_EXPORT_CLASS_FAMILY(PowerManagementService, Record, definition)
 
 int PH_Fill_PowerManagementService(const PowerServiceRow* row, Record* record) {
     ph::copyText(record->ElementName, row->elementName);
@@ -193,10 +177,7 @@ int PH_Fill_PowerManagementService(const PowerServiceRow* row, Record* record) {
 int PH_RequestPowerStateChange(const CMPIBroker* broker, const CMPIResult* result, const CMPIObjectPath* ref,
                                const CMPIArgs* in, CMPIArgs* out, CMPIString** keyValues,
                                CMPIStatus* status) {
-    CMPIValue value{};
-    const int outcome = changePowerState({broker, result, ref, in, out, keyValues, status}, value.sint32);
-    CMReturnData(result, &value, CMPI_sint32);
-    return outcome;
+    return ph::resultOf(ph::engine::carryOut(
+        ph::family_PowerManagementService, methods[0],
+        {.broker = broker, .result = result, .ref = ref, .in = in, .out = out}, keyValues, status));
 }
-
-PH_EXPORT_CLASS_FAMILY(PowerManagementService, Record, definition)

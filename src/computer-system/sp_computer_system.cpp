@@ -30,21 +30,6 @@ int enumerate(ph::RecordArray<Record>& processors, ph::Detail detail) {
     return detail == ph::Detail::Names ? 0 : PH_Fill_SPComputerSystem(source.device(), processor);
 }
 
-CMPIStatus invoke(const ph::Request& request) {
-    return ph::computer::invokeStateChange(request, {.className = className,
-                                                     .keys = g_SPComputerSystemKeyList,
-                                                     .getName = PH_GetSPSystemName,
-                                                     .changeState = PH_SPRequestStateChange});
-}
-
-constexpr ph::ClassDefinition<Record> definition{.name = className,
-                                                 .superclass = "CIM_ComputerSystem",
-                                                 .keys = g_SPComputerSystemKeyList,
-                                                 .properties = ph::computer::properties,
-                                                 .enumerate = enumerate,
-                                                 .invoke = invoke,
-                                                 .methods = ph::computer::methods};
-
 bool isRestartRequested() {
     char path[4096];
     return PH_SysrootPath(restartMarker, path, sizeof(path)) == 0 && access(path, F_OK) == 0;
@@ -63,7 +48,27 @@ bool changeProcessor(CMPIString** keyValues, std::uint16_t state) {
     return state == reset && RequstStateChangeforSP(keyValues) == 0;
 }
 
+ph::MethodAnswer changeState(ph::MethodCall& call) {
+    return ph::computer::changeState(call, {"SP_RequestStateChange", changeProcessor, nullptr});
+}
+
+bool exists(CMPIString* const* keyValues) {
+    return ph::computer::isNamed(keyValues, className, PH_GetSPSystemName);
+}
+
+constexpr ph::Method methods[] = {ph::computer::stateChangeMethod(changeState)};
+
+constexpr ph::ClassDefinition<Record> definition{.name = className,
+                                                 .superclass = "CIM_ComputerSystem",
+                                                 .keys = g_SPComputerSystemKeyList,
+                                                 .properties = ph::computer::properties,
+                                                 .enumerate = enumerate,
+                                                 .methods = methods,
+                                                 .invocation = ph::computer::invocation(exists)};
+
 } // namespace
+
+PH_EXPORT_CLASS_FAMILY(SPComputerSystem, Record, definition)
 
 int PH_Fill_SPComputerSystem(const DeviceRecord* device, Record* record) {
     char info[32];
@@ -81,8 +86,7 @@ int RequstStateChangeforSP(CMPIString** /*keyValues*/) {
 
 int PH_SPRequestStateChange(const CMPIBroker* broker, const CMPIResult* result, const CMPIObjectPath* ref,
                             const CMPIArgs* in, CMPIArgs* out, CMPIString** keyValues, CMPIStatus* status) {
-    return ph::computer::changeState({broker, result, ref, in, out, keyValues, status},
-                                     {"SP_RequestStateChange", changeProcessor, nullptr});
+    return ph::resultOf(ph::engine::carryOut(
+        ph::family_SPComputerSystem, methods[0],
+        {.broker = broker, .result = result, .ref = ref, .in = in, .out = out}, keyValues, status));
 }
-
-PH_EXPORT_CLASS_FAMILY(SPComputerSystem, Record, definition)

@@ -109,26 +109,26 @@ CMPIStatus createPefFilter(const ph::Request& request, const char* name, const c
     ph::IpmiSession session;
     PefTable table;
     if (!session.open() || !table.read(session))
-        return refuse(request, createFailed);
+        return ph::fail(request.broker, createFailed);
     const auto filter = parsePefFilter(name);
     if (!filter)
         return ph::fail(request.broker, CMPI_RC_ERR_INVALID_PARAMETER, invalidName);
     const auto [policy, filterNumber] = *filter;
     if (table.count < filterNumber)
-        return refuse(request, "CreateInstance Failed - Max Filter limit exceeded \n");
+        return ph::fail(request.broker, "CreateInstance Failed - Max Filter limit exceeded \n");
     if (filterNumber < 1 || filterNumber > table.held())
-        return refuse(request, createFailed);
+        return ph::fail(request.broker, createFailed);
     CIM_PEFEntry entry = table.entries[filterNumber - 1];
     if (isEnabled(entry))
-        return refuse(request, "CreateInstance Failed - Filter already exists and active \n");
+        return ph::fail(request.broker, "CreateInstance Failed - Filter already exists and active \n");
     if (CompileQueryAndSeverity(query, &entry) != 0)
-        return refuse(request, invalidQuery);
+        return ph::fail(request.broker, invalidQuery);
     entry.filterConfiguration |= filterEnabled;
     entry.eventFilterAction |= alertAction;
     entry.alertPolicyNumber = static_cast<std::uint8_t>(policy);
     return writeEntry(session, static_cast<std::uint8_t>(filterNumber), entry)
                ? returnPath(request)
-               : refuse(request, createFailed);
+               : ph::fail(request.broker, createFailed);
 }
 
 CMPIStatus modifyPefFilter(const ph::Request& request, const char* name, const char* query) {
@@ -136,10 +136,10 @@ CMPIStatus modifyPefFilter(const ph::Request& request, const char* name, const c
     CIM_PEFEntry entry{};
     const std::uint8_t filterNumber = filterNumberOf(name);
     if (!session.open() || CIM_GetPEFEntry(session.get(), filterNumber, &entry, ph::hookTimeout) != 0)
-        return refuse(request, modifyFailed);
+        return ph::fail(request.broker, modifyFailed);
     if (CompileQueryAndSeverity(query, &entry) != 0)
-        return refuse(request, invalidQuery);
-    return writeEntry(session, filterNumber, entry) ? ph::success : refuse(request, modifyFailed);
+        return ph::fail(request.broker, invalidQuery);
+    return writeEntry(session, filterNumber, entry) ? ph::success : ph::fail(request.broker, modifyFailed);
 }
 
 bool removePefFilter(const char* name) {
@@ -173,14 +173,14 @@ CMPIStatus createCimxmlFilter(const ph::Request& request, const char* name, cons
     ph::copyText(stored.name, name);
     ph::Database database;
     if (!ph::fits(stored.name, name) || !database.open())
-        return refuse(request, createFailed);
+        return ph::fail(request.broker, createFailed);
     if (db_get_indication_filter_cimxml(database.get(), &stored) == 0)
-        return refuse(request, "Filter already exists and active\n");
+        return ph::fail(request.broker, "Filter already exists and active\n");
     const auto row = makeRow(name, query);
     if (!row)
-        return refuse(request, invalidQuery);
+        return ph::fail(request.broker, invalidQuery);
     if (!ph::fits(row->query, query))
-        return refuse(request, createFailed);
+        return ph::fail(request.broker, createFailed);
     (void)db_set_indication_filter_cimxml(database.get(), &*row); // not part of the answer
     return returnPath(request);
 }
@@ -188,12 +188,12 @@ CMPIStatus createCimxmlFilter(const ph::Request& request, const char* name, cons
 CMPIStatus modifyCimxmlFilter(const ph::Request& request, const char* name, const char* query) {
     const auto row = makeRow(name, query);
     if (!row)
-        return refuse(request, invalidQuery);
+        return ph::fail(request.broker, invalidQuery);
     ph::Database database;
     return ph::fits(row->query, query) && database.open() &&
                    db_set_indication_filter_cimxml(database.get(), &*row) == 0
                ? ph::success
-               : refuse(request, modifyFailed);
+               : ph::fail(request.broker, modifyFailed);
 }
 
 bool removeCimxmlFilter(const char* name) {
@@ -204,18 +204,18 @@ bool removeCimxmlFilter(const char* name) {
 // ---- Requests
 
 CMPIStatus create(const ph::Request& request) {
-    KeyValues keys = {};
+    ph::KeyValues keys;
     if (!readKeys(request, g_IndicationFilterKeyList, keys))
-        return refuse(request, keysMissing);
+        return ph::fail(request.broker, keysMissing);
     if (ValidateConstantKeyPropertiesIF(request.ref) != 0)
         return ph::fail(request.broker, CMPI_RC_ERR_INVALID_PARAMETER,
                         "Invalid key properties : Only 'Name' prop is variable, refer other instances of IF");
     const char* const query = ph::propertyText(request.instance, "Query");
     if (query == nullptr)
-        return refuse(request, queryMissing);
+        return ph::fail(request.broker, queryMissing);
     const char* const name = ph::propertyText(request.instance, "Name");
     if (name == nullptr)
-        return refuse(request, "Required Name property");
+        return ph::fail(request.broker, "Required Name property");
     const auto kind = kindOfFilter(name);
     if (!kind)
         return ph::fail(request.broker, CMPI_RC_ERR_INVALID_PARAMETER, invalidName);
@@ -225,42 +225,42 @@ CMPIStatus create(const ph::Request& request) {
     case FilterKind::Cimxml:
         return createCimxmlFilter(request, name, query);
     default:
-        return refuse(request, createFailed);
+        return ph::fail(request.broker, createFailed);
     }
 }
 
 CMPIStatus modify(const ph::Request& request) {
-    KeyValues keys = {};
+    ph::KeyValues keys;
     if (!readKeys(request, g_IndicationFilterKeyList, keys))
-        return refuse(request, keysMissing);
+        return ph::fail(request.broker, keysMissing);
     const auto filter = find(PH_Get_IndicationFilter, keys);
     if (filter == nullptr)
-        return refuse(request, "ModifyInstance Failed - Given instance does not exist \n");
+        return ph::fail(request.broker, "ModifyInstance Failed - Given instance does not exist \n");
     const char* const query = ph::propertyText(request.instance, "Query");
     if (query == nullptr)
-        return refuse(request, queryMissing);
+        return ph::fail(request.broker, queryMissing);
     switch (kindOfFilter(filter->Name).value_or(FilterKind::Other)) {
     case FilterKind::Pef:
         return modifyPefFilter(request, filter->Name, query);
     case FilterKind::Cimxml:
         return modifyCimxmlFilter(request, filter->Name, query);
     default:
-        return refuse(request, modifyFailed);
+        return ph::fail(request.broker, modifyFailed);
     }
 }
 
 CMPIStatus remove(const ph::Request& request) {
-    KeyValues keys = {};
+    ph::KeyValues keys;
     if (!readKeys(request, g_IndicationFilterKeyList, keys))
-        return refuse(request, keysMissing);
+        return ph::fail(request.broker, keysMissing);
     const auto filter = find(PH_Get_IndicationFilter, keys);
     if (filter == nullptr)
-        return refuse(request, "DeleteInstance Failed - Given instance does not exist \n");
+        return ph::fail(request.broker, "DeleteInstance Failed - Given instance does not exist \n");
     const auto kind = kindOfFilter(filter->Name);
     const bool isRemoved = kind == FilterKind::Pef      ? removePefFilter(filter->Name)
                            : kind == FilterKind::Cimxml ? removeCimxmlFilter(filter->Name)
                                                         : kind.has_value();
-    return isRemoved ? ph::success : refuse(request, deleteFailed);
+    return isRemoved ? ph::success : ph::fail(request.broker, deleteFailed);
 }
 
 constexpr ph::ClassDefinition<Record> definition{.name = className,

@@ -81,7 +81,7 @@ const char* destinationOf(const Request& request) {
 }
 
 CMPIStatus answer(const Request& request, const char* message) {
-    return message == nullptr ? success : refuse(request, message);
+    return message == nullptr ? success : fail(request.broker, message);
 }
 
 } // namespace
@@ -116,61 +116,61 @@ int enumerate(const LanDestinationClass& family, RecordArray<Record>& destinatio
 }
 
 CMPIStatus create(const LanDestinationClass& family, const Request& request) {
-    KeyValues keys = {};
+    KeyValues keys;
     if (!readKeys(request, family.keys, keys))
-        return refuse(request, destinationKeysMissing);
+        return fail(request.broker, destinationKeysMissing);
     if (!hasConstantKeys(request.ref, family.name))
         return fail(request.broker, CMPI_RC_ERR_INVALID_PARAMETER, destinationKeysInvalid);
     const char* const nameText = propertyText(request.instance, "Name");
     if (nameText == nullptr)
-        return refuse(request, "Required Name property");
+        return fail(request.broker, "Required Name property");
     const char* const destination = destinationOf(request);
     if (destination == nullptr)
-        return refuse(request, destinationMissing);
+        return fail(request.broker, destinationMissing);
     const auto name = parseName(nameText);
     if (!name)
-        return refuse(request, invalidName);
+        return fail(request.broker, invalidName);
     if (std::strcmp(name->protocol, family.protocol) != 0)
         return fail(request.broker, CMPI_RC_ERR_INVALID_PARAMETER, family.invalidProtocol);
     IpmiSession session;
     const auto isTaken = session.open() ? isActive(family, session, *name) : std::nullopt;
     if (!isTaken)
-        return refuse(request, destinationNotCreated);
+        return fail(request.broker, destinationNotCreated);
     if (*isTaken)
-        return refuse(request, "Requested Destination Index already active\n");
+        return fail(request.broker, "Requested Destination Index already active\n");
     const char* const refusal = family.write(session, *name, destination, true, destinationNotCreated);
-    return refusal == nullptr ? returnPath(request) : refuse(request, refusal);
+    return refusal == nullptr ? returnPath(request) : fail(request.broker, refusal);
 }
 
 CMPIStatus modify(const LanDestinationClass& family, const Request& request) {
-    KeyValues keys = {};
+    KeyValues keys;
     if (!readKeys(request, family.keys, keys))
-        return refuse(request, destinationKeysMissing);
+        return fail(request.broker, destinationKeysMissing);
     const auto stored = find(family.get, keys);
     if (stored == nullptr)
-        return refuse(request, destinationUnknown);
+        return fail(request.broker, destinationUnknown);
     const char* const destination = destinationOf(request);
     if (destination == nullptr)
-        return refuse(request, destinationMissing);
+        return fail(request.broker, destinationMissing);
     const auto name = parseName(stored->Name);
     if (!name)
-        return refuse(request, invalidName);
+        return fail(request.broker, invalidName);
     IpmiSession session;
     if (!session.open())
-        return refuse(request, destinationNotSet);
+        return fail(request.broker, destinationNotSet);
     return answer(request, family.write(session, *name, destination, false, destinationNotSet));
 }
 
 CMPIStatus remove(const LanDestinationClass& family, const Request& request) {
-    KeyValues keys = {};
+    KeyValues keys;
     if (!readKeys(request, family.keys, keys))
-        return refuse(request, destinationKeysMissing);
+        return fail(request.broker, destinationKeysMissing);
     const auto stored = find(family.get, keys);
     if (stored == nullptr)
-        return refuse(request, destinationUnknown);
+        return fail(request.broker, destinationUnknown);
     const auto name = parseName(stored->Name);
     if (!name)
-        return refuse(request, invalidName);
+        return fail(request.broker, invalidName);
     IpmiSession session;
     return answer(request, session.open() && family.clear(session, *name) ? nullptr : destinationNotDeleted);
 }

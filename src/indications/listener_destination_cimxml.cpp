@@ -70,35 +70,36 @@ const char* destinationOf(const ph::Request& request) {
 }
 
 CMPIStatus create(const ph::Request& request) {
-    KeyValues keys = {};
+    ph::KeyValues keys;
     if (!readKeys(request, g_ListenerDestinationCIMXMLKeyList, keys))
-        return refuse(request, destinationKeysMissing);
+        return ph::fail(request.broker, destinationKeysMissing);
     if (ValidateConstantKeyPropertiesLDCIMXML(request.ref) != 0)
         return ph::fail(request.broker, CMPI_RC_ERR_INVALID_PARAMETER, destinationKeysInvalid);
     const char* const name = ph::propertyText(request.instance, "Name");
     if (name == nullptr || !std::string_view(name).starts_with("CIMXML-"))
-        return refuse(request, invalidName);
+        return ph::fail(request.broker, invalidName);
     const char* const destination = destinationOf(request);
     if (destination == nullptr)
-        return refuse(request, invalidDestination);
+        return ph::fail(request.broker, invalidDestination);
     ph::Database database;
     CimxmlDestinationRow row;
     if (!ph::fits(row.name, name) || !ph::fits(row.destination, destination) || !database.open())
-        return refuse(request, destinationNotCreated);
+        return ph::fail(request.broker, destinationNotCreated);
     if (isStored(database, name, row))
-        return refuse(request, "Instance already exists");
+        return ph::fail(request.broker, "Instance already exists");
     row = makeRow(name, destination);
-    return db_set_listener_destination(database.get(), &row) == 0 ? returnPath(request)
-                                                                  : refuse(request, destinationNotCreated);
+    return db_set_listener_destination(database.get(), &row) == 0
+               ? returnPath(request)
+               : ph::fail(request.broker, destinationNotCreated);
 }
 
 CMPIStatus modify(const ph::Request& request) {
-    KeyValues keys = {};
+    ph::KeyValues keys;
     if (!readKeys(request, g_ListenerDestinationCIMXMLKeyList, keys))
-        return refuse(request, destinationKeysMissing);
+        return ph::fail(request.broker, destinationKeysMissing);
     const auto stored = find(PH_Get_ListenerDestinationCIMXML, keys);
     if (stored == nullptr)
-        return refuse(request, destinationUnknown);
+        return ph::fail(request.broker, destinationUnknown);
     const char* const destination = destinationOf(request);
     if (destination == nullptr)
         return ph::fail(request.broker, CMPI_RC_ERR_NOT_SUPPORTED, invalidDestination);
@@ -107,20 +108,20 @@ CMPIStatus modify(const ph::Request& request) {
     return ph::fits(row.destination, destination) && database.open() &&
                    db_set_listener_destination(database.get(), &row) == 0
                ? ph::success
-               : refuse(request, destinationNotSet);
+               : ph::fail(request.broker, destinationNotSet);
 }
 
 CMPIStatus remove(const ph::Request& request) {
-    KeyValues keys = {};
+    ph::KeyValues keys;
     if (!readKeys(request, g_ListenerDestinationCIMXMLKeyList, keys))
-        return refuse(request, destinationKeysMissing);
+        return ph::fail(request.broker, destinationKeysMissing);
     const auto stored = find(PH_Get_ListenerDestinationCIMXML, keys);
     if (stored == nullptr)
-        return refuse(request, destinationUnknown);
+        return ph::fail(request.broker, destinationUnknown);
     ph::Database database;
     return database.open() && db_delete_listener_destination(database.get(), stored->Name) == 0
                ? ph::success
-               : refuse(request, destinationNotDeleted);
+               : ph::fail(request.broker, destinationNotDeleted);
 }
 
 constexpr ph::ClassDefinition<Record> definition{.name = className,

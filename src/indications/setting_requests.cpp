@@ -32,12 +32,10 @@ bool hasConstantKeys(const CMPIObjectPath* ref, const char* className) {
 }
 
 bool readKeys(const Request& request, std::span<const char* const> keys, KeyValues& values) {
-    CMPIStatus status = success; // which key is wrong never reaches the client from here
-    if (CheckForValidObjectPath(request.broker, request.ref, keys.data(), values,
-                                static_cast<int>(keys.size()), &status) != 0)
+    if (!values.areRead(request.broker, request.ref, keys))
         return false;
-    for (const CMPIString* value : values)
-        if (value == nullptr)
+    for (std::size_t i = 0; i < keys.size(); ++i)
+        if (values[i] == nullptr)
             return false;
     return true;
 }

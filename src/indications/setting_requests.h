@@ -14,15 +14,10 @@ inline constexpr const char* systemClass = "CIM_SPComputerSystem";
 inline constexpr std::size_t keyCount = 4; // SystemCreationClassName, CreationClassName, SystemName, Name
 inline constexpr std::size_t nameKey = 3;
 
-inline CMPIStatus refuse(const Request& request, const char* message) {
-    return fail(request.broker, CMPI_RC_ERR_FAILED, message);
-}
-
 // The path's keys but Name are those that all instances of the class have.
 bool hasConstantKeys(const CMPIObjectPath* ref, const char* className);
 
-// The request's keys by their place in the key list; false unless it has all of them.
-using KeyValues = CMPIString* [keyCount];
+// The request's keys; false unless it has all of them.
 bool readKeys(const Request& request, std::span<const char* const> keys, KeyValues& values);
 
 // The record that the keys name, nullptr for none. The records own nothing.

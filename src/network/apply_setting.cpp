@@ -3,8 +3,6 @@
 #include "network/ip_assignment.h"
 #include "network/setting_values.h"
 #include "provider_helper/network.h"
-#include "Utility/method_job.h"
-#include "Utility/request_status.h"
 #include "Utility/request_texts.h"
 
 #include <algorithm>
@@ -24,8 +22,7 @@ constexpr const char* badAssignment = "IPAssignmentSettingData InstanceID is Inv
 // One request: what it names, and how it fails.
 class Application {
 public:
-    Application(const CMPIBroker* broker, const CMPIContext* context, const CMPIArgs* in, CMPIStatus* status)
-        : broker_(broker), context_(context), in_(in), status_(status) {}
+    explicit Application(ph::MethodCall& call) : call_(call), broker_(call.request.broker) {}
 
     bool run() { return readArguments() && exists() && apply(); }
 
@@ -36,7 +33,7 @@ private:
     };
 
     bool refuse(CMPIrc code, const char* message) {
-        ph::fail(broker_, status_, code, message);
+        call_.refuse(code, message);
         return false;
     }
 
@@ -49,10 +46,8 @@ private:
     // Whether the broker serves an instance with these keys. Reports what fails, not that there is none.
     bool find(const char* className, const char* failure, std::initializer_list<Key> keys, bool& isFound);
 
+    ph::MethodCall& call_;
     const CMPIBroker* broker_;
-    const CMPIContext* context_;
-    const CMPIArgs* in_;
-    CMPIStatus* status_;
 
     const char* assignment_ = ""; // InstanceID of the configuration
     const char* systemCreationClassName_ = "";
@@ -62,10 +57,11 @@ private:
 };
 
 bool Application::readArguments() {
-    const CMPIObjectPath* configuration = ph::referenceArgument(in_, "Configuration", assignmentClass);
+    const CMPIObjectPath* configuration =
+        ph::referenceArgument(call_.request.in, "Configuration", assignmentClass);
     if (configuration == nullptr)
         return refuse(CMPI_RC_ERR_INVALID_PARAMETER, "Configuration Parameter is Invalid");
-    const CMPIObjectPath* endpoint = ph::referenceArgument(in_, "Endpoint", endpointClass);
+    const CMPIObjectPath* endpoint = ph::referenceArgument(call_.request.in, "Endpoint", endpointClass);
     if (endpoint == nullptr)
         return refuse(CMPI_RC_ERR_INVALID_PARAMETER, "Endpoint Parameter is Invalid");
     assignment_ = ph::keyText(configuration, "InstanceID");
@@ -88,7 +84,7 @@ CMPIEnumeration* Application::enumerate(const char* className, const char* failu
         refuse(CMPI_RC_ERR_FAILED, "Failed to Create New Object Path");
         return nullptr;
     }
-    CMPIEnumeration* instances = CBEnumInstances(broker_, context_, path, nullptr, &status);
+    CMPIEnumeration* instances = CBEnumInstances(broker_, call_.request.context, path, nullptr, &status);
     if (instances == nullptr || status.rc != CMPI_RC_OK) {
         refuse(CMPI_RC_ERR_FAILED, failure);
         return nullptr;
@@ -136,7 +132,7 @@ bool Application::exists() {
 
 bool Application::apply() {
     if (strcasecmp(assignment_, ph::dhcpAssignment) == 0)
-        return PH_ApplySettingToDHCPIP(broker_, endpointName_, status_) == 0;
+        return PH_ApplySettingToDHCPIP(broker_, endpointName_, &call_.status) == 0;
     if (strcasecmp(assignment_, ph::staticAssignment) == 0)
         return applyStatic();
     return refuse(CMPI_RC_ERR_INVALID_PARAMETER, badAssignment);
@@ -170,26 +166,16 @@ bool Application::applyStatic() {
         if (std::ranges::any_of(addresses, isNone(isNoIpv4)))
             return refuse(CMPI_RC_ERR_FAILED,
                           "IPv4Address, SubnetMask or GatewayIPv4Address Parameters are Invalid");
-        return PH_ApplySettingToStaticIP(broker_, endpointName_, setting, status_) == 0;
+        return PH_ApplySettingToStaticIP(broker_, endpointName_, setting, &call_.status) == 0;
     }
     constexpr const char* addresses[] = {"IPv6Address", "GatewayIPv6Address"};
     if (std::ranges::any_of(addresses, isNone(isNoIpv6)))
         return refuse(CMPI_RC_ERR_FAILED, "IPv6Address or GatewayIPv6Address Parameters are Invalid");
-    return PH_ApplySettingToStaticIPv6(broker_, endpointName_, setting, status_) == 0;
+    return PH_ApplySettingToStaticIPv6(broker_, endpointName_, setting, &call_.status) == 0;
 }
 
 } // namespace
 
-int PH_ApplySettingToIPProtocolEndpoint(const CMPIBroker* broker, const CMPIResult* result,
-                                        const CMPIObjectPath* ref, const CMPIContext* context,
-                                        const CMPIArgs* in, CMPIArgs* out, CMPIStatus* status) {
-    ph::MethodJob job;
-    ph::MethodValue value = ph::methodFailed;
-    if (!job.makePath(broker, ref))
-        ph::fail(broker, status, CMPI_RC_ERR_FAILED, ph::noJobPath);
-    else
-        value = job.run("ApplySettingToIPProtocolEndpoint", out,
-                        [&] { return Application(broker, context, in, status).run(); });
-    ph::returnValue(result, value);
-    return value == ph::methodDone ? 0 : -1;
+ph::MethodAnswer ph::applySetting(MethodCall& call) {
+    return call.report("ApplySettingToIPProtocolEndpoint", [&] { return Application(call).run(); });
 }

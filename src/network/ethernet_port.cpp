@@ -4,14 +4,11 @@
 #include "provider_helper/network.h"
 #include "Utility/back_ends.h"
 #include "Utility/class_family.h"
-#include "Utility/method_job.h"
 #include "Utility/record_fields.h"
-#include "Utility/request_status.h"
 #include "Utility/request_texts.h"
 
 #include <cstdio>
 #include <string>
-#include <strings.h>
 
 constexpr const char* const g_EthernetPortKeyList[4] = {"DeviceID", "SystemCreationClassName",
                                                         "CreationClassName", "SystemName"};
@@ -130,54 +127,42 @@ bool isStateOfPort(int state) {
     return state == 2 || state == 3 || state == 11; // DMTF RequestedState: enabled, disabled, reset
 }
 
-std::uint32_t requestStateChange(const ph::Request& request, CMPIStatus& status) {
-    const auto refuse = [&](CMPIrc code, const char* message) {
-        status = ph::fail(request.broker, code, message);
-        return ph::methodFailed;
-    };
-    ph::MethodJob job;
-    if (!job.makePath(request.broker, request.ref))
-        return refuse(CMPI_RC_ERR_FAILED, ph::noJobPath);
-    CMPIString* keyValues[4] = {};
-    if (CheckForValidObjectPath(request.broker, request.ref, g_EthernetPortKeyList, keyValues, 4, &status) !=
-        0)
-        return ph::methodFailed;
-    if (request.method == nullptr || strncasecmp(request.method, "RequestStateChange", 64) != 0)
-        return refuse(CMPI_RC_ERR_NOT_SUPPORTED, "Invalid Method Name");
+ph::MethodAnswer changeState(ph::MethodCall& call) {
+    const ph::Request& request = call.request;
     const auto argument = ph::argument(request.in, "RequestedState");
     if (!argument)
-        return refuse(CMPI_RC_ERR_INVALID_PARAMETER, "Invalid Parameter");
+        return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "Invalid Parameter");
     const int state = requestedState(*argument);
-    const std::string deviceId = findPort(keyValues);
+    const std::string deviceId = findPort(call.keys);
     if (deviceId.empty())
-        return refuse(CMPI_RC_ERR_INVALID_PARAMETER, "Given instance does not exist");
+        return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "Given instance does not exist");
     PortName port;
     if (!parse(deviceId, port))
         return ph::methodFailed;
     const std::string jobName = std::string("EthernetPort_RequestStateChange_") + port.interfaceName;
-    return job.run(jobName.c_str(), request.out, [&] {
+    return call.report(jobName.c_str(), [&] {
         return isStateOfPort(state) &&
-               RequestStateChange(request.broker, request.context, request.in, &status, port.lanIndex,
+               RequestStateChange(request.broker, request.context, request.in, &call.status, port.lanIndex,
                                   port.interfaceName, state) == 0;
     });
 }
 
-CMPIStatus invoke(const ph::Request& request) {
-    CMPIStatus status = ph::success;
-    ph::returnValue(request.result, requestStateChange(request, status));
-    CMReturnDone(request.result);
-    return status;
-}
+constexpr ph::Method methods[] = {{.name = ph::requestStateChange,
+                                   .parameters = ph::requestStateChangeParameters,
+                                   .carryOut = changeState,
+                                   .job = ph::JobReport{.notCreated = {}},
+                                   .refusedValue = ph::methodFailed}};
 
-constexpr ph::Method methods[] = {ph::requestStateChange};
-
-constexpr ph::ClassDefinition<Record> definition{.name = className,
-                                                 .superclass = "CIM_NetworkPort",
-                                                 .keys = g_EthernetPortKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate,
-                                                 .invoke = invoke,
-                                                 .methods = methods};
+constexpr ph::ClassDefinition<Record> definition{
+    .name = className,
+    .superclass = "CIM_NetworkPort",
+    .keys = g_EthernetPortKeyList,
+    .properties = properties,
+    .enumerate = enumerate,
+    .methods = methods,
+    .invocation = {.unknownMethod = {CMPI_RC_ERR_NOT_SUPPORTED, "Invalid Method Name"},
+                   .isTakenUpFirst = true,
+                   .closes = ph::Invocation::Closes::Always}};
 
 } // namespace
 

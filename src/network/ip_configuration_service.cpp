@@ -1,12 +1,9 @@
 // CIM_IPConfigurationService: applies an assignment to an IP endpoint.
+#include "network/ip_assignment.h"
 #include "network/lans.h"
 #include "provider_helper/network.h"
 #include "Utility/class_family.h"
-#include "Utility/method_job.h"
 #include "Utility/record_fields.h"
-#include "Utility/request_status.h"
-
-#include <strings.h>
 
 constexpr const char* const g_IPConfigurationServiceKeyList[4] = {"SystemCreationClassName",
                                                                   "CreationClassName", "SystemName", "Name"};
@@ -17,7 +14,6 @@ using Record = IPConfigurationServiceRecord;
 using ph::Property;
 
 constexpr const char* className = "CIM_IPConfigurationService";
-constexpr const char* methodName = "ApplySettingToIPProtocolEndpoint";
 
 constexpr Property properties[] = {
     PH_KEY(Record, SystemCreationClassName),
@@ -38,35 +34,30 @@ int enumerate(ph::RecordArray<Record>& services, ph::Detail) {
     return PH_Fill_IPConfigurationService(service);
 }
 
-CMPIStatus invoke(const ph::Request& request) {
-    CMPIStatus status = ph::success;
-    CMPIString* keyValues[4] = {};
-    if (CheckForValidObjectPath(request.broker, request.ref, g_IPConfigurationServiceKeyList, keyValues, 4,
-                                &status) != 0)
-        return ph::fail(request.broker, CMPI_RC_ERR_INVALID_PARAMETER, "Invalid Key Properties");
-    if (request.method == nullptr || strcasecmp(request.method, methodName) != 0)
-        return ph::fail(request.broker, CMPI_RC_ERR_NOT_SUPPORTED, "Invalid Method name");
-    PH_ApplySettingToIPProtocolEndpoint(request.broker, request.result, request.ref, request.context,
-                                        request.in, request.out, &status);
-    return status;
-}
-
 constexpr ph::Parameter parameters[] = {
     {"Configuration", CMPI_ref, ph::Direction::In, "CIM_IPAssignmentSettingData"},
     {"Endpoint", CMPI_ref, ph::Direction::In, "CIM_IPProtocolEndpoint"},
     {"Job", CMPI_ref, ph::Direction::Out, "CIM_ConcreteJob"},
 };
-constexpr ph::Method methods[] = {{methodName, parameters}};
+constexpr ph::Method methods[] = {{.name = "ApplySettingToIPProtocolEndpoint",
+                                   .parameters = parameters,
+                                   .carryOut = ph::applySetting,
+                                   .job = ph::JobReport{.notCreated = {}},
+                                   .refusedValue = ph::methodFailed}};
 
-constexpr ph::ClassDefinition<Record> definition{.name = className,
-                                                 .superclass = "CIM_Service",
-                                                 .keys = g_IPConfigurationServiceKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate,
-                                                 .invoke = invoke,
-                                                 .methods = methods};
+constexpr ph::ClassDefinition<Record> definition{
+    .name = className,
+    .superclass = "CIM_Service",
+    .keys = g_IPConfigurationServiceKeyList,
+    .properties = properties,
+    .enumerate = enumerate,
+    .methods = methods,
+    .invocation = {.badKeys = {CMPI_RC_ERR_INVALID_PARAMETER, "Invalid Key Properties"},
+                   .unknownMethod = {CMPI_RC_ERR_NOT_SUPPORTED, "Invalid Method name"}}};
 
 } // namespace
+
+PH_EXPORT_CLASS_FAMILY(IPConfigurationService, Record, definition)
 
 int PH_Fill_IPConfigurationService(Record* record) {
     ph::copyText(record->SystemCreationClassName, ph::systemClassName);
@@ -78,4 +69,11 @@ int PH_Fill_IPConfigurationService(Record* record) {
     return 0;
 }
 
-PH_EXPORT_CLASS_FAMILY(IPConfigurationService, Record, definition)
+int PH_ApplySettingToIPProtocolEndpoint(const CMPIBroker* broker, const CMPIResult* result,
+                                        const CMPIObjectPath* ref, const CMPIContext* context,
+                                        const CMPIArgs* in, CMPIArgs* out, CMPIStatus* status) {
+    return ph::resultOf(ph::engine::carryOut(
+        ph::family_IPConfigurationService, methods[0],
+        {.broker = broker, .context = context, .result = result, .ref = ref, .in = in, .out = out}, nullptr,
+        status));
+}

@@ -150,11 +150,9 @@ struct Current {
 };
 
 bool readCurrent(const ph::Request& request, Current& current) {
-    CMPIStatus ignored = ph::success;
-    CMPIString* keyValues[1] = {};
+    ph::KeyValues keyValues;
     return ph::isOfClass(request.ref, className) &&
-           CheckForValidObjectPath(request.broker, request.ref, g_StaticIPAssignmentSettingDataKeyList,
-                                   keyValues, 1, &ignored) == 0 &&
+           keyValues.areRead(request.broker, request.ref, g_StaticIPAssignmentSettingDataKeyList) &&
            PH_Get_StaticIPAssignmentSettingData(&current.record, keyValues) == 0;
 }
 

@@ -7,8 +7,8 @@
 #include "Utility/request_status.h"
 #include "Utility/request_texts.h"
 
+#include <cstdio>
 #include <optional>
-#include <strings.h>
 
 constexpr const char* const g_ProtocolServiceKeyList[4] = {"SystemCreationClassName", "CreationClassName",
                                                            "SystemName", "Name"};
@@ -77,34 +77,60 @@ int get(ph::RecordArray<Record>& records, CMPIString** keyValues) {
     return service != nullptr && source.open() ? source.append(records, *service, ph::Detail::All) : -1;
 }
 
-CMPIStatus invoke(const ph::Request& request) {
-    CMPIStatus status = ph::success;
-    CMPIString* keyValues[std::size(g_ProtocolServiceKeyList)] = {};
-    if (CheckForValidObjectPath(request.broker, request.ref, g_ProtocolServiceKeyList, keyValues,
-                                std::size(g_ProtocolServiceKeyList), &status) != 0)
-        return status;
-    if (request.method == nullptr || strcasecmp(request.method, ph::requestStateChange.name) != 0)
-        return ph::fail(request.broker, CMPI_RC_ERR_METHOD_NOT_FOUND, "No such method available");
-    // Another name would switch the web service.
+// ---- RequestStateChange
+
+// Another name would switch the web service.
+bool exists(CMPIString* const* keyValues) {
     const char* name = ph::textOf(keyValues[nameKey]);
-    if (name == nullptr || ph::findService(name) == nullptr)
-        return ph::fail(request.broker, CMPI_RC_ERR_NOT_FOUND, "No such service");
-    return PH_ProtocolServiceRequestStateChange(request.broker, request.result, request.ref, request.in,
-                                                request.out, keyValues, &status) == 0
-               ? ph::success
-               : status;
+    return name != nullptr && ph::findService(name) != nullptr;
 }
 
-constexpr ph::Method methods[] = {ph::requestStateChange};
+bool isCarriedOut(std::uint16_t state) {
+    return state == 2 || state == 3 || state == 11; // enabled, disabled, reset
+}
 
-constexpr ph::ClassDefinition<Record> definition{.name = className,
-                                                 .superclass = "CIM_Service",
-                                                 .keys = g_ProtocolServiceKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate,
-                                                 .get = get,
-                                                 .invoke = invoke,
-                                                 .methods = methods};
+ph::MethodAnswer changeState(ph::MethodCall& call) {
+    const CMPIArgs* const in = call.request.in;
+    const char* const serviceName = call.key(nameKey);
+    if (serviceName == nullptr)
+        return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "Key Value Missing");
+    if (in == nullptr || CMGetArgCount(in, nullptr) == 0)
+        return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "Input Parameter is empty");
+    const auto requested = ph::argument(in, "RequestedState");
+    if (!requested)
+        return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "RequestedState Parameter is Invalid");
+    std::uint16_t state = 0;
+    if (GetUINT16Value(*requested, &state) != 0)
+        return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "RequestedState parameter value is invalid");
+
+    char jobName[64];
+    std::snprintf(jobName, sizeof(jobName), "%.40s_RequestStateChange", serviceName);
+    char message[PH_SERVICE_MESSAGE_SIZE] = "Unable to record how the job ended."; // unless the change fails
+    const ph::MethodAnswer answer = call.report(jobName, [&] {
+        return isCarriedOut(state)
+                   ? PH_RequestStateChange_DB(state, serviceName, message) == 0
+                   : ph::explain(message, PH_SERVICE_MESSAGE_SIZE, "Invalid Parameter value") == 0;
+    });
+    if (answer == ph::methodFailed)
+        call.refuse(isCarriedOut(state) ? CMPI_RC_ERR_FAILED : CMPI_RC_ERR_INVALID_PARAMETER, message);
+    return answer;
+}
+
+constexpr ph::Method methods[] = {{.name = ph::requestStateChange,
+                                   .parameters = ph::requestStateChangeParameters,
+                                   .carryOut = changeState,
+                                   .job = ph::JobReport{},
+                                   .refusedValue = ph::methodDone}};
+
+constexpr ph::ClassDefinition<Record> definition{
+    .name = className,
+    .superclass = "CIM_Service",
+    .keys = g_ProtocolServiceKeyList,
+    .properties = properties,
+    .enumerate = enumerate,
+    .get = get,
+    .methods = methods,
+    .invocation = {.exists = exists, .missing = {CMPI_RC_ERR_NOT_FOUND, "No such service"}}};
 
 struct State {
     bool isKnown;
@@ -123,6 +149,8 @@ State readState(IPMI20_SESSION_T* session, const ph::Service& service) {
 
 } // namespace
 
+PH_EXPORT_CLASS_FAMILY(ProtocolService, Record, definition)
+
 int PH_Fill_ProtocolService(IPMI20_SESSION_T* session, ProtocolServiceRecord* record) {
     const ph::Service* service = ph::findService(record->Name);
     if (service == nullptr)
@@ -140,4 +168,10 @@ int PH_Fill_ProtocolService(IPMI20_SESSION_T* session, ProtocolServiceRecord* re
     return 0;
 }
 
-PH_EXPORT_CLASS_FAMILY(ProtocolService, Record, definition)
+int PH_ProtocolServiceRequestStateChange(const CMPIBroker* broker, const CMPIResult* result,
+                                         const CMPIObjectPath* ref, const CMPIArgs* in, CMPIArgs* out,
+                                         CMPIString** keyValues, CMPIStatus* status) {
+    return ph::resultOf(ph::engine::carryOut(
+        ph::family_ProtocolService, methods[0],
+        {.broker = broker, .result = result, .ref = ref, .in = in, .out = out}, keyValues, status));
+}

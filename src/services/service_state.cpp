@@ -1,12 +1,9 @@
-// Switching a service, and the method that asks for it.
+// Switching a service.
 #include "provider_helper/services.h"
 #include "services/service_list.h"
 #include "Utility/back_ends.h"
-#include "Utility/method_job.h"
 #include "Utility/request_status.h"
 
-#include <cmpimacs.h>
-#include <cstdio>
 #include <cstring>
 #include <unistd.h>
 
@@ -17,10 +14,6 @@ constexpr std::uint16_t enabled = 2;
 constexpr std::uint16_t disabled = 3;
 constexpr std::uint16_t reset = 11;
 constexpr unsigned int resetSeconds = 3; // a service that is reset stays off
-
-bool isCarriedOut(std::uint16_t state) {
-    return state == enabled || state == disabled || state == reset;
-}
 
 // A service of the BMC and its settings, of which only the switch is changed.
 class ServiceSwitch {
@@ -68,66 +61,8 @@ private:
     CIM_ServiceSettings settings_{};
 };
 
-struct MethodCall {
-    const CMPIBroker* broker;
-    const CMPIObjectPath* ref;
-    const CMPIArgs* in;
-    CMPIArgs* out;
-    const char* serviceName;
-    CMPIStatus* status;
-};
-
-int refuse(const MethodCall& call, CMPIrc code, const char* message) {
-    fail(call.broker, call.status, code, message);
-    return -1;
-}
-
-int changeState(const MethodCall& call, std::uint32_t& value) {
-    MethodJob job;
-    if (!job.makePath(call.broker, call.ref))
-        return refuse(call, CMPI_RC_ERR_FAILED, noJobPath);
-    if (call.serviceName == nullptr)
-        return refuse(call, CMPI_RC_ERR_INVALID_PARAMETER, "Key Value Missing");
-    if (call.in == nullptr || CMGetArgCount(call.in, nullptr) == 0)
-        return refuse(call, CMPI_RC_ERR_INVALID_PARAMETER, "Input Parameter is empty");
-    const auto requested = argument(call.in, "RequestedState");
-    if (!requested)
-        return refuse(call, CMPI_RC_ERR_INVALID_PARAMETER, "RequestedState Parameter is Invalid");
-    std::uint16_t state = 0;
-    if (GetUINT16Value(*requested, &state) != 0)
-        return refuse(call, CMPI_RC_ERR_INVALID_PARAMETER, "RequestedState parameter value is invalid");
-
-    char jobName[64];
-    std::snprintf(jobName, sizeof(jobName), "%.40s_RequestStateChange", call.serviceName);
-    char message[PH_SERVICE_MESSAGE_SIZE] = "Unable to record how the job ended."; // unless the change fails
-    const auto outcome = job.carryOut(jobName, [&] {
-        return isCarriedOut(state)
-                   ? PH_RequestStateChange_DB(state, call.serviceName, message) == 0
-                   : explain(message, PH_SERVICE_MESSAGE_SIZE, "Invalid Parameter value") == 0;
-    });
-    if (outcome == MethodJob::Outcome::NoJob)
-        return refuse(call, CMPI_RC_ERR_FAILED, noJob);
-    const bool isReturned = job.returnReference(call.out);
-    if (outcome == MethodJob::Outcome::Done && isReturned)
-        return 0;
-    value = methodFailed;
-    const CMPIrc code = isCarriedOut(state) ? CMPI_RC_ERR_FAILED : CMPI_RC_ERR_INVALID_PARAMETER;
-    return refuse(call, code, message);
-}
-
 } // namespace
 } // namespace ph
-
-int PH_ProtocolServiceRequestStateChange(const CMPIBroker* broker, const CMPIResult* result,
-                                         const CMPIObjectPath* ref, const CMPIArgs* in, CMPIArgs* out,
-                                         CMPIString** keyValues, CMPIStatus* status) {
-    constexpr std::size_t nameKey = 3;
-    std::uint32_t value = ph::methodDone;
-    const int outcome =
-        ph::changeState({broker, ref, in, out, CMGetCharsPtr(keyValues[nameKey], nullptr), status}, value);
-    ph::returnValue(result, value);
-    return outcome;
-}
 
 int PH_RequestStateChange_DB(uint16_t requestedState, const char* serviceName, char* message) {
     ph::Database database;
