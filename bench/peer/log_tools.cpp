@@ -66,11 +66,10 @@ int enumerate() {
 }
 
 int readBare(ipmi::Transport& bmc) {
-    constexpr std::uint8_t getSelEntry = 0x43;
     std::size_t count = 0;
     for (std::uint16_t next = 0; next != 0xFFFF; ++count) {
         const auto answer =
-            ipmi::run(bmc, ipmi::netFn::storage, getSelEntry,
+            ipmi::run(bmc, ipmi::command::getSelEntry,
                       {0, 0, static_cast<std::uint8_t>(next), static_cast<std::uint8_t>(next >> 8), 0, 0xFF});
         next = answer.reader().u16();
     }

@@ -14,11 +14,10 @@
 namespace {
 
 constexpr int sensorCount = 180;
-constexpr std::uint8_t getSensorReading = 0x2D;
 
 int runLoop(ipmi::Transport& bmc) {
     for (int number = 1; number <= sensorCount; ++number)
-        ipmi::run(bmc, ipmi::netFn::sensorEvent, getSensorReading, {static_cast<std::uint8_t>(number)});
+        ipmi::run(bmc, ipmi::command::getSensorReading, {static_cast<std::uint8_t>(number)});
     return 0;
 }
 

@@ -13,9 +13,8 @@ enum class Control : std::uint8_t { // IPMI 2.0 table 28-4
 };
 
 int controlChassis(const char* hook, const IPMI20_SESSION_T* session, int timeout, Control control) {
-    constexpr std::uint8_t chassisControl = 0x02;
     return hooks::guarded(hook, [&] {
-        ipmi::run(hooks::sessionOf(session, timeout), ipmi::netFn::chassis, chassisControl,
+        ipmi::run(hooks::sessionOf(session, timeout), ipmi::command::chassisControl,
                   {static_cast<std::uint8_t>(control)});
     });
 }

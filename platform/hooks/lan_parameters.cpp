@@ -29,8 +29,7 @@ bool ifPresent(std::span<std::uint8_t> bytes, Read read) {
 } // namespace
 
 void LanParameters::get(std::uint8_t parameter, std::uint8_t set, std::span<std::uint8_t> bytes) const {
-    const auto answer =
-        ipmi::run(bmc_, ipmi::netFn::transport, ipmi::lan::getParameters, {channel_, parameter, set, 0});
+    const auto answer = ipmi::run(bmc_, ipmi::command::getLanConfiguration, {channel_, parameter, set, 0});
     auto reader = answer.reader();
     reader.skip(1); // parameter revision
     const auto value = reader.bytes(bytes.size());
@@ -73,7 +72,7 @@ void LanParameters::write(std::uint8_t parameter, std::span<const std::uint8_t> 
     std::array<std::uint8_t, 32> storage;
     ipmi::Writer request(storage);
     request.u8(channel_).u8(parameter).bytes(bytes);
-    ipmi::run(bmc_, ipmi::netFn::transport, ipmi::lan::setParameters, request.written());
+    ipmi::run(bmc_, ipmi::command::setLanConfiguration, request.written());
 }
 
 void LanParameters::writeByte(std::uint8_t parameter, std::uint8_t value) const {

@@ -8,15 +8,16 @@
 namespace hooks {
 
 // Nothing where the BMC does not have the command. Throws what ipmi::run does.
-std::optional<ipmi::Answer> askOem(Session& bmc, std::uint8_t command, std::span<const std::uint8_t> request);
-inline std::optional<ipmi::Answer> askOem(Session& bmc, std::uint8_t command,
+std::optional<ipmi::Answer> askOem(Session& bmc, ipmi::CommandCode command,
+                                   std::span<const std::uint8_t> request);
+inline std::optional<ipmi::Answer> askOem(Session& bmc, ipmi::CommandCode command,
                                           std::initializer_list<std::uint8_t> request = {}) {
     return askOem(bmc, command, std::span(request.begin(), request.size()));
 }
 
 // The same for a command that there has to be: throws std::runtime_error where there is none.
-ipmi::Answer runOem(Session& bmc, std::uint8_t command, std::span<const std::uint8_t> request);
-inline ipmi::Answer runOem(Session& bmc, std::uint8_t command,
+ipmi::Answer runOem(Session& bmc, ipmi::CommandCode command, std::span<const std::uint8_t> request);
+inline ipmi::Answer runOem(Session& bmc, ipmi::CommandCode command,
                            std::initializer_list<std::uint8_t> request = {}) {
     return runOem(bmc, command, std::span(request.begin(), request.size()));
 }

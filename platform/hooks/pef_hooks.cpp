@@ -17,8 +17,8 @@ void requirePlace(const void* place) {
 }
 
 CIM_PEFEntry readEntry(ipmi::Transport& bmc, std::uint8_t filterNumber) {
-    const auto answer = ipmi::run(bmc, ipmi::netFn::sensorEvent, pef::getParameters,
-                                  {pef::parameter::filter, filterNumber, 0});
+    const auto answer =
+        ipmi::run(bmc, ipmi::command::getPefConfiguration, {pef::parameter::filter, filterNumber, 0});
     auto reader = answer.reader();
     reader.skip(1); // parameter revision
     const std::uint8_t selector = reader.u8() & selectorMask;
@@ -34,7 +34,7 @@ CIM_PEFEntry readEntry(ipmi::Transport& bmc, std::uint8_t filterNumber) {
 
 std::uint8_t readCount(ipmi::Transport& bmc) {
     const auto answer =
-        ipmi::run(bmc, ipmi::netFn::sensorEvent, pef::getParameters, {pef::parameter::filterCount, 0, 0});
+        ipmi::run(bmc, ipmi::command::getPefConfiguration, {pef::parameter::filterCount, 0, 0});
     auto reader = answer.reader();
     reader.skip(1); // parameter revision
     const std::uint8_t count = reader.u8() & selectorMask;
@@ -70,6 +70,6 @@ int CIM_SetPEFEntry(IPMI20_SESSION_T* session, uint8_t filterNumber, const CIM_P
             throw std::invalid_argument("no filter given");
         std::uint8_t request[2 + pef::filterSize] = {pef::parameter::filter, filterNumber};
         std::memcpy(request + 2, entry, sizeof *entry);
-        ipmi::run(hooks::sessionOf(session, timeout), ipmi::netFn::sensorEvent, pef::setParameters, request);
+        ipmi::run(hooks::sessionOf(session, timeout), ipmi::command::setPefConfiguration, request);
     });
 }

@@ -32,7 +32,7 @@ std::uint32_t recordsIn(std::uint32_t units, std::uint32_t unitSize) {
 }
 
 std::uint16_t maxEntries(ipmi::Transport& bmc) {
-    const auto answer = ipmi::ask(bmc, ipmi::netFn::storage, sel::getAllocationInfo, {});
+    const auto answer = ipmi::ask(bmc, ipmi::command::getSelAllocationInfo, {});
     if (answer.code() == completion::success) {
         auto reader = answer.reader();
         const std::uint32_t units = reader.u16();
@@ -62,7 +62,7 @@ bool readChain(hooks::Session& bmc, int timeout, std::span<CIM_SELEntry> entries
         if (code == completion::notPresent || code == completion::reservationCanceled)
             return false;
         if (code != completion::success)
-            throw ipmi::CompletionCodeError(ipmi::netFn::storage, sel::getEntry, code);
+            throw ipmi::CompletionCodeError(ipmi::command::getSelEntry, code);
         seen.set(count == 0 ? PH_SelRecordId(entry.record) : next);
         next = idOf(entry.nextRecordId);
         if (next != sel::noNextRecord && seen.test(next))
@@ -92,11 +92,11 @@ Erasure clearLog(ipmi::Transport& bmc, std::uint16_t reservation, std::uint8_t a
     constexpr std::uint8_t completed = 1;
     std::uint8_t request[6];
     ipmi::Writer(request).u16(reservation).bytes({'C', 'L', 'R', action});
-    const auto answer = ipmi::ask(bmc, ipmi::netFn::storage, sel::clear, request);
+    const auto answer = ipmi::ask(bmc, ipmi::command::clearSel, request);
     if (answer.code() == completion::reservationCanceled)
         return Erasure::ReservationLost;
     if (answer.code() != completion::success)
-        throw ipmi::CompletionCodeError(ipmi::netFn::storage, sel::clear, answer.code());
+        throw ipmi::CompletionCodeError(ipmi::command::clearSel, answer.code());
     auto reader = answer.reader();
     const std::uint8_t progress = reader.u8() & 0x0F;
     answer.verify(reader);
@@ -149,7 +149,7 @@ int CIM_GetSELEntry(IPMI20_SESSION_T* session, const CIM_SELEntryRequest* reques
         hooks::SelReader reader(hooks::sessionOf(session, timeout));
         answer->completionCode = reader.read(idOf(required(request).recordId), answer->entry);
         if (answer->completionCode != completion::success)
-            throw ipmi::CompletionCodeError(ipmi::netFn::storage, sel::getEntry, answer->completionCode);
+            throw ipmi::CompletionCodeError(ipmi::command::getSelEntry, answer->completionCode);
     });
 }
 
@@ -159,7 +159,7 @@ int CIM_GetSELPolicy(IPMI20_SESSION_T* session, uint8_t* policy, int timeout) {
         required(policy) = 0;
         if (!bmc.hasOemCommands())
             return;
-        const auto answer = ipmi::ask(bmc, ipmi::netFn::oem, ipmi::oem::getSelPolicy, {});
+        const auto answer = ipmi::ask(bmc, ipmi::oem::getSelPolicy, {});
         const auto data = answer.data();
         if (answer.code() == completion::success && data.size() == 1 && data[0] <= 1)
             *policy = data[0];

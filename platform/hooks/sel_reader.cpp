@@ -9,7 +9,7 @@ namespace completion = ipmi::completion;
 namespace sel {
 
 Info readInfo(ipmi::Transport& bmc) {
-    const auto answer = ipmi::run(bmc, ipmi::netFn::storage, getInfo);
+    const auto answer = ipmi::run(bmc, ipmi::command::getSelInfo);
     auto reader = answer.reader();
     reader.skip(1); // version
     Info info{};
@@ -22,11 +22,11 @@ Info readInfo(ipmi::Transport& bmc) {
 }
 
 std::uint16_t makeReservation(ipmi::Transport& bmc) {
-    const auto answer = ipmi::ask(bmc, ipmi::netFn::storage, reserve, {});
+    const auto answer = ipmi::ask(bmc, ipmi::command::reserveSel, {});
     if (answer.code() == completion::invalidCommand)
         return 0;
     if (answer.code() != completion::success)
-        throw ipmi::CompletionCodeError(ipmi::netFn::storage, reserve, answer.code());
+        throw ipmi::CompletionCodeError(ipmi::command::reserveSel, answer.code());
     auto reader = answer.reader();
     const std::uint16_t id = reader.u16();
     answer.verify(reader);
@@ -46,7 +46,7 @@ std::uint8_t SelReader::readPart(std::uint16_t recordId, std::uint8_t offset, st
                                  CIM_SELEntry& entry) {
     std::uint8_t request[6];
     ipmi::Writer(request).u16(reservation_).u16(recordId).u8(offset).u8(size);
-    const auto answer = ipmi::ask(bmc_, ipmi::netFn::storage, sel::getEntry, request);
+    const auto answer = ipmi::ask(bmc_, ipmi::command::getSelEntry, request);
     if (answer.code() != completion::success)
         return answer.code();
     auto reader = answer.reader();

@@ -9,12 +9,6 @@ namespace hooks {
 
 namespace sel {
 
-inline constexpr std::uint8_t getInfo = 0x40; // commands of network function Storage
-inline constexpr std::uint8_t getAllocationInfo = 0x41;
-inline constexpr std::uint8_t reserve = 0x42;
-inline constexpr std::uint8_t getEntry = 0x43;
-inline constexpr std::uint8_t clear = 0x47;
-
 inline constexpr std::uint16_t firstRecord = 0x0000; // as the ID asked for
 inline constexpr std::uint16_t noNextRecord = 0xFFFF;
 inline constexpr std::uint8_t wholeRecord = 0xFF; // as the number of bytes asked for

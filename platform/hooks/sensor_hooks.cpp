@@ -3,17 +3,15 @@
 
 #include <stdexcept>
 
-namespace {
-constexpr std::uint8_t getSensorReading = 0x2D;
-}
+namespace {}
 
 int CIM_GetSensorReading(IPMI20_SESSION_T* session, uint8_t sensorNumber, CIM_SensorReading* answer,
                          int timeout) {
     return hooks::guarded(__func__, [&] {
         if (answer == nullptr)
             throw std::invalid_argument("no place for the reading given");
-        const auto reply = ipmi::ask(hooks::sessionOf(session, timeout), ipmi::netFn::sensorEvent,
-                                     getSensorReading, std::span(&sensorNumber, 1));
+        const auto reply = ipmi::ask(hooks::sessionOf(session, timeout), ipmi::command::getSensorReading,
+                                     std::span(&sensorNumber, 1));
         *answer = {};
         answer->completionCode = reply.code();
         if (reply.code() != ipmi::completion::success)

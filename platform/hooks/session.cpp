@@ -9,16 +9,14 @@
 namespace hooks {
 namespace {
 
-constexpr std::uint8_t getDeviceId = 0x01; // IPMI 2.0, 20.1
-
 bool isLan(ipmi::Transport& bmc, std::uint8_t channel) {
     const auto answer =
-        ipmi::ask(bmc, ipmi::netFn::app, ipmi::channel::getInfo, std::span<const std::uint8_t>(&channel, 1));
+        ipmi::ask(bmc, ipmi::command::getChannelInfo, std::span<const std::uint8_t>(&channel, 1));
     const std::uint8_t code = answer.code();
     if (ipmi::completion::meansAbsent(code) || code == ipmi::completion::invalidCommand)
         return false;
     if (code != ipmi::completion::success)
-        throw ipmi::CompletionCodeError(ipmi::netFn::app, ipmi::channel::getInfo, code);
+        throw ipmi::CompletionCodeError(ipmi::command::getChannelInfo, code);
     auto reader = answer.reader();
     reader.skip(1); // the channel again
     const std::uint8_t medium = reader.u8() & 0x7F;
@@ -62,7 +60,7 @@ const std::vector<std::uint8_t>& Session::lanChannels() {
 
 bool Session::hasOemCommands() {
     if (!hasOemCommands_) {
-        const auto answer = ipmi::run(*this, ipmi::netFn::app, getDeviceId);
+        const auto answer = ipmi::run(*this, ipmi::command::getDeviceId);
         auto reader = answer.reader();
         reader.skip(6); // device ID and revision, firmware revision, IPMI version, additional devices
         const std::uint32_t manufacturer = reader.u24() & 0xFFFFF;

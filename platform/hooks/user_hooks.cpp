@@ -10,10 +10,6 @@ namespace {
 
 using ipmi::Transport;
 
-constexpr std::uint8_t setUserAccess = 0x43;
-constexpr std::uint8_t setUserName = 0x45;
-constexpr std::uint8_t setUserPassword = 0x47;
-
 enum PasswordOperation : std::uint8_t { disableUser, enableUser, setPassword, testPassword };
 
 constexpr std::uint8_t lastUser = 63;
@@ -66,11 +62,11 @@ struct AccessSettings {
 void writeUserName(Transport& bmc, std::uint8_t user, std::string_view name) {
     std::array<std::uint8_t, 1 + hooks::userNameSize> request{user};
     std::ranges::copy(name, request.begin() + 1);
-    ipmi::run(bmc, ipmi::netFn::app, setUserName, request);
+    ipmi::run(bmc, ipmi::command::setUserName, request);
 }
 
 void writeEnabled(Transport& bmc, std::uint8_t user, bool isEnabled) {
-    ipmi::run(bmc, ipmi::netFn::app, setUserPassword, {user, isEnabled ? enableUser : disableUser});
+    ipmi::run(bmc, ipmi::command::setUserPassword, {user, isEnabled ? enableUser : disableUser});
 }
 
 // `slot` says which form the password has.
@@ -80,13 +76,13 @@ void sendPassword(Transport& bmc, std::uint8_t slot, std::uint8_t operation, std
     request.bytes()[1] = operation;
     std::ranges::copy(password, request.bytes().begin() + 2);
     const std::size_t size = 2 + ((slot & CIM_USER_PASSWORD_20) != 0 ? longForm : shortForm);
-    ipmi::run(bmc, ipmi::netFn::app, setUserPassword, std::span(request.bytes()).first(size));
+    ipmi::run(bmc, ipmi::command::setUserPassword, std::span(request.bytes()).first(size));
 }
 
 // `access` as hooks::UserAccess has it.
 void sendAccess(Transport& bmc, std::uint8_t channel, std::uint8_t user, std::uint8_t access) {
     constexpr std::uint8_t changesBits = 0x80;
-    ipmi::run(bmc, ipmi::netFn::app, setUserAccess,
+    ipmi::run(bmc, ipmi::command::setUserAccess,
               {static_cast<std::uint8_t>(changesBits | (access & 0x70) | channel), user,
                static_cast<std::uint8_t>(access & 0x0F)});
 }

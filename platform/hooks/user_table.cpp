@@ -9,9 +9,6 @@ namespace {
 
 namespace completion = ipmi::completion;
 
-constexpr std::uint8_t getUserAccess = 0x44;
-constexpr std::uint8_t getUserName = 0x46;
-
 bool hasUser(ipmi::Transport& bmc, std::string_view name) {
     const auto maxUsers = readUserAccess(bmc, presentChannel, firstUser).maxUsers;
     for (std::uint8_t user = firstUser; user <= maxUsers; ++user)
@@ -23,7 +20,7 @@ bool hasUser(ipmi::Transport& bmc, std::string_view name) {
 } // namespace
 
 UserAccess readUserAccess(ipmi::Transport& bmc, std::uint8_t channel, std::uint8_t user) {
-    const auto answer = ipmi::run(bmc, ipmi::netFn::app, getUserAccess, {channel, user});
+    const auto answer = ipmi::run(bmc, ipmi::command::getUserAccess, {channel, user});
     auto reader = answer.reader();
     const std::uint8_t maxUsers = reader.u8() & 0x3F;
     const unsigned enableStatus =
@@ -35,11 +32,11 @@ UserAccess readUserAccess(ipmi::Transport& bmc, std::uint8_t channel, std::uint8
 }
 
 std::string readUserName(ipmi::Transport& bmc, std::uint8_t user) {
-    const auto answer = ipmi::ask(bmc, ipmi::netFn::app, getUserName, std::span(&user, 1));
+    const auto answer = ipmi::ask(bmc, ipmi::command::getUserName, std::span(&user, 1));
     if (completion::meansAbsent(answer.code()))
         return {};
     if (answer.code() != completion::success)
-        throw ipmi::CompletionCodeError(ipmi::netFn::app, getUserName, answer.code());
+        throw ipmi::CompletionCodeError(ipmi::command::getUserName, answer.code());
     auto reader = answer.reader();
     const auto bytes = reader.bytes(userNameSize);
     answer.verify(reader);

@@ -48,9 +48,10 @@ bool asksForPatience(std::uint8_t code) {
     return code == completion::nodeBusy || code == completion::timeout;
 }
 
-std::string describe(std::uint8_t netFn, std::uint8_t command, const std::string& problem) {
+std::string describe(CommandCode command, const std::string& problem) {
     char name[64];
-    std::snprintf(name, sizeof name, "IPMI command %02Xh of network function %02Xh: ", command, netFn);
+    std::snprintf(name, sizeof name, "IPMI command %02Xh of network function %02Xh: ", command.number,
+                  command.netFn);
     return name + problem;
 }
 
@@ -73,27 +74,23 @@ const char* completionCodeText(std::uint8_t code) {
     return "reserved completion code";
 }
 
-CompletionCodeError::CompletionCodeError(std::uint8_t netFunction, std::uint8_t commandNumber,
-                                         std::uint8_t completionCode)
-    : std::runtime_error(describe(netFunction, commandNumber, describeCode(completionCode))),
-      netFn(netFunction),
-      command(commandNumber),
+CompletionCodeError::CompletionCodeError(CommandCode commandCode, std::uint8_t completionCode)
+    : std::runtime_error(describe(commandCode, describeCode(completionCode))),
+      command(commandCode),
       code(completionCode) {}
 
-ShortAnswerError::ShortAnswerError(std::uint8_t netFn, std::uint8_t command, std::size_t size)
-    : std::runtime_error(
-          describe(netFn, command, "answer of " + std::to_string(size) + " bytes is too short")) {}
+ShortAnswerError::ShortAnswerError(CommandCode command, std::size_t size)
+    : std::runtime_error(describe(command, "answer of " + std::to_string(size) + " bytes is too short")) {}
 
 void Answer::verify(const Reader& reader) const {
     if (!reader.ok())
-        throw ShortAnswerError(netFn_, command_, size_);
+        throw ShortAnswerError(command_, size_);
 }
 
-Answer ask(Transport& transport, std::uint8_t netFn, std::uint8_t command,
-           std::span<const std::uint8_t> request) {
-    Answer answer(netFn, command);
+Answer ask(Transport& transport, CommandCode command, std::span<const std::uint8_t> request) {
+    Answer answer(command);
     for (unsigned attempt = 1;; ++attempt) {
-        const std::size_t size = transport.exchange(netFn, command, request, answer.bytes_);
+        const std::size_t size = transport.exchange(command.netFn, command.number, request, answer.bytes_);
         if (size < 1 || size > answer.bytes_.size())
             throw TransportError("the BMC's answer has no completion code");
         answer.size_ = size;
@@ -103,11 +100,10 @@ Answer ask(Transport& transport, std::uint8_t netFn, std::uint8_t command,
     }
 }
 
-Answer run(Transport& transport, std::uint8_t netFn, std::uint8_t command,
-           std::span<const std::uint8_t> request) {
-    Answer answer = ask(transport, netFn, command, request);
+Answer run(Transport& transport, CommandCode command, std::span<const std::uint8_t> request) {
+    Answer answer = ask(transport, command, request);
     if (answer.code() != completion::success)
-        throw CompletionCodeError(netFn, command, answer.code());
+        throw CompletionCodeError(command, answer.code());
     return answer;
 }
 

@@ -1,24 +1,11 @@
 // One IPMI command: request out, answer's data back, completion code checked.
 #pragma once
 
+#include "ipmi/commands.h"
 #include "ipmi/message.h"
 #include "ipmi/transport.h"
 
 namespace ipmi {
-
-// Network functions of requests (IPMI 2.0 table 5-1).
-namespace netFn {
-inline constexpr std::uint8_t chassis = 0x00;
-inline constexpr std::uint8_t bridge = 0x02;
-inline constexpr std::uint8_t sensorEvent = 0x04;
-inline constexpr std::uint8_t app = 0x06;
-inline constexpr std::uint8_t firmware = 0x08;
-inline constexpr std::uint8_t storage = 0x0A;
-inline constexpr std::uint8_t transport = 0x0C;
-inline constexpr std::uint8_t groupExtension = 0x2C;
-inline constexpr std::uint8_t oemGroup = 0x2E;
-inline constexpr std::uint8_t oem = 0x30; // first of the controller-specific ones, 30h to 3Eh
-} // namespace netFn
 
 // Completion codes that callers tell apart (IPMI 2.0 table 5-2).
 namespace completion {
@@ -59,15 +46,14 @@ const char* completionCodeText(std::uint8_t code);
 
 // The BMC answered with a completion code other than 00h.
 struct PH_IPMI_EXPORT CompletionCodeError : std::runtime_error {
-    CompletionCodeError(std::uint8_t netFn, std::uint8_t command, std::uint8_t code);
-    std::uint8_t netFn;
-    std::uint8_t command;
+    CompletionCodeError(CommandCode command, std::uint8_t code);
+    CommandCode command;
     std::uint8_t code;
 };
 
 // The BMC answered with success and fewer bytes than the command's answer has.
 struct PH_IPMI_EXPORT ShortAnswerError : std::runtime_error {
-    ShortAnswerError(std::uint8_t netFn, std::uint8_t command, std::size_t size);
+    ShortAnswerError(CommandCode command, std::size_t size);
 };
 
 class Answer {
@@ -85,26 +71,23 @@ public:
     void verify(const Reader& reader) const;
 
 private:
-    friend Answer ask(Transport&, std::uint8_t, std::uint8_t, std::span<const std::uint8_t>);
-    Answer(std::uint8_t netFn, std::uint8_t command) : netFn_(netFn), command_(command) {}
+    friend Answer ask(Transport&, CommandCode, std::span<const std::uint8_t>);
+    explicit Answer(CommandCode command) : command_(command) {}
 
     std::array<std::uint8_t, maxMessage> bytes_{};
     std::size_t size_ = 1;
-    std::uint8_t netFn_;
-    std::uint8_t command_;
+    CommandCode command_;
 };
 
 // Runs one command whatever its completion code; a BMC that is busy (C0h, C3h) is asked again a few times
 // before that is the answer. Throws TransportError.
-Answer ask(Transport& transport, std::uint8_t netFn, std::uint8_t command,
-           std::span<const std::uint8_t> request);
+Answer ask(Transport& transport, CommandCode command, std::span<const std::uint8_t> request);
 
 // Runs one command that has to succeed. Throws TransportError or CompletionCodeError.
-Answer run(Transport& transport, std::uint8_t netFn, std::uint8_t command,
-           std::span<const std::uint8_t> request);
-inline Answer run(Transport& transport, std::uint8_t netFn, std::uint8_t command,
+Answer run(Transport& transport, CommandCode command, std::span<const std::uint8_t> request);
+inline Answer run(Transport& transport, CommandCode command,
                   std::initializer_list<std::uint8_t> request = {}) {
-    return run(transport, netFn, command, std::span(request.begin(), request.size()));
+    return run(transport, command, std::span(request.begin(), request.size()));
 }
 
 } // namespace ipmi

@@ -1,4 +1,4 @@
-// Numbers of the LAN configuration commands and of their parameters (IPMI 2.0 revision 1.1, 23.1, 23.2, table
+// Parameters of the LAN configuration commands (IPMI 2.0 revision 1.1, 23.1, 23.2, table
 // 23-4).
 #pragma once
 
@@ -6,8 +6,6 @@
 
 namespace ipmi::lan {
 
-inline constexpr std::uint8_t setParameters = 0x01;
-inline constexpr std::uint8_t getParameters = 0x02;
 inline constexpr std::uint8_t parameterRevision = 0x11;
 
 namespace parameter {
@@ -77,7 +75,7 @@ inline constexpr std::uint8_t parameterIsWriteOnly = 0x83;
 
 namespace ipmi::channel {
 
-inline constexpr std::uint8_t getInfo = 0x42; // application network function; IPMI 2.0, 22.24
+// Of Get Channel Info (IPMI 2.0, 22.24).
 inline constexpr std::uint8_t mediumLan = 0x04;
 inline constexpr std::uint8_t protocolIpmb = 0x01;
 inline constexpr std::uint8_t last = 11; // of those that media are assigned to

@@ -13,7 +13,6 @@ constexpr unsigned shortestMessageTimeout = 500; // milliseconds
 constexpr int openAttempts = 4;
 constexpr unsigned probeTimeout = 4000; // milliseconds
 
-constexpr std::uint8_t getChannelAuthenticationCapabilities = 0x38;
 constexpr std::uint8_t presentChannel = 0x0E;
 constexpr std::uint8_t withIpmi20Data = 0x80;
 
@@ -77,7 +76,8 @@ void LanTransport::probe() const {
         context.fail("cannot reach the BMC");
     const std::uint8_t request[] = {presentChannel | withIpmi20Data, IPMI_PRIVILEGE_LEVEL_ADMIN};
     std::uint8_t answer[maxMessage];
-    context.exchange(netFn::app, getChannelAuthenticationCapabilities, request, answer);
+    constexpr CommandCode ask = command::getChannelAuthenticationCapabilities;
+    context.exchange(ask.netFn, ask.number, request, answer);
 }
 
 // FreeIPMI takes the copy of an answer that the network delivered twice for the answer to its next message,

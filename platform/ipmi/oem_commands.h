@@ -2,6 +2,8 @@
 // who answer them.
 #pragma once
 
+#include "ipmi/commands.h"
+
 #include <cstddef>
 #include <cstdint>
 
@@ -12,28 +14,28 @@ inline constexpr std::uint32_t manufacturer = 32473; // the enterprise number of
 inline constexpr std::uint16_t product = 0x5048;
 
 // Services.
-inline constexpr std::uint8_t getServiceConfiguration = 0x10;
-inline constexpr std::uint8_t setServiceConfiguration = 0x11;
+inline constexpr CommandCode getServiceConfiguration{netFn::oem, 0x10};
+inline constexpr CommandCode setServiceConfiguration{netFn::oem, 0x11};
 
 // Network.
-inline constexpr std::uint8_t getInterfaceName = 0x20;
-inline constexpr std::uint8_t getLanEnable = 0x21;
-inline constexpr std::uint8_t setLanEnable = 0x22;
-inline constexpr std::uint8_t getBond = 0x23;
-inline constexpr std::uint8_t setBond = 0x24;
-inline constexpr std::uint8_t getPhy = 0x25;
-inline constexpr std::uint8_t getEthernetSettings = 0x26;
+inline constexpr CommandCode getInterfaceName{netFn::oem, 0x20};
+inline constexpr CommandCode getLanEnable{netFn::oem, 0x21};
+inline constexpr CommandCode setLanEnable{netFn::oem, 0x22};
+inline constexpr CommandCode getBond{netFn::oem, 0x23};
+inline constexpr CommandCode setBond{netFn::oem, 0x24};
+inline constexpr CommandCode getPhy{netFn::oem, 0x25};
+inline constexpr CommandCode getEthernetSettings{netFn::oem, 0x26};
 
 // Mail.
-inline constexpr std::uint8_t getMailDestination = 0x40;
-inline constexpr std::uint8_t setMailDestination = 0x41;
-inline constexpr std::uint8_t getMailText = 0x42;
-inline constexpr std::uint8_t setMailText = 0x43;
-inline constexpr std::uint8_t getMailServer = 0x44;
-inline constexpr std::uint8_t setMailServer = 0x45;
+inline constexpr CommandCode getMailDestination{netFn::oem, 0x40};
+inline constexpr CommandCode setMailDestination{netFn::oem, 0x41};
+inline constexpr CommandCode getMailText{netFn::oem, 0x42};
+inline constexpr CommandCode setMailText{netFn::oem, 0x43};
+inline constexpr CommandCode getMailServer{netFn::oem, 0x44};
+inline constexpr CommandCode setMailServer{netFn::oem, 0x45};
 
 // Event log.
-inline constexpr std::uint8_t getSelPolicy = 0x60;
+inline constexpr CommandCode getSelPolicy{netFn::oem, 0x60};
 
 // Texts of the mail commands, in blocks: of an alert destination (channel, selector), of a user (user ID, 0)
 // and of a mail server (channel, 0 primary or 1 secondary).

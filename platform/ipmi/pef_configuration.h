@@ -1,4 +1,4 @@
-// Numbers of the PEF configuration commands and of their parameters (IPMI 2.0, 30.1 to 30.4, table 30-6).
+// Parameters of the PEF configuration commands (IPMI 2.0, 30.1 to 30.4, table 30-6).
 #pragma once
 
 #include <cstddef>
@@ -6,9 +6,6 @@
 
 namespace ipmi::pef {
 
-inline constexpr std::uint8_t getCapabilities = 0x10;
-inline constexpr std::uint8_t setParameters = 0x12;
-inline constexpr std::uint8_t getParameters = 0x13;
 inline constexpr std::uint8_t version = 0x51; // BCD, low digit first: 1.5
 inline constexpr std::uint8_t parameterRevision = 0x11;
 

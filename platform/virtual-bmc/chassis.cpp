@@ -107,9 +107,9 @@ std::uint8_t getSystemRestartCause(State& state, ipmi::Reader, ipmi::Writer& ans
 }
 
 constexpr Command commandTable[] = {
-    {ipmi::netFn::chassis, 0x01, 0, getChassisStatus},
-    {ipmi::netFn::chassis, 0x02, 1, chassisControl},
-    {ipmi::netFn::chassis, 0x07, 0, getSystemRestartCause},
+    {ipmi::command::getChassisStatus, 0, getChassisStatus},
+    {ipmi::command::chassisControl, 1, chassisControl},
+    {ipmi::command::getSystemRestartCause, 0, getSystemRestartCause},
 };
 
 } // namespace

@@ -13,7 +13,7 @@ constexpr unsigned keyOf(std::uint8_t netFn, std::uint8_t command) {
 }
 
 unsigned keyOfCommand(const Command& command) {
-    return keyOf(command.netFn, command.command);
+    return keyOf(command.code.netFn, command.code.number);
 }
 
 // The commands of all parts, in the order of their keys.

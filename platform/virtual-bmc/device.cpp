@@ -53,10 +53,10 @@ std::uint8_t getSystemGuid(State& state, ipmi::Reader, ipmi::Writer& answer) {
 }
 
 constexpr Command commandTable[] = {
-    {ipmi::netFn::app, 0x01, 0, getDeviceId},
-    {ipmi::netFn::app, 0x04, 0, getSelfTestResults},
-    {ipmi::netFn::app, 0x08, 0, getDeviceGuid},
-    {ipmi::netFn::app, 0x37, 0, getSystemGuid},
+    {ipmi::command::getDeviceId, 0, getDeviceId},
+    {ipmi::command::getSelfTestResults, 0, getSelfTestResults},
+    {ipmi::command::getDeviceGuid, 0, getDeviceGuid},
+    {ipmi::command::getSystemGuid, 0, getSystemGuid},
 };
 
 constexpr bool isHyphen(std::size_t position) {

@@ -42,8 +42,8 @@ std::uint8_t readFruData(State& state, ipmi::Reader request, ipmi::Writer& answe
 }
 
 constexpr Command commandTable[] = {
-    {ipmi::netFn::storage, 0x10, 1, getFruInventoryAreaInfo},
-    {ipmi::netFn::storage, 0x11, 4, readFruData},
+    {ipmi::command::getFruInventoryAreaInfo, 1, getFruInventoryAreaInfo},
+    {ipmi::command::readFruData, 4, readFruData},
 };
 
 } // namespace

@@ -106,13 +106,13 @@ std::uint8_t getEthernetSettings(State& state, ipmi::Reader, ipmi::Writer& answe
 }
 
 constexpr Command commandTable[] = {
-    {ipmi::netFn::oem, oem::getInterfaceName, 1, getInterfaceName},
-    {ipmi::netFn::oem, oem::getLanEnable, 1, getLanEnable},
-    {ipmi::netFn::oem, oem::setLanEnable, 2, setLanEnable},
-    {ipmi::netFn::oem, oem::getBond, 0, getBond},
-    {ipmi::netFn::oem, oem::setBond, 6, setBond},
-    {ipmi::netFn::oem, oem::getPhy, 1, getPhy},
-    {ipmi::netFn::oem, oem::getEthernetSettings, 0, getEthernetSettings},
+    {oem::getInterfaceName, 1, getInterfaceName},
+    {oem::getLanEnable, 1, getLanEnable},
+    {oem::setLanEnable, 2, setLanEnable},
+    {oem::getBond, 0, getBond},
+    {oem::setBond, 6, setBond},
+    {oem::getPhy, 1, getPhy},
+    {oem::getEthernetSettings, 0, getEthernetSettings},
 };
 
 } // namespace

@@ -97,9 +97,9 @@ std::uint8_t setParameters(State& state, ipmi::Reader request, ipmi::Writer&) {
 }
 
 constexpr Command commandTable[] = {
-    {ipmi::netFn::app, ipmi::channel::getInfo, 1, getChannelInfo},
-    {ipmi::netFn::transport, ipmi::lan::setParameters, 2, setParameters},
-    {ipmi::netFn::transport, ipmi::lan::getParameters, 4, getParameters},
+    {ipmi::command::getChannelInfo, 1, getChannelInfo},
+    {ipmi::command::setLanConfiguration, 2, setParameters},
+    {ipmi::command::getLanConfiguration, 4, getParameters},
 };
 
 // The IPv6 addresses in use, as a text for people.

@@ -161,12 +161,12 @@ std::uint8_t setServer(State& state, ipmi::Reader request, ipmi::Writer&) {
 constexpr std::size_t serverSize = 24;
 
 constexpr Command commandTable[] = {
-    {ipmi::netFn::oem, oem::getMailDestination, 2, getDestination},
-    {ipmi::netFn::oem, oem::setMailDestination, 3, setDestination, administrator},
-    {ipmi::netFn::oem, oem::getMailText, 4, getText, administrator},
-    {ipmi::netFn::oem, oem::setMailText, 4 + oem::mailBlockSize, setText, administrator},
-    {ipmi::netFn::oem, oem::getMailServer, 2, getServer},
-    {ipmi::netFn::oem, oem::setMailServer, 2 + serverSize, setServer, administrator},
+    {oem::getMailDestination, 2, getDestination},
+    {oem::setMailDestination, 3, setDestination, administrator},
+    {oem::getMailText, 4, getText, administrator},
+    {oem::setMailText, 4 + oem::mailBlockSize, setText, administrator},
+    {oem::getMailServer, 2, getServer},
+    {oem::setMailServer, 2 + serverSize, setServer, administrator},
 };
 
 } // namespace

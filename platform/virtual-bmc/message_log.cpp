@@ -21,24 +21,24 @@ constexpr std::size_t slotSize = headSize + 2 * ipmi::maxMessage;
 
 // Passwords are not for a log: of a request and of an answer so much is shown.
 constexpr struct {
-    std::uint8_t netFn, command;
+    ipmi::CommandCode command;
     std::size_t request, answer;
-} secrets[] = {{ipmi::netFn::app, 0x47, 2, ipmi::maxMessage}, // Set User Password: user, operation
-               {ipmi::netFn::oem, ipmi::oem::getMailText, ipmi::maxMessage, 1},
-               {ipmi::netFn::oem, ipmi::oem::setMailText, 4, ipmi::maxMessage}};
+} secrets[] = {{ipmi::command::setUserPassword, 2, ipmi::maxMessage}, // user, operation
+               {ipmi::oem::getMailText, ipmi::maxMessage, 1},
+               {ipmi::oem::setMailText, 4, ipmi::maxMessage}};
 
 void hide(std::span<std::uint8_t> bytes, std::size_t shown) {
     if (bytes.size() > shown)
         std::ranges::fill(bytes.subspan(shown), '*');
 }
 
-void hideSecrets(std::span<std::uint8_t, slotSize> slot, std::uint8_t netFn, std::uint8_t command,
-                 std::size_t requestSize, std::size_t answerSize) {
+void hideSecrets(std::span<std::uint8_t, slotSize> slot, ipmi::CommandCode command, std::size_t requestSize,
+                 std::size_t answerSize) {
     const auto request = slot.subspan(headSize, requestSize);
     const bool isPublicText =
-        netFn == ipmi::netFn::oem && requestSize > 0 && request[0] != ipmi::oem::serverPassword;
+        command.netFn == ipmi::netFn::oem && requestSize > 0 && request[0] != ipmi::oem::serverPassword;
     for (const auto& secret : secrets)
-        if (secret.netFn == netFn && secret.command == command && !isPublicText) {
+        if (secret.command == command && !isPublicText) {
             hide(request, secret.request);
             hide(slot.subspan(headSize + ipmi::maxMessage, answerSize), secret.answer);
         }
@@ -73,7 +73,7 @@ void MessageLog::record(const State& state, std::uint8_t netFn, std::uint8_t com
         .bytes(request)
         .fill(ipmi::maxMessage - request.size(), 0)
         .bytes(answer);
-    hideSecrets(slot, netFn, command, request.size(), answer.size());
+    hideSecrets(slot, {netFn, command}, request.size(), answer.size());
     if (!writeAll(file, {reinterpret_cast<const char*>(slot.data()), slot.size()}))
         failWithErrno(path);
 }

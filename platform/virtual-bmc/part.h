@@ -22,8 +22,7 @@ struct Place;
 using Handler = std::uint8_t (*)(State& state, ipmi::Reader request, ipmi::Writer& answer);
 
 struct Command {
-    std::uint8_t netFn;
-    std::uint8_t command;
+    ipmi::CommandCode code;
     std::size_t leastRequest; // bytes; a shorter one is answered with C7h
     Handler handler;
     std::uint8_t leastPrivilege = 0; // of the session; one with less is answered with D4h

@@ -151,9 +151,9 @@ std::uint8_t getParameters(State& state, ipmi::Reader request, ipmi::Writer& ans
 }
 
 constexpr Command commandTable[] = {
-    {ipmi::netFn::sensorEvent, pef::getCapabilities, 0, getCapabilities},
-    {ipmi::netFn::sensorEvent, pef::setParameters, 2, setParameters},
-    {ipmi::netFn::sensorEvent, pef::getParameters, 3, getParameters},
+    {ipmi::command::getPefCapabilities, 0, getCapabilities},
+    {ipmi::command::setPefConfiguration, 2, setParameters},
+    {ipmi::command::getPefConfiguration, 3, getParameters},
 };
 
 } // namespace

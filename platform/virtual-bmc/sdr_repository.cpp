@@ -155,9 +155,9 @@ std::uint8_t getSdr(State& state, ipmi::Reader request, ipmi::Writer& answer) {
 }
 
 constexpr Command commandTable[] = {
-    {ipmi::netFn::storage, 0x20, 0, getSdrRepositoryInfo},
-    {ipmi::netFn::storage, 0x22, 0, reserveSdrRepository},
-    {ipmi::netFn::storage, 0x23, 6, getSdr},
+    {ipmi::command::getSdrRepositoryInfo, 0, getSdrRepositoryInfo},
+    {ipmi::command::reserveSdrRepository, 0, reserveSdrRepository},
+    {ipmi::command::getSdr, 6, getSdr},
 };
 
 constexpr std::size_t idSize = 2;

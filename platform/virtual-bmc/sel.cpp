@@ -211,16 +211,16 @@ std::uint8_t getSelPolicy(State& state, ipmi::Reader, ipmi::Writer& answer) {
 }
 
 constexpr Command commandTable[] = {
-    {ipmi::netFn::storage, 0x40, 0, getSelInfo},
-    {ipmi::netFn::storage, 0x41, 0, getSelAllocationInfo},
-    {ipmi::netFn::storage, 0x42, 0, reserveSel},
-    {ipmi::netFn::storage, 0x43, 6, getSelEntry},
-    {ipmi::netFn::storage, 0x44, 16, addSelEntry},
-    {ipmi::netFn::storage, 0x46, 4, deleteSelEntry},
-    {ipmi::netFn::storage, 0x47, 6, clearSel},
-    {ipmi::netFn::storage, 0x48, 0, getSelTime},
-    {ipmi::netFn::storage, 0x49, 4, setSelTime},
-    {ipmi::netFn::oem, ipmi::oem::getSelPolicy, 0, getSelPolicy},
+    {ipmi::command::getSelInfo, 0, getSelInfo},
+    {ipmi::command::getSelAllocationInfo, 0, getSelAllocationInfo},
+    {ipmi::command::reserveSel, 0, reserveSel},
+    {ipmi::command::getSelEntry, 6, getSelEntry},
+    {ipmi::command::addSelEntry, 16, addSelEntry},
+    {ipmi::command::deleteSelEntry, 4, deleteSelEntry},
+    {ipmi::command::clearSel, 6, clearSel},
+    {ipmi::command::getSelTime, 0, getSelTime},
+    {ipmi::command::setSelTime, 4, setSelTime},
+    {ipmi::oem::getSelPolicy, 0, getSelPolicy},
 };
 
 } // namespace

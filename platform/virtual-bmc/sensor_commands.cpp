@@ -161,15 +161,15 @@ std::uint8_t getSensorType(State& state, ipmi::Reader request, ipmi::Writer& ans
 }
 
 constexpr Command commandTable[] = {
-    {ipmi::netFn::sensorEvent, 0x23, 2, getSensorReadingFactors},
-    {ipmi::netFn::sensorEvent, 0x24, 4, setSensorHysteresis},
-    {ipmi::netFn::sensorEvent, 0x25, 2, getSensorHysteresis},
-    {ipmi::netFn::sensorEvent, 0x26, 8, setSensorThresholds},
-    {ipmi::netFn::sensorEvent, 0x27, 1, getSensorThresholds},
-    {ipmi::netFn::sensorEvent, 0x28, 2, setSensorEventEnable},
-    {ipmi::netFn::sensorEvent, 0x29, 1, getSensorEventEnable},
-    {ipmi::netFn::sensorEvent, 0x2D, 1, getSensorReading},
-    {ipmi::netFn::sensorEvent, 0x2F, 1, getSensorType},
+    {ipmi::command::getSensorReadingFactors, 2, getSensorReadingFactors},
+    {ipmi::command::setSensorHysteresis, 4, setSensorHysteresis},
+    {ipmi::command::getSensorHysteresis, 2, getSensorHysteresis},
+    {ipmi::command::setSensorThresholds, 8, setSensorThresholds},
+    {ipmi::command::getSensorThresholds, 1, getSensorThresholds},
+    {ipmi::command::setSensorEventEnable, 2, setSensorEventEnable},
+    {ipmi::command::getSensorEventEnable, 1, getSensorEventEnable},
+    {ipmi::command::getSensorReading, 1, getSensorReading},
+    {ipmi::command::getSensorType, 1, getSensorType},
 };
 
 } // namespace

@@ -59,8 +59,8 @@ std::uint8_t setConfiguration(State& state, ipmi::Reader request, ipmi::Writer&)
 }
 
 constexpr Command commandTable[] = {
-    {ipmi::netFn::oem, ipmi::oem::getServiceConfiguration, 4, getConfiguration},
-    {ipmi::netFn::oem, ipmi::oem::setServiceConfiguration, 28, setConfiguration},
+    {ipmi::oem::getServiceConfiguration, 4, getConfiguration},
+    {ipmi::oem::setServiceConfiguration, 28, setConfiguration},
 };
 
 } // namespace

@@ -125,9 +125,9 @@ std::uint8_t setUserPassword(State& state, ipmi::Reader request, ipmi::Writer&) 
 }
 
 constexpr Command commandTable[] = {
-    {ipmi::netFn::app, 0x43, 3, setUserAccess},   {ipmi::netFn::app, 0x44, 2, getUserAccess},
-    {ipmi::netFn::app, 0x45, 17, setUserName},    {ipmi::netFn::app, 0x46, 1, getUserName},
-    {ipmi::netFn::app, 0x47, 2, setUserPassword},
+    {ipmi::command::setUserAccess, 3, setUserAccess},     {ipmi::command::getUserAccess, 2, getUserAccess},
+    {ipmi::command::setUserName, 17, setUserName},        {ipmi::command::getUserName, 1, getUserName},
+    {ipmi::command::setUserPassword, 2, setUserPassword},
 };
 
 } // namespace

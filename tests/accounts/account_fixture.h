@@ -39,7 +39,7 @@ protected:
         settings.interfaceType = ipmi::SessionSettings::VirtualBmc;
         settings.address = stateFile.string();
         const auto transport = ipmi::openTransport(settings);
-        return ipmi::ask(*transport, ipmi::netFn::app, 0x47, request).code() == 0;
+        return ipmi::ask(*transport, ipmi::command::setUserPassword, request).code() == 0;
     }
 
     // The BMC's row of a user; null for none.

@@ -38,8 +38,7 @@ protected:
     }
     // The entry in the BMC, without its selector.
     Bytes entry(std::uint8_t number) const {
-        Bytes answer = ask(ipmi::netFn::sensorEvent, ipmi::pef::getParameters,
-                           {ipmi::pef::parameter::filter, number, 0});
+        Bytes answer = ask(ipmi::command::getPefConfiguration, {ipmi::pef::parameter::filter, number, 0});
         return {answer.begin() + 2, answer.end()};
     }
     static Bytes entryBytes(std::initializer_list<std::uint8_t> first) {

@@ -2,12 +2,12 @@
 
 #include "ipmi/command.h"
 
-Bytes Indications::ask(std::uint8_t netFn, std::uint8_t command, const Bytes& request) const {
+Bytes Indications::ask(ipmi::CommandCode command, const Bytes& request) const {
     ipmi::SessionSettings settings;
     settings.address = stateFile.string();
     settings.interfaceType = ipmi::SessionSettings::VirtualBmc;
     const auto transport = ipmi::openTransport(settings);
-    const auto answer = ipmi::run(*transport, netFn, command, request);
+    const auto answer = ipmi::run(*transport, command, request);
     return {answer.data().begin(), answer.data().end()};
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "class_requests.h"
+#include "ipmi/commands.h"
 #include "managed_bmc.h"
 #include "platform_calls.h"
 
@@ -29,7 +30,7 @@ protected:
         return classes.at(object.className);
     }
     // The answer's data to a message, which has to succeed.
-    Bytes ask(std::uint8_t netFn, std::uint8_t command, const Bytes& request) const;
+    Bytes ask(ipmi::CommandCode command, const Bytes& request) const;
 
     // A path with the four keys of this BMC's settings.
     static broker::ObjectPath path(const std::string& className, const std::string& name);

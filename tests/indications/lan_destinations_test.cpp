@@ -40,7 +40,7 @@ protected:
         return rows;
     }
     Bytes parameter(std::uint8_t number, std::uint8_t selector) const {
-        const Bytes answer = ask(ipmi::netFn::transport, ipmi::lan::getParameters, {1, number, selector, 0});
+        const Bytes answer = ask(ipmi::command::getLanConfiguration, {1, number, selector, 0});
         return {answer.begin() + 1, answer.end()};
     }
     // Type and address as the BMC has them, behind the selector.

@@ -12,7 +12,7 @@ using testing::HasSubstr;
 TEST(Command, splitsTheCompletionCodeOff) {
     ScriptedTransport bmc;
     bmc.answer = {0x00, 0x20, 0x81};
-    const auto answer = ipmi::run(bmc, ipmi::netFn::app, 0x01, {0xAB});
+    const auto answer = ipmi::run(bmc, ipmi::command::getDeviceId, {0xAB});
     EXPECT_EQ(bmc.netFn, 0x06);
     EXPECT_EQ(bmc.command, 0x01);
     EXPECT_THAT(bmc.request, ElementsAre(0xAB));
@@ -22,7 +22,7 @@ TEST(Command, splitsTheCompletionCodeOff) {
 TEST(Command, anAnswerMayHaveNoData) {
     ScriptedTransport bmc;
     bmc.answer = {0x00};
-    const auto answer = ipmi::run(bmc, ipmi::netFn::chassis, 0x02, {0x00});
+    const auto answer = ipmi::run(bmc, ipmi::command::chassisControl, {0x00});
     EXPECT_TRUE(answer.data().empty());
     auto reader = answer.reader();
     EXPECT_NO_THROW(answer.verify(reader));
@@ -34,11 +34,11 @@ TEST(Command, aCompletionCodeIsATypedError) {
     ScriptedTransport bmc;
     bmc.answer = {0xCB, 0x01, 0x02};
     try {
-        ipmi::run(bmc, ipmi::netFn::sensorEvent, 0x2D, {0x07});
+        ipmi::run(bmc, ipmi::command::getSensorReading, {0x07});
         FAIL() << "completion code CBh is no success";
     } catch (const ipmi::CompletionCodeError& error) {
-        EXPECT_EQ(error.netFn, 0x04);
-        EXPECT_EQ(error.command, 0x2D);
+        EXPECT_EQ(error.command.netFn, 0x04);
+        EXPECT_EQ(error.command.number, 0x2D);
         EXPECT_EQ(error.code, 0xCB);
         EXPECT_THAT(error.what(), HasSubstr("not present"));
     }
@@ -48,12 +48,12 @@ TEST(Command, asksABusyBmcAgainButNotForEver) {
     ScriptedTransport bmc;
     bmc.codesBefore = {0xC0, 0xC3};
     bmc.answer = {0x00, 0x20};
-    EXPECT_THAT(ipmi::run(bmc, ipmi::netFn::app, 0x01).data(), ElementsAre(0x20));
+    EXPECT_THAT(ipmi::run(bmc, ipmi::command::getDeviceId).data(), ElementsAre(0x20));
     EXPECT_EQ(bmc.exchanges, 3u);
 
     bmc = {};
     bmc.answer = {0xC0};
-    EXPECT_EQ(ipmi::ask(bmc, ipmi::netFn::app, 0x01, {}).code(), 0xC0);
+    EXPECT_EQ(ipmi::ask(bmc, ipmi::command::getDeviceId, {}).code(), 0xC0);
     EXPECT_EQ(bmc.exchanges, 4u);
 }
 
@@ -61,7 +61,7 @@ TEST(Command, refusesATransportThatBreaksItsPromise) {
     ScriptedTransport bmc;
     for (const std::size_t length : {std::size_t{0}, ipmi::maxMessage + 1}) {
         bmc.answer.assign(length, 0x00);
-        EXPECT_THROW(ipmi::run(bmc, ipmi::netFn::app, 0x01), ipmi::TransportError) << length;
+        EXPECT_THROW(ipmi::run(bmc, ipmi::command::getDeviceId), ipmi::TransportError) << length;
     }
 }
 

@@ -66,7 +66,7 @@ void Network::failCommand(std::uint8_t netFn, std::uint8_t command, std::uint8_t
 std::vector<std::vector<std::uint8_t>> Network::changesOfLans() const {
     std::vector<std::vector<std::uint8_t>> changes;
     for (const vbmc::Message& message : bmc().recordedMessages())
-        if (message.netFn == ipmi::netFn::transport && message.command == ipmi::lan::setParameters)
+        if (ipmi::CommandCode{message.netFn, message.command} == ipmi::command::setLanConfiguration)
             changes.push_back(message.request);
     return changes;
 }

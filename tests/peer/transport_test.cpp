@@ -18,10 +18,6 @@ using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 
-constexpr std::uint8_t getDeviceId = 0x01;
-constexpr std::uint8_t getSensorReading = 0x2D;
-constexpr std::uint8_t getSdrRepositoryInfo = 0x20;
-
 constexpr std::uint8_t fanSlot = 9;
 
 std::vector<SimSensor> sensors() {
@@ -56,17 +52,17 @@ std::string hexBytes(std::span<const std::uint8_t> bytes) {
 
 TEST_F(Peer, answersAreTheBytesIpmitoolGets) {
     const auto transport = ipmi::openTransport(bmc->settings());
-    const std::pair<std::uint8_t, std::vector<std::uint8_t>> commands[] = {
-        {ipmi::netFn::app, {getDeviceId}},
-        {ipmi::netFn::sensorEvent, {getSensorReading, 1}},
-        {ipmi::netFn::sensorEvent, {getSensorReading, 2}},
-        {ipmi::netFn::sensorEvent, {getSensorReading, fanSlot}},
+    const std::pair<ipmi::CommandCode, std::vector<std::uint8_t>> commands[] = {
+        {ipmi::command::getDeviceId, {}},
+        {ipmi::command::getSensorReading, {1}},
+        {ipmi::command::getSensorReading, {2}},
+        {ipmi::command::getSensorReading, {fanSlot}},
     };
-    for (const auto& [netFn, message] : commands) {
-        const auto data = std::span(message).subspan(1);
-        const auto answer = ipmi::run(*transport, netFn, message[0], data);
-        const auto witness = ipmitool("raw " + std::to_string(netFn) + " " + std::to_string(message[0]) +
-                                      (data.empty() ? "" : " " + std::to_string(data[0])));
+    for (const auto& [command, data] : commands) {
+        const auto answer = ipmi::run(*transport, command, data);
+        const auto witness =
+            ipmitool("raw " + std::to_string(command.netFn) + " " + std::to_string(command.number) +
+                     (data.empty() ? "" : " " + std::to_string(data[0])));
         EXPECT_EQ(hexBytes(answer.data()), witness);
     }
 }
@@ -74,7 +70,7 @@ TEST_F(Peer, answersAreTheBytesIpmitoolGets) {
 TEST_F(Peer, completionCodesArriveAsErrors) {
     const auto transport = ipmi::openTransport(bmc->settings());
     try {
-        ipmi::run(*transport, ipmi::netFn::sensorEvent, getSensorReading, {200});
+        ipmi::run(*transport, ipmi::command::getSensorReading, {200});
         FAIL() << "there is no sensor 200";
     } catch (const ipmi::CompletionCodeError& error) {
         char witness[16];
@@ -109,7 +105,7 @@ TEST_F(Peer, aBmcThatHangsFailsTheExchangeWithinItsTimeout) {
     const auto transport = ipmi::openTransport(settings);
     bmc->pause();
     EXPECT_LT(seconds([&] {
-                  EXPECT_THROW(ipmi::run(*transport, ipmi::netFn::app, getDeviceId), ipmi::TransportError);
+                  EXPECT_THROW(ipmi::run(*transport, ipmi::command::getDeviceId), ipmi::TransportError);
               }),
               2.2);
     bmc->resume();
@@ -145,7 +141,7 @@ TEST_F(Peer, badNetworksAreSurvived) {
             try {
                 const auto transport = ipmi::openTransport(settings);
                 for (int i = 0; i < 3; ++i)
-                    EXPECT_FALSE(ipmi::run(*transport, ipmi::netFn::app, getDeviceId).data().empty());
+                    EXPECT_FALSE(ipmi::run(*transport, ipmi::command::getDeviceId).data().empty());
             } catch (const ipmi::TransportError& error) {
                 ADD_FAILURE() << error.what();
             }
@@ -159,19 +155,18 @@ TEST_F(Peer, aSessionOutlivesAPauseLongerThanItsTimeout) {
     settings.timeout = 1;
     const auto transport = ipmi::openTransport(settings);
     std::this_thread::sleep_for(std::chrono::milliseconds(1200));
-    EXPECT_NO_THROW(ipmi::run(*transport, ipmi::netFn::app, getDeviceId));
+    EXPECT_NO_THROW(ipmi::run(*transport, ipmi::command::getDeviceId));
 }
 
 TEST(ManySensors, areAllInTheRepository) {
     const IpmiSim bmc(ph_test::thresholdSensors(180));
     const auto transport = ipmi::openTransport(bmc.settings());
-    const auto answer = ipmi::run(*transport, ipmi::netFn::storage, getSdrRepositoryInfo);
+    const auto answer = ipmi::run(*transport, ipmi::command::getSdrRepositoryInfo);
     auto reader = answer.reader();
     reader.skip(1);
     EXPECT_EQ(reader.u16(), 180);
     for (const auto& sensor : ph_test::thresholdSensors(180)) {
-        const auto exchanged =
-            ipmi::run(*transport, ipmi::netFn::sensorEvent, getSensorReading, {sensor.number});
+        const auto exchanged = ipmi::run(*transport, ipmi::command::getSensorReading, {sensor.number});
         auto reading = exchanged.reader();
         EXPECT_EQ(reading.u8(), sensor.reading) << sensor.name;
     }

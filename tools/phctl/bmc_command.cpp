@@ -157,13 +157,13 @@ int addFaults(const Options& options) {
             fault.kind = kind;
             fault.value = *value;
         }
-    std::vector<IpmiCommand> commands;
+    std::vector<ipmi::CommandCode> commands;
     for (const std::string& text : options->commands)
         commands.push_back(parseIpmiCommand(text));
     auto bmc = machine(options);
-    for (const IpmiCommand& command : commands) {
+    for (const ipmi::CommandCode command : commands) {
         fault.netFn = command.netFn;
-        fault.command = command.command;
+        fault.command = command.number;
         bmc.addFault(fault);
     }
     return done;
@@ -182,7 +182,7 @@ int listFaults(const Options& options) {
             text += code;
         else if (fault.kind != vbmc::Fault::Silent)
             text += std::to_string(fault.value);
-        table.add({toText(IpmiCommand{fault.netFn, fault.command}), text, std::to_string(fault.skip),
+        table.add({toText(ipmi::CommandCode{fault.netFn, fault.command}), text, std::to_string(fault.skip),
                    fault.calls > 0 ? std::to_string(fault.calls) : "all"});
         list.push_back({{"netFn", fault.netFn},
                         {"command", fault.command},

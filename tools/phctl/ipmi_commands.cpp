@@ -13,39 +13,38 @@ namespace {
 
 struct Row {
     const char* name;
-    IpmiCommand command;
+    ipmi::CommandCode command;
 };
 
-// IPMI 2.0 appendix G.
 constexpr Row commands[] = {
-    {"get-chassis-status", {0x00, 0x01}},
-    {"chassis-control", {0x00, 0x02}},
-    {"arm-pef-postpone-timer", {0x04, 0x11}},
-    {"set-pef-configuration", {0x04, 0x12}},
-    {"get-pef-configuration", {0x04, 0x13}},
-    {"alert-immediate", {0x04, 0x16}},
-    {"get-sensor-thresholds", {0x04, 0x27}},
-    {"get-sensor-reading", {0x04, 0x2D}},
-    {"get-device-id", {0x06, 0x01}},
-    {"get-device-guid", {0x06, 0x08}},
-    {"get-system-guid", {0x06, 0x37}},
-    {"set-user-access", {0x06, 0x43}},
-    {"get-user-access", {0x06, 0x44}},
-    {"set-user-name", {0x06, 0x45}},
-    {"get-user-name", {0x06, 0x46}},
-    {"set-user-password", {0x06, 0x47}},
-    {"get-fru-inventory-area-info", {0x0A, 0x10}},
-    {"read-fru-data", {0x0A, 0x11}},
-    {"get-sdr-repository-info", {0x0A, 0x20}},
-    {"reserve-sdr-repository", {0x0A, 0x22}},
-    {"get-sdr", {0x0A, 0x23}},
-    {"get-sel-info", {0x0A, 0x40}},
-    {"reserve-sel", {0x0A, 0x42}},
-    {"get-sel-entry", {0x0A, 0x43}},
-    {"add-sel-entry", {0x0A, 0x44}},
-    {"clear-sel", {0x0A, 0x47}},
-    {"set-lan-configuration", {0x0C, 0x01}},
-    {"get-lan-configuration", {0x0C, 0x02}},
+    {"get-chassis-status", ipmi::command::getChassisStatus},
+    {"chassis-control", ipmi::command::chassisControl},
+    {"arm-pef-postpone-timer", ipmi::command::armPefPostponeTimer},
+    {"set-pef-configuration", ipmi::command::setPefConfiguration},
+    {"get-pef-configuration", ipmi::command::getPefConfiguration},
+    {"alert-immediate", ipmi::command::alertImmediate},
+    {"get-sensor-thresholds", ipmi::command::getSensorThresholds},
+    {"get-sensor-reading", ipmi::command::getSensorReading},
+    {"get-device-id", ipmi::command::getDeviceId},
+    {"get-device-guid", ipmi::command::getDeviceGuid},
+    {"get-system-guid", ipmi::command::getSystemGuid},
+    {"set-user-access", ipmi::command::setUserAccess},
+    {"get-user-access", ipmi::command::getUserAccess},
+    {"set-user-name", ipmi::command::setUserName},
+    {"get-user-name", ipmi::command::getUserName},
+    {"set-user-password", ipmi::command::setUserPassword},
+    {"get-fru-inventory-area-info", ipmi::command::getFruInventoryAreaInfo},
+    {"read-fru-data", ipmi::command::readFruData},
+    {"get-sdr-repository-info", ipmi::command::getSdrRepositoryInfo},
+    {"reserve-sdr-repository", ipmi::command::reserveSdrRepository},
+    {"get-sdr", ipmi::command::getSdr},
+    {"get-sel-info", ipmi::command::getSelInfo},
+    {"reserve-sel", ipmi::command::reserveSel},
+    {"get-sel-entry", ipmi::command::getSelEntry},
+    {"add-sel-entry", ipmi::command::addSelEntry},
+    {"clear-sel", ipmi::command::clearSel},
+    {"set-lan-configuration", ipmi::command::setLanConfiguration},
+    {"get-lan-configuration", ipmi::command::getLanConfiguration},
 };
 
 std::optional<std::uint8_t> byte(std::string_view text) {
@@ -66,7 +65,7 @@ std::vector<std::string> names() {
 
 } // namespace
 
-IpmiCommand parseIpmiCommand(const std::string& text) {
+ipmi::CommandCode parseIpmiCommand(const std::string& text) {
     for (const Row& row : commands)
         if (text == row.name)
             return row.command;
@@ -81,12 +80,11 @@ IpmiCommand parseIpmiCommand(const std::string& text) {
                      didYouMean(text, names()));
 }
 
-std::string toText(const IpmiCommand& command) {
+std::string toText(ipmi::CommandCode command) {
     char code[16];
-    std::snprintf(code, sizeof code, "0x%02X:0x%02X", command.netFn, command.command);
-    const auto* row = std::find_if(std::begin(commands), std::end(commands), [&](const Row& each) {
-        return each.command.netFn == command.netFn && each.command.command == command.command;
-    });
+    std::snprintf(code, sizeof code, "0x%02X:0x%02X", command.netFn, command.number);
+    const auto* row = std::find_if(std::begin(commands), std::end(commands),
+                                   [&](const Row& each) { return each.command == command; });
     return row != std::end(commands) ? std::string(row->name) + " (" + code + ')' : code;
 }
 

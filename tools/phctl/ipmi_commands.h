@@ -1,21 +1,17 @@
 // Names of IPMI commands.
 #pragma once
 
-#include <cstdint>
+#include "ipmi/commands.h"
+
 #include <string>
 
 namespace phctl {
 
-struct IpmiCommand {
-    std::uint8_t netFn;
-    std::uint8_t command;
-};
-
 // From a name such as "get-sensor-reading", or "0x04:0x2D" (network function and command). Throws UsageError.
-IpmiCommand parseIpmiCommand(const std::string& text);
+ipmi::CommandCode parseIpmiCommand(const std::string& text);
 
 // "get-sensor-reading (0x04:0x2D)"
-std::string toText(const IpmiCommand& command);
+std::string toText(ipmi::CommandCode command);
 
 // All names, with commas.
 std::string ipmiCommandNames();

@@ -5,23 +5,21 @@
 namespace phctl {
 namespace {
 
-constexpr std::uint8_t getSelInfo = 0x40; // IPMI 2.0, 31.2 and 31.5
-constexpr std::uint8_t getSelEntry = 0x43;
-
 constexpr std::size_t longLog = 1000; // records that a BMC sends within seconds
 constexpr std::size_t stride = 100;   // records between two updates
 
 } // namespace
 
 void LogProgress::exchanged(std::uint8_t netFn, std::uint8_t command, Bytes request, Bytes answer) {
-    if (netFn != ipmi::netFn::storage || answer.empty() || answer[0] != ipmi::completion::success)
+    const ipmi::CommandCode code{netFn, command};
+    if (answer.empty() || answer[0] != ipmi::completion::success)
         return;
-    if (command == getSelInfo) {
+    if (code == ipmi::command::getSelInfo) {
         ipmi::Reader reader(answer);
         reader.skip(2); // completion code, version
         total_ = reader.u16();
         read_ = 0;
-    } else if (command == getSelEntry && read_ < total_) {
+    } else if (code == ipmi::command::getSelEntry && read_ < total_) {
         ipmi::Reader reader(request);
         reader.skip(4); // reservation, record ID
         if (reader.u8() != 0)

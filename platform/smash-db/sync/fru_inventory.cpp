@@ -13,8 +13,6 @@ namespace smash {
 namespace {
 
 // IPMI 2.0 34: FRU inventory device commands.
-constexpr std::uint8_t getFruInventoryAreaInfo = 0x10;
-constexpr std::uint8_t readFruData = 0x11;
 
 constexpr std::uint8_t systemBoard = 7; // entity ID
 constexpr FruLocator bmcFru = {.fruDeviceId = 0, .entityId = systemBoard, .entityInstance = 1};
@@ -27,7 +25,7 @@ struct Malformed : std::runtime_error {
 class FruDevice {
 public:
     FruDevice(ipmi::Transport& bmc, std::uint8_t id) : bmc_(bmc), id_(id) {
-        const auto answer = ipmi::run(bmc_, ipmi::netFn::storage, getFruInventoryAreaInfo, {id_});
+        const auto answer = ipmi::run(bmc_, ipmi::command::getFruInventoryAreaInfo, {id_});
         auto reader = answer.reader();
         size_ = reader.u16();
         addressUnit_ = (reader.u8() & 0x01) != 0 ? 2 : 1;
@@ -65,7 +63,7 @@ private:
             .u8(id_)
             .u16(static_cast<std::uint16_t>(address))
             .u8(static_cast<std::uint8_t>((count + addressUnit_ - 1) / addressUnit_));
-        const auto answer = ipmi::run(bmc_, ipmi::netFn::storage, readFruData, request);
+        const auto answer = ipmi::run(bmc_, ipmi::command::readFruData, request);
         auto reader = answer.reader();
         reader.skip(1); // count
         answer.verify(reader);

@@ -11,9 +11,6 @@ namespace smash {
 namespace {
 
 // IPMI 2.0 33: SDR repository commands.
-constexpr std::uint8_t getSdrRepositoryInfo = 0x20;
-constexpr std::uint8_t reserveSdrRepository = 0x22;
-constexpr std::uint8_t getSdr = 0x23;
 
 constexpr std::uint16_t firstRecord = 0x0000;
 constexpr std::uint16_t endOfRepository = 0xFFFF;
@@ -52,7 +49,7 @@ public:
 
 private:
     void reserve() {
-        const auto answer = ipmi::run(bmc_, ipmi::netFn::storage, reserveSdrRepository);
+        const auto answer = ipmi::run(bmc_, ipmi::command::reserveSdrRepository);
         auto reader = answer.reader();
         reservation_ = reader.u16();
         answer.verify(reader);
@@ -98,7 +95,7 @@ private:
             .u16(id)
             .u8(static_cast<std::uint8_t>(bytes.size()))
             .u8(static_cast<std::uint8_t>(count));
-        const auto answer = ipmi::run(bmc_, ipmi::netFn::storage, getSdr, request);
+        const auto answer = ipmi::run(bmc_, ipmi::command::getSdr, request);
         auto reader = answer.reader();
         const std::uint16_t next = reader.u16();
         answer.verify(reader);
@@ -115,7 +112,7 @@ private:
 };
 
 std::uint16_t recordCount(ipmi::Transport& bmc) {
-    const auto answer = ipmi::run(bmc, ipmi::netFn::storage, getSdrRepositoryInfo);
+    const auto answer = ipmi::run(bmc, ipmi::command::getSdrRepositoryInfo);
     auto reader = answer.reader();
     reader.skip(1); // SDR version
     const std::uint16_t count = reader.u16();

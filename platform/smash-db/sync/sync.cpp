@@ -14,19 +14,14 @@
 namespace smash {
 namespace {
 
-// IPMI 2.0 20: device "global" commands; 22.14: Get System GUID.
-constexpr std::uint8_t getDeviceId = 0x01;
-constexpr std::uint8_t getDeviceGuid = 0x08;
-constexpr std::uint8_t getSystemGuid = 0x37;
-
 constexpr std::uint16_t notApplicable = 12; // RequestedState
 
 // The canonical text of a GUID, which a BMC sends with the last byte first (IPMI 2.0 table 20-10). Empty
 // where the BMC has none: both commands are optional.
-std::string readGuid(ipmi::Transport& bmc, std::uint8_t command, const char* name,
+std::string readGuid(ipmi::Transport& bmc, ipmi::CommandCode command, const char* name,
                      std::vector<SyncRemark>& remarks) {
     try {
-        const auto answer = ipmi::run(bmc, ipmi::netFn::app, command);
+        const auto answer = ipmi::run(bmc, command);
         auto reader = answer.reader();
         const auto bytes = reader.bytes(16);
         answer.verify(reader);
@@ -54,7 +49,7 @@ void setGuid(DeviceRecord& device, std::string guid) {
 }
 
 std::array<DeviceRecord, 2> readDevices(ipmi::Transport& bmc, std::vector<SyncRemark>& remarks) {
-    const auto answer = ipmi::run(bmc, ipmi::netFn::app, getDeviceId);
+    const auto answer = ipmi::run(bmc, ipmi::command::getDeviceId);
     auto reader = answer.reader();
     DeviceRecord device = {};
     device.type = SMASH_DEVICE_SP;
@@ -73,8 +68,8 @@ std::array<DeviceRecord, 2> readDevices(ipmi::Transport& bmc, std::vector<SyncRe
     host.type = SMASH_DEVICE_HOST;
 
     // A BMC that has one GUID only has it for both.
-    const std::string own = readGuid(bmc, getDeviceGuid, "device GUID", remarks);
-    const std::string system = readGuid(bmc, getSystemGuid, "system GUID", remarks);
+    const std::string own = readGuid(bmc, ipmi::command::getDeviceGuid, "device GUID", remarks);
+    const std::string system = readGuid(bmc, ipmi::command::getSystemGuid, "system GUID", remarks);
     constexpr char nil[] = "00000000-0000-0000-0000-000000000000";
     setGuid(device, !own.empty() ? own : !system.empty() ? system : nil);
     setGuid(host, !system.empty() ? system : !own.empty() ? own : nil);
