@@ -48,7 +48,7 @@ PH_EXPORT int PH_ProtocolServiceRequestStateChange(const CMPIBroker* broker, con
 
 #define PH_SERVICE_MESSAGE_SIZE 256 /* bytes of a failure's text, which is written on failure only */
 
-/* PH_Set_ProtocolService_EnabledState while the SMASH database is open. */
+/* PH_Set_ProtocolService_EnabledState by its other name. */
 PH_EXPORT int PH_RequestStateChange_DB(uint16_t requestedState, const char* serviceName, char* message);
 /* "CLPProtocolService" is the CLP daemon, another name that is none of a service the web service. A state
  * other than 2, 3 and 11 changes nothing and is no failure. Resetting an enabled service disables it for 3

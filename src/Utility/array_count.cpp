@@ -1,5 +1,4 @@
-#include "Utility/array_count.h"
-
+// Comma-separated texts as lists.
 #include "provider_helper/utility.h"
 
 #include <algorithm>
@@ -42,24 +41,15 @@ int split(std::string_view text, char*** list, int* count) {
     return 0;
 }
 
-int splitBounded(const char* text, std::size_t bound, char*** list, int* count) {
+constexpr std::size_t workBuffer = 256;
+
+} // namespace
+} // namespace ph
+
+int PH_GetArrayCount(const char* text, char*** list, int* count) {
     if (text == nullptr || *text == '\0') {
         *count = 0;
         return 0;
     }
-    return split(std::string_view(text, strnlen(text, bound)), list, count);
-}
-
-constexpr std::size_t workBuffer = 256;
-
-} // namespace
-
-int splitList(const char* text, char*** list, int* count) {
-    return splitBounded(text, static_cast<std::size_t>(-1), list, count);
-}
-
-} // namespace ph
-
-int PH_GetArrayCount(const char* text, char*** list, int* count) {
-    return ph::splitBounded(text, ph::workBuffer - 1, list, count);
+    return ph::split(std::string_view(text, strnlen(text, ph::workBuffer - 1)), list, count);
 }
