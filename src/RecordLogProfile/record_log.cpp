@@ -4,6 +4,7 @@
 #include "RecordLogProfile/record_log_id.h"
 #include "Utility/back_ends.h"
 #include "Utility/class_family.h"
+#include "Utility/dmtf_values.h"
 #include "Utility/record_fields.h"
 #include "Utility/request_status.h"
 #include "Utility/request_texts.h"
@@ -49,16 +50,16 @@ constexpr Property properties[] = {
 // DMTF values of a log with this SEL policy.
 void fillPolicy(Record& log, std::uint8_t policy) {
     constexpr std::uint8_t wraps = 1;
-    log.EnabledState = 2; // enabled
+    log.EnabledState = ph::EnabledState::Enabled;
     if (policy == wraps) {
-        log.OverwritePolicy = 2; // wraps when full
-        log.LogState = 2;        // normal
+        log.OverwritePolicy = ph::OverwritePolicy::WrapsWhenFull;
+        log.LogState = ph::LogState::Normal;
         return;
     }
-    log.OverwritePolicy = 7; // never overwrites
-    log.LogState = 4;        // not applicable
+    log.OverwritePolicy = ph::OverwritePolicy::NeverOverwrites;
+    log.LogState = ph::LogState::NotApplicable;
     if (log.CurrentNumberOfRecords == log.MaxNumberOfRecords)
-        log.EnabledState = 6; // enabled but offline
+        log.EnabledState = ph::EnabledState::EnabledButOffline;
 }
 
 int enumerate(ph::RecordArray<Record>& logs, ph::Detail detail) {
@@ -126,10 +127,10 @@ int PH_Fill_RecordLog(Record* record) {
         return -1;
     record->CurrentNumberOfRecords = current;
     record->MaxNumberOfRecords = maximum;
-    record->HealthState = 5;     // OK
-    record->RequestedState = 12; // not applicable
+    record->HealthState = ph::HealthState::OK;
+    record->RequestedState = ph::RequestedState::NotApplicable;
     ph::copyText(record->ElementName, ph::logName);
-    ph::parseList(record->OperationalStatus, "2"); // OK
+    ph::setList(record->OperationalStatus, {ph::OperationalStatus::OK});
     if (CIM_GetSELPolicy(session.get(), &policy, ph::hookTimeout) == 0)
         fillPolicy(*record, policy);
     return ph::writeLogInstanceId(record->InstanceID, sizeof(record->InstanceID)) ? 0 : -1;

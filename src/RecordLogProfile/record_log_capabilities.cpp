@@ -2,6 +2,7 @@
 #include "provider_helper/record_log.h"
 
 #include "Utility/class_family.h"
+#include "Utility/dmtf_values.h"
 #include "Utility/record_fields.h"
 
 constexpr const char* const g_RecordLogCapabilitiesKeyList[1] = {"InstanceID"};
@@ -41,7 +42,7 @@ int PH_Fill_RecordLogCapabilities(Record* record) {
     record->ElementNameEditSupported = false;
     record->MaxElementNameLen = 0;
     ph::setList(record->RequestedStatesSupported, {});
-    ph::setList(record->SupportedRecordTypes, {2}); // record data
+    ph::setList(record->SupportedRecordTypes, {ph::SupportedRecordTypes::RecordData});
     return 0;
 }
 

@@ -1,22 +1,23 @@
 // What a method records of its job.
 #include "provider_helper/jobs.h"
 #include "Utility/back_ends.h"
+#include "Utility/dmtf_values.h"
 #include "Utility/record_fields.h"
 
 #include <cstdio>
 
 namespace {
 
-enum JobState : int { running = 4, completed = 7, exception = 10 }; // DMTF JobState
-
 constexpr int minutesToKeep = 5;
 
 const char* statusText(int state) {
-    return state == completed ? "Completed" : state == exception ? "Exception" : "Running";
+    return state == ph::JobState::Completed   ? "Completed"
+           : state == ph::JobState::Exception ? "Exception"
+                                              : "Running";
 }
 
 bool hasEnded(int state) {
-    return state == completed || state == exception;
+    return state == ph::JobState::Completed || state == ph::JobState::Exception;
 }
 
 // Runs work(handle) on the temporary database: 0, or -1 when it, opening or closing fails.
@@ -61,11 +62,11 @@ int PH_CreateErrorInstance(const char* instanceId) {
     if (instanceId == nullptr || *instanceId == '\0')
         return -1;
     JobErrorRow row{};
-    row.errorType = 0;         // unknown
-    row.perceivedSeverity = 3; // degraded/warning
-    row.probableCause = 0;     // unknown
+    row.errorType = ph::ErrorType::Unknown;
+    row.perceivedSeverity = ph::PerceivedSeverity::DegradedOrWarning;
+    row.probableCause = ph::ProbableCause::Unknown;
     ph::copyText(row.errorSource, instanceId);
-    row.errorSourceFormat = 0; // unknown
-    row.cimStatusCode = 1;     // CIM_ERR_FAILED
+    row.errorSourceFormat = ph::ErrorSourceFormat::Unknown;
+    row.cimStatusCode = CMPI_RC_ERR_FAILED;
     return onTemporaryDatabase([&](SMASH_DB_HANDLE handle) { return db_set_error_info(handle, &row); });
 }

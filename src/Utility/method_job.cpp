@@ -1,6 +1,7 @@
 #include "Utility/method_job.h"
 
 #include "provider_helper/jobs.h"
+#include "Utility/dmtf_values.h"
 #include "Utility/request_texts.h"
 
 #include <cmpimacs.h>
@@ -8,10 +9,6 @@
 
 namespace ph {
 namespace {
-
-constexpr std::int32_t running = 4; // DMTF JobState
-constexpr std::int32_t completed = 7;
-constexpr std::int32_t exception = 10;
 
 bool modify(const char* instanceId, std::int32_t state, int first, int second) {
     char operationalStatus[32];
@@ -32,16 +29,16 @@ bool MethodJob::makePath(const CMPIBroker* broker, const CMPIObjectPath* ref) {
 }
 
 bool MethodJob::create(const char* name) {
-    return PH_CreateJobInstance(name, instanceId_, running, "2") == 0;
+    return PH_CreateJobInstance(name, instanceId_, JobState::Running, "2") == 0; // OK
 }
 
-// DMTF OperationalStatus: 17 completed, 2 OK, 6 error.
 bool MethodJob::complete() const {
-    return modify(instanceId_, completed, 17, 2);
+    return modify(instanceId_, JobState::Completed, OperationalStatus::Completed, OperationalStatus::OK);
 }
 
 bool MethodJob::fail() const {
-    const bool modified = modify(instanceId_, exception, 17, 6);
+    const bool modified =
+        modify(instanceId_, JobState::Exception, OperationalStatus::Completed, OperationalStatus::Error);
     return PH_CreateErrorInstance(instanceId_) == 0 && modified;
 }
 

@@ -3,6 +3,8 @@
 
 #include "accounts/user_slots.h"
 #include "Utility/back_ends.h"
+#include "Utility/dmtf_values.h"
+#include "Utility/hosted_element.h"
 #include "Utility/record_fields.h"
 #include "Utility/request_texts.h"
 
@@ -116,9 +118,7 @@ Account::Found Account::find(const CMPIBroker* broker, const CMPIObjectPath* ref
 }
 
 void fillAccountKeys(AccountRecord& record, const char* systemName, unsigned slot) {
-    copyText(record.SystemCreationClassName, accountSystemClass);
-    copyText(record.SystemName, systemName);
-    copyText(record.CreationClassName, className);
+    setHostedKeys(record, processorClass, systemName, className);
     std::snprintf(record.Name, sizeof(record.Name), "IPMI User-%u", slot);
 }
 
@@ -128,14 +128,16 @@ int PH_Fill_Account(const PHUserEntry* user, AccountRecord* record) {
     ph::copyText(record->UserID, user->userName);
     ph::copyText(record->ElementName, user->userName);
     record->OrganizationName[0] = strdup("trz");
-    record->RequestedState = 12; // not applicable
-    record->EnabledState = user->isEnabled != 0 && (user->access & ph::mayMessage) != 0 ? 2 : 3;
+    record->RequestedState = ph::RequestedState::NotApplicable;
+    record->EnabledState = user->isEnabled != 0 && (user->access & ph::mayMessage) != 0
+                               ? ph::EnabledState::Enabled
+                               : ph::EnabledState::Disabled;
     record->passwordExpiryDays = neverExpires;
     record->slot = user->slot;
     record->privilege = user->access & 0x0F;
-    record->UserPasswordEncryptionAlgorithm = 1; // other
+    record->UserPasswordEncryptionAlgorithm = ph::PasswordEncryption::Other;
     ph::copyText(record->OtherUserPasswordEncryptionAlgorithm, "BlowFish");
-    record->UserPasswordEncoding = 2; // ascii
+    record->UserPasswordEncoding = ph::PasswordEncoding::Ascii;
     return record->OrganizationName[0] != nullptr ? 0 : -1;
 }
 

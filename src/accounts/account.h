@@ -7,8 +7,6 @@
 
 namespace ph {
 
-inline constexpr const char* accountSystemClass = "CIM_SPComputerSystem";
-
 // The record of a request, its password wiped when the request ends.
 class Account {
 public:

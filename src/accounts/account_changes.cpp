@@ -2,6 +2,7 @@
 #include "accounts/account.h"
 #include "accounts/user_slots.h"
 #include "Utility/back_ends.h"
+#include "Utility/dmtf_values.h"
 
 #include <cstdio>
 #include <cstring>
@@ -99,8 +100,8 @@ MethodAnswer changeAccountState(MethodCall& call) {
 
 CMPIStatus PH_RequestStateChange(const CMPIBroker* broker, const CMPIObjectPath* ref,
                                  uint16_t requestedState) {
-    constexpr std::uint16_t enabled = 2, disabled = 3;
-    if (requestedState != enabled && requestedState != disabled)
+    using namespace ph::RequestedState;
+    if (requestedState != Enabled && requestedState != Disabled)
         return ph::fail(broker, "Invalid Parameter value");
     ph::Account account;
     switch (account.find(broker, ref)) {
@@ -114,7 +115,7 @@ CMPIStatus PH_RequestStateChange(const CMPIBroker* broker, const CMPIObjectPath*
     ph::IpmiSession session;
     if (!session.open())
         return ph::fail(broker, ph::noSession);
-    const bool enable = requestedState == enabled;
+    const bool enable = requestedState == Enabled;
     if (CIM_ModUser(session.get(), account->slot, CIM_USER_PRESENT_CHANNEL, nullptr, nullptr, CIM_USER_KEEP,
                     CIM_USER_KEEP, enable ? 1 : CIM_USER_KEEP, CIM_USER_KEEP, enable, ph::hookTimeout) != 0)
         return ph::fail(broker, "Unable to change state\n");

@@ -2,6 +2,7 @@
 #include "accounts/account.h"
 #include "accounts/user_slots.h"
 #include "Utility/back_ends.h"
+#include "Utility/hosted_element.h"
 
 #include <cstdio>
 
@@ -30,7 +31,7 @@ MethodAnswer createAccount(MethodCall& call) {
     const CMPIInstance* instance = accountTemplate(request.in);
     if (instance == nullptr)
         return refuse("Failed to get input param AccountTemplate ");
-    if (referenceArgument(request.in, "System", accountSystemClass) == nullptr)
+    if (referenceArgument(request.in, "System", processorClass) == nullptr)
         return refuse("Failed to get input param System ");
     Account account;
     if (!account.allocate())

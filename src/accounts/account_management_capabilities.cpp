@@ -2,6 +2,7 @@
 #include "provider_helper/accounts.h"
 #include "Utility/back_ends.h"
 #include "Utility/class_family.h"
+#include "Utility/dmtf_values.h"
 #include "Utility/record_fields.h"
 
 constexpr const char* const g_AccountManagementCapabilitiesKeyList[1] = {"InstanceID"};
@@ -45,8 +46,9 @@ int PH_Fill_AccountManagementCapabilities(IPMI20_SESSION_T* session,
         return -1;
     ph::copyText(record->ElementName, "Account Management Capabilities");
     record->MaximumAccountsSupported = static_cast<std::uint16_t>(slots);
-    ph::setList(record->OperationsSupported, {2, 3, 4});                 // create, modify, delete
-    ph::setList(record->SupportedUserPasswordEncryptionAlgorithms, {0}); // none
+    ph::setList(record->OperationsSupported, {ph::AccountOperations::Create, ph::AccountOperations::Modify,
+                                              ph::AccountOperations::Delete});
+    ph::setList(record->SupportedUserPasswordEncryptionAlgorithms, {ph::PasswordEncryption::None});
     return 0;
 }
 

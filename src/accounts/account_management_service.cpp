@@ -1,5 +1,7 @@
 // CIM_AccountManagementService: the one service, which creates accounts.
 #include "accounts/account.h"
+#include "Utility/dmtf_values.h"
+#include "Utility/hosted_element.h"
 #include "Utility/record_fields.h"
 
 constexpr const char* const g_AccountManagementServiceKeyList[4] = {
@@ -27,7 +29,7 @@ int enumerate(ph::RecordArray<Record>& services, ph::Detail detail) {
     Record* service = services.append();
     if (service == nullptr)
         return -1;
-    ph::copyText(service->SystemCreationClassName, ph::accountSystemClass);
+    ph::copyText(service->SystemCreationClassName, ph::processorClass);
     ph::copyText(service->CreationClassName, className);
     ph::copyText(service->Name, serviceName);
     if (PH_GetSPSystemName(service->SystemName) != 0)
@@ -59,8 +61,8 @@ PH_EXPORT_CLASS_FAMILY(AccountManagementService, Record, definition)
 
 int PH_Fill_AccountManagementService(AccountManagementServiceRecord* record) {
     ph::copyText(record->ElementName, record->Name);
-    record->EnabledState = 5;    // not applicable
-    record->RequestedState = 12; // not applicable
+    record->EnabledState = ph::EnabledState::NotApplicable;
+    record->RequestedState = ph::RequestedState::NotApplicable;
     return 0;
 }
 

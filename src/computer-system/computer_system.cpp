@@ -44,8 +44,8 @@ int fill(Record* record, const Facts& facts) {
     setList(record->Dedicated, {facts.dedicated});
     setList(record->OperationalStatus, {facts.operationalStatus});
     record->RequestedState = facts.requestedState;
-    record->EnabledState = 2; // enabled
-    record->HealthState = 5;  // OK
+    record->EnabledState = EnabledState::Enabled;
+    record->HealthState = HealthState::OK;
     record->OtherIdentifyingInfo[0] = strndup(facts.otherIdentifyingInfo, 255);
     return record->OtherIdentifyingInfo[0] != nullptr ? 0 : -1;
 }

@@ -5,6 +5,8 @@
 #include "provider_helper/computer_system.h"
 #include "Utility/back_ends.h"
 #include "Utility/class_family.h"
+#include "Utility/dmtf_values.h"
+#include "Utility/hosted_element.h"
 #include "Utility/method.h"
 
 #include <cstdint>
@@ -13,10 +15,8 @@ namespace ph::computer {
 
 using Record = HostComputerSystemRecord;
 
-enum Dedicated : int { notDedicated = 0, managementController = 28 };
-
 inline bool isManagementController(const Record& record) {
-    return record.Dedicated[0] == managementController;
+    return record.Dedicated[0] == Dedicated::ManagementController;
 }
 
 inline constexpr Property properties[] = {
@@ -54,7 +54,7 @@ struct Facts {
     const char* identifyingDescriptions; // separated by commas
     const char* otherIdentifyingInfo;
     std::uint16_t requestedState;
-    Dedicated dedicated;
+    int dedicated;
     int operationalStatus;
 };
 // Fills all but the keys. Returns -1 when an allocation fails.

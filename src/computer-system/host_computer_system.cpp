@@ -10,7 +10,7 @@ namespace {
 
 using ph::computer::Record;
 
-constexpr const char* className = "CIM_HostComputerSystem";
+constexpr const char* className = ph::hostClass;
 constexpr int systemBoard = 7; // IPMI entity ID
 
 int enumerate(ph::RecordArray<Record>& hosts, ph::Detail detail) {
@@ -25,11 +25,6 @@ int enumerate(ph::RecordArray<Record>& hosts, ph::Detail detail) {
         return -1;
     return detail == ph::Detail::Names ? 0 : PH_Fill_HostComputerSystem(source.device(), host, fru.get());
 }
-
-// RequestedState
-constexpr std::uint16_t enabled = 2;
-constexpr std::uint16_t disabled = 3;
-constexpr std::uint16_t reset = 11;
 
 constexpr int notCarriedOut = 7;
 
@@ -73,17 +68,17 @@ int PH_Fill_HostComputerSystem(const DeviceRecord* device, Record* record, const
     return ph::computer::fill(record, {.identifyingDescriptions = "CIM:GUID, CIM:Model:SerialNumber, CIM:Tag",
                                        .otherIdentifyingInfo = info,
                                        .requestedState = device->requestedState,
-                                       .dedicated = ph::computer::notDedicated,
-                                       .operationalStatus = 2}); // OK
+                                       .dedicated = ph::Dedicated::NotDedicated,
+                                       .operationalStatus = ph::OperationalStatus::OK});
 }
 
 int SetHostPowerState(CMPIString** /*keyValues*/, uint16_t requestedState) {
     switch (requestedState) {
-    case enabled:
+    case ph::RequestedState::Enabled:
         return ph::switchPower(CIM_PowerUp);
-    case disabled:
+    case ph::RequestedState::Disabled:
         return ph::switchPower(CIM_SoftOff);
-    case reset:
+    case ph::RequestedState::Reset:
         return ph::switchPower(CIM_PowerCycle);
     default:
         return notCarriedOut;

@@ -21,8 +21,6 @@ using ph::MethodCall;
 using ph::Property;
 
 constexpr const char* className = "CIM_PowerManagementService";
-constexpr const char* processorClass = "CIM_SPComputerSystem";
-constexpr const char* hostClass = "CIM_HostComputerSystem";
 constexpr int nameKey = 3; // its place in the key list
 
 constexpr Property properties[] = {
@@ -50,9 +48,7 @@ int append(ph::RecordArray<Record>& services, const PowerServiceRow& row, const 
     Record* service = services.append();
     if (service == nullptr)
         return -1;
-    ph::copyText(service->SystemCreationClassName, processorClass);
-    ph::copyText(service->CreationClassName, className);
-    ph::copyText(service->SystemName, systemName);
+    ph::setHostedKeys(*service, ph::processorClass, systemName, className);
     ph::copyText(service->Name, row.name);
     return detail == ph::Detail::Names ? 0 : PH_Fill_PowerManagementService(&row, service);
 }
@@ -110,13 +106,12 @@ std::optional<PowerRequest> read(MethodCall& call) {
 }
 
 bool restartProcessor(std::uint16_t powerState) {
-    constexpr std::uint16_t powerCycle = 5;
-    return powerState == powerCycle && ph::runCommand("reboot") == 0;
+    return powerState == ph::PowerState::PowerCycleOffSoft && ph::runCommand("reboot") == 0;
 }
 
 bool change(MethodCall& call, const PowerRequest& request) {
     const bool isProcessor = std::strcmp(request.serviceName, "SP Power Management Service") == 0;
-    if (!ph::isOfClass(request.managedElement, isProcessor ? processorClass : hostClass)) {
+    if (!ph::isOfClass(request.managedElement, isProcessor ? ph::processorClass : ph::hostClass)) {
         call.refuse(CMPI_RC_ERR_TYPE_MISMATCH, "ManagedElement Param is Missing or incorrect");
         return false;
     }

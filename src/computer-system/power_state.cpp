@@ -1,6 +1,7 @@
 #include "computer-system/power_state.h"
 
 #include "provider_helper/computer_system.h"
+#include "Utility/dmtf_values.h"
 
 namespace {
 
@@ -10,32 +11,33 @@ int softCycle(IPMI20_SESSION_T* session, int timeout) {
     return CIM_PowerUp(session, timeout);
 }
 
-// By DMTF PowerState; nullptr: no BMC does that.
+// nullptr: no BMC does that.
 ph::PowerHook hookFor(uint16_t powerState) {
+    using namespace ph::PowerState;
     switch (powerState) {
-    case 1: // other
-    case 2: // on
+    case Other:
+    case On:
         return CIM_PowerUp;
-    case 5: // power cycle (off soft)
+    case PowerCycleOffSoft:
         return softCycle;
-    case 6: // off hard
+    case OffHard:
         return CIM_PowerOff;
-    case 8: // off soft
+    case OffSoft:
         return CIM_SoftOff;
-    case 9: // power cycle (off hard)
+    case PowerCycleOffHard:
         return CIM_PowerCycle;
-    case 10: // master bus reset
+    case MasterBusReset:
         return CIM_HardReset;
-    case 11: // diagnostic interrupt
+    case DiagnosticInterrupt:
         return CIM_DiagnosticInt;
     default:
         return nullptr;
     }
 }
 
-// Sleep (light), sleep (deep) and hibernate.
 bool isSleep(uint16_t powerState) {
-    return powerState == 3 || powerState == 4 || powerState == 7;
+    using namespace ph::PowerState;
+    return powerState == SleepLight || powerState == SleepDeep || powerState == Hibernate;
 }
 
 // The platform sees a session of these requests, and it stays open: that is how it has always been counted.

@@ -13,12 +13,8 @@ namespace {
 
 using ph::computer::Record;
 
-constexpr const char* className = "CIM_SPComputerSystem";
+constexpr const char* className = ph::processorClass;
 constexpr const char* restartMarker = "/conf/spcs_reqstatechange_reboot";
-
-// RequestedState
-constexpr std::uint16_t reset = 11;
-constexpr std::uint16_t notApplicable = 12;
 
 int enumerate(ph::RecordArray<Record>& processors, ph::Detail detail) {
     ph::computer::Source source;
@@ -37,7 +33,7 @@ bool isRestartRequested() {
 
 // With the marker or the device record missing the controller restarts all the same.
 bool restart() {
-    ph::computer::storeRequestedState(SMASH_DEVICE_SP, reset);
+    ph::computer::storeRequestedState(SMASH_DEVICE_SP, ph::RequestedState::Reset);
     char touch[64];
     std::snprintf(touch, sizeof(touch), "touch %s", restartMarker);
     ph::runCommand(touch);
@@ -45,7 +41,7 @@ bool restart() {
 }
 
 bool changeProcessor(CMPIString** keyValues, std::uint16_t state) {
-    return state == reset && RequstStateChangeforSP(keyValues) == 0;
+    return state == ph::RequestedState::Reset && RequstStateChangeforSP(keyValues) == 0;
 }
 
 ph::MethodAnswer changeState(ph::MethodCall& call) {
@@ -73,11 +69,13 @@ PH_EXPORT_CLASS_FAMILY(SPComputerSystem, Record, definition)
 int PH_Fill_SPComputerSystem(const DeviceRecord* device, Record* record) {
     char info[32];
     std::snprintf(info, sizeof(info), "%u-%u", device->manufacturerId, device->productId);
-    return ph::computer::fill(record, {.identifyingDescriptions = "Manufacturer ID-Product ID",
-                                       .otherIdentifyingInfo = info,
-                                       .requestedState = isRestartRequested() ? reset : notApplicable,
-                                       .dedicated = ph::computer::managementController,
-                                       .operationalStatus = 11}); // in service
+    return ph::computer::fill(record,
+                              {.identifyingDescriptions = "Manufacturer ID-Product ID",
+                               .otherIdentifyingInfo = info,
+                               .requestedState = isRestartRequested() ? ph::RequestedState::Reset
+                                                                      : ph::RequestedState::NotApplicable,
+                               .dedicated = ph::Dedicated::ManagementController,
+                               .operationalStatus = ph::OperationalStatus::InService});
 }
 
 int RequstStateChangeforSP(CMPIString** /*keyValues*/) {

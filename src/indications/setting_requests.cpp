@@ -13,7 +13,7 @@ bool hasConstantKeys(const CMPIObjectPath* ref, const char* className) {
     const struct {
         const char* name;
         const char* value;
-    } constants[] = {{"SystemCreationClassName", systemClass},
+    } constants[] = {{"SystemCreationClassName", processorClass},
                      {"CreationClassName", className},
                      {"SystemName", systemName}};
     const CMPICount count = CMGetKeyCount(ref, nullptr);

@@ -5,12 +5,12 @@
 #include "Utility/back_ends.h"
 #include "Utility/class_family.h"
 #include "Utility/guard.h"
+#include "Utility/hosted_element.h"
 #include "Utility/record_fields.h"
 #include "Utility/request_status.h"
 
 namespace ph::indications {
 
-inline constexpr const char* systemClass = "CIM_SPComputerSystem";
 inline constexpr std::size_t keyCount = 4; // SystemCreationClassName, CreationClassName, SystemName, Name
 inline constexpr std::size_t nameKey = 3;
 
@@ -39,9 +39,7 @@ Record* append(RecordArray<Record>& records, const char* className, const char* 
     Record* record = records.append();
     if (record == nullptr)
         return nullptr;
-    copyText(record->SystemCreationClassName, systemClass);
-    copyText(record->CreationClassName, className);
-    copyText(record->SystemName, systemName);
+    setHostedKeys(*record, processorClass, systemName, className);
     copyText(record->Name, name);
     return record;
 }

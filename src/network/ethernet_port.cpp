@@ -4,6 +4,8 @@
 #include "provider_helper/network.h"
 #include "Utility/back_ends.h"
 #include "Utility/class_family.h"
+#include "Utility/dmtf_values.h"
+#include "Utility/hosted_element.h"
 #include "Utility/record_fields.h"
 #include "Utility/request_texts.h"
 
@@ -82,9 +84,7 @@ int enumerate(ph::RecordArray<Record>& ports, ph::Detail detail) {
         if (port == nullptr)
             return -1;
         position = lan.isBond ? ports.count() : position + 1;
-        ph::copyText(port->SystemCreationClassName, ph::systemClassName);
-        ph::copyText(port->SystemName, systemName);
-        ph::copyText(port->CreationClassName, className);
+        ph::setHostedKeys(*port, ph::processorClass, systemName, className);
         std::snprintf(port->DeviceID, sizeof(port->DeviceID), "%s%d:%s:%d", "EthernetPort", position,
                       lan.interfaceName, lan.index);
         if (detail == ph::Detail::All && fill(*port, session.get(), lan, configuration) != 0)
@@ -124,7 +124,8 @@ bool parse(const std::string& deviceId, PortName& name) {
 }
 
 bool isStateOfPort(int state) {
-    return state == 2 || state == 3 || state == 11; // DMTF RequestedState: enabled, disabled, reset
+    using namespace ph::RequestedState;
+    return state == Enabled || state == Disabled || state == Reset;
 }
 
 ph::MethodAnswer changeState(ph::MethodCall& call) {
@@ -176,17 +177,18 @@ int PH_Fill_EthernetPort(Record* record, const char* macAddress, const char* int
     ph::copyText(record->Name, "EthernetPort");
     ph::copyText(record->PermanentAddress, macAddress);
     const std::uint32_t bits = *speed * bitsPerMegabit; // 32 bits: 1000 Mb/s wraps
-    record->PortType = bits == 100 * bitsPerMegabit ? 51 : 50;
+    record->PortType = bits == 100 * bitsPerMegabit ? ph::PortType::T10Or100 : ph::PortType::T10;
     record->Speed = record->MaxSpeed = record->RequestedSpeed = bits;
-    ph::setSlots(record->Capabilities,
-                 {configuration->capability != 0 ? std::uint16_t{3} : std::uint16_t{0}});
-    ph::setSlots(record->EnabledCapabilities,
-                 {configuration->enabledCapability != 0 ? std::uint16_t{3} : std::uint16_t{0}});
-    record->LinkTechnology = 2; // Ethernet
+    const auto wakeOnLan = [](int isSet) -> std::uint16_t {
+        return isSet != 0 ? ph::PortCapabilities::WakeOnLan : ph::PortCapabilities::Unknown;
+    };
+    ph::setSlots(record->Capabilities, {wakeOnLan(configuration->capability)});
+    ph::setSlots(record->EnabledCapabilities, {wakeOnLan(configuration->enabledCapability)});
+    record->LinkTechnology = ph::LinkTechnology::Ethernet;
     record->FullDuplex = configuration->duplex == 1;
     record->AutoSense = configuration->autoNegotiation == 1;
     record->ActiveMaximumTransmissionUnit = configuration->mtu;
-    record->EnabledState = enabled != 0 ? 2 : 3;
+    record->EnabledState = enabled != 0 ? ph::EnabledState::Enabled : ph::EnabledState::Disabled;
     record->RequestedState = static_cast<uint16_t>(ph::readRequestedState(interfaceName));
     return 0;
 }

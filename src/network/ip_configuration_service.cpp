@@ -3,6 +3,8 @@
 #include "network/lans.h"
 #include "provider_helper/network.h"
 #include "Utility/class_family.h"
+#include "Utility/dmtf_values.h"
+#include "Utility/hosted_element.h"
 #include "Utility/record_fields.h"
 
 constexpr const char* const g_IPConfigurationServiceKeyList[4] = {"SystemCreationClassName",
@@ -60,12 +62,12 @@ constexpr ph::ClassDefinition<Record> definition{
 PH_EXPORT_CLASS_FAMILY(IPConfigurationService, Record, definition)
 
 int PH_Fill_IPConfigurationService(Record* record) {
-    ph::copyText(record->SystemCreationClassName, ph::systemClassName);
+    ph::copyText(record->SystemCreationClassName, ph::processorClass);
     ph::copyText(record->CreationClassName, className);
     ph::copyText(record->Name, "IPConfigurationService1");
     ph::copyText(record->ElementName, "IP Configuration Service");
-    record->EnabledState = 2;    // enabled
-    record->RequestedState = 12; // not applicable
+    record->EnabledState = ph::EnabledState::Enabled;
+    record->RequestedState = ph::RequestedState::NotApplicable;
     return 0;
 }
 

@@ -4,6 +4,8 @@
 #include "provider_helper/network.h"
 #include "Utility/back_ends.h"
 #include "Utility/class_family.h"
+#include "Utility/dmtf_values.h"
+#include "Utility/hosted_element.h"
 #include "Utility/record_fields.h"
 
 #include <cstdio>
@@ -20,16 +22,12 @@ using ph::Lan;
 using ph::Property;
 
 constexpr const char* className = "CIM_IPProtocolEndpoint";
-constexpr std::uint16_t ipv4 = 4096; // ProtocolIFType
-constexpr std::uint16_t ipv6 = 4097;
-
-enum AddressOrigin { originStatic = 3, originDhcp = 4, originDhcpV6 = 7, originIpv6Auto = 8 };
 
 bool isIpv4(const Record& endpoint) {
-    return endpoint.ProtocolIFType == ipv4;
+    return endpoint.ProtocolIFType == ph::ProtocolIFType::IPv4;
 }
 bool isIpv6(const Record& endpoint) {
-    return endpoint.ProtocolIFType == ipv6;
+    return endpoint.ProtocolIFType == ph::ProtocolIFType::IPv6;
 }
 
 constexpr Property properties[] = {
@@ -53,7 +51,7 @@ constexpr Property properties[] = {
 // One address of a LAN, as it becomes an endpoint.
 struct Address {
     int ipVersion = 4;
-    int origin = originStatic;
+    int origin = ph::AddressOrigin::Static;
     char text[64] = "";
     char subnetMask[64] = ""; // version 4
     int prefixLength = 0;     // version 6
@@ -61,9 +59,7 @@ struct Address {
 
 void setKeys(Record& endpoint, const char* systemName, const char* interfaceName, int channel, int ipVersion,
              int count) {
-    ph::copyText(endpoint.SystemCreationClassName, ph::systemClassName);
-    ph::copyText(endpoint.CreationClassName, className);
-    ph::copyText(endpoint.SystemName, systemName);
+    ph::setHostedKeys(endpoint, ph::processorClass, systemName, className);
     std::snprintf(endpoint.Name, sizeof(endpoint.Name), "IPProtocolEndpoint%d*Channel-%d*%s-%d", count,
                   channel, interfaceName, ipVersion);
 }
@@ -73,7 +69,8 @@ Address readIpv4(IPMI20_SESSION_T* session, const Lan& lan) {
     if (CIM_GetIPv4NetworkCfg(session, &configuration, lan.channel, ph::hookTimeout) != 0)
         configuration = {};
     Address address;
-    address.origin = configuration.source == CIM_ADDRESS_SOURCE_DYNAMIC ? originDhcp : originStatic;
+    address.origin = configuration.source == CIM_ADDRESS_SOURCE_DYNAMIC ? ph::AddressOrigin::Dhcp
+                                                                        : ph::AddressOrigin::Static;
     ConvertIPnumToStr(configuration.address, address.text);
     ConvertIPnumToStr(configuration.netmask, address.subnetMask);
     return address;
@@ -85,12 +82,12 @@ int ipv6Origin(IPMI20_SESSION_T* session, const Lan& lan) {
     CIM_IPv6NetworkCfg configuration{};
     if (CIM_GetIPv6NetworkCfg(session, &configuration, lan.channel, ph::hookTimeout) != 0 ||
         configuration.source != CIM_ADDRESS_SOURCE_DYNAMIC)
-        return originStatic;
+        return ph::AddressOrigin::Static;
     char configured[64] = "";
     ConvertIP6numToStr(configuration.address, configured);
     return PH_IsDHCPServerAddressFilePresent(lan.interfaceName) != 0 || std::string_view(configured) == "::"
-               ? originDhcpV6
-               : originIpv6Auto;
+               ? ph::AddressOrigin::DhcpV6
+               : ph::AddressOrigin::IPv6Auto;
 }
 
 std::vector<Address> readAddresses(IPMI20_SESSION_T* session, const Lan& lan) {
@@ -142,16 +139,16 @@ int PH_Fill_IPProtocolEndpoint(Record* record, int addressOrigin, const char* ad
                                int prefixLength, int ipVersion) {
     ph::copyText(record->NameFormat,
                  "ClassName[Instance Count]*Channel-ChannelNumber*InterfaceName-IPVersion");
-    record->EnabledState = 2;    // enabled
-    record->RequestedState = 12; // not applicable
+    record->EnabledState = ph::EnabledState::Enabled;
+    record->RequestedState = ph::RequestedState::NotApplicable;
     ph::copyText(record->ElementName, "Endpoint Dedicated to a Single IP");
     record->AddressOrigin = static_cast<uint16_t>(addressOrigin);
     if (ipVersion == 4) {
-        record->ProtocolIFType = ipv4;
+        record->ProtocolIFType = ph::ProtocolIFType::IPv4;
         ph::copyText(record->IPv4Address, address);
         ph::copyText(record->SubnetMask, subnetMask);
     } else {
-        record->ProtocolIFType = ipv6;
+        record->ProtocolIFType = ph::ProtocolIFType::IPv6;
         ph::copyText(record->IPv6Address, address);
         record->IPv6AddressType = static_cast<uint16_t>(ipVersion);
         record->IPv6SubnetPrefixLength = static_cast<uint16_t>(prefixLength);

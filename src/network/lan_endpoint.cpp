@@ -3,6 +3,8 @@
 #include "provider_helper/network.h"
 #include "Utility/back_ends.h"
 #include "Utility/class_family.h"
+#include "Utility/dmtf_values.h"
+#include "Utility/hosted_element.h"
 #include "Utility/record_fields.h"
 
 #include <cstdio>
@@ -56,9 +58,7 @@ int enumerate(ph::RecordArray<Record>& endpoints, ph::Detail detail) {
         Record* endpoint = endpoints.append();
         if (endpoint == nullptr)
             return -1;
-        ph::copyText(endpoint->SystemCreationClassName, ph::systemClassName);
-        ph::copyText(endpoint->CreationClassName, className);
-        ph::copyText(endpoint->SystemName, systemName);
+        ph::setHostedKeys(*endpoint, ph::processorClass, systemName, className);
         std::snprintf(endpoint->Name, sizeof(endpoint->Name), "%s-%s", "LANEndpoint", lan.interfaceName);
         if (detail == ph::Detail::Names)
             continue;
@@ -74,8 +74,8 @@ int enumerate(ph::RecordArray<Record>& endpoints, ph::Detail detail) {
 
 std::uint16_t enabledState(int enable) {
     if (enable > CIM_LAN_BOTH)
-        return 0;                              // unknown
-    return enable == CIM_LAN_DISABLED ? 3 : 2; // disabled, enabled
+        return ph::EnabledState::Unknown;
+    return enable == CIM_LAN_DISABLED ? ph::EnabledState::Disabled : ph::EnabledState::Enabled;
 }
 
 constexpr ph::ClassDefinition<Record> definition{.name = className,
@@ -89,11 +89,11 @@ constexpr ph::ClassDefinition<Record> definition{.name = className,
 int PH_Fill_LANEndpoint(const char* interfaceName, Record* record, const char* macAddress, int enable,
                         const char* lanId) {
     ph::copyText(record->NameFormat, "ClassName-InterfaceName");
-    record->ProtocolIFType = 6; // Ethernet CSMA/CD
+    record->ProtocolIFType = ph::ProtocolIFType::EthernetCsmaCd;
     ph::copyText(record->MACAddress, macAddress);
     ph::copyText(record->LANID, lanId);
     record->EnabledState = enabledState(enable);
-    record->RequestedState = 12; // not applicable
+    record->RequestedState = ph::RequestedState::NotApplicable;
     std::snprintf(record->ElementName, sizeof(record->ElementName), "LANEndPoint for %s", interfaceName);
     return 0;
 }

@@ -27,6 +27,4 @@ struct MacText {
 MacText readMac(int (*hook)(IPMI20_SESSION_T*, std::uint8_t*, std::uint8_t, int), IPMI20_SESSION_T* session,
                 const Lan& lan);
 
-inline constexpr const char* systemClassName = "CIM_SPComputerSystem";
-
 } // namespace ph

@@ -2,6 +2,8 @@
 #include "network/lans.h"
 #include "provider_helper/network.h"
 #include "Utility/class_family.h"
+#include "Utility/dmtf_values.h"
+#include "Utility/hosted_element.h"
 #include "Utility/record_fields.h"
 
 constexpr const char* const g_PortControllerKeyList[4] = {"DeviceID", "SystemCreationClassName",
@@ -46,16 +48,16 @@ constexpr ph::ClassDefinition<Record> definition{.name = className,
 } // namespace
 
 int PH_Fill_PortController(Record* record) {
-    ph::copyText(record->SystemCreationClassName, ph::systemClassName);
+    ph::copyText(record->SystemCreationClassName, ph::processorClass);
     ph::copyText(record->CreationClassName, className);
     ph::copyText(record->DeviceID, "PortController-1.0.0");
     ph::copyText(record->Name, "PortController1");
     ph::copyText(record->ElementName, "Controller for the Network Port");
-    record->ControllerType = 2;    // Ethernet
-    record->ProtocolSupported = 2; // unknown
+    record->ControllerType = ph::ControllerType::Ethernet;
+    record->ProtocolSupported = ph::ProtocolSupported::Unknown;
     record->MaxNumberControlled = 0;
-    record->EnabledState = 5;    // not applicable
-    record->RequestedState = 12; // not applicable
+    record->EnabledState = ph::EnabledState::NotApplicable;
+    record->RequestedState = ph::RequestedState::NotApplicable;
     return 0;
 }
 

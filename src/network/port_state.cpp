@@ -2,6 +2,7 @@
 #include "network/port_state.h"
 #include "provider_helper/network.h"
 #include "Utility/back_ends.h"
+#include "Utility/dmtf_values.h"
 #include "Utility/request_status.h"
 #include "Utility/shared_file.h"
 
@@ -11,9 +12,6 @@
 
 namespace ph {
 namespace {
-
-constexpr int enable = 2; // DMTF RequestedState
-constexpr int disable = 3;
 
 // "/tmp/ethport_reqstate_eth0"; empty for a name that would lead elsewhere.
 struct StateFile {
@@ -44,11 +42,11 @@ constexpr Switch lanSwitch{"Unable to enable the EthernertPort",
 template <class Set>
 const char* change(const Switch& kind, bool isEnabled, int requestedState, Set set) {
     switch (requestedState) {
-    case enable:
+    case RequestedState::Enabled:
         if (isEnabled)
             return "This EthernetPort is already active";
         return set(true) ? nullptr : kind.noEnable;
-    case disable:
+    case RequestedState::Disabled:
         if (!isEnabled)
             return "This EthernetPort is already disabled";
         return set(false) ? nullptr : kind.noDisable;

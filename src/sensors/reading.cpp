@@ -17,11 +17,11 @@ Reading readSensor(IPMI20_SESSION_T* session, std::uint8_t number) {
 Health healthOf(const Reading& reading) {
     switch (reading.availability) {
     case Availability::Available:
-        return {5, 2}; // OK, OK
+        return {HealthState::OK, OperationalStatus::OK};
     case Availability::Unavailable:
-        return {0, 11}; // unknown, in service
+        return {HealthState::Unknown, OperationalStatus::InService};
     default:
-        return {0, 0}; // unknown, unknown
+        return {HealthState::Unknown, OperationalStatus::Unknown};
     }
 }
 
@@ -47,7 +47,7 @@ int PH_Get_Reading_Sensor(IPMI20_SESSION_T* session, SensorRecord* record) {
 }
 
 int IsSkipUnkwonError(const char* /*deviceId*/, const char* /*source*/, int operationalStatus) {
-    return operationalStatus == 0 ? 1 : 0;
+    return operationalStatus == ph::OperationalStatus::Unknown ? 1 : 0;
 }
 
 int PH_Fill_HealthState(IPMI20_SESSION_T* session, uint8_t sensorNumber, uint16_t* healthState,

@@ -3,6 +3,7 @@
 
 #include "provider_helper/sensors.h"
 #include "Utility/back_ends.h"
+#include "Utility/dmtf_values.h"
 #include "Utility/record_fields.h"
 
 #include <cstdint>
@@ -51,7 +52,7 @@ int publishReading(SensorRecord& sensor, const Reading& reading, Judge judge) {
     else
         copyText(sensor.CurrentState, "Unknown");
     if (std::strcmp(sensor.CurrentState, "Unknown") == 0)
-        sensor.EnabledState = 5; // not applicable
+        sensor.EnabledState = EnabledState::NotApplicable;
     return 0;
 }
 

@@ -1,5 +1,6 @@
 // CIM_Sensor: discrete sensors, one instance for each row of the SDR table.
 #include "sensors/sensor_family.h"
+#include "Utility/dmtf_values.h"
 
 constexpr const char* const g_SensorKeyList[4] = {ph::sensorKeys[0], ph::sensorKeys[1], ph::sensorKeys[2],
                                                   ph::sensorKeys[3]};
@@ -11,9 +12,9 @@ void fillCommon(const CompactSdr& sdr, SensorRecord& sensor) {
     copyText(sensor.OtherSensorTypeDescription, sdr.otherSensorType);
     copyText(sensor.source, sdr.source);
     sensor.SensorType = sdr.sensorType;
-    sensor.RequestedState = 12;             // not applicable
-    sensor.EnabledState = 2;                // enabled
-    setList(sensor.OperationalStatus, {0}); // unknown, until it is read
+    sensor.RequestedState = RequestedState::NotApplicable;
+    sensor.EnabledState = EnabledState::Enabled;
+    setList(sensor.OperationalStatus, {OperationalStatus::Unknown}); // until it is read
     sensor.eventReadingType = sdr.eventReadingType;
     sensor.ipmiSensorType = sdr.ipmiSensorType;
     sensor.entityId = sdr.entityId;

@@ -4,6 +4,7 @@
 
 #include "sensors/reading.h"
 #include "Utility/class_family.h"
+#include "Utility/hosted_element.h"
 
 #include <span>
 
@@ -67,9 +68,7 @@ int appendSensor(const SensorClass<Record, Sdr>& sensorClass, RecordArray<Record
     if (record == nullptr)
         return -1;
     SensorRecord& common = commonOf(*record);
-    copyText(common.SystemCreationClassName, "CIM_HostComputerSystem");
-    copyText(common.SystemName, systemName);
-    copyText(common.CreationClassName, sensorClass.name);
+    setHostedKeys(common, hostClass, systemName, sensorClass.name);
     if (reader == nullptr) {
         copyText(common.DeviceID, commonOf(sdr).deviceId);
         return 0;

@@ -1,5 +1,6 @@
 // The CLP daemon's processes, through the system's commands.
 #include "provider_helper/services.h"
+#include "Utility/dmtf_values.h"
 #include "Utility/guard.h"
 #include "Utility/request_status.h"
 #include "Utility/shell.h"
@@ -46,23 +47,22 @@ int start() {
 }
 
 int changeDaemon(std::uint16_t requestedState, char* message) {
-    constexpr std::uint16_t enabled = 2, disabled = 3, reset = 11;
     const bool isRunning = PH_IsSmashclpdRunning() == 0;
     switch (requestedState) {
-    case enabled:
+    case RequestedState::Enabled:
         if (isRunning)
             return explain(message, PH_SERVICE_MESSAGE_SIZE,
                            "An instance of SMASHCLPD server is already running...!");
         return start() == 0
                    ? 0
                    : explain(message, PH_SERVICE_MESSAGE_SIZE, "Internal Error : Failed to invoke method");
-    case disabled:
+    case RequestedState::Disabled:
         if (!isRunning)
             return explain(message, PH_SERVICE_MESSAGE_SIZE, "SMASHCLPD server is not running currently...!");
         endClients();
         runAndPause("killall -1 smashclpd"); // the daemon ends its sessions in order on a hang-up
         return 0;
-    case reset:
+    case RequestedState::Reset:
         if (isRunning) {
             endClients();
             runAndPause("killall smashclpd");

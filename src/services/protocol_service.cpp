@@ -3,6 +3,8 @@
 #include "services/service_list.h"
 #include "Utility/back_ends.h"
 #include "Utility/class_family.h"
+#include "Utility/dmtf_values.h"
+#include "Utility/hosted_element.h"
 #include "Utility/record_fields.h"
 #include "Utility/request_status.h"
 #include "Utility/request_texts.h"
@@ -44,9 +46,7 @@ public:
         Record* record = records.append();
         if (record == nullptr)
             return -1;
-        ph::copyText(record->SystemCreationClassName, "CIM_SPComputerSystem");
-        ph::copyText(record->CreationClassName, className);
-        ph::copyText(record->SystemName, systemName_);
+        ph::setHostedKeys(*record, ph::processorClass, systemName_, className);
         ph::copyText(record->Name, service.name);
         if (detail == ph::Detail::Names)
             return 0;
@@ -86,7 +86,8 @@ bool exists(CMPIString* const* keyValues) {
 }
 
 bool isCarriedOut(std::uint16_t state) {
-    return state == 2 || state == 3 || state == 11; // enabled, disabled, reset
+    using namespace ph::RequestedState;
+    return state == Enabled || state == Disabled || state == Reset;
 }
 
 ph::MethodAnswer changeState(ph::MethodCall& call) {
@@ -108,7 +109,7 @@ ph::MethodAnswer changeState(ph::MethodCall& call) {
     char message[PH_SERVICE_MESSAGE_SIZE] = "Unable to record how the job ended."; // unless the change fails
     const ph::MethodAnswer answer = call.report(jobName, [&] {
         return isCarriedOut(state)
-                   ? PH_RequestStateChange_DB(state, serviceName, message) == 0
+                   ? PH_Set_ProtocolService_EnabledState(serviceName, state, message) == 0
                    : ph::explain(message, PH_SERVICE_MESSAGE_SIZE, "Invalid Parameter value") == 0;
     });
     if (answer == ph::methodFailed)
@@ -160,11 +161,12 @@ int PH_Fill_ProtocolService(IPMI20_SESSION_T* session, ProtocolServiceRecord* re
     ph::copyText(record->OtherProtocol, service->word);
     record->Protocol = service->protocol;
     record->MaxConnections = state.maxConnections;
-    record->RequestedState = 12; // not applicable
-    record->EnabledState = state.isEnabled ? 2 : 3;
-    record->HealthState = state.isEnabled ? 5 : 0;
-    constexpr int unknown = 0, ok = 2, stopped = 10;
-    ph::setList(record->OperationalStatus, {state.isEnabled ? ok : state.isKnown ? stopped : unknown});
+    record->RequestedState = ph::RequestedState::NotApplicable;
+    record->EnabledState = state.isEnabled ? ph::EnabledState::Enabled : ph::EnabledState::Disabled;
+    record->HealthState = state.isEnabled ? ph::HealthState::OK : ph::HealthState::Unknown;
+    ph::setList(record->OperationalStatus, {state.isEnabled ? ph::OperationalStatus::OK
+                                            : state.isKnown ? ph::OperationalStatus::Stopped
+                                                            : ph::OperationalStatus::Unknown});
     return 0;
 }
 

@@ -2,6 +2,7 @@
 #include "provider_helper/services.h"
 #include "services/service_list.h"
 #include "Utility/back_ends.h"
+#include "Utility/dmtf_values.h"
 #include "Utility/request_status.h"
 
 #include <cstring>
@@ -10,9 +11,6 @@
 namespace ph {
 namespace {
 
-constexpr std::uint16_t enabled = 2;
-constexpr std::uint16_t disabled = 3;
-constexpr std::uint16_t reset = 11;
 constexpr unsigned int resetSeconds = 3; // a service that is reset stays off
 
 // A service of the BMC and its settings, of which only the switch is changed.
@@ -33,11 +31,11 @@ public:
 
     bool change(std::uint16_t requestedState) {
         switch (requestedState) {
-        case enabled:
+        case RequestedState::Enabled:
             return write(1);
-        case disabled:
+        case RequestedState::Disabled:
             return write(0);
-        case reset:
+        case RequestedState::Reset:
             if (conf_.currentState == 0)
                 return write(1);
             if (!write(0))

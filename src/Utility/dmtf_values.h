@@ -1,0 +1,100 @@
+// Values of DMTF value maps (CIM schema 2.41), a namespace for each property.
+#pragma once
+
+#include <cstdint>
+
+namespace ph {
+
+namespace EnabledState { // CIM_EnabledLogicalElement
+enum : std::uint16_t { Unknown = 0, Enabled = 2, Disabled = 3, NotApplicable = 5, EnabledButOffline = 6 };
+}
+namespace RequestedState { // CIM_EnabledLogicalElement
+enum : std::uint16_t { Enabled = 2, Disabled = 3, Reset = 11, NotApplicable = 12 };
+}
+namespace HealthState { // CIM_ManagedSystemElement
+enum : std::uint16_t { Unknown = 0, OK = 5 };
+}
+namespace OperationalStatus { // CIM_ManagedSystemElement
+enum : std::uint16_t { Unknown = 0, OK = 2, Error = 6, Stopped = 10, InService = 11, Completed = 17 };
+}
+namespace JobState { // CIM_ConcreteJob
+enum : std::uint16_t { Running = 4, Completed = 7, Exception = 10 };
+}
+namespace PowerState { // CIM_PowerManagementService.RequestPowerStateChange
+enum : std::uint16_t {
+    Other = 1,
+    On = 2,
+    SleepLight = 3,
+    SleepDeep = 4,
+    PowerCycleOffSoft = 5,
+    OffHard = 6,
+    Hibernate = 7,
+    OffSoft = 8,
+    PowerCycleOffHard = 9,
+    MasterBusReset = 10,
+    DiagnosticInterrupt = 11
+};
+}
+namespace Dedicated { // CIM_ComputerSystem
+enum : std::uint16_t { NotDedicated = 0, ManagementController = 28 };
+}
+
+namespace ErrorType { // CIM_Error
+enum : std::uint16_t { Unknown = 0 };
+}
+namespace ErrorSourceFormat { // CIM_Error
+enum : std::uint16_t { Unknown = 0 };
+}
+namespace PerceivedSeverity { // CIM_Error
+enum : std::uint16_t { DegradedOrWarning = 3 };
+}
+namespace ProbableCause { // CIM_Error
+enum : std::uint16_t { Unknown = 0 };
+}
+
+namespace LogState { // CIM_RecordLog
+enum : std::uint16_t { Normal = 2, NotApplicable = 4 };
+}
+namespace OverwritePolicy { // CIM_RecordLog
+enum : std::uint16_t { WrapsWhenFull = 2, NeverOverwrites = 7 };
+}
+namespace SupportedRecordTypes { // CIM_RecordLogCapabilities
+enum : std::uint16_t { RecordData = 2 };
+}
+
+namespace PortType { // CIM_NetworkPort
+enum : std::uint16_t { T10 = 50, T10Or100 = 51 };
+}
+namespace LinkTechnology { // CIM_NetworkPort
+enum : std::uint16_t { Ethernet = 2 };
+}
+namespace PortCapabilities { // CIM_EthernetPort
+enum : std::uint16_t { Unknown = 0, WakeOnLan = 3 };
+}
+namespace ControllerType { // CIM_PortController
+enum : std::uint16_t { Ethernet = 2 };
+}
+namespace ProtocolSupported { // CIM_Controller
+enum : std::uint16_t { Unknown = 2 };
+}
+namespace ProtocolIFType { // CIM_ProtocolEndpoint
+enum : std::uint16_t { EthernetCsmaCd = 6, IPv4 = 4096, IPv6 = 4097 };
+}
+namespace AddressOrigin { // CIM_IPProtocolEndpoint
+enum : std::uint16_t { Static = 3, Dhcp = 4, DhcpV6 = 7, IPv6Auto = 8 };
+}
+namespace Protocol { // CIM_ProtocolService
+enum : std::uint16_t { Other = 1, Ssh = 2, Telnet = 3, SmClp = 4 };
+}
+
+namespace PasswordEncryption { // CIM_Account, CIM_AccountManagementCapabilities
+enum : std::uint16_t { None = 0, Other = 1 };
+}
+namespace PasswordEncoding { // CIM_Account
+enum : std::uint16_t { Ascii = 2 };
+}
+namespace AccountOperations { // CIM_AccountManagementCapabilities
+enum : std::uint16_t { Create = 2, Modify = 3, Delete = 4 };
+}
+
+} // namespace ph
