@@ -1,6 +1,6 @@
 #include "ipmi_sim_model.h"
 
-#include "ipmi/message.h"
+#include "sdr_builder.h"
 
 #include <bitset>
 #include <cstdio>
@@ -9,11 +9,6 @@
 
 namespace ph_test {
 namespace {
-
-constexpr std::uint8_t sdrVersion = 0x51;
-constexpr std::size_t headerSize = 5;
-constexpr std::uint8_t bmcAddress = 0x20;
-constexpr std::uint8_t latin1 = 0xC0; // type bits of an ID string
 
 std::string hex(unsigned value) {
     char text[16];
@@ -25,54 +20,36 @@ std::uint8_t byte(int value) {
     return static_cast<std::uint8_t>(value);
 }
 
-// What full and compact records begin with, up to the unit bytes (IPMI 2.0 tables 43-1 and 43-2).
-void writeCommon(ipmi::Writer& record, const SimSensor& sensor, std::uint8_t recordType) {
-    record.u16(0).u8(sdrVersion).u8(recordType).u8(0); // record ID and length follow later
-    record.u8(bmcAddress).u8(0).u8(sensor.number);
-    record.u8(sensor.entityId).u8(sensor.entityInstance);
-    record.u8(0x7F).u8(0x68); // all initialized at start; auto re-arm, thresholds readable and settable
-    record.u8(sensor.type).u8(sensor.eventReadingType);
-    if (sensor.isThreshold()) // comparison bits 12 to 14 and 0 to 11; readable and settable thresholds
-        record.u16(0x7A95).u16(0x7A95).u8(sensor.thresholdMask).u8(sensor.thresholdMask);
-    else
-        record.u16(0x7FFF).u16(0x7FFF).u16(0x7FFF);
-}
-
-std::vector<std::uint8_t> finish(ipmi::Writer& record, const SimSensor& sensor) {
-    const std::span id(reinterpret_cast<const std::uint8_t*>(sensor.name.data()), sensor.name.size());
-    record.u8(byte(latin1 | static_cast<int>(id.size()))).bytes(id);
-    if (!record.ok() || id.size() > 16)
+// What full and compact records begin with (IPMI 2.0 tables 43-1 and 43-2).
+SdrBuilder common(SdrBuilder sdr, const SimSensor& sensor) {
+    if (sensor.name.size() > 16)
         throw std::length_error("sensor name '" + sensor.name + "' does not fit in an SDR");
-    std::vector<std::uint8_t> bytes(record.written().begin(), record.written().end());
-    bytes[4] = byte(static_cast<int>(bytes.size() - headerSize));
-    return bytes;
+    sdr.number(sensor.number).set(9, {sensor.entityId, sensor.entityInstance});
+    sdr.set(11, {0x7F, 0x68}); // all initialized at start; auto re-arm, thresholds readable and settable
+    if (sensor.isThreshold())  // comparison bits 12 to 14 and 0 to 11; readable and settable thresholds
+        return sdr.set(15, {0x95, 0x7A, 0x95, 0x7A, sensor.thresholdMask, sensor.thresholdMask});
+    return sdr.set(15, {0xFF, 0x7F, 0xFF, 0x7F, 0xFF, 0x7F});
 }
-
-} // namespace
 
 std::vector<std::uint8_t> fullSdr(const SimSensor& sensor) {
-    std::array<std::uint8_t, 64> storage;
-    ipmi::Writer record(storage);
-    writeCommon(record, sensor, 0x01);
-    record.u8(0).u8(sensor.unit).u8(0).u8(0); // unsigned; base unit; no modifier; linear
-    record.u8(byte(sensor.m)).u8(byte((sensor.m >> 2) & 0xC0));
-    record.u8(byte(sensor.b)).u8(byte((sensor.b >> 2) & 0xC0));
-    record.u8(0).u8(byte((sensor.rExponent << 4) | (sensor.bExponent & 0x0F)));
-    record.u8(0).fill(3, 0).u8(0xFF).u8(0); // no nominal values; readable 00h to FFh
-    for (int i : {5, 4, 3, 2, 1, 0})
-        record.u8(sensor.thresholds[static_cast<std::size_t>(i)]);
-    record.u8(1).u8(1).fill(3, 0); // hysteresis up and down; reserved, OEM
-    return finish(record, sensor);
+    const auto& limits = sensor.thresholds;
+    return common(SdrBuilder::full(sensor.type, sensor.eventReadingType, sensor.name), sensor)
+        .set(21, {0, sensor.unit, 0, 0}) // unsigned; base unit; no modifier; linear
+        .set(25, {byte(sensor.m), byte((sensor.m >> 2) & 0xC0), byte(sensor.b), byte((sensor.b >> 2) & 0xC0)})
+        .set(30, {byte((sensor.rExponent << 4) | (sensor.bExponent & 0x0F))})
+        .set(35, {0xFF, 0, limits[5], limits[4], limits[3], limits[2], limits[1], limits[0], 1, 1})
+        .record(0)
+        .bytes;
 }
 
 std::vector<std::uint8_t> compactSdr(const SimSensor& sensor) {
-    std::array<std::uint8_t, 64> storage;
-    ipmi::Writer record(storage);
-    writeCommon(record, sensor, 0x02);
-    record.u8(0xC0).fill(2, 0);               // no analog reading
-    record.u8(1).u8(0).fill(2, 0).fill(4, 0); // one sensor shares the record; no hysteresis; reserved, OEM
-    return finish(record, sensor);
+    return common(SdrBuilder::compact(sensor.type, sensor.eventReadingType, sensor.name), sensor)
+        .set(21, {0xC0}) // no analog reading
+        .record(0)
+        .bytes;
 }
+
+} // namespace
 
 std::vector<SimSensor> thresholdSensors(int count) {
     std::vector<SimSensor> sensors;

@@ -33,10 +33,6 @@ struct SimSensor {
     bool isThreshold() const { return eventReadingType == 0x01; }
 };
 
-// The sensor's SDR record, header included.
-std::vector<std::uint8_t> fullSdr(const SimSensor& sensor);
-std::vector<std::uint8_t> compactSdr(const SimSensor& sensor);
-
 // `count` (at most 254) threshold sensors with readings of their own, one in ten above its critical
 // threshold.
 std::vector<SimSensor> thresholdSensors(int count);
