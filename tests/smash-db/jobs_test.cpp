@@ -72,34 +72,6 @@ protected:
     Handle handle = openDatabase(tmp_db_init);
 };
 
-TEST_F(Jobs, areStoredChangedAndRemoved) {
-    const std::string id = add();
-    ASSERT_NE(get(id), nullptr);
-    EXPECT_EQ(get(id)->instanceId, id);
-    EXPECT_STREQ(get(id)->job.elementName, "Host_RequestStateChange");
-    EXPECT_EQ(get(id)->job.percentComplete, 0);
-
-    ASSERT_EQ(finish(id, 7), 0) << db_last_error();
-    EXPECT_EQ(get(id)->job.jobState, 7);
-    EXPECT_STREQ(get(id)->job.jobStatus, "Completed");
-    EXPECT_STREQ(get(id)->job.operationalStatus, "17,2");
-    EXPECT_EQ(get(id)->job.percentComplete, 100);
-
-    setError(id);
-    EXPECT_TRUE(hasError(id));
-    ASSERT_EQ(db_delete_concretejob(handle.get(), id.c_str()), 0) << db_last_error();
-    EXPECT_EQ(get(id), nullptr);
-    EXPECT_FALSE(hasError(id)) << "an error without its job";
-}
-
-TEST_F(Jobs, unknownOnesAreFailures) {
-    EXPECT_EQ(finish("none", 7), 1);
-    EXPECT_THAT(db_last_error(), HasSubstr("method_jobs.db"));
-    EXPECT_EQ(db_delete_concretejob(handle.get(), "none"), 1);
-    EXPECT_EQ(get("none"), nullptr);
-    EXPECT_FALSE(hasError("none"));
-}
-
 TEST_F(Jobs, neverShareAnIdentity) {
     const std::string first = add();
     ASSERT_EQ(db_delete_concretejob(handle.get(), first.c_str()), 0);
