@@ -61,21 +61,6 @@ TEST_F(NetworkHooks, lansAreTheChannelsOfMediumLan) {
     EXPECT_EQ(bmc.requests.size(), CIM_MAX_LANS) << "they are read once";
 }
 
-TEST_F(NetworkHooks, ipv4ConfigurationIsRead) {
-    bmc.answers[getParameter(3)] = value({192, 0, 2, 7});
-    bmc.answers[getParameter(4)] = value({0xF2}); // reserved bits set
-    bmc.answers[getParameter(6)] = value({255, 255, 255, 0});
-    bmc.answers[getParameter(12)] = value({192, 0, 2, 1});
-    CIM_IPv4NetworkCfg configuration{};
-    ASSERT_EQ(CIM_GetIPv4NetworkCfg(&session, &configuration, channel, 30), 0);
-    EXPECT_EQ(configuration.source, CIM_ADDRESS_SOURCE_DYNAMIC);
-    EXPECT_THAT(configuration.address, ElementsAre(192, 0, 2, 7));
-    EXPECT_THAT(configuration.netmask, ElementsAre(255, 255, 255, 0));
-    EXPECT_THAT(configuration.gateway, ElementsAre(192, 0, 2, 1));
-    bmc.answers[getParameter(6)] = value({255, 255, 255}); // a byte is missing
-    EXPECT_NE(CIM_GetIPv4NetworkCfg(&session, &configuration, channel, 30), 0);
-}
-
 // An answer that is lost, as that of a new address, must not leave a transaction (parameter 0) open.
 TEST_F(NetworkHooks, changeIsOneCommand) {
     const std::uint8_t bytes[] = {192, 0, 2, 9};
@@ -202,18 +187,6 @@ TEST_F(NetworkHooks, ipv6ChangesKeepWhatTheyDoNotChange) {
     acceptChange(56, address(0, 0x00, 1, 48));
     EXPECT_EQ(CIM_SetIPv6Source(&session, CIM_ADDRESS_SOURCE_DYNAMIC, channel, 30), 0);
     EXPECT_NE(CIM_SetIPv6Source(&session, 3, channel, 30), 0);
-}
-
-TEST_F(NetworkHooks, interfacesOfABmcWithoutTheCommands) { // which answers C1h
-    char name[CIM_INTERFACE_NAME_SIZE];
-    std::uint8_t enable = 0;
-    CIM_BondInfo info{1, 1};
-    EXPECT_EQ(CIM_GetLANIndex(&session, 2, name, 30), 0);
-    EXPECT_STREQ(name, "eth1");
-    EXPECT_EQ(CIM_GetLANEnable(&session, 1, &enable, 30), 0);
-    EXPECT_EQ(enable, CIM_LAN_BOTH);
-    EXPECT_EQ(CIM_IsBondEnabled(&session, &info, 30), 0);
-    EXPECT_EQ(info.enabled, 0);
 }
 
 TEST_F(NetworkHooks, interfacesAreAskedOfTheBmc) {

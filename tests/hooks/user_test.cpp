@@ -98,14 +98,6 @@ TEST_F(User, nameIsReadInFullAndFreeSlotsHaveNone) {
     }
 }
 
-TEST_F(User, creationDoesEverythingAndEnablesLast) {
-    const Bytes setAccess = {app, 0x43, 0x80 | 0x40 | 0x20 | 0x10 | 1, 5, 2};
-    bmc.answers[setAccess] = {0x00};
-    EXPECT_EQ(modify(0x85, "eva", "secret", 2, 2, 1, 1, 1), 0);
-    EXPECT_THAT(bmc.requests, ElementsAre(setName(5, "eva"), setPassword(0x85, 2, "secret", 20), readAccess,
-                                          setAccess, enable));
-}
-
 TEST_F(User, onlyWhatChangesIsSent) {
     EXPECT_EQ(modify(5, nullptr, "secret"), 0);
     EXPECT_EQ(modify(5, nullptr, "secret", 3), 0);
@@ -137,14 +129,20 @@ TEST_F(User, whatIsNotAllowedIsRefusedBeforeAnythingIsSent) {
     EXPECT_THAT(bmc.debugLog, Not(HasSubstr("ppp")));
 }
 
-TEST_F(User, aStepThatFailsEndsTheChange) {
+TEST_F(User, creationEnablesLastAndEndsWithAStepThatFails) {
     const Bytes setAccess = {app, 0x43, 0x80 | 0x40 | 0x20 | 0x10 | 1, 5, 2};
-    const Bytes steps[] = {setName(5, "eva"), setPassword(5, 2, "secret", 16), readAccess, setAccess, enable};
+    const Bytes steps[] = {setName(5, "eva"), setPassword(0x85, 2, "secret", 20), readAccess, setAccess,
+                           enable};
+    const auto create = [&] {
+        bmc.requests.clear();
+        return modify(0x85, "eva", "secret", 2, 2, 1, 1, 1);
+    };
     bmc.answers[setAccess] = {0x00};
+    EXPECT_EQ(create(), 0);
+    EXPECT_THAT(bmc.requests, testing::ElementsAreArray(steps));
     for (std::size_t failing = 0; failing < std::size(steps); ++failing) {
         const Bytes good = std::exchange(bmc.answers[steps[failing]], Bytes{0xD4});
-        bmc.requests.clear();
-        EXPECT_EQ(modify(5, "eva", "secret", 2, 2, 1, 1, 1), -1);
+        EXPECT_EQ(create(), -1);
         EXPECT_EQ(bmc.requests.size(), failing + 1);
         bmc.answers[steps[failing]] = good;
     }
