@@ -14,7 +14,6 @@ using broker::Instance;
 using broker::Reply;
 using broker::Value;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 AlertRecord fullAlert() {
     AlertRecord alert{};
@@ -153,50 +152,43 @@ protected:
     std::vector<std::string> nameSpaces;
 };
 
-TEST_F(BrokerDelivery, isDoneAtOnceWhereItWorks) {
-    failDeliveries(0);
-    EXPECT_EQ(deliver(), 0);
-    EXPECT_THAT(nameSpaces, ElementsAre("root/interop"));
-    EXPECT_THAT(platform.pauses, IsEmpty());
-}
-
 TEST_F(BrokerDelivery, isTriedAgainAsTheServiceSays) {
-    serve(policy(3, 20));
-    failDeliveries(2);
-    EXPECT_EQ(deliver(), 0);
-    EXPECT_THAT(nameSpaces, ElementsAre("root/interop", "root/cimv2", "root/cimv2"));
-    EXPECT_THAT(platform.pauses, ElementsAre(20U, 20U));
-
-    nameSpaces.clear();
-    platform.pauses.clear();
-    failDeliveries(9);
-    EXPECT_EQ(deliver(), 1);
-    EXPECT_THAT(platform.pauses, ElementsAre(20U, 20U, 20U));
-}
-
-TEST_F(BrokerDelivery, isNotTriedAgainWithoutAPolicy) {
-    failDeliveries(9);
-    EXPECT_EQ(deliver(), 1) << "no indication service";
-    serve(policy(0, 20));
-    EXPECT_EQ(deliver(), 1);
-    serve({});
-    EXPECT_EQ(deliver(), 1);
-    EXPECT_EQ(nameSpaces.size(), 3U);
-    EXPECT_THAT(platform.pauses, IsEmpty());
-}
-
-TEST_F(BrokerDelivery, isTriedAgainAtOnceWithoutAnInterval) {
     auto mistyped = policy(2, 20);
     mistyped[1].value = {CMPI_uint16, std::uint64_t{20}};
     auto missing = policy(2, 20);
     missing.pop_back();
-    for (const auto& given : {mistyped, missing}) {
-        serve(given);
+    using Pauses = std::vector<unsigned>;
+    const struct {
+        const char* what;
+        std::optional<broker::NamedValues> policy;
+        std::size_t failures;
+        int result;
+        Pauses pauses; // one before each further attempt
+    } cases[] = {
+        {"works at once", policy(3, 20), 0, 0, {}},
+        {"works in the end", policy(3, 20), 2, 0, {20, 20}},
+        {"fails", policy(3, 20), 9, 1, {20, 20, 20}},
+        {"no service", {}, 9, 1, {}},
+        {"no attempts", policy(0, 20), 9, 1, {}},
+        {"no policy", broker::NamedValues{}, 9, 1, {}},
+        {"interval of another type", mistyped, 2, 0, {0, 0}},
+        {"no interval", missing, 2, 0, {0, 0}},
+    };
+    for (const auto& item : cases) {
+        SCOPED_TRACE(item.what);
+        if (item.policy)
+            serve(*item.policy);
+        else
+            broker.setRouter({});
         nameSpaces.clear();
-        failDeliveries(2);
-        EXPECT_EQ(deliver(), 0);
-        EXPECT_THAT(nameSpaces, ElementsAre("root/interop", "root/cimv2", "root/cimv2"));
-        EXPECT_THAT(platform.pauses, testing::Each(0U));
+        platform.pauses.clear();
+        failDeliveries(item.failures);
+        EXPECT_EQ(deliver(), item.result);
+        EXPECT_EQ(platform.pauses, item.pauses);
+        ASSERT_EQ(nameSpaces.size(), item.pauses.size() + 1);
+        EXPECT_EQ(nameSpaces[0], "root/interop");
+        for (std::size_t i = 1; i < nameSpaces.size(); ++i)
+            EXPECT_EQ(nameSpaces[i], "root/cimv2");
     }
 }
 
