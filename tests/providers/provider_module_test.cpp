@@ -9,7 +9,6 @@
 #include <cstring>
 #include <dlfcn.h>
 #include <gmock/gmock.h>
-#include <memory>
 #include <sysroot_fixture.h>
 
 namespace {
@@ -50,15 +49,6 @@ ObjectPath path(const std::string& className, NamedValues keys = {}) {
     return {.host = {}, .nameSpace = "root/cimv2", .className = className, .keys = std::move(keys)};
 }
 
-std::string text(const Instance& instance, const char* property) {
-    const Value* value = find(instance.properties, property);
-    return value != nullptr ? toText(*value) : "<none>";
-}
-
-struct FreeRow {
-    void operator()(void* row) const { std::free(row); }
-};
-
 class ProviderModule : public SysrootFixture {
 protected:
     // A database that was filled from the sample server.
@@ -71,49 +61,28 @@ protected:
         smash::sync(*ipmi::openTransport(settings));
         IPMISessionInfo session{};
         std::strcpy(session.interfaceType, "2");
+        SMASH_DB_HANDLE database = nullptr;
         ASSERT_EQ(db_init(&database), 0) << db_last_error();
         ASSERT_EQ(db_set_ipmi_session_info(database, &session), 0) << db_last_error();
+        EXPECT_EQ(db_close(database), 0);
         broker.loadProvider(PROVIDER_MODULE, "ProviderHelper");
     }
-    void TearDown() override {
-        EXPECT_EQ(db_close(database), 0);
-        EXPECT_EQ(broker.liveObjects(), 0U);
-    }
+    void TearDown() override { EXPECT_EQ(broker.liveObjects(), 0U); }
 
-    SMASH_DB_HANDLE database = nullptr;
     Broker broker;
 };
 
-TEST_F(ProviderModule, hostComesFromTheDatabase) {
-    DeviceRecord* row = nullptr;
-    ASSERT_EQ(db_get_device_bytype(database, SMASH_DEVICE_HOST, &row), 0);
-    const std::unique_ptr<DeviceRecord, FreeRow> device(row);
-    FruRecord* board = nullptr;
-    ASSERT_EQ(db_get_fru_by_entity_id(database, 7, &board), 0);
-    const std::unique_ptr<FruRecord, FreeRow> fru(board);
-
+TEST_F(ProviderModule, namesInstancesAndGetAgree) {
     const Reply reply = broker.enumerateInstances(path("CIM_HostComputerSystem"));
     ASSERT_THAT(reply.instances, SizeIs(1)) << reply.message;
     const Instance& host = reply.instances[0];
-    const std::string name = std::string("Unknown.IPMI BMC DeviceID.") + device->deviceId;
-    EXPECT_EQ(host.path, path("CIM_HostComputerSystem",
-                              {{"Name", {CMPI_string, name}},
-                               {"CreationClassName", {CMPI_string, std::string("CIM_HostComputerSystem")}}}));
-    EXPECT_EQ(text(host, "Name"), name);
-    EXPECT_EQ(text(host, "OtherIdentifyingInfo"),
-              std::string("{\"CIM:") + device->guid + ", CIM:" + fru->model + ':' + fru->serialNumber +
-                  ", CIM:" + std::to_string(device->tag[0]) + ':' + std::to_string(device->tag[1]) + "\"}");
-    EXPECT_EQ(text(host, "IdentifyingDescriptions"),
-              "{\"CIM:GUID\", \"CIM:Model:SerialNumber\", \"CIM:Tag\"}");
-    EXPECT_EQ(text(host, "RequestedState"), std::to_string(device->requestedState));
-
     EXPECT_THAT(broker.enumerateInstanceNames(path("CIM_HostComputerSystem")).paths, ElementsAre(host.path));
     EXPECT_THAT(broker.getInstance(host.path).instances, ElementsAre(host));
-
     const Reply small = broker.getInstance(host.path, {{"enabledstate"}});
     ASSERT_THAT(small.instances, SizeIs(1)) << small.message;
     EXPECT_THAT(small.instances[0].properties, SizeIs(3));
-    EXPECT_EQ(text(small.instances[0], "EnabledState"), "2");
+    EXPECT_EQ(broker.enumerateInstances(path("CIM_HostComputerSystem"), {{"enabledstate"}}).instances,
+              small.instances);
 }
 
 TEST_F(ProviderModule, failuresKeepCodeAndText) {
