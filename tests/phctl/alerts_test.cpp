@@ -160,18 +160,9 @@ TEST_F(Alerts, mailServersKeepWhatIsNotNamedAndTheirPassword) {
     const Outcome outcome = succeed({"bmc", "show", "mail", "--json"});
     EXPECT_THAT(outcome.out, Not(HasSubstr("topsecret")));
     const auto rows = outcome.json()["mail"];
-    EXPECT_EQ(rows[0], (nlohmann::json{{"channel", 1},
-                                       {"server", "primary"},
-                                       {"enabled", true},
-                                       {"ipv4", "192.0.2.25"},
-                                       {"ipv6", "::"},
-                                       {"port", 587},
-                                       {"sender", "bmc@example.com"},
-                                       {"hostName", ""},
-                                       {"startTls", true},
-                                       {"authenticate", true},
-                                       {"userName", "bmc"},
-                                       {"hasPassword", true}}));
+    EXPECT_EQ(rows[0], nlohmann::json::parse(R"({"channel": 1, "server": "primary", "enabled": true,
+        "ipv4": "192.0.2.25", "ipv6": "::", "port": 587, "sender": "bmc@example.com", "hostName": "",
+        "startTls": true, "authenticate": true, "userName": "bmc", "hasPassword": true})"));
     EXPECT_EQ(rows[1]["ipv6"], "2001:db8::25");
     EXPECT_FALSE(rows[1]["hasPassword"]);
     succeed({"bmc", "mail-server", "1", "--disable", "--no-auth", "--no-starttls"});
