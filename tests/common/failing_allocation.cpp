@@ -33,6 +33,7 @@ extern "C" {
 void* __real_malloc(std::size_t size);
 void* __real_calloc(std::size_t count, std::size_t size);
 void* __real_realloc(void* block, std::size_t size);
+char* __real_strdup(const char* text);
 char* __real_strndup(const char* text, std::size_t length);
 
 void* __wrap_malloc(std::size_t size) {
@@ -43,6 +44,9 @@ void* __wrap_calloc(std::size_t count, std::size_t size) {
 }
 void* __wrap_realloc(void* block, std::size_t size) {
     return failsNow() ? nullptr : __real_realloc(block, size);
+}
+char* __wrap_strdup(const char* text) {
+    return failsNow() ? nullptr : __real_strdup(text);
 }
 char* __wrap_strndup(const char* text, std::size_t length) {
     return failsNow() ? nullptr : __real_strndup(text, length);

@@ -1,51 +1,63 @@
-// The library on the virtual BMC: a sysroot with a database whose session leads to it, and system names.
+// The library on the virtual BMC: a sysroot with a database as a sync leaves it, system names, stand-ins for
+// the commands that are run, and the jobs that methods leave behind.
 #pragma once
 
-#include "broker/broker.h"
-#include "platform/smash_db.h"
+#include "class_requests.h"
+#include "platform_calls.h"
+#include "provider_helper/jobs.h"
 #include "virtual-bmc/virtual_bmc.h"
 
-#include <cstdio>
-#include <filesystem>
-#include <gtest/gtest.h>
-#include <iterator>
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 #include <sysroot_fixture.h>
+
+// Fills the database from the BMC, and leads its session there.
+void synchronise(const std::filesystem::path& stateFile);
+
+// What a method's job tells: ElementName, JobState, OperationalStatus, and how many errors it has.
+struct Job {
+    std::string name, state, status;
+    std::size_t errors = 0;
+
+    bool operator==(const Job&) const = default;
+    static Job completed(std::string name) { return {std::move(name), "7", "{17, 2}", 0}; }
+    static Job failed(std::string name) { return {std::move(name), "10", "{17, 6}", 1}; }
+};
+void PrintTo(const Job& job, std::ostream* stream);
 
 class ManagedBmc : public SysrootFixture {
 protected:
-    explicit ManagedBmc(std::string_view model) {
-        vbmc::createFromText(stateFile, model, "model");
-        write("/conf/system_names.ini", "[names]\nhost = server\nsp = controller\n");
-        IPMISessionInfo info{};
-        std::snprintf(info.interfaceType, sizeof info.interfaceType,
-                      "2"); // virtual BMC, its usual state file
-        SMASH_DB_HANDLE database = nullptr;
-        EXPECT_EQ(smash_db_init(&database), 0);
-        EXPECT_EQ(db_set_ipmi_session_info(database, &info), 0);
-        EXPECT_EQ(db_close(database), 0);
-        openFiles_ = openFiles();
-    }
-    void TearDown() override {
-        EXPECT_EQ(broker.liveObjects(), 0U);
-        EXPECT_EQ(openFiles(), openFiles_) << "sessions and handles are closed";
-    }
+    explicit ManagedBmc(const std::string& model = "{}");
+    void TearDown() override;
 
-    // Every call of an IPMI command after the first `skip` fails.
-    void failCommand(std::uint8_t netFn, std::uint8_t command, unsigned skip = 0) const {
-        vbmc::VirtualBmc bmc(stateFile);
-        bmc.clearFaults();
-        bmc.addFault({.netFn = netFn, .command = command, .value = 0xC0, .skip = skip});
-    }
-    void mendCommands() const { vbmc::VirtualBmc(stateFile).clearFaults(); }
+    // Another one in its place.
+    void createBmc(const std::string& model) const;
+    vbmc::VirtualBmc bmc() const { return vbmc::VirtualBmc(stateFile); }
+    // The row of a table of the BMC's where `key` is `value`; null for none.
+    nlohmann::ordered_json row(const char* table, const char* key, const nlohmann::ordered_json& value) const;
+    // Every call of an IPMI command after the first `skip` is answered with `code`, and no other's.
+    void failCommand(std::uint8_t netFn, std::uint8_t command, unsigned skip = 0, unsigned code = 0xC0) const;
+    // The requests of a command since recordMessages.
+    std::vector<std::vector<std::uint8_t>> requests(std::uint8_t netFn, std::uint8_t command) const;
+
+    // Commands that were run since this was asked last, `ps` left out.
+    std::vector<std::string> commands() const;
+
+    // The job that a method returned, or the newest one; not counted among the platform's calls.
+    Job jobOf(const broker::Reply& reply) const;
+    Job lastJob() const;
+    std::size_t jobCount() const { return jobs.names().paths.size(); }
+
+    // A class's only instance.
+    static broker::Instance only(const ClassRequests& requests);
 
     const std::filesystem::path stateFile = sysroot.place("/var/lib/virtual-bmc/bmc.state");
     broker::Broker broker;
+    const ClassRequests jobs{broker, PH_CLASS_FUNCTIONS(ConcreteJob)};
 
 private:
-    static std::ptrdiff_t openFiles() {
-        return std::distance(std::filesystem::directory_iterator("/proc/self/fd"),
-                             std::filesystem::directory_iterator());
-    }
+    Job read(const broker::ObjectPath& job) const;
+
     std::ptrdiff_t openFiles_ = 0;
 };
 
@@ -58,16 +70,26 @@ inline broker::Value texts(std::vector<std::string> values) {
         array.push_back(text(std::move(value)));
     return {CMPI_stringA, std::move(array)};
 }
-inline broker::Value number(std::uint16_t value) {
-    return {CMPI_uint16, std::uint64_t{value}};
+inline broker::Value number(std::uint64_t value, CMPIType type = CMPI_uint16) {
+    return {type, value};
 }
-inline broker::Value reference(const char* className) {
-    return {CMPI_ref, std::make_shared<const broker::ObjectPath>(broker::ObjectPath{
-                          .host = {}, .nameSpace = "root/cimv2", .className = className, .keys = {}})};
+inline broker::Value reference(broker::ObjectPath path) {
+    return {CMPI_ref, std::make_shared<const broker::ObjectPath>(std::move(path))};
 }
 
 // The property's value as text, "<none>" when the instance does not have it.
-inline std::string textOf(const broker::Instance& instance, std::string_view property) {
-    const broker::Value* value = broker::find(instance.properties, property);
-    return value != nullptr ? broker::toText(*value) : "<none>";
+std::string textOf(const broker::Instance& instance, std::string_view property);
+std::vector<std::string> textsOf(const std::vector<broker::Instance>& instances, std::string_view property);
+// "Name=value" of each property, in order.
+std::vector<std::string> propertiesOf(const broker::Instance& instance);
+
+// The code and text of a refusal, which hands nothing out.
+MATCHER_P2(Refuses, code, message, "") {
+    *result_listener << "code " << arg.code << ", message \"" << arg.message << "\"";
+    return arg.code == code && arg.message == message && arg.arguments.empty();
+}
+// A method's value, and how it ended.
+MATCHER_P(Returns, value, "") {
+    *result_listener << "code " << arg.code << ", message \"" << arg.message << "\"";
+    return arg.ok() && arg.values.size() == 1 && broker::toText(arg.values[0]) == std::to_string(value);
 }

@@ -47,7 +47,7 @@ bool fails(const char* name, Arguments... arguments) {
                 list += (list.empty() ? "" : ", ") + *argument;
         platformCalls.texts.push_back(name + ('(' + list + ')'));
     }
-    if (++platformCalls.count != platformCalls.failing)
+    if (++platformCalls.count != platformCalls.failing && !platformCalls.broken.contains(name))
         return false;
     return platformCalls.hasFailed = true;
 }
@@ -59,7 +59,12 @@ Function* real(const char* name) {
 
 template <class Function, class... Arguments>
 int forward(const char* name, int failure, Arguments... arguments) {
-    return fails(name, arguments...) ? failure : real<Function>(name)(arguments...);
+    if (fails(name, arguments...))
+        return failure;
+    const auto standIn = platformCalls.standIns.find(name);
+    return standIn == platformCalls.standIns.end()
+               ? real<Function>(name)(arguments...)
+               : std::any_cast<std::function<Function>&>(standIn->second)(arguments...);
 }
 
 int openHandle(const char* name, SMASH_DB_HANDLE* handle) {
@@ -91,6 +96,14 @@ int PlatformCalls::closeSessions() {
     return closed;
 }
 
+std::vector<std::string> PlatformCalls::hooks() const {
+    std::vector<std::string> called;
+    std::ranges::copy_if(texts, std::back_inserter(called), [](const std::string& text) {
+        return text.starts_with("CIM_") && text.find("_Session(") == text.npos;
+    });
+    return called;
+}
+
 #define FORWARD(name, failure, parameters, ...)                                                              \
     int name parameters {                                                                                    \
         return forward<decltype(name)>(#name, failure, __VA_ARGS__);                                         \
@@ -98,8 +111,11 @@ int PlatformCalls::closeSessions() {
 
 extern "C" {
 
-unsigned int sleep(unsigned int) {
-    ++platformCalls.pauses;
+unsigned int sleep(unsigned int seconds) {
+    if (platformCalls.records)
+        platformCalls.pauses.push_back(seconds);
+    if (platformCalls.duringPauses)
+        platformCalls.duringPauses();
     return 0;
 }
 

@@ -2,6 +2,10 @@
 // are the platform's own. Link with ph_test_platform_calls.
 #pragma once
 
+#include <any>
+#include <functional>
+#include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -12,14 +16,23 @@ struct PlatformCalls {
     unsigned count = 0;
     unsigned failing = 0; // the nth call, from 1, fails; a closing function closes all the same
     bool hasFailed = false;
-    bool leavesPefTable = false; // counts the filters without reading any
+    std::set<std::string, std::less<>> broken;             // functions that fail whenever they are called
+    std::map<std::string, std::any, std::less<>> standIns; // functions that answer in the platform's place
+    bool leavesPefTable = false;                           // counts the filters without reading any
 
-    int openHandles = 0;  // of databases
-    int openSessions = 0; // of IPMI
-    int pauses = 0;       // calls of sleep(), which returns at once
+    int openHandles = 0;                // of databases
+    int openSessions = 0;               // of IPMI
+    std::vector<unsigned> pauses;       // seconds of sleep(), which returns at once
+    std::function<void()> duringPauses; // called for each
 
     void clear() { *this = {}; } // with nothing open
+    // The texts of the calls that speak to the BMC, without those that open and close its session.
+    std::vector<std::string> hooks() const;
     // Closes sessions that the library has left open. Returns how many.
     int closeSessions();
 };
 extern PlatformCalls platformCalls;
+
+// PH_STAND_IN(CIM_GetUser, [](auto*, uint8_t slot, char* name, int) { … });
+#define PH_STAND_IN(function, ...)                                                                           \
+    (platformCalls.standIns[#function] = std::function<decltype(function)>(__VA_ARGS__))

@@ -1,12 +1,9 @@
 #include "conformance_fixture.h"
 
 #include "class_list.h"
+#include "managed_bmc.h"
 
 namespace {
-
-broker::Value reference(broker::ObjectPath path) {
-    return {CMPI_ref, std::make_shared<const broker::ObjectPath>(std::move(path))};
-}
 
 bool isDone(const broker::Reply& reply) {
     return reply.ok() && (reply.values.empty() || broker::toText(reply.values[0]) == "0");
@@ -32,7 +29,7 @@ broker::Request Conformance::modification(const broker::Instance& instance) cons
         .operation = Operation::ModifyInstance, .path = instance.path, .instance = instance};
     for (const auto& [name, value] : instance.properties) {
         request.properties = {{name}};
-        const bool isDone = tested.description.modifies && tested.answer(request).reply.ok();
+        const bool isDone = tested.description.modifies && tested.answer(request).ok();
         machine().restore();
         if (isDone)
             return request;
@@ -85,7 +82,7 @@ std::vector<broker::Request> Conformance::changes() {
             .operation = Operation::InvokeMethod, .path = instance.path, .method = method.name};
         for (const auto& arguments : argumentsOf(method)) {
             request.arguments = arguments;
-            const bool succeeds = isDone(tested.answer(request).reply);
+            const bool succeeds = isDone(tested.answer(request));
             machine().restore();
             if (succeeds)
                 break;

@@ -1,6 +1,7 @@
 // What the frame promises of every class's requests when something under them fails: no crash, no exception,
 // no session, handle or object left behind.
 #include "conformance_fixture.h"
+#include "failing_allocation.h"
 
 #include <algorithm>
 
@@ -38,10 +39,34 @@ TEST_P(Conformance, survivesPlatformCallsThatFail) {
             machine().restore();
             platformCalls.clear();
             platformCalls.failing = nth;
-            const Reply reply = tested.answer(request).reply;
+            const Reply reply = tested.answer(request);
             EXPECT_TRUE(platformCalls.hasFailed);
             EXPECT_EQ(reply.ok(), reply.message.empty()) << reply.message;
             platformCalls.failing = 0;
+            expectNothingLeft();
+        }
+    }
+    machine().restore();
+}
+
+TEST_P(Conformance, survivesAllocationsThatFail) {
+    for (const Request& request : requests()) {
+        SCOPED_TRACE(toText(request));
+        machine().restore();
+        platformCalls.records = false;
+        const Reply undisturbed = tested.answer(request);
+        bool hasFailed = true;
+        for (unsigned nth = 1; hasFailed; ++nth) {
+            SCOPED_TRACE("allocation " + std::to_string(nth) + " fails");
+            machine().restore();
+            failAllocation(nth);
+            const Reply reply = tested.answer(request);
+            hasFailed = allocationFailed();
+            failAllocation(0);
+            if (isRead(request) && reply.ok()) {
+                EXPECT_EQ(reply.instances, undisturbed.instances) << "whole, or a failure";
+                EXPECT_EQ(reply.paths, undisturbed.paths) << "whole, or a failure";
+            }
             expectNothingLeft();
         }
     }
@@ -76,13 +101,13 @@ TEST_P(Conformance, survivesBrokerCallsThatFail) {
         machine().restore();
         for (const char* function : functions) {
             broker.resetCalls();
-            const Reply undisturbed = tested.answer(request).reply;
+            const Reply undisturbed = tested.answer(request);
             for (const unsigned nth : tried(broker.calls(function))) {
                 SCOPED_TRACE(std::string(function) + ' ' + std::to_string(nth));
                 machine().restore();
                 broker.resetCalls();
                 broker.failCall(function, nth);
-                const Reply reply = tested.answer(request).reply;
+                const Reply reply = tested.answer(request);
                 broker.resetCalls();
                 if (isRead(request) && reply.ok()) {
                     EXPECT_EQ(reply.instances, undisturbed.instances) << "whole, or a failure";

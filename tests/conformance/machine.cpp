@@ -1,13 +1,9 @@
 #include "machine.h"
 
-#include "ipmi/transport.h"
-#include "platform_calls.h"
-#include "smash-db/sync/sync.h"
-#include "virtual-bmc/virtual_bmc.h"
+#include "managed_bmc.h"
 
 #include <provider_helper/provider_helper.h>
 
-#include <cstdio>
 #include <sstream>
 
 namespace {
@@ -38,10 +34,6 @@ constexpr char model[] = R"({
     "pef": {"filters": [
         {"number": 1, "bytes": "80 01 01 10 ff ff 01 ff 01 ff ff 00 00 00 00 00 00 00 00 00"}]}})";
 
-broker::Value text(std::string value) {
-    return {CMPI_string, std::move(value)};
-}
-
 void store() {
     CimxmlDestinationRow destination{"CIMXML-7", "http://192.0.2.9:5988/listener"};
     CimxmlFilterRow filter{"IndicationFilter:CIMXML-7",
@@ -58,30 +50,10 @@ void store() {
     EXPECT_EQ(PH_CreateErrorInstance(job), 0);
 }
 
-void synchronise(const fs::path& stateFile) {
-    ipmi::SessionSettings settings;
-    settings.address = stateFile.string();
-    settings.interfaceType = ipmi::SessionSettings::VirtualBmc;
-    smash::sync(*ipmi::openTransport(settings));
-    IPMISessionInfo session{};
-    std::snprintf(session.interfaceType, sizeof session.interfaceType, "%d", settings.interfaceType);
-    SMASH_DB_HANDLE database = nullptr;
-    EXPECT_EQ(db_init(&database), 0);
-    EXPECT_EQ(db_set_ipmi_session_info(database, &session), 0);
-    EXPECT_EQ(db_close(database), 0);
-}
-
 } // namespace
 
 Machine::Machine() {
-    // Stand-ins for the commands that the library runs: nothing here may reach the machine's own.
-    for (const char* place :
-         {"/usr/sbin/reboot", "/usr/bin/ps", "/usr/bin/killall", "/usr/local/bin/smashclpd"}) {
-        const fs::path file = sysroot_.place(place);
-        fs::create_directories(file.parent_path());
-        std::ofstream(file) << "#!/bin/sh\n";
-        fs::permissions(file, fs::perms::owner_all);
-    }
+    sysroot_.standInForCommands();
     const fs::path stateFile = sysroot_.place("/var/lib/virtual-bmc/bmc.state");
     vbmc::createFromText(stateFile, model, "model");
     vbmc::VirtualBmc(stateFile).addSensorEvent("Inlet", 9, false);

@@ -1,7 +1,5 @@
 #include "served_class.h"
 
-#include "memory_faults.h"
-
 #include <provider_helper/provider_helper.h>
 
 #include <dlfcn.h>
@@ -11,7 +9,7 @@ using Operation = broker::Request::Operation;
 
 namespace {
 
-// What the function of the operation gets of a request, made before its allocations are counted.
+// What the function of the operation gets of a request.
 struct Objects {
     Objects(const broker::Broker& broker, const broker::Request& request)
         : scope(broker), names(request.properties) {
@@ -51,8 +49,7 @@ void* ServedClass::function(const char* operation, const char* suffix) const {
     return found != nullptr ? found : throw std::runtime_error("no function " + symbol);
 }
 
-Answer ServedClass::call(const broker::Request& request, unsigned failingAllocation,
-                         const PathChange& change) const {
+broker::Reply ServedClass::answer(const broker::Request& request, const PathChange& change) const {
     const std::string prefix = std::string(operationName(request.operation)) + '_';
     void* const address = function(prefix.c_str());
     Objects objects(broker_, request);
@@ -60,57 +57,43 @@ Answer ServedClass::call(const broker::Request& request, unsigned failingAllocat
     const CMPIBroker* cmpi = broker_.handle();
     const char** names = objects.names.names();
     CMPIStatus status{CMPI_RC_OK, nullptr};
-    Answer answer;
-    {
-        const MemoryFault fault(failingAllocation);
-        switch (request.operation) {
-        case Operation::EnumerateInstances:
-        case Operation::GetInstance:
-            reinterpret_cast<decltype(&PH_EI_Sensor)>(address)(cmpi, objects.context, path, names,
-                                                               objects.result, &status);
-            break;
-        case Operation::EnumerateInstanceNames:
-            reinterpret_cast<decltype(&PH_EIN_Sensor)>(address)(cmpi, objects.context, path, objects.result,
-                                                                &status);
-            break;
-        case Operation::ModifyInstance:
-            status = reinterpret_cast<decltype(&PH_MI_Sensor)>(address)(cmpi, objects.context, objects.result,
-                                                                        path, objects.instance, names);
-            break;
-        case Operation::CreateInstance:
-            status = reinterpret_cast<decltype(&PH_CI_Sensor)>(address)(cmpi, objects.context, objects.result,
-                                                                        path, objects.instance);
-            break;
-        case Operation::DeleteInstance:
-            status = reinterpret_cast<decltype(&PH_DI_Sensor)>(address)(cmpi, objects.context, objects.result,
-                                                                        path);
-            break;
-        case Operation::InvokeMethod:
-            status = reinterpret_cast<decltype(&PH_IM_Sensor)>(address)(
-                cmpi, objects.context, objects.result, path, request.method.c_str(), objects.in, objects.out);
-            break;
-        default:
-            throw std::logic_error("an element class answers no such operation");
-        }
-        answer.allocations = fault.allocations();
-        answer.memoryFailed = fault.hasStruck();
+    switch (request.operation) {
+    case Operation::EnumerateInstances:
+    case Operation::GetInstance:
+        reinterpret_cast<decltype(&PH_EI_Sensor)>(address)(cmpi, objects.context, path, names, objects.result,
+                                                           &status);
+        break;
+    case Operation::EnumerateInstanceNames:
+        reinterpret_cast<decltype(&PH_EIN_Sensor)>(address)(cmpi, objects.context, path, objects.result,
+                                                            &status);
+        break;
+    case Operation::ModifyInstance:
+        status = reinterpret_cast<decltype(&PH_MI_Sensor)>(address)(cmpi, objects.context, objects.result,
+                                                                    path, objects.instance, names);
+        break;
+    case Operation::CreateInstance:
+        status = reinterpret_cast<decltype(&PH_CI_Sensor)>(address)(cmpi, objects.context, objects.result,
+                                                                    path, objects.instance);
+        break;
+    case Operation::DeleteInstance:
+        status =
+            reinterpret_cast<decltype(&PH_DI_Sensor)>(address)(cmpi, objects.context, objects.result, path);
+        break;
+    case Operation::InvokeMethod:
+        status = reinterpret_cast<decltype(&PH_IM_Sensor)>(address)(
+            cmpi, objects.context, objects.result, path, request.method.c_str(), objects.in, objects.out);
+        break;
+    default:
+        throw std::logic_error("an element class answers no such operation");
     }
-    answer.reply = status.rc == CMPI_RC_OK ? broker::toReply(objects.result) : broker::toReply(status);
-    answer.reply.arguments = broker::toNamedValues(objects.out);
-    return answer;
-}
-
-Answer ServedClass::answer(const broker::Request& request, unsigned failingAllocation) const {
-    return call(request, failingAllocation, nullptr);
-}
-
-broker::Reply ServedClass::answer(const broker::Request& request, const PathChange& change) const {
-    return call(request, 0, change).reply;
+    broker::Reply reply = status.rc == CMPI_RC_OK ? broker::toReply(objects.result) : broker::toReply(status);
+    reply.arguments = broker::toNamedValues(objects.out);
+    return reply;
 }
 
 std::vector<broker::Instance> ServedClass::instances(const broker::PropertyList& properties) const {
     return answer({.operation = Operation::EnumerateInstances, .path = path(), .properties = properties})
-        .reply.instances;
+        .instances;
 }
 
 std::optional<std::vector<broker::Instance>> ServedClass::instanceArray() const {

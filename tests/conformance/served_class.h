@@ -7,23 +7,15 @@
 #include <cmpimacs.h>
 #include <functional>
 
-struct Answer {
-    broker::Reply reply;
-    unsigned allocations = 0; // that the function made
-    bool memoryFailed = false;
-};
-
 class ServedClass {
 public:
     ServedClass(broker::Broker& broker, const phctl::ClassDescription& served)
         : description(served), broker_(broker) {}
 
-    // Calls the class's function for the request. Its nth allocation fails; 0: none does. What else is
-    // allocated here, as well as the broker's own objects of the request, does not count.
-    Answer answer(const broker::Request& request, unsigned failingAllocation = 0) const;
-    // The same on a path that the broker cannot make: `change` gets one and returns what is handed over.
+    // Calls the class's function for the request. For a path that the broker cannot make, `change` gets one
+    // and returns what is handed over.
     using PathChange = std::function<const CMPIObjectPath*(const CMPIObjectPath*)>;
-    broker::Reply answer(const broker::Request& request, const PathChange& change) const;
+    broker::Reply answer(const broker::Request& request, const PathChange& change = nullptr) const;
 
     broker::ObjectPath path(broker::NamedValues keys = {}) const {
         return {
@@ -40,7 +32,6 @@ public:
     const phctl::ClassDescription& description;
 
 private:
-    Answer call(const broker::Request& request, unsigned failingAllocation, const PathChange& change) const;
     void* function(const char* operation, const char* suffix = "") const;
 
     broker::Broker& broker_;

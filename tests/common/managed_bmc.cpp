@@ -1,0 +1,136 @@
+#include "managed_bmc.h"
+
+#include "ipmi/transport.h"
+#include "platform/smash_db.h"
+#include "smash-db/sync/sync.h"
+
+#include <cstdio>
+
+void synchronise(const std::filesystem::path& stateFile) {
+    ipmi::SessionSettings settings;
+    settings.address = stateFile.string();
+    settings.interfaceType = ipmi::SessionSettings::VirtualBmc;
+    smash::sync(*ipmi::openTransport(settings));
+    IPMISessionInfo session{};
+    std::snprintf(session.interfaceType, sizeof session.interfaceType, "%d", settings.interfaceType);
+    SMASH_DB_HANDLE database = nullptr;
+    EXPECT_EQ(db_init(&database), 0);
+    EXPECT_EQ(db_set_ipmi_session_info(database, &session), 0);
+    EXPECT_EQ(db_close(database), 0);
+}
+
+void PrintTo(const Job& job, std::ostream* stream) {
+    *stream << job.name << " in state " << job.state << ", status " << job.status << ", " << job.errors
+            << " errors";
+}
+
+namespace {
+
+std::ptrdiff_t openFiles() {
+    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"),
+                         std::filesystem::directory_iterator());
+}
+
+} // namespace
+
+ManagedBmc::ManagedBmc(const std::string& model) {
+    sysroot.standInForCommands();
+    createBmc(model);
+    synchronise(stateFile);
+    write("/conf/system_names.ini", "[names]\nhost = server\nsp = controller\n");
+    openFiles_ = openFiles();
+    platformCalls.clear();
+}
+
+void ManagedBmc::TearDown() {
+    EXPECT_EQ(platformCalls.openSessions, 0);
+    EXPECT_EQ(platformCalls.openHandles, 0);
+    EXPECT_EQ(broker.liveObjects(), 0U);
+    EXPECT_EQ(openFiles(), openFiles_) << "sessions and handles are closed";
+    platformCalls.clear();
+}
+
+void ManagedBmc::createBmc(const std::string& model) const {
+    vbmc::createFromText(stateFile, model, "model", vbmc::Existing::Replace);
+}
+
+nlohmann::ordered_json ManagedBmc::row(const char* table, const char* key,
+                                       const nlohmann::ordered_json& value) const {
+    const auto machine = bmc().describe();
+    for (const auto& row : machine[table])
+        if (row[key] == value)
+            return row;
+    return {};
+}
+
+void ManagedBmc::failCommand(std::uint8_t netFn, std::uint8_t command, unsigned skip, unsigned code) const {
+    bmc().clearFaults();
+    bmc().addFault({.netFn = netFn, .command = command, .value = code, .skip = skip});
+}
+
+std::vector<std::vector<std::uint8_t>> ManagedBmc::requests(std::uint8_t netFn, std::uint8_t command) const {
+    std::vector<std::vector<std::uint8_t>> found;
+    for (const vbmc::Message& message : bmc().recordedMessages())
+        if (message.netFn == netFn && message.command == command)
+            found.push_back(message.request);
+    return found;
+}
+
+std::vector<std::string> ManagedBmc::commands() const {
+    std::vector<std::string> lines;
+    std::ifstream file(sysroot.place("/commands"));
+    for (std::string line; std::getline(file, line);)
+        if (line != "ps ax")
+            lines.push_back(line);
+    std::filesystem::remove(sysroot.place("/commands"));
+    return lines;
+}
+
+Job ManagedBmc::read(const broker::ObjectPath& path) const {
+    EXPECT_EQ(path.nameSpace + ':' + path.className, "root/cimv2:CIM_ConcreteJob");
+    const auto observed = std::exchange(platformCalls, {});
+    Job job;
+    if (const auto found = jobs.get(path).instances; !found.empty())
+        job = {textOf(found[0], "ElementName"), textOf(found[0], "JobState"),
+               textOf(found[0], "OperationalStatus"), 0};
+    const broker::Reply reply = jobs.invoke(path, "GetErrors");
+    if (const broker::Value* errors = broker::find(reply.arguments, "Errors"))
+        job.errors = errors->as<broker::Value::Array>()->size();
+    EXPECT_EQ(std::exchange(platformCalls, observed).openHandles, 0);
+    return job;
+}
+
+Job ManagedBmc::jobOf(const broker::Reply& reply) const {
+    const broker::Value* job = broker::find(reply.arguments, "Job");
+    return job != nullptr ? read(**job->as<broker::Value::Reference>()) : Job{};
+}
+
+Job ManagedBmc::lastJob() const {
+    const auto paths = jobs.names().paths;
+    return paths.empty() ? Job{} : read(paths.back());
+}
+
+broker::Instance ManagedBmc::only(const ClassRequests& requests) {
+    const broker::Reply reply = requests.enumerate();
+    EXPECT_EQ(reply.instances.size(), 1U) << reply.message;
+    return reply.instances.at(0);
+}
+
+std::string textOf(const broker::Instance& instance, std::string_view property) {
+    const broker::Value* value = broker::find(instance.properties, property);
+    return value != nullptr ? broker::toText(*value) : "<none>";
+}
+
+std::vector<std::string> textsOf(const std::vector<broker::Instance>& instances, std::string_view property) {
+    std::vector<std::string> texts;
+    for (const broker::Instance& instance : instances)
+        texts.push_back(textOf(instance, property));
+    return texts;
+}
+
+std::vector<std::string> propertiesOf(const broker::Instance& instance) {
+    std::vector<std::string> texts;
+    for (const auto& [name, value] : instance.properties)
+        texts.push_back(name + '=' + broker::toText(value));
+    return texts;
+}
