@@ -1,14 +1,9 @@
 // A BMC with users, and requests to the account classes.
 #pragma once
 
-#include "class_requests.h"
-#include "freed_secrets.h"
 #include "ipmi/command.h"
 #include "managed_bmc.h"
 #include "provider_helper/accounts.h"
-
-#include <gmock/gmock.h>
-#include <nlohmann/json.hpp>
 
 inline constexpr char userModel[] = R"({"users": [
     {"id": 1, "enabled": false, "privilege": "none", "messaging": false},
@@ -23,33 +18,32 @@ class AccountFixture : public ManagedBmc {
 protected:
     AccountFixture() : ManagedBmc(userModel) {}
 
-    broker::ObjectPath path(const std::string& name) const {
+    broker::ObjectPath named(const std::string& name) const {
         return accounts.path({{"SystemCreationClassName", text("CIM_SPComputerSystem")},
                               {"CreationClassName", text("CIM_Account")},
                               {"SystemName", text("controller")},
                               {"Name", text(name)}});
     }
+    broker::ObjectPath path(int slot) const { return named("IPMI User-" + std::to_string(slot)); }
+    std::string get(int slot, const char* property) const {
+        return textOf(accounts.get(path(slot)).instances.at(0), property);
+    }
 
     // Whether the BMC knows this password of a user, by its own word.
-    bool hasPassword(std::uint8_t slot, const std::string& password, bool longForm = false) const {
-        std::vector<std::uint8_t> request{static_cast<std::uint8_t>(slot | (longForm ? 0x80 : 0)), 3};
+    bool hasPassword(std::uint8_t slot, const std::string& password) const {
+        const bool isLong = password.size() > 16;
+        std::vector<std::uint8_t> request{static_cast<std::uint8_t>(slot | (isLong ? 0x80 : 0)), 3};
         request.insert(request.end(), password.begin(), password.end());
-        request.resize(longForm ? 22 : 18);
+        request.resize(isLong ? 22 : 18);
         ipmi::SessionSettings settings;
         settings.interfaceType = ipmi::SessionSettings::VirtualBmc;
         settings.address = stateFile.string();
-        const auto transport = ipmi::openTransport(settings);
-        return ipmi::ask(*transport, ipmi::command::setUserPassword, request).code() == 0;
+        return ipmi::ask(*ipmi::openTransport(settings), ipmi::command::setUserPassword, request).code() == 0;
     }
+    nlohmann::ordered_json user(int slot) const { return row("users", "id", slot); }
 
-    // The BMC's row of a user; null for none.
-    nlohmann::ordered_json user(int slot) const {
-        const auto machine = vbmc::VirtualBmc(stateFile).describe();
-        for (const auto& row : machine["users"])
-            if (row["id"] == slot)
-                return row;
-        return {};
-    }
+    static constexpr std::uint8_t app = 0x06, setUserAccess = 0x43, getUserAccess = 0x44, setUserName = 0x45,
+                                  getUserName = 0x46, setUserPassword = 0x47;
 
     ClassRequests accounts{broker, PH_CLASS_FUNCTIONS(Account)};
     ClassRequests service{broker, PH_CLASS_FUNCTIONS(AccountManagementService)};

@@ -1,72 +1,62 @@
 // What the account classes show of the BMC's users.
 #include "account_fixture.h"
-#include "failing_allocation.h"
 
+#include <cstring>
 #include <ctime>
-#include <dlfcn.h>
 
 namespace {
 
-const char* nameOfSlot3 = nullptr;
-
-} // namespace
-
-// A hook that gives a name of 17 bytes gives no end.
-extern "C" __attribute__((visibility("default"))) int CIM_GetUser(IPMI20_SESSION_T* session, uint8_t slot,
-                                                                  char* name, int timeout) {
-    static const auto real = reinterpret_cast<decltype(&CIM_GetUser)>(dlsym(RTLD_NEXT, "CIM_GetUser"));
-    if (slot != 3 || nameOfSlot3 == nullptr)
-        return real(session, slot, name, timeout);
-    std::memcpy(name, nameOfSlot3, std::min<std::size_t>(std::strlen(nameOfSlot3) + 1, CIM_USER_NAME_SIZE));
-    return 0;
-}
-
-namespace {
-
+using testing::ElementsAre;
 using testing::IsEmpty;
 
 using Accounts = AccountFixture;
 
 TEST_F(Accounts, areTheUsedSlots) {
     const struct {
-        const char* name;
+        int slot;
         const char* userId;
         const char* enabledState;
     } expected[] = {
-        {"IPMI User-1", "anonymous", "3"}, {"IPMI User-2", "root", "2"},
-        {"IPMI User-3", "operator", "2"},  {"IPMI User-5", "silent", "3"},
-        {"IPMI User-6", "locked", "3"},    {"IPMI User-7", "sixteen letters!", "2"},
-        {"IPMI User-8", "fixed", "2"},
+        {1, "anonymous", "3"}, {2, "root", "2"},  {3, "operator", "2"},         {5, "silent", "3"},
+        {6, "locked", "3"},    {8, "fixed", "2"}, {7, "sixteen letters!", "2"},
     };
-    const auto reply = accounts.enumerate();
-    ASSERT_EQ(reply.instances.size(), std::size(expected)) << reply.message;
-    for (std::size_t i = 0; i < std::size(expected); ++i) {
-        const auto& account = reply.instances[i];
-        EXPECT_EQ(textOf(account, "Name"), expected[i].name);
-        EXPECT_EQ(textOf(account, "UserID"), expected[i].userId);
-        EXPECT_EQ(textOf(account, "ElementName"), expected[i].userId);
-        EXPECT_EQ(textOf(account, "EnabledState"), expected[i].enabledState);
-        EXPECT_EQ(textOf(account, "SystemName"), "controller");
-        EXPECT_EQ(textOf(account, "RequestedState"), "12");
-        EXPECT_EQ(textOf(account, "OrganizationName"), "{\"trz\"}");
-        EXPECT_EQ(textOf(account, "UserPassword"), "<none>");
-        EXPECT_EQ(textOf(account, "UserPasswordEncryptionAlgorithm"), "1");
-        EXPECT_EQ(textOf(account, "OtherUserPasswordEncryptionAlgorithm"), "BlowFish");
-        EXPECT_EQ(textOf(account, "UserPasswordEncoding"), "2");
-        EXPECT_EQ(accounts.get(account.path).instances, std::vector{account});
+    const auto all = accounts.enumerate().instances;
+    ASSERT_EQ(all.size(), std::size(expected));
+    for (const auto& [slot, userId, enabledState] : expected) {
+        EXPECT_EQ(get(slot, "UserID"), userId);
+        EXPECT_EQ(get(slot, "EnabledState"), enabledState) << userId;
     }
-    const auto names = accounts.names();
-    ASSERT_EQ(names.paths.size(), std::size(expected));
-    EXPECT_EQ(names.paths[4], path("IPMI User-6"));
+    EXPECT_THAT(propertiesOf(all[2]),
+                ElementsAre("SystemCreationClassName=CIM_SPComputerSystem", "CreationClassName=CIM_Account",
+                            "SystemName=controller", "Name=IPMI User-3", "UserID=operator",
+                            "ElementName=operator", "RequestedState=12", "EnabledState=2",
+                            "OtherEnabledState=", "OrganizationName={\"trz\"}",
+                            "UserPasswordEncryptionAlgorithm=1", "UserPasswordEncoding=2",
+                            "OtherUserPasswordEncryptionAlgorithm=BlowFish"));
+    for (const char* name : {"IPMI User-4", "IPMI User-17", "IPMI User-0", "IPMI User-258", "IPMI User-02",
+                             "IPMI User-2x", "IPMI User-", "root", ""})
+        EXPECT_THAT(accounts.get(named(name)), Refuses(CMPI_RC_ERR_FAILED, "Failed to Get Instance")) << name;
 }
 
-TEST_F(Accounts, otherNamesAreNone) {
-    for (const char* name : {"IPMI User-4", "IPMI User-17", "IPMI User-0", "IPMI User-258", "IPMI User-02",
-                             "IPMI User-2x", "IPMI User-", "root", ""}) {
-        const auto reply = accounts.get(path(name));
-        EXPECT_EQ(reply.code, CMPI_RC_ERR_FAILED) << name;
-        EXPECT_EQ(reply.message, "Failed to Get Instance") << name;
+TEST_F(Accounts, areReadSlotBySlot) {
+    ASSERT_TRUE(accounts.enumerate().ok());
+    std::vector<std::string> expected{"CIM_GetMaxNumUsers(*, 30)"};
+    for (int slot = 1; slot <= 16; ++slot) {
+        expected.push_back("CIM_GetUser(" + std::to_string(slot) + ", *, 30)");
+        if (!user(slot).is_null())
+            expected.push_back("CIM_GetUserAccess(" + std::to_string(slot) + ", 14, *, 30)");
     }
+    EXPECT_EQ(platformCalls.hooks(), expected);
+    platformCalls.clear();
+    ASSERT_TRUE(accounts.get(path(3)).ok());
+    EXPECT_THAT(platformCalls.hooks(), ElementsAre("CIM_GetMaxNumUsers(*, 30)", "CIM_GetUser(3, *, 30)",
+                                                   "CIM_GetUserAccess(3, 14, *, 30)"));
+    platformCalls.clear();
+    std::filesystem::remove(sysroot.place("/conf/system_names.ini"));
+    platformCalls.broken = {"db_get_device_bytype"};
+    EXPECT_EQ(accounts.enumerate().message, "Failed to Enumerate Instance");
+    EXPECT_EQ(accounts.get(path(2)).message, "Failed to Get Instance");
+    EXPECT_THAT(platformCalls.hooks(), IsEmpty()) << "without a system name";
 }
 
 TEST_F(Accounts, slotOneIsAnonymousWhateverItsName) {
@@ -79,18 +69,14 @@ TEST_F(Accounts, slotOneIsAnonymousWhateverItsName) {
     EXPECT_EQ(find("nobody"), -1);
     EXPECT_EQ(find(""), -1);
 
-    vbmc::createFromText(stateFile, R"({"users": [{"id": 1, "name": "somebody"}]})", "model",
-                         vbmc::Existing::Replace);
-    EXPECT_EQ(textOf(accounts.enumerate().instances.at(0), "UserID"), "anonymous");
+    createBmc(R"({"users": [{"id": 1, "name": "somebody"}]})");
+    EXPECT_EQ(get(1, "UserID"), "anonymous");
     EXPECT_EQ(find("anonymous"), -1);
     EXPECT_EQ(find("somebody"), 1);
 }
 
 TEST_F(Accounts, namesAreTextsWhateverTheBmcHolds) {
-    const struct {
-        const char* given;
-        const char* published;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"J\xC3\xBCrgen \xF0\x9F\x98\x80", "J\xC3\xBCrgen \xF0\x9F\x98\x80"},
         {"J\xFCrgen", "J\xC3\xBCrgen"},
         {"\xC3\xBC\xC3", "\xC3\x83\xC2\xBC\xC3\x83"},             // cut short
@@ -99,13 +85,15 @@ TEST_F(Accounts, namesAreTextsWhateverTheBmcHolds) {
         {"\xF4\x90\x80\x80", "\xC3\xB4\xC2\x90\xC2\x80\xC2\x80"}, // beyond Unicode
         {"\x80\xF8", "\xC2\x80\xC3\xB8"},                         // no lead bytes
         {"tab\t\x7F", "tab__"},
-        {"seventeen letters", "seventeen letter"}, // without an end
+        {"seventeen letters", "seventeen letter"}, // 17 bytes without an end
     };
     for (const auto& [given, published] : cases) {
-        nameOfSlot3 = given;
-        EXPECT_EQ(textOf(accounts.get(path("IPMI User-3")).instances.at(0), "UserID"), published);
+        PH_STAND_IN(CIM_GetUser, [name = given](auto*, uint8_t, char* field, int) {
+            std::memcpy(field, name, std::min<std::size_t>(std::strlen(name) + 1, CIM_USER_NAME_SIZE));
+            return 0;
+        });
+        EXPECT_EQ(get(3, "UserID"), published);
     }
-    nameOfSlot3 = nullptr;
 }
 
 TEST_F(Accounts, accessIsReadOnlyInItsMode) {
@@ -128,8 +116,6 @@ TEST_F(Accounts, accessIsReadOnlyInItsMode) {
     EXPECT_EQ(users[4].isEnabled, 0);
 }
 
-constexpr std::uint8_t app = 0x06, getUserAccess = 0x44, getUserName = 0x46;
-
 TEST_F(Accounts, aSlotThatCannotBeReadIsLeftOut) {
     failCommand(app, getUserAccess, 1); // the first asks for the number of slots
     const auto reply = accounts.enumerate();
@@ -145,29 +131,7 @@ TEST_F(Accounts, aSlotThatCannotBeReadIsLeftOut) {
     EXPECT_EQ(accounts.instanceArray(), std::nullopt);
 }
 
-TEST_F(Accounts, theBmcIsNotAskedWithoutASystemName) {
-    std::filesystem::remove(sysroot.place("/conf/system_names.ini"));
-    vbmc::VirtualBmc(stateFile).recordMessages(100);
-    EXPECT_EQ(accounts.enumerate().message, "Failed to Enumerate Instance");
-    EXPECT_EQ(accounts.get(path("IPMI User-2")).message, "Failed to Get Instance");
-    EXPECT_THAT(vbmc::VirtualBmc(stateFile).recordedMessages(), IsEmpty());
-}
-
-TEST_F(Accounts, everyAllocationMayFail) {
-    unsigned nth = 0;
-    do {
-        failAllocation(++nth);
-        const auto reply = accounts.enumerate();
-        const bool failed = allocationFailed();
-        failAllocation(0);
-        EXPECT_EQ(reply.ok(), !failed) << nth;
-        if (!failed)
-            break;
-    } while (nth < 100);
-    EXPECT_GT(nth, 3U);
-}
-
-TEST(PasswordExpiry, isAMidnight) {
+TEST_F(Accounts, passwordsExpireAtMidnight) {
     constexpr std::uint64_t day = 86400;
     const auto before = static_cast<std::uint64_t>(std::time(nullptr));
     const auto expiry = PH_GetPasswordExpiry(0);
@@ -176,46 +140,34 @@ TEST(PasswordExpiry, isAMidnight) {
     EXPECT_LE(expiry, before + day + 1);
     EXPECT_EQ(PH_GetPasswordExpiry(60000) % day, 0U); // beyond 32 bits of seconds
     EXPECT_GE(PH_GetPasswordExpiry(60000), expiry + 60000 * day);
-}
 
-TEST_F(Accounts, anExpiryIsPublishedInMicroseconds) {
     AccountRecord record{};
     const PHUserEntry user{"eva", 4, 1, 0x54};
     ASSERT_EQ(PH_Fill_Account(&user, &record), 0);
     EXPECT_EQ(record.privilege, 4);
-    std::snprintf(record.Name, sizeof record.Name, "IPMI User-4");
-    for (char* key : {record.SystemCreationClassName, record.SystemName, record.CreationClassName})
-        std::snprintf(key, 8, "key");
     record.passwordExpiryDays = 2;
-    {
-        broker::Scope scope(broker);
-        const auto* instance = PH_MakeInst_Account(broker.handle(), nullptr, scope.make(accounts.path()),
-                                                   nullptr, &record, 0, 0, nullptr);
-        ASSERT_NE(instance, nullptr);
-        const auto made = broker::toInstance(instance);
-        const auto* expiration = broker::find(made.properties, "PasswordExpiration");
-        ASSERT_NE(expiration, nullptr);
-        EXPECT_EQ(expiration->as<broker::DateTime>()->microseconds, PH_GetPasswordExpiry(2) * 1'000'000);
-    }
+    for (char* key :
+         {record.SystemCreationClassName, record.SystemName, record.CreationClassName, record.Name})
+        std::strcpy(key, "key");
+    broker::Scope scope(broker);
+    const auto made = broker::toInstance(PH_MakeInst_Account(
+        broker.handle(), nullptr, scope.make(accounts.path()), nullptr, &record, 0, 0, nullptr));
+    const auto* expiration = broker::find(made.properties, "PasswordExpiration");
+    ASSERT_NE(expiration, nullptr);
+    EXPECT_EQ(expiration->as<broker::DateTime>()->microseconds, PH_GetPasswordExpiry(2) * 1'000'000);
     free(record.OrganizationName[0]);
 }
 
-TEST_F(Accounts, capabilitiesAndServiceAreOneEach) {
+TEST_F(Accounts, capabilitiesNameTheSlots) {
     const ClassRequests capabilities{broker, PH_CLASS_FUNCTIONS(AccountManagementCapabilities)};
-    const auto all = capabilities.enumerate().instances;
-    ASSERT_EQ(all.size(), 1U);
-    EXPECT_EQ(textOf(all[0], "MaximumAccountsSupported"), "16");
-    EXPECT_EQ(textOf(all[0], "OperationsSupported"), "{2, 3, 4}");
-    EXPECT_EQ(capabilities.get(all[0].path).instances, all);
+    const auto all = only(capabilities);
+    EXPECT_EQ(textOf(all, "MaximumAccountsSupported"), "16");
+    EXPECT_EQ(textOf(all, "OperationsSupported"), "{2, 3, 4}");
     failCommand(app, getUserAccess);
     EXPECT_EQ(capabilities.enumerate().message, "Failed to Enumerate Instance");
     EXPECT_EQ(capabilities.names().paths.size(), 1U);
-
-    const auto services = service.enumerate().instances;
-    ASSERT_EQ(services.size(), 1U);
-    EXPECT_EQ(textOf(services[0], "SystemName"), "controller");
-    EXPECT_EQ(service.invoke(services[0].path, "StopService").message, "Method Not Supported");
-    EXPECT_EQ(service.modify(services[0]).message, "SetInstance not supported");
+    EXPECT_EQ(textOf(only(service), "SystemName"), "controller");
+    EXPECT_EQ(service.invoke(service.path(), "StopService").message, "Method Not Supported");
 }
 
 } // namespace

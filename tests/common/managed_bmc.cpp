@@ -86,7 +86,7 @@ std::vector<std::string> ManagedBmc::commands() const {
     return lines;
 }
 
-Job ManagedBmc::read(const broker::ObjectPath& path) const {
+Job ManagedBmc::readJob(const broker::ObjectPath& path) const {
     EXPECT_EQ(path.nameSpace + ':' + path.className, "root/cimv2:CIM_ConcreteJob");
     const auto observed = std::exchange(platformCalls, {});
     Job job;
@@ -102,12 +102,12 @@ Job ManagedBmc::read(const broker::ObjectPath& path) const {
 
 Job ManagedBmc::jobOf(const broker::Reply& reply) const {
     const broker::Value* job = broker::find(reply.arguments, "Job");
-    return job != nullptr ? read(**job->as<broker::Value::Reference>()) : Job{};
+    return job != nullptr ? readJob(**job->as<broker::Value::Reference>()) : Job{};
 }
 
 Job ManagedBmc::lastJob() const {
     const auto paths = jobs.names().paths;
-    return paths.empty() ? Job{} : read(paths.back());
+    return paths.empty() ? Job{} : readJob(paths.back());
 }
 
 broker::Instance ManagedBmc::only(const ClassRequests& requests) {

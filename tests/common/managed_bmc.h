@@ -56,7 +56,7 @@ protected:
     const ClassRequests jobs{broker, PH_CLASS_FUNCTIONS(ConcreteJob)};
 
 private:
-    Job read(const broker::ObjectPath& job) const;
+    Job readJob(const broker::ObjectPath& path) const;
 
     std::ptrdiff_t openFiles_ = 0;
 };

@@ -1,8 +1,5 @@
 #include "platform_calls.h"
 
-#include <platform/cim_hooks.h>
-#include <platform/smash_db.h>
-
 #include <algorithm>
 #include <dlfcn.h>
 #include <optional>

@@ -2,6 +2,9 @@
 // are the platform's own. Link with ph_test_platform_calls.
 #pragma once
 
+#include <platform/cim_hooks.h>
+#include <platform/smash_db.h>
+
 #include <any>
 #include <functional>
 #include <map>
@@ -34,5 +37,4 @@ struct PlatformCalls {
 extern PlatformCalls platformCalls;
 
 // PH_STAND_IN(CIM_GetUser, [](auto*, uint8_t slot, char* name, int) { … });
-#define PH_STAND_IN(function, ...)                                                                           \
-    (platformCalls.standIns[#function] = std::function<decltype(function)>(__VA_ARGS__))
+#define PH_STAND_IN(name, ...) (platformCalls.standIns[#name] = std::function<decltype(name)>(__VA_ARGS__))

@@ -1,5 +1,5 @@
 // The services that the BMC switches, and the method that asks for it.
-#include "service_fixture.h"
+#include "service_requests.h"
 
 namespace {
 
@@ -8,58 +8,67 @@ using testing::IsEmpty;
 
 constexpr std::uint8_t oem = 0x30, getConfiguration = 0x10, setConfiguration = 0x11;
 constexpr const char* internalError = "Internal Error : Failed to invoke method";
+constexpr const char* jobName = "SSHProtocolService_RequestStateChange";
 
-class Services : public ServiceFixture {
+class Services : public ServiceRequests {
 protected:
-    bool isEnabled(const char* word) const {
-        const auto machine = vbmc::VirtualBmc(stateFile).describe();
-        for (const auto& row : machine["services"])
-            if (row["name"] == word)
-                return row["enabled"];
-        ADD_FAILURE() << "no service " << word;
-        return false;
-    }
-    // The enable bytes written to the BMC since recordMessages.
-    std::vector<std::vector<std::uint8_t>> written() const {
-        std::vector<std::vector<std::uint8_t>> requests;
-        for (const auto& message : vbmc::VirtualBmc(stateFile).recordedMessages())
-            if (message.netFn == oem && message.command == setConfiguration)
-                requests.push_back(message.request);
-        return requests;
-    }
+    bool isEnabled(const char* word) const { return row("services", "name", word).at("enabled"); }
 };
 
-TEST_F(Services, areTenWithTheirProtocols) {
+TEST_F(Services, areTenEachSwitchedByItsBit) {
     const struct {
         const char *name, *protocol, *word, *enabled, *health, *status, *connections;
+        const char* onBmc;
+        int bit;
     } expected[] = {
-        {"HTTPProtocolService", "1", "http", "2", "5", "{2}", "20"},
-        {"HTTPSProtocolService", "1", "https", "2", "5", "{2}", "20"},
-        {"WEBProtocolService", "1", "web", "2", "5", "{2}", "20"},
-        {"CLPProtocolService", "4", "clp", "3", "0", "{10}", "1"},
-        {"SSHProtocolService", "2", "ssh", "2", "5", "{2}", "8"},
-        {"TelnetProtocolService", "3", "telnet", "3", "0", "{10}", "2"},
-        {"KVMProtocolService", "1", "kvm", "2", "5", "{2}", "2"},
-        {"CDMEDIAProtocolService", "1", "cd-media", "2", "5", "{2}", "1"},
-        {"FDMEDIAProtocolService", "1", "fd-media", "2", "5", "{2}", "1"},
-        {"HDMEDIAProtocolService", "1", "hd-media", "2", "5", "{2}", "1"},
+        {"HTTPProtocolService", "1", "http", "2", "5", "{2}", "20", "web", 1},
+        {"HTTPSProtocolService", "1", "https", "2", "5", "{2}", "20", "web", 1},
+        {"WEBProtocolService", "1", "web", "2", "5", "{2}", "20", "web", 1},
+        {"CLPProtocolService", "4", "clp", "3", "0", "{10}", "1", nullptr, 0},
+        {"SSHProtocolService", "2", "ssh", "2", "5", "{2}", "8", "ssh", 32},
+        {"TelnetProtocolService", "3", "telnet", "3", "0", "{10}", "2", "telnet", 64},
+        {"KVMProtocolService", "1", "kvm", "2", "5", "{2}", "2", "kvm", 2},
+        {"CDMEDIAProtocolService", "1", "cd-media", "2", "5", "{2}", "1", "cd-media", 4},
+        {"FDMEDIAProtocolService", "1", "fd-media", "2", "5", "{2}", "1", "fd-media", 8},
+        {"HDMEDIAProtocolService", "1", "hd-media", "2", "5", "{2}", "1", "hd-media", 16},
     };
-    const auto reply = services.enumerate();
-    ASSERT_EQ(reply.instances.size(), std::size(expected)) << reply.message;
+    const auto all = services.enumerate().instances;
+    ASSERT_EQ(all.size(), std::size(expected));
     for (std::size_t i = 0; i < std::size(expected); ++i) {
-        const auto& service = reply.instances[i];
-        SCOPED_TRACE(expected[i].name);
-        EXPECT_EQ(service.path, path(expected[i].name));
-        EXPECT_EQ(textOf(service, "Protocol"), expected[i].protocol);
-        EXPECT_EQ(textOf(service, "OtherProtocol"), expected[i].word);
-        EXPECT_EQ(textOf(service, "EnabledState"), expected[i].enabled);
-        EXPECT_EQ(textOf(service, "HealthState"), expected[i].health);
-        EXPECT_EQ(textOf(service, "OperationalStatus"), expected[i].status);
-        EXPECT_EQ(textOf(service, "MaxConnections"), expected[i].connections);
-        EXPECT_EQ(services.get(service.path).instances, std::vector{service});
+        const auto& [name, protocol, word, enabled, health, status, connections, onBmc, bit] = expected[i];
+        SCOPED_TRACE(name);
+        EXPECT_EQ(all[i].path, path(name));
+        EXPECT_EQ(textOf(all[i], "Protocol"), protocol);
+        EXPECT_EQ(textOf(all[i], "OtherProtocol"), word);
+        EXPECT_EQ(textOf(all[i], "EnabledState"), enabled);
+        EXPECT_EQ(textOf(all[i], "HealthState"), health);
+        EXPECT_EQ(textOf(all[i], "OperationalStatus"), status);
+        EXPECT_EQ(textOf(all[i], "MaxConnections"), connections);
+        if (onBmc == nullptr)
+            continue;
+        const auto before = row("services", "name", onBmc);
+        platformCalls.texts.clear();
+        bmc().recordMessages(100);
+        EXPECT_THAT(request(name, 3), Returns(0));
+        EXPECT_FALSE(isEnabled(onBmc));
+        EXPECT_THAT(request(name, 2), Returns(0));
+        EXPECT_TRUE(isEnabled(onBmc));
+        const std::string mask = '(' + std::to_string(bit) + ", *, 30)";
+        EXPECT_THAT(platformCalls.hooks(),
+                    ElementsAre("CIM_GetServiceConf" + mask, "CIM_SetServiceConf" + mask,
+                                "CIM_GetServiceConf" + mask, "CIM_SetServiceConf" + mask));
+        auto after = row("services", "name", onBmc);
+        after["enabled"] = before["enabled"];
+        EXPECT_EQ(after, before) << "nothing else is changed";
     }
-    EXPECT_FALSE(services.get(path("FTPProtocolService")).ok());
-    EXPECT_EQ(services.remove(path("SSHProtocolService")).message, "DeleteInstance not supported");
+    EXPECT_THAT(platformCalls.pauses, IsEmpty());
+
+    char message[PH_SERVICE_MESSAGE_SIZE] = "";
+    for (const std::uint16_t state : {std::uint16_t{3}, std::uint16_t{5}}) { // 5 is none that is carried out
+        EXPECT_EQ(PH_Set_ProtocolService_EnabledState("AnyOtherService", state, message), 0);
+        EXPECT_FALSE(isEnabled("web"));
+    }
+    EXPECT_THAT(request("AnyOtherService", 2), Refuses(CMPI_RC_ERR_NOT_FOUND, "No such service"));
 }
 
 TEST_F(Services, aBmcThatDoesNotTellHasThemDisabledAndUnknown) {
@@ -73,149 +82,99 @@ TEST_F(Services, aBmcThatDoesNotTellHasThemDisabledAndUnknown) {
     EXPECT_TRUE(services.get(path("CLPProtocolService")).ok()) << "needs no BMC";
 }
 
-TEST_F(Services, eachIsSwitchedByItsBit) {
-    const struct {
-        const char* name;
-        const char* word;
-        std::uint8_t mask;
-    } cases[] = {
-        {"HTTPProtocolService", "web", 1},          {"HTTPSProtocolService", "web", 1},
-        {"WEBProtocolService", "web", 1},           {"KVMProtocolService", "kvm", 2},
-        {"CDMEDIAProtocolService", "cd-media", 4},  {"FDMEDIAProtocolService", "fd-media", 8},
-        {"HDMEDIAProtocolService", "hd-media", 16}, {"SSHProtocolService", "ssh", 32},
-        {"TelnetProtocolService", "telnet", 64},
-    };
-    for (const auto& [name, word, mask] : cases) {
-        vbmc::VirtualBmc(stateFile).recordMessages(100);
-        const auto before = vbmc::VirtualBmc(stateFile).describe()["services"];
-        EXPECT_TRUE(request(name, 3).ok()) << name;
-        EXPECT_FALSE(isEnabled(word)) << name;
-        EXPECT_TRUE(request(name, 2).ok()) << name;
-        EXPECT_TRUE(isEnabled(word)) << name;
-        const auto requests = written();
-        ASSERT_EQ(requests.size(), 2U);
-        EXPECT_EQ(requests[0][0], mask);
-        if (std::string_view(word) != "telnet") { // which was disabled
-            EXPECT_EQ(vbmc::VirtualBmc(stateFile).describe()["services"], before) << "nothing else changed";
-        }
-    }
-    EXPECT_THAT(slept, IsEmpty());
-    char message[PH_SERVICE_MESSAGE_SIZE] = "";
-    EXPECT_EQ(PH_Set_ProtocolService_EnabledState("AnyOtherService", 3, message), 0);
-    EXPECT_FALSE(isEnabled("web"));
-    EXPECT_EQ(PH_Set_ProtocolService_EnabledState("AnyOtherService", 5, message), 0);
-    EXPECT_FALSE(isEnabled("web"));
-    EXPECT_EQ(request("AnyOtherService", 2).code, CMPI_RC_ERR_NOT_FOUND);
-    EXPECT_FALSE(isEnabled("web"));
-}
-
 TEST_F(Services, aResetPausesOnlyWhereSomethingRan) {
     bool duringPause = true;
-    whileSleeping = [&] { duringPause = isEnabled("ssh"); };
-    vbmc::VirtualBmc(stateFile).recordMessages(100);
-    EXPECT_TRUE(request("SSHProtocolService", 11).ok());
-    EXPECT_THAT(slept, ElementsAre(3));
+    platformCalls.duringPauses = [&] { duringPause = isEnabled("ssh"); };
+    bmc().recordMessages(100);
+    EXPECT_THAT(request("SSHProtocolService", 11), Returns(0));
+    EXPECT_THAT(platformCalls.pauses, ElementsAre(3));
     EXPECT_FALSE(duringPause);
     EXPECT_TRUE(isEnabled("ssh"));
-    EXPECT_EQ(written().size(), 2U);
+    EXPECT_EQ(requests(oem, setConfiguration).size(), 2U);
 
-    slept.clear();
-    EXPECT_TRUE(request("TelnetProtocolService", 11).ok());
-    EXPECT_THAT(slept, IsEmpty());
+    EXPECT_THAT(request("TelnetProtocolService", 11), Returns(0));
+    EXPECT_THAT(platformCalls.pauses, ElementsAre(3));
     EXPECT_TRUE(isEnabled("telnet"));
 }
 
 TEST_F(Services, theJobTellsHowItEnded) {
-    auto reply = request("SSHProtocolService", 3);
-    EXPECT_EQ(reply.values, (std::vector<broker::Value>{{CMPI_uint32, std::uint64_t{0}}}));
+    const auto reply = request("SSHProtocolService", 3);
+    EXPECT_EQ(reply.values, std::vector{number(0, CMPI_uint32)});
     EXPECT_FALSE(reply.done) << "the provider closes it";
-    auto job = lastJob();
-    EXPECT_EQ(textOf(job, "ElementName"), "SSHProtocolService_RequestStateChange");
-    EXPECT_EQ(textOf(job, "JobState"), "7");
-    EXPECT_EQ(textOf(job, "OperationalStatus"), "{17, 2}");
-    const auto* returned = broker::find(reply.arguments, "Job");
-    ASSERT_NE(returned, nullptr);
-    EXPECT_EQ(**returned->as<broker::Value::Reference>(), job.path);
+    EXPECT_EQ(jobOf(reply), Job::completed(jobName));
 
     failCommand(oem, setConfiguration);
-    reply = request("KVMProtocolService", 3);
-    EXPECT_EQ(reply.code, CMPI_RC_ERR_FAILED);
-    EXPECT_EQ(reply.message, internalError);
-    job = lastJob();
-    EXPECT_EQ(textOf(job, "JobState"), "10");
-    EXPECT_EQ(textOf(job, "OperationalStatus"), "{17, 6}");
-    EXPECT_EQ(**broker::find(reply.arguments, "Job")->as<broker::Value::Reference>(), job.path);
-    EXPECT_EQ(ClassRequests(broker, PH_CLASS_FUNCTIONS(ConcreteJob))
-                  .invoke(job.path, "GetErrors")
-                  .arguments.at(0)
-                  .value.as<broker::Value::Array>()
-                  ->size(),
-              1U);
+    const auto failed = request("SSHProtocolService", 3);
+    EXPECT_EQ(failed.code, CMPI_RC_ERR_FAILED);
+    EXPECT_EQ(failed.message, internalError);
+    EXPECT_EQ(jobOf(failed), Job::failed(jobName));
 }
 
-TEST_F(Services, aJobThatGetsLostIsTold) {
-    whileSleeping = [&] {
-        const auto jobs = sysroot.place("/tmp/method_jobs.db");
-        std::filesystem::remove(jobs);
-        std::filesystem::create_directory(jobs);
-    };
-    const auto reply = request("SSHProtocolService", 11);
-    EXPECT_EQ(reply.code, CMPI_RC_ERR_FAILED);
-    EXPECT_EQ(reply.message, "Unable to record how the job ended.");
-    EXPECT_TRUE(isEnabled("ssh"));
-}
-
-TEST_F(Services, everyCommandThatFailsFailsTheChange) {
+TEST_F(Services, everyCommandThatFailsFailsTheReset) {
     for (const std::uint8_t command : {getConfiguration, setConfiguration}) {
         failCommand(oem, command);
         EXPECT_EQ(request("SSHProtocolService", 11).message, internalError);
         EXPECT_TRUE(isEnabled("ssh"));
     }
-    mendCommands();
-    vbmc::VirtualBmc(stateFile).addFault(
-        {.netFn = oem, .command = setConfiguration, .value = 0xFF, .skip = 1, .calls = 1});
+    bmc().clearFaults();
+    bmc().addFault({.netFn = oem, .command = setConfiguration, .value = 0xFF, .skip = 1, .calls = 1});
     EXPECT_TRUE(request("SSHProtocolService", 11).ok()) << "switching on is tried again";
     EXPECT_TRUE(isEnabled("ssh"));
     failCommand(oem, setConfiguration, 1);
     EXPECT_EQ(request("SSHProtocolService", 11).message, internalError);
 }
 
-TEST_F(Services, refusedRequests) {
-    const auto ssh = path("SSHProtocolService");
-    const auto invoke = [&](const broker::NamedValues& in) {
-        return services.invoke(ssh, "requeststatechange", in);
-    };
+// A change that nobody would hear of is not made, and one that cannot be recorded is told.
+TEST_F(Services, nothingIsSwitchedWithoutDatabases) {
     const struct {
-        const char* what;
-        broker::Reply reply;
+        const char* function;
+        const char* message;
+        bool isSwitched;
+    } cases[] = {
+        {"db_set_concretejob", "Unable to create the job.", false},
+        {"smash_db_init", internalError, false},
+        {"db_modify_concretejob", "Unable to record how the job ended.", true},
+    };
+    for (const auto& [function, message, isSwitched] : cases) {
+        ASSERT_TRUE(request("SSHProtocolService", 2).ok());
+        platformCalls.broken = {function};
+        EXPECT_EQ(request("SSHProtocolService", 3).message, message);
+        EXPECT_EQ(isEnabled("ssh"), !isSwitched) << function;
+        platformCalls.broken = {};
+    }
+}
+
+TEST_F(Services, refuseWrongRequests) {
+    const auto ssh = path("SSHProtocolService");
+    const struct {
+        broker::ObjectPath path;
+        const char* method;
+        broker::NamedValues in;
         int code;
         const char* message;
     } cases[] = {
-        {"nothing", invoke({}), 4, "Input Parameter is empty"},
-        {"another argument", invoke({{"State", number(2)}}), 4, "RequestedState Parameter is Invalid"},
-        {"a text", invoke({{"RequestedState", text("on")}}), 4, "RequestedState parameter value is invalid"},
-        {"a state that is none", invoke({{"RequestedState", number(4)}}), 4, "Invalid Parameter value"},
-        {"another method", services.invoke(ssh, "StopService"), 17, "No such method available"},
-        {"no keys", services.invoke(services.path(), "RequestStateChange"), 1, "Key Property Missing"},
+        {ssh, "requeststatechange", {}, CMPI_RC_ERR_INVALID_PARAMETER, "Input Parameter is empty"},
+        {ssh,
+         "RequestStateChange",
+         {{"State", number(2)}},
+         CMPI_RC_ERR_INVALID_PARAMETER,
+         "RequestedState Parameter is Invalid"},
+        {ssh,
+         "RequestStateChange",
+         {{"RequestedState", text("on")}},
+         CMPI_RC_ERR_INVALID_PARAMETER,
+         "RequestedState parameter value is invalid"},
+        {ssh, "StopService", {}, CMPI_RC_ERR_METHOD_NOT_FOUND, "No such method available"},
+        {services.path(), "RequestStateChange", {}, CMPI_RC_ERR_FAILED, "Key Property Missing"},
     };
-    for (const auto& item : cases) {
-        EXPECT_EQ(static_cast<int>(item.reply.code), item.code) << item.what;
-        EXPECT_EQ(item.reply.message, item.message) << item.what;
-    }
-    EXPECT_EQ(textOf(lastJob(), "JobState"), "10") << "of the state that is none";
+    for (const auto& [path, method, in, code, message] : cases)
+        EXPECT_THAT(services.invoke(path, method, in), Refuses(code, message));
+    EXPECT_EQ(jobCount(), 0U);
+    const auto none = request("SSHProtocolService", 4);
+    EXPECT_EQ(none.code, CMPI_RC_ERR_INVALID_PARAMETER);
+    EXPECT_EQ(none.message, "Invalid Parameter value");
+    EXPECT_EQ(jobOf(none), Job::failed(jobName));
     EXPECT_TRUE(isEnabled("ssh"));
-}
-
-TEST_F(Services, withoutItsDatabasesNothingIsSwitched) {
-    for (const char* database : {"/conf/smash.db", "/tmp"}) {
-        const auto place = sysroot.place(database), aside = sysroot.place("/aside");
-        std::filesystem::rename(place, aside);
-        std::filesystem::create_directories(sysroot.place("/conf/smash.db").parent_path());
-        EXPECT_FALSE(request("SSHProtocolService", 3).ok()) << database;
-        EXPECT_TRUE(isEnabled("ssh"));
-        std::filesystem::remove_all(place);
-        std::filesystem::rename(aside, place);
-    }
 }
 
 } // namespace

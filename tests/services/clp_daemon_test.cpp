@@ -1,5 +1,5 @@
 // The CLP daemon, by the commands that are really called.
-#include "service_fixture.h"
+#include "service_requests.h"
 
 namespace {
 
@@ -13,7 +13,7 @@ constexpr char daemonAndClient[] = "  100 ?        Ss     0:00 /usr/local/bin/sm
 constexpr char unrelated[] = "  300 pts/1    S+     0:00 grep smashclpd\n"
                              "  400 pts/1    S+     0:00 vi notes\n";
 
-class ClpDaemon : public ServiceFixture {
+class ClpDaemon : public ServiceRequests {
 protected:
     // The failure's text, "" for success.
     static std::string change(std::uint16_t state) {
@@ -41,7 +41,7 @@ TEST_F(ClpDaemon, isFoundInTheProcessList) {
         {"nothing", "", -1, -1},
     };
     for (const auto& item : cases) {
-        runs(item.processes.c_str());
+        write("/processes", item.processes);
         EXPECT_EQ(PH_IsSmashclpdRunning(), item.daemon) << item.what;
         EXPECT_EQ(PH_IsSmashclpRunning(), item.client) << item.what;
     }
@@ -51,56 +51,53 @@ TEST_F(ClpDaemon, startsOnce) {
     write("/tmp/smash.pid", "1");
     std::filesystem::create_directories(sysroot.place("/tmp/smash-sessions/1"));
     write("/tmp/other", "stays");
-    runs(unrelated);
+    write("/processes", unrelated);
     EXPECT_EQ(change(2), "");
-    EXPECT_THAT(calls(), ElementsAre("smashclpd"));
+    EXPECT_THAT(commands(), ElementsAre("smashclpd"));
     EXPECT_FALSE(std::filesystem::exists(sysroot.place("/tmp/smash.pid")));
     EXPECT_FALSE(std::filesystem::exists(sysroot.place("/tmp/smash-sessions")));
     EXPECT_TRUE(std::filesystem::exists(sysroot.place("/tmp/other")));
     EXPECT_EQ(change(2), "An instance of SMASHCLPD server is already running...!");
-    EXPECT_THAT(calls(), IsEmpty());
-    EXPECT_THAT(slept, IsEmpty());
+    EXPECT_THAT(commands(), IsEmpty());
+    EXPECT_THAT(platformCalls.pauses, IsEmpty());
 }
 
 TEST_F(ClpDaemon, isHungUpOnAfterItsClients) {
-    runs(daemonAndClient);
+    write("/processes", daemonAndClient);
     EXPECT_EQ(change(3), "");
-    EXPECT_THAT(calls(), ElementsAre("killall smashclp", "killall -1 smashclpd"));
-    EXPECT_THAT(slept, ElementsAre(2, 2));
-    runs(daemonOnly);
+    EXPECT_THAT(commands(), ElementsAre("killall smashclp", "killall -1 smashclpd"));
+    EXPECT_THAT(std::exchange(platformCalls.pauses, {}), ElementsAre(2, 2));
+    write("/processes", daemonOnly);
     EXPECT_EQ(change(3), "");
-    EXPECT_THAT(calls(), ElementsAre("killall -1 smashclpd"));
-    runs(unrelated);
+    EXPECT_THAT(commands(), ElementsAre("killall -1 smashclpd"));
+    write("/processes", unrelated);
     EXPECT_EQ(change(3), "SMASHCLPD server is not running currently...!");
-    EXPECT_THAT(calls(), IsEmpty());
+    EXPECT_THAT(commands(), IsEmpty());
 }
 
 TEST_F(ClpDaemon, isResetWhateverItsState) {
     write("/tmp/smash.pid", "1");
-    runs(daemonAndClient);
+    write("/processes", daemonAndClient);
     EXPECT_EQ(change(11), "");
-    EXPECT_THAT(calls(), ElementsAre("killall smashclp", "killall smashclpd", "smashclpd"));
-    EXPECT_THAT(slept, ElementsAre(2, 2));
+    EXPECT_THAT(commands(), ElementsAre("killall smashclp", "killall smashclpd", "smashclpd"));
+    EXPECT_THAT(std::exchange(platformCalls.pauses, {}), ElementsAre(2, 2));
     EXPECT_FALSE(std::filesystem::exists(sysroot.place("/tmp/smash.pid")));
-    runs(unrelated);
+    write("/processes", unrelated);
     EXPECT_EQ(change(11), "");
-    EXPECT_THAT(calls(), ElementsAre("smashclpd"));
+    EXPECT_THAT(commands(), ElementsAre("smashclpd"));
     std::filesystem::remove(sysroot.place("/usr/local/bin/smashclpd"));
     EXPECT_EQ(change(11), "");
 }
 
-TEST_F(ClpDaemon, otherStatesAreRefused) {
-    EXPECT_EQ(change(4), "RequestedState value is Invalid");
-    EXPECT_THAT(calls(), IsEmpty());
-}
-
 TEST_F(ClpDaemon, isAServiceLikeTheOthers) {
-    EXPECT_TRUE(request("CLPProtocolService", 2).ok());
-    EXPECT_EQ(textOf(lastJob(), "JobState"), "7");
+    constexpr const char* jobName = "CLPProtocolService_RequestStateChange";
+    EXPECT_EQ(change(4), "RequestedState value is Invalid");
+    EXPECT_THAT(commands(), IsEmpty());
+    EXPECT_EQ(jobOf(request("CLPProtocolService", 2)), Job::completed(jobName));
     EXPECT_EQ(textOf(services.get(path("CLPProtocolService")).instances.at(0), "EnabledState"), "2");
     const auto reply = request("CLPProtocolService", 2);
     EXPECT_EQ(reply.message, "An instance of SMASHCLPD server is already running...!");
-    EXPECT_EQ(textOf(lastJob(), "JobState"), "10");
+    EXPECT_EQ(jobOf(reply), Job::failed(jobName));
 }
 
 } // namespace

@@ -1,0 +1,20 @@
+// Requests to CIM_ProtocolService.
+#pragma once
+
+#include "managed_bmc.h"
+#include "provider_helper/services.h"
+
+class ServiceRequests : public ManagedBmc {
+protected:
+    broker::ObjectPath path(const std::string& name) const {
+        return services.path({{"SystemCreationClassName", text("CIM_SPComputerSystem")},
+                              {"CreationClassName", text("CIM_ProtocolService")},
+                              {"SystemName", text("controller")},
+                              {"Name", text(name)}});
+    }
+    broker::Reply request(const char* service, std::uint16_t state) const {
+        return services.invoke(path(service), "RequestStateChange", {{"RequestedState", number(state)}});
+    }
+
+    ClassRequests services{broker, PH_CLASS_FUNCTIONS(ProtocolService)};
+};
