@@ -36,7 +36,7 @@ protected:
     // The row of a table of the BMC's where `key` is `value`; null for none.
     nlohmann::ordered_json row(const char* table, const char* key, const nlohmann::ordered_json& value) const;
     // Every call of an IPMI command after the first `skip` is answered with `code`, and no other's.
-    void failCommand(std::uint8_t netFn, std::uint8_t command, unsigned skip = 0, unsigned code = 0xC0) const;
+    void failCommand(std::uint8_t netFn, std::uint8_t command, unsigned skip = 0, unsigned code = 0xFF) const;
     // The requests of a command since recordMessages.
     std::vector<std::vector<std::uint8_t>> requests(std::uint8_t netFn, std::uint8_t command) const;
 
