@@ -7,6 +7,7 @@
 #include "provider_helper/jobs.h"
 #include "virtual-bmc/virtual_bmc.h"
 
+#include <concepts>
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 #include <sysroot_fixture.h>
@@ -70,8 +71,8 @@ inline broker::Value texts(std::vector<std::string> values) {
         array.push_back(text(std::move(value)));
     return {CMPI_stringA, std::move(array)};
 }
-inline broker::Value number(std::uint64_t value, CMPIType type = CMPI_uint16) {
-    return {type, value};
+inline broker::Value number(std::integral auto value, CMPIType type = CMPI_uint16) {
+    return {type, static_cast<std::uint64_t>(value)};
 }
 inline broker::Value reference(broker::ObjectPath path) {
     return {CMPI_ref, std::make_shared<const broker::ObjectPath>(std::move(path))};
