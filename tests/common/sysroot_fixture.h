@@ -58,7 +58,7 @@ protected:
     void write(std::string_view absolutePath, std::string_view text) const {
         std::ofstream(sysroot.place(absolutePath)) << text;
     }
-    std::string read(std::string_view absolutePath) const {
+    std::string contents(std::string_view absolutePath) const {
         std::ifstream file(sysroot.place(absolutePath), std::ios::binary);
         return {std::istreambuf_iterator<char>(file), {}};
     }

@@ -70,7 +70,7 @@ TEST_F(PowerManagement, bringsTheHostToEachStateItCanHave) {
         EXPECT_EQ(platformCalls.hooks(), hooks);
         EXPECT_THAT(sessions(), ElementsAre("CIM_Create_IPMI20_Session", "CIM_Close_Session"));
         EXPECT_EQ(chassis()["power"], power);
-        EXPECT_EQ(read("/conf/PowerState.ini"), "RequestedPowerState  " + std::to_string(state));
+        EXPECT_EQ(contents("/conf/PowerState.ini"), "RequestedPowerState  " + std::to_string(state));
     }
     EXPECT_EQ(chassis()["resets"], 1);
     EXPECT_EQ(chassis()["diagnosticInterrupts"], 1);
@@ -104,7 +104,7 @@ TEST_F(PowerManagement, reportsABmcThatRefuses) {
     for (const int state : {1, 2, 5, 6, 8, 9, 10, 11})
         expectFailed(requestHostPower(state), hostPower);
     EXPECT_TRUE(isHostOn());
-    EXPECT_EQ(read("/conf/PowerState.ini"), "RequestedPowerState  5");
+    EXPECT_EQ(contents("/conf/PowerState.ini"), "RequestedPowerState  5");
 
     std::filesystem::remove(stateFile);
     platformCalls.clear();
@@ -124,7 +124,7 @@ TEST_F(PowerManagement, restartsTheController) {
     expectDone(requestProcessorPower(5), processorPower);
     EXPECT_THAT(commands(), ElementsAre("reboot", "reboot"));
     EXPECT_THAT(platformCalls.hooks(), IsEmpty());
-    EXPECT_EQ(read("/conf/PowerState.ini"), "RequestedPowerState  5");
+    EXPECT_EQ(contents("/conf/PowerState.ini"), "RequestedPowerState  5");
 }
 
 TEST_F(PowerManagement, isOfTheManagedElementThatTheServiceHas) {

@@ -1,5 +1,5 @@
 // Delivery of alerts with every neighbour of the library replaced: platform, mail, interop and description
-// libraries. Sensors and sessions are those of sensors/fake_platform.h.
+// libraries. Sensors and sessions are those of fake_platform.h.
 #pragma once
 
 #include "broker/broker.h"

@@ -1,12 +1,10 @@
-// Requests to both sensor classes on the fake platform.
+// Requests to both sensor classes, on rows and readings as a test wants them.
 #pragma once
 
-#include "class_requests.h"
-#include "fake_platform.h"
+#include "managed_bmc.h"
 #include "provider_helper/sensors.h"
 
 #include <cstdio>
-#include <gmock/gmock.h>
 
 inline CompactSdr makeCompactSdr(const char* name, int number, int sensorType, int eventReadingType,
                                  int offset = 99) {
@@ -39,31 +37,65 @@ inline CIM_SensorReading makeReading(int raw, int states = 0, int flags = 0xC0) 
             static_cast<uint8_t>(states >> 8 | 0x80)};
 }
 
-// The property's value as text, "<none>" when the instance does not have it.
-inline std::string textOf(const broker::Instance& instance, std::string_view property) {
-    const broker::Value* value = broker::find(instance.properties, property);
-    return value != nullptr ? broker::toText(*value) : "<none>";
-}
-
-class SensorClasses : public ::testing::Test {
+class SensorClasses : public ManagedBmc {
 protected:
-    void SetUp() override { platform = {}; }
-    void TearDown() override {
-        EXPECT_EQ(platform.openSessions, 0);
-        EXPECT_EQ(platform.openHandles, 0);
-        EXPECT_EQ(broker.liveObjects(), 0U);
+    SensorClasses() {
+        PH_STAND_IN(db_get_all_compact_sdrs,
+                    [&](auto*, auto** rows, int* count) { return handOut(sensors, rows, *count); });
+        PH_STAND_IN(db_get_all_full_sdrs,
+                    [&](auto*, auto** rows, int* count) { return handOut(numericSensors, rows, *count); });
+        PH_STAND_IN(db_get_compact_sdr,
+                    [&](auto*, const char* id, auto** row) { return handOut(sensors, id, row); });
+        PH_STAND_IN(db_get_full_sdr,
+                    [&](auto*, const char* id, auto** row) { return handOut(numericSensors, id, row); });
+        PH_STAND_IN(CIM_GetSensorReading, [&](auto*, uint8_t number, CIM_SensorReading* answer, int) {
+            const auto reading = readings.find(number);
+            if (reading == readings.end())
+                return 1;
+            *answer = reading->second;
+            return 0;
+        });
     }
 
     // The only sensor by its keys, whatever its reading.
-    broker::Instance only(const ClassRequests& requests) const {
-        const broker::Reply names = requests.names();
-        EXPECT_EQ(names.paths.size(), 1U) << names.message;
-        const broker::Reply reply = requests.get(names.paths.at(0));
+    static broker::Instance only(const ClassRequests& requests) {
+        const broker::Reply reply = requests.get(requests.names().paths.at(0));
         EXPECT_EQ(reply.instances.size(), 1U) << reply.message;
         return reply.instances.at(0);
     }
+    // The sensors that were read, since this was asked last.
+    static std::vector<std::string> readNumbers() {
+        auto calls = platformCalls.hooks();
+        platformCalls.texts.clear();
+        return calls;
+    }
+    static std::string reading(int number) {
+        return "CIM_GetSensorReading(" + std::to_string(number) + ", *, 30)";
+    }
 
-    broker::Broker broker;
+    std::vector<CompactSdr> sensors;
+    std::vector<FullSdr> numericSensors;
+    std::map<int, CIM_SensorReading> readings; // by sensor number; the call fails for any other
     ClassRequests discrete{broker, PH_CLASS_FUNCTIONS(Sensor)};
     ClassRequests numeric{broker, PH_CLASS_FUNCTIONS(NumericSensor)};
+
+private:
+    static const CompactSdr& common(const CompactSdr& row) { return row; }
+    static const CompactSdr& common(const FullSdr& row) { return row.common; }
+
+    template <class Row>
+    static int handOut(const std::vector<Row>& from, Row** rows, int& count) {
+        count = static_cast<int>(from.size());
+        *rows = from.empty() ? nullptr : static_cast<Row*>(std::malloc(sizeof(Row) * from.size()));
+        std::ranges::copy(from, *rows);
+        return 0;
+    }
+    template <class Row>
+    static int handOut(const std::vector<Row>& from, const char* deviceId, Row** row) {
+        int count = 0;
+        for (const Row& candidate : from)
+            if (common(candidate).deviceId == std::string_view(deviceId))
+                return handOut(std::vector{candidate}, row, count);
+        return 1;
+    }
 };

@@ -1,21 +1,13 @@
-// Both sensor classes: readings become states, unreadable sensors are left out, what is opened is closed.
+// Both sensor classes: readings become states and numbers, unreadable sensors are left out, what is opened is
+// closed.
 #include "class_fixture.h"
-#include "failing_allocation.h"
 
 namespace {
 
 using broker::Reply;
 using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
 using ::testing::IsEmpty;
-using ::testing::SizeIs;
-
-std::vector<std::string> elementNames(const std::vector<broker::Instance>& instances) {
-    std::vector<std::string> names;
-    names.reserve(instances.size());
-    for (const broker::Instance& instance : instances)
-        names.push_back(textOf(instance, "ElementName"));
-    return names;
-}
 
 TEST_F(SensorClasses, StatesAndHealthOfAReading) {
     const CIM_SensorReading refused{0xCB, 1, 0xC0, 1, 0x80};
@@ -43,11 +35,11 @@ TEST_F(SensorClasses, StatesAndHealthOfAReading) {
     };
     for (const auto& expected : cases) {
         SCOPED_TRACE(expected.what);
-        platform = {};
-        platform.sensors = {makeCompactSdr("Limit", 17, 0x01, 0x05)};
-        platform.numericSensors = {makeFullSdr("Inlet", 18)};
+        sensors = {makeCompactSdr("Limit", 17, 0x01, 0x05)};
+        numericSensors = {makeFullSdr("Inlet", 18)};
+        readings.clear();
         if (expected.answers)
-            platform.readings = {{17, expected.answer}, {18, expected.answer}};
+            readings = {{17, expected.answer}, {18, expected.answer}};
         const broker::Instance sensor = only(discrete);
         EXPECT_EQ(textOf(sensor, "CurrentState"), expected.discreteState);
         EXPECT_EQ(textOf(sensor, "EnabledState"), expected.discreteEnabled);
@@ -66,202 +58,218 @@ TEST_F(SensorClasses, DiscreteSensorWithAllProperties) {
     CompactSdr sdr = makeCompactSdr("PSU 1", 17, 0x08, 0x6F, 1);
     std::snprintf(sdr.otherSensorType, sizeof(sdr.otherSensorType), "Power Supply");
     sdr.entityId = 10;
-    platform.sensors = {sdr};
-    platform.readings[17] = makeReading(0, 0x02);
-    const broker::Instance instance = only(discrete);
-    const std::vector<std::pair<const char*, const char*>> expected = {
-        {"SystemCreationClassName", "CIM_HostComputerSystem"},
-        {"SystemName", "rack7"},
-        {"CreationClassName", "CIM_Sensor"},
-        {"DeviceID", "32.17.0.8.6f.1:PSU 1"},
-        {"SensorType", "1"},
-        {"OtherSensorTypeDescription", "Power Supply"},
-        {"HealthState", "5"},
-        {"OperationalStatus", "{2}"},
-        {"PossibleStates", "{\"Power Supply Failure detected Assert\", \"Power Supply Failure detected "
-                           "Deassert\", \"Unknown\"}"},
-        {"CurrentState", "Power Supply Failure detected Assert"},
-        {"Caption", "PowerSupply(17.32.0)"},
-        {"Description", "PSU 1(17.32.0):PowerSupply for Power Supply 1"},
-        {"ElementName", "PSU 1(17.32.0)"},
-        {"RequestedState", "12"},
-        {"EnabledState", "2"},
-    };
-    ASSERT_EQ(instance.properties.size(), expected.size());
-    for (std::size_t i = 0; i < expected.size(); ++i) {
-        EXPECT_EQ(instance.properties[i].name, expected[i].first);
-        EXPECT_EQ(broker::toText(instance.properties[i].value), expected[i].second) << expected[i].first;
-    }
+    sensors = {sdr};
+    readings[17] = makeReading(0, 0x02);
+    EXPECT_THAT(
+        propertiesOf(only(discrete)),
+        ElementsAre("SystemCreationClassName=CIM_HostComputerSystem", "SystemName=server",
+                    "CreationClassName=CIM_Sensor", "DeviceID=32.17.0.8.6f.1:PSU 1", "SensorType=1",
+                    "OtherSensorTypeDescription=Power Supply", "HealthState=5", "OperationalStatus={2}",
+                    "PossibleStates={\"Power Supply Failure detected Assert\", \"Power Supply Failure "
+                    "detected Deassert\", \"Unknown\"}",
+                    "CurrentState=Power Supply Failure detected Assert", "Caption=PowerSupply(17.32.0)",
+                    "Description=PSU 1(17.32.0):PowerSupply for Power Supply 1", "ElementName=PSU 1(17.32.0)",
+                    "RequestedState=12", "EnabledState=2"));
 }
 
-// Two sensors and a third that cannot be read.
-class ThreeSensors : public SensorClasses, public ::testing::WithParamInterface<bool> {
-protected:
-    void SetUp() override {
-        SensorClasses::SetUp();
-        for (int number : {1, 2, 3}) {
-            const std::string name = "S" + std::to_string(number);
-            platform.sensors.push_back(makeCompactSdr(name.c_str(), number, 0x08, 0x0B));
-            platform.numericSensors.push_back(makeFullSdr(name.c_str(), number));
-        }
-        platform.readings = {{1, makeReading(10)}, {3, makeReading(30)}};
-    }
-    const ClassRequests& requests = GetParam() ? numeric : discrete;
-    const char* getAll = GetParam() ? "db_get_all_full_sdrs" : "db_get_all_compact_sdrs";
-    const char* getOne = GetParam() ? "db_get_full_sdr" : "db_get_compact_sdr";
-};
-INSTANTIATE_TEST_SUITE_P(Sensor, ThreeSensors, ::testing::Values(false));
-INSTANTIATE_TEST_SUITE_P(NumericSensor, ThreeSensors, ::testing::Values(true));
-
-TEST_P(ThreeSensors, UnreadableOnesAreLeftOut) {
-    EXPECT_THAT(elementNames(requests.enumerate().instances), ElementsAre("S1(1.32.0)", "S3(3.32.0)"));
-    const auto array = requests.instanceArray();
-    ASSERT_TRUE(array.has_value());
-    EXPECT_THAT(elementNames(*array), ElementsAre("S1(1.32.0)", "S3(3.32.0)"));
-    const Reply names = requests.names();
-    ASSERT_THAT(names.paths, SizeIs(3));
-    const Reply unreadable = requests.get(names.paths[1]);
-    EXPECT_THAT(elementNames(unreadable.instances), ElementsAre("S2(2.32.0)"));
-}
-
-TEST_P(ThreeSensors, AreReadOverOneSession) {
-    EXPECT_TRUE(requests.enumerate().ok());
-    EXPECT_EQ(platform.sessions, 1);
-    EXPECT_THAT(platform.read, ElementsAre(1, 2, 3));
-    platform.read.clear();
-    EXPECT_THAT(requests.names().paths, SizeIs(3));
-    EXPECT_EQ(platform.sessions, 1) << "names need none";
-    EXPECT_THAT(platform.read, IsEmpty());
-}
-
-TEST_P(ThreeSensors, PropertyListIsObeyed) {
-    const Reply reply = requests.enumerate({{"currentstate"}});
-    ASSERT_THAT(reply.instances, SizeIs(2));
-    EXPECT_THAT(reply.instances[0].properties, SizeIs(5)) << "and four keys";
-}
-
-TEST_P(ThreeSensors, OnlyAllKeysName) {
-    const broker::ObjectPath path = requests.names().paths.at(0);
-    for (std::size_t i = 0; i < path.keys.size(); ++i) {
-        broker::ObjectPath other = path;
-        other.keys[i].value = {CMPI_string, std::string("other")};
-        const Reply wrong = requests.get(other);
-        EXPECT_EQ(wrong.code, CMPI_RC_ERR_FAILED) << path.keys[i].name;
-        EXPECT_EQ(wrong.message, "Failed to Get Instance");
-        other.keys.erase(other.keys.begin() + static_cast<std::ptrdiff_t>(i));
-        EXPECT_EQ(requests.get(other).message, "Failed to Get Instance") << path.keys[i].name;
-    }
-}
-
-TEST_P(ThreeSensors, CannotBeChanged) {
-    const broker::ObjectPath path = requests.names().paths.at(0);
-    EXPECT_EQ(requests.modify({path, {}}).message, "SetInstance not supported");
-    EXPECT_EQ(requests.create({path, {}}).message, "CreateInstance not supported");
-    EXPECT_EQ(requests.remove(path).message, "DeleteInstance not supported");
-    EXPECT_EQ(requests.invoke(path, "Reset").message, "Invoke Method not supported");
-    EXPECT_EQ(requests.invoke(path, "Reset").code, CMPI_RC_ERR_NOT_SUPPORTED);
-}
-
-TEST_P(ThreeSensors, FailingPlatformFunctions) {
-    const broker::ObjectPath path = requests.names().paths.at(0);
-    const struct {
-        std::set<std::string> functions;
-        bool enumerates;
-        bool names;
-        bool gets;
-    } cases[] = {
-        {{"OEM_GetHostSystemName", "db_get_device_bytype"}, false, false, false},
-        {{"db_init"}, false, false, false},
-        {{getAll}, false, false, true},
-        {{getOne}, true, true, false},
-        {{"CIM_Create_IPMI20_Session"}, false, true, false},
-        {{"CIM_GetSensorReading"}, true, true, true},
-        {{"db_close", "CIM_Close_Session"}, true, true, true},
-    };
-    for (const auto& [functions, enumerates, names, gets] : cases) {
-        SCOPED_TRACE(*functions.begin());
-        platform.failing = functions;
-        ::testing::internal::CaptureStdout(); // failures of handles are printed
-        const Reply all = requests.enumerate();
-        EXPECT_EQ(all.message, enumerates ? "" : "Failed to Enumerate Instance");
-        EXPECT_EQ(all.code, enumerates ? CMPI_RC_OK : CMPI_RC_ERR_FAILED);
-        EXPECT_EQ(requests.instanceArray().has_value(), enumerates);
-        EXPECT_EQ(requests.names().message, names ? "" : "Failed to Enumerate Instance Names");
-        EXPECT_EQ(requests.get(path).message, gets ? "" : "Failed to Get Instance");
-        ::testing::internal::GetCapturedStdout();
-        EXPECT_EQ(platform.openHandles, 0);
-        EXPECT_EQ(platform.openSessions, 0);
-    }
-}
-
-TEST_P(ThreeSensors, FailingAllocations) {
-    const broker::ObjectPath path = requests.names().paths.at(0);
-    int failures = 0;
-    for (unsigned nth = 1; nth < 100; ++nth) {
-        failAllocation(nth);
-        ::testing::internal::CaptureStdout();
-        const Reply all = requests.enumerate();
-        const bool failed = allocationFailed();
-        failAllocation(nth);
-        const Reply one = requests.get(path);
-        const bool getFailed = allocationFailed();
-        failAllocation(0);
-        ::testing::internal::GetCapturedStdout();
-        // The session's settings are a row as well: without them every sensor is unreadable.
-        EXPECT_TRUE(!failed || !all.ok() || all.instances.empty()) << nth;
-        EXPECT_EQ(all.message, all.ok() ? "" : "Failed to Enumerate Instance") << nth;
-        EXPECT_EQ(one.message, one.ok() ? "" : "Failed to Get Instance") << nth;
-        EXPECT_EQ(platform.openHandles, 0);
-        EXPECT_EQ(platform.openSessions, 0);
-        failures += failed;
-        if (!failed && !getFailed)
-            break;
-    }
-    EXPECT_GT(failures, 8) << "rows, records and possible states are allocated";
-    EXPECT_THAT(requests.enumerate().instances, SizeIs(2));
-}
-
-TEST_P(ThreeSensors, FailingBrokerCalls) {
-    for (const char* call :
-         {"newObjectPath", "newInstance", "newArray", "addKey", "setProperty", "setElementAt"}) {
-        unsigned nth = 0;
-        for (bool reached = true; reached && nth < 200;) {
-            broker.resetCalls();
-            broker.failCall(call, ++nth);
-            const Reply reply = requests.enumerate();
-            const unsigned calls = broker.calls(call);
-            broker.resetCalls();
-            reached = calls >= nth;
-            EXPECT_EQ(reply.message, reached ? "Failed to Enumerate Instance" : "") << call << " " << nth;
-            EXPECT_EQ(broker.liveObjects(), 0U) << call << " " << nth;
-        }
-        EXPECT_GT(nth, 1U) << call << " is used";
-    }
-}
-
-TEST_F(SensorClasses, NoSensorsNeedNoSession) {
-    platform.failing = {"CIM_Create_IPMI20_Session"};
-    EXPECT_TRUE(discrete.enumerate().ok());
-    EXPECT_TRUE(numeric.enumerate().ok());
-    EXPECT_TRUE(numeric.instanceArray().has_value());
-}
-
+// Sensors of a row each, and one of several: the first has number 0, another cannot be read.
 TEST_F(SensorClasses, StatesOfOneSensorShareItsReading) {
-    platform.sensors = {makeCompactSdr("PSU", 5, 0x08, 0x6F, 0), makeCompactSdr("PSU", 5, 0x08, 0x6F, 1),
-                        makeCompactSdr("Lost", 6, 0x08, 0x6F, 1), makeCompactSdr("Lost", 6, 0x08, 0x6F, 3),
-                        makeCompactSdr("PSU", 5, 0x08, 0x6F, 2)};
-    platform.readings[5] = makeReading(0, 0x02);
+    sensors = {makeCompactSdr("First", 0, 0x07, 0x6F, 7), makeCompactSdr("PSU", 5, 0x08, 0x6F, 0),
+               makeCompactSdr("PSU", 5, 0x08, 0x6F, 1),   makeCompactSdr("Lost", 6, 0x08, 0x6F, 1),
+               makeCompactSdr("Lost", 6, 0x08, 0x6F, 3),  makeCompactSdr("PSU", 5, 0x08, 0x6F, 2)};
+    readings = {{0, makeReading(0)}, {5, makeReading(0, 0x02)}};
     const Reply reply = discrete.enumerate();
-    EXPECT_THAT(platform.read, ElementsAre(5, 6, 5));
-    ASSERT_THAT(reply.instances, SizeIs(3));
-    EXPECT_EQ(textOf(reply.instances[0], "CurrentState"), "Presence detected Deassert");
-    EXPECT_EQ(textOf(reply.instances[1], "CurrentState"), "Power Supply Failure detected Assert");
+    EXPECT_THAT(readNumbers(), ElementsAre(reading(0), reading(5), reading(6), reading(5)));
+    EXPECT_THAT(textsOf(reply.instances, "CurrentState"),
+                ElementsAre("Processor Presence detected Deassert", "Presence detected Deassert",
+                            "Power Supply Failure detected Assert", "Predictive Failure Deassert"));
+    EXPECT_EQ(std::ranges::count(platformCalls.made, "CIM_Create_IPMI20_Session"), 1);
+}
+
+TEST_F(SensorClasses, UnreadableOnesAreLeftOut) {
+    for (const int number : {1, 2, 3}) {
+        const std::string name = "S" + std::to_string(number);
+        sensors.push_back(makeCompactSdr(name.c_str(), number, 0x08, 0x0B));
+        numericSensors.push_back(makeFullSdr(name.c_str(), number));
+    }
+    readings = {{1, makeReading(10)}, {3, makeReading(30)}};
+    for (const ClassRequests* requests : {&discrete, &numeric}) {
+        EXPECT_THAT(textsOf(requests->enumerate().instances, "ElementName"),
+                    ElementsAre("S1(1.32.0)", "S3(3.32.0)"));
+        EXPECT_THAT(textsOf(requests->instanceArray().value(), "ElementName"),
+                    ElementsAre("S1(1.32.0)", "S3(3.32.0)"));
+        readNumbers();
+        const auto paths = requests->names().paths;
+        EXPECT_THAT(readNumbers(), IsEmpty());
+        ASSERT_EQ(paths.size(), 3U);
+        EXPECT_THAT(textsOf(requests->get(paths[1]).instances, "ElementName"), ElementsAre("S2(2.32.0)"));
+        EXPECT_THAT(readNumbers(), ElementsAre(reading(2)));
+
+        platformCalls.broken = {"CIM_Create_IPMI20_Session"};
+        EXPECT_THAT(requests->enumerate(), Refuses(CMPI_RC_ERR_FAILED, "Failed to Enumerate Instance"));
+        EXPECT_THAT(requests->get(paths[0]), Refuses(CMPI_RC_ERR_FAILED, "Failed to Get Instance"));
+        EXPECT_EQ(requests->names().paths, paths);
+        platformCalls.broken = {"CIM_GetSensorReading"};
+        EXPECT_TRUE(requests->enumerate().ok());
+        EXPECT_TRUE(requests->get(paths[0]).ok());
+        platformCalls.broken = {"OEM_GetHostSystemName", "db_get_device_bytype"};
+        EXPECT_EQ(requests->names().message, "Failed to Enumerate Instance Names");
+        platformCalls.broken = {};
+    }
+    sensors.clear();
+    numericSensors.clear();
+    platformCalls.broken = {"CIM_Create_IPMI20_Session"};
+    for (const ClassRequests* requests : {&discrete, &numeric})
+        EXPECT_TRUE(requests->enumerate().ok()) << "no sensors need no session";
 }
 
 TEST_F(SensorClasses, SkippingGoesByTheStatusAlone) {
     EXPECT_EQ(IsSkipUnkwonError("", nullptr, 0), 1);
     EXPECT_EQ(IsSkipUnkwonError("32.1.0.1.01.99:x", "SDR", 2), 0);
     EXPECT_EQ(IsSkipUnkwonError("32.1.0.1.01.99:x", "SDR", 11), 0);
+}
+
+std::vector<std::string> describe(const broker::Instance& instance) {
+    std::vector<std::string> lines;
+    for (const auto& [name, value] : instance.properties)
+        lines.push_back(name + " " + broker::typeName(value.type) + " " + broker::toText(value));
+    return lines;
+}
+
+TEST_F(SensorClasses, NumericSensorWithAllProperties) {
+    FullSdr sdr = makeFullSdr("Inlet", 17);
+    sdr.common.supportedStates = 0x22;
+    sdr.baseUnits = 1;
+    sdr.rateUnits = 3;
+    sdr.analogFormat = 2;
+    sdr.m = 5;
+    sdr.b = -20;
+    sdr.exponents = 0xF0;
+    sdr.nominalReading = 10;
+    sdr.normalMax = 20;
+    sdr.normalMin = 0;
+    sdr.maxReadable = 127;
+    sdr.minReadable = 128;
+    sdr.hysteresis = 6;
+    sdr.lowerNonCritical = 1;
+    sdr.lowerCritical = 2;
+    sdr.lowerNonRecoverable = 3;
+    sdr.upperNonCritical = 4;
+    sdr.upperCritical = 5;
+    sdr.resolution = 50;
+    sdr.tolerance = 25;
+    sdr.accuracy = -7;
+    sdr.isLinear = 1;
+    numericSensors = {sdr};
+    readings[17] = makeReading(30, 0xC2);
+
+    EXPECT_THAT(describe(only(numeric)),
+                ElementsAreArray({
+                    "SystemCreationClassName string CIM_HostComputerSystem",
+                    "SystemName string server",
+                    "CreationClassName string CIM_NumericSensor",
+                    "DeviceID string 32.17.0.1.01.99:Inlet",
+                    "SensorType uint16 2",
+                    "OtherSensorTypeDescription string ",
+                    "HealthState uint16 5",
+                    "OperationalStatus uint16[] {2}",
+                    R"(PossibleStates string[] {"Lower Critical", "Upper Fatal", "Normal", "Unknown"})",
+                    "CurrentState string Lower Critical",
+                    "Caption string Temperature(17.32.0)",
+                    "Description string Inlet(17.32.0):Temperature for System Board 1",
+                    "ElementName string Inlet(17.32.0)",
+                    "RequestedState uint16 12",
+                    "EnabledState uint16 2",
+                    "CurrentReading sint32 1300",
+                    "BaseUnits uint16 1",
+                    "UnitModifier sint32 0",
+                    "RateUnits uint16 3",
+                    "NominalReading sint32 300",
+                    "NormalMax sint32 800",
+                    "NormalMin sint32 0",
+                    "MaxReadable sint32 6150",
+                    "MinReadable sint32 -6600",
+                    "Resolution uint32 50",
+                    "Tolerance sint32 25",
+                    "Accuracy sint32 -7",
+                    "IsLinear boolean TRUE",
+                    "Hysteresis uint32 100",
+                    "SupportedThresholds uint16[] {2, 5}",
+                    "EnabledThresholds uint16[] {2, 5}",
+                    "SettableThresholds uint16[] {2, 5}",
+                    "LowerThresholdCritical sint32 -100",
+                    "UpperThresholdFatal sint32 -200",
+                }));
+}
+
+TEST_F(SensorClasses, ThresholdsArePublishedWhenSupported) {
+    constexpr const char* byBit[] = {"LowerThresholdNonCritical", "LowerThresholdCritical",
+                                     "LowerThresholdFatal",       "UpperThresholdNonCritical",
+                                     "UpperThresholdCritical",    "UpperThresholdFatal"};
+    for (unsigned bits : {0x00U, 0x01U, 0x02U, 0x04U, 0x08U, 0x10U, 0x20U, 0x3FU}) {
+        FullSdr sdr = makeFullSdr("Inlet", 17);
+        sdr.common.supportedStates = bits;
+        sdr.lowerNonCritical = 1;
+        sdr.lowerCritical = 2;
+        sdr.lowerNonRecoverable = 3;
+        sdr.upperNonCritical = 4;
+        sdr.upperCritical = 5;
+        sdr.upperNonRecoverable = 6;
+        numericSensors = {sdr};
+        const broker::Instance instance = only(numeric);
+        for (unsigned bit = 0; bit < 6; ++bit)
+            EXPECT_EQ(textOf(instance, byBit[bit]),
+                      (bits >> bit & 1) != 0 ? std::to_string((bit + 1) * 100) : "<none>")
+                << byBit[bit] << " of " << bits;
+    }
+}
+
+TEST_F(SensorClasses, NumbersAreHundredfoldAndRounded) {
+    const struct {
+        int format;
+        int m;
+        int b;
+        int exponents;
+        int raw;
+        const char* reading; // also of the other published readings
+        const char* hysteresis;
+        const char* threshold;
+        const char* unitModifier;
+    } cases[] = {
+        {0, 1, 0, 0x00, 200, "20000", "20000", "20000", "-2"},
+        {0, 1, 20, 0x00, 0, "0", "0", "2000", "-2"}, // a raw 0 is 0, except in thresholds
+        {1, 1, 0, 0x00, 0xFE, "-100", "4294967196", "-100", "-1"},
+        {2, 1, 0, 0x00, 0xFF, "-100", "4294967196", "-100", "0"},
+        {3, 7, 7, 0x11, 9, "900", "900", "900", "1"},
+        {0, 2, 3, 0xF1, 10, "500", "500", "500", "-2"},
+        {0, 1, 0, 0xD0, 15, "2", "2", "2", "-2"}, // 1.5, 2.5 and 10.5: to the even number
+        {0, 1, 0, 0xD0, 25, "2", "2", "2", "-2"},
+        {0, 1, 0, 0xD0, 105, "10", "10", "10", "-2"},
+        {0, 1, 0, 0xD0, 26, "3", "3", "3", "-2"},
+        {0, 511, 0, 0x70, 255, "2147483647", "4294967295", "2147483647", "-2"}, // at most what CIM has
+        {0, -512, 0, 0x70, 255, "-2147483648", "2147483648", "-2147483648", "-2"},
+    };
+    for (const auto& [format, m, b, exponents, raw, reading, hysteresis, threshold, unitModifier] : cases) {
+        FullSdr sdr = makeFullSdr("Inlet", 17);
+        sdr.analogFormat = format;
+        sdr.m = m;
+        sdr.b = b;
+        sdr.exponents = exponents;
+        const auto byte = static_cast<uint8_t>(raw);
+        sdr.nominalReading = sdr.normalMax = sdr.normalMin = sdr.maxReadable = sdr.minReadable = byte;
+        sdr.hysteresis = sdr.lowerNonCritical = byte;
+        numericSensors = {sdr};
+        readings[17] = makeReading(raw);
+        const broker::Instance instance = only(numeric);
+        SCOPED_TRACE(::testing::Message()
+                     << "raw " << raw << " format " << format << " exponents " << exponents);
+        for (const char* name :
+             {"CurrentReading", "NominalReading", "NormalMax", "NormalMin", "MaxReadable", "MinReadable"})
+            EXPECT_EQ(textOf(instance, name), reading) << name;
+        EXPECT_EQ(textOf(instance, "Hysteresis"), hysteresis);
+        EXPECT_EQ(textOf(instance, "LowerThresholdNonCritical"), threshold);
+        EXPECT_EQ(textOf(instance, "UnitModifier"), unitModifier);
+    }
 }
 
 } // namespace

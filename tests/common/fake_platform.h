@@ -1,4 +1,5 @@
-// The platform under the sensor classes: rows and readings as a test wants them, and functions that fail.
+// A platform without a BMC and a database: sensors and readings as a test wants them, and functions that
+// fail.
 #pragma once
 
 #include "platform/cim_hooks.h"
@@ -18,8 +19,6 @@ struct FakePlatform {
 
     int openSessions = 0;
     int openHandles = 0;
-    int sessions = 0;             // opened in all
-    std::vector<int> read;        // numbers of the sensors that were read, in order
     std::vector<unsigned> pauses; // seconds of sleep(), which returns at once
 };
 extern FakePlatform platform;

@@ -15,22 +15,10 @@ bool fails(const char* function) {
 
 template <class Row>
 int handOut(const std::vector<Row>& from, Row** rows) {
-    if (from.empty()) {
-        *rows = nullptr;
-        return 0;
-    }
-    *rows = static_cast<Row*>(std::malloc(sizeof(Row) * from.size()));
-    if (*rows == nullptr)
-        return 1;
-    std::memcpy(*rows, from.data(), sizeof(Row) * from.size());
-    return 0;
-}
-
-const CompactSdr& commonOf(const CompactSdr& row) {
-    return row;
-}
-const CompactSdr& commonOf(const FullSdr& row) {
-    return row.common;
+    *rows = from.empty() ? nullptr : static_cast<Row*>(std::malloc(sizeof(Row) * from.size()));
+    if (*rows != nullptr)
+        std::memcpy(*rows, from.data(), sizeof(Row) * from.size());
+    return *rows != nullptr || from.empty() ? 0 : 1;
 }
 
 template <class Row>
@@ -38,15 +26,6 @@ int handOutAll(const char* function, const std::vector<Row>& from, Row** rows, i
     EXPECT_GT(platform.openHandles, 0);
     *count = static_cast<int>(from.size());
     return fails(function) ? 1 : handOut(from, rows);
-}
-
-template <class Row>
-int handOutOne(const char* function, const std::vector<Row>& from, const char* deviceId, Row** row) {
-    EXPECT_GT(platform.openHandles, 0);
-    for (const Row& candidate : from)
-        if (!fails(function) && std::strcmp(commonOf(candidate).deviceId, deviceId) == 0)
-            return handOut(std::vector{candidate}, row);
-    return 1;
 }
 
 } // namespace
@@ -63,7 +42,6 @@ int CIM_Create_IPMI20_Session(IPMI20_SESSION_T* session, const char*, uint16_t, 
     if (fails(__func__))
         return 1;
     session->platform.handle = &platform;
-    ++platform.sessions;
     ++platform.openSessions;
     return 0;
 }
@@ -79,7 +57,6 @@ int CIM_GetSensorReading(IPMI20_SESSION_T* session, uint8_t sensorNumber, CIM_Se
     EXPECT_EQ(timeout, 30);
     if (session->platform.handle == nullptr)
         return 1;
-    platform.read.push_back(sensorNumber);
     const auto reading = platform.readings.find(sensorNumber);
     if (fails(__func__) || reading == platform.readings.end())
         return 1;
@@ -116,14 +93,6 @@ int db_get_all_compact_sdrs(SMASH_DB_HANDLE, CompactSdr** rows, int* count) {
 
 int db_get_all_full_sdrs(SMASH_DB_HANDLE, FullSdr** rows, int* count) {
     return handOutAll(__func__, platform.numericSensors, rows, count);
-}
-
-int db_get_compact_sdr(SMASH_DB_HANDLE, const char* deviceId, CompactSdr** row) {
-    return handOutOne(__func__, platform.sensors, deviceId, row);
-}
-
-int db_get_full_sdr(SMASH_DB_HANDLE, const char* deviceId, FullSdr** row) {
-    return handOutOne(__func__, platform.numericSensors, deviceId, row);
 }
 
 } // extern "C"
