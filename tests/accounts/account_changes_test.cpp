@@ -215,16 +215,16 @@ TEST_F(AccountChanges, changeNothingElse) {
 
 TEST_F(AccountChanges, failWithTheirCommands) {
     const NamedValues both{{"UserID", text("eva")}, {"UserPassword", texts({"word"})}};
-    for (const auto command : {setUserName, setUserPassword}) {
-        failCommand(app, command);
+    for (const auto code : {command::setUserName, command::setUserPassword}) {
+        failCommand(code);
         EXPECT_EQ(modify(3, both, {{"UserID", "UserPassword"}}).message, notModified);
     }
-    for (const auto command : {setUserAccess, setUserPassword}) {
-        failCommand(app, command);
+    for (const auto code : {command::setUserAccess, command::setUserPassword}) {
+        failCommand(code);
         EXPECT_EQ(accounts.remove(path(3)).message, "DeleteInstance Failed");
         EXPECT_EQ(requestState(3, {{"RequestedState", number(2)}}).message, "Unable to change state\n");
     }
-    failCommand(app, getUserAccess);
+    failCommand(command::getUserAccess);
     EXPECT_EQ(accounts.remove(path(3)).message, "DeleteInstance Failed");
     EXPECT_EQ(modify(3, both).message, "Given instance does not exit\n");
 }
@@ -304,21 +304,23 @@ TEST_F(AccountChanges, creationRefusesWrongArguments) {
 
 TEST_F(AccountChanges, creationThatFailsLeavesTheSlotFree) {
     const auto in = newAccount("IPMI User-4", "eva", "word");
-    for (const auto& [command, message] : {std::pair{getUserAccess, "Failed to create account"},
-                                           {getUserName, notCreated},
-                                           {setUserName, notCreated}}) {
-        failCommand(app, command);
+    for (const auto& [code, message] : {std::pair{command::getUserAccess, "Failed to create account"},
+                                        {command::getUserName, notCreated},
+                                        {command::setUserName, notCreated}}) {
+        failCommand(code);
         EXPECT_EQ(create(in).message, message);
         bmc().clearFaults();
         EXPECT_FALSE(accounts.get(path(4)).ok());
     }
     // Once: what frees the slot again works.
-    for (const auto& [command, skip] :
-         {std::pair{getUserAccess, 1U}, {setUserAccess, 0U}, {setUserPassword, 0U}, {setUserPassword, 1U}}) {
-        bmc().addFault({.netFn = app, .command = command, .value = 0xCC, .skip = skip, .calls = 1});
+    for (const auto& [code, skip] : {std::pair{command::getUserAccess, 1U},
+                                     {command::setUserAccess, 0U},
+                                     {command::setUserPassword, 0U},
+                                     {command::setUserPassword, 1U}}) {
+        addFault(code, skip, 1);
         EXPECT_EQ(create(in).message, notCreated);
         bmc().clearFaults();
-        EXPECT_TRUE(user(4).is_null()) << +command;
+        EXPECT_TRUE(user(4).is_null()) << +code.number;
     }
     EXPECT_TRUE(create(in).ok());
 }

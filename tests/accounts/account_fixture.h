@@ -5,6 +5,8 @@
 #include "managed_bmc.h"
 #include "provider_helper/accounts.h"
 
+namespace command = ipmi::command;
+
 inline constexpr char userModel[] = R"({"users": [
     {"id": 1, "enabled": false, "privilege": "none", "messaging": false},
     {"id": 2, "name": "root"},
@@ -41,9 +43,6 @@ protected:
         return ipmi::ask(*ipmi::openTransport(settings), ipmi::command::setUserPassword, request).code() == 0;
     }
     nlohmann::ordered_json user(int slot) const { return row("users", "id", slot); }
-
-    static constexpr std::uint8_t app = 0x06, setUserAccess = 0x43, getUserAccess = 0x44, setUserName = 0x45,
-                                  getUserName = 0x46, setUserPassword = 0x47;
 
     ClassRequests accounts{broker, PH_CLASS_FUNCTIONS(Account)};
     ClassRequests service{broker, PH_CLASS_FUNCTIONS(AccountManagementService)};

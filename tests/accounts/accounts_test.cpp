@@ -117,15 +117,15 @@ TEST_F(Accounts, accessIsReadOnlyInItsMode) {
 }
 
 TEST_F(Accounts, aSlotThatCannotBeReadIsLeftOut) {
-    failCommand(app, getUserAccess, 1); // the first asks for the number of slots
+    failCommand(command::getUserAccess, 1); // the first asks for the number of slots
     const auto reply = accounts.enumerate();
     EXPECT_TRUE(reply.ok()) << reply.message;
     EXPECT_THAT(reply.instances, IsEmpty());
-    failCommand(app, getUserAccess);
+    failCommand(command::getUserAccess);
     EXPECT_EQ(accounts.enumerate().message, "Failed to Enumerate Instance");
-    failCommand(app, getUserName, 3);
+    failCommand(command::getUserName, 3);
     EXPECT_EQ(accounts.names().paths.size(), 3U);
-    failCommand(app, getUserName);
+    failCommand(command::getUserName);
     EXPECT_EQ(accounts.enumerate().message, "Failed to Enumerate Instance");
     EXPECT_EQ(accounts.names().message, "Failed to Enumerate Instance Names");
     EXPECT_EQ(accounts.instanceArray(), std::nullopt);
@@ -163,7 +163,7 @@ TEST_F(Accounts, capabilitiesNameTheSlots) {
     const auto all = only(capabilities);
     EXPECT_EQ(textOf(all, "MaximumAccountsSupported"), "16");
     EXPECT_EQ(textOf(all, "OperationsSupported"), "{2, 3, 4}");
-    failCommand(app, getUserAccess);
+    failCommand(command::getUserAccess);
     EXPECT_EQ(capabilities.enumerate().message, "Failed to Enumerate Instance");
     EXPECT_EQ(capabilities.names().paths.size(), 1U);
     EXPECT_EQ(textOf(only(service), "SystemName"), "controller");

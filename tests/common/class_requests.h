@@ -4,7 +4,9 @@
 #include "broker/broker.h"
 
 #include <cmpimacs.h>
+#include <functional>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -32,7 +34,7 @@ struct ClassFunctions {
 
 class ClassRequests {
 public:
-    ClassRequests(broker::Broker& broker, const ClassFunctions& functions)
+    ClassRequests(const broker::Broker& broker, const ClassFunctions& functions)
         : broker_(broker), functions_(functions) {}
 
     broker::ObjectPath path(broker::NamedValues keys = {}) const {
@@ -40,29 +42,86 @@ public:
     }
 
     broker::Reply enumerate(const broker::PropertyList& properties = {}) const {
-        return reading(path(), [&](auto* context, auto* ref, auto* result, auto* status) {
-            functions_.ei(broker_.handle(), context, ref, broker::PropertyNames(properties).names(), result,
-                          status);
-        });
+        return answer({.operation = Operation::EnumerateInstances, .path = path(), .properties = properties});
     }
     broker::Reply names() const {
-        return reading(path(), [&](auto* context, auto* ref, auto* result, auto* status) {
-            functions_.ein(broker_.handle(), context, ref, result, status);
-        });
+        return answer({.operation = Operation::EnumerateInstanceNames, .path = path()});
     }
     broker::Reply get(const broker::ObjectPath& instance, const broker::PropertyList& properties = {}) const {
-        return reading(instance, [&](auto* context, auto* ref, auto* result, auto* status) {
-            functions_.gi(broker_.handle(), context, ref, broker::PropertyNames(properties).names(), result,
-                          status);
-        });
+        return answer({.operation = Operation::GetInstance, .path = instance, .properties = properties});
     }
+    broker::Reply modify(const broker::Instance& instance,
+                         const broker::PropertyList& properties = {}) const {
+        return answer({.operation = Operation::ModifyInstance,
+                       .path = instance.path,
+                       .instance = instance,
+                       .properties = properties});
+    }
+    broker::Reply create(const broker::Instance& instance) const {
+        return answer({.operation = Operation::CreateInstance, .path = instance.path, .instance = instance});
+    }
+    broker::Reply remove(const broker::ObjectPath& instance) const {
+        return answer({.operation = Operation::DeleteInstance, .path = instance});
+    }
+    broker::Reply invoke(const broker::ObjectPath& instance, const std::string& method,
+                         const broker::NamedValues& in = {}) const {
+        return answer(
+            {.operation = Operation::InvokeMethod, .path = instance, .method = method, .arguments = in});
+    }
+
+    // For a path that the broker cannot make, `change` gets one and returns what is handed over.
+    using PathChange = std::function<const CMPIObjectPath*(const CMPIObjectPath*)>;
+    broker::Reply answer(const broker::Request& request, const PathChange& change = nullptr) const {
+        broker::Scope scope(broker_);
+        broker::PropertyNames names(request.properties);
+        const CMPIBroker* const cmpi = broker_.handle();
+        const CMPIContext* const context =
+            scope.makeContext({{"CMPIPrincipal", {CMPI_string, std::string("root")}}});
+        const CMPIObjectPath* const made = scope.make(request.path);
+        const CMPIObjectPath* const ref = change ? change(made) : made;
+        const CMPIResult* const result = scope.makeResult();
+        const CMPIInstance* const instance =
+            request.instance.path.className.empty() ? nullptr : scope.make(request.instance);
+        const CMPIArgs* const in = scope.makeArgs(request.arguments);
+        CMPIArgs* const out = scope.makeArgs();
+        CMPIStatus status{CMPI_RC_OK, nullptr};
+        switch (request.operation) {
+        case Operation::EnumerateInstances:
+            functions_.ei(cmpi, context, ref, names.names(), result, &status);
+            break;
+        case Operation::EnumerateInstanceNames:
+            functions_.ein(cmpi, context, ref, result, &status);
+            break;
+        case Operation::GetInstance:
+            functions_.gi(cmpi, context, ref, names.names(), result, &status);
+            break;
+        case Operation::ModifyInstance:
+            status = functions_.mi(cmpi, context, result, ref, instance, names.names());
+            break;
+        case Operation::CreateInstance:
+            status = functions_.ci(cmpi, context, result, ref, instance);
+            break;
+        case Operation::DeleteInstance:
+            status = functions_.di(cmpi, context, result, ref);
+            break;
+        case Operation::InvokeMethod:
+            status = functions_.im(cmpi, context, result, ref, request.method.c_str(), in, out);
+            break;
+        default:
+            throw std::logic_error("an element class answers no such operation");
+        }
+        broker::Reply reply = status.rc == CMPI_RC_OK ? broker::toReply(result) : broker::toReply(status);
+        reply.arguments = broker::toNamedValues(out);
+        return reply;
+    }
+
     // Nothing when the function gave no array.
     std::optional<std::vector<broker::Instance>>
     instanceArray(const broker::PropertyList& properties = {}) const {
-        const broker::Scope scope(broker_);
-        CMPIArray* array = functions_.getInstArray(
-            const_cast<broker::Scope&>(scope).make(path()), broker_.handle(),
-            const_cast<broker::Scope&>(scope).makeContext(), broker::PropertyNames(properties).names());
+        broker::Scope scope(broker_);
+        CMPIArray* const array =
+            functions_.getInstArray(scope.make(path()), broker_.handle(), scope.makeContext(),
+                                    broker::PropertyNames(properties).names());
         if (array == nullptr)
             return std::nullopt;
         std::vector<broker::Instance> instances;
@@ -72,54 +131,9 @@ public:
         return instances;
     }
 
-    broker::Reply modify(const broker::Instance& instance,
-                         const broker::PropertyList& properties = {}) const {
-        return changing(instance.path, [&](auto& scope, auto* context, auto* ref, auto* result) {
-            return functions_.mi(broker_.handle(), context, result, ref, scope.make(instance),
-                                 broker::PropertyNames(properties).names());
-        });
-    }
-    broker::Reply create(const broker::Instance& instance) const {
-        return changing(instance.path, [&](auto& scope, auto* context, auto* ref, auto* result) {
-            return functions_.ci(broker_.handle(), context, result, ref, scope.make(instance));
-        });
-    }
-    broker::Reply remove(const broker::ObjectPath& instance) const {
-        return changing(instance, [&](auto&, auto* context, auto* ref, auto* result) {
-            return functions_.di(broker_.handle(), context, result, ref);
-        });
-    }
-    broker::Reply invoke(const broker::ObjectPath& instance, const std::string& method,
-                         const broker::NamedValues& in = {}) const {
-        broker::NamedValues outValues;
-        broker::Reply reply = changing(instance, [&](auto& scope, auto* context, auto* ref, auto* result) {
-            CMPIArgs* out = scope.makeArgs();
-            const CMPIStatus status = functions_.im(broker_.handle(), context, result, ref, method.c_str(),
-                                                    scope.makeArgs(in), out);
-            outValues = broker::toNamedValues(out);
-            return status;
-        });
-        reply.arguments = std::move(outValues);
-        return reply;
-    }
-
 private:
-    template <class Call>
-    broker::Reply changing(const broker::ObjectPath& instance, Call call) const {
-        broker::Scope scope(broker_);
-        CMPIResult* result = scope.makeResult();
-        const CMPIStatus status = call(scope, scope.makeContext(), scope.make(instance), result);
-        return status.rc == CMPI_RC_OK ? broker::toReply(result) : broker::toReply(status);
-    }
-    template <class Call>
-    broker::Reply reading(const broker::ObjectPath& instance, Call call) const {
-        return changing(instance, [&](auto&, auto* context, auto* ref, auto* result) {
-            CMPIStatus status{CMPI_RC_OK, nullptr};
-            call(context, ref, result, &status);
-            return status;
-        });
-    }
+    using Operation = broker::Request::Operation;
 
-    broker::Broker& broker_;
+    const broker::Broker& broker_;
     ClassFunctions functions_;
 };

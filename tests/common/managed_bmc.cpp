@@ -63,15 +63,20 @@ nlohmann::ordered_json ManagedBmc::row(const char* table, const char* key,
     return {};
 }
 
-void ManagedBmc::failCommand(std::uint8_t netFn, std::uint8_t command, unsigned skip, unsigned code) const {
+void ManagedBmc::failCommand(ipmi::CommandCode command, unsigned skip) const {
     bmc().clearFaults();
-    bmc().addFault({.netFn = netFn, .command = command, .value = code, .skip = skip});
+    addFault(command, skip);
 }
 
-std::vector<std::vector<std::uint8_t>> ManagedBmc::requests(std::uint8_t netFn, std::uint8_t command) const {
+void ManagedBmc::addFault(ipmi::CommandCode command, unsigned skip, unsigned calls) const {
+    bmc().addFault(
+        {.netFn = command.netFn, .command = command.number, .value = 0xFF, .skip = skip, .calls = calls});
+}
+
+std::vector<std::vector<std::uint8_t>> ManagedBmc::requests(ipmi::CommandCode command) const {
     std::vector<std::vector<std::uint8_t>> found;
     for (const vbmc::Message& message : bmc().recordedMessages())
-        if (message.netFn == netFn && message.command == command)
+        if (ipmi::CommandCode{message.netFn, message.command} == command)
             found.push_back(message.request);
     return found;
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "class_requests.h"
+#include "ipmi/commands.h"
 #include "platform_calls.h"
 #include "provider_helper/jobs.h"
 #include "virtual-bmc/virtual_bmc.h"
@@ -36,10 +37,12 @@ protected:
     vbmc::VirtualBmc bmc() const { return vbmc::VirtualBmc(stateFile); }
     // The row of a table of the BMC's where `key` is `value`; null for none.
     nlohmann::ordered_json row(const char* table, const char* key, const nlohmann::ordered_json& value) const;
-    // Every call of an IPMI command after the first `skip` is answered with `code`, and no other's.
-    void failCommand(std::uint8_t netFn, std::uint8_t command, unsigned skip = 0, unsigned code = 0xFF) const;
+    // Every call of the command after the first `skip` fails, and no other's.
+    void failCommand(ipmi::CommandCode command, unsigned skip = 0) const;
+    // Those of this command too, `calls` of them; 0: all.
+    void addFault(ipmi::CommandCode command, unsigned skip = 0, unsigned calls = 0) const;
     // The requests of a command since recordMessages.
-    std::vector<std::vector<std::uint8_t>> requests(std::uint8_t netFn, std::uint8_t command) const;
+    std::vector<std::vector<std::uint8_t>> requests(ipmi::CommandCode command) const;
 
     // Commands that were run since this was asked last, `ps` left out.
     std::vector<std::string> commands() const;

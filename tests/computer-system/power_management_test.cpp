@@ -100,7 +100,7 @@ TEST_F(PowerManagement, reportsABmcThatRefuses) {
     expectDone(requestHostPower(5), hostPower); // what the soft shutdown says is not asked
     EXPECT_TRUE(isHostOn());
 
-    failCommand(0x00, 0x02, 0, 0xC3);
+    failCommand(ipmi::command::chassisControl);
     for (const int state : {1, 2, 5, 6, 8, 9, 10, 11})
         expectFailed(requestHostPower(state), hostPower);
     EXPECT_TRUE(isHostOn());

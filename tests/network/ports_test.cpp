@@ -1,24 +1,8 @@
+// CIM_EthernetPort, its method RequestStateChange, and CIM_LANEndpoint.
 #include "network_fixture.h"
 
-#include <dlfcn.h>
-#include <fstream>
-#include <functional>
-#include <sstream>
+#include <cstring>
 #include <sys/stat.h>
-
-namespace {
-
-bool nameHasEnd = true;
-
-} // namespace
-
-extern "C" __attribute__((visibility("default"))) int
-CIM_GetLANIndex(IPMI20_SESSION_T* session, uint8_t index, char* name, int timeout) {
-    static const auto real = reinterpret_cast<decltype(&CIM_GetLANIndex)>(dlsym(RTLD_NEXT, __func__));
-    if (!nameHasEnd)
-        std::memset(name, 'e', CIM_INTERFACE_NAME_SIZE);
-    return nameHasEnd ? real(session, index, name, timeout) : 0;
-}
 
 namespace {
 
@@ -26,6 +10,7 @@ using broker::Reply;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+namespace command = ipmi::command;
 constexpr char alreadyActive[] = "This EthernetPort is already active";
 constexpr char alreadyDisabled[] = "This EthernetPort is already disabled";
 constexpr char lastLan[] = "Atleast one interface must be working for a BMC";
@@ -34,129 +19,135 @@ constexpr char lastBond[] = "Atleast one interface should be enabled for communi
 class Ports : public Network {
 protected:
     std::string requestedState(const std::string& interfaceName) const {
-        std::ifstream file(sysroot.place("/tmp/ethport_reqstate_" + interfaceName));
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
-
-    Reply request(const broker::ObjectPath& port, const broker::Value& state,
-                  const std::string& method = "RequestStateChange") {
-        return broker.invokeMethod(port, method, {{"RequestedState", state}});
+        return contents("/tmp/ethport_reqstate_" + interfaceName);
     }
     Reply request(const char* deviceId, const broker::Value& state) {
         broker::ObjectPath port = instance("CIM_EthernetPort").path;
         broker::set(port.keys, "DeviceID", text(deviceId));
-        return request(port, state);
+        return broker.invokeMethod(port, "RequestStateChange", {{"RequestedState", state}});
     }
-
-    // A state asked of an interface without a job around it: 0, or the message of the refusal, or "-1".
-    std::string change(const char* interfaceName, int state, int lanIndex = 1) {
+    // A state asked of an interface without a job around it: "0", or the message of the refusal, or "-1".
+    std::string change(const char* interfaceName, int state) {
         const broker::Scope scope(broker);
         CMPIStatus status{CMPI_RC_OK, nullptr};
+        const int lanIndex = std::strcmp(interfaceName, "eth1") == 0 ? 2 : 1;
         const int result =
             RequestStateChange(broker.handle(), nullptr, nullptr, &status, lanIndex, interfaceName, state);
-        EXPECT_EQ(status.rc != CMPI_RC_OK, status.msg != nullptr);
-        EXPECT_TRUE(result == 0 || result == -1);
-        if (status.msg != nullptr) {
-            EXPECT_EQ(status.rc, CMPI_RC_ERR_FAILED);
-            return broker::toString(status.msg);
-        }
-        return std::to_string(result);
+        EXPECT_EQ(status.rc, status.msg != nullptr ? CMPI_RC_ERR_FAILED : CMPI_RC_OK);
+        return status.msg != nullptr ? broker::toString(status.msg) : std::to_string(result);
     }
 };
 
 TEST_F(Ports, areTheLansOfTheBmc) {
-    struct Expected {
-        const char* property;
-        const char* first;
-        const char* second;
-    };
-    const Expected expected[] = {
-        {"DeviceID", "EthernetPort1:eth0:1", "EthernetPort2:eth1:2"},
-        {"SystemCreationClassName", "CIM_SPComputerSystem", "CIM_SPComputerSystem"},
-        {"SystemName", "IPMI Controller 20", "IPMI Controller 20"},
-        {"CreationClassName", "CIM_EthernetPort", "CIM_EthernetPort"},
-        {"ElementName", "Logical representation of Network Communications",
-         "Logical representation of Network Communications"},
-        {"Name", "EthernetPort", "EthernetPort"},
-        {"PortType", "50", "51"},
-        {"NetworkAddresses", "{\"00:11:22:33:44:\"}", "{\"00:11:22:33:44:\"}"},
-        {"Capabilities", "{3}", "{3}"},
-        {"EnabledCapabilities", "{0}", "{0}"},
-        {"LinkTechnology", "2", "2"},
-        {"PermanentAddress", "00:11:22:33:44:55", "00:11:22:33:44:66"},
-        {"EnabledState", "2", "3"},
-        {"Speed", "4093640704", "838860800"},
-        {"MaxSpeed", "4093640704", "838860800"},
-        {"RequestedSpeed", "4093640704", "838860800"},
-        {"RequestedState", "0", "3"},
-        {"FullDuplex", "TRUE", "TRUE"},
-        {"AutoSense", "TRUE", "TRUE"},
-        {"ActiveMaximumTransmissionUnit", "9000", "9000"},
-    };
-    EXPECT_EQ(change("eth1", 3, 2), "0");
+    EXPECT_EQ(change("eth1", 3), "0");
     const auto ports = list("CIM_EthernetPort");
     ASSERT_EQ(ports.size(), 2U);
-    for (const auto& [property, first, second] : expected) {
-        EXPECT_EQ(get(ports[0], property), first) << property;
-        EXPECT_EQ(get(ports[1], property), second) << property;
-    }
-    EXPECT_EQ(ports[0].properties.size(), std::size(expected));
-}
+    const auto expected = [](const char* id, const char* type, const char* mac, const char* speed,
+                             const char* enabled, const char* requested) {
+        const std::string number = speed;
+        return std::vector<std::string>{std::string("DeviceID=") + id,
+                                        "SystemCreationClassName=CIM_SPComputerSystem",
+                                        "CreationClassName=CIM_EthernetPort",
+                                        "SystemName=controller",
+                                        "ElementName=Logical representation of Network Communications",
+                                        "Name=EthernetPort",
+                                        std::string("PortType=") + type,
+                                        "NetworkAddresses={\"00:11:22:33:44:\"}",
+                                        "Capabilities={3}",
+                                        "EnabledCapabilities={0}",
+                                        "LinkTechnology=2",
+                                        std::string("PermanentAddress=") + mac,
+                                        std::string("EnabledState=") + enabled,
+                                        "Speed=" + number,
+                                        "MaxSpeed=" + number,
+                                        "RequestedSpeed=" + number,
+                                        std::string("RequestedState=") + requested,
+                                        "FullDuplex=TRUE",
+                                        "AutoSense=TRUE",
+                                        "ActiveMaximumTransmissionUnit=9000"};
+    };
+    EXPECT_EQ(propertiesOf(ports[0]),
+              expected("EthernetPort1:eth0:1", "50", "00:11:22:33:44:55", "4093640704", "2", "0"));
+    EXPECT_EQ(propertiesOf(ports[1]),
+              expected("EthernetPort2:eth1:2", "51", "00:11:22:33:44:66", "838860800", "3", "3"));
 
-// Interface name, MAC, whether it is enabled, PHY, of one LAN after the other.
-TEST_F(Ports, areAskedForOneAfterTheOther) {
-    bmc().recordMessages(200);
-    list("CIM_EthernetPort");
-    std::vector<int> asked;
-    for (const auto& message : bmc().recordedMessages())
-        if (message.netFn == 0x0C ||
-            (message.netFn == 0x30 && message.command != 0x23 && message.command != 0x26))
-            asked.push_back(message.command);
-    EXPECT_THAT(asked, ElementsAre(0x20, 0x02, 0x21, 0x25, 0x20, 0x02, 0x21, 0x25));
-}
-
-TEST_F(Ports, aNameWithoutEndGetsOne) {
-    nameHasEnd = false;
-    EXPECT_EQ(get("CIM_LANEndpoint", "Name"), "LANEndpoint-" + std::string(CIM_INTERFACE_NAME_SIZE - 1, 'e'));
-    nameHasEnd = true;
-}
-
-TEST_F(Ports, endpointsAreListedLikePorts) {
-    EXPECT_EQ(change("eth1", 3, 2), "0");
     const auto endpoints = list("CIM_LANEndpoint");
     ASSERT_EQ(endpoints.size(), 2U);
-    EXPECT_EQ(get(endpoints[0], "Name"), "LANEndpoint-eth0");
-    EXPECT_EQ(get(endpoints[0], "NameFormat"), "ClassName-InterfaceName");
-    EXPECT_EQ(get(endpoints[0], "ProtocolIFType"), "6");
-    EXPECT_EQ(get(endpoints[0], "MACAddress"), "00:11:22:33:44:55");
-    EXPECT_EQ(get(endpoints[0], "LANID"), "1234");
-    EXPECT_EQ(get(endpoints[0], "EnabledState"), "2");
-    EXPECT_EQ(get(endpoints[0], "RequestedState"), "12");
-    EXPECT_EQ(get(endpoints[0], "ElementName"), "LANEndPoint for eth0");
-    EXPECT_EQ(get(endpoints[1], "LANID"), "0");
-    EXPECT_EQ(get(endpoints[1], "EnabledState"), "3");
+    EXPECT_THAT(propertiesOf(endpoints[0]),
+                ElementsAre("Name=LANEndpoint-eth0", "SystemCreationClassName=CIM_SPComputerSystem",
+                            "CreationClassName=CIM_LANEndpoint", "SystemName=controller",
+                            "NameFormat=ClassName-InterfaceName", "ProtocolIFType=6",
+                            "MACAddress=00:11:22:33:44:55", "LANID=1234", "EnabledState=2",
+                            "RequestedState=12", "ElementName=LANEndPoint for eth0"));
+    EXPECT_EQ(textOf(endpoints[1], "LANID"), "0");
+    EXPECT_EQ(textOf(endpoints[1], "EnabledState"), "3");
+    EXPECT_EQ(get("CIM_PortController", "DeviceID"), "PortController-1.0.0");
+    EXPECT_EQ(get("CIM_PortController", "EnabledState"), "5");
+}
 
+TEST_F(Ports, areAskedForOneAfterTheOther) {
+    const auto hooks = [&](const char* className) {
+        platformCalls.clear();
+        list(className);
+        return platformCalls.hooks();
+    };
+    EXPECT_THAT(
+        hooks("CIM_EthernetPort"),
+        ElementsAre("CIM_GetNWExtEthCfg(*, *)", "CIM_IsBondEnabled(*, 30)", "CIM_GetLANCount(*, *, 30)",
+                    "CIM_GetChannelNum(1, *, 30)", "CIM_GetChannelNum(2, *, 30)", "CIM_GetLANIndex(1, *, 30)",
+                    "CIM_GetPHYConfig(1, *, 30)", "CIM_GetLANIndex(2, *, 30)", "CIM_GetPHYConfig(3, *, 30)"));
+    EXPECT_THAT(hooks("CIM_LANEndpoint"),
+                ElementsAre("CIM_IsBondEnabled(*, 30)", "CIM_GetLANCount(*, *, 30)",
+                            "CIM_GetChannelNum(1, *, 30)", "CIM_GetChannelNum(2, *, 30)",
+                            "CIM_GetLANIndex(1, *, 30)", "CIM_Get_MACAddress(*, 1, 30)",
+                            "CIM_GetVlanStatus(*, *, *, 1, 30)", "CIM_GetLANEnable(1, *, 30)",
+                            "CIM_GetLANIndex(2, *, 30)", "CIM_Get_MACAddress(*, 3, 30)",
+                            "CIM_GetVlanStatus(*, *, *, 3, 30)", "CIM_GetLANEnable(2, *, 30)"));
+    PH_STAND_IN(CIM_GetLANIndex, [](auto*, uint8_t, char* name, int) {
+        std::memset(name, 'e', CIM_INTERFACE_NAME_SIZE);
+        return 0;
+    });
+    EXPECT_EQ(get("CIM_LANEndpoint", "Name"), "LANEndpoint-" + std::string(CIM_INTERFACE_NAME_SIZE - 1, 'e'))
+        << "a name without an end gets one";
+}
+
+TEST_F(Ports, areAsTheBmcIsConfigured) {
+    const std::tuple<std::uint16_t, const char*, const char*> speeds[] = {
+        {10, "83886080", "50"}, {100, "838860800", "51"}, {1000, "4093640704", "50"}, {0, "0", "50"}};
+    for (const auto& [speed, published, type] : speeds) {
+        bmc().setLink("eth0", true, speed);
+        EXPECT_EQ(get("CIM_EthernetPort", "Speed"), published) << "formed in 32 bits";
+        EXPECT_EQ(get("CIM_EthernetPort", "PortType"), type);
+    }
+    for (const bool isOn : {true, false}) {
+        PH_STAND_IN(CIM_GetNWExtEthCfg, [=](CIM_NWExtEthCfg* configuration, uint8_t*) {
+            const auto value = static_cast<uint16_t>(isOn ? 1 : 2);
+            *configuration = {};
+            configuration->duplex = configuration->autoNegotiation = value;
+            configuration->enabledCapability = isOn ? 1 : 0;
+            return 0;
+        });
+        const auto port = instance("CIM_EthernetPort");
+        EXPECT_EQ(textOf(port, "FullDuplex"), isOn ? "TRUE" : "FALSE");
+        EXPECT_EQ(textOf(port, "AutoSense"), isOn ? "TRUE" : "FALSE");
+        EXPECT_EQ(textOf(port, "Capabilities"), "{0}");
+        EXPECT_EQ(textOf(port, "EnabledCapabilities"), isOn ? "{3}" : "{0}");
+    }
     LANEndpointRecord record{};
-    const std::pair<int, int> states[] = {{0, 3}, {1, 2}, {2, 2}, {3, 2}, {4, 0}};
-    for (const auto& [enable, state] : states) {
+    for (const auto& [enable, state] : {std::pair{0, 3}, {1, 2}, {2, 2}, {3, 2}, {4, 0}}) {
         EXPECT_EQ(PH_Fill_LANEndpoint("eth0", &record, "", enable, "0"), 0);
         EXPECT_EQ(record.EnabledState, state) << enable;
     }
-
-    EXPECT_EQ(get("CIM_PortController", "DeviceID"), "PortController-1.0.0");
-    EXPECT_EQ(get("CIM_PortController", "EnabledState"), "5");
 }
 
 TEST_F(Ports, bondTakesThePlaceOfAllLans) {
     bmc().setBond(true);
     const auto ports = list("CIM_EthernetPort");
-    ASSERT_EQ(ports.size(), 1U);
-    EXPECT_EQ(get(ports[0], "DeviceID"), "EthernetPort1:bond0:1");
-    EXPECT_EQ(get(ports[0], "EnabledState"), "2");
+    EXPECT_THAT(textsOf(ports, "DeviceID"), ElementsAre("EthernetPort1:bond0:1"));
+    EXPECT_THAT(textsOf(ports, "EnabledState"), ElementsAre("2"));
     const auto endpoints = list("CIM_LANEndpoint");
-    ASSERT_EQ(endpoints.size(), 1U);
-    EXPECT_EQ(get(endpoints[0], "Name"), "LANEndpoint-bond0");
-    EXPECT_EQ(get(endpoints[0], "EnabledState"), "2");
+    EXPECT_THAT(textsOf(endpoints, "Name"), ElementsAre("LANEndpoint-bond0"));
+    EXPECT_THAT(textsOf(endpoints, "EnabledState"), ElementsAre("2"));
     EXPECT_EQ(list("CIM_IPProtocolEndpoint").size(), 3U); // those of the first member
 
     EthernetPortRecord* records = nullptr;
@@ -169,129 +160,109 @@ TEST_F(Ports, bondTakesThePlaceOfAllLans) {
     PH_Clean_EthernetPort(&records, count);
 }
 
-TEST_F(Ports, speedIsFormedIn32Bits) {
-    const std::tuple<std::uint16_t, const char*, const char*> cases[] = {
-        {10, "83886080", "50"}, {100, "838860800", "51"}, {1000, "4093640704", "50"}, {0, "0", "50"}};
-    for (const auto& [speed, published, type] : cases) {
-        bmc().setLink("eth0", true, speed);
-        EXPECT_EQ(get("CIM_EthernetPort", "Speed"), published);
-        EXPECT_EQ(get("CIM_EthernetPort", "PortType"), type);
-    }
-}
-
-// A BMC that has no OEM command, and one that answers nothing but what lists the LANs.
+// A BMC that has no OEM command, one that answers nothing but what lists the LANs, none, and one without
+// LANs.
 TEST_F(Ports, areListedByABmcThatSaysLittle) {
-    for (std::uint8_t command = 0x20; command <= 0x26; ++command)
-        failCommand(0x30, command, 0xC1);
+    for (const auto code : {command::getInterfaceName, command::getLanEnable, command::getBond,
+                            command::getPhy, command::getEthernetSettings})
+        addFault(code);
     auto port = instance("CIM_EthernetPort", 1);
-    EXPECT_EQ(get(port, "DeviceID"), "EthernetPort2:eth1:2");
-    EXPECT_EQ(get(port, "EnabledState"), "2");
-    EXPECT_EQ(get(port, "Speed"), "0");
-    EXPECT_EQ(get(port, "ActiveMaximumTransmissionUnit"), "1500");
+    EXPECT_EQ(textOf(port, "DeviceID"), "EthernetPort2:eth1:2");
+    EXPECT_EQ(textOf(port, "EnabledState"), "2");
+    EXPECT_EQ(textOf(port, "Speed"), "0");
+    EXPECT_EQ(textOf(port, "ActiveMaximumTransmissionUnit"), "1500");
 
-    failCommand(0x0C, 0x02, 0xFF);
-    port = instance("CIM_EthernetPort");
-    EXPECT_EQ(get(port, "PermanentAddress"), "00:00:00:00:00:00");
-    EXPECT_EQ(get(instance("CIM_LANEndpoint"), "LANID"), "0");
-    EXPECT_EQ(get(instance("CIM_IPProtocolEndpoint"), "IPv4Address"), "0.0.0.0");
-}
+    addFault(command::getLanConfiguration);
+    EXPECT_EQ(get("CIM_EthernetPort", "PermanentAddress"), "00:00:00:00:00:00");
+    EXPECT_EQ(get("CIM_LANEndpoint", "LANID"), "0");
+    EXPECT_EQ(get("CIM_IPProtocolEndpoint", "IPv4Address"), "0.0.0.0");
 
-TEST_F(Ports, areNotListedWithoutABmc) {
     std::filesystem::remove(stateFile);
-    for (const char* className : {"CIM_EthernetPort", "CIM_LANEndpoint", "CIM_IPProtocolEndpoint"}) {
-        const Reply reply = broker.enumerateInstances(path(className));
-        EXPECT_EQ(reply.code, CMPI_RC_ERR_FAILED) << className;
-        EXPECT_EQ(reply.message, "Failed to Enumerate Instance");
-    }
+    for (const char* className : {"CIM_EthernetPort", "CIM_LANEndpoint", "CIM_IPProtocolEndpoint"})
+        EXPECT_THAT(broker.enumerateInstances(path(className)),
+                    Refuses(CMPI_RC_ERR_FAILED, "Failed to Enumerate Instance"));
     EXPECT_EQ(change("eth0", 2), "-1");
     EXPECT_EQ(PH_Get_All_Lanchannels(broker.handle(), nullptr), -1);
-    createBmc("{}"); // no LAN
+    createBmc("{}");
     EXPECT_THAT(list("CIM_EthernetPort"), IsEmpty());
 }
 
 TEST_F(Ports, lanIsSwitched) {
     EXPECT_EQ(change("eth0", 2), alreadyActive);
+    platformCalls.texts.clear();
     EXPECT_EQ(change("eth0", 3), "0");
+    EXPECT_THAT(platformCalls.hooks(),
+                ElementsAre("CIM_GetLANEnable(1, *, 30)", "CIM_SetLANEnable(1, 0, 30)"));
     EXPECT_EQ(lan("eth0", "enable"), "off");
     EXPECT_EQ(requestedState("eth0"), "03");
     EXPECT_EQ(change("eth0", 3), alreadyDisabled);
-    EXPECT_EQ(change("eth1", 3, 2), lastLan);
+    EXPECT_EQ(change("eth1", 3), lastLan);
     EXPECT_EQ(lan("eth1", "enable"), "both");
     EXPECT_EQ(requestedState("eth1"), "");
     EXPECT_EQ(change("eth0", 2), "0");
     EXPECT_EQ(lan("eth0", "enable"), "both");
     EXPECT_EQ(requestedState("eth0"), "02");
-    EXPECT_THAT(pauses, IsEmpty());
+    EXPECT_THAT(platformCalls.pauses, IsEmpty());
 
     EXPECT_EQ(change("eth0", 11), "0");
-    EXPECT_THAT(pauses, ElementsAre(7));
     EXPECT_EQ(lan("eth0", "enable"), "both");
     EXPECT_EQ(requestedState("eth0"), "11");
     EXPECT_EQ(change("eth0", 3), "0");
-    EXPECT_EQ(change("eth0", 11), "0"); // disabled: no pause
-    EXPECT_THAT(pauses, ElementsAre(7));
+    EXPECT_EQ(change("eth0", 11), "0");
+    EXPECT_THAT(platformCalls.pauses, ElementsAre(7)) << "disabled: no pause";
     EXPECT_EQ(lan("eth0", "enable"), "both");
 
     EXPECT_EQ(change("eth0", 3), "0");
-    failCommand(0x30, 0x22, 0xFF);
+    failCommand(command::setLanEnable);
     EXPECT_EQ(change("eth0", 2), "Unable to enable the EthernertPort");
-    failCommand(0x30, 0x21, 0xFF);
+    failCommand(command::getLanEnable);
     EXPECT_EQ(change("eth0", 2), "-1");
     EXPECT_EQ(change("usb0", 3), "0"); // no interface of the controller: only noted
     EXPECT_EQ(requestedState("usb0"), "03");
 }
 
 TEST_F(Ports, bondIsSwitched) {
+    const auto isOn = [&]() -> bool { return bmc().describe()["interfaces"]["bond"]; };
     EXPECT_EQ(change("bond0", 3), alreadyDisabled);
     EXPECT_EQ(change("bond0", 2), "0");
-    EXPECT_TRUE(bmc().describe()["interfaces"]["bond"]);
+    EXPECT_TRUE(isOn());
     EXPECT_EQ(change("bond0", 2), alreadyActive);
+    platformCalls.texts.clear();
     EXPECT_EQ(change("bond0", 11), "0");
-    EXPECT_THAT(pauses, ElementsAre(25));
-    EXPECT_TRUE(bmc().describe()["interfaces"]["bond"]);
+    EXPECT_THAT(platformCalls.hooks(), ElementsAre("CIM_IsBondEnabled(*, 30)", "CIM_GetBondEnable(*, 30)",
+                                                   "CIM_SetBondEnable(*, 30)", "CIM_SetBondEnable(*, 30)"));
+    EXPECT_THAT(platformCalls.pauses, ElementsAre(25));
+    EXPECT_TRUE(isOn());
     EXPECT_EQ(change("eth0", 3), "0");
-    EXPECT_EQ(change("eth1", 3, 2), "0"); // the bond works
+    EXPECT_EQ(change("eth1", 3), "0"); // the bond works
     EXPECT_EQ(change("bond0", 3), lastBond);
-    EXPECT_EQ(change("eth1", 2, 2), "0");
+    EXPECT_EQ(change("eth1", 2), "0");
     EXPECT_EQ(change("bond0", 3), "0");
     EXPECT_EQ(requestedState("bond0"), "03");
-    failCommand(0x30, 0x24, 0xFF);
+    failCommand(command::setBond);
     EXPECT_EQ(change("bond0", 2), "Unable to enable the interface");
-    failCommand(0x30, 0x23, 0xFF, 1);
+    failCommand(command::getBond, 1);
     EXPECT_EQ(change("bond0", 2), lastBond);
-    failCommand(0x30, 0x23, 0xFF);
+    failCommand(command::getBond);
     EXPECT_EQ(change("bond0", 2), "-1");
 }
 
 TEST_F(Ports, methodRecordsAJob) {
     const Reply done = request("EthernetPort2:eth1:2", number(3));
-    ASSERT_TRUE(done.ok()) << done.message;
-    ASSERT_EQ(done.values.size(), 1U);
-    EXPECT_EQ(broker::toText(done.values[0]), "0");
+    EXPECT_THAT(done, Returns(0));
     EXPECT_TRUE(done.done);
-    const Job finished = job(done);
-    EXPECT_EQ(finished.name, "EthernetPort_RequestStateChange_eth1");
-    EXPECT_EQ(finished.state, "7");
-    EXPECT_EQ(finished.status, "{17, 2}");
-    EXPECT_EQ(finished.errors, 0U);
+    EXPECT_EQ(jobOf(done), Job::completed("EthernetPort_RequestStateChange_eth1"));
     EXPECT_EQ(lan("eth1", "enable"), "off");
 
-    const Reply refused = request("EthernetPort1:eth0:1", text("2")); // a text is parsed
-    EXPECT_EQ(refused.code, CMPI_RC_ERR_FAILED);
-    EXPECT_EQ(refused.message, alreadyActive);
-    EXPECT_EQ(lastJob().state, "10");
-    EXPECT_EQ(lastJob().status, "{17, 6}");
-    EXPECT_EQ(lastJob().errors, 1U);
+    EXPECT_THAT(request("EthernetPort1:eth0:1", text("2")), Refuses(CMPI_RC_ERR_FAILED, alreadyActive));
+    EXPECT_EQ(lastJob(), Job::failed("EthernetPort_RequestStateChange_eth0"));
 
     // States that no port has end their job at once, and with a value instead of a status.
     for (const broker::Value& state :
          {number(5), text("enabled"), text("4294967298"), broker::Value{CMPI_boolean, true}}) {
         const Reply failed = request("EthernetPort2:eth1:2", state);
-        EXPECT_TRUE(failed.ok()) << failed.message;
-        ASSERT_EQ(failed.values.size(), 1U);
-        EXPECT_EQ(broker::toText(failed.values[0]), "2");
-        EXPECT_EQ(job(failed).state, "10");
-        EXPECT_EQ(job(failed).errors, 1U);
+        EXPECT_THAT(failed, Returns(2));
+        EXPECT_EQ(jobOf(failed), Job::failed("EthernetPort_RequestStateChange_eth1"));
     }
     EXPECT_EQ(lan("eth1", "enable"), "off");
 }
@@ -300,30 +271,22 @@ TEST_F(Ports, methodRefusesWhatItCannotServe) {
     const broker::ObjectPath port = instance("CIM_EthernetPort").path;
     broker::ObjectPath incomplete = port;
     incomplete.keys.pop_back();
-    const std::tuple<const char*, Reply, CMPIrc, const char*> cases[] = {
-        {"key", request(incomplete, number(3)), CMPI_RC_ERR_FAILED, "Key Property Missing"},
-        {"name", request(port, number(3), "Restart"), CMPI_RC_ERR_NOT_SUPPORTED, "Invalid Method Name"},
-        {"argument", broker.invokeMethod(port, "requeststatechange"), CMPI_RC_ERR_INVALID_PARAMETER,
-         "Invalid Parameter"},
-        {"port", request("EthernetPort7:eth6:7", number(3)), CMPI_RC_ERR_INVALID_PARAMETER,
-         "Given instance does not exist"},
-    };
-    for (const auto& [name, reply, code, message] : cases) {
-        EXPECT_EQ(reply.code, code) << name;
-        EXPECT_EQ(reply.message, message) << name;
-    }
-    EXPECT_THAT(list("CIM_ConcreteJob"), IsEmpty());
+    const broker::NamedValues off{{"RequestedState", number(3)}};
+    EXPECT_THAT(broker.invokeMethod(incomplete, "RequestStateChange", off),
+                Refuses(CMPI_RC_ERR_FAILED, "Key Property Missing"));
+    EXPECT_THAT(broker.invokeMethod(port, "Restart", off),
+                Refuses(CMPI_RC_ERR_NOT_SUPPORTED, "Invalid Method Name"));
+    EXPECT_THAT(broker.invokeMethod(port, "requeststatechange"),
+                Refuses(CMPI_RC_ERR_INVALID_PARAMETER, "Invalid Parameter"));
+    EXPECT_THAT(request("EthernetPort7:eth6:7", number(3)),
+                Refuses(CMPI_RC_ERR_INVALID_PARAMETER, "Given instance does not exist"));
+    EXPECT_EQ(jobCount(), 0U);
 
-    // Nothing is changed without a job.
-    const auto jobs = sysroot.place("/tmp/method_jobs.db");
-    std::filesystem::remove(jobs);
-    std::filesystem::create_directory(jobs);
-    const Reply reply = request(port, number(3));
-    EXPECT_TRUE(reply.ok());
-    ASSERT_EQ(reply.values.size(), 1U);
-    EXPECT_EQ(broker::toText(reply.values[0]), "2");
+    platformCalls.broken = {"db_set_concretejob"};
+    const Reply reply = request("EthernetPort1:eth0:1", number(3));
+    EXPECT_THAT(reply, Returns(2));
     EXPECT_THAT(reply.arguments, IsEmpty());
-    EXPECT_EQ(lan("eth0", "enable"), "both");
+    EXPECT_EQ(lan("eth0", "enable"), "both") << "nothing is changed without a job";
 }
 
 // Others may write to the folder: what they put there is neither followed nor waited for.
@@ -341,7 +304,7 @@ TEST_F(Ports, requestedStateIsAFileOfOurs) {
         EXPECT_EQ(change("eth0", 2), "0");
         std::filesystem::remove(file);
     }
-    EXPECT_EQ((std::ostringstream() << std::ifstream(elsewhere).rdbuf()).str(), "11");
+    EXPECT_EQ(contents("/tmp/elsewhere"), "11");
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 // The services that the BMC switches, and the method that asks for it.
+#include "ipmi/oem_commands.h"
 #include "service_requests.h"
 
 namespace {
@@ -6,7 +7,8 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr std::uint8_t oem = 0x30, getConfiguration = 0x10, setConfiguration = 0x11;
+constexpr auto getConfiguration = ipmi::command::getServiceConfiguration,
+               setConfiguration = ipmi::command::setServiceConfiguration;
 constexpr const char* internalError = "Internal Error : Failed to invoke method";
 constexpr const char* jobName = "SSHProtocolService_RequestStateChange";
 
@@ -72,7 +74,7 @@ TEST_F(Services, areTenEachSwitchedByItsBit) {
 }
 
 TEST_F(Services, aBmcThatDoesNotTellHasThemDisabledAndUnknown) {
-    failCommand(oem, getConfiguration);
+    failCommand(getConfiguration);
     const auto ssh = services.get(path("SSHProtocolService")).instances.at(0);
     EXPECT_EQ(textOf(ssh, "EnabledState"), "3");
     EXPECT_EQ(textOf(ssh, "OperationalStatus"), "{0}");
@@ -90,7 +92,7 @@ TEST_F(Services, aResetPausesOnlyWhereSomethingRan) {
     EXPECT_THAT(platformCalls.pauses, ElementsAre(3));
     EXPECT_FALSE(duringPause);
     EXPECT_TRUE(isEnabled("ssh"));
-    EXPECT_EQ(requests(oem, setConfiguration).size(), 2U);
+    EXPECT_EQ(requests(setConfiguration).size(), 2U);
 
     EXPECT_THAT(request("TelnetProtocolService", 11), Returns(0));
     EXPECT_THAT(platformCalls.pauses, ElementsAre(3));
@@ -103,7 +105,7 @@ TEST_F(Services, theJobTellsHowItEnded) {
     EXPECT_FALSE(reply.done) << "the provider closes it";
     EXPECT_EQ(jobOf(reply), Job::completed(jobName));
 
-    failCommand(oem, setConfiguration);
+    failCommand(setConfiguration);
     const auto failed = request("SSHProtocolService", 3);
     EXPECT_EQ(failed.code, CMPI_RC_ERR_FAILED);
     EXPECT_EQ(failed.message, internalError);
@@ -111,16 +113,16 @@ TEST_F(Services, theJobTellsHowItEnded) {
 }
 
 TEST_F(Services, everyCommandThatFailsFailsTheReset) {
-    for (const std::uint8_t command : {getConfiguration, setConfiguration}) {
-        failCommand(oem, command);
+    for (const auto command : {getConfiguration, setConfiguration}) {
+        failCommand(command);
         EXPECT_EQ(request("SSHProtocolService", 11).message, internalError);
         EXPECT_TRUE(isEnabled("ssh"));
     }
     bmc().clearFaults();
-    bmc().addFault({.netFn = oem, .command = setConfiguration, .value = 0xFF, .skip = 1, .calls = 1});
+    addFault(setConfiguration, 1, 1);
     EXPECT_TRUE(request("SSHProtocolService", 11).ok()) << "switching on is tried again";
     EXPECT_TRUE(isEnabled("ssh"));
-    failCommand(oem, setConfiguration, 1);
+    failCommand(setConfiguration, 1);
     EXPECT_EQ(request("SSHProtocolService", 11).message, internalError);
 }
 
