@@ -125,7 +125,7 @@ struct _CMPIData {
     CMPIValue value;
 };
 
-/* ---- Type codes: simple types, a bit group for each kind, and the array flag -------------------------- */
+/* ---- Type codes: simple types, a bit group for each kind, and the array flag --------------------------- */
 
 #define CMPI_null 0
 
@@ -190,7 +190,7 @@ struct _CMPIData {
 #define CMPI_keyBoolean (CMPI_boolean)
 #define CMPI_keyRef (CMPI_ref)
 
-/* ---- Value states ------------------------------------------------------------------------------------- */
+/* ---- Value states -------------------------------------------------------------------------------------- */
 
 #define CMPI_goodValue (0)
 #define CMPI_nullValue (1 << 8)
@@ -198,7 +198,7 @@ struct _CMPIData {
 #define CMPI_notFound (4 << 8)
 #define CMPI_badValue (0x80 << 8)
 
-/* ---- Return codes ------------------------------------------------------------------------------------- */
+/* ---- Return codes -------------------------------------------------------------------------------------- */
 
 typedef enum _CMPIrc {
     CMPI_RC_OK = 0,
@@ -241,7 +241,7 @@ struct _CMPIStatus {
     CMPIString* msg; /* NULL: the code says it all */
 };
 
-/* ---- Flags and capabilities --------------------------------------------------------------------------- */
+/* ---- Flags and capabilities ---------------------------------------------------------------------------- */
 
 /* Context entries. */
 #define CMPIInvocationFlags "CMPIInvocationFlags"
@@ -287,7 +287,7 @@ typedef enum _CMPIErrorSeverity {
 } CMPIErrorSeverity;
 typedef unsigned int CMPIErrorProbableCause;
 
-/* ---- Functions that pass through the broker ----------------------------------------------------------- */
+/* ---- Functions that pass through the broker ------------------------------------------------------------ */
 
 #ifndef CMPI_THREAD_RETURN
 #define CMPI_THREAD_RETURN void*

@@ -5,7 +5,7 @@
 #include "cmpidt.h"
 #include "cmpift.h"
 
-/* ---- Status ------------------------------------------------------------------------------------------- */
+/* ---- Status -------------------------------------------------------------------------------------------- */
 
 #define CMReturn(code)                                                                                       \
     do {                                                                                                     \
@@ -44,7 +44,7 @@
 #define CMClone(object, status) ((object)->ft->clone((object), (status)))
 #define CMRelease(object) ((object)->ft->release((object)))
 
-/* ---- Making objects ----------------------------------------------------------------------------------- */
+/* ---- Making objects ------------------------------------------------------------------------------------ */
 
 #define CMNewInstance(broker, path, status) ((broker)->eft->newInstance((broker), (path), (status)))
 #define CMNewObjectPath(broker, nameSpace, className, status)                                                \
@@ -70,7 +70,7 @@
 #define CMTraceMessage(broker, level, component, text, string)                                               \
     ((broker)->eft->trace((broker), (level), (component), (text), (string)))
 
-/* ---- Strings and points in time ----------------------------------------------------------------------- */
+/* ---- Strings and points in time ------------------------------------------------------------------------ */
 
 #define CMGetCharsPtr(string, status) ((string)->ft->getCharPtr((string), (status)))
 #define CMGetCharPtr(string) ((string)->ft->getCharPtr((string), NULL))
@@ -78,7 +78,7 @@
 #define CMGetStringFormat(dateTime, status) ((dateTime)->ft->getStringFormat((dateTime), (status)))
 #define CMIsInterval(dateTime, status) ((dateTime)->ft->isInterval((dateTime), (status)))
 
-/* ---- Arrays and enumerations -------------------------------------------------------------------------- */
+/* ---- Arrays and enumerations --------------------------------------------------------------------------- */
 
 #define CMGetArrayCount(array, status) ((array)->ft->getSize((array), (status)))
 #define CMGetArrayType(array, status) ((array)->ft->getSimpleType((array), (status)))
@@ -89,7 +89,7 @@
 #define CMHasNext(enumeration, status) ((enumeration)->ft->hasNext((enumeration), (status)))
 #define CMToArray(enumeration, status) ((enumeration)->ft->toArray((enumeration), (status)))
 
-/* ---- Instances ---------------------------------------------------------------------------------------- */
+/* ---- Instances ----------------------------------------------------------------------------------------- */
 
 #define CMGetProperty(instance, name, status) ((instance)->ft->getProperty((instance), (name), (status)))
 #define CMGetPropertyAt(instance, index, name, status)                                                       \
@@ -102,7 +102,7 @@
 #define CMSetPropertyFilter(instance, properties, keys)                                                      \
     ((instance)->ft->setPropertyFilter((instance), (properties), (keys)))
 
-/* ---- Object paths ------------------------------------------------------------------------------------- */
+/* ---- Object paths -------------------------------------------------------------------------------------- */
 
 #define CMSetNameSpace(path, nameSpace) ((path)->ft->setNameSpace((path), (nameSpace)))
 #define CMGetNameSpace(path, status) ((path)->ft->getNameSpace((path), (status)))
@@ -118,7 +118,7 @@
 #define CMSetHostAndNameSpaceFromObjectPath(path, source)                                                    \
     ((path)->ft->setHostAndNameSpaceFromObjectPath((path), (source)))
 
-/* ---- Arguments, context, results ---------------------------------------------------------------------- */
+/* ---- Arguments, context, results ----------------------------------------------------------------------- */
 
 #define CMAddArg(args, name, value, type) ((args)->ft->addArg((args), (name), (value), (type)))
 #define CMGetArg(args, name, status) ((args)->ft->getArg((args), (name), (status)))
@@ -135,7 +135,7 @@
 #define CMReturnObjectPath(result, path) ((result)->ft->returnObjectPath((result), (path)))
 #define CMReturnDone(result) ((result)->ft->returnDone((result)))
 
-/* ---- Requests to the object manager ------------------------------------------------------------------- */
+/* ---- Requests to the object manager -------------------------------------------------------------------- */
 
 #define CBPrepareAttachThread(broker, context) ((broker)->bft->prepareAttachThread((broker), (context)))
 #define CBAttachThread(broker, context) ((broker)->bft->attachThread((broker), (context)))
@@ -166,7 +166,7 @@
 #define CBInvokeMethod(broker, context, path, method, in, out, status)                                       \
     ((broker)->bft->invokeMethod((broker), (context), (path), (method), (in), (out), (status)))
 
-/* ---- Entry points ------------------------------------------------------------------------------------- */
+/* ---- Entry points -------------------------------------------------------------------------------------- */
 
 #ifdef __cplusplus
 #define CMPI_EXTERN_C extern "C"

@@ -67,8 +67,7 @@ int CIM_SetIPv4Gateway(IPMI20_SESSION_T* session, const uint8_t* gateway, uint8_
 
 /* IPv6 as it is configured, LAN parameters 51, 56 (static address 0), 64 and 65. IPMI lets static and dynamic
  * addresses stand side by side. The source is static when the static address is enabled or routers are only
- * the static ones, else dynamic, as on a BMC that has no static address. A BMC without IPv6 parameters fails.
- */
+ * the static ones, else dynamic, as on a BMC that has no static address. A BMC without IPv6 parameters fails. */
 typedef struct {
     uint8_t source;      /* CIM_ADDRESS_SOURCE_STATIC or _DYNAMIC */
     uint8_t address[16]; /* static address, "::" for none; it is in use when the source is static */

@@ -25,12 +25,13 @@ typedef struct {
  *   port             UDP port of an RMCP+ session, 623 by default
  *   userName         at most 16 characters
  *   password         at most 20 characters
- *   interfaceType    0 RMCP+ over LAN (address: host name or IP address), 1 the local IPMI device (address:
- * its driver type, empty to probe), 2 virtual BMC (address: path of its state file) cipherSuite      IPMI 2.0
- * cipher suite ID of an RMCP+ session, 3 where nothing is known workaroundFlags  bits of the platform's IPMI
- * library for BMCs that deviate from IPMI 2.0, 0 for none retransmission   milliseconds until an unanswered
- * message is sent again, 0 for the platform's default privilegeLevel   IPMI privilege level asked for, 4
- * administrator */
+ *   interfaceType    0 RMCP+ over LAN (address: host name or IP address),
+ *                    1 the local IPMI device (address: its driver type, empty to probe),
+ *                    2 virtual BMC (address: path of its state file)
+ *   cipherSuite      IPMI 2.0 cipher suite ID of an RMCP+ session, 3 where nothing is known
+ *   workaroundFlags  bits of the platform's IPMI library for BMCs that deviate from IPMI 2.0, 0 for none
+ *   retransmission   milliseconds until an unanswered message is sent again, 0 for the platform's default
+ *   privilegeLevel   IPMI privilege level asked for, 4 administrator */
 int CIM_Create_IPMI20_Session(IPMI20_SESSION_T* session, const char* address, uint16_t port,
                               const char* userName, const char* password, int interfaceType, int cipherSuite,
                               int workaroundFlags, int retransmission, int privilegeLevel, int timeout);

@@ -42,10 +42,13 @@ int CIM_GetUserAccess(IPMI20_SESSION_T* session, uint8_t slot, uint8_t channel, 
  *   channel             of the access settings
  *   name                1 to 16 bytes, NULL to keep it (Set User Name, 22.28; command 45h)
  *   password            at most 16 bytes, in the 20-byte form 20; NULL for none (Set User Password, 22.30;
- * command 47h) operation           what is done with the password: 2 sets it, 3 compares it with the user's
- * and fails when it differs; not looked at without one privilegeLimit      1 to 5 or 15 as above messaging 0
- * or 1: IPMI messaging linkAuthentication  0 or 1 enable              0 disables the user, 1 enables it (Set
- * User Password too)
+ *                       command 47h)
+ *   operation           what is done with the password: 2 sets it, 3 compares it with the user's and fails
+ *                       when it differs; not looked at without one
+ *   privilegeLimit      1 to 5 or 15 as above
+ *   messaging           0 or 1: IPMI messaging
+ *   linkAuthentication  0 or 1
+ *   enable              0 disables the user, 1 enables it (Set User Password too)
  *
  * The last four may be CIM_USER_KEEP. The access settings are written together (Set User Access, 22.26;
  * command 43h), or not at all when all are kept. */
@@ -55,8 +58,7 @@ int CIM_ModUser(IPMI20_SESSION_T* session, uint8_t slot, uint8_t channel, const 
 
 /* Frees a slot: disables the user, withdraws its access on the present channel and on channel 1, where new
  * users get it, and clears its name. A BMC that refuses a step, as a name that is fixed, is left with the
- * user as it was. IPMI cannot clear a password; that of a slot's next user is set before the user is enabled.
- */
+ * user as it was. IPMI cannot clear a password; that of a slot's next user is set before the user is enabled. */
 int CIM_DelUser(IPMI20_SESSION_T* session, uint8_t slot, int timeout);
 
 #ifdef __cplusplus

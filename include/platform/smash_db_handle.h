@@ -8,8 +8,7 @@ extern "C" {
 
 typedef struct SmashDatabase* SMASH_DB_HANDLE;
 
-/* Opens the database of the BMC's inventory and settings ("/conf/smash.db"). It must exist: sync creates it.
- */
+/* Opens the database of the BMC's inventory and settings ("/conf/smash.db"). It must exist: sync creates it. */
 int db_init(SMASH_DB_HANDLE* handle);
 /* Opens the temporary database of jobs and errors ("/tmp/method_jobs.db"), created when it is missing or not
  * usable. A file of another user's, a link or a pipe in its place is a failure. */

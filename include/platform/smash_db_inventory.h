@@ -1,5 +1,4 @@
-/* SMASH database: how to reach the BMC, its devices, FRUs and sensors. For the common rules see smash_db.h.
- */
+/* SMASH database: how to reach the BMC, its devices, FRUs and sensors. For the common rules see smash_db.h. */
 #ifndef PLATFORM_SMASH_DB_INVENTORY_H
 #define PLATFORM_SMASH_DB_INVENTORY_H
 

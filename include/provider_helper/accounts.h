@@ -13,8 +13,7 @@
 extern "C" {
 #endif
 
-/* ---- User slots
- * ------------------------------------------------------------------------------------------------ */
+/* ---- User slots ---------------------------------------------------------------------------------------- */
 
 typedef struct {
     char userName[256];
@@ -23,8 +22,8 @@ typedef struct {
     uint8_t access; /* CIM_GetUserAccess on the channel that carries the request; 0xFF unknown */
 } PHUserEntry;
 
-#define PH_USERS_WITH_ACCESS                                                                                 \
-    2 /* mode: each used slot is asked for its access too, and left out when it has none */
+/* A mode: each used slot is asked for its access too, and left out when it has none. */
+#define PH_USERS_WITH_ACCESS 2
 
 /* Number of slots, -1 on failure. */
 PH_EXPORT int PH_Get_Max_Users_Count(IPMI20_SESSION_T* session);
@@ -34,13 +33,11 @@ PH_EXPORT int PH_Get_All_Users(int mode, PHUserEntry** users, int* count);
 /* The first user of this name. Slot 1, listed as "anonymous" all the same, is found by the name that it
  * holds, and by "anonymous" when it holds none. -1 when there is none. */
 PH_EXPORT int PH_Get_User(int mode, const char* name, PHUserEntry* user);
-/* Appends ": Available slots - " and " %d" for each free slot to a message of PH_ACCOUNT_MESSAGE_SIZE bytes.
- */
+/* Appends ": Available slots - " and " %d" for each free slot to a message of PH_ACCOUNT_MESSAGE_SIZE bytes. */
 #define PH_ACCOUNT_MESSAGE_SIZE 256
 PH_EXPORT int PH_Get_Empty_Slots(IPMI20_SESSION_T* session, char* message);
 
-/* ---- CIM_Account
- * ----------------------------------------------------------------------------------------------- */
+/* ---- CIM_Account --------------------------------------------------------------------------------------- */
 
 /* Text lists end with NULL; the texts are heap strings of the record. */
 typedef struct {
@@ -85,8 +82,7 @@ PH_EXPORT CMPIStatus PH_RequestStateChange(const CMPIBroker* broker, const CMPIO
  * empty or too long UserID (255 bytes), or a password list without a text. */
 PH_EXPORT int PH_Fill_Account_Struct_for_MI(const PHPropertyList* modifiable, AccountRecord* record);
 
-/* ---- CIM_AccountManagementService
- * ------------------------------------------------------------------------------ */
+/* ---- CIM_AccountManagementService ---------------------------------------------------------------------- */
 
 typedef struct {
     char SystemCreationClassName[256]; /* key; "CIM_SPComputerSystem" */
@@ -116,8 +112,7 @@ PH_EXPORT int PH_Fill_Account_Struct_from_CMPI_Inst(const CMPIInstance* instance
  * allows, and `message` (PH_ACCOUNT_MESSAGE_SIZE bytes) says why. */
 PH_EXPORT int create_account(AccountRecord* record, char* message);
 
-/* ---- CIM_AccountManagementCapabilities
- * ------------------------------------------------------------------------- */
+/* ---- CIM_AccountManagementCapabilities ----------------------------------------------------------------- */
 
 /* Integer lists end with a negative number. */
 typedef struct {

@@ -14,7 +14,7 @@
 extern "C" {
 #endif
 
-/* ---- Monitor ------------------------------------------------------------------------------------------ */
+/* ---- Monitor ------------------------------------------------------------------------------------------- */
 
 /* Creates the event pipe when it is not there, and links the object manager's interop library. Called once,
  * before the monitor is started. A pipe that cannot be created ends the process with status 0: a BMC's object
@@ -40,7 +40,7 @@ PH_EXPORT extern GetContextFunction pGetContext;
 PH_EXPORT extern GetHeapFunction GetHeap;
 PH_EXPORT extern ReleaseHeapFunction ReleaseHeap;
 
-/* ---- Events in words ---------------------------------------------------------------------------------- */
+/* ---- Events in words ----------------------------------------------------------------------------------- */
 
 enum { ALERT_ARGUMENTS = 5 };
 
@@ -75,7 +75,7 @@ PH_EXPORT extern void* handle;
 /* The number that the SMASH database has for a description ("Unknown" for NULL and ""), or -1. */
 PH_EXPORT int get_message_id(const char* description);
 
-/* ---- Indications -------------------------------------------------------------------------------------- */
+/* ---- Indications --------------------------------------------------------------------------------------- */
 
 /* A CIM_AlertIndication of namespace root/interop, which the caller releases. 0, or 1 and no instance. */
 PH_EXPORT int Create_AlertIndication_Instance(const CMPIBroker* broker, const CMPIContext* context,
@@ -99,7 +99,7 @@ PH_EXPORT int RetryDeliverIndication(const CMPIBroker* broker, const CMPIContext
 enum { ALERT_PIPE_MESSAGE_SIZE = 1024 };
 PH_EXPORT void SendIndication(const char* buffer);
 
-/* ---- Mails -------------------------------------------------------------------------------------------- */
+/* ---- Mails --------------------------------------------------------------------------------------------- */
 
 /* Fills a zeroed mail to the user of an e-mail alert destination. -1 when the destination's user has no
  * address, when there is no server, or when the BMC cannot be asked. The request holds the server's password
@@ -113,7 +113,7 @@ PH_EXPORT int AddPropertyValToBuffer(char* buffer, const char* name, const char*
 /* Appends the line "Severity" for 0, 2, 3, 6 and 7 (DMTF PerceivedSeverity). Returns 0. */
 PH_EXPORT int GetEventSev(int severity, char* buffer);
 
-/* ---- Sensors of events -------------------------------------------------------------------------------- */
+/* ---- Sensors of events --------------------------------------------------------------------------------- */
 
 /* The broker's instances of CIM_Sensor in root/cimv2; NULL when it has none to give. */
 PH_EXPORT CMPIEnumeration* CacheSensorInstances(const CMPIBroker* broker, const CMPIContext* context);

@@ -38,8 +38,7 @@ PH_DECLARE_CLASS_FAMILY(SPComputerSystem, HostComputerSystemRecord);
 PH_EXPORT int PH_Fill_SPComputerSystem(const DeviceRecord* device, HostComputerSystemRecord* record);
 PH_EXPORT extern const char* const g_SPComputerSystemKeyList[2];
 
-/* ---- RequestStateChange
- * --------------------------------------------------------------------------------------- */
+/* ---- RequestStateChange -------------------------------------------------------------------------------- */
 
 /* Method RequestStateChange of the system that `ref` names: in-argument "RequestedState" (uint16, or a number
  * as string), out-argument "Job". The method's value, a uint32, is returned in every case: 0, or 2 when the
@@ -62,8 +61,7 @@ PH_EXPORT int RequestStateChangeforHost(CMPIString** keyValues, uint16_t request
  * Returns what became of the last; a restart that failed leaves no file. */
 PH_EXPORT int RequstStateChangeforSP(CMPIString** keyValues);
 
-/* ---- Power management
- * ------------------------------------------------------------------------------------------ */
+/* ---- Power management ---------------------------------------------------------------------------------- */
 
 /* CIM_PowerManagementService: one service for each managed system, hosted by the service processor. */
 typedef struct {

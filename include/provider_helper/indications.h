@@ -30,18 +30,27 @@ typedef struct {
  *
  *   create   takes Name and Query, and returns the object path. A PEF filter takes the slot that its name
  *            tells, which must not be in use: the slot's other fields stay, its filter is enabled and alerts.
- *            Failures: 1 "Key Properties missing"; 4 "Invalid key properties : Only 'Name' prop is variable,
- *            refer other instances of IF"; 1 "Required Query property"; 1 "Required Name property"; 4
- * "Invalid format for property "Name"\n"; 1 "CreateInstance Failed - Max Filter limit exceeded \n"; 1
- *            "CreateInstance Failed - Filter already exists and active \n" (PEF); 1 "Filter already exists
- * and active\n" (CIM-XML); 1 "CQL QueryCompilation Error - Check syntax / filter properties NOTE : Only
- *            (AlertingManagedElement & PerceivedSeverity) supported\n"; 1 "CreateInstance Failed \n". Whether
- *            the database has stored a CIM-XML filter is not looked at.
- *   modify   takes Query. Failures: 1 "Key Properties missing"; 1 "ModifyInstance Failed - Given instance
- * does not exist \n"; 1 "Required Query property"; the query's as above; 1 "ModifyInstance Failed \n". delete
- * clears the slot, or removes the row. Failures: 1 "Key Properties missing"; 1 "DeleteInstance Failed - Given
- * instance does not exist \n"; 1 "Delete Instance Failed \n". A filter of a third kind stays, with success.
- */
+ *            Whether the database has stored a CIM-XML filter is not looked at. Failures:
+ *              1 "Key Properties missing"
+ *              4 "Invalid key properties : Only 'Name' prop is variable, refer other instances of IF"
+ *              1 "Required Query property"
+ *              1 "Required Name property"
+ *              4 "Invalid format for property "Name"\n"
+ *              1 "CreateInstance Failed - Max Filter limit exceeded \n"
+ *              1 "CreateInstance Failed - Filter already exists and active \n" (PEF)
+ *              1 "Filter already exists and active\n" (CIM-XML)
+ *              1 "CQL QueryCompilation Error - Check syntax / filter properties NOTE : Only
+ *                (AlertingManagedElement & PerceivedSeverity) supported\n" (one line)
+ *              1 "CreateInstance Failed \n"
+ *   modify   takes Query. Failures:
+ *              1 "Key Properties missing"
+ *              1 "ModifyInstance Failed - Given instance does not exist \n"
+ *              1 "Required Query property", and that of a query as above
+ *              1 "ModifyInstance Failed \n"
+ *   delete   clears the slot, or removes the row. A filter of a third kind stays, with success. Failures:
+ *              1 "Key Properties missing"
+ *              1 "DeleteInstance Failed - Given instance does not exist \n"
+ *              1 "Delete Instance Failed \n" */
 PH_DECLARE_CLASS_FAMILY(IndicationFilter, IndicationFilterRecord);
 PH_EXPORT int PH_Fill_IndicationFilter(const char* query, IndicationFilterRecord* record);
 PH_EXPORT extern const char* const g_IndicationFilterKeyList[4];
@@ -67,13 +76,10 @@ PH_EXPORT void ConstructFilterQuery(char* query, const CIM_PEFEntry* entry);
  * case, property names as they are written here. */
 PH_EXPORT int CompileQueryAndSeverity(const char* query, CIM_PEFEntry* entry);
 
-/* 0 when the path's SystemCreationClassName, CreationClassName and SystemName are those that all filters
- * have.
- */
+/* 0 when the path's SystemCreationClassName, CreationClassName and SystemName are those of all filters. */
 PH_EXPORT int ValidateConstantKeyPropertiesIF(const CMPIObjectPath* ref);
 
-/* ---- Listener destinations ------------------------------------------------------------------------------
- */
+/* ---- Listener destinations ----------------------------------------------------------------------------- */
 
 /* A place that alerts are sent to, of each class of destinations. */
 typedef struct {
@@ -91,13 +97,20 @@ typedef struct {
 /* CIM_ListenerDestinationCIMXML: listeners that indications are posted to, kept in the SMASH database. The
  * name is "CIMXML-" and anything, the destination a URL. Protocol is 2.
  *
- *   create   takes Name and Destination, and returns the object path. Failures: 1 "Key Properties missing"; 4
- *            "Invalid Key Properties : Only 'Name' prop is variable, refer other instances of LD"; 1
- *            "Empty/Invalid value for property 'Name' - Valid Format CIMXML-[ID]"; 1 "Empty/Invalid value for
- *            property 'Destination'"; 1 "Instance already exists"; 1 "Create Instance Failed".
- *   modify   takes Destination. Failures: 1 "Key Properties missing"; 1 "Given instance does not exist"; 7
- *            "Empty/Invalid value for property 'Destination'"; 1 "SetInstance Failed".
- *   delete   Failures: the first two of modify; 1 "Delete Instance Failed". */
+ *   create   takes Name and Destination, and returns the object path. Failures:
+ *              1 "Key Properties missing"
+ *              4 "Invalid Key Properties : Only 'Name' prop is variable, refer other instances of LD"
+ *              1 "Empty/Invalid value for property 'Name' - Valid Format CIMXML-[ID]"
+ *              1 "Empty/Invalid value for property 'Destination'"
+ *              1 "Instance already exists"
+ *              1 "Create Instance Failed"
+ *   modify   takes Destination. Failures:
+ *              1 "Key Properties missing"
+ *              1 "Given instance does not exist"
+ *              7 "Empty/Invalid value for property 'Destination'"
+ *              1 "SetInstance Failed"
+ *   delete   Failures: the first two of modify, and
+ *              1 "Delete Instance Failed" */
 PH_DECLARE_CLASS_FAMILY(ListenerDestinationCIMXML, ListenerDestinationRecord);
 PH_EXPORT int PH_Fill_ListenerDestinationCIMXML(const CimxmlDestinationRow* row,
                                                 ListenerDestinationRecord* record);
@@ -105,22 +118,36 @@ PH_EXPORT extern const char* const g_ListenerDestinationCIMXMLKeyList[4];
 
 /* CIM_ListenerDestinationSMTP: alert destinations of the BMC's LANs that are of the e-mail kind. The name is
  * "SMTP:<channel>:<selector>", the channel in two hexadecimal digits and the selector 1 to 15; the
- * destination is "UID:<n>", the BMC's user who is mailed. CIM_ListenerDestinationSNMP: those of the trap
- * kind, with an address; the name begins with "SNMP", the destination is an IPv4 or IPv6 address. Protocol is
- * 1 (other).
+ * destination is "UID:<n>", the BMC's user who is mailed.
  *
- *   create   takes Name and Destination, and returns the object path. Failures, in this order: 1 "Key
- * Properties missing"; 4 "Invalid Key Properties : Only 'Name' prop is variable, refer other instances of
- * LD"; 1 "Required Name property"; 1 "Required Destination property"; 1 "Name Format Error / Index threshold
- *            error - Check the requested Name \n"; 4 "Invalid protocol mentioned in  'Name' property \n"
- * (SMTP), "Invalid protocol mentioned in Name property \n" (SNMP); 1 "Requested Destination Index already
- *            active\n"; 1 "Invalid Destination format for SMTP \n"; 1 "Invalid Destination Address\n" (SNMP,
- * for 0.0.0.0 and ::); 1 "Create Instance Failed". A selector of the e-mail kind is in use for SMTP whomever
- *            it mails, one of the trap kind for SNMP when it has an address; a selector of any other kind is
- * taken over. An e-mail destination gets a subject and a message of its own. modify   takes Destination.
- * Failures: 1 "Key Properties missing"; 1 "Given instance does not exist"; those of the destination as above;
- * 1 "SetInstance Failed". delete   makes the selector a trap destination without an address, and forgets whom
- * it mails. Failures: the first two of modify; 1 "Delete Instance Failed".
+ * CIM_ListenerDestinationSNMP: those of the trap kind, with an address. The name begins with "SNMP", the
+ * destination is an IPv4 or IPv6 address.
+ *
+ * Protocol is 1 (other) for both.
+ *
+ *   create   takes Name and Destination, and returns the object path. A selector of the e-mail kind is in use
+ *            for SMTP whomever it mails, one of the trap kind for SNMP when it has an address; a selector of
+ *            any other kind is taken over. An e-mail destination gets a subject and a message of its own.
+ *            Failures, in this order:
+ *              1 "Key Properties missing"
+ *              4 "Invalid Key Properties : Only 'Name' prop is variable, refer other instances of LD"
+ *              1 "Required Name property"
+ *              1 "Required Destination property"
+ *              1 "Name Format Error / Index threshold error - Check the requested Name \n"
+ *              4 "Invalid protocol mentioned in  'Name' property \n" (SMTP)
+ *              4 "Invalid protocol mentioned in Name property \n" (SNMP)
+ *              1 "Requested Destination Index already active\n"
+ *              1 "Invalid Destination format for SMTP \n"
+ *              1 "Invalid Destination Address\n" (SNMP, for 0.0.0.0 and ::)
+ *              1 "Create Instance Failed"
+ *   modify   takes Destination. Failures:
+ *              1 "Key Properties missing"
+ *              1 "Given instance does not exist"
+ *              those of the destination as above
+ *              1 "SetInstance Failed"
+ *   delete   makes the selector a trap destination without an address, and forgets whom it mails. Failures:
+ *            the first two of modify, and
+ *              1 "Delete Instance Failed"
  *
  * User 0 ("UID:0", and any text that has no number) changes nothing, with success. */
 PH_DECLARE_CLASS_FAMILY(ListenerDestinationSMTP, ListenerDestinationRecord);

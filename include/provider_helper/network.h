@@ -13,8 +13,7 @@
 extern "C" {
 #endif
 
-/* ---- Ports and LAN endpoints
- * ---------------------------------------------------------------------------------- */
+/* ---- Ports and LAN endpoints --------------------------------------------------------------------------- */
 
 /* CIM_EthernetPort */
 typedef struct {
@@ -100,8 +99,7 @@ PH_EXPORT extern const char* const g_PortControllerKeyList[4];
 /* Fills all but SystemName. Returns 0. */
 PH_EXPORT int PH_Fill_PortController(PortControllerRecord* record);
 
-/* ---- IP endpoints
- * --------------------------------------------------------------------------------------------- */
+/* ---- IP endpoints -------------------------------------------------------------------------------------- */
 
 /* CIM_IPProtocolEndpoint: one for each LAN's IPv4 address, one for each of its IPv6 addresses. */
 typedef struct {
@@ -152,8 +150,7 @@ int PH_CreateDHCPProtocolEndpointInstance(const CMPIBroker* broker, const CMPICo
                                           const char* interfaceName, int channel, int ipVersion)
     __attribute__((weak, visibility("default")));
 
-/* ---- Assignment of addresses
- * ---------------------------------------------------------------------------------- */
+/* ---- Assignment of addresses --------------------------------------------------------------------------- */
 
 /* CIM_StaticIPAssignmentSettingData: the static address that waits to be applied. Clients modify it; nothing
  * reaches the BMC before ApplySettingToIPProtocolEndpoint. Without a staged address there is one of zeros. */

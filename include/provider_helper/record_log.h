@@ -9,7 +9,7 @@
 extern "C" {
 #endif
 
-/* ---- CIM_RecordLog ------------------------------------------------------------------------------------ */
+/* ---- CIM_RecordLog ------------------------------------------------------------------------------------- */
 
 typedef struct {
     char InstanceID[320]; /* key; "IPMI:<system name of the service processor> SEL Log" */
@@ -36,7 +36,7 @@ PH_EXPORT extern const char* const g_RecordLogKeyList[1];
 PH_EXPORT int PH_ClearLog(const CMPIBroker* broker, const CMPIContext* context, const CMPIResult* result,
                           const CMPIObjectPath* ref, CMPIArgs* out, CMPIStatus* status);
 
-/* ---- CIM_LogEntry ------------------------------------------------------------------------------------- */
+/* ---- CIM_LogEntry -------------------------------------------------------------------------------------- */
 
 typedef struct {
     char InstanceID[8];         /* key; SEL record ID in decimal */
@@ -71,7 +71,7 @@ PH_EXPORT int GetLogEntryData(IPMI20_SESSION_T* session, uint16_t recordId, uint
  * 26 characters. -1 for no text. */
 PH_EXPORT int PH_ConvertUnixTimetoDMTFDateTimeFormat(uint32_t seconds, char* text);
 
-/* ---- CIM_RecordLogCapabilities ------------------------------------------------------------------------ */
+/* ---- CIM_RecordLogCapabilities ------------------------------------------------------------------------- */
 
 typedef struct {
     char InstanceID[64]; /* key; "RecordLogCapabilities1" */

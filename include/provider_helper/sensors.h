@@ -10,7 +10,7 @@
 extern "C" {
 #endif
 
-/* ---- Records ------------------------------------------------------------------------------------------ */
+/* ---- Records ------------------------------------------------------------------------------------------- */
 
 /* A sensor. Integer lists end with a negative number, text lists with NULL; the texts are heap strings of the
  * record. Fields in lower case are not published. */
@@ -80,7 +80,7 @@ PH_DECLARE_CLASS_FAMILY(NumericSensor, NumericSensorRecord);
 PH_EXPORT extern const char* const g_SensorKeyList[4];
 PH_EXPORT extern const char* const g_NumericSensorKeyList[4];
 
-/* ---- Filling records ---------------------------------------------------------------------------------- */
+/* ---- Filling records ----------------------------------------------------------------------------------- */
 
 /* Everything that the SDR says: all but the first three keys and what a reading gives. The record is zeroed
  * before. -1 when an allocation fails. */
@@ -114,7 +114,7 @@ typedef struct {
  * sixth part ends at the colon. Returns 0. */
 PH_EXPORT int PH_Parse_Sensor_DeviceID(const char* deviceId, PHSensorDeviceId* parts);
 
-/* ---- Readings and states ------------------------------------------------------------------------------ */
+/* ---- Readings and states ------------------------------------------------------------------------------- */
 
 /* Reads the sensor that the DeviceID numbers and sets OperationalStatus, HealthState, CurrentState and
  * EnabledState. -1 when it cannot be read: OperationalStatus is 0 then, and CurrentState as it was. */
@@ -133,7 +133,7 @@ PH_EXPORT int PH_Get_Analog_CurrentState(NumericSensorRecord* record, uint8_t th
  * at. */
 PH_EXPORT int IsSkipUnkwonError(const char* deviceId, const char* source, int operationalStatus);
 
-/* ---- Health of other elements ------------------------------------------------------------------------- */
+/* ---- Health of other elements -------------------------------------------------------------------------- */
 
 /* A fan's HealthState and first OperationalStatus from its sensor: 5 and 2, 0 and 11 when the reading is
  * unavailable, 0 and 0 with the result -1 when the sensor cannot be read. */
@@ -147,7 +147,7 @@ PH_EXPORT int PH_Fill_HealthState(IPMI20_SESSION_T* session, uint8_t sensorNumbe
 PH_EXPORT int PH_DeviceInstance(const CMPIBroker* broker, const CMPIContext* context, uint16_t entityId,
                                 uint16_t entityInstance, uint16_t* healthState, int* operationalStatus);
 
-/* ---- Numbers ------------------------------------------------------------------------------------------ */
+/* ---- Numbers ------------------------------------------------------------------------------------------- */
 
 /* An SDR's conversion factors as decimal texts. */
 typedef struct {

@@ -33,8 +33,7 @@ PH_DECLARE_CLASS_FAMILY(ProtocolService, ProtocolServiceRecord);
 PH_EXPORT int PH_Fill_ProtocolService(IPMI20_SESSION_T* session, ProtocolServiceRecord* record);
 PH_EXPORT extern const char* const g_ProtocolServiceKeyList[4];
 
-/* ---- Changing the state
- * ------------------------------------------------------------------------------------------ */
+/* ---- Changing the state -------------------------------------------------------------------------------- */
 
 /* Method RequestStateChange: in-argument "RequestedState" (2 enabled, 3 disabled, 11 reset), out-argument
  * "Job", method value 0 or 2. What is wrong before the job exists has the value 0 and a status: 1 "Create
@@ -60,8 +59,7 @@ PH_EXPORT int PH_Set_ProtocolService_EnabledState(const char* serviceName, uint1
  * not are failures; a restart never fails. The daemon is asked to stop with a hang-up signal, and restarted
  * with a termination signal; clients are ended before. */
 PH_EXPORT int PH_ChangeState_CLPProtocolService(uint16_t requestedState, char* message);
-/* 0 when it runs, -1 when not or when the processes cannot be listed: the daemon, and a client on a terminal.
- */
+/* 0 when it runs, -1 when not or when the processes cannot be listed: the daemon, and a client on a terminal. */
 PH_EXPORT int PH_IsSmashclpdRunning(void);
 PH_EXPORT int PH_IsSmashclpRunning(void);
 

@@ -1,5 +1,4 @@
-/* Tables that turn IPMI codes into the words and values of CIM. Read-only; texts fill their fields with NULs.
- */
+/* Tables that turn IPMI codes into the words and values of CIM. Read-only; texts fill their fields with NULs. */
 #ifndef PROVIDER_HELPER_TABLES_H
 #define PROVIDER_HELPER_TABLES_H
 
@@ -11,7 +10,7 @@
 extern "C" {
 #endif
 
-/* ---- Sensor states ------------------------------------------------------------------------------------ */
+/* ---- Sensor states ------------------------------------------------------------------------------------- */
 
 /* What a state means for the sensor: "Good", "Bad", "Unknown". */
 PH_EXPORT extern const char DMTF_PossibleStates[3][20];
@@ -41,7 +40,7 @@ typedef struct {
 /* Ascending by sensor type, then by offset. */
 PH_EXPORT extern const PHSensorSpecificState sensor_specific_possible_state_mapping[193];
 
-/* ---- Health ------------------------------------------------------------------------------------------- */
+/* ---- Health -------------------------------------------------------------------------------------------- */
 
 /* What a sensor's CurrentState says of the health of the element it watches. */
 typedef struct {
@@ -53,7 +52,7 @@ typedef struct {
 /* A CurrentState that has no row says nothing. */
 PH_EXPORT extern const PHHealthState logdev_health_state_mapping[89];
 
-/* ---- Events ------------------------------------------------------------------------------------------- */
+/* ---- Events -------------------------------------------------------------------------------------------- */
 
 /* A DMTF PerceivedSeverity and its name in alerts. */
 typedef struct {

@@ -19,7 +19,7 @@
 extern "C" {
 #endif
 
-/* ---- Property lists ----------------------------------------------------------------------------------- */
+/* ---- Property lists ------------------------------------------------------------------------------------ */
 
 /* 1 when `name` is to be set on an instance: `list` is NULL (no filter) or one of its entries equals `name`,
  * whatever the case. 0 otherwise, and for a NULL name. `list` ends with NULL. */
@@ -34,8 +34,7 @@ typedef struct {
     uint64_t value;
 } PHPropertyRow;
 
-/* The properties that a request may change (with their default values), or is to change (with the new ones).
- */
+/* The properties that a request may change, with their default values, or is to change, with the new ones. */
 typedef struct {
     PHPropertyRow rows[64];
     int count;
@@ -61,7 +60,7 @@ PH_EXPORT int getModifiableProperties(const CMPIInstance* modified, const CMPIIn
  * characters are looked at. NULL or empty text: count 0, `list` untouched. -1 when an allocation fails. */
 PH_EXPORT int PH_GetArrayCount(const char* text, char*** list, int* count);
 
-/* ---- Array building ----------------------------------------------------------------------------------- */
+/* ---- Array building ------------------------------------------------------------------------------------ */
 
 /* These return NULL for a NULL list, a negative count, or a broker failure. The array belongs to the broker.
  *
@@ -86,7 +85,7 @@ PH_EXPORT CMPIArray* Dup_variable_string_Array(const CMPIBroker* broker, int cou
 /* String array of the texts before the NULL. None gives NULL. */
 PH_EXPORT CMPIArray* PH_Dup_variable_string_Array(const CMPIBroker* broker, char* const* texts);
 
-/* ---- Values of a request ------------------------------------------------------------------------------ */
+/* ---- Values of a request ------------------------------------------------------------------------------- */
 
 /* 1 for the text of an integer, else 0: decimal digits, or hexadecimal ones after 0x, with a sign in front if
  * and only if `signedFlag` is 1. No digits at all are one too. */
@@ -126,25 +125,29 @@ PH_EXPORT int CheckForValidObjectPath(const CMPIBroker* broker, const CMPIObject
                                       const char* const* keyNames, CMPIString** keyValues, int keyCount,
                                       CMPIStatus* status);
 
-/* ---- Class families ----------------------------------------------------------------------------------- */
+/* ---- Class families ------------------------------------------------------------------------------------ */
 
 /* The functions of one class, named after it without "CIM_". `Record` is the class's plain data record.
  *
- *   PH_Enum_All_X      appends all records to `*records` (heap, `*count` of them; start with NULL and 0).
- * With `namesOnly` only the keys are filled. On failure nothing is appended. PH_Get_X           the record
- * with these key values (in key-list order), as an array of one. On -1 a record may have been handed out:
- * clean it either way. PH_Clean_X         frees the records with their texts, and sets the pointer to NULL. A
- * count below 1 frees the array alone. PH_MakePath_X      object path of a record in the namespace of `ref`.
- * Failure: 1 "Make ObjectPath failed." PH_MakeInst_X      instance with the keys and those properties that
- * `properties` names (NULL: all). The two integers tell the caller: 0,0 enumeration, 0,1 instance array, 0,2
- * get-instance. Failure: 1 "Make instance failed." PH_X_GetInstArray  all instances, as an array. PH_EI_X
- * PH_EIN_X PH_GI_X  the CMPI requests EnumInstances, EnumInstanceNames and GetInstance; results go to
- *                      `result`, which the caller closes (CMReturnDone). Failures: 1 "Failed to Enumerate
- *                      Instance", "Failed to Enumerate Instance Names", "Failed to Get Instance".
- *   PH_MI_X PH_CI_X PH_DI_X PH_IM_X  modify, create and delete instance, invoke method. A class that does not
- *                      offer one answers 7: "SetInstance not supported", "CreateInstance not supported",
- *                      "DeleteInstance not supported", "Invoke Method not supported". Methods of the two
- *                      computer systems, where they succeed, and of Ethernet ports close `result` themselves.
+ *   PH_Enum_All_X      appends all records to `*records` (heap, `*count` of them; start with NULL and 0). With
+ *                      `namesOnly` only the keys are filled. On failure nothing is appended.
+ *   PH_Get_X           hands out the record with these key values (in key-list order), as an array of one. On
+ *                      -1 a record may have been handed out: clean it either way.
+ *   PH_Clean_X         frees the records with their texts, and sets the pointer to NULL. A count below 1 frees
+ *                      the array alone.
+ *   PH_MakePath_X      makes the object path of a record in the namespace of `ref`. Failure: 1 "Make
+ *                      ObjectPath failed."
+ *   PH_MakeInst_X      makes an instance with the keys and those properties that `properties` names (NULL:
+ *                      all). The two integers tell the caller: 0,0 enumeration, 0,1 instance array, 0,2
+ *                      get-instance. Failure: 1 "Make instance failed."
+ *   PH_X_GetInstArray  makes an array of all instances.
+ *   PH_EI_X            answer the CMPI requests EnumInstances, EnumInstanceNames and GetInstance. Results go
+ *   PH_EIN_X           to `result`, which the caller closes (CMReturnDone). Failures: 1 "Failed to Enumerate
+ *   PH_GI_X            Instance", "Failed to Enumerate Instance Names", "Failed to Get Instance".
+ *   PH_MI_X            modify, create and delete an instance, and invoke a method. A class that does not offer
+ *   PH_CI_X            one answers 7: "SetInstance not supported", "CreateInstance not supported",
+ *   PH_DI_X            "DeleteInstance not supported", "Invoke Method not supported". Methods of the two
+ *   PH_IM_X            computer systems, where they succeed, and of Ethernet ports close `result` themselves.
  *
  * Beside them a class has PH_Fill_X, which fills the non-key fields of a record from its back-end rows. */
 #define PH_DECLARE_CLASS_FAMILY(X, Record)                                                                   \
@@ -204,7 +207,7 @@ PH_EXPORT int PH_Init(const CMPIBroker* broker, const CMPIContext* context, cons
 PH_EXPORT extern PlatformFunctions g_fp;
 PH_EXPORT extern CoreFeatures g_corefeatures;
 
-/* ---- Back ends ---------------------------------------------------------------------------------------- */
+/* ---- Back ends ----------------------------------------------------------------------------------------- */
 
 /* Opens the local IPMI session with the settings of the SMASH database: six attempts, five seconds apart.
  * 0 open; -1 no database or no session; 1 no settings in the database, which callers take for success: calls
