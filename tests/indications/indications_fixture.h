@@ -1,7 +1,6 @@
 // Requests to the classes of indications, on a virtual BMC and an empty database.
 #pragma once
 
-#include "class_requests.h"
 #include "ipmi/commands.h"
 #include "managed_bmc.h"
 #include "platform_calls.h"
@@ -83,11 +82,6 @@ protected:
     };
 };
 
-// The code and text of a refusal.
-MATCHER_P2(Refuses, code, message, "") {
-    *result_listener << "code " << arg.code << ", message \"" << arg.message << "\"";
-    return arg.code == code && arg.message == message;
-}
 MATCHER(Succeeds, "") {
     *result_listener << "code " << arg.code << ", message \"" << arg.message << "\"";
     return arg.code == CMPI_RC_OK && arg.message.empty();
