@@ -109,7 +109,7 @@ ph::MethodAnswer changeState(ph::MethodCall& call) {
     char message[PH_SERVICE_MESSAGE_SIZE] = "Unable to record how the job ended."; // unless the change fails
     const ph::MethodAnswer answer = call.report(jobName, [&] {
         return isCarriedOut(state)
-                   ? PH_Set_ProtocolService_EnabledState(serviceName, state, message) == 0
+                   ? PH_RequestStateChange_DB(state, serviceName, message) == 0
                    : ph::explain(message, PH_SERVICE_MESSAGE_SIZE, "Invalid Parameter value") == 0;
     });
     if (answer == ph::methodFailed)

@@ -63,6 +63,9 @@ private:
 } // namespace ph
 
 int PH_RequestStateChange_DB(uint16_t requestedState, const char* serviceName, char* message) {
+    ph::Database database;
+    if (!database.open(PH_CreateSmashDBHandle))
+        return ph::explain(message, PH_SERVICE_MESSAGE_SIZE, "Internal Error : Failed to invoke method");
     return PH_Set_ProtocolService_EnabledState(serviceName, requestedState, message);
 }
 

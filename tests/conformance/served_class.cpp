@@ -17,11 +17,14 @@ void look(Function*& function, const std::string& className, const char* operati
 }
 
 ClassFunctions functionsOf(const std::string& name) {
-    ClassFunctions functions{.name = name.c_str()};
+    ClassFunctions functions{};
+    functions.name = name.c_str();
     look(functions.ei, name, "EI_");
     look(functions.ein, name, "EIN_");
     look(functions.gi, name, "GI_");
-    look(functions.getInstArray, name, "", "_GetInstArray");
+    // CIM_Error has none.
+    if (dlsym(RTLD_DEFAULT, ("PH_" + name.substr(4) + "_GetInstArray").c_str()) != nullptr)
+        look(functions.getInstArray, name, "", "_GetInstArray");
     look(functions.mi, name, "MI_");
     look(functions.ci, name, "CI_");
     look(functions.di, name, "DI_");

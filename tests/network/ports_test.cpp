@@ -163,9 +163,9 @@ TEST_F(Ports, bondTakesThePlaceOfAllLans) {
 // A BMC that has no OEM command, one that answers nothing but what lists the LANs, none, and one without
 // LANs.
 TEST_F(Ports, areListedByABmcThatSaysLittle) {
-    for (const auto code : {command::getInterfaceName, command::getLanEnable, command::getBond,
-                            command::getPhy, command::getEthernetSettings})
-        addFault(code);
+    for (const auto code : {ipmi::oem::getInterfaceName, ipmi::oem::getLanEnable, ipmi::oem::getBond,
+                            ipmi::oem::getPhy, ipmi::oem::getEthernetSettings})
+        bmc().addFault({.netFn = code.netFn, .command = code.number, .value = 0xC1});
     auto port = instance("CIM_EthernetPort", 1);
     EXPECT_EQ(textOf(port, "DeviceID"), "EthernetPort2:eth1:2");
     EXPECT_EQ(textOf(port, "EnabledState"), "2");
@@ -213,9 +213,9 @@ TEST_F(Ports, lanIsSwitched) {
     EXPECT_EQ(lan("eth0", "enable"), "both");
 
     EXPECT_EQ(change("eth0", 3), "0");
-    failCommand(command::setLanEnable);
+    failCommand(ipmi::oem::setLanEnable);
     EXPECT_EQ(change("eth0", 2), "Unable to enable the EthernertPort");
-    failCommand(command::getLanEnable);
+    failCommand(ipmi::oem::getLanEnable);
     EXPECT_EQ(change("eth0", 2), "-1");
     EXPECT_EQ(change("usb0", 3), "0"); // no interface of the controller: only noted
     EXPECT_EQ(requestedState("usb0"), "03");
@@ -239,11 +239,11 @@ TEST_F(Ports, bondIsSwitched) {
     EXPECT_EQ(change("eth1", 2), "0");
     EXPECT_EQ(change("bond0", 3), "0");
     EXPECT_EQ(requestedState("bond0"), "03");
-    failCommand(command::setBond);
+    failCommand(ipmi::oem::setBond);
     EXPECT_EQ(change("bond0", 2), "Unable to enable the interface");
-    failCommand(command::getBond, 1);
+    failCommand(ipmi::oem::getBond, 1);
     EXPECT_EQ(change("bond0", 2), lastBond);
-    failCommand(command::getBond);
+    failCommand(ipmi::oem::getBond);
     EXPECT_EQ(change("bond0", 2), "-1");
 }
 

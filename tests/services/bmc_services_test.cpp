@@ -7,8 +7,8 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr auto getConfiguration = ipmi::command::getServiceConfiguration,
-               setConfiguration = ipmi::command::setServiceConfiguration;
+constexpr auto getConfiguration = ipmi::oem::getServiceConfiguration,
+               setConfiguration = ipmi::oem::setServiceConfiguration;
 constexpr const char* internalError = "Internal Error : Failed to invoke method";
 constexpr const char* jobName = "SSHProtocolService_RequestStateChange";
 
