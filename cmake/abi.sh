@@ -36,7 +36,8 @@ compare)
     ;;
 record)
     mkdir -p abi && abidw "${interface[@]}" --headers-dir include --no-show-locs --no-corpus-path --no-comp-dir-path \
-        --no-parameter-names --type-id-style hash --out-file "$baseline" "$library"
+        --no-parameter-names --type-id-style hash --out-file "$baseline" "$library" &&
+        sed -i -E "s|path='[^']*/src/|path='src/|" "$baseline" # no matter where the tree was built
     ;;
 *) usage >&2 && exit 2 ;;
 esac
