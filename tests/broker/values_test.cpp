@@ -20,55 +20,42 @@ Value arrayOf(CMPIType type, Value::Array elements) {
     return {static_cast<CMPIType>(type | CMPI_ARRAY), std::move(elements)};
 }
 
-struct ValueCase {
-    const char* name;
+const struct {
     Value value;
     std::string text;
-};
-
-const ValueCase valueCases[] = {
-    {"null", {CMPI_uint16, {}}, "NULL"},
-    {"true", {CMPI_boolean, true}, "TRUE"},
-    {"false", {CMPI_boolean, false}, "FALSE"},
-    {"uint8", {CMPI_uint8, std::uint64_t{255}}, "255"},
-    {"uint16", {CMPI_uint16, std::uint64_t{65535}}, "65535"},
-    {"char16", {CMPI_char16, std::uint64_t{0x20AC}}, "8364"},
-    {"uint32", {CMPI_uint32, std::uint64_t{4294967295}}, "4294967295"},
-    {"uint64", {CMPI_uint64, ~std::uint64_t{0}}, "18446744073709551615"},
-    {"sint8", {CMPI_sint8, std::int64_t{-128}}, "-128"},
-    {"sint16", {CMPI_sint16, std::int64_t{-32768}}, "-32768"},
-    {"sint32", {CMPI_sint32, std::int64_t{-2147483648}}, "-2147483648"},
-    {"sint64", {CMPI_sint64, INT64_MIN}, "-9223372036854775808"},
-    {"real32", {CMPI_real32, double{0.1F}}, "0.1"},
-    {"real64", {CMPI_real64, -2.5}, "-2.5"},
-    {"string", {CMPI_string, std::string("a \"b\"")}, "a \"b\""},
-    {"emptyString", {CMPI_string, std::string()}, ""},
-    {"dateTime", {CMPI_dateTime, DateTime{1'000'000, true, 0}}, "00000000000001.000000:000"},
-    {"reference",
-     {CMPI_ref, std::make_shared<const ObjectPath>(disk)},
-     "//host/root/cimv2:CIM_Disk.DeviceID=\"sda\""},
-    {"embedded",
-     {CMPI_instance, std::make_shared<const Instance>(Instance{disk, {{"Size", {CMPI_uint64, {}}}}})},
+} valueCases[] = {
+    {{CMPI_uint16, {}}, "NULL"},
+    {{CMPI_boolean, true}, "TRUE"},
+    {{CMPI_boolean, false}, "FALSE"},
+    {{CMPI_uint8, std::uint64_t{255}}, "255"},
+    {{CMPI_uint16, std::uint64_t{65535}}, "65535"},
+    {{CMPI_char16, std::uint64_t{0x20AC}}, "8364"},
+    {{CMPI_uint32, std::uint64_t{4294967295}}, "4294967295"},
+    {{CMPI_uint64, ~std::uint64_t{0}}, "18446744073709551615"},
+    {{CMPI_sint8, std::int64_t{-128}}, "-128"},
+    {{CMPI_sint16, std::int64_t{-32768}}, "-32768"},
+    {{CMPI_sint32, std::int64_t{-2147483648}}, "-2147483648"},
+    {{CMPI_sint64, INT64_MIN}, "-9223372036854775808"},
+    {{CMPI_real32, double{0.1F}}, "0.1"},
+    {{CMPI_real64, -2.5}, "-2.5"},
+    {{CMPI_string, std::string("a \"b\"")}, "a \"b\""},
+    {{CMPI_string, std::string()}, ""},
+    {{CMPI_dateTime, DateTime{1'000'000, true, 0}}, "00000000000001.000000:000"},
+    {{CMPI_ref, std::make_shared<const ObjectPath>(disk)}, "//host/root/cimv2:CIM_Disk.DeviceID=\"sda\""},
+    {{CMPI_instance, std::make_shared<const Instance>(Instance{disk, {{"Size", {CMPI_uint64, {}}}}})},
      "instance of CIM_Disk"},
-    {"uint16Array", arrayOf(CMPI_uint16, {{CMPI_uint16, std::uint64_t{2}}, {CMPI_uint16, {}}}), "{2, NULL}"},
-    {"stringArray", arrayOf(CMPI_string, {{CMPI_string, std::string("a, b")}, {CMPI_string, {}}}),
-     "{\"a, b\", NULL}"},
-    {"emptyArray", arrayOf(CMPI_string, {}), "{}"},
-    {"instanceArray",
-     arrayOf(CMPI_instance, {{CMPI_instance, std::make_shared<const Instance>(Instance{disk, {}})}}),
+    {arrayOf(CMPI_uint16, {{CMPI_uint16, std::uint64_t{2}}, {CMPI_uint16, {}}}), "{2, NULL}"},
+    {arrayOf(CMPI_string, {{CMPI_string, std::string("a, b")}, {CMPI_string, {}}}), "{\"a, b\", NULL}"},
+    {arrayOf(CMPI_string, {}), "{}"},
+    {arrayOf(CMPI_instance, {{CMPI_instance, std::make_shared<const Instance>(Instance{disk, {}})}}),
      "{instance of CIM_Disk}"},
 };
 
-class Values : public testing::TestWithParam<ValueCase> {};
-INSTANTIATE_TEST_SUITE_P(All, Values, testing::ValuesIn(valueCases),
-                         [](const auto& row) { return row.param.name; });
-
-TEST_P(Values, roundTripThroughProperty) {
-    const Value& value = GetParam().value;
-    EXPECT_EQ(toText(value), GetParam().text);
-
+TEST(Value, roundTripsThroughAProperty) {
     Broker broker;
-    {
+    for (const auto& [value, text] : valueCases) {
+        SCOPED_TRACE(text);
+        EXPECT_EQ(toText(value), text);
         Scope scope(broker);
         CMPIInstance* instance = scope.make(Instance{});
         const CMPIData given = scope.makeData(value);
