@@ -120,15 +120,12 @@ TEST_F(Faults, messagesAreRecordedUpToTheLimit) {
     EXPECT_THAT(messages[2].request, SizeIs(ipmi::maxMessage)) << "cut";
     EXPECT_THAT(messages[2].answer, ElementsAre(0xC1));
 
-    bmc->recordMessages(1);
-    EXPECT_THAT(bmc->recordedMessages(), IsEmpty());
-    reading();
-    EXPECT_THAT(bmc->recordedMessages(), SizeIs(1));
     bmc->recordMessages(0);
     reading();
     EXPECT_THAT(bmc->recordedMessages(), IsEmpty());
     bmc->recordMessages(1);
     reading();
+    EXPECT_THAT(bmc->recordedMessages(), SizeIs(1));
     create("{}");
     EXPECT_THAT(bmc->recordedMessages(), IsEmpty()) << "a new machine has received none";
 }
