@@ -151,15 +151,6 @@ int CIM_Close_Session(IPMI20_SESSION_T* session) {
     return failing ? -1 : result;
 }
 
-int CIM_GetPEFTable(IPMI20_SESSION_T* session, CIM_PEFEntry* table, uint8_t* count, int timeout) {
-    if (fails(__func__, session, table, count, timeout))
-        return -1;
-    if (!platformCalls.leavesPefTable)
-        return real<decltype(CIM_GetPEFTable)>(__func__)(session, table, count, timeout);
-    *count = CIM_MAX_PEF_ENTRIES;
-    return 0;
-}
-
 #include "platform_functions.inc"
 
 } // extern "C"

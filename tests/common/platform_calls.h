@@ -21,7 +21,6 @@ struct PlatformCalls {
     bool hasFailed = false;
     std::set<std::string, std::less<>> broken;             // functions that fail whenever they are called
     std::map<std::string, std::any, std::less<>> standIns; // functions that answer in the platform's place
-    bool leavesPefTable = false;                           // counts the filters without reading any
 
     int openHandles = 0;                // of databases
     int openSessions = 0;               // of IPMI

@@ -4,16 +4,11 @@
 
 namespace {
 
-// PH_EI_Sensor for "CIM_Sensor", "EI_" and "".
-void* address(const std::string& className, const char* operation, const char* suffix = "") {
-    const std::string symbol = std::string("PH_") + operation + className.substr(4) + suffix;
-    void* const found = dlsym(RTLD_DEFAULT, symbol.c_str());
-    return found != nullptr ? found : throw std::runtime_error("no function " + symbol);
-}
-
+// PH_EI_Sensor of "CIM_Sensor" and "EI_"; nothing where the class has no such function.
 template <class Function>
 void look(Function*& function, const std::string& className, const char* operation, const char* suffix = "") {
-    function = reinterpret_cast<Function*>(address(className, operation, suffix));
+    const std::string symbol = std::string("PH_") + operation + className.substr(4) + suffix;
+    function = reinterpret_cast<Function*>(dlsym(RTLD_DEFAULT, symbol.c_str()));
 }
 
 ClassFunctions functionsOf(const std::string& name) {
@@ -44,11 +39,13 @@ ServedClass::ServedClass(const broker::Broker& broker, const phctl::ClassDescrip
     : ClassRequests(broker, functionsOf(served.name)), description(served) {}
 
 bool ServedClass::find(CMPIString** keyValues) const {
+    int (*getRecord)(void**, CMPIString**) = nullptr;
+    void (*clean)(void**, int) = nullptr;
+    look(getRecord, description.name, "Get_");
+    look(clean, description.name, "Clean_");
     void* record = nullptr;
-    const int result = reinterpret_cast<int (*)(void**, CMPIString**)>(address(description.name, "Get_"))(
-        &record, keyValues);
-    reinterpret_cast<void (*)(void**, int)>(address(description.name, "Clean_"))(&record,
-                                                                                 record != nullptr ? 1 : 0);
+    const int result = getRecord(&record, keyValues);
+    clean(&record, record != nullptr ? 1 : 0);
     return result == 0;
 }
 

@@ -59,8 +59,8 @@ protected:
             if (!reply.ok())
                 last = call + ": " + reply.message;
             else
-                EXPECT_THAT(call, testing::AnyOf("OEM_GetSPSystemName", "CIM_Create_IPMI20_Session",
-                                                 "CIM_Close_Session", "db_close"));
+                EXPECT_THAT(call, testing::AnyOf("CIM_Create_IPMI20_Session", "CIM_Close_Session", "db_close",
+                                                 "OEM_GetSPSystemName"));
         }
     }
 };

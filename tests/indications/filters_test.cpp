@@ -66,9 +66,12 @@ TEST_F(Filters, enabledEntriesAndRowsAreInstances) {
     EXPECT_EQ(query("IndicationFilter:IPMIPEF-1-4"), "Failed to Get Instance");
 
     // Entries that are counted but not filled: nothing of the table before is taken for them.
-    platformCalls.leavesPefTable = true;
+    PH_STAND_IN(CIM_GetPEFTable, [](auto*, CIM_PEFEntry*, uint8_t* count, int) {
+        *count = CIM_MAX_PEF_ENTRIES;
+        return 0;
+    });
     EXPECT_THAT(names(filterClass), ElementsAre(cimxmlName));
-    platformCalls.leavesPefTable = false;
+    platformCalls.standIns.clear();
 
     createBmc("{}");
     ASSERT_THAT(remove(path(filterClass, cimxmlName)), Succeeds());

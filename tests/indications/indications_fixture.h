@@ -1,9 +1,7 @@
 // Requests to the classes of indications, on a virtual BMC and an empty database.
 #pragma once
 
-#include "ipmi/commands.h"
 #include "managed_bmc.h"
-#include "platform_calls.h"
 
 #include <provider_helper/indications.h>
 
@@ -16,15 +14,6 @@ using Bytes = std::vector<std::uint8_t>;
 
 class Indications : public ManagedBmc {
 protected:
-    Indications() : ManagedBmc("{}") { platformCalls.clear(); }
-    ~Indications() override {
-        EXPECT_EQ(platformCalls.openSessions, 0);
-        EXPECT_EQ(platformCalls.openHandles, 0);
-    }
-
-    void createBmc(const std::string& model) const {
-        vbmc::createFromText(stateFile, model, "model", vbmc::Existing::Replace);
-    }
     const ClassRequests& requests(const broker::ObjectPath& object) const {
         return classes.at(object.className);
     }

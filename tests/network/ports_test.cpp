@@ -1,4 +1,5 @@
 // CIM_EthernetPort, its method RequestStateChange, and CIM_LANEndpoint.
+#include "ipmi/command.h"
 #include "network_fixture.h"
 
 #include <cstring>
@@ -10,7 +11,7 @@ using broker::Reply;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-namespace command = ipmi::command;
+namespace oem = ipmi::oem;
 constexpr char alreadyActive[] = "This EthernetPort is already active";
 constexpr char alreadyDisabled[] = "This EthernetPort is already disabled";
 constexpr char lastLan[] = "Atleast one interface must be working for a BMC";
@@ -163,16 +164,17 @@ TEST_F(Ports, bondTakesThePlaceOfAllLans) {
 // A BMC that has no OEM command, one that answers nothing but what lists the LANs, none, and one without
 // LANs.
 TEST_F(Ports, areListedByABmcThatSaysLittle) {
-    for (const auto code : {ipmi::oem::getInterfaceName, ipmi::oem::getLanEnable, ipmi::oem::getBond,
-                            ipmi::oem::getPhy, ipmi::oem::getEthernetSettings})
-        bmc().addFault({.netFn = code.netFn, .command = code.number, .value = 0xC1});
+    for (const auto code :
+         {oem::getInterfaceName, oem::getLanEnable, oem::getBond, oem::getPhy, oem::getEthernetSettings})
+        bmc().addFault(
+            {.netFn = code.netFn, .command = code.number, .value = ipmi::completion::invalidCommand});
     auto port = instance("CIM_EthernetPort", 1);
     EXPECT_EQ(textOf(port, "DeviceID"), "EthernetPort2:eth1:2");
     EXPECT_EQ(textOf(port, "EnabledState"), "2");
     EXPECT_EQ(textOf(port, "Speed"), "0");
     EXPECT_EQ(textOf(port, "ActiveMaximumTransmissionUnit"), "1500");
 
-    addFault(command::getLanConfiguration);
+    addFault(ipmi::command::getLanConfiguration);
     EXPECT_EQ(get("CIM_EthernetPort", "PermanentAddress"), "00:00:00:00:00:00");
     EXPECT_EQ(get("CIM_LANEndpoint", "LANID"), "0");
     EXPECT_EQ(get("CIM_IPProtocolEndpoint", "IPv4Address"), "0.0.0.0");
@@ -213,9 +215,9 @@ TEST_F(Ports, lanIsSwitched) {
     EXPECT_EQ(lan("eth0", "enable"), "both");
 
     EXPECT_EQ(change("eth0", 3), "0");
-    failCommand(ipmi::oem::setLanEnable);
+    failCommand(oem::setLanEnable);
     EXPECT_EQ(change("eth0", 2), "Unable to enable the EthernertPort");
-    failCommand(ipmi::oem::getLanEnable);
+    failCommand(oem::getLanEnable);
     EXPECT_EQ(change("eth0", 2), "-1");
     EXPECT_EQ(change("usb0", 3), "0"); // no interface of the controller: only noted
     EXPECT_EQ(requestedState("usb0"), "03");
@@ -239,11 +241,11 @@ TEST_F(Ports, bondIsSwitched) {
     EXPECT_EQ(change("eth1", 2), "0");
     EXPECT_EQ(change("bond0", 3), "0");
     EXPECT_EQ(requestedState("bond0"), "03");
-    failCommand(ipmi::oem::setBond);
+    failCommand(oem::setBond);
     EXPECT_EQ(change("bond0", 2), "Unable to enable the interface");
-    failCommand(ipmi::oem::getBond, 1);
+    failCommand(oem::getBond, 1);
     EXPECT_EQ(change("bond0", 2), lastBond);
-    failCommand(ipmi::oem::getBond);
+    failCommand(oem::getBond);
     EXPECT_EQ(change("bond0", 2), "-1");
 }
 
