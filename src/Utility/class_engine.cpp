@@ -168,6 +168,47 @@ bool setText(CMPIInstance* instance, const char* name, const char* text) {
            CMPI_RC_OK;
 }
 
+bool addKey(CMPIObjectPath* path, const char* name, const char* text) {
+    return CMAddKey(path, name, reinterpret_cast<const CMPIValue*>(text), CMPI_chars).rc == CMPI_RC_OK;
+}
+
+Temporary<CMPIObjectPath> newPath(const Maker& maker, const char* className) {
+    auto path = temporary<CMPIObjectPath>(maker, nullptr);
+    CMPIStatus status = success;
+    if (maker.hasNameSpace)
+        path.reset(CMNewObjectPath(maker.broker, maker.nameSpace, className, &status));
+    if (status.rc != CMPI_RC_OK)
+        path.reset();
+    return path;
+}
+
+bool setReference(const Maker& maker, CMPIInstance* instance, const char* name, const Reference& reference) {
+    if (reference.className == nullptr)
+        return true;
+    const auto path = newPath(maker, reference.className);
+    if (path == nullptr)
+        return false;
+    for (const Reference::Key& key : reference.keys)
+        if (key.name != nullptr && !addKey(path.get(), key.name, key.text))
+            return false;
+    CMPIValue value{};
+    value.ref = path.get();
+    return CMSetProperty(instance, name, &value, CMPI_ref).rc == CMPI_RC_OK;
+}
+
+Temporary<CMPIInstance> buildInstance(const ClassFamily& family, const Maker& maker, const char** properties,
+                                      const void* record);
+
+bool setInstance(const Maker& maker, CMPIInstance* instance, const char* name,
+                 const EmbeddedInstance& embedded) {
+    if (embedded.record == nullptr)
+        return true;
+    const auto built = buildInstance(*embedded.family, maker, nullptr, embedded.record);
+    CMPIValue value{};
+    value.inst = built.get();
+    return built != nullptr && CMSetProperty(instance, name, &value, CMPI_instance).rc == CMPI_RC_OK;
+}
+
 bool setProperty(const Maker& maker, CMPIInstance* instance, const Property& property, const void* record) {
     const CMPIBroker* const broker = maker.broker;
     ComputedValue computed{};
@@ -212,6 +253,10 @@ bool setProperty(const Maker& maker, CMPIInstance* instance, const Property& pro
         return *texts == nullptr ||
                setArray(instance, property.name, PH_Dup_variable_string_Array(broker, texts), CMPI_stringA);
     }
+    case Kind::Reference:
+        return setReference(maker, instance, property.name, *static_cast<const Reference*>(field));
+    case Kind::Instance:
+        return setInstance(maker, instance, property.name, *static_cast<const EmbeddedInstance*>(field));
     default: {
         CMPIValue value{};
         std::memcpy(&value, field, scalarSize(property.kind));
@@ -221,19 +266,14 @@ bool setProperty(const Maker& maker, CMPIInstance* instance, const Property& pro
 }
 
 Temporary<CMPIObjectPath> buildPath(const ClassFamily& family, const Maker& maker, const void* record) {
-    auto path = temporary<CMPIObjectPath>(maker, nullptr);
-    CMPIStatus status = success;
-    if (maker.hasNameSpace)
-        path.reset(CMNewObjectPath(maker.broker, maker.nameSpace, family.name, &status));
-    if (path == nullptr || status.rc != CMPI_RC_OK)
-        return temporary<CMPIObjectPath>(maker, nullptr);
+    auto path = newPath(maker, family.name);
+    if (path == nullptr)
+        return path;
     for (const Property& key : family.properties) {
         if (!key.isKey)
             continue;
         const char* text = keyText(key, record);
-        if (*text == '\0' ||
-            CMAddKey(path.get(), key.name, reinterpret_cast<const CMPIValue*>(text), CMPI_chars).rc !=
-                CMPI_RC_OK)
+        if (*text == '\0' || !addKey(path.get(), key.name, text))
             return temporary<CMPIObjectPath>(maker, nullptr);
     }
     return path;

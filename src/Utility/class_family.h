@@ -93,7 +93,8 @@ struct ClassFamily {
 
 namespace detail {
 
-// Every name of the key list is a key property held as text, and no other property is a key.
+// Every name of the key list is a key property held as text, as CheckForValidObjectPath takes no reference
+// for a key; and no other property is a key.
 consteval bool keysDescribed(std::span<const char* const> keys, std::span<const Property> properties) {
     std::size_t described = 0;
     for (const Property& property : properties) {

@@ -29,6 +29,9 @@ enum class Kind : std::uint8_t {
     StringList,    // char*[N] up to NULL, heap strings of the record: string[]; none leaves the property out
     DateTimeText,  // char[N]: datetime of this DMTF text; an empty one leaves the property out
     DateTimeValue, // ph::DateTime: datetime
+    Reference, // ph::Reference: a path in the request's namespace; one without a class leaves the property
+               // out
+    Instance,  // ph::EmbeddedInstance: an instance as a value; one without a record leaves the property out
 };
 
 // A datetime that is published from its number. Without one it is made from no text, the broker's value for a
@@ -36,6 +39,25 @@ enum class Kind : std::uint8_t {
 struct DateTime {
     static constexpr std::uint64_t none = ~std::uint64_t{0};
     std::uint64_t microseconds; // since 1970 UTC, or of the interval
+};
+
+struct ClassFamily;
+
+// Another instance as a record names it: by its class and keys, which are texts.
+struct Reference {
+    static constexpr std::size_t mostKeys = 8;
+    struct Key {
+        const char* name; // nullptr behind the last
+        const char* text;
+    };
+    const char* className;
+    Key keys[mostKeys];
+};
+
+// Another instance as a part of this one, with all its properties: the record of its class.
+struct EmbeddedInstance {
+    const ClassFamily* family;
+    const void* record;
 };
 
 template <class T>
@@ -60,6 +82,10 @@ consteval Kind kindOf() {
         return Kind::Uint16ListRef;
     else if constexpr (std::is_same_v<T, DateTime>)
         return Kind::DateTimeValue;
+    else if constexpr (std::is_same_v<T, Reference>)
+        return Kind::Reference;
+    else if constexpr (std::is_same_v<T, EmbeddedInstance>)
+        return Kind::Instance;
     else if constexpr (std::is_same_v<T, float>)
         return Kind::Real32;
     else if constexpr (std::is_same_v<T, double>)
@@ -87,6 +113,7 @@ struct Property {
     std::size_t offset;
     bool (*condition)(const void* record);            // nullptr: always published
     void (*compute)(const void* record, void* value); // nullptr: the value is the field at `offset`
+    const char* className = nullptr; // that a reference or embedded instance is declared with
 };
 
 // Room for the value of a compute function: every kind but the arrays.
@@ -94,6 +121,8 @@ union ComputedValue {
     std::uint64_t integer;
     double real;
     const void* pointer;
+    Reference reference;
+    EmbeddedInstance instance;
 };
 
 namespace detail {
@@ -148,7 +177,17 @@ consteval Property key(const char* name, Kind kind, std::size_t offset) {
 // A property whose value `Function` makes from the record.
 template <auto Function>
 consteval Property computed(const char* name, bool (*condition)(const void*) = nullptr) {
-    return {name, kindOf<detail::ResultOf<Function>>(), false, 0, condition, detail::compute<Function>};
+    constexpr Kind kind = kindOf<detail::ResultOf<Function>>();
+    static_assert(kind != Kind::Reference && kind != Kind::Instance, "declared with a class");
+    return {name, kind, false, 0, condition, detail::compute<Function>};
+}
+
+// The same for a reference or an embedded instance.
+template <auto Function>
+consteval Property toClass(const char* name, const char* className) {
+    constexpr Kind kind = kindOf<detail::ResultOf<Function>>();
+    static_assert(kind == Kind::Reference || kind == Kind::Instance);
+    return {name, kind, false, 0, nullptr, detail::compute<Function>, className};
 }
 
 } // namespace ph
@@ -164,3 +203,5 @@ consteval Property computed(const char* name, bool (*condition)(const void*) = n
 #define PH_DATETIME(Record, field) ::ph::stored(#field, ::ph::Kind::DateTimeText, offsetof(Record, field))
 #define PH_COMPUTED(name, function) ::ph::computed<&function>(name)
 #define PH_COMPUTED_IF(name, function, test) ::ph::computed<&function>(name, ::ph::detail::condition<&test>)
+// `function` returns the Reference or EmbeddedInstance to an instance of the class or of one derived from it.
+#define PH_TO_CLASS(name, className, function) ::ph::toClass<&function>(name, className)

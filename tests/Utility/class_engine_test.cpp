@@ -55,6 +55,26 @@ const char* caption(const TestItemRecord& record) {
     return record.Tiny == 0 ? nullptr : record.Name;
 }
 
+struct TestPartRecord {
+    char ElementName[128];
+};
+constexpr ph::Property partProperties[] = {PH_PROPERTY(TestPartRecord, ElementName)};
+constexpr ph::ClassDefinition<TestPartRecord> partDefinition{
+    .name = "CIM_TestPart", .superclass = nullptr, .keys = {}, .properties = partProperties};
+constexpr ph::ClassFamily partFamily = ph::detail::eraseTypes<TestPartRecord, partDefinition>();
+
+// The first item has an owner, and a part that is named as it is.
+ph::Reference owner(const TestItemRecord& record) {
+    if (record.Tiny == 0)
+        return {};
+    return {"CIM_TestOwner", {{"Name", record.Name}, {"SystemName", "system"}}};
+}
+ph::EmbeddedInstance part(const TestItemRecord& record) {
+    static TestPartRecord made;
+    ph::copyText(made.ElementName, record.Name);
+    return {&partFamily, record.Tiny == 0 ? nullptr : &made};
+}
+
 constexpr const char* itemKeys[] = {"CreationClassName", "Name"};
 constexpr ph::Property itemProperties[] = {
     PH_KEY(TestItemRecord, Name),
@@ -76,6 +96,8 @@ constexpr ph::Property itemProperties[] = {
     PH_PROPERTY(TestItemRecord, Texts),
     PH_PROPERTY_IF(TestItemRecord, Note, hasNote),
     PH_COMPUTED("Caption", caption),
+    PH_TO_CLASS("Owner", "CIM_TestOwner", owner),
+    PH_TO_CLASS("Part", "CIM_TestPart", part),
 };
 
 // Items "1", "2", …; the first one has everything at its limits, the second is as empty as can be.
@@ -147,6 +169,13 @@ PH_EXPORT_CLASS_FAMILY(TestItem, TestItemRecord, definition)
 
 namespace {
 
+Value reference(broker::ObjectPath path) {
+    return {CMPI_ref, std::make_shared<const broker::ObjectPath>(std::move(path))};
+}
+Value embedded(broker::Instance part) {
+    return {CMPI_instance, std::make_shared<const broker::Instance>(std::move(part))};
+}
+
 NamedValues keysOf(const char* name) {
     return {{"Name", text(name)}, {"CreationClassName", text("CIM_TestItem")}};
 }
@@ -169,30 +198,35 @@ TEST_F(ClassEngine, publishesEveryKindOfProperty) {
     const Reply reply = requests.enumerate();
     ASSERT_THAT(reply.instances, SizeIs(2)) << reply.message;
     EXPECT_EQ(reply.instances[0].path, requests.path(keysOf("1")));
-    EXPECT_EQ(reply.instances[0].properties,
-              (NamedValues{{"Name", text("1")},
-                           {"CreationClassName", text("CIM_TestItem")},
-                           {"ElementName", text("1")},
-                           {"Flag", {CMPI_boolean, true}},
-                           {"Tiny", number(CMPI_uint8, 255)},
-                           {"State", number(CMPI_uint16, 65535)},
-                           {"Size", number(CMPI_uint32, 4294967295)},
-                           {"Total", number(CMPI_uint64, UINT64_MAX)},
-                           {"Low", negative(CMPI_sint8, INT8_MIN)},
-                           {"Lower", negative(CMPI_sint16, INT16_MIN)},
-                           {"Lowest", negative(CMPI_sint32, INT32_MIN)},
-                           {"Deep", negative(CMPI_sint64, INT64_MIN)},
-                           {"Ratio", {CMPI_real32, 0.5}},
-                           {"Share", {CMPI_real64, -0.25}},
-                           {"OperationalStatus",
-                            arrayOf(CMPI_uint16, {number(CMPI_uint16, 2), number(CMPI_uint16, 17)})},
-                           {"Slots", arrayOf(CMPI_uint16, {number(CMPI_uint16, 5), number(CMPI_uint16, 0)})},
-                           {"Texts", arrayOf(CMPI_string, {text("a"), text("b")})},
-                           {"Note", text("note")},
-                           {"Caption", text("1")}}));
+    EXPECT_EQ(
+        reply.instances[0].properties,
+        (NamedValues{
+            {"Name", text("1")},
+            {"CreationClassName", text("CIM_TestItem")},
+            {"ElementName", text("1")},
+            {"Flag", {CMPI_boolean, true}},
+            {"Tiny", number(CMPI_uint8, 255)},
+            {"State", number(CMPI_uint16, 65535)},
+            {"Size", number(CMPI_uint32, 4294967295)},
+            {"Total", number(CMPI_uint64, UINT64_MAX)},
+            {"Low", negative(CMPI_sint8, INT8_MIN)},
+            {"Lower", negative(CMPI_sint16, INT16_MIN)},
+            {"Lowest", negative(CMPI_sint32, INT32_MIN)},
+            {"Deep", negative(CMPI_sint64, INT64_MIN)},
+            {"Ratio", {CMPI_real32, 0.5}},
+            {"Share", {CMPI_real64, -0.25}},
+            {"OperationalStatus", arrayOf(CMPI_uint16, {number(CMPI_uint16, 2), number(CMPI_uint16, 17)})},
+            {"Slots", arrayOf(CMPI_uint16, {number(CMPI_uint16, 5), number(CMPI_uint16, 0)})},
+            {"Texts", arrayOf(CMPI_string, {text("a"), text("b")})},
+            {"Note", text("note")},
+            {"Caption", text("1")},
+            {"Owner",
+             reference(
+                 {"", "root/cimv2", "CIM_TestOwner", {{"Name", text("1")}, {"SystemName", text("system")}}})},
+            {"Part", embedded({{"", "root/cimv2", "CIM_TestPart", {}}, {{"ElementName", text("1")}}})}}));
     // Without a value these are left out; numbers always have one, and a list may be empty.
     const NamedValues& empty = reply.instances[1].properties;
-    for (const char* name : {"Slots", "Texts", "Note", "Caption"})
+    for (const char* name : {"Slots", "Texts", "Note", "Caption", "Owner", "Part"})
         EXPECT_EQ(find(empty, name), nullptr) << name;
     EXPECT_EQ(*find(empty, "OperationalStatus"), arrayOf(CMPI_uint16, {}));
     EXPECT_EQ(*find(empty, "Total"), number(CMPI_uint64, 0));

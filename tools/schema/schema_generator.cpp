@@ -69,6 +69,10 @@ CMPIType typeOf(Kind kind) {
     case Kind::DateTimeText:
     case Kind::DateTimeValue:
         return CMPI_dateTime;
+    case Kind::Reference:
+        return CMPI_ref;
+    case Kind::Instance:
+        return CMPI_instance;
     }
     throw std::logic_error("a kind without a CIM type");
 }
@@ -91,6 +95,14 @@ bool isArray(CMPIType type) {
     return (type & CMPI_ARRAY) != 0;
 }
 
+ordered_json describe(const char* name, CMPIType type, bool isKey, const char* className = nullptr) {
+    ordered_json description{
+        {"name", name}, {"type", nameOf(type)}, {"array", isArray(type)}, {"key", isKey}};
+    if (className != nullptr)
+        description["class"] = className;
+    return description;
+}
+
 ordered_json describe(const Method& method) {
     ordered_json parameters = ordered_json::array();
     for (const Parameter& parameter : method.parameters) {
@@ -109,13 +121,9 @@ ordered_json describe(const ClassFamily& family) {
                              {"superclass", family.superclass != nullptr ? family.superclass : ""},
                              {"properties", ordered_json::array()},
                              {"methods", ordered_json::array()}};
-    for (const Property& property : family.properties) {
-        const CMPIType type = typeOf(property.kind);
-        description["properties"].push_back({{"name", property.name},
-                                             {"type", nameOf(type)},
-                                             {"array", isArray(type)},
-                                             {"key", property.isKey}});
-    }
+    for (const Property& property : family.properties)
+        description["properties"].push_back(
+            describe(property.name, typeOf(property.kind), property.isKey, property.className));
     for (const Method& method : family.methods)
         description["methods"].push_back(describe(method));
     description["enumerate"] = family.enumerate != nullptr;
@@ -138,10 +146,6 @@ std::vector<std::string> nameSpacesOf(Placement placement) {
     throw std::logic_error("no placement");
 }
 
-ordered_json describe(const char* name, CMPIType type, bool isKey) {
-    return {{"name", name}, {"type", nameOf(type)}, {"array", isArray(type)}, {"key", isKey}};
-}
-
 // Nobody changes an association or a profile.
 ordered_json describeReadOnly(const char* name, const char* superclass, ordered_json properties,
                               Placement placement) {
@@ -158,10 +162,8 @@ ordered_json describeReadOnly(const char* name, const char* superclass, ordered_
 
 ordered_json describe(const AssociationClass& association) {
     ordered_json properties = ordered_json::array();
-    for (const associations::End& end : association.ends) {
-        properties.push_back(describe(end.role, CMPI_ref, true));
-        properties.back()["class"] = end.className;
-    }
+    for (const associations::End& end : association.ends)
+        properties.push_back(describe(end.role, CMPI_ref, true, end.className));
     for (const associations::Declaration& property : association.properties)
         properties.push_back(describe(property.name, property.type, false));
     return describeReadOnly(association.name, association.superclass, std::move(properties),
@@ -176,18 +178,23 @@ ordered_json describeProfiles() {
                             std::move(properties), Placement::Interop);
 }
 
-// "[Out] CIM_ConcreteJob REF Job". An embedded instance is a string with a qualifier.
-std::string declaration(const Parameter& parameter) {
-    const CMPIType type = parameter.type & ~CMPI_ARRAY;
-    std::string text = parameter.direction == Direction::Out ? "[In(false), Out" : "[In";
-    if (type == CMPI_instance)
-        text += std::string(", EmbeddedInstance(\"") + parameter.className + "\")";
-    text += "] ";
-    if (type == CMPI_ref)
-        text += std::string(parameter.className) + " REF";
+// "[Key] CIM_System REF Antecedent". An embedded instance is a string with a qualifier.
+std::string declaration(std::string qualifiers, CMPIType type, const char* className, const char* name) {
+    const CMPIType element = type & ~CMPI_ARRAY;
+    if (element == CMPI_instance)
+        qualifiers +=
+            (qualifiers.empty() ? "" : ", ") + std::string("EmbeddedInstance(\"") + className + "\")";
+    std::string text = qualifiers.empty() ? "" : '[' + qualifiers + "] ";
+    if (element == CMPI_ref)
+        text += std::string(className) + " REF";
     else
-        text += type == CMPI_instance ? "string" : nameOf(type);
-    return text + ' ' + parameter.name + (isArray(parameter.type) ? "[]" : "");
+        text += element == CMPI_instance ? "string" : nameOf(type);
+    return text + ' ' + name + (isArray(type) ? "[]" : "");
+}
+
+std::string declaration(const Parameter& parameter) {
+    return declaration(parameter.direction == Direction::Out ? "In(false), Out" : "In", parameter.type,
+                       parameter.className, parameter.name);
 }
 
 void writeHead(std::ostream& mof, const char* qualifier, const char* name, const char* superclass) {
@@ -197,15 +204,15 @@ void writeHead(std::ostream& mof, const char* qualifier, const char* name, const
     mof << "\n{\n";
 }
 
-void writeProperty(std::ostream& mof, const char* name, CMPIType type, bool isKey) {
-    mof << "    " << (isKey ? "[Key] " : "") << nameOf(type) << " " << name << (isArray(type) ? "[]" : "")
-        << ";\n";
+void writeProperty(std::ostream& mof, const char* name, CMPIType type, bool isKey,
+                   const char* className = nullptr) {
+    mof << "    " << declaration(isKey ? "Key" : "", type, className, name) << ";\n";
 }
 
 void writeClass(std::ostream& mof, const AssociationClass& association) {
     writeHead(mof, "Association, ", association.name, association.superclass);
     for (const associations::End& end : association.ends)
-        mof << "    [Key] " << end.className << " REF " << end.role << ";\n";
+        writeProperty(mof, end.role, CMPI_ref, true, end.className);
     for (const associations::Declaration& property : association.properties)
         writeProperty(mof, property.name, property.type, false);
     mof << "};\n\n";
@@ -222,7 +229,7 @@ void writeProfileClass(std::ostream& mof) {
 void writeClass(std::ostream& mof, const ClassFamily& family) {
     writeHead(mof, "", family.name, family.superclass);
     for (const Property& property : family.properties)
-        writeProperty(mof, property.name, typeOf(property.kind), property.isKey);
+        writeProperty(mof, property.name, typeOf(property.kind), property.isKey, property.className);
     for (const Method& method : family.methods) {
         mof << "    uint32 " << method.name << '(';
         for (const char* separator = ""; const Parameter& parameter : method.parameters) {
