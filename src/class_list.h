@@ -1,7 +1,7 @@
 // All classes that the library serves.
 #pragma once
 
-#include "Utility/class_family.h"
+#include "Utility/engine/class_family.h"
 
 #include <span>
 

@@ -5,9 +5,9 @@
 #include "provider_helper/tables.h"
 #include "RecordLogProfile/log_time.h"
 #include "RecordLogProfile/record_log_id.h"
-#include "Utility/back_ends.h"
-#include "Utility/class_family.h"
-#include "Utility/record_fields.h"
+#include "Utility/back-ends/back_ends.h"
+#include "Utility/engine/class_family.h"
+#include "Utility/values/record_fields.h"
 
 #include <atomic>
 #include <charconv>

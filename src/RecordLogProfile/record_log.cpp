@@ -2,12 +2,12 @@
 #include "provider_helper/record_log.h"
 
 #include "RecordLogProfile/record_log_id.h"
-#include "Utility/back_ends.h"
-#include "Utility/class_family.h"
-#include "Utility/dmtf_values.h"
-#include "Utility/record_fields.h"
-#include "Utility/request_status.h"
-#include "Utility/request_texts.h"
+#include "Utility/back-ends/back_ends.h"
+#include "Utility/engine/class_family.h"
+#include "Utility/requests/request_status.h"
+#include "Utility/requests/request_texts.h"
+#include "Utility/values/dmtf_values.h"
+#include "Utility/values/record_fields.h"
 
 #include <cstdio>
 #include <cstring>

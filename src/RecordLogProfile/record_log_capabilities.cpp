@@ -1,9 +1,9 @@
 // CIM_RecordLogCapabilities: what clients may expect of the event log.
 #include "provider_helper/record_log.h"
 
-#include "Utility/class_family.h"
-#include "Utility/dmtf_values.h"
-#include "Utility/record_fields.h"
+#include "Utility/engine/class_family.h"
+#include "Utility/values/dmtf_values.h"
+#include "Utility/values/record_fields.h"
 
 constexpr const char* const g_RecordLogCapabilitiesKeyList[1] = {"InstanceID"};
 

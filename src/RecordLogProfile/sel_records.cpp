@@ -1,8 +1,8 @@
 // SEL records as the BMC has them.
 #include "provider_helper/record_log.h"
 
-#include "Utility/back_ends.h"
-#include "Utility/debug_log.h"
+#include "Utility/back-ends/back_ends.h"
+#include "Utility/back-ends/debug_log.h"
 
 #include <cstring>
 

@@ -2,11 +2,11 @@
 #include "accounts/account.h"
 
 #include "accounts/user_slots.h"
-#include "Utility/back_ends.h"
-#include "Utility/dmtf_values.h"
-#include "Utility/hosted_element.h"
-#include "Utility/record_fields.h"
-#include "Utility/request_texts.h"
+#include "Utility/back-ends/back_ends.h"
+#include "Utility/engine/hosted_element.h"
+#include "Utility/requests/request_texts.h"
+#include "Utility/values/dmtf_values.h"
+#include "Utility/values/record_fields.h"
 
 #include <cstdio>
 #include <ctime>

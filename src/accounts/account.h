@@ -2,8 +2,8 @@
 #pragma once
 
 #include "provider_helper/accounts.h"
-#include "Utility/class_family.h"
-#include "Utility/request_status.h"
+#include "Utility/engine/class_family.h"
+#include "Utility/requests/request_status.h"
 
 namespace ph {
 

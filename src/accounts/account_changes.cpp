@@ -1,8 +1,8 @@
 // Modifying, deleting, enabling and disabling an account.
 #include "accounts/account.h"
 #include "accounts/user_slots.h"
-#include "Utility/back_ends.h"
-#include "Utility/dmtf_values.h"
+#include "Utility/back-ends/back_ends.h"
+#include "Utility/values/dmtf_values.h"
 
 #include <cstdio>
 #include <cstring>

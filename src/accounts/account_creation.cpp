@@ -1,8 +1,8 @@
 // Method CreateAccount.
 #include "accounts/account.h"
 #include "accounts/user_slots.h"
-#include "Utility/back_ends.h"
-#include "Utility/hosted_element.h"
+#include "Utility/back-ends/back_ends.h"
+#include "Utility/engine/hosted_element.h"
 
 #include <cstdio>
 

@@ -1,9 +1,9 @@
 // CIM_AccountManagementCapabilities: what the account management service allows.
 #include "provider_helper/accounts.h"
-#include "Utility/back_ends.h"
-#include "Utility/class_family.h"
-#include "Utility/dmtf_values.h"
-#include "Utility/record_fields.h"
+#include "Utility/back-ends/back_ends.h"
+#include "Utility/engine/class_family.h"
+#include "Utility/values/dmtf_values.h"
+#include "Utility/values/record_fields.h"
 
 constexpr const char* const g_AccountManagementCapabilitiesKeyList[1] = {"InstanceID"};
 

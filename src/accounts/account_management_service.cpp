@@ -1,8 +1,8 @@
 // CIM_AccountManagementService: the one service, which creates accounts.
 #include "accounts/account.h"
-#include "Utility/dmtf_values.h"
-#include "Utility/hosted_element.h"
-#include "Utility/record_fields.h"
+#include "Utility/engine/hosted_element.h"
+#include "Utility/values/dmtf_values.h"
+#include "Utility/values/record_fields.h"
 
 constexpr const char* const g_AccountManagementServiceKeyList[4] = {
     "SystemCreationClassName", "CreationClassName", "SystemName", "Name"};

@@ -1,8 +1,8 @@
 // What clients say about an account.
 #include "accounts/account.h"
-#include "Utility/back_ends.h"
-#include "Utility/record_fields.h"
-#include "Utility/request_texts.h"
+#include "Utility/back-ends/back_ends.h"
+#include "Utility/requests/request_texts.h"
+#include "Utility/values/record_fields.h"
 
 #include <cstring>
 #include <utility>

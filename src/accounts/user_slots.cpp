@@ -1,6 +1,6 @@
 #include "accounts/user_slots.h"
-#include "Utility/back_ends.h"
-#include "Utility/record_fields.h"
+#include "Utility/back-ends/back_ends.h"
+#include "Utility/values/record_fields.h"
 
 #include <charconv>
 #include <cstdio>

@@ -1,7 +1,7 @@
 #include "computer-system/computer_system.h"
 
-#include "Utility/record_fields.h"
-#include "Utility/request_texts.h"
+#include "Utility/requests/request_texts.h"
+#include "Utility/values/record_fields.h"
 
 #include <cstdlib>
 #include <cstring>

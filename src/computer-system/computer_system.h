@@ -3,11 +3,11 @@
 #pragma once
 
 #include "provider_helper/computer_system.h"
-#include "Utility/back_ends.h"
-#include "Utility/class_family.h"
-#include "Utility/dmtf_values.h"
-#include "Utility/hosted_element.h"
-#include "Utility/method.h"
+#include "Utility/back-ends/back_ends.h"
+#include "Utility/engine/class_family.h"
+#include "Utility/engine/hosted_element.h"
+#include "Utility/engine/method.h"
+#include "Utility/values/dmtf_values.h"
 
 #include <cstdint>
 

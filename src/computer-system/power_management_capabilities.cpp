@@ -1,8 +1,8 @@
 // CIM_PowerManagementCapabilities: what the power management services can do.
 #include "provider_helper/computer_system.h"
-#include "Utility/back_ends.h"
-#include "Utility/class_family.h"
-#include "Utility/record_fields.h"
+#include "Utility/back-ends/back_ends.h"
+#include "Utility/engine/class_family.h"
+#include "Utility/values/record_fields.h"
 
 constexpr const char* const g_PowerManagementCapabilitiesKeyList[1] = {"InstanceID"};
 

@@ -1,9 +1,9 @@
 // CIM_PowerManagementService: switches the host's power, or restarts the service processor.
 #include "computer-system/computer_system.h"
 #include "platform/sysroot.h"
-#include "Utility/record_fields.h"
-#include "Utility/request_texts.h"
-#include "Utility/shell.h"
+#include "Utility/back-ends/shell.h"
+#include "Utility/requests/request_texts.h"
+#include "Utility/values/record_fields.h"
 
 #include <cstdio>
 #include <cstring>

@@ -1,7 +1,7 @@
 #include "computer-system/power_state.h"
 
 #include "provider_helper/computer_system.h"
-#include "Utility/dmtf_values.h"
+#include "Utility/values/dmtf_values.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // Switching the host's power.
 #pragma once
 
-#include "Utility/back_ends.h"
+#include "Utility/back-ends/back_ends.h"
 
 namespace ph {
 

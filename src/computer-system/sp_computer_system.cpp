@@ -1,8 +1,8 @@
 // CIM_SPComputerSystem: the service processor.
 #include "computer-system/computer_system.h"
 #include "platform/sysroot.h"
-#include "Utility/guard.h"
-#include "Utility/shell.h"
+#include "Utility/back-ends/shell.h"
+#include "Utility/engine/guard.h"
 
 #include <cstdio>
 #include <unistd.h>

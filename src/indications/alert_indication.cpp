@@ -1,6 +1,6 @@
 // Alerts as CIM_AlertIndication instances.
 #include "provider_helper/alert_delivery.h"
-#include "Utility/cmpi_ptr.h"
+#include "Utility/values/cmpi_ptr.h"
 
 #include <cstring>
 

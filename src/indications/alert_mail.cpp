@@ -1,8 +1,8 @@
 // Alerts as mails to the BMC's users.
 #include "provider_helper/alert_delivery.h"
-#include "Utility/back_ends.h"
-#include "Utility/guard.h"
-#include "Utility/record_fields.h"
+#include "Utility/back-ends/back_ends.h"
+#include "Utility/engine/guard.h"
+#include "Utility/values/record_fields.h"
 
 #include <cstdio>
 #include <ctime>

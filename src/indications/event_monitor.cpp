@@ -1,8 +1,8 @@
 // The monitor thread: from the event pipe to the destinations.
 #include "provider_helper/alert_delivery.h"
-#include "Utility/back_ends.h"
-#include "Utility/cmpi_ptr.h"
-#include "Utility/dynamic_library.h"
+#include "Utility/back-ends/back_ends.h"
+#include "Utility/back-ends/dynamic_library.h"
+#include "Utility/values/cmpi_ptr.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,7 +1,7 @@
 // The CIM_Sensor instances that events come from.
 #include "provider_helper/alert_delivery.h"
-#include "Utility/cmpi_ptr.h"
-#include "Utility/request_texts.h"
+#include "Utility/requests/request_texts.h"
+#include "Utility/values/cmpi_ptr.h"
 
 #include <cmpimacs.h>
 #include <cstdio>

@@ -1,6 +1,6 @@
 // The query of a filter and the event severity, sensor type and sensor number that it stands for.
 #include "provider_helper/indications.h"
-#include "Utility/guard.h"
+#include "Utility/engine/guard.h"
 
 #include <algorithm>
 #include <cstdint>

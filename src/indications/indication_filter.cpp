@@ -1,8 +1,8 @@
 // CIM_IndicationFilter: platform event filters of the BMC, and filters of the database.
+#include "indications/common_requests.h"
 #include "indications/filter_name.h"
-#include "indications/setting_requests.h"
 #include "provider_helper/indications.h"
-#include "Utility/request_texts.h"
+#include "Utility/requests/request_texts.h"
 
 #include <algorithm>
 #include <cstdio>

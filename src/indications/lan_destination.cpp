@@ -1,5 +1,5 @@
 #include "indications/lan_destination.h"
-#include "Utility/request_texts.h"
+#include "Utility/requests/request_texts.h"
 
 #include <algorithm>
 #include <cstdio>

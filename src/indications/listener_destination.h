@@ -1,7 +1,7 @@
 // What the classes of listener destinations have in common: where they keep their destinations is their own.
 #pragma once
 
-#include "indications/setting_requests.h"
+#include "indications/common_requests.h"
 #include "provider_helper/indications.h"
 
 namespace ph::indications {

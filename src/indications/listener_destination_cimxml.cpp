@@ -1,6 +1,6 @@
 // CIM_ListenerDestinationCIMXML: listeners that indications are posted to, kept in the database.
 #include "indications/listener_destination.h"
-#include "Utility/request_texts.h"
+#include "Utility/requests/request_texts.h"
 
 #include <arpa/inet.h>
 #include <cstdio>

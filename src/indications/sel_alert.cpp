@@ -2,10 +2,10 @@
 #include "platform/sel_record.h"
 #include "provider_helper/alert_delivery.h"
 #include "provider_helper/tables.h"
-#include "Utility/back_ends.h"
-#include "Utility/dynamic_library.h"
-#include "Utility/guard.h"
-#include "Utility/record_fields.h"
+#include "Utility/back-ends/back_ends.h"
+#include "Utility/back-ends/dynamic_library.h"
+#include "Utility/engine/guard.h"
+#include "Utility/values/record_fields.h"
 
 #include <cstdio>
 #include <strings.h>

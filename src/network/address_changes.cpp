@@ -2,9 +2,9 @@
 #include "network/endpoint_name.h"
 #include "network/setting_values.h"
 #include "provider_helper/network.h"
-#include "Utility/back_ends.h"
-#include "Utility/debug_log.h"
-#include "Utility/request_status.h"
+#include "Utility/back-ends/back_ends.h"
+#include "Utility/back-ends/debug_log.h"
+#include "Utility/requests/request_status.h"
 
 #include <arpa/inet.h>
 

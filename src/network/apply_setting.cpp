@@ -3,7 +3,7 @@
 #include "network/ip_assignment.h"
 #include "network/setting_values.h"
 #include "provider_helper/network.h"
-#include "Utility/request_texts.h"
+#include "Utility/requests/request_texts.h"
 
 #include <algorithm>
 #include <cmpimacs.h>

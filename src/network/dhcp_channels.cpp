@@ -1,8 +1,8 @@
 // The channels for which the DHCP classes have protocol endpoints.
 #include "network/lans.h"
 #include "provider_helper/network.h"
-#include "Utility/back_ends.h"
-#include "Utility/guard.h"
+#include "Utility/back-ends/back_ends.h"
+#include "Utility/engine/guard.h"
 
 #include <algorithm>
 #include <netinet/in.h>

@@ -1,7 +1,7 @@
 // The two ways to get an address, as clients name them, and the method that applies one.
 #pragma once
 
-#include "Utility/method.h"
+#include "Utility/engine/method.h"
 
 namespace ph {
 

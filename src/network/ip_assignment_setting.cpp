@@ -1,8 +1,8 @@
 // CIM_IPAssignmentSettingData: address by DHCP, or a static one.
 #include "network/ip_assignment.h"
 #include "provider_helper/network.h"
-#include "Utility/class_family.h"
-#include "Utility/record_fields.h"
+#include "Utility/engine/class_family.h"
+#include "Utility/values/record_fields.h"
 
 constexpr const char* const g_IPAssignmentSettingDataKeyList[1] = {"InstanceID"};
 

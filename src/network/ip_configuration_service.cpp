@@ -2,10 +2,10 @@
 #include "network/ip_assignment.h"
 #include "network/lans.h"
 #include "provider_helper/network.h"
-#include "Utility/class_family.h"
-#include "Utility/dmtf_values.h"
-#include "Utility/hosted_element.h"
-#include "Utility/record_fields.h"
+#include "Utility/engine/class_family.h"
+#include "Utility/engine/hosted_element.h"
+#include "Utility/values/dmtf_values.h"
+#include "Utility/values/record_fields.h"
 
 constexpr const char* const g_IPConfigurationServiceKeyList[4] = {"SystemCreationClassName",
                                                                   "CreationClassName", "SystemName", "Name"};

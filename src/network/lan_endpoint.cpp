@@ -1,11 +1,11 @@
 // CIM_LANEndpoint: the data-link end of each network port.
 #include "network/lans.h"
 #include "provider_helper/network.h"
-#include "Utility/back_ends.h"
-#include "Utility/class_family.h"
-#include "Utility/dmtf_values.h"
-#include "Utility/hosted_element.h"
-#include "Utility/record_fields.h"
+#include "Utility/back-ends/back_ends.h"
+#include "Utility/engine/class_family.h"
+#include "Utility/engine/hosted_element.h"
+#include "Utility/values/dmtf_values.h"
+#include "Utility/values/record_fields.h"
 
 #include <cstdio>
 

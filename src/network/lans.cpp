@@ -1,5 +1,5 @@
 #include "network/lans.h"
-#include "Utility/back_ends.h"
+#include "Utility/back-ends/back_ends.h"
 
 #include <algorithm>
 

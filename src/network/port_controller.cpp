@@ -1,10 +1,10 @@
 // CIM_PortController: what the BMC's network ports hang on.
 #include "network/lans.h"
 #include "provider_helper/network.h"
-#include "Utility/class_family.h"
-#include "Utility/dmtf_values.h"
-#include "Utility/hosted_element.h"
-#include "Utility/record_fields.h"
+#include "Utility/engine/class_family.h"
+#include "Utility/engine/hosted_element.h"
+#include "Utility/values/dmtf_values.h"
+#include "Utility/values/record_fields.h"
 
 constexpr const char* const g_PortControllerKeyList[4] = {"DeviceID", "SystemCreationClassName",
                                                           "CreationClassName", "SystemName"};

@@ -1,10 +1,10 @@
 // Enabling, disabling and resetting the BMC's network interfaces.
 #include "network/port_state.h"
 #include "provider_helper/network.h"
-#include "Utility/back_ends.h"
-#include "Utility/dmtf_values.h"
-#include "Utility/request_status.h"
-#include "Utility/shared_file.h"
+#include "Utility/back-ends/back_ends.h"
+#include "Utility/back-ends/shared_file.h"
+#include "Utility/requests/request_status.h"
+#include "Utility/values/dmtf_values.h"
 
 #include <cstdio>
 #include <cstring>

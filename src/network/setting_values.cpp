@@ -1,6 +1,6 @@
 #include "network/setting_values.h"
 #include "provider_helper/utility.h"
-#include "Utility/request_texts.h"
+#include "Utility/requests/request_texts.h"
 
 #include <cmpimacs.h>
 

@@ -1,10 +1,10 @@
 // CIM_StaticIPAssignmentSettingData: the static address that clients stage before they have it applied.
 #include "provider_helper/network.h"
-#include "Utility/back_ends.h"
-#include "Utility/class_family.h"
-#include "Utility/record_fields.h"
-#include "Utility/request_status.h"
-#include "Utility/request_texts.h"
+#include "Utility/back-ends/back_ends.h"
+#include "Utility/engine/class_family.h"
+#include "Utility/requests/request_status.h"
+#include "Utility/requests/request_texts.h"
+#include "Utility/values/record_fields.h"
 
 #include <arpa/inet.h>
 #include <cstdio>

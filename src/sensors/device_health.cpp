@@ -1,9 +1,9 @@
 // Health of a device by the sensors that watch it.
 #include "provider_helper/tables.h"
 #include "sensors/sensor_family.h"
-#include "Utility/cmpi_ptr.h"
-#include "Utility/guard.h"
-#include "Utility/request_texts.h"
+#include "Utility/engine/guard.h"
+#include "Utility/requests/request_texts.h"
+#include "Utility/values/cmpi_ptr.h"
 
 #include <algorithm>
 #include <string_view>

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "provider_helper/sensors.h"
-#include "Utility/back_ends.h"
-#include "Utility/dmtf_values.h"
-#include "Utility/record_fields.h"
+#include "Utility/back-ends/back_ends.h"
+#include "Utility/values/dmtf_values.h"
+#include "Utility/values/record_fields.h"
 
 #include <cstdint>
 #include <cstring>

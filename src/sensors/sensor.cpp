@@ -1,6 +1,6 @@
 // CIM_Sensor: discrete sensors, one instance for each row of the SDR table.
 #include "sensors/sensor_family.h"
-#include "Utility/dmtf_values.h"
+#include "Utility/values/dmtf_values.h"
 
 constexpr const char* const g_SensorKeyList[4] = {ph::sensorKeys[0], ph::sensorKeys[1], ph::sensorKeys[2],
                                                   ph::sensorKeys[3]};

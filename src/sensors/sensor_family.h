@@ -3,8 +3,8 @@
 #pragma once
 
 #include "sensors/reading.h"
-#include "Utility/class_family.h"
-#include "Utility/hosted_element.h"
+#include "Utility/engine/class_family.h"
+#include "Utility/engine/hosted_element.h"
 
 #include <span>
 

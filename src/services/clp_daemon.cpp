@@ -1,9 +1,9 @@
 // The CLP daemon's processes, through the system's commands.
 #include "provider_helper/services.h"
-#include "Utility/dmtf_values.h"
-#include "Utility/guard.h"
-#include "Utility/request_status.h"
-#include "Utility/shell.h"
+#include "Utility/back-ends/shell.h"
+#include "Utility/engine/guard.h"
+#include "Utility/requests/request_status.h"
+#include "Utility/values/dmtf_values.h"
 
 #include <string_view>
 #include <unistd.h>

@@ -1,13 +1,13 @@
 // CIM_ProtocolService: one for each network service of the BMC.
 #include "provider_helper/services.h"
 #include "services/service_list.h"
-#include "Utility/back_ends.h"
-#include "Utility/class_family.h"
-#include "Utility/dmtf_values.h"
-#include "Utility/hosted_element.h"
-#include "Utility/record_fields.h"
-#include "Utility/request_status.h"
-#include "Utility/request_texts.h"
+#include "Utility/back-ends/back_ends.h"
+#include "Utility/engine/class_family.h"
+#include "Utility/engine/hosted_element.h"
+#include "Utility/requests/request_status.h"
+#include "Utility/requests/request_texts.h"
+#include "Utility/values/dmtf_values.h"
+#include "Utility/values/record_fields.h"
 
 #include <cstdio>
 #include <optional>

@@ -1,7 +1,7 @@
 #include "services/service_list.h"
 
 #include "platform/cim_hooks.h"
-#include "Utility/dmtf_values.h"
+#include "Utility/values/dmtf_values.h"
 
 #include <algorithm>
 

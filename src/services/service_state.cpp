@@ -1,9 +1,9 @@
 // Switching a service.
 #include "provider_helper/services.h"
 #include "services/service_list.h"
-#include "Utility/back_ends.h"
-#include "Utility/dmtf_values.h"
-#include "Utility/request_status.h"
+#include "Utility/back-ends/back_ends.h"
+#include "Utility/requests/request_status.h"
+#include "Utility/values/dmtf_values.h"
 
 #include <cstring>
 #include <unistd.h>

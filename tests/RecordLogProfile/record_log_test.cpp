@@ -1,7 +1,7 @@
 // CIM_RecordLog, its method ClearLog, its capabilities and CIM_LogEntry, on the virtual BMC's event log.
 #include "managed_bmc.h"
 #include "provider_helper/provider_helper.h"
-#include "Utility/back_ends.h"
+#include "Utility/back-ends/back_ends.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // Sessions, database handles and system names over platform functions that fail to order.
 #include "sysroot_fixture.h"
-#include "Utility/back_ends.h"
+#include "Utility/back-ends/back_ends.h"
 
 #include <cstring>
 #include <gmock/gmock.h>

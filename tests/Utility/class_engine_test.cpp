@@ -2,8 +2,8 @@
 #include "broker_fixture.h"
 #include "class_requests.h"
 #include "failing_allocation.h"
-#include "Utility/class_family.h"
-#include "Utility/record_fields.h"
+#include "Utility/engine/class_family.h"
+#include "Utility/values/record_fields.h"
 
 #include <cstdlib>
 #include <cstring>

@@ -1,6 +1,6 @@
 // How the frame answers requests for methods, on a class made for it whose rules vary.
 #include "broker_fixture.h"
-#include "Utility/class_family.h"
+#include "Utility/engine/class_family.h"
 
 #include <new>
 #include <string>

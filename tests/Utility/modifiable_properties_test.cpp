@@ -21,7 +21,7 @@ extern "C" void IDBG_LINUXAPP_Runtime_DbgOut(int level, const char* format, ...)
     std::vsnprintf(line, sizeof(line), format, arguments);
     va_end(arguments);
     EXPECT_EQ(level, 135);
-    const std::regex head(R"(^\[Utility/modifiable_properties\.cpp:\d+\])");
+    const std::regex head(R"(^\[Utility/requests/modifiable_properties\.cpp:\d+\])");
     EXPECT_TRUE(std::regex_search(line, head)) << line;
     logLines.push_back(std::regex_replace(line, head, ""));
 }

@@ -1,6 +1,6 @@
 // Equality of CMPI values.
 #include "broker_fixture.h"
-#include "Utility/value_comparison.h"
+#include "Utility/values/value_comparison.h"
 
 namespace {
 

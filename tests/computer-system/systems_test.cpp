@@ -1,6 +1,6 @@
 // CIM_HostComputerSystem and CIM_SPComputerSystem, and RequestStateChange of both.
 #include "managed_system.h"
-#include "Utility/shell.h"
+#include "Utility/back-ends/shell.h"
 
 #include <csignal>
 

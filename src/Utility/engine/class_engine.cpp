@@ -1,0 +1,455 @@
+// The operations of all classes, over their descriptions.
+#include "Utility/engine/class_family.h"
+#include "Utility/engine/guard.h"
+#include "Utility/requests/request_status.h"
+#include "Utility/requests/request_texts.h"
+#include "Utility/values/cmpi_ptr.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace ph::engine {
+namespace {
+
+// The records of one request, cleaned when it ends.
+class RequestRecords {
+public:
+    explicit RequestRecords(const ClassFamily& family) : family_(family) {}
+    ~RequestRecords() { clean(family_, &records_, count_); }
+    RequestRecords(const RequestRecords&) = delete;
+    RequestRecords& operator=(const RequestRecords&) = delete;
+
+    bool enumerate(Detail detail) {
+        return enumerateAll(family_, &records_, &count_, detail == Detail::Names) == 0;
+    }
+    bool get(CMPIString** keyValues) {
+        const int result = engine::get(family_, &records_, keyValues);
+        count_ = records_ != nullptr;
+        return result == 0;
+    }
+    int count() const { return count_; }
+    const void* at(int i) const { return static_cast<const char*>(records_) + family_.recordSize * i; }
+
+private:
+    const ClassFamily& family_;
+    void* records_ = nullptr;
+    int count_ = 0;
+};
+
+// Hands each record to `take`; one at a time where the class can. false when `take` is, or without records.
+template <class Take>
+bool forEachRecord(const ClassFamily& family, Detail detail, Take&& take) {
+    return guarded(false, [&] {
+        if (family.stream != nullptr)
+            return family.stream(std::ref(take), detail) == 0;
+        RequestRecords records(family);
+        if (!records.enumerate(detail))
+            return false;
+        for (int i = 0; i < records.count(); ++i)
+            if (!take(records.at(i)))
+                return false;
+        return true;
+    });
+}
+
+bool skips(const ClassFamily& family, const void* record) {
+    return family.skip != nullptr && family.skip(record);
+}
+
+// Makes CMPI objects for a request on `ref`.
+struct Maker {
+    Maker(const ClassFamily& family, const CMPIBroker* cmpiBroker, const CMPIObjectPath* ref)
+        : broker(cmpiBroker), releasesEarly(family.stream != nullptr) {
+        CMPIStatus status = success;
+        nameSpace = textOf(CMGetNameSpace(ref, &status));
+        hasNameSpace = status.rc == CMPI_RC_OK && nameSpace != nullptr;
+    }
+
+    const CMPIBroker* broker;
+    const char* nameSpace;
+    bool hasNameSpace;
+    // A broker frees what it made when the request has ended, which is late for a class that streams because
+    // it has so many records: there an object goes as soon as the broker has taken over what it holds.
+    bool releasesEarly;
+};
+
+// Gives an object of the request back to the broker, where that is not left to the broker.
+struct EarlyRelease {
+    bool wanted;
+    template <class Object>
+    void operator()(Object* object) const {
+        if (wanted)
+            CMRelease(object);
+    }
+};
+template <class Object>
+using Temporary = std::unique_ptr<Object, EarlyRelease>;
+
+template <class Object>
+Temporary<Object> temporary(const Maker& maker, Object* object) {
+    return {object, EarlyRelease{maker.releasesEarly}};
+}
+
+const char* keyText(const Property& key, const void* record) {
+    return static_cast<const char*>(record) + key.offset;
+}
+
+CMPIType scalarType(Kind kind) {
+    switch (kind) {
+    case Kind::Boolean:
+        return CMPI_boolean;
+    case Kind::Uint8:
+        return CMPI_uint8;
+    case Kind::Uint16:
+        return CMPI_uint16;
+    case Kind::Uint32:
+        return CMPI_uint32;
+    case Kind::Uint64:
+        return CMPI_uint64;
+    case Kind::Sint8:
+        return CMPI_sint8;
+    case Kind::Sint16:
+        return CMPI_sint16;
+    case Kind::Sint32:
+        return CMPI_sint32;
+    case Kind::Sint64:
+        return CMPI_sint64;
+    case Kind::Real32:
+        return CMPI_real32;
+    case Kind::Real64:
+        return CMPI_real64;
+    default:
+        return CMPI_null;
+    }
+}
+
+std::size_t scalarSize(Kind kind) {
+    switch (kind) {
+    case Kind::Boolean:
+    case Kind::Uint8:
+    case Kind::Sint8:
+        return 1;
+    case Kind::Uint16:
+    case Kind::Sint16:
+        return 2;
+    case Kind::Uint32:
+    case Kind::Sint32:
+    case Kind::Real32:
+        return 4;
+    default:
+        return 8;
+    }
+}
+
+bool setArray(CMPIInstance* instance, const char* name, CMPIArray* array, CMPIType type) {
+    if (array == nullptr)
+        return false;
+    const CmpiPtr<CMPIArray> owner(array);
+    CMPIValue value{};
+    value.array = array;
+    return CMSetProperty(instance, name, &value, type).rc == CMPI_RC_OK;
+}
+
+bool setDateTime(const Maker& maker, CMPIInstance* instance, const char* name, CMPIDateTime* time) {
+    if (time == nullptr)
+        return false;
+    const auto owner = temporary(maker, time);
+    CMPIValue value{};
+    value.dateTime = time;
+    return CMSetProperty(instance, name, &value, CMPI_dateTime).rc == CMPI_RC_OK;
+}
+
+bool setText(CMPIInstance* instance, const char* name, const char* text) {
+    return CMSetProperty(instance, name, reinterpret_cast<const CMPIValue*>(text), CMPI_chars).rc ==
+           CMPI_RC_OK;
+}
+
+bool addKey(CMPIObjectPath* path, const char* name, const char* text) {
+    return CMAddKey(path, name, reinterpret_cast<const CMPIValue*>(text), CMPI_chars).rc == CMPI_RC_OK;
+}
+
+Temporary<CMPIObjectPath> newPath(const Maker& maker, const char* className) {
+    auto path = temporary<CMPIObjectPath>(maker, nullptr);
+    CMPIStatus status = success;
+    if (maker.hasNameSpace)
+        path.reset(CMNewObjectPath(maker.broker, maker.nameSpace, className, &status));
+    if (status.rc != CMPI_RC_OK)
+        path.reset();
+    return path;
+}
+
+bool setReference(const Maker& maker, CMPIInstance* instance, const char* name, const Reference& reference) {
+    if (reference.className == nullptr)
+        return true;
+    const auto path = newPath(maker, reference.className);
+    if (path == nullptr)
+        return false;
+    for (const Reference::Key& key : reference.keys)
+        if (key.name != nullptr && !addKey(path.get(), key.name, key.text))
+            return false;
+    CMPIValue value{};
+    value.ref = path.get();
+    return CMSetProperty(instance, name, &value, CMPI_ref).rc == CMPI_RC_OK;
+}
+
+Temporary<CMPIInstance> buildInstance(const ClassFamily& family, const Maker& maker, const char** properties,
+                                      const void* record);
+
+bool setInstance(const Maker& maker, CMPIInstance* instance, const char* name,
+                 const EmbeddedInstance& embedded) {
+    if (embedded.record == nullptr)
+        return true;
+    const auto built = buildInstance(*embedded.family, maker, nullptr, embedded.record);
+    CMPIValue value{};
+    value.inst = built.get();
+    return built != nullptr && CMSetProperty(instance, name, &value, CMPI_instance).rc == CMPI_RC_OK;
+}
+
+bool setProperty(const Maker& maker, CMPIInstance* instance, const Property& property, const void* record) {
+    const CMPIBroker* const broker = maker.broker;
+    ComputedValue computed{};
+    const void* field = static_cast<const char*>(record) + property.offset;
+    if (property.compute != nullptr) {
+        property.compute(record, &computed);
+        field = &computed;
+    }
+    switch (property.kind) {
+    case Kind::Text:
+        return setText(instance, property.name, static_cast<const char*>(field));
+    case Kind::TextRef: {
+        const char* text = *static_cast<const char* const*>(field);
+        return text == nullptr || setText(instance, property.name, text);
+    }
+    case Kind::Uint16List:
+        return setArray(instance, property.name, PH_Dup_uint16_Array(broker, static_cast<const int*>(field)),
+                        CMPI_uint16A);
+    case Kind::Uint16ListRef:
+        return setArray(instance, property.name,
+                        PH_Dup_uint16_Array(broker, *static_cast<const int* const*>(field)), CMPI_uint16A);
+    case Kind::Uint16Slots: {
+        const auto* slots = static_cast<const std::uint16_t*>(field);
+        return *slots == 0xFFFF ||
+               setArray(instance, property.name, PH_DupArray_uint16(broker, slots, 0), CMPI_uint16A);
+    }
+    case Kind::DateTimeText: {
+        const char* text = static_cast<const char*>(field);
+        return *text == '\0' ||
+               setDateTime(maker, instance, property.name, CMNewDateTimeFromChars(broker, text, nullptr));
+    }
+    case Kind::DateTimeValue: {
+        const std::uint64_t microseconds = static_cast<const DateTime*>(field)->microseconds;
+        if (microseconds != DateTime::none)
+            return setDateTime(maker, instance, property.name,
+                               CMNewDateTimeFromBinary(broker, microseconds, false, nullptr));
+        CMPIDateTime* unknown = CMNewDateTimeFromChars(broker, nullptr, nullptr);
+        return unknown == nullptr || setDateTime(maker, instance, property.name, unknown);
+    }
+    case Kind::StringList: {
+        char* const* texts = static_cast<char* const*>(field);
+        return *texts == nullptr ||
+               setArray(instance, property.name, PH_Dup_variable_string_Array(broker, texts), CMPI_stringA);
+    }
+    case Kind::Reference:
+        return setReference(maker, instance, property.name, *static_cast<const Reference*>(field));
+    case Kind::Instance:
+        return setInstance(maker, instance, property.name, *static_cast<const EmbeddedInstance*>(field));
+    default: {
+        CMPIValue value{};
+        std::memcpy(&value, field, scalarSize(property.kind));
+        return CMSetProperty(instance, property.name, &value, scalarType(property.kind)).rc == CMPI_RC_OK;
+    }
+    }
+}
+
+Temporary<CMPIObjectPath> buildPath(const ClassFamily& family, const Maker& maker, const void* record) {
+    auto path = newPath(maker, family.name);
+    if (path == nullptr)
+        return path;
+    for (const Property& key : family.properties) {
+        if (!key.isKey)
+            continue;
+        const char* text = keyText(key, record);
+        if (*text == '\0' || !addKey(path.get(), key.name, text))
+            return temporary<CMPIObjectPath>(maker, nullptr);
+    }
+    return path;
+}
+
+Temporary<CMPIInstance> buildInstance(const ClassFamily& family, const Maker& maker, const char** properties,
+                                      const void* record) {
+    auto instance = temporary<CMPIInstance>(maker, nullptr);
+    const auto path = buildPath(family, maker, record);
+    CMPIStatus status = success;
+    if (path != nullptr)
+        instance.reset(CMNewInstance(maker.broker, path.get(), &status));
+    if (instance == nullptr || status.rc != CMPI_RC_OK)
+        return temporary<CMPIInstance>(maker, nullptr);
+    for (const Property& property : family.properties) {
+        const bool wanted =
+            property.isKey || ((properties == nullptr || ExistsInList(properties, property.name)) &&
+                               (property.condition == nullptr || property.condition(record)));
+        if (wanted && !setProperty(maker, instance.get(), property, record))
+            return temporary<CMPIInstance>(maker, nullptr);
+    }
+    return instance;
+}
+
+const Property& keyProperty(const ClassFamily& family, std::string_view name) {
+    return *std::find_if(family.properties.begin(), family.properties.end(),
+                         [&](const Property& property) { return property.isKey && name == property.name; });
+}
+
+bool keysMatch(const ClassFamily& family, const void* record, CMPIString** keyValues) {
+    for (std::size_t i = 0; i < family.keys.size(); ++i) {
+        const char* wanted = textOf(keyValues[i]);
+        if (wanted == nullptr || // a broker that fails
+            std::strcmp(keyText(keyProperty(family, family.keys[i]), record), wanted) != 0)
+            return false;
+    }
+    return true;
+}
+
+bool collectMatching(const ClassFamily& family, RecordStore& store, CMPIString** keyValues) {
+    for (std::size_t i = 0; i < family.keys.size(); ++i)
+        if (keyValues == nullptr || textOf(keyValues[i]) == nullptr)
+            return false;
+    if ((family.get != nullptr ? family.get(store, keyValues) : family.enumerate(store, Detail::All)) != 0)
+        return false;
+    if (store.count() == 0)
+        return false;
+    int match = 0;
+    while (match < store.count() && !keysMatch(family, store.at(match), keyValues))
+        ++match;
+    const bool found = match < store.count();
+    store.keepOnly(found ? match : 0);
+    store.commit();
+    return found;
+}
+
+} // namespace
+
+int enumerateAll(const ClassFamily& family, void** records, int* count, int namesOnly) {
+    RecordStore store(*records, *count, family.recordSize, family.properties);
+    const int result =
+        guarded(-1, [&] { return family.enumerate(store, namesOnly != 0 ? Detail::Names : Detail::All); });
+    if (result == 0)
+        store.commit();
+    const bool isKept = result == 0 || !family.failureFreesAll;
+    *count = isKept ? store.committed() : 0;
+    *records = isKept ? store.release() : nullptr;
+    return result == 0 ? 0 : -1;
+}
+
+int get(const ClassFamily& family, void** record, CMPIString** keyValues) {
+    RecordStore store(nullptr, 0, family.recordSize, family.properties);
+    const bool found = guarded(false, [&] { return collectMatching(family, store, keyValues); });
+    *record = store.release();
+    return found ? 0 : -1;
+}
+
+void clean(const ClassFamily& family, void** records, int count) {
+    for (int i = 0; *records != nullptr && i < count; ++i)
+        cleanRecord(family.properties, static_cast<char*>(*records) + family.recordSize * i);
+    std::free(*records);
+    *records = nullptr;
+}
+
+CMPIObjectPath* makePath(const ClassFamily& family, const CMPIBroker* broker, const CMPIObjectPath* ref,
+                         const void* record, CMPIStatus* status) {
+    CMPIObjectPath* path = buildPath(family, Maker(family, broker, ref), record).release();
+    if (path == nullptr)
+        fail(broker, status, CMPI_RC_ERR_FAILED, "Make ObjectPath failed.");
+    return path;
+}
+
+CMPIInstance* makeInstance(const ClassFamily& family, const CMPIBroker* broker, const CMPIObjectPath* ref,
+                           const char** properties, const void* record, CMPIStatus* status) {
+    CMPIInstance* instance = guarded(static_cast<CMPIInstance*>(nullptr), [&] {
+        return buildInstance(family, Maker(family, broker, ref), properties, record).release();
+    });
+    if (instance == nullptr)
+        fail(broker, status, CMPI_RC_ERR_FAILED, "Make instance failed.");
+    return instance;
+}
+
+CMPIArray* instanceArray(const ClassFamily& family, const CMPIObjectPath* ref, const CMPIBroker* broker,
+                         const char** properties) {
+    std::vector<CMPIInstance*> instances; // an array may take over the objects themselves
+    const Maker maker(family, broker, ref);
+    const bool done = forEachRecord(family, Detail::All, [&](const void* record) {
+        return skips(family, record) ||
+               instances.emplace_back(buildInstance(family, maker, properties, record).release()) != nullptr;
+    });
+    CMPIStatus status = success;
+    CmpiPtr<CMPIArray> array(
+        done ? CMNewArray(broker, static_cast<CMPICount>(instances.size()), CMPI_instance, &status)
+             : nullptr);
+    if (array == nullptr || status.rc != CMPI_RC_OK)
+        return nullptr;
+    for (CMPICount i = 0; i < instances.size(); ++i) {
+        CMPIValue value{};
+        value.inst = instances[i];
+        if (CMSetArrayElementAt(array.get(), i, &value, CMPI_instance).rc != CMPI_RC_OK)
+            return nullptr;
+    }
+    return array.release();
+}
+
+void enumerateInstances(const ClassFamily& family, const CMPIBroker* broker, const CMPIObjectPath* ref,
+                        const char** properties, const CMPIResult* result, CMPIStatus* status) {
+    if (family.enumerate == nullptr)
+        return fail(broker, status, CMPI_RC_ERR_NOT_SUPPORTED, "Enumerate Instances  not supported");
+    const Maker maker(family, broker, ref);
+    const bool done = forEachRecord(family, Detail::All, [&](const void* record) {
+        if (skips(family, record))
+            return true;
+        const auto instance = buildInstance(family, maker, properties, record);
+        return instance != nullptr && CMReturnInstance(result, instance.get()).rc == CMPI_RC_OK;
+    });
+    if (!done)
+        fail(broker, status, CMPI_RC_ERR_FAILED, "Failed to Enumerate Instance");
+}
+
+void enumerateNames(const ClassFamily& family, const CMPIBroker* broker, const CMPIObjectPath* ref,
+                    const CMPIResult* result, CMPIStatus* status) {
+    if (family.enumerate == nullptr)
+        return fail(broker, status, CMPI_RC_ERR_NOT_SUPPORTED, "Enumerate Instance Names not supported");
+    const Maker maker(family, broker, ref);
+    const bool done = forEachRecord(family, Detail::Names, [&](const void* record) {
+        const auto path = buildPath(family, maker, record);
+        return path != nullptr && CMReturnObjectPath(result, path.get()).rc == CMPI_RC_OK;
+    });
+    if (!done)
+        fail(broker, status, CMPI_RC_ERR_FAILED, "Failed to Enumerate Instance Names");
+}
+
+void getInstance(const ClassFamily& family, const CMPIBroker* broker, const CMPIObjectPath* ref,
+                 const char** properties, const CMPIResult* result, CMPIStatus* status) {
+    if (family.enumerate == nullptr)
+        return fail(broker, status, CMPI_RC_ERR_NOT_SUPPORTED, "Get Instance not supported");
+    // What exactly is wrong with the keys never reaches the client from here.
+    KeyValues keyValues;
+    RequestRecords records(family);
+    if (keyValues.areRead(broker, ref, family.keys) && records.get(keyValues)) {
+        const CMPIInstance* instance = makeInstance(family, broker, ref, properties, records.at(0), nullptr);
+        if (instance != nullptr && CMReturnInstance(result, instance).rc == CMPI_RC_OK)
+            return;
+    }
+    fail(broker, status, CMPI_RC_ERR_FAILED, "Failed to Get Instance");
+}
+
+CMPIStatus change(RequestHandler handler, const char* refusal, const Request& request) {
+    if (handler == nullptr)
+        return fail(request.broker, CMPI_RC_ERR_NOT_SUPPORTED, refusal);
+    try {
+        return handler(request);
+    } catch (...) {
+        return fail(request.broker, CMPI_RC_ERR_FAILED, "Out of memory");
+    }
+}
+
+} // namespace ph::engine

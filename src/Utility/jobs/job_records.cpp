@@ -1,0 +1,72 @@
+// What a method records of its job.
+#include "provider_helper/jobs.h"
+#include "Utility/back-ends/back_ends.h"
+#include "Utility/values/dmtf_values.h"
+#include "Utility/values/record_fields.h"
+
+#include <cstdio>
+
+namespace {
+
+constexpr int minutesToKeep = 5;
+
+const char* statusText(int state) {
+    return state == ph::JobState::Completed   ? "Completed"
+           : state == ph::JobState::Exception ? "Exception"
+                                              : "Running";
+}
+
+bool hasEnded(int state) {
+    return state == ph::JobState::Completed || state == ph::JobState::Exception;
+}
+
+// Runs work(handle) on the temporary database: 0, or -1 when it, opening or closing fails.
+template <class Work>
+int onTemporaryDatabase(Work work) {
+    SMASH_DB_HANDLE handle = nullptr;
+    if (PH_CreateTmpDBHandle(&handle) != 0 || handle == nullptr)
+        return -1;
+    const bool done = work(handle) == 0;
+    return PH_CloseDBHandle(handle) == 0 && done ? 0 : -1;
+}
+
+} // namespace
+
+int PH_CreateJobInstance(const char* jobName, char* instanceId, int state, const char* operationalStatus) {
+    if (jobName == nullptr || instanceId == nullptr || operationalStatus == nullptr)
+        return -1;
+    ConcreteJobRow row{};
+    ph::copyText(row.elementName, jobName);
+    ph::copyText(row.kind, "ConcreteJob");
+    row.jobState = state;
+    ph::copyText(row.jobStatus, statusText(state));
+    row.deleteOnCompletion = 1;
+    std::snprintf(row.minutesToKeep, sizeof(row.minutesToKeep), "%d", minutesToKeep);
+    ph::copyText(row.operationalStatus, operationalStatus);
+    row.percentComplete = hasEnded(state) ? 100 : 0;
+    return onTemporaryDatabase(
+        [&](SMASH_DB_HANDLE handle) { return db_set_concretejob(handle, &row, instanceId); });
+}
+
+int PH_ModifyConcreteJob(const char* instanceId, int state, const char* operationalStatus) {
+    if (instanceId == nullptr || *instanceId == '\0')
+        return -1;
+    const int percent = hasEnded(state) ? 100 : 50;
+    return onTemporaryDatabase([&](SMASH_DB_HANDLE handle) {
+        return db_modify_concretejob(handle, instanceId, statusText(state), operationalStatus, percent,
+                                     state);
+    });
+}
+
+int PH_CreateErrorInstance(const char* instanceId) {
+    if (instanceId == nullptr || *instanceId == '\0')
+        return -1;
+    JobErrorRow row{};
+    row.errorType = ph::ErrorType::Unknown;
+    row.perceivedSeverity = ph::PerceivedSeverity::DegradedOrWarning;
+    row.probableCause = ph::ProbableCause::Unknown;
+    ph::copyText(row.errorSource, instanceId);
+    row.errorSourceFormat = ph::ErrorSourceFormat::Unknown;
+    row.cimStatusCode = CMPI_RC_ERR_FAILED;
+    return onTemporaryDatabase([&](SMASH_DB_HANDLE handle) { return db_set_error_info(handle, &row); });
+}
