@@ -171,12 +171,15 @@ void IpmiSim::stop() {
     process_ = -1;
 }
 
+// Without a process the number is -1, which would mean every process of the user.
 void IpmiSim::pause() const {
-    ::kill(process_, SIGSTOP);
+    if (process_ > 0)
+        ::kill(process_, SIGSTOP);
 }
 
 void IpmiSim::resume() const {
-    ::kill(process_, SIGCONT);
+    if (process_ > 0)
+        ::kill(process_, SIGCONT);
 }
 
 std::string IpmiSim::ipmitool(const std::string& arguments) const {

@@ -91,7 +91,8 @@ RunningPhctl::~RunningPhctl() {
 }
 
 void RunningPhctl::interrupt() const {
-    kill(process_, SIGINT);
+    if (process_ > 0)
+        kill(process_, SIGINT);
 }
 
 Outcome RunningPhctl::wait() {
