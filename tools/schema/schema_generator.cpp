@@ -28,54 +28,10 @@ using associations::Placement;
 using nlohmann::ordered_json;
 using ph::ClassFamily;
 using ph::Direction;
-using ph::Kind;
 using ph::Method;
 using ph::Parameter;
 using ph::Property;
-
-CMPIType typeOf(Kind kind) {
-    switch (kind) {
-    case Kind::Boolean:
-        return CMPI_boolean;
-    case Kind::Uint8:
-        return CMPI_uint8;
-    case Kind::Uint16:
-        return CMPI_uint16;
-    case Kind::Uint32:
-        return CMPI_uint32;
-    case Kind::Uint64:
-        return CMPI_uint64;
-    case Kind::Sint8:
-        return CMPI_sint8;
-    case Kind::Sint16:
-        return CMPI_sint16;
-    case Kind::Sint32:
-        return CMPI_sint32;
-    case Kind::Sint64:
-        return CMPI_sint64;
-    case Kind::Real32:
-        return CMPI_real32;
-    case Kind::Real64:
-        return CMPI_real64;
-    case Kind::Text:
-    case Kind::TextRef:
-        return CMPI_string;
-    case Kind::Uint16List:
-    case Kind::Uint16ListRef:
-    case Kind::Uint16Slots:
-        return CMPI_uint16A;
-    case Kind::StringList:
-        return CMPI_stringA;
-    case Kind::DateTimeText:
-    case Kind::DateTimeValue:
-        return CMPI_dateTime;
-    case Kind::Reference:
-        return CMPI_ref;
-    case Kind::Instance:
-        return CMPI_instance;
-    }
-    throw std::logic_error("a kind without a CIM type");
-}
+using ph::typeOf;
 
 std::string nameOf(CMPIType type) {
     constexpr std::pair<CMPIType, const char*> names[] = {

@@ -98,35 +98,6 @@ const char* keyText(const Property& key, const void* record) {
     return static_cast<const char*>(record) + key.offset;
 }
 
-CMPIType scalarType(Kind kind) {
-    switch (kind) {
-    case Kind::Boolean:
-        return CMPI_boolean;
-    case Kind::Uint8:
-        return CMPI_uint8;
-    case Kind::Uint16:
-        return CMPI_uint16;
-    case Kind::Uint32:
-        return CMPI_uint32;
-    case Kind::Uint64:
-        return CMPI_uint64;
-    case Kind::Sint8:
-        return CMPI_sint8;
-    case Kind::Sint16:
-        return CMPI_sint16;
-    case Kind::Sint32:
-        return CMPI_sint32;
-    case Kind::Sint64:
-        return CMPI_sint64;
-    case Kind::Real32:
-        return CMPI_real32;
-    case Kind::Real64:
-        return CMPI_real64;
-    default:
-        return CMPI_null;
-    }
-}
-
 std::size_t scalarSize(Kind kind) {
     switch (kind) {
     case Kind::Boolean:
@@ -211,7 +182,7 @@ bool setInstance(const Maker& maker, CMPIInstance* instance, const char* name,
 
 bool setProperty(const Maker& maker, CMPIInstance* instance, const Property& property, const void* record) {
     const CMPIBroker* const broker = maker.broker;
-    ComputedValue computed{};
+    ComputedValue computed; // not zeroed: most properties are stored, and it is large
     const void* field = static_cast<const char*>(record) + property.offset;
     if (property.compute != nullptr) {
         property.compute(record, &computed);
@@ -260,7 +231,7 @@ bool setProperty(const Maker& maker, CMPIInstance* instance, const Property& pro
     default: {
         CMPIValue value{};
         std::memcpy(&value, field, scalarSize(property.kind));
-        return CMSetProperty(instance, property.name, &value, scalarType(property.kind)).rc == CMPI_RC_OK;
+        return CMSetProperty(instance, property.name, &value, typeOf(property.kind)).rc == CMPI_RC_OK;
     }
     }
 }

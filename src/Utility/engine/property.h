@@ -1,7 +1,10 @@
 // A class's published properties as data: name, kind and place in the record.
 #pragma once
 
+#include "Utility/requests/request.h"
+
 #include <array>
+#include <cmpidt.h>
 #include <cstddef>
 #include <cstdint>
 #include <type_traits>
@@ -34,6 +37,51 @@ enum class Kind : std::uint8_t {
     Instance,  // ph::EmbeddedInstance: an instance as a value; one without a record leaves the property out
 };
 
+// The CIM type that values of a kind are published as.
+constexpr CMPIType typeOf(Kind kind) {
+    switch (kind) {
+    case Kind::Boolean:
+        return CMPI_boolean;
+    case Kind::Uint8:
+        return CMPI_uint8;
+    case Kind::Uint16:
+        return CMPI_uint16;
+    case Kind::Uint32:
+        return CMPI_uint32;
+    case Kind::Uint64:
+        return CMPI_uint64;
+    case Kind::Sint8:
+        return CMPI_sint8;
+    case Kind::Sint16:
+        return CMPI_sint16;
+    case Kind::Sint32:
+        return CMPI_sint32;
+    case Kind::Sint64:
+        return CMPI_sint64;
+    case Kind::Real32:
+        return CMPI_real32;
+    case Kind::Real64:
+        return CMPI_real64;
+    case Kind::Text:
+    case Kind::TextRef:
+        return CMPI_string;
+    case Kind::Uint16List:
+    case Kind::Uint16ListRef:
+    case Kind::Uint16Slots:
+        return CMPI_uint16A;
+    case Kind::StringList:
+        return CMPI_stringA;
+    case Kind::DateTimeText:
+    case Kind::DateTimeValue:
+        return CMPI_dateTime;
+    case Kind::Reference:
+        return CMPI_ref;
+    case Kind::Instance:
+        return CMPI_instance;
+    }
+    return CMPI_null;
+}
+
 // A datetime that is published from its number. Without one it is made from no text, the broker's value for a
 // time that is not known; a broker that has none leaves the property out.
 struct DateTime {
@@ -45,13 +93,12 @@ struct ClassFamily;
 
 // Another instance as a record names it: by its class and keys, which are texts.
 struct Reference {
-    static constexpr std::size_t mostKeys = 8;
     struct Key {
         const char* name; // nullptr behind the last
         const char* text;
     };
     const char* className;
-    Key keys[mostKeys];
+    Key keys[maxKeys];
 };
 
 // Another instance as a part of this one, with all its properties: the record of its class.
