@@ -2,6 +2,7 @@
 #include "platform/sel_record.h"
 #include "provider_helper/alert_delivery.h"
 #include "provider_helper/tables.h"
+#include "sensors/sensor_sdr.h"
 #include "Utility/back-ends/back_ends.h"
 #include "Utility/back-ends/dynamic_library.h"
 #include "Utility/engine/guard.h"
@@ -24,14 +25,6 @@ bool hasSeverity(const std::uint8_t* record) {
     return eventType == 0x01 || eventType == 0x07;
 }
 
-const CompactSdr& commonOf(const CompactSdr& sdr) {
-    return sdr;
-}
-const CompactSdr& commonOf(const FullSdr& sdr) {
-    return sdr.common;
-}
-
-// ElementName is "<name>(<number>.<owner>.<LUN>)".
 bool hasNumber(const char* elementName, int number) {
     const char* const bracket = std::strchr(elementName, '(');
     int found = 0;
@@ -47,13 +40,14 @@ bool nameSensor(SMASH_DB_HANDLE database, typename ph::Rows<Sdr>::Getter getAll,
     if (!sdrs.read(database, getAll))
         return false;
     for (const Sdr& sdr : sdrs.all()) {
-        SensorRecord sensor;
-        PH_Fill_Caption_Description_ElementName_Sensor(&commonOf(sdr), &sensor);
-        if (!hasNumber(sensor.ElementName, PH_SelSensorNumber(record)))
+        const CompactSdr& sensor = ph::commonOf(sdr);
+        char elementName[sizeof(SensorRecord::ElementName)];
+        ph::formatIdentity(elementName, sensor.name, sensor);
+        if (!hasNumber(elementName, PH_SelSensorNumber(record)))
             continue;
         std::snprintf(alert.AlertingManagedElement, sizeof(alert.AlertingManagedElement), "%d:%d",
                       PH_SelSensorType(record), PH_SelSensorNumber(record));
-        ph::copyText(alert.MessageArguments[0], sensor.ElementName);
+        ph::copyText(alert.MessageArguments[0], elementName);
         break;
     }
     return true;

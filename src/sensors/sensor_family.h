@@ -3,6 +3,7 @@
 #pragma once
 
 #include "sensors/reading.h"
+#include "sensors/sensor_sdr.h"
 #include "Utility/engine/class_family.h"
 #include "Utility/engine/hosted_element.h"
 
@@ -37,12 +38,6 @@ inline SensorRecord& commonOf(SensorRecord& record) {
 }
 inline SensorRecord& commonOf(NumericSensorRecord& record) {
     return record.sensor;
-}
-inline const CompactSdr& commonOf(const CompactSdr& sdr) {
-    return sdr;
-}
-inline const CompactSdr& commonOf(const FullSdr& sdr) {
-    return sdr.common;
 }
 
 bool isUnreadable(const SensorRecord& sensor);

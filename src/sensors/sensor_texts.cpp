@@ -1,5 +1,6 @@
 // Caption, Description and ElementName.
 #include "provider_helper/sensors.h"
+#include "sensors/sensor_sdr.h"
 #include "tables/sensor_names.h"
 
 #include <cstdio>
@@ -22,11 +23,6 @@ const char* captionName(const CompactSdr& sdr) {
     const bool isStandard = (type >= 0x01 && type <= 0x0C) || type == 0x6F;
     const char* oem = "OEM Reserved";
     return !isStandard ? oem : typeName(sdr.ipmiSensorType, sdr.ipmiSensorType >= 0xC0 ? oem : "");
-}
-
-template <std::size_t N>
-void formatIdentity(char (&text)[N], const char* name, const CompactSdr& sdr) {
-    std::snprintf(text, N, "%s(%d.%d.%d)", name, sdr.sensorNumber, sdr.ownerId, sdr.ownerLun);
 }
 
 } // namespace
