@@ -72,7 +72,10 @@ int enumerate(ph::RecordArray<Record>& logs, ph::Detail detail) {
 }
 
 // There is one log. While the service processor's name cannot be read it is told by the form of its name.
-bool isThisLog(const char* instanceId) {
+bool namesThisLog(CMPIString* const* keyValues) {
+    const char* instanceId = ph::textOf(keyValues[0]);
+    if (instanceId == nullptr)
+        return false;
     char own[sizeof(Record::InstanceID)];
     if (ph::writeLogInstanceId(own, sizeof(own)))
         return std::strcmp(instanceId, own) == 0;
@@ -83,11 +86,6 @@ bool isThisLog(const char* instanceId) {
 bool eraseLog() {
     ph::IpmiSession session;
     return session.open() && CIM_ClearSEL(session.get(), ph::hookTimeout) == 0;
-}
-
-bool namesThisLog(CMPIString* const* keyValues) {
-    const char* instanceId = ph::textOf(keyValues[0]);
-    return instanceId != nullptr && isThisLog(instanceId);
 }
 
 ph::MethodAnswer clearLog(ph::MethodCall& call) {
