@@ -33,14 +33,6 @@ StoredJobRow clpJob(const char* instanceId) {
     return row;
 }
 
-// "Name=value" of each property, in order.
-std::vector<std::string> propertiesOf(const broker::Instance& instance) {
-    std::vector<std::string> texts;
-    for (const auto& [name, value] : instance.properties)
-        texts.push_back(name + '=' + broker::toText(value));
-    return texts;
-}
-
 class Jobs : public SysrootFixture {
 protected:
     void SetUp() override {

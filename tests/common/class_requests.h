@@ -137,3 +137,11 @@ private:
     const broker::Broker& broker_;
     ClassFunctions functions_;
 };
+
+// "Name=value" of each property, in order.
+inline std::vector<std::string> propertiesOf(const broker::Instance& instance) {
+    std::vector<std::string> texts;
+    for (const auto& [name, value] : instance.properties)
+        texts.push_back(name + '=' + broker::toText(value));
+    return texts;
+}

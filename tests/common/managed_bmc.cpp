@@ -132,10 +132,3 @@ std::vector<std::string> textsOf(const std::vector<broker::Instance>& instances,
         texts.push_back(textOf(instance, property));
     return texts;
 }
-
-std::vector<std::string> propertiesOf(const broker::Instance& instance) {
-    std::vector<std::string> texts;
-    for (const auto& [name, value] : instance.properties)
-        texts.push_back(name + '=' + broker::toText(value));
-    return texts;
-}

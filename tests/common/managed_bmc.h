@@ -84,8 +84,6 @@ inline broker::Value reference(broker::ObjectPath path) {
 // The property's value as text, "<none>" when the instance does not have it.
 std::string textOf(const broker::Instance& instance, std::string_view property);
 std::vector<std::string> textsOf(const std::vector<broker::Instance>& instances, std::string_view property);
-// "Name=value" of each property, in order.
-std::vector<std::string> propertiesOf(const broker::Instance& instance);
 
 // The code and text of a refusal, which hands nothing out.
 MATCHER_P2(Refuses, code, message, "") {

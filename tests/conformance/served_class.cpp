@@ -17,9 +17,7 @@ ClassFunctions functionsOf(const std::string& name) {
     look(functions.ei, name, "EI_");
     look(functions.ein, name, "EIN_");
     look(functions.gi, name, "GI_");
-    // CIM_Error has none.
-    if (dlsym(RTLD_DEFAULT, ("PH_" + name.substr(4) + "_GetInstArray").c_str()) != nullptr)
-        look(functions.getInstArray, name, "", "_GetInstArray");
+    look(functions.getInstArray, name, "", "_GetInstArray");
     look(functions.mi, name, "MI_");
     look(functions.ci, name, "CI_");
     look(functions.di, name, "DI_");
