@@ -41,7 +41,7 @@ std::string read(const fs::path& file) {
 std::vector<std::string> commandLine(const std::vector<std::string>& arguments) {
     std::vector<std::string> words;
     std::istringstream emulator(PH_EMULATOR);
-    for (std::string word; std::getline(emulator, word, ' ');)
+    for (std::string word; std::getline(emulator, word, '|');)
         words.push_back(word);
     words.emplace_back(PH_PHCTL);
     words.insert(words.end(), arguments.begin(), arguments.end());
