@@ -20,7 +20,7 @@ function(ph_install folder)
     endforeach()
 endfunction()
 
-ph_install(${CMAKE_INSTALL_LIBDIR} ProviderHelper phipmi CIMAPIHooks CIMTRZHooks CIMOEMHooks smashdb phsupport
+ph_install(${CMAKE_INSTALL_LIBDIR} ProviderHelper phipmi phipmi-freeipmi ph_virtual_bmc CIMAPIHooks CIMTRZHooks CIMOEMHooks smashdb phsupport
            EventLogDes smtp smtp_client interop_provider)
 ph_install(${moduleDir} ProviderHelperProviders)
 ph_install(${CMAKE_INSTALL_BINDIR} phctl)

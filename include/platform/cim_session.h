@@ -26,7 +26,8 @@ typedef struct {
  *   userName         at most 16 characters
  *   password         at most 20 characters
  *   interfaceType    0 RMCP+ over LAN (address: host name or IP address),
- *                    1 the local IPMI device (address: its driver type, empty to probe),
+ *                    1 the local IPMI device (address: "openipmi" for the one of Linux, /dev/ipmi0; "kcs",
+ *                    "ssif" or "sunbmc" for a driver without it; empty for what is found),
  *                    2 virtual BMC (address: path of its state file)
  *   cipherSuite      IPMI 2.0 cipher suite ID of an RMCP+ session, 3 where nothing is known
  *   workaroundFlags  bits of the platform's IPMI library for BMCs that deviate from IPMI 2.0, 0 for none

@@ -1,8 +1,7 @@
 #include "ipmi/transport.h"
 
-#include "ipmi/lan_transport.h"
-#include "ipmi/local_transport.h"
-#include "virtual-bmc/transport.h"
+#include "ipmi/local_device.h"
+#include "ipmi/transport_library.h"
 
 #include <utility>
 
@@ -30,14 +29,41 @@ private:
     std::unique_ptr<Transport> transport_;
 };
 
+std::unique_ptr<Transport> openWithFreeIpmi(const SessionSettings& settings) {
+    static const TransportLibrary& library = loadTransportLibrary("libphipmi-freeipmi.so");
+    return library.open(settings);
+}
+
+std::unique_ptr<Transport> openVirtualBmc(const SessionSettings& settings) {
+    static const TransportLibrary& library = loadTransportLibrary("libphipmi-vbmc.so");
+    return library.open(settings);
+}
+
+// The address names a driver. Linux's is enough where there is one.
+std::unique_ptr<Transport> openLocalDevice(const SessionSettings& settings) {
+    const bool isOfLinux = settings.address == "openipmi";
+    if (settings.address.empty() || isOfLinux)
+        if (auto device = ipmi::LocalDevice::find(settings))
+            return device;
+    if (isOfLinux)
+        throw TransportError("there is no local IPMI device /dev/ipmi0");
+    try {
+        return openWithFreeIpmi(settings);
+    } catch (const TransportError& error) {
+        if (!settings.address.empty())
+            throw;
+        throw TransportError("there is no local IPMI device /dev/ipmi0; " + std::string(error.what()));
+    }
+}
+
 std::unique_ptr<Transport> open(const SessionSettings& settings) {
     switch (settings.interfaceType) {
     case SessionSettings::Lan:
-        return std::make_unique<LanTransport>(settings);
+        return openWithFreeIpmi(settings);
     case SessionSettings::LocalDevice:
-        return std::make_unique<LocalTransport>(settings);
+        return openLocalDevice(settings);
     case SessionSettings::VirtualBmc:
-        return vbmc::openTransport(settings);
+        return openVirtualBmc(settings);
     }
     throw TransportError("IPMI interface type " + std::to_string(settings.interfaceType) +
                          " is unknown; 0 is LAN, 1 the local device, 2 the virtual BMC");

@@ -1,5 +1,5 @@
-#include "virtual-bmc/transport.h"
-
+// A session with the virtual BMC.
+#include "ipmi/transport_library.h"
 #include "virtual-bmc/controller.h"
 #include "virtual-bmc/state_file.h"
 #include "virtual-bmc/virtual_bmc.h"
@@ -49,16 +49,8 @@ private:
     StateFile file_;
 };
 
-} // namespace
-
-std::filesystem::path defaultStateFile() {
-    char path[4096];
-    if (PH_SysrootPath("/var/lib/virtual-bmc/bmc.state", path, sizeof path) != 0)
-        throw Error("PH_SYSROOT is too long");
-    return path;
-}
-
-std::unique_ptr<ipmi::Transport> openTransport(const ipmi::SessionSettings& settings) {
+// The address is the state file.
+std::unique_ptr<ipmi::Transport> open(const ipmi::SessionSettings& settings) {
     try {
         return std::make_unique<VirtualTransport>(
             settings.address.empty() ? defaultStateFile() : std::filesystem::path(settings.address),
@@ -68,4 +60,15 @@ std::unique_ptr<ipmi::Transport> openTransport(const ipmi::SessionSettings& sett
     }
 }
 
+} // namespace
+
+std::filesystem::path defaultStateFile() {
+    char path[4096];
+    if (PH_SysrootPath("/var/lib/virtual-bmc/bmc.state", path, sizeof path) != 0)
+        throw Error("PH_SYSROOT is too long");
+    return path;
+}
+
 } // namespace vbmc
+
+const ipmi::TransportLibrary PH_IpmiTransports{.open = vbmc::open};

@@ -1,4 +1,4 @@
-#include "ipmi/freeipmi_context.h"
+#include "ipmi/freeipmi/context.h"
 
 #include "ipmi/secret.h"
 

@@ -1,4 +1,4 @@
-#include "ipmi/local_transport.h"
+#include "ipmi/freeipmi/driver_transport.h"
 
 #include <array>
 
@@ -13,7 +13,6 @@ struct Driver {
 constexpr Driver drivers[] = {
     {"kcs", IPMI_DEVICE_KCS},
     {"ssif", IPMI_DEVICE_SSIF},
-    {"openipmi", IPMI_DEVICE_OPENIPMI},
     {"sunbmc", IPMI_DEVICE_SUNBMC},
 };
 
@@ -27,7 +26,7 @@ const Driver& findDriver(const std::string& name) {
 
 } // namespace
 
-LocalTransport::LocalTransport(const SessionSettings& settings)
+DriverTransport::DriverTransport(const SessionSettings& settings)
     : context_(settings.address.empty() ? "local IPMI device" : "local IPMI device " + settings.address) {
     const auto flags = static_cast<unsigned>(settings.workaroundFlags);
     if (settings.address.empty()) {
@@ -43,8 +42,8 @@ LocalTransport::LocalTransport(const SessionSettings& settings)
     }
 }
 
-std::size_t LocalTransport::exchange(std::uint8_t netFn, std::uint8_t command,
-                                     std::span<const std::uint8_t> request, std::span<std::uint8_t> answer) {
+std::size_t DriverTransport::exchange(std::uint8_t netFn, std::uint8_t command,
+                                      std::span<const std::uint8_t> request, std::span<std::uint8_t> answer) {
     return context_.exchange(netFn, command, request, answer);
 }
 

@@ -1,7 +1,7 @@
 // IPMI 2.0 over LAN: an RMCP+ session.
 #pragma once
 
-#include "ipmi/freeipmi_context.h"
+#include "ipmi/freeipmi/context.h"
 
 #include <chrono>
 #include <optional>

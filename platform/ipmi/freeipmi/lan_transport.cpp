@@ -1,4 +1,4 @@
-#include "ipmi/lan_transport.h"
+#include "ipmi/freeipmi/lan_transport.h"
 
 #include "ipmi/command.h"
 
