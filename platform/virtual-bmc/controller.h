@@ -1,7 +1,7 @@
 // The controller: what answers an IPMI message.
 #pragma once
 
-#include "virtual-bmc/state.h"
+#include "virtual-bmc/state/state.h"
 
 #include <chrono>
 #include <cstddef>

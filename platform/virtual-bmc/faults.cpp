@@ -1,6 +1,6 @@
 #include "virtual-bmc/faults.h"
 
-#include "virtual-bmc/json_fields.h"
+#include "virtual-bmc/state/json_fields.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // What goes wrong with commands, as somebody asked for. See Fault in virtual_bmc.h.
 #pragma once
 
-#include "virtual-bmc/part.h"
+#include "virtual-bmc/state/part.h"
 #include "virtual-bmc/virtual_bmc.h"
 
 #include <optional>

@@ -1,9 +1,9 @@
 #include "virtual-bmc/message_log.h"
 
 #include "ipmi/oem_commands.h"
-#include "virtual-bmc/file_handle.h"
-#include "virtual-bmc/json_fields.h"
-#include "virtual-bmc/state.h"
+#include "virtual-bmc/state/file_handle.h"
+#include "virtual-bmc/state/json_fields.h"
+#include "virtual-bmc/state/state.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 // The record of messages that the controller received, for those who test its clients.
 #pragma once
 
-#include "virtual-bmc/part.h"
+#include "virtual-bmc/state/part.h"
 #include "virtual-bmc/virtual_bmc.h"
 
 namespace vbmc {

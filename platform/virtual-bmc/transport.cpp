@@ -1,7 +1,7 @@
 // A session with the virtual BMC.
 #include "ipmi/transport_library.h"
 #include "virtual-bmc/controller.h"
-#include "virtual-bmc/state_file.h"
+#include "virtual-bmc/state/state_file.h"
 #include "virtual-bmc/virtual_bmc.h"
 
 #include <algorithm>

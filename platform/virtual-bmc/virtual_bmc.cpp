@@ -1,9 +1,9 @@
 #include "virtual-bmc/virtual_bmc.h"
 
-#include "virtual-bmc/json_fields.h"
-#include "virtual-bmc/pef_alerts.h"
-#include "virtual-bmc/sel_file.h"
-#include "virtual-bmc/state_file.h"
+#include "virtual-bmc/pef/pef_alerts.h"
+#include "virtual-bmc/sel/sel_file.h"
+#include "virtual-bmc/state/json_fields.h"
+#include "virtual-bmc/state/state_file.h"
 
 #include <fcntl.h>
 

@@ -1,4 +1,4 @@
-#include "virtual-bmc/reading_factors.h"
+#include "virtual-bmc/sensors/reading_factors.h"
 
 #include <gmock/gmock.h>
 

@@ -1,0 +1,155 @@
+#include "virtual-bmc/device/chassis.h"
+
+#include "virtual-bmc/state/json_fields.h"
+#include "virtual-bmc/state/state.h"
+
+#include <chrono>
+
+namespace vbmc {
+namespace {
+
+namespace completion = ipmi::completion;
+
+enum class Control : std::uint8_t { // IPMI 2.0 table 28-4
+    PowerDown = 0,
+    PowerUp = 1,
+    PowerCycle = 2,
+    HardReset = 3,
+    DiagnosticInterrupt = 4,
+    SoftShutdown = 5
+};
+
+std::int64_t now() {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(
+               std::chrono::system_clock::now().time_since_epoch())
+        .count();
+}
+
+Chassis settled(Chassis chassis) {
+    chassis.settle(now());
+    return chassis;
+}
+
+void powerDown(Chassis& chassis) {
+    chassis.isOn = false;
+    chassis.offAt = chassis.onAt = 0;
+}
+
+void powerUp(Chassis& chassis, std::int64_t time) {
+    // One that is shutting down comes up again afterwards.
+    if (chassis.isOn && chassis.offAt != 0)
+        chassis.onAt = chassis.offAt + chassis.cycleInterval;
+    else if (!chassis.isOn)
+        chassis.onAt = time;
+    chassis.wasSwitchedOn = true;
+}
+
+// The actions on a host that runs. Others have nothing to act on: D5h, as IPMI recommends for the power
+// cycle.
+std::uint8_t controlRunning(Chassis& chassis, Control control, std::int64_t time) {
+    if (!chassis.isOn)
+        return completion::notInPresentState;
+    switch (control) {
+    case Control::PowerCycle:
+        powerDown(chassis);
+        chassis.onAt = time + chassis.cycleInterval;
+        chassis.wasSwitchedOn = true;
+        break;
+    case Control::HardReset:
+        chassis.offAt = chassis.onAt = 0; // what was shutting down starts anew
+        ++chassis.resets;
+        break;
+    case Control::DiagnosticInterrupt:
+        ++chassis.diagnosticInterrupts;
+        break;
+    default:
+        if (chassis.offAt == 0)
+            chassis.offAt = time + chassis.softOffDelay;
+    }
+    return completion::success;
+}
+
+std::uint8_t chassisControl(State& state, ipmi::Reader request, ipmi::Writer&) {
+    const auto control = static_cast<Control>(request.u8() & 0x0F);
+    if (control > Control::SoftShutdown)
+        return completion::invalidDataField;
+    const std::int64_t time = now();
+    auto& chassis = state.edit<Chassis>();
+    chassis.settle(time);
+    std::uint8_t code = completion::success;
+    if (control == Control::PowerDown)
+        powerDown(chassis);
+    else if (control == Control::PowerUp)
+        powerUp(chassis, time);
+    else
+        code = controlRunning(chassis, control, time);
+    chassis.settle(time);
+    return code;
+}
+
+std::uint8_t getChassisStatus(State& state, ipmi::Reader, ipmi::Writer& answer) {
+    constexpr std::uint8_t unknownRestorePolicy = 0x60;
+    constexpr std::uint8_t byCommand = 0x10;
+    const Chassis chassis = settled(state.get<Chassis>());
+    answer.u8(static_cast<std::uint8_t>(unknownRestorePolicy | chassis.isOn))
+        .u8(chassis.isOn && chassis.wasSwitchedOn ? byCommand : 0)
+        .u8(0); // nothing of intrusion, lockout, fans and drives
+    return completion::success;
+}
+
+std::uint8_t getSystemRestartCause(State& state, ipmi::Reader, ipmi::Writer& answer) {
+    constexpr std::uint8_t unknown = 0, chassisControlCommand = 1;
+    constexpr std::uint8_t systemInterface = 0x0F; // channel
+    const auto& chassis = state.get<Chassis>();
+    answer.u8(chassis.wasSwitchedOn || chassis.resets > 0 ? chassisControlCommand : unknown)
+        .u8(systemInterface);
+    return completion::success;
+}
+
+constexpr Command commandTable[] = {
+    {ipmi::command::getChassisStatus, 0, getChassisStatus},
+    {ipmi::command::chassisControl, 1, chassisControl},
+    {ipmi::command::getSystemRestartCause, 0, getSystemRestartCause},
+};
+
+} // namespace
+
+std::span<const Command> Chassis::commands() {
+    return commandTable;
+}
+
+void Chassis::fields(Fields& fields) {
+    constexpr int tenMinutes = 600'000;
+    fields("on", isOn);
+    fields("offAt", offAt);
+    fields("onAt", onAt);
+    fields.number("softOffDelay", softOffDelay, 0, tenMinutes);
+    fields.number("cycleInterval", cycleInterval, 0, tenMinutes);
+    fields("switchedOn", wasSwitchedOn);
+    fields("resets", resets);
+    fields("diagnosticInterrupts", diagnosticInterrupts);
+}
+
+void Chassis::settle(std::int64_t time) {
+    if (offAt != 0 && time >= offAt) {
+        isOn = false;
+        offAt = 0;
+    }
+    if (offAt == 0 && onAt != 0 && time >= onAt) {
+        isOn = true;
+        onAt = 0;
+    }
+}
+
+Json Chassis::describe(const State&) const {
+    const Chassis chassis = settled(*this);
+    Json json = Json::object();
+    json["power"] = chassis.isOn ? "on" : "off";
+    if (chassis.offAt != 0 || chassis.onAt != 0)
+        json["comingText"] = chassis.offAt == 0 ? "on" : chassis.onAt == 0 ? "off" : "off, then on";
+    json["resets"] = chassis.resets;
+    json["diagnosticInterrupts"] = chassis.diagnosticInterrupts;
+    return json;
+}
+
+} // namespace vbmc
