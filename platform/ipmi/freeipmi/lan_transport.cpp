@@ -41,6 +41,12 @@ void check(const SessionSettings& settings, const std::string& host) {
             "the privilege level is not one of IPMI 2.0");
 }
 
+// Three messages for a timeout, of which the last waits for half of it: BMCs may be slow. A quarter to the
+// millisecond may end just before the timeout and so cost a fourth message.
+unsigned retransmissionFor(unsigned timeout) {
+    return timeout / 4 + 10;
+}
+
 // FreeIPMI sends a message again after steps of one, one, two, two, three times the retransmission time,
 // takes an answer only to what it sent last, and looks at the clock only between the steps.
 unsigned longestWait(unsigned timeout, unsigned retransmission) {
@@ -57,10 +63,9 @@ LanTransport::LanTransport(const SessionSettings& settings)
     check(settings_, host_);
     const unsigned whole = static_cast<unsigned>(std::clamp(settings_.timeout, 1, 3600)) * 1000;
     messageTimeout_ = std::max(whole / messagesOfOpening, shortestMessageTimeout);
-    // By default three messages, of which the last waits for half of the time: BMCs may be slow.
     retransmission_ = settings_.retransmission > 0
                           ? std::min(static_cast<unsigned>(settings_.retransmission), messageTimeout_)
-                          : messageTimeout_ / 4;
+                          : retransmissionFor(messageTimeout_);
     probe();
     open();
 }
@@ -71,7 +76,8 @@ void LanTransport::probe() const {
     FreeIpmiContext context(host_);
     const unsigned timeout = std::min(messageTimeout_, probeTimeout);
     if (ipmi_ctx_open_outofband(context.get(), host_.c_str(), nullptr, nullptr, IPMI_AUTHENTICATION_TYPE_NONE,
-                                IPMI_PRIVILEGE_LEVEL_ADMIN, timeout, std::min(retransmission_, timeout / 4),
+                                IPMI_PRIVILEGE_LEVEL_ADMIN, timeout,
+                                std::min(retransmission_, retransmissionFor(timeout)),
                                 IPMI_WORKAROUND_FLAGS_DEFAULT, IPMI_FLAGS_NOSESSION) < 0)
         context.fail("cannot reach the BMC");
     const std::uint8_t request[] = {presentChannel | withIpmi20Data, IPMI_PRIVILEGE_LEVEL_ADMIN};
