@@ -134,6 +134,7 @@ TEST_F(Services, nothingIsSwitchedWithoutDatabases) {
         bool isSwitched;
     } cases[] = {
         {"db_set_concretejob", "Unable to create the job.", false},
+        {"smash_db_init", internalError, false},
         {"db_modify_concretejob", "Unable to record how the job ended.", true},
     };
     for (const auto& [function, message, isSwitched] : cases) {
