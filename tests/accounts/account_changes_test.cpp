@@ -242,13 +242,8 @@ TEST_F(AccountChanges, creationMakesAnEnabledUser) {
 }
 
 TEST_F(AccountChanges, creationHasLimits) {
-    const struct {
-        std::string userId, password;
-        const char* message;
-    } cases[] = {
-        {std::string(16, 'u'), std::string(16, 'p'), ""},
-        {"ü", std::string(17, 'p'), ""},
-        {"'\"", std::string(20, 'p'), ""},
+    const std::tuple<std::string, std::string, const char*> cases[] = {
+        {std::string(16, 'u'), std::string(20, 'p'), ""},
         {"eva", "", notFilled},
         {"eva", std::string(21, 'p'), notCreated},
         {std::string(17, 'u'), "word", notCreated},
