@@ -2,6 +2,7 @@
 
 #include "class_list.h"
 #include "managed_bmc.h"
+#include "served_classes.h"
 
 namespace {
 
@@ -39,26 +40,27 @@ broker::Request Conformance::modification(const broker::Instance& instance) cons
 }
 
 // What a client may send: numbers that stand for states, texts, instances of the classes that there are.
-std::vector<broker::NamedValues> Conformance::argumentsOf(const phctl::MethodDescription& method) {
+std::vector<broker::NamedValues> Conformance::argumentsOf(const schema::Method& method) {
     std::vector<broker::NamedValues> candidates;
     for (const std::uint64_t number : {2U, 3U, 5U, 8U, 11U}) {
         broker::NamedValues arguments;
-        for (const phctl::Declaration& parameter : method.parameters) {
+        for (const schema::Parameter& parameter : method.parameters) {
             if (parameter.isOut)
                 continue;
-            const auto* const referred = phctl::describe(parameter.className);
-            const ServedClass host(broker, *phctl::describe("CIM_HostComputerSystem"));
+            const auto* const referred = phctl::servedClass(parameter.className);
+            const ServedClass host(broker, *schema::find("CIM_HostComputerSystem"));
             if (parameter.type == CMPI_ref) {
                 const auto all = (referred != nullptr ? ServedClass(broker, *referred) : host).instances();
-                arguments.push_back({parameter.name, reference(all.at(0).path)});
+                arguments.push_back({std::string(parameter.name), reference(all.at(0).path)});
             } else if (parameter.type == CMPI_instance && referred != nullptr) {
-                arguments.push_back({parameter.name,
-                                     {CMPI_instance, std::make_shared<const broker::Instance>(
-                                                         Machine::newInstance(parameter.className))}});
+                arguments.push_back(
+                    {std::string(parameter.name),
+                     {CMPI_instance, std::make_shared<const broker::Instance>(
+                                         Machine::newInstance(std::string(parameter.className)))}});
             } else if (parameter.type == CMPI_string) {
-                arguments.push_back({parameter.name, {CMPI_string, std::to_string(number)}});
+                arguments.push_back({std::string(parameter.name), {CMPI_string, std::to_string(number)}});
             } else if (parameter.type != CMPI_dateTime) {
-                arguments.push_back({parameter.name, {parameter.type, number}});
+                arguments.push_back({std::string(parameter.name), {parameter.type, number}});
             }
         }
         candidates.push_back(std::move(arguments));
@@ -71,15 +73,15 @@ std::vector<broker::Request> Conformance::changes() {
     std::vector<broker::Request> all{modification(instance)};
     broker::Request creation{.operation = Operation::CreateInstance,
                              .path = tested.path(),
-                             .instance = Machine::newInstance(tested.description.name)};
+                             .instance = Machine::newInstance(std::string(tested.description.name))};
     if (creation.instance.properties.empty())
         creation.instance = instance;
     creation.path = creation.instance.path;
     all.push_back(creation);
     all.push_back({.operation = Operation::DeleteInstance, .path = instance.path});
-    for (const phctl::MethodDescription& method : tested.description.methods) {
+    for (const schema::Method& method : tested.description.servedMethods()) {
         broker::Request request{
-            .operation = Operation::InvokeMethod, .path = instance.path, .method = method.name};
+            .operation = Operation::InvokeMethod, .path = instance.path, .method = std::string(method.name)};
         for (const auto& arguments : argumentsOf(method)) {
             request.arguments = arguments;
             const bool succeeds = isDone(tested.answer(request));

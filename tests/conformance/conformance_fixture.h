@@ -35,10 +35,10 @@ protected:
     std::vector<broker::Request> requests();
 
     broker::Broker broker;
-    const ServedClass tested{broker, *phctl::describe(GetParam())};
+    const ServedClass tested{broker, *schema::find(GetParam())};
 
 private:
     broker::Instance first() const;
     broker::Request modification(const broker::Instance& instance) const;
-    std::vector<broker::NamedValues> argumentsOf(const phctl::MethodDescription& method);
+    std::vector<broker::NamedValues> argumentsOf(const schema::Method& method);
 };

@@ -71,9 +71,10 @@ TEST_P(Conformance, givesThePropertiesThatAreAskedFor) {
     };
     EXPECT_EQ(tested.instances({{}}), withOnly(""));
     EXPECT_EQ(tested.instances({{"NoSuchProperty"}}), withOnly(""));
-    for (const auto& property : tested.description.properties) {
-        EXPECT_EQ(tested.instances({{property.name}}), withOnly(property.name));
-        EXPECT_EQ(tested.instances({{"NoSuchProperty", upperCase(property.name)}}), withOnly(property.name));
+    for (const auto& property : tested.description.servedProperties()) {
+        const std::string name(property.name);
+        EXPECT_EQ(tested.instances({{name}}), withOnly(name));
+        EXPECT_EQ(tested.instances({{"NoSuchProperty", upperCase(name)}}), withOnly(name));
     }
 }
 
@@ -230,7 +231,7 @@ TEST_P(Conformance, refusesWhatItDoesNotSupport) {
         {Operation::ModifyInstance, description.modifies, "SetInstance not supported"},
         {Operation::CreateInstance, description.creates, "CreateInstance not supported"},
         {Operation::DeleteInstance, description.deletes, "DeleteInstance not supported"},
-        {Operation::InvokeMethod, !description.methods.empty(), "Invoke Method not supported"},
+        {Operation::InvokeMethod, !description.servedMethods().empty(), "Invoke Method not supported"},
     };
     for (const auto& [operation, isSupported, refusal] : operations) {
         Request request{.operation = operation, .path = tested.path()};

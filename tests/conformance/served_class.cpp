@@ -6,14 +6,14 @@ namespace {
 
 // PH_EI_Sensor of "CIM_Sensor" and "EI_"; nothing where the class has no such function.
 template <class Function>
-void look(Function*& function, const std::string& className, const char* operation, const char* suffix = "") {
-    const std::string symbol = std::string("PH_") + operation + className.substr(4) + suffix;
+void look(Function*& function, std::string_view className, const char* operation, const char* suffix = "") {
+    const std::string symbol = "PH_" + std::string(operation).append(className.substr(4)) + suffix;
     function = reinterpret_cast<Function*>(dlsym(RTLD_DEFAULT, symbol.c_str()));
 }
 
-ClassFunctions functionsOf(const std::string& name) {
+ClassFunctions functionsOf(std::string_view name) {
     ClassFunctions functions{};
-    functions.name = name.c_str();
+    functions.name = name.data(); // a text of the schema, which ends with a null
     look(functions.ei, name, "EI_");
     look(functions.ein, name, "EIN_");
     look(functions.gi, name, "GI_");
@@ -33,7 +33,7 @@ std::string toText(const broker::Request& request) {
            toText(request.path);
 }
 
-ServedClass::ServedClass(const broker::Broker& broker, const phctl::ClassDescription& served)
+ServedClass::ServedClass(const broker::Broker& broker, const schema::Class& served)
     : ClassRequests(broker, functionsOf(served.name)), description(served) {}
 
 bool ServedClass::find(CMPIString** keyValues) const {
@@ -49,8 +49,8 @@ bool ServedClass::find(CMPIString** keyValues) const {
 
 std::vector<std::string> ServedClass::keys() const {
     std::vector<std::string> names;
-    for (const auto& property : description.properties)
+    for (const auto& property : description.servedProperties())
         if (property.isKey)
-            names.push_back(property.name);
+            names.emplace_back(property.name);
     return names;
 }

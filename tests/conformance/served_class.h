@@ -1,12 +1,12 @@
 // A class as the library exports it: requests to its functions, looked up by its name as providers do.
 #pragma once
 
-#include "class_descriptions.h"
 #include "class_requests.h"
+#include "schema/class_schema.h"
 
 class ServedClass : public ClassRequests {
 public:
-    ServedClass(const broker::Broker& broker, const phctl::ClassDescription& served);
+    ServedClass(const broker::Broker& broker, const schema::Class& served);
 
     std::vector<broker::Instance> instances(const broker::PropertyList& properties = {}) const {
         return enumerate(properties).instances;
@@ -16,7 +16,7 @@ public:
 
     std::vector<std::string> keys() const;
 
-    const phctl::ClassDescription& description;
+    const schema::Class& description;
 };
 
 // The operation and the method, for a test's trace.

@@ -139,8 +139,12 @@ TEST_F(Requests, refusalsNameStatusAndReason) {
 TEST_F(Requests, classesAreDescribed) {
     EXPECT_THAT(succeed({"classes"}).out, ContainsRegex("CIM_NumericSensor +CIM_Sensor +get"));
     const auto job = succeed({"classes", "cim_concretejob", "--json"}).json();
-    EXPECT_EQ(job["properties"][0],
-              (nlohmann::json{{"name", "InstanceID"}, {"type", "string"}, {"array", false}, {"key", true}}));
+    EXPECT_EQ(job["properties"][0], (nlohmann::json{{"name", "InstanceID"},
+                                                    {"type", "string"},
+                                                    {"array", false},
+                                                    {"key", true},
+                                                    {"origin", "CIM_ManagedElement"}}));
+    EXPECT_EQ(job["properties"][3]["values"]["7"], "Completed"); // JobState
     EXPECT_EQ(job["methods"][0]["name"], "GetErrors");
     EXPECT_THAT(succeed({"classes", "CIM_ConcreteJob"}).out,
                 AllOf(ContainsRegex("InstanceID +string +key"),

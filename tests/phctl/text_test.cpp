@@ -121,10 +121,10 @@ TEST(Arguments, arraysAreListsOrRepeated) {
 }
 
 TEST(Arguments, namesAreDeclaredOrReported) {
-    const std::vector<phctl::Declaration> declared = {{.name = "RequestedState", .type = CMPI_uint16}};
+    const schema::Element declared{.name = "RequestedState", .type = CMPI_uint16};
     std::vector<std::string> unknown;
     const auto values =
-        phctl::parseArguments({"requestedstate=3", "Other=3", "List=a", "List=b"}, declared, "n", unknown);
+        phctl::parseArguments({"requestedstate=3", "Other=3", "List=a", "List=b"}, {&declared}, "n", unknown);
     ASSERT_EQ(values.size(), 3u);
     EXPECT_EQ(values[0].name, "RequestedState");
     EXPECT_EQ(values[0].value, (Value{CMPI_uint16, std::uint64_t{3}}));
@@ -132,7 +132,7 @@ TEST(Arguments, namesAreDeclaredOrReported) {
     EXPECT_EQ(values[2].value.type, CMPI_stringA);
     EXPECT_EQ(unknown, (std::vector<std::string>{"Other", "List"}));
     for (const char* wrong : {"RequestedState", "=3", ""})
-        EXPECT_THROW(phctl::parseArguments({wrong}, declared, "n", unknown), UsageError) << wrong;
+        EXPECT_THROW(phctl::parseArguments({wrong}, {&declared}, "n", unknown), UsageError) << wrong;
 }
 
 TEST(Arguments, pathsGetTheNamespaceAndTheClassItsSpelling) {

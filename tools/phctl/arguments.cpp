@@ -1,6 +1,7 @@
 #include "arguments.h"
 
 #include "errors.h"
+#include "served_classes.h"
 
 #include <algorithm>
 #include <charconv>
@@ -123,9 +124,9 @@ std::vector<std::string> textsOf(const nlohmann::json& json) {
 }
 
 // A property of an embedded instance.
-Value parseProperty(const std::string& name, const Declaration& property, const nlohmann::json& json,
+Value parseProperty(const std::string& name, const schema::Element& property, const nlohmann::json& json,
                     const std::string& nameSpace) {
-    const std::string place = name + '.' + property.name;
+    const std::string place = name + '.' + std::string(property.name);
     const auto elementType = static_cast<CMPIType>(property.type & ~CMPI_ARRAY);
     Value::Array elements;
     for (const std::string& text : textsOf(json))
@@ -137,10 +138,10 @@ Value parseProperty(const std::string& name, const Declaration& property, const 
     return std::move(elements.front());
 }
 
-const Declaration& requireProperty(const std::string& name, const std::string& className,
-                                   const std::string& member) {
-    const ClassDescription* description = describe(className);
-    const Declaration* property = description != nullptr ? description->property(member) : nullptr;
+const schema::Property& requireProperty(const std::string& name, const std::string& className,
+                                        const std::string& member) {
+    const schema::Class* described = servedClass(className);
+    const schema::Property* property = described != nullptr ? servedProperty(*described, member) : nullptr;
     if (property == nullptr)
         throw UsageError(name + ": " + className + " has no property " + member);
     return *property;
@@ -159,8 +160,9 @@ Value parseInstance(const std::string& name, const std::string& className, const
                  .keys = {}},
         .properties = {}};
     for (const auto& [member, value] : json.items()) {
-        const Declaration& property = requireProperty(name, className, member);
-        broker::set(instance.properties, property.name, parseProperty(name, property, value, nameSpace));
+        const schema::Property& property = requireProperty(name, className, member);
+        broker::set(instance.properties, std::string(property.name),
+                    parseProperty(name, property, value, nameSpace));
     }
     return {CMPI_instance, std::make_shared<const broker::Instance>(std::move(instance))};
 }
@@ -183,9 +185,8 @@ Value parseValue(const std::string& name, CMPIType type, const std::vector<std::
     return {type, std::move(elements)};
 }
 
-broker::NamedValues parseArguments(const std::vector<std::string>& arguments,
-                                   const std::vector<Declaration>& declared, const std::string& nameSpace,
-                                   std::vector<std::string>& unknown) {
+broker::NamedValues parseArguments(const std::vector<std::string>& arguments, const Declared& declared,
+                                   const std::string& nameSpace, std::vector<std::string>& unknown) {
     struct Given {
         std::string name;
         std::vector<std::string> texts;
@@ -204,20 +205,21 @@ broker::NamedValues parseArguments(const std::vector<std::string>& arguments,
     }
     broker::NamedValues values;
     for (const Given& given : all) {
-        const auto declaration = std::find_if(declared.begin(), declared.end(), [&](const Declaration& each) {
-            return broker::sameName(each.name, given.name);
-        });
+        const auto declaration =
+            std::find_if(declared.begin(), declared.end(), [&](const schema::Element* each) {
+                return broker::sameName(each->name, given.name);
+            });
         const bool isKnown = declaration != declared.end();
         if (!isKnown)
             unknown.push_back(given.name);
-        const CMPIType type = isKnown                  ? declaration->type
+        const CMPIType type = isKnown                  ? (*declaration)->type
                               : given.texts.size() > 1 ? CMPI_stringA
                                                        : CMPI_string;
-        values.push_back(
-            {isKnown ? declaration->name : given.name,
-             type == CMPI_instance && given.texts.size() == 1
-                 ? parseInstance(given.name, declaration->className, given.texts.front(), nameSpace)
-                 : parseValue(given.name, type, given.texts, nameSpace)});
+        values.push_back({isKnown ? std::string((*declaration)->name) : given.name,
+                          type == CMPI_instance && given.texts.size() == 1
+                              ? parseInstance(given.name, std::string((*declaration)->className),
+                                              given.texts.front(), nameSpace)
+                              : parseValue(given.name, type, given.texts, nameSpace)});
     }
     return values;
 }
@@ -234,11 +236,11 @@ broker::ObjectPath parsePath(const std::string& text, const std::string& nameSpa
     }
     if (path.nameSpace.empty())
         path.nameSpace = nameSpace.empty() ? defaultNameSpace(path.className) : nameSpace;
-    if (const ClassDescription* description = describe(path.className)) {
-        path.className = description->name;
+    if (const schema::Class* described = schema::find(path.className)) {
+        path.className = described->name;
         for (auto& [name, value] : path.keys) {
             // Only the class tells a reference from any other text.
-            const Declaration* key = description->property(name);
+            const schema::Property* key = described->property(name);
             const auto* reference = value.as<std::string>();
             if (key != nullptr && key->type == CMPI_ref && reference != nullptr)
                 value = parseScalar(name, CMPI_ref, std::string(*reference), nameSpace);

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "broker/value.h"
-#include "class_descriptions.h"
+#include "schema/class_schema.h"
 
 #include <string>
 #include <vector>
@@ -14,12 +14,21 @@ namespace phctl {
 broker::Value parseValue(const std::string& name, CMPIType type, const std::vector<std::string>& texts,
                          const std::string& nameSpace);
 
+// What may be given: properties or parameters.
+using Declared = std::vector<const schema::Element*>;
+template <class Element>
+Declared declared(std::span<const Element> elements) {
+    Declared all;
+    for (const Element& each : elements)
+        all.push_back(&each);
+    return all;
+}
+
 // The values of arguments such as "RequestedState=2", typed as they are declared; an array may be repeated,
 // an embedded instance is a JSON object of its properties. A name that is not declared is taken as a string,
 // for whoever gets it to decide, and reported to `unknown`. Throws UsageError.
-broker::NamedValues parseArguments(const std::vector<std::string>& arguments,
-                                   const std::vector<Declaration>& declared, const std::string& nameSpace,
-                                   std::vector<std::string>& unknown);
+broker::NamedValues parseArguments(const std::vector<std::string>& arguments, const Declared& declared,
+                                   const std::string& nameSpace, std::vector<std::string>& unknown);
 
 // An object path without a namespace gets `nameSpace`, or when that is empty the class's own; a described
 // class its usual spelling, and keys that are references. Throws UsageError.

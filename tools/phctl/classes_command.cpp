@@ -1,11 +1,11 @@
 // classes: what the library serves.
-#include "class_descriptions.h"
-
 #include "broker/value.h"
 #include "commands.h"
 #include "errors.h"
 #include "instance_output.h"
 #include "names.h"
+#include "schema/class_json.h"
+#include "served_classes.h"
 #include "text_layout.h"
 
 #include <iostream>
@@ -21,78 +21,83 @@ struct ClassesOptions {
     bool json = false;
 };
 
-std::string operationsOf(const ClassDescription& description) {
-    std::string text = description.enumerates ? "get" : "";
-    for (const auto& [available, name] : {std::pair{description.modifies, "modify"},
-                                          {description.creates, "create"},
-                                          {description.deletes, "delete"}})
+std::string operationsOf(const schema::Class& described) {
+    std::string text = described.enumerates ? "get" : "";
+    for (const auto& [available, name] : {std::pair{described.modifies, "modify"},
+                                          {described.creates, "create"},
+                                          {described.deletes, "delete"},
+                                          {described.isIndication, "indication"}})
         if (available)
             text += (text.empty() ? "" : ", ") + std::string(name);
     return text.empty() ? "-" : text;
 }
 
-std::string signature(const MethodDescription& method) {
-    std::string text = "uint32 " + method.name + '(';
-    for (const Declaration& parameter : method.parameters) {
+std::string typeOf(const schema::Element& element) {
+    const std::string className(element.className);
+    return broker::typeName(element.type) + (className.empty() ? "" : " (" + className + ')');
+}
+
+std::string signature(const schema::Method& method) {
+    std::string text = broker::typeName(method.type) + ' ' + std::string(method.name) + '(';
+    for (const schema::Parameter& parameter : method.parameters) {
         text += (&parameter != &method.parameters.front() ? ", " : "") +
-                std::string(parameter.isOut ? "out " : "") + broker::typeName(parameter.type) + ' ' +
-                parameter.name;
+                std::string(!parameter.isOut ? ""
+                            : parameter.isIn ? "inout "
+                                             : "out ") +
+                broker::typeName(parameter.type) + ' ' + std::string(parameter.name);
         if (!parameter.className.empty())
-            text += " (" + parameter.className + ')';
+            text.append(" (").append(parameter.className).append(")");
     }
     return text + ')';
 }
 
 void printList() {
     Table table({"Class", "Superclass", "Operations", "Methods"});
-    for (const ClassDescription& each : describedClasses()) {
+    for (const schema::Class& each : schema::servedClasses()) {
         std::string methods;
-        for (const MethodDescription& method : each.methods)
-            methods += (methods.empty() ? "" : ", ") + method.name;
-        table.add({each.name, each.superclass.empty() ? "-" : each.superclass, operationsOf(each),
-                   methods.empty() ? "-" : methods});
+        for (const schema::Method& method : each.servedMethods())
+            methods += (methods.empty() ? "" : ", ") + std::string(method.name);
+        table.add({std::string(each.name), each.superclass.empty() ? "-" : std::string(each.superclass),
+                   operationsOf(each), methods.empty() ? "-" : methods});
     }
     table.print(std::cout, terminalWidth(STDOUT_FILENO));
 }
 
-void printClass(const ClassDescription& description) {
-    std::cout << description.name;
-    if (!description.superclass.empty())
-        std::cout << " : " << description.superclass;
+void printClass(const schema::Class& described) {
+    std::cout << described.name;
+    if (!described.superclass.empty())
+        std::cout << " : " << described.superclass;
     std::cout << "\n\n";
     Table properties({"Property", "Type", "Key"});
-    for (const Declaration& property : description.properties)
-        properties.add({property.name,
-                        broker::typeName(property.type) +
-                            (property.className.empty() ? "" : " (" + property.className + ')'),
-                        property.isKey ? "key" : ""});
+    for (const schema::Property& property : described.servedProperties())
+        properties.add({std::string(property.name), typeOf(property), property.isKey ? "key" : ""});
     properties.print(std::cout, 0);
-    std::cout << "\nOperations: " << operationsOf(description) << "\nNamespaces:";
-    for (const std::string& nameSpace : description.nameSpaces)
+    std::cout << "\nOperations: " << operationsOf(described) << "\nNamespaces:";
+    for (const std::string_view nameSpace : described.nameSpaces)
         std::cout << ' ' << nameSpace;
     std::cout << '\n';
-    for (const MethodDescription& method : description.methods)
+    for (const schema::Method& method : described.servedMethods())
         std::cout << "Method: " << signature(method) << '\n';
 }
 
 int listClasses(const ClassesOptions& options) {
-    const auto all = nlohmann::ordered_json::parse(descriptionText());
     if (options.className.empty()) {
-        if (options.json)
-            printJson(std::cout, all);
-        else
-            printList();
+        if (!options.json)
+            return printList(), done;
+        auto all = nlohmann::ordered_json::array();
+        for (const schema::Class& each : schema::servedClasses())
+            all.push_back(schema::toJson(each));
+        printJson(std::cout, all);
         return done;
     }
-    const ClassDescription* description = describe(options.className);
-    if (description == nullptr)
+    const schema::Class* described = servedClass(options.className);
+    if (described == nullptr)
         throw UsageError("there is no class " + options.className +
                          didYouMean(options.className, classNames()));
-    if (!options.json)
-        printClass(*description);
-    for (const auto& each : all)
-        if (options.json && each.at("name") == description->name)
-            printJson(std::cout, each);
+    if (options.json)
+        printJson(std::cout, schema::toJson(*described));
+    else
+        printClass(*described);
     return done;
 }
 

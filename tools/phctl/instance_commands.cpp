@@ -5,6 +5,7 @@
 #include "instance_output.h"
 #include "reply_output.h"
 #include "requests.h"
+#include "served_classes.h"
 #include "text_layout.h"
 
 #include <iostream>
@@ -28,14 +29,14 @@ broker::PropertyList propertyList(const Options& options) {
 }
 
 void checkProperties(const broker::PropertyList& names, const std::string& className, Remarks& remarks) {
-    const ClassDescription* description = describe(className);
-    if (!names || description == nullptr)
+    const schema::Class* described = servedClass(className);
+    if (!names || described == nullptr)
         return;
-    const auto known = namesOf(description->properties);
+    const auto known = namesOf(described->servedProperties());
     for (const std::string& name : *names)
         if (std::none_of(known.begin(), known.end(),
                          [&](const std::string& each) { return broker::sameName(each, name); }))
-            remarks.unknown(description->name, "property", name, known);
+            remarks.unknown(described->name, "property", name, known);
 }
 
 broker::ObjectPath classPath(const InstanceOptions& options) {
@@ -52,18 +53,19 @@ broker::ObjectPath instancePath(const InstanceOptions& options) {
 // A new instance with the values of the command line.
 broker::Instance givenInstance(const InstanceOptions& options, broker::ObjectPath path, Remarks& remarks) {
     broker::Instance instance{.path = std::move(path), .properties = {}};
-    const ClassDescription* description = describe(instance.path.className);
-    const auto declared = description != nullptr ? description->properties : std::vector<Declaration>();
+    const schema::Class* described = servedClass(instance.path.className);
+    const auto served =
+        described != nullptr ? described->servedProperties() : std::span<const schema::Property>();
     std::vector<std::string> unknown;
-    instance.properties = parseArguments(options.values, declared, options.nameSpace, unknown);
-    if (description != nullptr)
+    instance.properties = parseArguments(options.values, declared(served), options.nameSpace, unknown);
+    if (described != nullptr)
         for (const std::string& name : unknown)
-            remarks.unknown(description->name, "property", name, namesOf(declared));
+            remarks.unknown(described->name, "property", name, namesOf(served));
     // A new instance's path has the keys that it is given.
-    for (const Declaration& property : declared)
+    for (const schema::Property& property : served)
         if (const broker::Value* value = broker::find(instance.properties, property.name);
             property.isKey && value != nullptr && broker::find(instance.path.keys, property.name) == nullptr)
-            instance.path.keys.push_back({property.name, *value});
+            instance.path.keys.push_back({std::string(property.name), *value});
     return instance;
 }
 

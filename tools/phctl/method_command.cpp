@@ -5,10 +5,13 @@
 #include "errors.h"
 #include "instance_output.h"
 #include "requests.h"
+#include "served_classes.h"
 #include "text_layout.h"
 
+#include <algorithm>
 #include <chrono>
 #include <iostream>
+#include <iterator>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <thread>
@@ -37,22 +40,23 @@ broker::Request makeRequest(const MethodOptions& options, Remarks& remarks) {
     broker::Request request{.operation = Operation::InvokeMethod,
                             .path = parsePath(options.path, options.nameSpace),
                             .method = options.method};
-    std::vector<Declaration> parameters;
+    std::vector<schema::Parameter> parameters;
     std::vector<std::string> unknown;
-    const ClassDescription* description = describe(request.path.className);
-    const MethodDescription* method = description != nullptr ? description->method(options.method) : nullptr;
+    const schema::Class* described = servedClass(request.path.className);
+    const schema::Method* method = described != nullptr ? servedMethod(*described, options.method) : nullptr;
     if (method != nullptr) {
         request.method = method->name;
-        for (const Declaration& parameter : method->parameters)
-            if (!parameter.isOut)
-                parameters.push_back(parameter);
+        std::ranges::copy_if(method->parameters, std::back_inserter(parameters), &schema::Parameter::isIn);
     }
-    request.arguments = parseArguments(options.arguments, parameters, options.nameSpace, unknown);
+    request.arguments =
+        parseArguments(options.arguments, declared(std::span<const schema::Parameter>(parameters)),
+                       options.nameSpace, unknown);
     if (method != nullptr)
         for (const std::string& name : unknown)
-            remarks.unknown(description->name + '.' + method->name, "argument", name, namesOf(parameters));
-    else if (description != nullptr)
-        remarks.unknown(description->name, "method", options.method, namesOf(description->methods));
+            remarks.unknown(std::string(described->name) + '.' + std::string(method->name), "argument", name,
+                            namesOf(parameters));
+    else if (described != nullptr)
+        remarks.unknown(described->name, "method", options.method, namesOf(described->servedMethods()));
     return request;
 }
 

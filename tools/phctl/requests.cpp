@@ -6,6 +6,7 @@
 #include "names.h"
 #include "private_root.h"
 #include "provider_output.h"
+#include "served_classes.h"
 #include "text_layout.h"
 
 #include <iostream>
@@ -38,8 +39,8 @@ bool needsInstanceArrays(const broker::Request& request) {
     case Operation::ReferenceNames:
         return true;
     default:
-        const ClassDescription* description = describe(request.path.className);
-        return description != nullptr && description->isAssociation();
+        const schema::Class* described = schema::find(request.path.className);
+        return described != nullptr && described->isAssociation;
     }
 }
 
@@ -81,9 +82,9 @@ void RequestOptions::addTo(CLI::App& command) {
     command.add_option("--user", user, "Principal that the request comes from");
 }
 
-void Remarks::unknown(const std::string& className, const char* kind, const std::string& name,
+void Remarks::unknown(std::string_view className, const char* kind, const std::string& name,
                       const std::vector<std::string>& candidates) {
-    text_ += (text_.empty() ? "" : "; ") + className + " has no " + kind + ' ' + name +
+    text_ += (text_.empty() ? "" : "; ") + std::string(className) + " has no " + kind + ' ' + name +
              didYouMean(name, candidates);
 }
 

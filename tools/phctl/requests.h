@@ -2,7 +2,6 @@
 #pragma once
 
 #include "broker/broker.h"
-#include "class_descriptions.h"
 #include "log_progress.h"
 
 #include <CLI/CLI.hpp>
@@ -26,7 +25,7 @@ struct RequestOptions {
 class Remarks {
 public:
     // "CIM_X has no <kind> <name>; did you mean …?"
-    void unknown(const std::string& className, const char* kind, const std::string& name,
+    void unknown(std::string_view className, const char* kind, const std::string& name,
                  const std::vector<std::string>& candidates);
     const std::string& text() const { return text_; }
 

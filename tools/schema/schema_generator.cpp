@@ -4,14 +4,13 @@
 //     schema_generator <directory>
 //
 //     classes.json                class descriptions
-//     class_descriptions.inc      the same as a C++ string literal, for phctl
-//     element_classes.inc         the library's classes and what they derive from, as rows of a C++ table
 //     ProviderHelper.mof          class declarations
 //     ProviderHelper.reg          provider registration in the form of small-footprint object managers
 //     ProviderHelperModule.mof    provider registration as PG_Provider* instances
 #include "associations/association.h"
 #include "associations/profiles.h"
 #include "class_list.h"
+#include "schema/class_json.h"
 
 #include <filesystem>
 #include <fstream>
@@ -51,45 +50,6 @@ bool isArray(CMPIType type) {
     return (type & CMPI_ARRAY) != 0;
 }
 
-ordered_json describe(const char* name, CMPIType type, bool isKey, const char* className = nullptr) {
-    ordered_json description{
-        {"name", name}, {"type", nameOf(type)}, {"array", isArray(type)}, {"key", isKey}};
-    if (className != nullptr)
-        description["class"] = className;
-    return description;
-}
-
-ordered_json describe(const Method& method) {
-    ordered_json parameters = ordered_json::array();
-    for (const Parameter& parameter : method.parameters) {
-        parameters.push_back({{"name", parameter.name},
-                              {"type", nameOf(parameter.type)},
-                              {"array", isArray(parameter.type)},
-                              {"out", parameter.direction == Direction::Out}});
-        if (parameter.className != nullptr)
-            parameters.back()["class"] = parameter.className;
-    }
-    return {{"name", method.name}, {"parameters", std::move(parameters)}};
-}
-
-ordered_json describe(const ClassFamily& family) {
-    ordered_json description{{"name", family.name},
-                             {"superclass", family.superclass != nullptr ? family.superclass : ""},
-                             {"properties", ordered_json::array()},
-                             {"methods", ordered_json::array()}};
-    for (const Property& property : family.properties)
-        description["properties"].push_back(
-            describe(property.name, typeOf(property.kind), property.isKey, property.className));
-    for (const Method& method : family.methods)
-        description["methods"].push_back(describe(method));
-    description["enumerate"] = family.enumerate != nullptr;
-    description["modify"] = family.modify != nullptr;
-    description["create"] = family.create != nullptr;
-    description["delete"] = family.remove != nullptr;
-    description["namespaces"] = {associations::implementationNameSpace};
-    return description;
-}
-
 std::vector<std::string> nameSpacesOf(Placement placement) {
     switch (placement) {
     case Placement::Implementation:
@@ -100,38 +60,6 @@ std::vector<std::string> nameSpacesOf(Placement placement) {
         return {associations::implementationNameSpace, associations::interopNameSpace};
     }
     throw std::logic_error("no placement");
-}
-
-// Nobody changes an association or a profile.
-ordered_json describeReadOnly(const char* name, const char* superclass, ordered_json properties,
-                              Placement placement) {
-    return {{"name", name},
-            {"superclass", superclass != nullptr ? superclass : ""},
-            {"properties", std::move(properties)},
-            {"methods", ordered_json::array()},
-            {"enumerate", true},
-            {"modify", false},
-            {"create", false},
-            {"delete", false},
-            {"namespaces", nameSpacesOf(placement)}};
-}
-
-ordered_json describe(const AssociationClass& association) {
-    ordered_json properties = ordered_json::array();
-    for (const associations::End& end : association.ends)
-        properties.push_back(describe(end.role, CMPI_ref, true, end.className));
-    for (const associations::Declaration& property : association.properties)
-        properties.push_back(describe(property.name, property.type, false));
-    return describeReadOnly(association.name, association.superclass, std::move(properties),
-                            association.placement);
-}
-
-ordered_json describeProfiles() {
-    ordered_json properties = ordered_json::array();
-    for (const auto& property : associations::profileProperties())
-        properties.push_back(describe(property.name, property.type, properties.empty()));
-    return describeReadOnly(associations::profileClass, associations::profileSuperclass,
-                            std::move(properties), Placement::Interop);
 }
 
 // "[Key] CIM_System REF Antecedent". An embedded instance is a string with a qualifier.
@@ -262,26 +190,18 @@ int main(int argc, char** argv) try {
         file.exceptions(std::ios::badbit | std::ios::failbit);
         return file;
     };
-    ordered_json descriptions;
+    ordered_json descriptions = ordered_json::array();
+    for (const schema::Class& each : schema::servedClasses())
+        descriptions.push_back(schema::toJson(each));
     std::ofstream mof = open("ProviderHelper.mof");
     for (const ClassFamily* family : ph::allClasses()) {
-        descriptions.push_back(describe(*family));
         writeClass(mof, *family);
     }
     for (const AssociationClass* association : associations::allAssociations()) {
-        descriptions.push_back(describe(*association));
         writeClass(mof, *association);
     }
-    descriptions.push_back(describeProfiles());
     writeProfileClass(mof);
     open("classes.json") << descriptions.dump(1) << '\n';
-    open("class_descriptions.inc") << "R\"json(" << descriptions.dump() << ")json\"\n";
-    std::ofstream derivations = open("element_classes.inc");
-    for (const ClassFamily* family : ph::allClasses())
-        derivations << "{\"" << family->name << "\", "
-                    << (family->superclass != nullptr ? '"' + std::string(family->superclass) + '"'
-                                                      : "nullptr")
-                    << "},\n";
     std::ofstream module = open("ProviderHelperModule.mof");
     writeModule(module);
     std::ofstream registration = open("ProviderHelper.reg");

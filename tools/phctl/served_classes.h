@@ -1,0 +1,32 @@
+// The schema as commands ask for it: classes that are served, and lists of names.
+#pragma once
+
+#include "schema/class_schema.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace phctl {
+
+// nullptr for a class that is not served: another module may have it. Case does not count.
+const schema::Class* servedClass(std::string_view className);
+
+// What is served of that name, or nullptr.
+const schema::Property* servedProperty(const schema::Class& owner, std::string_view name);
+const schema::Method* servedMethod(const schema::Class& owner, std::string_view name);
+
+// Where requests on a class go that name no namespace: to the first that serves it.
+std::string defaultNameSpace(std::string_view className);
+
+template <class All>
+std::vector<std::string> namesOf(const All& all) {
+    std::vector<std::string> names;
+    for (const auto& each : all)
+        names.emplace_back(each.name);
+    return names;
+}
+
+std::vector<std::string> classNames();
+
+} // namespace phctl
