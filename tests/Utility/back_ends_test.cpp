@@ -1,212 +1,103 @@
 // Sessions, database handles and system names over platform functions that fail to order.
-#include "sysroot_fixture.h"
+#include "managed_bmc.h"
 #include "Utility/back-ends/back_ends.h"
 
-#include <cstring>
-#include <gmock/gmock.h>
-#include <string>
 #include <sys/stat.h>
-#include <vector>
 
 namespace {
 
-// The scripted platform.
-struct Platform {
-    int failingSessions = 0; // so many attempts fail
-    bool noDatabase = false;
-    bool noSettings = false;
-    bool noDevice = false;
-    int closeResult = 0;
-    std::string vendorName;
-
-    int attempts = 0;
-    std::vector<unsigned int> pauses;
-    std::vector<int> settings;
-    std::string user;
-    std::vector<int> address;
-    int openHandles = 0;
-    int openSessions = 0;
-} platform;
-
-IPMISessionInfo sessionRow;
-
-int openSession() {
-    ++platform.attempts;
-    if (platform.attempts <= platform.failingSessions)
-        return 0xcc;
-    ++platform.openSessions;
-    return 0;
-}
-
-template <class Row>
-Row* heapCopy(const Row& row) {
-    Row* copy = static_cast<Row*>(std::malloc(sizeof(Row)));
-    std::memcpy(copy, &row, sizeof(Row));
-    return copy;
-}
-
-} // namespace
-
-extern "C" {
-
-unsigned int sleep(unsigned int seconds) {
-    platform.pauses.push_back(seconds);
-    return 0;
-}
-
-int CIM_Create_IPMI20_Session(IPMI20_SESSION_T*, const char* address, uint16_t port, const char* userName,
-                              const char*, int interfaceType, int cipherSuite, int workaroundFlags,
-                              int retransmission, int privilegeLevel, int timeout) {
-    platform.user = std::string(userName) + "@" + address + ":" + std::to_string(port);
-    platform.settings = {interfaceType,  cipherSuite,    workaroundFlags,
-                         retransmission, privilegeLevel, timeout};
-    return openSession();
-}
-
-int CIM_Create_IPMI20_Session_Ext(IPMI20_SESSION_T*, const char* userName, const uint8_t* address,
-                                  int interfaceType, int privilegeLevel, int flags, int timeout) {
-    platform.user = userName;
-    platform.address.assign(address, address + 4);
-    platform.settings = {interfaceType, privilegeLevel, flags, timeout};
-    return openSession();
-}
-
-int CIM_Close_Session(IPMI20_SESSION_T*) {
-    --platform.openSessions;
-    return -1; // the BMC does not answer
-}
-
-int db_init(SMASH_DB_HANDLE*) {
-    platform.openHandles += !platform.noDatabase;
-    return platform.noDatabase;
-}
-
-int db_close(SMASH_DB_HANDLE) {
-    --platform.openHandles;
-    return platform.closeResult;
-}
-
-int db_get_ipmi_session_info(SMASH_DB_HANDLE, IPMISessionInfo** info) {
-    if (platform.noSettings)
-        return 1;
-    *info = heapCopy(sessionRow);
-    return 0;
-}
-
-int db_get_device_bytype(SMASH_DB_HANDLE, int type, DeviceRecord** device) {
-    if (platform.noDevice)
-        return 1;
-    DeviceRecord row{};
-    std::snprintf(row.deviceId, sizeof(row.deviceId), "id-%d", type);
-    *device = heapCopy(row);
-    return 0;
-}
-
-int OEM_GetHostSystemName(char* name) {
-    std::snprintf(name, 256, "%s", platform.vendorName.c_str());
-    return 0;
-}
-
-int OEM_GetSPSystemName(char*) {
-    return 1;
-}
-
-} // extern "C"
-
-namespace {
-
-using ::testing::Each;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::SizeIs;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
 
 constexpr char noHandle[] = "\nUnable to create handle for DB Access\n";
 constexpr char noDevice[] = "\nUnable to get Info from device table \n";
+constexpr char openSession[] = "CIM_Create_IPMI20_Session";
 
-class BackEnds : public SysrootFixture {
+class BackEnds : public ManagedBmc {
 protected:
-    void SetUp() override {
-        SysrootFixture::SetUp();
-        platform = {};
-        sessionRow = {};
+    BackEnds() {
         setenv("DEBUG_PROVIDER", "YES", 1);
-        ::testing::internal::CaptureStdout();
+        std::filesystem::remove(sysroot.place("/conf/system_names.ini"));
+        testing::internal::CaptureStdout();
     }
     void TearDown() override {
-        if (capturing_)
-            output();
+        output();
+        testing::internal::GetCapturedStdout();
         unsetenv("DEBUG_PROVIDER");
-        EXPECT_EQ(platform.openHandles, 0);
-        SysrootFixture::TearDown();
+        ManagedBmc::TearDown();
     }
-    std::string output() {
-        capturing_ = false;
-        return ::testing::internal::GetCapturedStdout();
+    // What was printed since this was asked last.
+    static std::string output() {
+        std::string text = testing::internal::GetCapturedStdout();
+        testing::internal::CaptureStdout();
+        return text;
     }
 
     IPMI20_SESSION_T session{};
-
-private:
-    bool capturing_ = true;
 };
 
-TEST_F(BackEnds, SessionTakesItsSettingsFromTheDatabase) {
-    sessionRow = {.address = "bmc.example",
-                  .port = 6230,
-                  .userName = "admin",
-                  .password = "secret",
-                  .interfaceType = "2",
-                  .cipherSuite = "0x11",
-                  .workaroundFlags = "010",
-                  .retransmission = "junk",
-                  .privilegeLevel = ""};
-    platform.failingSessions = 2;
+TEST_F(BackEnds, sessionTakesItsSettingsFromTheDatabase) {
+    PH_STAND_IN(db_get_ipmi_session_info, [](auto*, IPMISessionInfo** row) {
+        *row = static_cast<IPMISessionInfo*>(std::malloc(sizeof(IPMISessionInfo)));
+        **row = {.address = "bmc.example",
+                 .port = 6230,
+                 .userName = "admin",
+                 .password = "secret",
+                 .interfaceType = "2",
+                 .cipherSuite = "0x11",
+                 .workaroundFlags = "010",
+                 .retransmission = "junk",
+                 .privilegeLevel = ""};
+        return 0;
+    });
+    PH_STAND_IN(CIM_Create_IPMI20_Session,
+                [failures = 2](auto&&...) mutable { return failures-- > 0 ? 0xCC : 0; });
     EXPECT_EQ(CreateIPMISession(&session), 0);
-    EXPECT_EQ(platform.user, "admin@bmc.example:6230");
-    EXPECT_THAT(platform.settings, ElementsAre(2, 17, 8, 0, 4, 30));
-    EXPECT_THAT(platform.pauses, ElementsAre(5, 5));
+    EXPECT_THAT(
+        platformCalls.texts,
+        Contains(openSession + std::string(R"(("bmc.example", 6230, "admin", "secret", 2, 17, 8, 0, 4, 30))"))
+            .Times(3));
+    EXPECT_THAT(platformCalls.pauses, ElementsAre(5, 5));
     EXPECT_THAT(output(), HasSubstr("\nIPMI Connection established \n"));
-}
-
-TEST_F(BackEnds, SessionGivesUpAfterSixAttempts) {
-    platform.failingSessions = 100;
-    EXPECT_EQ(CreateIPMISession(&session), -1);
-    EXPECT_EQ(platform.attempts, 6);
-    EXPECT_THAT(platform.pauses, ::testing::AllOf(SizeIs(6), Each(5)));
-}
-
-TEST_F(BackEnds, SessionWithoutDatabaseOrSettings) {
-    platform.noDatabase = true;
-    EXPECT_EQ(CreateIPMISession(&session), -1);
-    platform.noDatabase = false;
-    platform.noSettings = true;
-    EXPECT_EQ(CreateIPMISession(&session), 1);
-    EXPECT_EQ(platform.attempts, 0);
-    const std::string text = output();
-    EXPECT_THAT(text, HasSubstr("\nUnable to create handle to for DB Access\n"));
-    EXPECT_THAT(text, HasSubstr("\nUnable to get IPMI Session Info\n"));
-}
-
-TEST_F(BackEnds, OnlyMinusOneIsAFailureForTheOwner) {
-    platform.noSettings = true;
-    {
-        ph::IpmiSession owned;
-        EXPECT_TRUE(owned.open());
-    }
-    platform.noSettings = false;
-    platform.openSessions = 0;
-    {
-        ph::IpmiSession owned;
-        EXPECT_TRUE(owned.open());
-        EXPECT_EQ(platform.openSessions, 1);
-    }
-    EXPECT_EQ(platform.openSessions, 0);
-    EXPECT_EQ(CloseIPMISession(nullptr), -1);
     EXPECT_EQ(CloseIPMISession(&session), 0);
 }
 
-TEST_F(BackEnds, SessionOnBehalfOfTheRequestsUser) {
-    std::snprintf(sessionRow.interfaceType, sizeof(sessionRow.interfaceType), "1");
+TEST_F(BackEnds, sessionIsGivenUpAfterSixAttemptsAndNotTriedWithoutSettings) {
+    platformCalls.broken = {openSession};
+    EXPECT_EQ(CreateIPMISession(&session), -1);
+    EXPECT_EQ(std::ranges::count(platformCalls.made, openSession), 6);
+    EXPECT_EQ(platformCalls.pauses, std::vector(6, 5U));
+
+    platformCalls.clear();
+    platformCalls.broken = {"db_init"};
+    EXPECT_EQ(CreateIPMISession(&session), -1);
+    platformCalls.broken = {"db_get_ipmi_session_info"};
+    EXPECT_EQ(CreateIPMISession(&session), 1);
+    EXPECT_TRUE(ph::IpmiSession().open()) << "only -1 is a failure for the owner";
+    EXPECT_THAT(platformCalls.made, Not(Contains(openSession)));
+    EXPECT_THAT(output(), AllOf(HasSubstr("\nUnable to create handle to for DB Access\n"),
+                                HasSubstr("\nUnable to get IPMI Session Info\n")));
+}
+
+TEST_F(BackEnds, sessionClosesWithItsOwnerWhateverTheBmcSays) {
+    {
+        ph::IpmiSession owned;
+        EXPECT_TRUE(owned.open());
+        EXPECT_EQ(platformCalls.openSessions, 1);
+    }
+    EXPECT_EQ(platformCalls.openSessions, 0);
+    platformCalls.broken = {"CIM_Close_Session"};
+    EXPECT_EQ(CloseIPMISession(&session), 0);
+    EXPECT_EQ(CloseIPMISession(nullptr), -1);
+}
+
+TEST_F(BackEnds, sessionOnBehalfOfTheRequestsUser) {
+    PH_STAND_IN(CIM_Create_IPMI20_Session_Ext, [](auto*, auto*, const uint8_t* address, auto...) {
+        EXPECT_THAT(std::vector(address, address + 4), ElementsAre(10, 1, 2, 3));
+        return 0;
+    });
     EXPECT_EQ(CreateIPMISession_Ext(&session), -1) << "no current request";
     const auto place = sysroot.place("/tmp/current_req");
     ASSERT_EQ(mkfifo(place.c_str(), 0600), 0);
@@ -219,51 +110,53 @@ TEST_F(BackEnds, SessionOnBehalfOfTheRequestsUser) {
     write("/tmp/current_req", "operator 10.1.2");
     EXPECT_EQ(CreateIPMISession_Ext(&session), -1) << "no address";
     write("/tmp/current_req", "operator 10.1.2.3\n");
-    platform.closeResult = 1;
+    platformCalls.broken = {"db_close"};
     EXPECT_EQ(CreateIPMISession_Ext(&session), 0);
-    EXPECT_EQ(platform.user, "operator");
-    EXPECT_THAT(platform.address, ElementsAre(10, 1, 2, 3));
-    EXPECT_THAT(platform.settings, ElementsAre(1, 4, 0, 30));
-    const std::string text = output();
-    EXPECT_THAT(text, HasSubstr("\nFailed in PH_ConvertStrToIP\n"));
-    EXPECT_THAT(text, HasSubstr("\nCreateIPMISession_Ext - Failed in PH_CloseDBHandle\n"));
+    EXPECT_EQ(platformCalls.texts.back(), "CIM_Create_IPMI20_Session_Ext(\"operator\", *, 2, 4, 0, 30)");
+    EXPECT_THAT(output(), AllOf(HasSubstr("\nFailed in PH_ConvertStrToIP\n"),
+                                HasSubstr("\nCreateIPMISession_Ext - Failed in PH_CloseDBHandle\n")));
 }
 
-TEST_F(BackEnds, SystemNames) {
+TEST_F(BackEnds, systemNames) {
+    PH_STAND_IN(db_get_device_bytype, [](auto*, int type, DeviceRecord** device) {
+        *device = static_cast<DeviceRecord*>(std::calloc(1, sizeof(DeviceRecord)));
+        std::snprintf((*device)->deviceId, sizeof(*device)->deviceId, "id-%d", type);
+        return 0;
+    });
     char name[256] = "";
     EXPECT_EQ(PH_GetHostSystemName(name), 0);
     EXPECT_STREQ(name, "Unknown.IPMI BMC DeviceID.id-2");
     EXPECT_EQ(PH_GetSPSystemName(name), 0);
     EXPECT_STREQ(name, "IPMI Controller id-1");
-    platform.vendorName = "rack7";
+    write("/conf/system_names.ini", "[names]\nhost = rack7\n");
     EXPECT_EQ(PH_GetHostSystemName(name), 0);
     EXPECT_STREQ(name, "rack7");
-    platform.noDevice = true;
+    output();
+    platformCalls.broken = {"db_get_device_bytype"};
     EXPECT_EQ(PH_GetSPSystemName(name), -1);
     EXPECT_EQ(output(), noDevice);
-    ::testing::internal::CaptureStdout();
-    platform.noDatabase = true;
+    platformCalls.broken = {"db_init"};
     EXPECT_EQ(PH_GetSPSystemName(name), -1);
-    EXPECT_EQ(::testing::internal::GetCapturedStdout(), std::string(noHandle) + noDevice);
+    EXPECT_EQ(output(), std::string(noHandle) + noDevice);
 }
 
 // All but the failures of handles is silent.
-TEST_F(BackEnds, PrintOnlyWhatIsAskedFor) {
+TEST_F(BackEnds, printOnlyWhatIsAskedFor) {
+    SMASH_DB_HANDLE handle = nullptr;
+    char name[256] = "";
     for (const char* wanted : {static_cast<const char*>(nullptr), "", "NO"}) {
         wanted != nullptr ? setenv("DEBUG_PROVIDER", wanted, 1) : unsetenv("DEBUG_PROVIDER");
-        platform = {};
-        char name[256] = "";
+        platformCalls.broken = {};
         EXPECT_EQ(CreateIPMISession(&session), 0);
-        platform.noDevice = platform.noSettings = true;
+        EXPECT_EQ(CloseIPMISession(&session), 0);
+        platformCalls.broken = {"db_get_device_bytype", "db_get_ipmi_session_info"};
         EXPECT_EQ(PH_GetSPSystemName(name), -1);
         EXPECT_EQ(CreateIPMISession(&session), 1);
     }
-    SMASH_DB_HANDLE handle = nullptr;
-    platform.noDatabase = true;
-    EXPECT_EQ(PH_CreateDBHandle(&handle), -1);
-    platform.openHandles = 1;
-    platform.closeResult = 1;
+    EXPECT_EQ(PH_CreateDBHandle(&handle), 0);
+    platformCalls.broken = {"db_init", "db_close"};
     EXPECT_EQ(PH_CloseDBHandle(handle), -1);
+    EXPECT_EQ(PH_CreateDBHandle(&handle), -1);
     EXPECT_EQ(output(), std::string(noHandle) + noHandle);
 }
 

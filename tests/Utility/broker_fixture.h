@@ -1,27 +1,15 @@
 // A test that calls functions with CMPI objects of a broker of its own.
 #pragma once
 
-#include "broker/broker.h"
+#include "cim_values.h"
 
 #include <cmpimacs.h>
 #include <gmock/gmock.h>
 #include <optional>
 #include <string>
 
-inline broker::Value number(CMPIType type, std::uint64_t value) {
-    return {type, value};
-}
 inline broker::Value negative(CMPIType type, std::int64_t value) {
     return {type, value};
-}
-inline broker::Value text(const char* value) {
-    return {CMPI_string, std::string(value)};
-}
-inline broker::Value null(CMPIType type) {
-    return {type, {}};
-}
-inline broker::Value arrayOf(CMPIType type, broker::Value::Array elements) {
-    return {static_cast<CMPIType>(type | CMPI_ARRAY), std::move(elements)};
 }
 
 class BrokerFixture : public ::testing::Test {

@@ -1,14 +1,7 @@
 // Jobs and errors, from what a method records to what a client reads, and those of the command-line protocol
 // daemon beside them.
-#include "class_requests.h"
 #include "clp_daemon.h"
-#include "platform_calls.h"
-#include "provider_helper/jobs.h"
-#include "sysroot_fixture.h"
-
-#include <cstdio>
-#include <functional>
-#include <gmock/gmock.h>
+#include "managed_bmc.h"
 
 ClpDaemon clpDaemon;
 
@@ -18,10 +11,6 @@ using broker::NamedValues;
 using broker::Reply;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-broker::Value text(std::string value) {
-    return {CMPI_string, std::move(value)};
-}
 
 StoredJobRow clpJob(const char* instanceId) {
     StoredJobRow row{};
@@ -33,16 +22,9 @@ StoredJobRow clpJob(const char* instanceId) {
     return row;
 }
 
-class Jobs : public SysrootFixture {
+class Jobs : public ManagedBmc {
 protected:
-    void SetUp() override {
-        platformCalls.clear();
-        clpDaemon = {};
-    }
-    void TearDown() override {
-        EXPECT_EQ(platformCalls.openHandles, 0);
-        EXPECT_EQ(broker.liveObjects(), 0U);
-    }
+    void SetUp() override { clpDaemon = {}; }
 
     static std::string create(const char* name = "Test_Job") {
         char instanceId[64] = "";
@@ -63,16 +45,13 @@ protected:
                                            : std::vector<std::string>{reply.message};
     }
     std::vector<std::string> ids() const {
-        std::vector<std::string> all;
-        for (const broker::ObjectPath& path : jobs.names().paths)
-            all.push_back(broker::toText(path.keys.at(0).value));
-        return all;
+        return textsOf(jobs.enumerate({{"InstanceID"}}).instances, "InstanceID");
     }
     // The errors that GetErrors hands out.
     std::vector<broker::Instance> errorsOf(const std::string& id) const {
         const Reply reply = jobs.invoke(pathOf(id), "geterrors");
         EXPECT_TRUE(reply.ok()) << reply.message;
-        EXPECT_EQ(reply.values, std::vector{(broker::Value{CMPI_uint32, std::uint64_t{0}})});
+        EXPECT_EQ(reply.values, std::vector{number(0, CMPI_uint32)});
         const broker::Value* errors = broker::find(reply.arguments, "Errors");
         if (errors == nullptr || errors->type != CMPI_instanceA) {
             ADD_FAILURE() << "no array of errors";
@@ -83,9 +62,6 @@ protected:
             instances.push_back(**error.as<broker::Value::Embedded>());
         return instances;
     }
-
-    broker::Broker broker;
-    ClassRequests jobs{broker, PH_CLASS_FUNCTIONS(ConcreteJob)};
 };
 
 TEST_F(Jobs, tellTheirStateFromBeginningToEnd) {
@@ -137,26 +113,11 @@ TEST_F(Jobs, thatFailedSayWhy) {
 }
 
 TEST_F(Jobs, getErrorsRefusesWhatItDoesNotKnow) {
-    struct {
-        const char* name;
-        broker::ObjectPath path;
-        const char* method;
-        CMPIrc code;
-        const char* message;
-    } const cases[] = {
-        {"another method", pathOf(create()), "GetError", CMPI_RC_ERR_METHOD_NOT_FOUND,
-         "No such method available"},
-        {"no such job", pathOf("none"), "GetErrors", CMPI_RC_ERR_FAILED, "Given instance does not exist"},
-        {"no such daemon's job", pathOf("clp-job 9"), "GetErrors", CMPI_RC_ERR_FAILED,
-         "Given instance does not exist"},
-    };
-    for (const auto& refused : cases) {
-        SCOPED_TRACE(refused.name);
-        const Reply reply = jobs.invoke(refused.path, refused.method);
-        EXPECT_EQ(reply.code, refused.code);
-        EXPECT_EQ(reply.message, refused.message);
-        EXPECT_THAT(reply.arguments, IsEmpty());
-    }
+    EXPECT_THAT(jobs.invoke(pathOf(create()), "GetError"),
+                Refuses(CMPI_RC_ERR_METHOD_NOT_FOUND, "No such method available"));
+    for (const char* missing : {"none", "clp-job 9"})
+        EXPECT_THAT(jobs.invoke(pathOf(missing), "GetErrors"),
+                    Refuses(CMPI_RC_ERR_FAILED, "Given instance does not exist"));
 }
 
 TEST_F(Jobs, areDeletedWithTheirError) {
@@ -164,11 +125,8 @@ TEST_F(Jobs, areDeletedWithTheirError) {
     EXPECT_TRUE(jobs.remove(pathOf(id)).ok());
     EXPECT_THAT(ids(), IsEmpty());
     EXPECT_FALSE(jobs.invoke(pathOf(id), "GetErrors").ok());
-    for (const auto& path : {pathOf(id), pathOf("clp-job 1"), jobs.path()}) {
-        const Reply reply = jobs.remove(path);
-        EXPECT_EQ(reply.code, CMPI_RC_ERR_FAILED);
-        EXPECT_EQ(reply.message, "SetInstance Failed");
-    }
+    for (const auto& path : {pathOf(id), pathOf("clp-job 1"), jobs.path()})
+        EXPECT_THAT(jobs.remove(path), Refuses(CMPI_RC_ERR_FAILED, "SetInstance Failed"));
 }
 
 TEST_F(Jobs, ofTheDaemonStandBesideTheOthers) {
@@ -230,10 +188,7 @@ TEST_F(Jobs, reportEveryFailureOfTheDatabase) {
             SCOPED_TRACE(std::string(name) + " " + std::to_string(nth));
             platformCalls.clear();
             platformCalls.failing = nth;
-            const Reply reply = request();
-            EXPECT_TRUE(platformCalls.hasFailed);
-            EXPECT_EQ(reply.code, CMPI_RC_ERR_FAILED);
-            EXPECT_EQ(reply.message, message);
+            EXPECT_THAT(request(), Refuses(CMPI_RC_ERR_FAILED, message));
             EXPECT_EQ(platformCalls.openHandles, 0);
         }
 }

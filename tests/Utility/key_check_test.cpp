@@ -25,7 +25,7 @@ const struct {
      CMPI_RC_ERR_TYPE_MISMATCH,
      "Invalid Data Type"},
     {"character",
-     {{"Name", number(CMPI_char16, 65)}, creation},
+     {{"Name", number(65, CMPI_char16)}, creation},
      CMPI_RC_ERR_TYPE_MISMATCH,
      "Invalid Data Type"},
     {"foreign name", {creation, {"Other", text("a")}}, CMPI_RC_ERR_NO_SUCH_PROPERTY, "No Such Key Property"},
@@ -74,7 +74,7 @@ TEST_F(KeyCheck, storesTextsUnderTheirNames) {
 }
 
 TEST_F(KeyCheck, integersAreAcceptedAndNotStored) {
-    EXPECT_EQ(check({{"Name", number(CMPI_uint8, 1)}, {"CreationClassName", negative(CMPI_sint64, -1)}}), 0);
+    EXPECT_EQ(check({{"Name", number(1, CMPI_uint8)}, {"CreationClassName", negative(CMPI_sint64, -1)}}), 0);
     EXPECT_EQ(values[0], nullptr);
     EXPECT_EQ(values[1], nullptr);
 }

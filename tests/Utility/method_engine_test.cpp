@@ -68,7 +68,7 @@ protected:
 };
 
 TEST_F(MethodEngine, findsMethodsByNameInAnyCase) {
-    EXPECT_EQ(invoke({}, "start", one).reply.values, std::vector{number(CMPI_uint32, 0)});
+    EXPECT_EQ(invoke({}, "start", one).reply.values, std::vector{number(0, CMPI_uint32)});
     EXPECT_EQ(calledWith, "one");
     EXPECT_EQ(invoke({}, "FAIL", one).reply.values, std::vector{negative(CMPI_sint32, 2)});
     for (const char* unknown : {"Star", "Starts", "", static_cast<const char*>(nullptr)}) {
@@ -110,7 +110,7 @@ TEST_F(MethodEngine, checksInTheOrderOfTheClass) {
     broker.failCall("newObjectPath", 1);
     const Answer early = invoke({.isTakenUpFirst = true}, "None", wrong);
     EXPECT_EQ(early.message, "Create CMPIObjectPath failed.");
-    EXPECT_EQ(early.reply.values, std::vector{number(CMPI_uint32, 2)});
+    EXPECT_EQ(early.reply.values, std::vector{number(2, CMPI_uint32)});
 }
 
 TEST_F(MethodEngine, refusalsHaveAValueWhereTheMethodSaysSo) {
@@ -118,7 +118,7 @@ TEST_F(MethodEngine, refusalsHaveAValueWhereTheMethodSaysSo) {
     const Answer answer = invoke({}, "RefuseWithValue", one);
     EXPECT_EQ(answer.code, CMPI_RC_ERR_INVALID_PARAMETER);
     EXPECT_EQ(answer.message, "not now");
-    EXPECT_EQ(answer.reply.values, std::vector{number(CMPI_uint32, 0)});
+    EXPECT_EQ(answer.reply.values, std::vector{number(0, CMPI_uint32)});
     EXPECT_EQ(invoke({}, "Exhaust", one).message, "Out of memory");
 }
 

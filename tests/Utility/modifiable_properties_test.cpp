@@ -75,8 +75,8 @@ protected:
 };
 
 TEST_F(ModifiableProperties, everythingThatDiffersIsTaken) {
-    const Value list = arrayOf(CMPI_uint16, {number(CMPI_uint16, 1), number(CMPI_uint16, 2)});
-    const Value other = arrayOf(CMPI_uint16, {number(CMPI_uint16, 1), number(CMPI_uint16, 3)});
+    const Value list = arrayOf(CMPI_uint16, {number(1), number(2)});
+    const Value other = arrayOf(CMPI_uint16, {number(1), number(3)});
     const struct {
         Value modified, current;
         bool changed;
@@ -99,18 +99,16 @@ TEST_F(ModifiableProperties, everythingThatDiffersIsTaken) {
 
 TEST_F(ModifiableProperties, missingInTheCurrentInstanceCountsAsZero) {
     allow("P");
-    for (const Value& zero :
-         {number(CMPI_uint16, 0), null(CMPI_string), Value{CMPI_boolean, false}, null(CMPI_ref)})
+    for (const Value& zero : {number(0), null(CMPI_string), Value{CMPI_boolean, false}, null(CMPI_ref)})
         EXPECT_THAT(check({{"P", zero}}, {}).rows, IsEmpty()) << toText(zero);
-    EXPECT_THAT(check({{"P", number(CMPI_uint16, 1)}}, {}).rows, ElementsAre("P=1"));
+    EXPECT_THAT(check({{"P", number(1)}}, {}).rows, ElementsAre("P=1"));
     EXPECT_THAT(check({{"P", text("")}}, {}).rows, ElementsAre("P="));
 }
 
 TEST_F(ModifiableProperties, refusedNamesAreJoinedAndDoNotFail) {
     allow("Size");
     const Outcome outcome =
-        check({{"Size", number(CMPI_uint16, 2)}, {"size2", text("a")}, {"Colour", text("b")}},
-              {{"Size", number(CMPI_uint16, 1)}});
+        check({{"Size", number(2)}, {"size2", text("a")}, {"Colour", text("b")}}, {{"Size", number(1)}});
     EXPECT_EQ(outcome.code, 0);
     EXPECT_EQ(outcome.refused, "size2, Colour");
     EXPECT_THAT(outcome.rows, ElementsAre("Size=2"));
@@ -118,8 +116,8 @@ TEST_F(ModifiableProperties, refusedNamesAreJoinedAndDoNotFail) {
 
 TEST_F(ModifiableProperties, logTellsEachDecision) {
     allow("Size");
-    check({{"Same", text("s")}, {"Size", number(CMPI_uint16, 2)}, {"Colour", text("b")}},
-          {{"Same", text("s")}, {"Size", number(CMPI_uint16, 1)}});
+    check({{"Same", text("s")}, {"Size", number(2)}, {"Colour", text("b")}},
+          {{"Same", text("s")}, {"Size", number(1)}});
     EXPECT_THAT(logLines,
                 ElementsAre("getModifiableProperties - Entering", "handleNoPropList - Entering",
                             "handleNoPropList - mi index & prop: 0, Same",
@@ -129,7 +127,7 @@ TEST_F(ModifiableProperties, logTellsEachDecision) {
                             "handleNoPropList - Colour prop not in defaults, failing!",
                             "handleNoPropList - Leaving!!"));
     logLines.clear();
-    check({{"Size", number(CMPI_uint16, 2)}}, {});
+    check({{"Size", number(2)}}, {});
     EXPECT_THAT(logLines, testing::Contains(
                               "handleNoPropList - prop not in current instance. Size added to modifiable"));
     logLines.clear();
@@ -138,10 +136,10 @@ TEST_F(ModifiableProperties, logTellsEachDecision) {
 }
 
 TEST_F(ModifiableProperties, propertyListTakesItsNamesWhateverTheirValue) {
-    allow("Size", data(number(CMPI_uint16, 7)));
+    allow("Size", data(number(7)));
     allow("Colour", data(text("none")));
-    const NamedValues modified = {{"Size", number(CMPI_uint16, 1)}, {"Other", text("x")}};
-    const Outcome outcome = check(modified, {{"Size", number(CMPI_uint16, 1)}}, {{"Colour", "Size"}});
+    const NamedValues modified = {{"Size", number(1)}, {"Other", text("x")}};
+    const Outcome outcome = check(modified, {{"Size", number(1)}}, {{"Colour", "Size"}});
     EXPECT_EQ(outcome.code, 0);
     EXPECT_EQ(outcome.refused, "");
     EXPECT_THAT(outcome.rows, ElementsAre("Colour=none", "Size=1"))
@@ -155,7 +153,7 @@ TEST_F(ModifiableProperties, propertyListEndsAtAForeignName) {
     EXPECT_EQ(none.refused, "ElementName");
 
     allow("Size");
-    const Outcome outcome = check({{"Size", number(CMPI_uint16, 1)}}, {}, {{"Size", "size", "Colour"}});
+    const Outcome outcome = check({{"Size", number(1)}}, {}, {{"Size", "size", "Colour"}});
     EXPECT_EQ(outcome.code, -1);
     EXPECT_EQ(outcome.refused, "size");
     EXPECT_THAT(outcome.rows, ElementsAre("Size=1"));
@@ -165,7 +163,7 @@ TEST_F(ModifiableProperties, fullListsAreNotOverrun) {
     NamedValues modified;
     for (int i = 0; i < 65; ++i) {
         const std::string name = "Property" + std::to_string(i);
-        modified.push_back({name, number(CMPI_uint16, 1)});
+        modified.push_back({name, number(1)});
         if (i < 64)
             allow(name.c_str());
     }
@@ -177,7 +175,7 @@ TEST_F(ModifiableProperties, fullListsAreNotOverrun) {
     defaults->count = 0;
     modified.clear();
     for (int i = 0; i < 64; ++i)
-        modified.push_back({std::to_string(i + 100) + std::string(60, 'x'), number(CMPI_uint16, 1)});
+        modified.push_back({std::to_string(i + 100) + std::string(60, 'x'), number(1)});
     EXPECT_EQ(check(modified, {}).refused.size(), PH_REFUSED_NAMES_SIZE - 1U);
 }
 

@@ -35,12 +35,11 @@ struct Getter {
 };
 
 const Getter unsignedGetters[] = {
-    {"UINT8", get<GetUINT8Value, uint8_t>, CMPI_uint8, number(CMPI_uint8, 255), "0", "255", "-1", "256"},
-    {"UINT16", get<GetUINT16Value, uint16_t>, CMPI_uint16, number(CMPI_uint16, 65535), "0", "65535", "-1",
-     "65536"},
-    {"UINT32", get<GetUINT32Value, uint32_t>, CMPI_uint32, number(CMPI_uint32, 4294967295), "0", "4294967295",
+    {"UINT8", get<GetUINT8Value, uint8_t>, CMPI_uint8, number(255, CMPI_uint8), "0", "255", "-1", "256"},
+    {"UINT16", get<GetUINT16Value, uint16_t>, CMPI_uint16, number(65535), "0", "65535", "-1", "65536"},
+    {"UINT32", get<GetUINT32Value, uint32_t>, CMPI_uint32, number(4294967295, CMPI_uint32), "0", "4294967295",
      "-1", "4294967296"},
-    {"UINT64", get<GetUINT64Value, uint64_t>, CMPI_uint64, number(CMPI_uint64, UINT64_MAX), "0", "4294967295",
+    {"UINT64", get<GetUINT64Value, uint64_t>, CMPI_uint64, number(UINT64_MAX, CMPI_uint64), "0", "4294967295",
      "-1", "4294967296"},
 };
 
@@ -113,7 +112,7 @@ TEST_F(TypedValues, unsignedTexts) {
             EXPECT_EQ(getter.get(data(text(chars))), expected) << getter.name << " \"" << chars << '"';
     }
     EXPECT_EQ((get<ParseToUnsignedInt, uint64_t>(data(text("0xFFFFFFFFFF")))), "1099511627775");
-    EXPECT_EQ((get<ParseToUnsignedInt, uint64_t>(data(number(CMPI_uint64, 1)))), std::nullopt);
+    EXPECT_EQ((get<ParseToUnsignedInt, uint64_t>(data(number(1, CMPI_uint64)))), std::nullopt);
 }
 
 TEST_F(TypedValues, signedTextsWantASign) {
@@ -149,7 +148,7 @@ TEST_F(TypedValues, booleans) {
         EXPECT_EQ(getBool(data(text(chars))), expected) << chars;
     EXPECT_EQ(getBool(stringData(nullptr)), "0");
     EXPECT_EQ(getBool(stringData(stringWithoutText())), "0");
-    EXPECT_EQ(getBool(data(number(CMPI_uint8, 1))), std::nullopt);
+    EXPECT_EQ(getBool(data(number(1, CMPI_uint8))), std::nullopt);
 }
 
 TEST_F(TypedValues, strings) {
@@ -163,7 +162,7 @@ TEST_F(TypedValues, strings) {
         EXPECT_EQ(result, nullptr);
     }
     result = given.value.string;
-    EXPECT_EQ(GetStringValue(data(number(CMPI_uint16, 1)), &result), -1);
+    EXPECT_EQ(GetStringValue(data(number(1)), &result), -1);
     EXPECT_EQ(result, nullptr);
 }
 
@@ -190,14 +189,14 @@ ArrayResult<Element> getArray(int (*getter)(CMPIData, Element**, CMPICount*), co
 TEST_F(TypedValues, uint16Arrays) {
     using Numbers = std::vector<uint16_t>;
     const std::pair<Value, std::optional<Numbers>> cases[] = {
-        {arrayOf(CMPI_uint16, {number(CMPI_uint16, 7), number(CMPI_uint16, 65535)}), Numbers{7, 65535}},
+        {arrayOf(CMPI_uint16, {number(7), number(65535)}), Numbers{7, 65535}},
         {arrayOf(CMPI_uint16, {null(CMPI_uint16)}), Numbers{0}},
         {arrayOf(CMPI_uint16, {}), Numbers{}},
         {arrayOf(CMPI_string, {text("7"), text("0x10")}), Numbers{7, 16}},
         {arrayOf(CMPI_string, {text("7"), text("seven")}), std::nullopt},
         {arrayOf(CMPI_string, {text("65536")}), std::nullopt},
-        {arrayOf(CMPI_uint64, {number(CMPI_uint64, 0x1'0005)}), Numbers{5}}, // low 16 bits as they are
-        {arrayOf(CMPI_uint32, {number(CMPI_uint32, 5)}), std::nullopt},
+        {arrayOf(CMPI_uint64, {number(0x1'0005, CMPI_uint64)}), Numbers{5}}, // low 16 bits as they are
+        {arrayOf(CMPI_uint32, {number(5, CMPI_uint32)}), std::nullopt},
     };
     for (const auto& [value, expected] : cases) {
         SCOPED_TRACE(toText(value));
@@ -215,7 +214,7 @@ TEST_F(TypedValues, uint16Arrays) {
     EXPECT_EQ(none.code, 0);
     EXPECT_FALSE(none.touched);
     EXPECT_EQ(none.count, 77U);
-    EXPECT_EQ(getArray(GetUINT16AValue, data(number(CMPI_uint16, 1))).code, -1);
+    EXPECT_EQ(getArray(GetUINT16AValue, data(number(1))).code, -1);
 }
 
 TEST_F(TypedValues, stringArrays) {
@@ -231,7 +230,7 @@ TEST_F(TypedValues, stringArrays) {
         EXPECT_EQ(slots[1], nullptr);
         EXPECT_STREQ(CMGetCharPtr(slots[2]), "b");
     }
-    CMPIData numbers = data(arrayOf(CMPI_uint16, {number(CMPI_uint16, 1)}));
+    CMPIData numbers = data(arrayOf(CMPI_uint16, {number(1)}));
     EXPECT_EQ(getArray(GetStringAValue, numbers).code, -1) << "neither of the two type codes";
     numbers.type = CMPI_ARRAY;
     const auto result = getArray(GetStringAValue, numbers);

@@ -21,10 +21,7 @@ protected:
     AccountFixture() : ManagedBmc(userModel) {}
 
     broker::ObjectPath named(const std::string& name) const {
-        return accounts.path({{"SystemCreationClassName", text("CIM_SPComputerSystem")},
-                              {"CreationClassName", text("CIM_Account")},
-                              {"SystemName", text("controller")},
-                              {"Name", text(name)}});
+        return pathOnProcessor("CIM_Account", "controller", name);
     }
     broker::ObjectPath path(int slot) const { return named("IPMI User-" + std::to_string(slot)); }
     std::string get(int slot, const char* property) const {
@@ -37,10 +34,8 @@ protected:
         std::vector<std::uint8_t> request{static_cast<std::uint8_t>(slot | (isLong ? 0x80 : 0)), 3};
         request.insert(request.end(), password.begin(), password.end());
         request.resize(isLong ? 22 : 18);
-        ipmi::SessionSettings settings;
-        settings.interfaceType = ipmi::SessionSettings::VirtualBmc;
-        settings.address = stateFile.string();
-        return ipmi::ask(*ipmi::openTransport(settings), ipmi::command::setUserPassword, request).code() == 0;
+        return ipmi::ask(*ipmi::openTransport(virtualBmc(stateFile)), command::setUserPassword, request)
+                   .code() == 0;
     }
     nlohmann::ordered_json user(int slot) const { return row("users", "id", slot); }
 

@@ -1,13 +1,10 @@
 #include "association_fixture.h"
 
-#include "ipmi/transport.h"
-#include "smash-db/sync/sync.h"
+#include "bmc_session.h"
 
 #include <algorithm>
 #include <cmpimacs.h>
-#include <cstring>
 #include <dlfcn.h>
-#include <platform/smash_db.h>
 
 std::vector<std::string> askedArrays;
 
@@ -45,16 +42,7 @@ unsigned int sleep(unsigned int) {
 void Associations::SetUpTestSuite() {
     sysroot = std::make_unique<Sysroot>();
     vbmc::create(stateFile(), PH_SAMPLE_SERVER);
-    ipmi::SessionSettings settings;
-    settings.address = stateFile().string();
-    settings.interfaceType = ipmi::SessionSettings::VirtualBmc;
-    smash::sync(*ipmi::openTransport(settings));
-    IPMISessionInfo session{};
-    std::strcpy(session.interfaceType, "2");
-    SMASH_DB_HANDLE database = nullptr;
-    ASSERT_EQ(db_init(&database), 0) << db_last_error();
-    EXPECT_EQ(db_set_ipmi_session_info(database, &session), 0) << db_last_error();
-    EXPECT_EQ(db_close(database), 0);
+    synchronise(stateFile());
     std::filesystem::create_symlink(PH_LIBRARY, sysroot->place("/usr/local/lib/libProviderHelper.so"));
 }
 
@@ -76,9 +64,7 @@ broker::ObjectPath Associations::element(const std::string& className, const std
 }
 
 broker::ObjectPath Associations::profile(const std::string& number) {
-    auto result = path("CIM_RegisteredProfile", "root/interop");
-    result.keys = {{"InstanceID", {CMPI_string, "provider-helper:" + number}}};
-    return result;
+    return path("CIM_RegisteredProfile", {{"InstanceID", text("provider-helper:" + number)}}, "root/interop");
 }
 
 CoreFeatures& Associations::features() {

@@ -2,7 +2,7 @@
 // virtual BMC and database. The machine is made once and shared.
 #pragma once
 
-#include "broker/broker.h"
+#include "cim_values.h"
 #include "platform/support.h"
 #include "sysroot_fixture.h"
 #include "virtual-bmc/virtual_bmc.h"
@@ -23,10 +23,6 @@ protected:
     void SetUp() override;
     void TearDown() override { EXPECT_EQ(broker.liveObjects(), 0U); }
 
-    static broker::ObjectPath path(const std::string& className,
-                                   const std::string& nameSpace = "root/cimv2") {
-        return {.host = {}, .nameSpace = nameSpace, .className = className, .keys = {}};
-    }
     // The first element of a class whose path holds a text.
     broker::ObjectPath element(const std::string& className, const std::string& text = {});
     broker::ObjectPath profile(const std::string& number);

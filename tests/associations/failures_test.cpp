@@ -35,7 +35,7 @@ TEST_F(Failures, ofTheBrokerNeverChangeAnAnswer) {
         [&] { return broker.references(endpoint, {.resultClass = "CIM_ElementSettingData"}); },
         [&] { return broker.associatorNames(profile("DSP1004")); },
         [&] { return broker.enumerateInstances(path("CIM_OrderedComponent")); },
-        [&] { return broker.enumerateInstances(path("CIM_RegisteredProfile", "root/interop")); },
+        [&] { return broker.enumerateInstances(path("CIM_RegisteredProfile", {}, "root/interop")); },
         [&] { return broker.getInstance(one); },
     };
     unsigned failed = 0;

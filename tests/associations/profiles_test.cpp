@@ -16,7 +16,7 @@ using Profiles = Associations;
 TEST_F(Profiles, leadAClientToASensor) {
     ObjectPath baseServer;
     for (const auto& each :
-         broker.enumerateInstances(path("CIM_RegisteredProfile", "root/interop")).instances)
+         broker.enumerateInstances(path("CIM_RegisteredProfile", {}, "root/interop")).instances)
         if (toText(*find(each.properties, "RegisteredName")) == "Base Server")
             baseServer = each.path;
     const Reply hosts = broker.associatorNames(baseServer, {.assocClass = "CIM_ElementConformsToProfile",
@@ -64,19 +64,19 @@ TEST_F(Profiles, haveCentralInstances) {
 
 TEST_F(Profiles, areInTheInteropNamespaceOnly) {
     const Reply all =
-        broker.enumerateInstances(path("CIM_RegisteredProfile", "root/interop"), {{"RegisteredVersion"}});
+        broker.enumerateInstances(path("CIM_RegisteredProfile", {}, "root/interop"), {{"RegisteredVersion"}});
     EXPECT_THAT(all.instances, SizeIs(associations::profiles().size()));
     for (const auto& instance : all.instances)
         EXPECT_THAT(instance.properties, SizeIs(2));
     EXPECT_THAT(broker.getInstance(profile("DSP1004")).instances, SizeIs(1));
     EXPECT_EQ(broker.getInstance(profile("DSP9999")).code, CMPI_RC_ERR_NOT_FOUND);
     for (const auto& elsewhere : {path("CIM_RegisteredProfile"), path("CIM_ReferencedProfile"),
-                                  path("CIM_SystemDevice", "root/interop")})
+                                  path("CIM_SystemDevice", {}, "root/interop")})
         EXPECT_EQ(broker.enumerateInstances(elsewhere).code, CMPI_RC_ERR_INVALID_CLASS) << toText(elsewhere);
     // The conformance of an element is in its own namespace and in that of the profile.
     for (const char* nameSpace : {"root/cimv2", "root/interop"})
         EXPECT_FALSE(
-            broker.enumerateInstanceNames(path("CIM_ElementConformsToProfile", nameSpace)).paths.empty());
+            broker.enumerateInstanceNames(path("CIM_ElementConformsToProfile", {}, nameSpace)).paths.empty());
 }
 
 } // namespace

@@ -80,10 +80,10 @@ INSTANTIATE_TEST_SUITE_P(Every, Rows,
                          nameOf);
 
 TEST_P(Rows, endsExistAndFindEachOther) {
-    const Reply all = broker.enumerateInstances(path(GetParam()->name, nameSpace()));
+    const Reply all = broker.enumerateInstances(path(GetParam()->name, {}, nameSpace()));
     ASSERT_TRUE(all.ok()) << all.message;
     ASSERT_FALSE(all.instances.empty());
-    const Reply names = broker.enumerateInstanceNames(path(GetParam()->name, nameSpace()));
+    const Reply names = broker.enumerateInstanceNames(path(GetParam()->name, {}, nameSpace()));
     std::vector<ObjectPath> paths;
     for (const auto& instance : all.instances)
         paths.push_back(instance.path);
@@ -102,7 +102,7 @@ TEST_P(Rows, endsExistAndFindEachOther) {
 }
 
 TEST_P(Rows, referencesAreTheAssociationsThemselves) {
-    const Reply all = broker.enumerateInstances(path(GetParam()->name, nameSpace()));
+    const Reply all = broker.enumerateInstances(path(GetParam()->name, {}, nameSpace()));
     ASSERT_FALSE(all.instances.empty());
     for (int role = 0; role < 2; ++role) {
         const char* name = GetParam()->ends[role].role;
@@ -135,7 +135,7 @@ TEST_P(Rows, referencesAreTheAssociationsThemselves) {
 }
 
 TEST_P(Rows, nobodyChangesThem) {
-    const ObjectPath one = broker.enumerateInstanceNames(path(GetParam()->name, nameSpace())).paths.at(0);
+    const ObjectPath one = broker.enumerateInstanceNames(path(GetParam()->name, {}, nameSpace())).paths.at(0);
     for (const Reply& reply : {broker.modifyInstance(one, {}), broker.createInstance(one, {}),
                                broker.deleteInstance(one), broker.invokeMethod(one, "Reset")}) {
         EXPECT_EQ(reply.code, CMPI_RC_ERR_NOT_SUPPORTED);

@@ -1,7 +1,7 @@
 // Requests to the exported functions of a class family, as a provider passes them on. Link with ph_broker.
 #pragma once
 
-#include "broker/broker.h"
+#include "cim_values.h"
 
 #include <cmpimacs.h>
 #include <functional>
@@ -38,7 +38,7 @@ public:
         : broker_(broker), functions_(functions) {}
 
     broker::ObjectPath path(broker::NamedValues keys = {}) const {
-        return {.host = {}, .nameSpace = "root/cimv2", .className = functions_.name, .keys = std::move(keys)};
+        return ::path(functions_.name, std::move(keys));
     }
 
     broker::Reply enumerate(const broker::PropertyList& properties = {}) const {
@@ -137,11 +137,3 @@ private:
     const broker::Broker& broker_;
     ClassFunctions functions_;
 };
-
-// "Name=value" of each property, in order.
-inline std::vector<std::string> propertiesOf(const broker::Instance& instance) {
-    std::vector<std::string> texts;
-    for (const auto& [name, value] : instance.properties)
-        texts.push_back(name + '=' + broker::toText(value));
-    return texts;
-}

@@ -1,24 +1,5 @@
 #include "managed_bmc.h"
 
-#include "ipmi/transport.h"
-#include "platform/smash_db.h"
-#include "smash-db/sync/sync.h"
-
-#include <cstdio>
-
-void synchronise(const std::filesystem::path& stateFile) {
-    ipmi::SessionSettings settings;
-    settings.address = stateFile.string();
-    settings.interfaceType = ipmi::SessionSettings::VirtualBmc;
-    smash::sync(*ipmi::openTransport(settings));
-    IPMISessionInfo session{};
-    std::snprintf(session.interfaceType, sizeof session.interfaceType, "%d", settings.interfaceType);
-    SMASH_DB_HANDLE database = nullptr;
-    EXPECT_EQ(db_init(&database), 0);
-    EXPECT_EQ(db_set_ipmi_session_info(database, &session), 0);
-    EXPECT_EQ(db_close(database), 0);
-}
-
 void PrintTo(const Job& job, std::ostream* stream) {
     *stream << job.name << " in state " << job.state << ", status " << job.status << ", " << job.errors
             << " errors";
@@ -119,16 +100,4 @@ broker::Instance ManagedBmc::only(const ClassRequests& requests) {
     const broker::Reply reply = requests.enumerate();
     EXPECT_EQ(reply.instances.size(), 1U) << reply.message;
     return reply.instances.at(0);
-}
-
-std::string textOf(const broker::Instance& instance, std::string_view property) {
-    const broker::Value* value = broker::find(instance.properties, property);
-    return value != nullptr ? broker::toText(*value) : "<none>";
-}
-
-std::vector<std::string> textsOf(const std::vector<broker::Instance>& instances, std::string_view property) {
-    std::vector<std::string> texts;
-    for (const broker::Instance& instance : instances)
-        texts.push_back(textOf(instance, property));
-    return texts;
 }

@@ -2,19 +2,16 @@
 // the commands that are run, and the jobs that methods leave behind.
 #pragma once
 
+#include "bmc_session.h"
 #include "class_requests.h"
 #include "ipmi/commands.h"
 #include "platform_calls.h"
 #include "provider_helper/jobs.h"
 #include "virtual-bmc/virtual_bmc.h"
 
-#include <concepts>
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 #include <sysroot_fixture.h>
-
-// Fills the database from the BMC, and leads its session there.
-void synchronise(const std::filesystem::path& stateFile);
 
 // What a method's job tells: ElementName, JobState, OperationalStatus, and how many errors it has.
 struct Job {
@@ -64,26 +61,6 @@ private:
 
     std::ptrdiff_t openFiles_ = 0;
 };
-
-inline broker::Value text(std::string value) {
-    return {CMPI_string, std::move(value)};
-}
-inline broker::Value texts(std::vector<std::string> values) {
-    broker::Value::Array array;
-    for (auto& value : values)
-        array.push_back(text(std::move(value)));
-    return {CMPI_stringA, std::move(array)};
-}
-inline broker::Value number(std::integral auto value, CMPIType type = CMPI_uint16) {
-    return {type, static_cast<std::uint64_t>(value)};
-}
-inline broker::Value reference(broker::ObjectPath path) {
-    return {CMPI_ref, std::make_shared<const broker::ObjectPath>(std::move(path))};
-}
-
-// The property's value as text, "<none>" when the instance does not have it.
-std::string textOf(const broker::Instance& instance, std::string_view property);
-std::vector<std::string> textsOf(const std::vector<broker::Instance>& instances, std::string_view property);
 
 // The code and text of a refusal, which hands nothing out.
 MATCHER_P2(Refuses, code, message, "") {

@@ -31,10 +31,8 @@ protected:
         return processor.invoke(processorPath, "RequestStateChange", {{"RequestedState", number(state)}});
     }
     broker::ObjectPath servicePath(const char* name) const {
-        return services.path({{"SystemCreationClassName", text("CIM_SPComputerSystem")},
-                              {"CreationClassName", text("CIM_PowerManagementService")},
-                              {"SystemName", processorPath.keys[0].value},
-                              {"Name", text(name)}});
+        return pathOnProcessor("CIM_PowerManagementService", broker::toText(processorPath.keys[0].value),
+                               name);
     }
     broker::Reply requestPower(const broker::ObjectPath& service,
                                const broker::NamedValues& arguments) const {

@@ -3,22 +3,13 @@
 #include "ipmi/command.h"
 
 Bytes Indications::ask(ipmi::CommandCode command, const Bytes& request) const {
-    ipmi::SessionSettings settings;
-    settings.address = stateFile.string();
-    settings.interfaceType = ipmi::SessionSettings::VirtualBmc;
-    const auto transport = ipmi::openTransport(settings);
+    const auto transport = ipmi::openTransport(virtualBmc(stateFile));
     const auto answer = ipmi::run(*transport, command, request);
     return {answer.data().begin(), answer.data().end()};
 }
 
 broker::ObjectPath Indications::path(const std::string& className, const std::string& name) {
-    return {.host = {},
-            .nameSpace = "root/interop",
-            .className = className,
-            .keys = {{"SystemCreationClassName", text("CIM_SPComputerSystem")},
-                     {"CreationClassName", text(className)},
-                     {"SystemName", text("controller")},
-                     {"Name", text(name)}}};
+    return pathOnProcessor(className, "controller", name, "root/interop");
 }
 
 broker::Instance Indications::instance(const std::string& className, const std::string& name,
@@ -38,10 +29,7 @@ std::vector<broker::Instance> Indications::list(const std::string& className) {
 }
 
 std::vector<std::string> Indications::names(const std::string& className) {
-    std::vector<std::string> names;
-    for (const auto& instance : list(className))
-        names.push_back(textOf(instance, "Name"));
-    return names;
+    return textsOf(list(className), "Name");
 }
 
 void Indications::onDatabase(const std::function<void(SMASH_DB_HANDLE)>& work) {

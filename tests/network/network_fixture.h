@@ -26,9 +26,6 @@ protected:
         return value.is_string() ? value.get<std::string>() : value.dump();
     }
 
-    static broker::ObjectPath path(const std::string& className, broker::NamedValues keys = {}) {
-        return {.host = {}, .nameSpace = "root/cimv2", .className = className, .keys = std::move(keys)};
-    }
     std::vector<broker::Instance> list(const std::string& className) {
         const broker::Reply reply = broker.enumerateInstances(path(className));
         EXPECT_TRUE(reply.ok()) << className << ": " << reply.message;

@@ -6,49 +6,30 @@
 namespace {
 
 using broker::Instance;
-using broker::ObjectPath;
 using broker::Reply;
+using testing::ElementsAre;
 using testing::IsEmpty;
 
 class PeerIndications : public ProviderOnSimulator {
 protected:
-    static ObjectPath path(const std::string& className, const std::string& name) {
-        return {.host = {},
-                .nameSpace = "root/interop",
-                .className = className,
-                .keys = {{"SystemCreationClassName", text("CIM_SPComputerSystem")},
-                         {"CreationClassName", text(className)},
-                         {"SystemName", text("sim")},
-                         {"Name", text(name)}}};
-    }
     static Instance instance(const std::string& className, const std::string& name, const char* property,
                              const std::string& value) {
-        const ObjectPath object = path(className, name);
+        const auto object = pathOnProcessor(className, "sim", name, "root/interop");
         Instance made{object, object.keys};
         made.properties.push_back({property, text(value)});
         return made;
     }
-    // A property of each instance by its name: "name: value".
-    std::vector<std::string> list(const std::string& className, const char* property) {
-        const Reply reply = broker.enumerateInstances(
-            {.host = {}, .nameSpace = "root/interop", .className = className, .keys = {}});
-        EXPECT_TRUE(reply.ok()) << reply.message;
-        std::vector<std::string> all;
-        for (const Instance& each : reply.instances)
-            all.push_back(broker::toText(*broker::find(each.properties, "Name")) + ": " +
-                          broker::toText(*broker::find(each.properties, property)));
-        return all;
-    }
+    std::vector<Instance> listed(const char* className) { return list(path(className, {}, "root/interop")); }
 
     // The bytes that `ipmitool raw` prints.
-    static std::string raw(const std::string& bytes) {
+    std::string raw(const std::string& bytes) const {
         std::istringstream printed(ipmitool("raw " + bytes));
         std::string all;
         for (std::string byte; printed >> byte;)
             all += (all.empty() ? "" : " ") + byte;
         return all;
     }
-    static std::string filter(int number) { return raw("4 0x13 6 " + std::to_string(number) + " 0"); }
+    std::string filter(int number) const { return raw("4 0x13 6 " + std::to_string(number) + " 0"); }
 };
 
 TEST_F(PeerIndications, filtersAreWhatIpmitoolReads) {
@@ -70,15 +51,17 @@ TEST_F(PeerIndications, filtersAreWhatIpmitoolReads) {
     reply = broker.deleteInstance(made.path);
     ASSERT_TRUE(reply.ok()) << reply.message;
     EXPECT_EQ(filter(2), "11 02 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00");
-    EXPECT_THAT(list(filterClass, "Query"), IsEmpty());
+    EXPECT_THAT(listed(filterClass), IsEmpty());
 }
 
 TEST_F(PeerIndications, filtersThatIpmitoolWritesAreInstances) {
     raw("4 0x12 6 4 0xc0 1 5 0x20 0xff 0xff 1 0xff 1 0xff 0xff 0 0 0 0 0 0 0 0 0");
     raw("4 0x12 6 5 0x40 1 5 0x20 0xff 0xff 1 0xff 1 0xff 0xff 0 0 0 0 0 0 0 0 0"); // not enabled
-    EXPECT_THAT(list("CIM_IndicationFilter", "Query"),
-                testing::ElementsAre("IndicationFilter:IPMIPEF-5-4: select * from CIM_AlertIndication where "
-                                     "PerceivedSeverity=7 and AlertingManagedElement=01:ff"));
+    const auto filters = listed("CIM_IndicationFilter");
+    EXPECT_THAT(textsOf(filters, "Name"), ElementsAre("IndicationFilter:IPMIPEF-5-4"));
+    EXPECT_THAT(textsOf(filters, "Query"),
+                ElementsAre("select * from CIM_AlertIndication where PerceivedSeverity=7 and "
+                            "AlertingManagedElement=01:ff"));
 }
 
 // The simulator's LAN has no alert destinations (parameter 17 is 0), and it has none of the OEM commands.
@@ -88,7 +71,7 @@ TEST_F(PeerIndications, destinationsNeedABmcThatHasThem) {
          {std::tuple{"CIM_ListenerDestinationSNMP", "SNMP:01:1", "192.0.2.9"},
           {"CIM_ListenerDestinationSNMP", "SNMP:01:2", "2001:db8::9"},
           {"CIM_ListenerDestinationSMTP", "SMTP:01:1", "UID:2"}}) {
-        EXPECT_THAT(list(className, "Destination"), IsEmpty());
+        EXPECT_THAT(listed(className), IsEmpty());
         const Instance made = instance(className, name, "Destination", value);
         EXPECT_EQ(broker.createInstance(made.path, made).message, "Create Instance Failed") << name;
     }

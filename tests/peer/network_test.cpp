@@ -6,36 +6,18 @@
 
 namespace {
 
-using broker::Instance;
-using broker::NamedValues;
-using broker::ObjectPath;
 using broker::Reply;
-using broker::Value;
 
 class NetworkPeer : public ProviderOnSimulator {
 protected:
     // A line of `ipmitool lan print`.
-    static std::string printed(const std::string& label) {
+    std::string printed(const std::string& label) const {
         const std::string output = ipmitool("lan print 1");
         std::smatch match;
         const bool found =
             std::regex_search(output, match, std::regex("(?:^|\\n)" + label + " *: ([^\\n]*?) *\\n"));
         EXPECT_TRUE(found) << output;
         return found ? match[1].str() : "";
-    }
-
-    static ObjectPath path(const std::string& className, NamedValues keys = {}) {
-        return {.host = {}, .nameSpace = "root/cimv2", .className = className, .keys = std::move(keys)};
-    }
-    Instance only(const std::string& className) {
-        const Reply reply = broker.enumerateInstances(path(className));
-        EXPECT_EQ(reply.instances.size(), 1U) << className << ": " << reply.message;
-        return reply.instances.empty() ? Instance{} : reply.instances[0];
-    }
-    std::string get(const std::string& className, const char* property) {
-        const Instance instance = only(className);
-        const Value* const value = broker::find(instance.properties, property);
-        return value != nullptr ? broker::toText(*value) : "(none)";
     }
 };
 
@@ -57,7 +39,7 @@ TEST_F(NetworkPeer, endpointIsWhatIpmitoolPrints) {
 
 TEST_F(NetworkPeer, staticAddressIsApplied) {
     ipmitool("lan set 1 ipsrc dhcp");
-    Instance setting = only("CIM_StaticIPAssignmentSettingData");
+    auto setting = only("CIM_StaticIPAssignmentSettingData");
     const std::pair<const char*, const char*> staged[] = {{"IPv4Address", "198.51.100.31"},
                                                           {"SubnetMask", "255.255.254.0"},
                                                           {"GatewayIPv4Address", "198.51.100.1"}};
@@ -66,14 +48,11 @@ TEST_F(NetworkPeer, staticAddressIsApplied) {
     const Reply modified = broker.modifyInstance(setting.path, setting);
     ASSERT_TRUE(modified.ok()) << modified.message;
 
-    const auto reference = [](const ObjectPath& object) {
-        return Value{CMPI_ref, std::make_shared<const ObjectPath>(object)};
-    };
+    const auto fixed =
+        path("CIM_IPAssignmentSettingData", {{"InstanceID", text("IPAssignmentSettingData-Static")}});
     const Reply applied = broker.invokeMethod(
         only("CIM_IPConfigurationService").path, "ApplySettingToIPProtocolEndpoint",
-        {{"Configuration", reference(path("CIM_IPAssignmentSettingData",
-                                          {{"InstanceID", text("IPAssignmentSettingData-Static")}}))},
-         {"Endpoint", reference(only("CIM_IPProtocolEndpoint").path)}});
+        {{"Configuration", reference(fixed)}, {"Endpoint", reference(only("CIM_IPProtocolEndpoint").path)}});
     EXPECT_TRUE(applied.ok()) << applied.message;
     EXPECT_EQ(printed("IP Address Source"), "Static Address");
     EXPECT_EQ(printed("IP Address"), "198.51.100.31");

@@ -1,27 +1,39 @@
-// The provider module in the broker on a simulated BMC of one sensor, which all tests of a group share.
+// The provider module in the broker on a simulated BMC of one sensor. A script that a test lays at /chassis stands
+// for its chassis.
 #pragma once
 
-#include "broker/broker.h"
+#include "bmc_session.h"
+#include "cim_values.h"
 #include "ipmi_sim.h"
-#include "simulator_session.h"
 
 #include <gmock/gmock.h>
 #include <sysroot_fixture.h>
 
 class ProviderOnSimulator : public SysrootFixture {
 protected:
-    static void SetUpTestSuite() { bmc = std::make_unique<ph_test::IpmiSim>(ph_test::thresholdSensors(1)); }
-    static void TearDownTestSuite() { bmc.reset(); }
-
-    ProviderOnSimulator() {
-        ph_test::storeSession(bmc->settings());
+    explicit ProviderOnSimulator(const std::string& moreCommands = {})
+        : bmc(ph_test::thresholdSensors(1), sysroot.place("/chassis").string(), moreCommands) {
+        storeSession(bmc.settings());
         write("/conf/system_names.ini", "[names]\nsp = sim\n");
         broker.loadProvider(PROVIDERS, "ProviderHelperProviders");
     }
 
-    static std::string ipmitool(const std::string& arguments) { return bmc->ipmitool(arguments); }
-    static broker::Value text(const std::string& value) { return {CMPI_string, value}; }
+    std::string ipmitool(const std::string& arguments) const { return bmc.ipmitool(arguments); }
 
-    static inline std::unique_ptr<ph_test::IpmiSim> bmc;
+    std::vector<broker::Instance> list(const broker::ObjectPath& classPath) {
+        const broker::Reply reply = broker.enumerateInstances(classPath);
+        EXPECT_TRUE(reply.ok()) << reply.message;
+        return reply.instances;
+    }
+    broker::Instance only(const std::string& className) {
+        const auto all = list(path(className));
+        EXPECT_EQ(all.size(), 1U) << className;
+        return all.at(0);
+    }
+    std::string get(const std::string& className, const char* property) {
+        return textOf(only(className), property);
+    }
+
+    ph_test::IpmiSim bmc;
     broker::Broker broker;
 };

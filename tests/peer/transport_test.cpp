@@ -158,18 +158,4 @@ TEST_F(Peer, aSessionOutlivesAPauseLongerThanItsTimeout) {
     EXPECT_NO_THROW(ipmi::run(*transport, ipmi::command::getDeviceId));
 }
 
-TEST(ManySensors, areAllInTheRepository) {
-    const IpmiSim bmc(ph_test::thresholdSensors(180));
-    const auto transport = ipmi::openTransport(bmc.settings());
-    const auto answer = ipmi::run(*transport, ipmi::command::getSdrRepositoryInfo);
-    auto reader = answer.reader();
-    reader.skip(1);
-    EXPECT_EQ(reader.u16(), 180);
-    for (const auto& sensor : ph_test::thresholdSensors(180)) {
-        const auto exchanged = ipmi::run(*transport, ipmi::command::getSensorReading, {sensor.number});
-        auto reading = exchanged.reader();
-        EXPECT_EQ(reading.u8(), sensor.reading) << sensor.name;
-    }
-}
-
 } // namespace

@@ -1,12 +1,10 @@
 // Requests down the whole road: broker, provider module, library, hooks, virtual BMC and database.
-#include "broker/broker.h"
-#include "smash-db/sync/sync.h"
+#include "bmc_session.h"
+#include "cim_values.h"
 #include "virtual-bmc/virtual_bmc.h"
 
-#include <platform/smash_db.h>
 #include <platform/support.h>
 
-#include <cstring>
 #include <dlfcn.h>
 #include <gmock/gmock.h>
 #include <sysroot_fixture.h>
@@ -37,17 +35,11 @@ namespace {
 
 using broker::Broker;
 using broker::Instance;
-using broker::NamedValues;
 using broker::ObjectPath;
 using broker::Reply;
 using broker::Request;
-using broker::Value;
 using testing::ElementsAre;
 using testing::SizeIs;
-
-ObjectPath path(const std::string& className, NamedValues keys = {}) {
-    return {.host = {}, .nameSpace = "root/cimv2", .className = className, .keys = std::move(keys)};
-}
 
 class ProviderModule : public SysrootFixture {
 protected:
@@ -55,16 +47,7 @@ protected:
     void SetUp() override {
         const auto stateFile = sysroot.place("/var/lib/virtual-bmc/bmc.state");
         vbmc::create(stateFile, PH_SAMPLE_SERVER);
-        ipmi::SessionSettings settings;
-        settings.address = stateFile.string();
-        settings.interfaceType = ipmi::SessionSettings::VirtualBmc;
-        smash::sync(*ipmi::openTransport(settings));
-        IPMISessionInfo session{};
-        std::strcpy(session.interfaceType, "2");
-        SMASH_DB_HANDLE database = nullptr;
-        ASSERT_EQ(db_init(&database), 0) << db_last_error();
-        ASSERT_EQ(db_set_ipmi_session_info(database, &session), 0) << db_last_error();
-        EXPECT_EQ(db_close(database), 0);
+        synchronise(stateFile);
         broker.loadProvider(PROVIDER_MODULE, "ProviderHelper");
     }
     void TearDown() override { EXPECT_EQ(broker.liveObjects(), 0U); }

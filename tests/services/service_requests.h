@@ -7,10 +7,7 @@
 class ServiceRequests : public ManagedBmc {
 protected:
     broker::ObjectPath path(const std::string& name) const {
-        return services.path({{"SystemCreationClassName", text("CIM_SPComputerSystem")},
-                              {"CreationClassName", text("CIM_ProtocolService")},
-                              {"SystemName", text("controller")},
-                              {"Name", text(name)}});
+        return pathOnProcessor("CIM_ProtocolService", "controller", name);
     }
     broker::Reply request(const char* service, std::uint16_t state) const {
         return services.invoke(path(service), "RequestStateChange", {{"RequestedState", number(state)}});

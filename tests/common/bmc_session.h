@@ -1,16 +1,16 @@
-// A simulated BMC as the library finds it: through the session row of its database.
+// The BMC that the library's sessions go to, in the database of the test's sysroot. Link with phipmi, phsync and
+// smashdb.
 #pragma once
 
 #include "ipmi/transport.h"
 #include "platform/smash_db.h"
+#include "smash-db/sync/sync.h"
 
 #include <cstdio>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
 
-namespace ph_test {
-
-// The BMC that sessions of the library go to, in the database of the test's sysroot.
 inline void storeSession(const ipmi::SessionSettings& settings) {
     IPMISessionInfo info{};
     const auto set = [](auto& field, const std::string& value) {
@@ -20,12 +20,24 @@ inline void storeSession(const ipmi::SessionSettings& settings) {
     info.port = settings.port;
     set(info.userName, settings.userName);
     set(info.password, settings.password);
+    set(info.interfaceType, std::to_string(settings.interfaceType));
     set(info.cipherSuite, std::to_string(settings.cipherSuite));
     set(info.workaroundFlags, std::to_string(settings.workaroundFlags));
     SMASH_DB_HANDLE database = nullptr;
     ASSERT_EQ(smash_db_init(&database), 0) << db_last_error();
     EXPECT_EQ(db_set_ipmi_session_info(database, &info), 0) << db_last_error();
-    ASSERT_EQ(db_close(database), 0);
+    EXPECT_EQ(db_close(database), 0);
 }
 
-} // namespace ph_test
+inline ipmi::SessionSettings virtualBmc(const std::filesystem::path& stateFile) {
+    ipmi::SessionSettings settings;
+    settings.address = stateFile.string();
+    settings.interfaceType = ipmi::SessionSettings::VirtualBmc;
+    return settings;
+}
+
+// Fills the database from the virtual BMC, and leads its session there.
+inline void synchronise(const std::filesystem::path& stateFile) {
+    smash::sync(*ipmi::openTransport(virtualBmc(stateFile)));
+    storeSession(virtualBmc(stateFile));
+}
