@@ -52,6 +52,7 @@ protected:
     // A class's only instance.
     static broker::Instance only(const ClassRequests& requests);
 
+    std::ptrdiff_t keptFiles = 0; // that are to outlive the test
     const std::filesystem::path stateFile = sysroot.place("/var/lib/virtual-bmc/bmc.state");
     broker::Broker broker;
     const ClassRequests jobs{broker, PH_CLASS_FUNCTIONS(ConcreteJob)};

@@ -6,25 +6,24 @@
 
 namespace {
 
-using testing::StartsWith;
+using nlohmann::json;
+
+// E-mail destination 2 of channel 1 is of user 3; both servers are there.
+const json machine = json::parse(R"({
+    "users": [{"id": 3, "name": "admin", "email": "admin@example.org"}],
+    "lans": [{"channel": 1, "name": "eth0"}],
+    "alertDestinations": [{"channel": 1, "selector": 2, "kind": "e-mail", "user": 3,
+                           "subject": "not mailed", "message": "not mailed"}],
+    "mail": {"servers": [
+        {"channel": 1, "enabled": true, "ipv4": "192.0.2.1", "port": 587, "hostName": "bmc.example.org",
+         "startTls": true, "authenticate": true, "userName": "bmc", "password": "secret",
+         "sender": "sixty-four-characters-leave-no-room-for-an-end.bmc@mail.example."},
+        {"channel": 1, "secondary": true, "enabled": true, "ipv4": "192.0.2.2"}]}})");
 
 class AlertMails : public DeliveryFixture {
 protected:
-    AlertMails() {
-        delivery.users = {{2, 3}};
-        delivery.addresses = {{3, "admin@example.org"}};
-        FakeServer& primary = delivery.servers[0];
-        primary.info.isEnabled = 1;
-        std::strcpy(primary.info.userName, "bmc");
-        std::strcpy(primary.info.password, "secret");
-        std::memset(primary.info.sender, 's', sizeof primary.info.sender); // no room for an end
-        std::strcpy(primary.info.hostName, "bmc.example.org");
-        primary.info.security = 3;
-        primary.info.port = 587;
-        primary.address = "192.0.2.1";
-        delivery.servers[1].info.isEnabled = 1;
-        delivery.servers[1].address = "192.0.2.2";
-    }
+    AlertMails() : DeliveryFixture(machine.dump()) {}
+
     static AlertRecord alert() {
         AlertRecord alert{};
         std::strcpy(alert.EventID, "12a");
@@ -44,10 +43,6 @@ protected:
         AlertMailRequest mail{};
         return ConvertAlertToMail(&alert, &mail, selector, 1) == 0 ? std::optional(mail) : std::nullopt;
     }
-    static std::string server() {
-        const auto mail = mailOf(alert());
-        return mail ? mail->server : "none";
-    }
 };
 
 TEST_F(AlertMails, goToTheDestinationsUser) {
@@ -56,7 +51,8 @@ TEST_F(AlertMails, goToTheDestinationsUser) {
     EXPECT_EQ(mail.userId, 3);
     EXPECT_STREQ(mail.userName, "bmc");
     EXPECT_STREQ(mail.password, "secret");
-    EXPECT_EQ(mail.sender, std::string(sizeof(CIM_SMTPInfo::sender), 's'));
+    EXPECT_EQ(json(mail.sender), machine["mail"]["servers"][0]["sender"]);
+    EXPECT_EQ(std::strlen(mail.sender), sizeof(CIM_SMTPInfo::sender));
     EXPECT_STREQ(mail.hostName, "bmc.example.org");
     EXPECT_STREQ(mail.server, "192.0.2.1");
     // Unary plus: the numbers are not aligned, and a reference would be bound to them.
@@ -99,46 +95,46 @@ TEST_F(AlertMails, haveNoLineForWhatIsEmptyAndFitIntoTheRequest) {
 }
 
 TEST_F(AlertMails, takeTheFirstServerThatCanBeUsed) {
-    const std::uint8_t loopback[16] = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1};
-    struct ServerCase {
-        const char* what;
-        void (*set)(FakeServer& primary, FakeServer& secondary, const std::uint8_t* loopback);
+    const auto server = [](const char* broken = "") {
+        platformCalls.broken = {broken};
+        const auto mail = mailOf(alert());
+        return mail ? mail->server : std::string("none");
+    };
+    EXPECT_EQ(server("CIM_TRZGetSMTPInfo"), "192.0.2.2");
+    const struct {
+        json primary, secondary; // what is changed of them
         const char* server;
-    };
-    const ServerCase cases[] = {
-        {"primary", [](auto&, auto&, auto*) {}, "192.0.2.1"},
-        {"primary cannot be read", [](auto& first, auto&, auto*) { first.isReadable = false; }, "192.0.2.2"},
-        {"primary is disabled", [](auto& first, auto&, auto*) { first.info.isEnabled = 0; }, "192.0.2.2"},
-        {"primary has IPv6",
-         [](auto& first, auto&, auto* address) {
-             first.address = "0.0.0.0";
-             std::memcpy(first.addressV6, address, 16);
-         },
-         "::1"},
-        {"primary has no address", [](auto& first, auto&, auto*) { first.address = ""; }, "192.0.2.2"},
-        {"primary says ::", [](auto& first, auto&, auto*) { first.address = "::"; }, "none"},
-        {"neither",
-         [](auto& first, auto& second, auto*) {
-             first.info.isEnabled = 0;
-             second.address = "0.0.0.0";
-         },
-         "none"},
-    };
+    } cases[] = {{{{"enabled", false}}, {}, "192.0.2.2"},
+                 {{{"ipv4", "0.0.0.0"}, {"ipv6", "::1"}}, {}, "::1"},
+                 {{{"ipv4", "0.0.0.0"}}, {}, "192.0.2.2"},
+                 {{{"enabled", false}}, {{"ipv4", "0.0.0.0"}}, "none"}};
     for (const auto& item : cases) {
-        const FakeServer before[2] = {delivery.servers[0], delivery.servers[1]};
-        item.set(delivery.servers[0], delivery.servers[1], loopback);
-        EXPECT_EQ(server(), item.server) << item.what;
-        std::copy_n(before, 2, delivery.servers);
+        json changed = machine;
+        changed["mail"]["servers"][0].update(item.primary.is_null() ? json::object() : item.primary);
+        changed["mail"]["servers"][1].update(item.secondary.is_null() ? json::object() : item.secondary);
+        createBmc(changed.dump());
+        EXPECT_EQ(server(), item.server) << item.primary << item.secondary;
+    }
+    createBmc(machine.dump());
+    for (const auto& [address, expected] : {std::pair{"", "192.0.2.2"}, {"::", "none"}}) {
+        PH_STAND_IN(CIM_TRZGetSMTPServerInfo, [given = address](auto*, char* text, auto...) {
+            std::strcpy(text, given);
+            return 0;
+        });
+        EXPECT_EQ(server(), expected);
     }
 }
 
 TEST_F(AlertMails, needARecipient) {
     EXPECT_FALSE(mailOf(alert(), 5)) << "no such destination";
-    delivery.addresses[3] = "";
-    EXPECT_FALSE(mailOf(alert()));
-    delivery.addresses.clear();
-    EXPECT_FALSE(mailOf(alert()));
-    platform.failing = {"CIM_Create_IPMI20_Session"};
+    for (const char* function : {"CIM_TRZGetUserEmail", "CIM_Create_IPMI20_Session"}) {
+        platformCalls.broken = {function};
+        EXPECT_FALSE(mailOf(alert())) << function;
+    }
+    platformCalls.broken = {};
+    json changed = machine;
+    changed["users"][0].erase("email");
+    createBmc(changed.dump());
     EXPECT_FALSE(mailOf(alert()));
 }
 
@@ -151,18 +147,11 @@ TEST(AlertLines, areAlignedByTabs) {
 }
 
 TEST(AlertLines, nameSeverities) {
-    const std::pair<int, const char*> cases[] = {{0, "\r\nSeverity\t\t:\tUnknown"},
-                                                 {2, "\r\nSeverity\t\t:\tOk"},
-                                                 {3, "\r\nSeverity\t\t:\tWarning"},
-                                                 {6, "\r\nSeverity\t\t:\tCritical"},
-                                                 {7, "\r\nSeverity\t\t:\tNon Recoverable"},
-                                                 {1, ""},
-                                                 {5, ""}};
-    for (const auto& [severity, line] : cases) {
-        char buffer[64] = "";
+    char buffer[256] = "";
+    for (int severity = -1; severity <= 8; ++severity)
         EXPECT_EQ(GetEventSev(severity, buffer), 0);
-        EXPECT_STREQ(buffer, line);
-    }
+    EXPECT_STREQ(buffer, "\r\nSeverity\t\t:\tUnknown\r\nSeverity\t\t:\tOk\r\nSeverity\t\t:\tWarning"
+                         "\r\nSeverity\t\t:\tCritical\r\nSeverity\t\t:\tNon Recoverable");
 }
 
 } // namespace

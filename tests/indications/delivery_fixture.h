@@ -1,29 +1,13 @@
-// Delivery of alerts with every neighbour of the library replaced: platform, mail, interop and description
-// libraries. Sensors and sessions are those of fake_platform.h.
+// Delivery of alerts on a virtual BMC, with mail, interop and description libraries of the test's.
 #pragma once
 
-#include "broker/broker.h"
-#include "fake_platform.h"
+#include "managed_bmc.h"
 #include "provider_helper/alert_delivery.h"
+#include "sensor_rows.h"
 
 #include <functional>
-#include <gmock/gmock.h>
-#include <sysroot_fixture.h>
-
-struct FakeServer {
-    bool isReadable = true;
-    CIM_SMTPInfo info{};
-    std::string address;
-    std::uint8_t addressV6[16] = {};
-};
 
 struct FakeDelivery {
-    // Mail hooks, by the secondary server's turn.
-    FakeServer servers[2];
-    std::map<int, std::uint8_t> users;             // of e-mail destinations, by selector
-    std::map<int, std::string> addresses;          // by user
-    std::map<std::string, std::string> listeners;  // URLs by name
-    std::map<std::string, int> messageIds;         // by description
     std::map<std::string, std::string> eventTexts; // by entry of the description library
     std::vector<std::string> eventQueries;         // entries that were called
 
@@ -34,20 +18,23 @@ struct FakeDelivery {
 };
 extern FakeDelivery delivery;
 
-class DeliveryFixture : public SysrootFixture {
+class DeliveryFixture : public ManagedBmc, protected SensorRows {
 protected:
-    DeliveryFixture();
-    ~DeliveryFixture() override;
+    explicit DeliveryFixture(const std::string& model = "{}") : ManagedBmc(model) {
+        delivery = {};
+        setenv("TZ", "UTC", 1);
+    }
+    ~DeliveryFixture() override { EXPECT_EQ(handle, nullptr) << "the description library is closed"; }
 
     // Lays a module of this test at a place where the library looks for one.
-    void install(const char* module, const char* absolutePath) const;
-    void installEventTexts() const;
-
-    static broker::ObjectPath path(const char* nameSpace, const char* className) {
-        return {.host = {}, .nameSpace = nameSpace, .className = className, .keys = {}};
+    void install(const char* module, const char* absolutePath) const {
+        std::filesystem::create_symlink(module, sysroot.place(absolutePath));
+    }
+    void installEventTexts(const char* module = PH_EVENT_TEXTS) const {
+        install(module, "/usr/local/lib/libEventLogDes.so");
     }
 
-    broker::Broker broker;
+    const broker::ObjectPath indicationClass = path("CIM_AlertIndication", {}, "root/interop");
 };
 
 // A threshold event, 2024-05-01 12:00:00 UTC: upper critical of sensor 1Ah, a temperature.
@@ -57,6 +44,6 @@ inline SelEventMessage thresholdEvent() {
             1,
             SEL_EVENT_TO_CIMXML};
 }
-
-// A sensor's row with this ElementName's parts.
-CompactSdr sensorRow(const char* name, int number);
+inline CompactSdr temperature(const char* name, int number = 0x1A) {
+    return makeCompactSdr(name, number, 0x01, 0x01);
+}

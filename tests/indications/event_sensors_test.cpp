@@ -6,14 +6,13 @@
 namespace {
 
 using broker::Instance;
-using broker::Value;
 
 class EventSensors : public DeliveryFixture {
 protected:
     // The broker's sensors have these DeviceIDs.
     void serve(std::vector<std::string> deviceIds) {
         broker.setRouter([this, deviceIds = std::move(deviceIds)](const broker::Request& request) {
-            EXPECT_EQ(request.path, path("root/cimv2", "CIM_Sensor"));
+            EXPECT_EQ(request.path, path("CIM_Sensor"));
             broker::Reply reply;
             for (const std::string& id : deviceIds) {
                 Instance sensor{.path = request.path, .properties = {}};
@@ -29,9 +28,9 @@ protected:
         broker::Scope scope(broker);
         const CMPIContext* context = scope.makeContext();
         const std::size_t before = broker.liveObjects();
-        CMPIEnumeration* sensors = CacheSensorInstances(broker.handle(), context);
+        CMPIEnumeration* all = CacheSensorInstances(broker.handle(), context);
         EXPECT_LE(broker.liveObjects(), before + 1) << "only the enumeration";
-        const CMPIInstance* sensor = GetSpecificEventSensorObjectInstances(number, sensors);
+        const CMPIInstance* sensor = GetSpecificEventSensorObjectInstances(number, all);
         return sensor != nullptr ? broker::toText(broker::toInstance(sensor).properties.at(0).value) : "none";
     }
 };
@@ -49,27 +48,25 @@ TEST_F(EventSensors, areFoundByNumber) {
 
 TEST_F(EventSensors, tellTheirTextsAndPaths) {
     broker::Scope scope(broker);
-    Instance sensor{
-        .path = path("root/cimv2", "CIM_Sensor"),
-        .properties = {{"Name", {CMPI_string, "Inlet Temp"}}, {"Number", {CMPI_uint16, std::uint64_t{3}}}}};
-    sensor.path.keys = {{"DeviceID", {CMPI_string, "32.26.0.1.01.99:Inlet"}}};
+    const Instance sensor{.path = path("CIM_Sensor", {{"DeviceID", text("32.26.0.1.01.99:Inlet")}}),
+                          .properties = {{"Name", text("Inlet Temp")}, {"Number", number(3)}}};
     const CMPIInstance* instance = scope.make(sensor);
     const std::size_t before = broker.liveObjects();
-    char text[8] = "before";
+    char name[8] = "before";
     char place[256] = "before";
     EXPECT_EQ(
-        get_alerting_managed_element_from_instance(instance, "Name", text, sizeof text, place, sizeof place),
+        get_alerting_managed_element_from_instance(instance, "Name", name, sizeof name, place, sizeof place),
         0);
-    EXPECT_STREQ(text, "Inlet T") << "cut";
+    EXPECT_STREQ(name, "Inlet T") << "cut";
     EXPECT_EQ(place, broker::toText(sensor.path));
     EXPECT_EQ(broker.liveObjects(), before + 1) << "only the text of the property";
     for (const char* other : {"Number", "Missing"}) {
-        EXPECT_EQ(get_cmpi_str_property_value(instance, other, text, sizeof text), 0);
-        EXPECT_STREQ(text, "");
+        EXPECT_EQ(get_cmpi_str_property_value(instance, other, name, sizeof name), 0);
+        EXPECT_STREQ(name, "");
     }
     broker.failCall("getObjectPath", 1);
     EXPECT_EQ(
-        get_alerting_managed_element_from_instance(instance, "Name", text, sizeof text, place, sizeof place),
+        get_alerting_managed_element_from_instance(instance, "Name", name, sizeof name, place, sizeof place),
         -1);
     EXPECT_STREQ(place, "");
 }

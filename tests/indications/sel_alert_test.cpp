@@ -12,7 +12,7 @@ protected:
         delivery.eventTexts = {{"FindSensorType", "Temperature"},
                                {"AlertSeverityLevel", "CRITICAL"},
                                {"SELLog", "Upper Critical - going high"}};
-        delivery.messageIds = {{"Upper Critical - going high", 12}, {"Unknown", 1}};
+        EXPECT_EQ(get_message_id("Unknown"), 1);
     }
     static AlertRecord alertOf(const SelEventMessage& message) {
         AlertRecord alert{};
@@ -23,50 +23,43 @@ protected:
 
 TEST_F(SelAlerts, tellWhatTheRecordSays) {
     installEventTexts();
-    platform.sensors = {sensorRow("Other", 3), sensorRow("Inlet Temp", 0x1A), sensorRow("Second", 0x1A)};
+    sensors = {temperature("Other", 3), temperature("Inlet Temp"), temperature("Second")};
     const AlertRecord alert = alertOf(thresholdEvent());
     EXPECT_EQ(alert.EventTime, 0x66322EC0U);
-    EXPECT_STREQ(alert.EventID, "12a");
-    EXPECT_STREQ(alert.AlertingManagedElement, "1:26");
-    EXPECT_STREQ(alert.PerceivedSeverity, "6 (CRITICAL)");
-    EXPECT_STREQ(alert.Description, "Upper Critical - going high");
-    EXPECT_STREQ(alert.MessageID, "12");
-    EXPECT_STREQ(alert.OwningEntity, "TRZ");
-    EXPECT_STREQ(alert.SystemName, "");
     EXPECT_EQ(alert.AlertingElementFormat, 1);
     EXPECT_EQ(alert.AlertType, 5);
-    EXPECT_EQ(alert.argumentCount, 5);
-    EXPECT_STREQ(alert.MessageArguments[0], "Inlet Temp(26.32.0)");
-    EXPECT_STREQ(alert.MessageArguments[1], "1");
-    EXPECT_STREQ(alert.MessageArguments[2], "7");
-    EXPECT_STREQ(alert.MessageArguments[3], "Asserted");
-    EXPECT_STREQ(alert.MessageArguments[4], "Temperature");
+    EXPECT_THAT(
+        (std::vector<std::string>{alert.EventID, alert.AlertingManagedElement, alert.PerceivedSeverity,
+                                  alert.Description, alert.MessageID, alert.OwningEntity, alert.SystemName}),
+        ElementsAre("12a", "1:26", "6 (CRITICAL)", "Upper Critical - going high", "2", "TRZ", ""));
+    EXPECT_THAT(
+        std::vector<std::string>(alert.MessageArguments, alert.MessageArguments + alert.argumentCount),
+        ElementsAre("Inlet Temp(26.32.0)", "1", "7", "Asserted", "Temperature"));
 }
 
 TEST_F(SelAlerts, nameTheSensorByItsNumber) {
-    FullSdr numeric{};
-    numeric.common = sensorRow("Numeric", 0x1A);
+    const FullSdr both = makeFullSdr("Numeric", 0x1A);
     const struct {
         const char* what;
-        std::vector<CompactSdr> sensors;
-        std::vector<FullSdr> numericSensors;
+        std::vector<CompactSdr> discrete;
+        std::vector<FullSdr> numeric;
         const char* element;
         const char* name;
     } cases[] = {
-        {"none", {sensorRow("Other", 27)}, {}, "", ""},
-        {"both kinds: the numeric one", {sensorRow("Discrete", 0x1A)}, {numeric}, "1:26", "Numeric(26.32.0)"},
-        {"a bracket in the name hides the number", {sensorRow("Fan (rear)", 0x1A)}, {}, "", ""},
+        {"none", {temperature("Other", 27)}, {}, "", ""},
+        {"both kinds: the numeric one", {temperature("Discrete")}, {both}, "1:26", "Numeric(26.32.0)"},
+        {"a bracket in the name hides the number", {temperature("Fan (rear)")}, {}, "", ""},
         {"a number in brackets in the name counts",
-         {sensorRow("CPU (26)", 9)},
+         {temperature("CPU (26)", 9)},
          {},
          "1:26",
          "CPU (26)(9.32.0)"},
     };
-    platform.failing = {"CIM_Create_IPMI20_Session"}; // the rows do, without the BMC
+    platformCalls.broken = {"CIM_Create_IPMI20_Session"}; // the rows do, without the BMC
     for (const auto& item : cases) {
         SCOPED_TRACE(item.what);
-        platform.sensors = item.sensors;
-        platform.numericSensors = item.numericSensors;
+        sensors = item.discrete;
+        numericSensors = item.numeric;
         const AlertRecord alert = alertOf(thresholdEvent());
         EXPECT_STREQ(alert.AlertingManagedElement, item.element);
         EXPECT_STREQ(alert.MessageArguments[0], item.name);
@@ -118,7 +111,7 @@ TEST_F(SelAlerts, doWithoutTheDescriptionLibrary) {
 }
 
 TEST_F(SelAlerts, askNoFurtherWhereAnEntryIsMissing) {
-    install(PH_EVENT_TEXTS_WITHOUT_SEVERITY, "/usr/local/lib/libEventLogDes.so");
+    installEventTexts(PH_EVENT_TEXTS_WITHOUT_SEVERITY);
     const AlertRecord alert = alertOf(thresholdEvent());
     EXPECT_STREQ(alert.MessageArguments[4], "Temperature");
     EXPECT_STREQ(alert.Description, "");
@@ -130,16 +123,15 @@ TEST_F(SelAlerts, askNoFurtherWhereAnEntryIsMissing) {
 }
 
 TEST_F(SelAlerts, haveNoNumberWhereTheDatabaseFails) {
-    delivery.messageIds.clear();
+    platformCalls.broken = {"db_get_MessageID"};
     EXPECT_STREQ(alertOf(thresholdEvent()).MessageID, "-1");
-    platform.failing = {"db_init"};
+    platformCalls.broken = {"db_init"};
     EXPECT_EQ(get_message_id("Unknown"), -1);
 }
 
 TEST_F(SelAlerts, failWithoutTheSensors) {
-    platform.sensors = {sensorRow("Inlet Temp", 0x1A)};
     for (const char* function : {"db_init", "db_get_all_compact_sdrs", "db_get_all_full_sdrs"}) {
-        platform.failing = {function};
+        platformCalls.broken = {function};
         AlertRecord alert{};
         const SelEventMessage message = thresholdEvent();
         EXPECT_EQ(SelToAlert(&message, &alert, 7, 1), -1) << function;
