@@ -38,27 +38,6 @@ TEST_F(Accounts, areTheUsedSlots) {
         EXPECT_THAT(accounts.get(named(name)), Refuses(CMPI_RC_ERR_FAILED, "Failed to Get Instance")) << name;
 }
 
-TEST_F(Accounts, areReadSlotBySlot) {
-    ASSERT_TRUE(accounts.enumerate().ok());
-    std::vector<std::string> expected{"CIM_GetMaxNumUsers(*, 30)"};
-    for (int slot = 1; slot <= 16; ++slot) {
-        expected.push_back("CIM_GetUser(" + std::to_string(slot) + ", *, 30)");
-        if (!user(slot).is_null())
-            expected.push_back("CIM_GetUserAccess(" + std::to_string(slot) + ", 14, *, 30)");
-    }
-    EXPECT_EQ(platformCalls.hooks(), expected);
-    platformCalls.clear();
-    ASSERT_TRUE(accounts.get(path(3)).ok());
-    EXPECT_THAT(platformCalls.hooks(), ElementsAre("CIM_GetMaxNumUsers(*, 30)", "CIM_GetUser(3, *, 30)",
-                                                   "CIM_GetUserAccess(3, 14, *, 30)"));
-    platformCalls.clear();
-    std::filesystem::remove(sysroot.place("/conf/system_names.ini"));
-    platformCalls.broken = {"db_get_device_bytype"};
-    EXPECT_EQ(accounts.enumerate().message, "Failed to Enumerate Instance");
-    EXPECT_EQ(accounts.get(path(2)).message, "Failed to Get Instance");
-    EXPECT_THAT(platformCalls.hooks(), IsEmpty()) << "without a system name";
-}
-
 TEST_F(Accounts, slotOneIsAnonymousWhateverItsName) {
     const auto find = [](const char* name) {
         PHUserEntry user{};

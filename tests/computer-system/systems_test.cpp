@@ -149,23 +149,4 @@ TEST_F(Systems, refuseWrongRequestsBeforeThereIsAJob) {
     expectDone(host.invoke(hostPath, change, two), hostChange);
 }
 
-// The functions themselves return a method's value in every case.
-TEST_F(Systems, alwaysReturnAValue) {
-    broker::Scope scope(broker);
-    CMPIStatus status{CMPI_RC_OK, nullptr};
-    CMPIResult* result = scope.makeResult();
-    EXPECT_EQ(PH_HostRequestStateChange(broker.handle(), result, scope.make(hostPath), nullptr,
-                                        scope.makeArgs(), nullptr, &status),
-              -1);
-    EXPECT_EQ(status.rc, CMPI_RC_ERR_INVALID_PARAMETER);
-    EXPECT_EQ(broker::toReply(result).values, std::vector{number(0, CMPI_uint32)});
-
-    result = scope.makeResult();
-    EXPECT_EQ(PH_SPRequestStateChange(broker.handle(), result, scope.make(processorPath),
-                                      scope.makeArgs({{"RequestedState", number(2)}}), scope.makeArgs(),
-                                      nullptr, nullptr),
-              -1);
-    EXPECT_EQ(broker::toReply(result).values, std::vector{number(2, CMPI_uint32)});
-}
-
 } // namespace

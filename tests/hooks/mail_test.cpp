@@ -72,43 +72,6 @@ TEST_F(MailHooks, destinationsComeAndGo) {
     EXPECT_EQ(bmc.requests.size(), 3u) << "an empty text is one block";
 }
 
-TEST_F(MailHooks, serversHaveAllTheirFields) {
-    const std::string longest(64, 'x');
-    server = {0x00, 1, 3, 0x4B, 0x02, 192, 0, 2, 25, 0x20, 0x01, 0x0D, 0xB8,
-              0,    0, 0, 0,    0,    0,   0, 0, 0,  0,    0,    25};
-    texts[{3, channel, 0}] = longest;
-    texts[{4, channel, 0}] = "secret";
-    texts[{5, channel, 0}] = longest;
-    texts[{6, channel, 0}] = "bmc.example";
-    texts[{3, channel, 1}] = "other";
-    CIM_SMTPInfo info;
-    std::memset(&info, 0xEE, sizeof info);
-    ASSERT_EQ(CIM_TRZGetSMTPInfo(&session, &info, channel, 30), 0) << bmc.debugLog;
-    EXPECT_EQ(info.isEnabled, 1);
-    EXPECT_EQ(info.security, CIM_SMTP_AUTHENTICATE | CIM_SMTP_STARTTLS);
-    EXPECT_EQ(le16toh(info.port), 587);
-    EXPECT_EQ(info.userName, longest);
-    EXPECT_STREQ(info.password, "secret");
-    EXPECT_EQ(std::string(info.sender, sizeof info.sender), longest) << "it fills its field";
-    EXPECT_STREQ(info.hostName, "bmc.example");
-    ASSERT_EQ(CIM_TRZGetSMTP2Info(&session, &info, channel, 30), 0);
-    EXPECT_STREQ(info.userName, "other");
-    EXPECT_STREQ(info.password, "");
-
-    char address[CIM_SMTP_ADDRESS_SIZE];
-    std::uint8_t ipv6[16];
-    for (const auto& [getIpv4, getIpv6, number] :
-         {std::tuple{&CIM_TRZGetSMTPServerInfo, &CIM_TRZGetSMTPServerInfoIPv6, 0},
-          {&CIM_TRZGetSMTPServer2Info, &CIM_TRZGetSMTPServer2InfoIPv6, 1}}) {
-        ASSERT_EQ(getIpv4(&session, address, channel, 30), 0);
-        EXPECT_STREQ(address, "192.0.2.25");
-        EXPECT_EQ(bmc.requests.back(), Bytes({0x30, 0x44, channel, static_cast<std::uint8_t>(number)}));
-        ASSERT_EQ(getIpv6(&session, ipv6, channel, 30), 0);
-        EXPECT_EQ(ipv6[0], 0x20);
-        EXPECT_EQ(ipv6[15], 25);
-    }
-}
-
 TEST_F(MailHooks, usersHaveAnAddress) {
     texts[{2, 5, 0}] = std::string(254, 'u');
     char address[CIM_USER_EMAIL_SIZE];

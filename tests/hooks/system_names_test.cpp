@@ -12,14 +12,6 @@ protected:
     char sp[256] = {};
 };
 
-TEST_F(SystemNames, areThoseConfigured) {
-    configure("[names]\nhost = Example host 7\nsp = Example controller\n");
-    EXPECT_EQ(OEM_GetHostSystemName(host), 0);
-    EXPECT_EQ(OEM_GetSPSystemName(sp), 0);
-    EXPECT_STREQ(host, "Example host 7");
-    EXPECT_STREQ(sp, "Example controller");
-}
-
 TEST_F(SystemNames, mayBeMissing) {
     EXPECT_NE(OEM_GetHostSystemName(host), 0) << "no file";
     configure("[names]\nhost =\n");

@@ -252,11 +252,6 @@ TEST_F(Filters, arraysOfCallersGrowOrGo) {
         EXPECT_EQ(filters, nullptr);
         EXPECT_EQ(count, 0);
     }
-    expectFailuresToFreeAll<IndicationFilterRecord>(
-        [](auto* records, int* held) {
-            return PH_Create_IndicationFilterInstance(records, held, "BMC", "kept", critical, 0);
-        },
-        PH_Enum_All_IndicationFilter);
 }
 
 } // namespace

@@ -35,30 +35,6 @@ protected:
     }
     broker::Reply remove(const broker::ObjectPath& path) { return requests(path).remove(path); }
 
-    // Fails each platform call of an enumeration in turn: one that fails frees the record, too, that the
-    // array has from `append` before.
-    template <class Record>
-    static void expectFailuresToFreeAll(const std::function<int(Record**, int*)>& append,
-                                        int (*enumerate)(Record**, int*, int)) {
-        Record* records = nullptr;
-        int count = 0;
-        unsigned failures = 0;
-        for (bool hasFailed = true; hasFailed;) {
-            std::free(std::exchange(records, nullptr));
-            count = 0;
-            ASSERT_EQ(append(&records, &count), 0);
-            platformCalls.clear();
-            platformCalls.failing = ++failures;
-            const int result = enumerate(&records, &count, 0);
-            hasFailed = platformCalls.hasFailed;
-            platformCalls.failing = 0;
-            EXPECT_EQ(records == nullptr, result != 0) << failures;
-            EXPECT_EQ(count == 0, result != 0) << failures;
-        }
-        std::free(records);
-        EXPECT_GT(failures, 2U);
-    }
-
     // A row of the database; `work` gets its handle.
     static void onDatabase(const std::function<void(SMASH_DB_HANDLE)>& work);
 

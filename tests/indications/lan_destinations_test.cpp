@@ -178,25 +178,4 @@ TEST_F(LanDestinations, whatCannotBeCreatedIsRefusedWithItsReason) {
     }
 }
 
-TEST_F(LanDestinations, arraysOfCallersGrowOrGo) {
-    ListenerDestinationRecord* records = nullptr;
-    int count = 0;
-    ASSERT_EQ(PH_Create_ListenerDestinationSMTPInstance(&records, &count, "BMC", "SMTP:01:1", "UID:2", 0), 0);
-    ASSERT_EQ(PH_Create_ListenerDestinationSNMPInstance(&records, &count, "BMC", "SNMP:01:2", "192.0.2.9", 1),
-              0);
-    ASSERT_EQ(count, 2);
-    EXPECT_STREQ(records[0].Destination, "UID:2");
-    EXPECT_STREQ(records[0].ProtocolText, "SMTP");
-    EXPECT_STREQ(records[1].CreationClassName, snmp);
-    EXPECT_STREQ(records[1].Destination, "");
-    EXPECT_EQ(PH_Create_ListenerDestinationSNMPInstance(&records, &count, nullptr, "SNMP:01:2", "", 0), -1);
-    EXPECT_EQ(records, nullptr);
-    EXPECT_EQ(count, 0);
-    const auto add = [](auto* array, int* held) {
-        return PH_Create_ListenerDestinationSMTPInstance(array, held, "BMC", "kept", "UID:2", 0);
-    };
-    expectFailuresToFreeAll<ListenerDestinationRecord>(add, PH_Enum_All_ListenerDestinationSMTP);
-    expectFailuresToFreeAll<ListenerDestinationRecord>(add, PH_Enum_All_ListenerDestinationSNMP);
-}
-
 } // namespace

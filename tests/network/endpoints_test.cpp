@@ -100,29 +100,6 @@ TEST_F(Endpoints, originOfIpv6FollowsTheConfiguration) {
     }
 }
 
-TEST_F(Endpoints, areAppendedToACallersArray) {
-    auto* records = reinterpret_cast<IPProtocolEndpointRecord*>(1); // not looked at while the count is 0
-    int count = 0;
-    ASSERT_EQ(PH_CreateIPProtocolEndpointInstance(&records, &count, "SP", "eth0", 1, 4, "192.0.2.1",
-                                                  "255.0.0.0", 0, 0, 4),
-              0);
-    ASSERT_EQ(PH_CreateIPProtocolEndpointInstance(&records, &count, "SP", "eth1", 2, 8, "2001:db8::1", "", 48,
-                                                  0, 6),
-              0);
-    ASSERT_EQ(PH_CreateIPProtocolEndpointInstance(&records, &count, "SP", "eth1", 2, 8, "2001:db8::1", "", 48,
-                                                  1, 6),
-              0);
-    ASSERT_EQ(count, 3);
-    EXPECT_STREQ(records[0].Name, "IPProtocolEndpoint1*Channel-1*eth0-4");
-    EXPECT_STREQ(records[0].SubnetMask, "255.0.0.0");
-    EXPECT_STREQ(records[1].Name, "IPProtocolEndpoint2*Channel-2*eth1-6");
-    EXPECT_EQ(records[1].IPv6SubnetPrefixLength, 48);
-    EXPECT_EQ(records[1].AddressOrigin, 8);
-    EXPECT_STREQ(records[2].SystemName, "SP");
-    EXPECT_STREQ(records[2].IPv6Address, ""); // names only
-    PH_Clean_IPProtocolEndpoint(&records, count);
-}
-
 TEST_F(Endpoints, dhcpClassesAreAskedForEachAddress) {
     createBmc(R"({"lans": [
         {"channel": 1, "name": "eth0", "ipv4": {"configured": {"address": "192.0.2.10"}},

@@ -118,35 +118,4 @@ TEST_F(Jobs, goWhenTheirTimeIsOver) {
     EXPECT_FALSE(hasError("clp-job 2"));
 }
 
-TEST_F(Jobs, ofTwoProcessesAllSurvive) {
-    constexpr int rounds = 100;
-    const auto work = [] {
-        for (int i = 0; i < rounds; ++i) {
-            SMASH_DB_HANDLE own = nullptr;
-            char id[64];
-            const ConcreteJobRow job = runningJob();
-            const bool good = tmp_db_init(&own) == 0 && db_set_concretejob(own, &job, id) == 0 &&
-                              db_modify_concretejob(own, id, "Exception", "17,6", 100, 10) == 0;
-            if (!good || db_close(own) != 0)
-                return 1;
-        }
-        return 0;
-    };
-    const pid_t child = fork();
-    if (child == 0)
-        _exit(work());
-    EXPECT_EQ(work(), 0) << db_last_error();
-    int status = -1;
-    ASSERT_EQ(waitpid(child, &status, 0), child);
-    EXPECT_EQ(status, 0);
-
-    const auto all = getAll(db_get_all_concretejob, handle);
-    std::set<std::string> ids;
-    for (int i = 0; i < all.count; ++i) {
-        ids.insert(all.rows.get()[i].instanceId);
-        EXPECT_EQ(all.rows.get()[i].job.jobState, 10);
-    }
-    EXPECT_EQ(ids.size(), 2U * rounds);
-}
-
 } // namespace
