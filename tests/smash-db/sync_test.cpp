@@ -1,39 +1,68 @@
+// What a sync makes of a virtual BMC, whatever the BMC has and however it behaves.
 #include "smash-db/sync/sync.h"
 
+#include "bmc_session.h"
 #include "database_fixture.h"
-#include "fake_bmc.h"
 #include "sdr_builder.h"
+#include "virtual-bmc/virtual_bmc.h"
 
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 #include <SQLiteCpp/SQLiteCpp.h>
 
 namespace {
 
+using nlohmann::json;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
+using Bytes = std::vector<std::uint8_t>;
 
-constexpr std::uint8_t temperature = 0x01;
-constexpr std::uint8_t powerSupply = 0x08;
+constexpr std::uint8_t getDeviceId = 0x01, getDeviceGuid = 0x08, getFruInfo = 0x10, readFru = 0x11,
+                       reserveSdrs = 0x22, getSdr = 0x23;
 
-Bytes sdr(const SdrBuilder& builder, std::uint16_t id) {
-    return builder.record(id).bytes;
+const json server = json::parse(R"({
+    "device": {"deviceGuid": "01020304-0506-0708-090a-0b0c0d0e0f10",
+               "systemGuid": "abababab-abab-abab-abab-abababababab"},
+    "sensors": [{"number": 1, "name": "Inlet", "analog": {}},
+                {"number": 2, "name": "PS", "type": "Power Supply", "readingType": "sensor-specific",
+                 "record": "compact", "supportedStates": [0, 1]},
+                {"number": 3, "name": "Outlet", "analog": {}}],
+    "frus": [{"id": 0, "name": "Board", "board": {"manufacturer": "Maker", "product": "Board",
+                                                  "serialNumber": "B-1", "partNumber": "P-1"}},
+             {"id": 3, "name": "Supply", "entity": 10,
+              "product": {"manufacturer": "Supplier", "product": "Supply", "partNumber": "P-3", "version": "v2",
+                          "serialNumber": "S-3"}}]})");
+
+json rawRecord(const SdrBuilder& builder) {
+    std::string digits;
+    const Bytes record = builder.record().bytes;
+    for (std::size_t i = 2; i < record.size(); ++i) { // behind its ID
+        char text[4];
+        std::snprintf(text, sizeof text, "%02x ", record[i]);
+        digits += text;
+    }
+    return {{"rawRecords", {digits}}};
 }
 
-class Sync : public SysrootFixture {
+class Sync : public SysrootFixture, protected ipmi::Transport {
 protected:
-    void SetUp() override {
-        bmc.sdrs = {sdr(SdrBuilder::full(temperature, 0x01, "Inlet").number(1), 1),
-                    sdr(SdrBuilder::fruLocator(3, 10, 1), 2),
-                    sdr(SdrBuilder::compact(powerSupply, 0x6F, "PS").number(2).states(0x0003), 3),
-                    sdr(SdrBuilder::full(temperature, 0x01, "Outlet").number(3), 4)};
-        bmc.frus = {{0, fruImage({"Maker", "Board", "B-1", "P-1"})},
-                    {3, fruImage({"Supplier", "Supply", "P-3", "v2", "S-3"}, true)}};
-        bmc.deviceGuid = Bytes{0x10, 0x0F, 0x0E, 0x0D, 0x0C, 0x0B, 0x0A, 0x09,
-                               0x08, 0x07, 0x06, 0x05, 0x04, 0x03, 0x02, 0x01};
-        bmc.systemGuid = Bytes(16, 0xAB);
+    Sync() { create(server); }
+
+    void create(const json& model) {
+        vbmc::createFromText(stateFile, model.dump(), "model", vbmc::Existing::Replace);
+        bmc = ipmi::openTransport(virtualBmc(stateFile));
     }
+    std::size_t exchange(std::uint8_t netFn, std::uint8_t command, std::span<const std::uint8_t> request,
+                         std::span<std::uint8_t> answer) override {
+        Bytes bytes(ipmi::maxMessage);
+        bytes.resize(bmc->exchange(netFn, command, request, bytes));
+        alter(command, Bytes(request.begin(), request.end()), bytes);
+        std::ranges::copy(bytes, answer.begin());
+        return bytes.size();
+    }
+    smash::SyncReport sync(const smash::SyncProgress& progress = {}) { return smash::sync(*this, progress); }
 
     // All that sync writes, as text.
     static std::vector<std::string> contents() {
@@ -70,23 +99,30 @@ protected:
         return lines;
     }
 
-    FakeBmc bmc;
+    const std::filesystem::path stateFile = sysroot.place("/tmp/bmc.state");
+    std::unique_ptr<ipmi::Transport> bmc;
+    // What a test makes of an answer on its way to the sync.
+    std::function<void(std::uint8_t command, const Bytes& request, Bytes& answer)> alter = [](auto&&...) {};
 };
 
 TEST_F(Sync, fillsTheDatabaseAndReports) {
+    alter = [](std::uint8_t command, const Bytes&, Bytes& answer) {
+        if (command == getDeviceId)
+            answer = {0x00, 0x21, 0x85, 0x83, 0x45, 0x02, 0xBF, 0x57, 0x01, 0xF0, 0x34, 0x12};
+    };
     std::vector<std::string> steps;
-    const auto report = smash::sync(bmc, [&](std::string_view phase, std::size_t done, std::size_t total) {
+    const auto report = sync([&](std::string_view phase, std::size_t done, std::size_t total) {
         steps.push_back(std::string(phase) + " " + std::to_string(done) + "/" + std::to_string(total));
     });
     EXPECT_EQ(contents(), expected);
-    EXPECT_EQ(report.recordsRead, 4u);
+    EXPECT_EQ(report.recordsRead, 5u);
     EXPECT_EQ(report.numericSensors, 2u);
     EXPECT_EQ(report.sensors, 2u);
     EXPECT_EQ(report.frus, 2u);
     EXPECT_EQ(text(report), "");
-    EXPECT_THAT(steps,
-                ElementsAre("device 0/1", "device 1/1", "SDR 0/4", "SDR 1/4", "SDR 2/4", "SDR 3/4", "SDR 4/4",
-                            "FRU 0/2", "FRU 1/2", "FRU 2/2", "database 0/1", "database 1/1"));
+    EXPECT_THAT(steps, ElementsAre("device 0/1", "device 1/1", "SDR 0/5", "SDR 1/5", "SDR 2/5", "SDR 3/5",
+                                   "SDR 4/5", "SDR 5/5", "FRU 0/3", "FRU 1/3", "FRU 2/3", "FRU 3/3",
+                                   "database 0/1", "database 1/1"));
 
     const Handle handle = openDatabase(db_init);
     const auto device = getRow(db_get_device_bytype, handle, SMASH_DEVICE_SP);
@@ -112,10 +148,10 @@ TEST_F(Sync, replacesRowsButKeepsSettings) {
         ASSERT_EQ(db_set_ipmi_session_info(handle.get(), &session), 0);
         ASSERT_EQ(db_set_device(handle.get(), &host), 0);
     }
-    smash::sync(bmc);
-    bmc.sdrs.resize(1);
-    smash::sync(bmc);
-    EXPECT_THAT(contents(), ElementsAre(expected[0], expected[1], expected[2], expected[4]));
+    sync();
+    create({{"device", server["device"]}}); // neither sensors nor FRUs
+    EXPECT_THAT(text(sync()), HasSubstr("FRU device 0: "));
+    EXPECT_THAT(contents(), ElementsAre(expected[0], expected[1], "///"));
     const Handle handle = openDatabase(db_init);
     const auto session = getRow(db_get_ipmi_session_info, handle);
     const auto host = getRow(db_get_device_bytype, handle, SMASH_DEVICE_HOST);
@@ -125,196 +161,205 @@ TEST_F(Sync, replacesRowsButKeepsSettings) {
 }
 
 TEST_F(Sync, leavesTheDatabaseAsItWasWhereverTheBmcStopsAnswering) {
-    smash::sync(bmc);
-    bmc.sdrs = {sdr(SdrBuilder::full(temperature, 0x01, "New").number(9), 1)};
-    bmc.frus.clear();
-    bmc.systemGuid = Bytes(16, 0xCD);
+    sync();
+    json other = server;
+    other["sensors"] = {{{"number", 9}, {"name", "New"}, {"analog", json::object()}}};
+    create(other);
+    int left = 0;
+    alter = [&](auto&&...) {
+        if (left-- <= 0)
+            throw ipmi::TransportError("no answer");
+    };
     int exchanges = 0;
     for (bool isDone = false; !isDone; ++exchanges) {
         ASSERT_LT(exchanges, 100);
         EXPECT_EQ(contents(), expected) << "after " << exchanges << " exchanges";
-        bmc.silentAfter = exchanges;
+        left = exchanges;
         try {
-            smash::sync(bmc);
+            sync();
             isDone = true;
         } catch (const ipmi::TransportError&) {
             isDone = false;
         }
     }
     EXPECT_GT(exchanges, 8) << "device ID, GUIDs, repository, reservation, record, FRU";
-    EXPECT_THAT(contents(), ElementsAre(expected[0], std::string("cdcdcdcdcdcdcdcdcdcdcdcdcdcdcdcd"), "///",
-                                        "32.9.0.1.01.99:New"));
+    EXPECT_THAT(contents(),
+                ElementsAre(expected[0], expected[1], expected[2], expected[3], "32.9.0.1.01.99:New"));
 }
 
 TEST_F(Sync, leavesTheDatabaseAsItWasWhereItCannotWriteAllRows) {
-    smash::sync(bmc);
+    sync();
     SQLite::Database(sysroot.place("/conf/smash.db"), SQLite::OPEN_READWRITE)
         .exec("CREATE TRIGGER full BEFORE INSERT ON compact_sdr WHEN new.deviceId LIKE '%.1:PS' "
               "BEGIN SELECT RAISE(ABORT, 'disk is full'); END");
-    bmc.systemGuid = Bytes(16, 0xCD);
-    EXPECT_THAT([&] { smash::sync(bmc); }, testing::ThrowsMessage<std::runtime_error>(HasSubstr(
-                                               sysroot.place("/conf/smash.db").string() + ": disk is full")));
+    json other = server;
+    other["device"].erase("systemGuid");
+    create(other);
+    EXPECT_THAT([&] { sync(); }, testing::ThrowsMessage<std::runtime_error>(
+                                     HasSubstr(sysroot.place("/conf/smash.db").string() + ": disk is full")));
     EXPECT_EQ(contents(), expected);
 }
 
 TEST_F(Sync, readsARecordAgainWhoseReservationWasLost) {
-    for (int lost = 0; lost < 8; ++lost) {
-        bmc.onGetSdr = [this, lost, first = -1](int number) mutable -> std::uint8_t {
-            first = first < 0 ? number : first;
-            if (number - first == lost)
-                bmc.cancelReservation();
-            return 0;
-        };
-        EXPECT_EQ(text(smash::sync(bmc)), "");
-        EXPECT_EQ(contents(), expected) << "lost before Get SDR " << lost;
-    }
-}
-
-TEST_F(Sync, givesUpOnABmcThatCancelsEveryReservation) {
-    smash::sync(bmc);
-    bmc.onGetSdr = [this](int) -> std::uint8_t {
-        bmc.cancelReservation();
-        return 0;
+    const auto loseReservation = [&] {
+        std::uint8_t answer[ipmi::maxMessage];
+        bmc->exchange(0x0A, reserveSdrs, {}, answer);
     };
-    EXPECT_THROW(smash::sync(bmc), std::runtime_error);
+    for (int lost = 0; lost < 8; ++lost) {
+        alter = [&, read = 0](std::uint8_t command, auto&&...) mutable {
+            if (command == getSdr && read++ == lost)
+                loseReservation();
+        };
+        EXPECT_EQ(text(sync()), "");
+        EXPECT_EQ(contents(), expected) << "lost behind Get SDR " << lost;
+    }
+    alter = [&](std::uint8_t command, auto&&...) {
+        if (command == getSdr || command == reserveSdrs)
+            loseReservation();
+    };
+    EXPECT_THROW(sync(), std::runtime_error) << "of a BMC that cancels every one";
     EXPECT_EQ(contents(), expected);
 }
 
 TEST_F(Sync, asksForSmallerPartsWhereTheBmcsBufferIsSmall) {
-    for (const std::uint8_t code : std::initializer_list<std::uint8_t>{0xCA, 0xFF, 0xC8, 0xC7})
-        for (const std::size_t largest : {63, 31, 10, 8}) {
-            bmc.tooMuchCode = code;
-            bmc.largestPart = largest;
-            EXPECT_EQ(text(smash::sync(bmc)), "") << largest;
-            EXPECT_EQ(contents(), expected) << largest;
-        }
+    for (const int largest : {63, 31, 10, 8}) {
+        json small = server;
+        small["sdrRepository"]["largestPart"] = largest;
+        create(small);
+        EXPECT_EQ(text(sync()), "") << largest;
+        EXPECT_EQ(contents(), expected) << largest;
+    }
 }
 
 TEST_F(Sync, servesTheRecordsBesideABadOne) {
+    const SdrBuilder good = SdrBuilder::compact(0x08, 0x6F, "PS 2").number(4).states(0x0003);
     const struct {
         const char* name;
-        std::function<void(FakeBmc&)> spoil; // the third record
+        json repository; // its record is the sixth
         const char* reason;
     } cases[] = {
-        {"unreadable body",
-         [](FakeBmc& broken) {
-             broken.onGetSdr = [first = -1](int number) mutable -> std::uint8_t {
-                 first = first < 0 ? number : first;
-                 return number - first == 5 ? 0xCE : 0x00;
-             };
-         },
-         "SDR record 0x0003: "},
-        {"longer than it is", [](FakeBmc& broken) { broken.sdrs[2][4] += 10; },
-         "SDR record 0x0003: the BMC does not return all of it"},
-        {"shorter than its fields", [](FakeBmc& broken) { broken.sdrs[2][4] = 20; },
-         "SDR record 0x0003: the record ends before its last field"},
-        {"no header", [](FakeBmc& broken) { broken.sdrs[2].resize(3); },
-         "SDR record 0x0003: its header is cut short"},
-        {"no bytes", [](FakeBmc& broken) { broken.sdrs[2].clear(); },
-         "SDR record 0x0003: its header is cut short"},
+        {"unreadable body", rawRecord(good), "SDR record 0x0006: "},
+        {"longer than it is", rawRecord(SdrBuilder(good).set(5, {40})),
+         "SDR record 0x0006: the BMC does not return all of it"},
+        {"shorter than its fields", rawRecord(SdrBuilder(good).set(5, {20})),
+         "SDR record 0x0006: the record ends before its last field"},
+        {"no header", {{"rawRecords", {"51"}}}, "SDR record 0x0006: its header is cut short"},
     };
     for (const auto& item : cases) {
         SCOPED_TRACE(item.name);
-        FakeBmc broken = bmc;
-        item.spoil(broken);
-        const auto report = smash::sync(broken);
+        json model = server;
+        model["sdrRepository"] = item.repository;
+        create(model);
+        alter = [&](std::uint8_t command, const Bytes& request, Bytes& answer) {
+            if (&item == cases && command == getSdr && request[2] == 6 && request[4] > 0)
+                answer = {0xCE};
+        };
+        const auto report = sync();
         EXPECT_THAT(report.remarks, SizeIs(1));
         EXPECT_THAT(text(report), HasSubstr(item.reason));
-        EXPECT_EQ(report.numericSensors, 2u);
-        EXPECT_EQ(report.sensors, 0u);
+        EXPECT_EQ(contents(), expected);
     }
 }
 
 TEST_F(Sync, endsAtARepositoryThatRunsInCircles) {
-    bmc.nextOfLast = 2;
-    const auto report = smash::sync(bmc);
+    alter = [](std::uint8_t command, const Bytes&, Bytes& answer) {
+        if (command == getSdr && answer.size() > 3 && answer[1] == 0xFF) // the ID of the next one
+            answer[1] = 2, answer[2] = 0;
+    };
+    EXPECT_THAT(text(sync()), HasSubstr("SDR record 0x0002: "));
     EXPECT_EQ(contents(), expected);
-    EXPECT_THAT(text(report), HasSubstr("SDR record 0x0002: "));
-}
-
-TEST_F(Sync, takesABmcWithoutSensors) {
-    bmc.sdrs.clear();
-    const auto report = smash::sync(bmc);
-    EXPECT_THAT(contents(), ElementsAre(expected[0], expected[1], expected[2]));
-    EXPECT_THAT(report.remarks, IsEmpty());
 }
 
 TEST_F(Sync, namesDevicesByWhatGuidsThereAre) {
+    const std::string none(32, '0');
     const struct {
-        std::optional<Bytes> device, system;
-        std::string deviceId, hostId;
-    } cases[] = {
-        {bmc.deviceGuid, std::nullopt, expected[0], expected[0]},
-        {std::nullopt, bmc.systemGuid, expected[1], expected[1]},
-        {Bytes(15, 1), bmc.systemGuid, expected[1], expected[1]}, // a byte short
-        {std::nullopt, std::nullopt, std::string(32, '0'), std::string(32, '0')},
-    };
-    for (const auto& item : cases) {
-        bmc.deviceGuid = item.device;
-        bmc.systemGuid = item.system;
-        const auto report = smash::sync(bmc);
-        EXPECT_THAT(text(report), HasSubstr(" GUID: "));
+        std::vector<const char*> missing;
+        bool isShort; // the device's
+        const std::string &deviceId, &hostId;
+    } cases[] = {{{"systemGuid"}, false, expected[0], expected[0]},
+                 {{"deviceGuid"}, false, expected[1], expected[1]},
+                 {{}, true, expected[1], expected[1]},
+                 {{"deviceGuid", "systemGuid"}, false, none, none}};
+    for (const auto& [missing, isShort, deviceId, hostId] : cases) {
+        json model = server;
+        for (const char* guid : missing)
+            model["device"].erase(guid);
+        create(model);
+        alter = [cut = isShort](std::uint8_t command, const Bytes&, Bytes& answer) {
+            if (cut && command == getDeviceGuid)
+                answer.pop_back();
+        };
+        EXPECT_THAT(text(sync()), HasSubstr(" GUID: "));
         const auto stored = contents();
-        EXPECT_EQ(stored[0], item.deviceId);
-        EXPECT_EQ(stored[1], item.hostId);
+        EXPECT_EQ(stored[0], deviceId);
+        EXPECT_EQ(stored[1], hostId);
     }
 }
 
 TEST_F(Sync, alwaysHasASystemBoard) {
-    const Bytes other = fruImage({"Maker 2", "Board 2", "B-2", "P-2"});
-    Bytes badHeader = bmc.frus[0];
-    badHeader[7] ^= 1;
-    Bytes badArea = bmc.frus[0];
-    badArea.back() ^= 1;
-    Bytes shortFru = bmc.frus[0];
-    shortFru.resize(shortFru.size() - 8);
-    const struct {
-        const char* name;
-        std::optional<Bytes> own;
-        std::optional<Bytes> located; // FRU device 5, by a locator of entity 7
-        const char* expected;
-        std::size_t remarks;
-    } cases[] = {
-        {"located", bmc.frus[0], other, "Maker 2/Board 2/B-2/P-2", 0},
-        {"its own", bmc.frus[0], std::nullopt, "Maker/Board/B-1/P-1", 1},
-        {"none", std::nullopt, std::nullopt, "///", 2},
-        {"bad header", badHeader, std::nullopt, "///", 2},
-        {"bad area", badArea, std::nullopt, "///", 2},
-        {"area beyond the end", shortFru, std::nullopt, "///", 2},
-        {"no area", Bytes{1, 0, 0, 0, 0, 0, 0, 0xFF}, std::nullopt, "///", 2},
-        {"no data", Bytes{}, std::nullopt, "///", 2},
-    };
-    bmc.sdrs = {sdr(SdrBuilder::fruLocator(5, 7, 1), 1)};
-    for (const auto& item : cases) {
-        SCOPED_TRACE(item.name);
-        bmc.frus.clear();
-        if (item.own)
-            bmc.frus[0] = *item.own;
-        if (item.located)
-            bmc.frus[5] = *item.located;
-        const auto report = smash::sync(bmc);
-        EXPECT_EQ(contents()[2], item.expected);
-        EXPECT_EQ(report.remarks.size(), item.remarks) << text(report);
+    json own = server;
+    own["frus"].erase(1);
+    own["frus"][0]["entity"] = 3;
+    own["sdrRepository"] = rawRecord(SdrBuilder::fruLocator(5, 7, 1));
+    create(own);
+    EXPECT_THAT(text(sync()), HasSubstr("FRU device 5: ")) << "it is located, and not there";
+    EXPECT_EQ(contents()[2], expected[2]) << "the BMC's own";
+
+    own["sdrRepository"].clear();
+    own["frus"].push_back({{"id", 5}, {"name", "Board 2"}, {"board", {{"manufacturer", "Maker 2"}}}});
+    create(own);
+    EXPECT_EQ(text(sync()), "");
+    EXPECT_EQ(contents()[2], "Maker 2///");
+
+    // The header is read at the beginning, the board area behind its 8 bytes.
+    const std::pair<const char*, void (*)(std::uint8_t command, const Bytes& request, Bytes& answer)>
+        broken[] = {
+            {"bad header", [](std::uint8_t command, const Bytes& request,
+                              Bytes& answer) { answer.back() ^= command == readFru && request[1] == 0; }},
+            {"bad area", [](std::uint8_t command, const Bytes& request,
+                            Bytes& answer) { answer.back() ^= command == readFru && request[1] == 8; }},
+            {"area beyond the end",
+             [](std::uint8_t command, const Bytes&, Bytes& answer) {
+                 if (command == getFruInfo)
+                     answer[1] = static_cast<std::uint8_t>(answer[1] - 8);
+             }},
+            {"no area",
+             [](std::uint8_t command, const Bytes& request, Bytes& answer) {
+                 if (command == readFru && request[1] == 0)
+                     answer = {0, 8, 1, 0, 0, 0, 0, 0, 0, 0xFF};
+             }},
+            {"no data",
+             [](std::uint8_t command, const Bytes&, Bytes& answer) {
+                 if (command == getFruInfo)
+                     answer[1] = 0;
+             }},
+        };
+    json one = server;
+    one["frus"].erase(1);
+    create(one);
+    for (const auto& [name, alteration] : broken) {
+        SCOPED_TRACE(name);
+        alter = alteration;
+        const auto report = sync();
+        EXPECT_EQ(contents()[2], "///");
+        EXPECT_EQ(report.remarks.size(), 2u) << text(report) << "located, and its own";
         EXPECT_EQ(report.frus, 1u);
     }
 }
 
-TEST_F(Sync, readsFrusThatAreAddressedByWords) {
-    bmc.isFruWordAddressed = true;
-    EXPECT_EQ(text(smash::sync(bmc)), "");
-    EXPECT_EQ(contents(), expected);
-}
-
-TEST_F(Sync, keepsTheFirstFruOfAnEntity) {
-    bmc.sdrs.push_back(sdr(SdrBuilder::fruLocator(0, 10, 1), 5));
-    EXPECT_THAT(text(smash::sync(bmc)), HasSubstr("FRU device 0: "));
+TEST_F(Sync, readsFrusThatAreAddressedByWordsAndOneOfEachEntity) {
+    json model = server;
+    model["frus"][0]["wordAddressed"] = true;
+    model["frus"].push_back({{"id", 4}, {"name", "Another"}, {"entity", 10}, {"data", "01"}});
+    create(model);
+    EXPECT_EQ(text(sync()), "FRU device 4: its entity has another FRU device\n");
     EXPECT_EQ(contents(), expected);
 }
 
 TEST_F(Sync, namesADatabaseThatItCannotUse) {
     write("/conf/smash.db", std::string(5000, 'x'));
-    EXPECT_THAT([&] { smash::sync(bmc); }, testing::ThrowsMessage<std::runtime_error>(
-                                               HasSubstr(sysroot.place("/conf/smash.db").string())));
+    EXPECT_THAT([&] { sync(); }, testing::ThrowsMessage<std::runtime_error>(
+                                     HasSubstr(sysroot.place("/conf/smash.db").string())));
 }
 
 } // namespace
