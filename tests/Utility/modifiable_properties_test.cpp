@@ -2,29 +2,8 @@
 #include "broker_fixture.h"
 #include "provider_helper/utility.h"
 
-#include <cstdarg>
 #include <cstring>
 #include <memory>
-#include <regex>
-
-namespace {
-
-std::vector<std::string> logLines;
-
-} // namespace
-
-// In place of the platform's log.
-extern "C" void IDBG_LINUXAPP_Runtime_DbgOut(int level, const char* format, ...) {
-    char line[512];
-    va_list arguments;
-    va_start(arguments, format);
-    std::vsnprintf(line, sizeof(line), format, arguments);
-    va_end(arguments);
-    EXPECT_EQ(level, 135);
-    const std::regex head(R"(^\[Utility/requests/modifiable_properties\.cpp:\d+\])");
-    EXPECT_TRUE(std::regex_search(line, head)) << line;
-    logLines.push_back(std::regex_replace(line, head, ""));
-}
 
 namespace {
 
@@ -42,8 +21,6 @@ struct Outcome {
 
 class ModifiableProperties : public BrokerFixture {
 protected:
-    void SetUp() override { logLines.clear(); }
-
     void allow(const char* name,
                const CMPIData& value = {.type = CMPI_string, .state = CMPI_nullValue, .value = {}}) {
         PHPropertyRow& row = defaults->rows[defaults->count];
@@ -112,27 +89,6 @@ TEST_F(ModifiableProperties, refusedNamesAreJoinedAndDoNotFail) {
     EXPECT_EQ(outcome.code, 0);
     EXPECT_EQ(outcome.refused, "size2, Colour");
     EXPECT_THAT(outcome.rows, ElementsAre("Size=2"));
-}
-
-TEST_F(ModifiableProperties, logTellsEachDecision) {
-    allow("Size");
-    check({{"Same", text("s")}, {"Size", number(2)}, {"Colour", text("b")}},
-          {{"Same", text("s")}, {"Size", number(1)}});
-    EXPECT_THAT(logLines,
-                ElementsAre("getModifiableProperties - Entering", "handleNoPropList - Entering",
-                            "handleNoPropList - mi index & prop: 0, Same",
-                            "handleNoPropList - mi index & prop: 1, Size",
-                            "handleNoPropList - prop diff from current instance. Size added to modifiable",
-                            "handleNoPropList - mi index & prop: 2, Colour",
-                            "handleNoPropList - Colour prop not in defaults, failing!",
-                            "handleNoPropList - Leaving!!"));
-    logLines.clear();
-    check({{"Size", number(2)}}, {});
-    EXPECT_THAT(logLines, testing::Contains(
-                              "handleNoPropList - prop not in current instance. Size added to modifiable"));
-    logLines.clear();
-    check({}, {}, {{"Size"}});
-    EXPECT_THAT(logLines, ElementsAre("getModifiableProperties - Entering"));
 }
 
 TEST_F(ModifiableProperties, propertyListTakesItsNamesWhateverTheirValue) {

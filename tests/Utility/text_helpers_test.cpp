@@ -165,16 +165,6 @@ TEST(DeviceId, FirstTwoFields) {
     EXPECT_EQ(ParseDeviceId(longField.c_str(), nullptr, &second), -1);
 }
 
-TEST(PropertyLists, ExistsInList) {
-    const char* list[] = {"Name", "ElementName", nullptr};
-    const char* empty[] = {nullptr};
-    EXPECT_EQ(ExistsInList(nullptr, "Name"), 1);
-    EXPECT_EQ(ExistsInList(list, "elementname"), 1);
-    EXPECT_EQ(ExistsInList(list, "Element"), 0);
-    EXPECT_EQ(ExistsInList(empty, "Name"), 0);
-    EXPECT_EQ(ExistsInList(nullptr, nullptr), 0);
-}
-
 TEST(PropertyLists, DefaultListRowsAreBounded) {
     char table[2][80];
     std::memset(table, 'x', sizeof(table));

@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <memory>
+#include <span>
 
 namespace {
 
@@ -37,18 +38,18 @@ struct Getter {
 const Getter unsignedGetters[] = {
     {"UINT8", get<GetUINT8Value, uint8_t>, CMPI_uint8, number(255, CMPI_uint8), "0", "255", "-1", "256"},
     {"UINT16", get<GetUINT16Value, uint16_t>, CMPI_uint16, number(65535), "0", "65535", "-1", "65536"},
-    {"UINT32", get<GetUINT32Value, uint32_t>, CMPI_uint32, number(4294967295, CMPI_uint32), "0", "4294967295",
+    {"UINT32", get<GetUINT32Value, uint32_t>, CMPI_uint32, number(UINT32_MAX, CMPI_uint32), "0", "4294967295",
      "-1", "4294967296"},
     {"UINT64", get<GetUINT64Value, uint64_t>, CMPI_uint64, number(UINT64_MAX, CMPI_uint64), "0", "4294967295",
      "-1", "4294967296"},
 };
 
 const Getter signedGetters[] = {
-    {"SINT8", get<GetSINT8Value, int8_t>, CMPI_sint8, negative(CMPI_sint8, -128), "-128", "+127", "-129",
+    {"SINT8", get<GetSINT8Value, int8_t>, CMPI_sint8, negative(CMPI_sint8, INT8_MIN), "-128", "+127", "-129",
      "+128"},
-    {"SINT16", get<GetSINT16Value, int16_t>, CMPI_sint16, negative(CMPI_sint16, -32768), "-32768", "+32767",
-     "-32769", "+32768"},
-    {"SINT32", get<GetSINT32Value, int32_t>, CMPI_sint32, negative(CMPI_sint32, -2147483648), "-2147483648",
+    {"SINT16", get<GetSINT16Value, int16_t>, CMPI_sint16, negative(CMPI_sint16, INT16_MIN), "-32768",
+     "+32767", "-32769", "+32768"},
+    {"SINT32", get<GetSINT32Value, int32_t>, CMPI_sint32, negative(CMPI_sint32, INT32_MIN), "-2147483648",
      "+2147483647", "-2147483649", "+2147483648"},
     {"SINT64", get<GetSINT64Value, int64_t>, CMPI_sint64, negative(CMPI_sint64, INT64_MIN), "-2147483648",
      "+2147483647", "-2147483649", "+2147483648"},
@@ -88,52 +89,43 @@ TEST_F(TypedValues, integerRangesAndTypes) {
         expectRangeAndTypes(getter);
 }
 
-TEST_F(TypedValues, unsignedTexts) {
-    const std::pair<const char*, Text> texts[] = {{"7", "7"},
-                                                  {"007", "7"},
-                                                  {"010", "8"},
-                                                  {"0x1f", "31"},
-                                                  {"0XaB", "171"},
-                                                  {"0x", "0"},
-                                                  {"", "0"},
-                                                  {"08", "0"},
-                                                  {"+5", std::nullopt},
-                                                  {" 5", std::nullopt},
-                                                  {"5 ", std::nullopt},
-                                                  {"1.5", std::nullopt},
-                                                  {"0x1g", std::nullopt},
-                                                  {"1f", std::nullopt},
-                                                  {"x1", std::nullopt},
-                                                  {"0b1", std::nullopt},
-                                                  {"true", std::nullopt}};
-    for (const auto& [chars, expected] : texts) {
-        EXPECT_EQ(IsValidIntValue(chars, 0), expected.has_value()) << chars;
-        for (const Getter& getter : unsignedGetters)
-            EXPECT_EQ(getter.get(data(text(chars))), expected) << getter.name << " \"" << chars << '"';
+TEST_F(TypedValues, textsOfNumbers) {
+    struct Texts {
+        std::span<const Getter> getters;
+        std::vector<std::pair<const char*, const char*>> numbers;
+        std::vector<const char*> others;
+    };
+    const Texts kinds[] = {
+        {unsignedGetters,
+         {{"7", "7"},
+          {"007", "7"},
+          {"010", "8"},
+          {"0x1f", "31"},
+          {"0XaB", "171"},
+          {"0x", "0"},
+          {"", "0"},
+          {"08", "0"}},
+         {"+5", " 5", "5 ", "1.5", "0x1g", "1f", "x1", "0b1", "true"}},
+        // A signed one wants a sign.
+        {signedGetters,
+         {{"+5", "5"}, {"-5", "-5"}, {"-0x10", "-16"}, {"+010", "8"}, {"+", "0"}, {"-", "0"}, {"+0x", "0"}},
+         {"5", "0x5", "--5", "+ 5", "-5a", "-0x1g"}}};
+    for (const auto& [getters, numbers, others] : kinds) {
+        const int isSigned = getters.data() == signedGetters;
+        for (const Getter& getter : getters) {
+            SCOPED_TRACE(getter.name);
+            for (const auto& [chars, expected] : numbers)
+                EXPECT_EQ(getter.get(data(text(chars))), expected) << chars;
+            for (const char* chars : others)
+                EXPECT_EQ(getter.get(data(text(chars))), std::nullopt) << chars;
+        }
+        for (const auto& [chars, expected] : numbers)
+            EXPECT_TRUE(IsValidIntValue(chars, isSigned)) << chars;
+        for (const char* chars : others)
+            EXPECT_FALSE(IsValidIntValue(chars, isSigned)) << chars;
     }
     EXPECT_EQ((get<ParseToUnsignedInt, uint64_t>(data(text("0xFFFFFFFFFF")))), "1099511627775");
     EXPECT_EQ((get<ParseToUnsignedInt, uint64_t>(data(number(1, CMPI_uint64)))), std::nullopt);
-}
-
-TEST_F(TypedValues, signedTextsWantASign) {
-    const std::pair<const char*, Text> texts[] = {{"+5", "5"},
-                                                  {"-5", "-5"},
-                                                  {"-0x10", "-16"},
-                                                  {"+010", "8"},
-                                                  {"+", "0"},
-                                                  {"-", "0"},
-                                                  {"+0x", "0"},
-                                                  {"5", std::nullopt},
-                                                  {"0x5", std::nullopt},
-                                                  {"--5", std::nullopt},
-                                                  {"+ 5", std::nullopt},
-                                                  {"-5a", std::nullopt},
-                                                  {"-0x1g", std::nullopt}};
-    for (const auto& [chars, expected] : texts) {
-        EXPECT_EQ(IsValidIntValue(chars, 1), expected.has_value()) << chars;
-        for (const Getter& getter : signedGetters)
-            EXPECT_EQ(getter.get(data(text(chars))), expected) << getter.name << " \"" << chars << '"';
-    }
     EXPECT_EQ((get<ParseToSignedInt, int64_t>(data(text("-0xFFFFFFFFFF")))), "-1099511627775");
 }
 

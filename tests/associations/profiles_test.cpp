@@ -52,8 +52,8 @@ TEST_F(Profiles, areReferencedInDmtfsDirection) {
 
 TEST_F(Profiles, haveCentralInstances) {
     for (const auto& each : associations::profiles()) {
-        ObjectPath source = profile("");
-        source.keys = {{"InstanceID", {CMPI_string, std::string(each.instanceId)}}};
+        const ObjectPath source =
+            path("CIM_RegisteredProfile", {{"InstanceID", text(each.instanceId)}}, "root/interop");
         EXPECT_FALSE(broker
                          .associatorNames(source, {.assocClass = "CIM_ElementConformsToProfile",
                                                    .role = "ConformantStandard"})

@@ -1,7 +1,7 @@
 // What every row promises: both ends exist, and each finds the other.
 #include "association_fixture.h"
 #include "associations/association.h"
-#include "ipmi/transport.h"
+#include "bmc_session.h"
 
 #include <algorithm>
 #include <map>
@@ -30,26 +30,20 @@ protected:
         Associations::SetUp();
         if (!broker.enumerateInstanceNames(path("CIM_ConcreteJob")).paths.empty())
             return;
-        const broker::NamedValues state{{"RequestedState", {CMPI_uint16, std::uint64_t{2}}}};
+        const broker::NamedValues state{{"RequestedState", number(2)}};
         for (const auto& target : {element("CIM_HostComputerSystem"), element("CIM_ProtocolService", "SSH"),
                                    element("CIM_EthernetPort")})
             broker.invokeMethod(target, "RequestStateChange", state);
-        broker.invokeMethod(element("CIM_PowerManagementService", "Host"), "RequestPowerStateChange",
-                            {{"PowerState", {CMPI_uint16, std::uint64_t{2}}},
-                             {"ManagedElement", referenceTo(element("CIM_HostComputerSystem"))}});
+        broker.invokeMethod(
+            element("CIM_PowerManagementService", "Host"), "RequestPowerStateChange",
+            {{"PowerState", number(2)}, {"ManagedElement", reference(element("CIM_HostComputerSystem"))}});
         broker.invokeMethod(element("CIM_IPConfigurationService"), "ApplySettingToIPProtocolEndpoint",
-                            {{"Configuration", referenceTo(element("CIM_IPAssignmentSettingData", "DHCP"))},
-                             {"Endpoint", referenceTo(element("CIM_IPProtocolEndpoint", "eth0-4"))}});
+                            {{"Configuration", reference(element("CIM_IPAssignmentSettingData", "DHCP"))},
+                             {"Endpoint", reference(element("CIM_IPProtocolEndpoint", "eth0-4"))}});
         // Add SEL Entry (IPMI 2.0, 31.6): an OEM record.
-        ipmi::SessionSettings settings;
-        settings.address = stateFile().string();
-        settings.interfaceType = ipmi::SessionSettings::VirtualBmc;
         const std::uint8_t record[16] = {0, 0, 0xC0};
         std::uint8_t answer[16];
-        ipmi::openTransport(settings)->exchange(0x0A, 0x44, record, answer);
-    }
-    static broker::Value referenceTo(const ObjectPath& target) {
-        return {CMPI_ref, std::make_shared<const ObjectPath>(target)};
+        ipmi::openTransport(virtualBmc(stateFile()))->exchange(0x0A, 0x44, record, answer);
     }
     std::string nameSpace() const {
         return GetParam()->placement == Placement::Interop ? "root/interop" : "root/cimv2";
@@ -148,8 +142,7 @@ using AssociationInstances = Associations;
 TEST_F(AssociationInstances, ofElementsThatDoNotBelongTogetherAreNotFound) {
     ObjectPath device = broker.enumerateInstanceNames(path("CIM_SystemDevice")).paths.at(0);
     ObjectPath processor = element("CIM_SPComputerSystem");
-    set(device.keys, "GroupComponent",
-        {CMPI_ref, std::make_shared<const ObjectPath>(processor)}); // a sensor is the host's
+    set(device.keys, "GroupComponent", reference(processor)); // a sensor is the host's
     EXPECT_EQ(broker.getInstance(device).code, CMPI_RC_ERR_NOT_FOUND);
 
     set(device.keys, "GroupComponent", {CMPI_string, toText(processor)});
@@ -162,33 +155,28 @@ TEST_F(AssociationInstances, keysComeWithoutANamespaceToo) {
     ObjectPath sensor = element("CIM_NumericSensor");
     host.nameSpace.clear();
     sensor.nameSpace.clear();
-    ObjectPath device = path("cim_systemdevice");
-    device.keys = {{"partcomponent", {CMPI_ref, std::make_shared<const ObjectPath>(sensor)}},
-                   {"GROUPCOMPONENT", {CMPI_ref, std::make_shared<const ObjectPath>(host)}}};
-    const Reply reply = broker.getInstance(device);
+    const Reply reply = broker.getInstance(path(
+        "cim_systemdevice", {{"partcomponent", reference(sensor)}, {"GROUPCOMPONENT", reference(host)}}));
     ASSERT_THAT(reply.instances, SizeIs(1)) << reply.message;
     EXPECT_THAT(toText(reply.instances[0].path),
                 testing::StartsWith("root/cimv2:CIM_SystemDevice.GroupComponent=\"root/cimv2:CIM_Host"));
 }
 
 TEST_F(AssociationInstances, ownPropertiesSayWhatIsSo) {
-    const auto texts = [&](const char* className, const ObjectPath& source, const char* property) {
-        std::vector<std::string> all;
-        for (const auto& each : broker.references(source, {.resultClass = className}, {{property}}).instances)
-            all.push_back(
-                find(each.properties, property) != nullptr ? toText(*find(each.properties, property)) : "-");
-        return all;
+    const auto values = [&](const char* className, const ObjectPath& source, const char* property) {
+        return textsOf(broker.references(source, {.resultClass = className}, {{property}}).instances,
+                       property);
     };
     // The model's first endpoint has its address by DHCP (4), and that setting comes first.
     const ObjectPath endpoint = element("CIM_IPProtocolEndpoint", "eth0-4");
     for (const char* use : {"IsCurrent", "IsNext"})
-        EXPECT_THAT(texts("CIM_ElementSettingData", endpoint, use), ElementsAre("1", "2"));
-    EXPECT_THAT(texts("CIM_ElementSettingData", endpoint, "IsDefault"), ElementsAre("0", "0"));
+        EXPECT_THAT(values("CIM_ElementSettingData", endpoint, use), ElementsAre("1", "2"));
+    EXPECT_THAT(values("CIM_ElementSettingData", endpoint, "IsDefault"), ElementsAre("0", "0"));
     // Nothing reads the host's power.
     constexpr const char* powered = "CIM_AssociatedPowerManagementService";
-    EXPECT_THAT(texts(powered, element("CIM_SPComputerSystem"), "PowerState"), ElementsAre("2"));
-    EXPECT_THAT(texts(powered, element("CIM_HostComputerSystem"), "PowerState"), ElementsAre("-"));
-    EXPECT_THAT(texts("CIM_ServiceAffectsElement", element("CIM_Account"), "ElementEffects"),
+    EXPECT_THAT(values(powered, element("CIM_SPComputerSystem"), "PowerState"), ElementsAre("2"));
+    EXPECT_THAT(values(powered, element("CIM_HostComputerSystem"), "PowerState"), ElementsAre("<none>"));
+    EXPECT_THAT(values("CIM_ServiceAffectsElement", element("CIM_Account"), "ElementEffects"),
                 ElementsAre("{5}"));
 }
 

@@ -13,23 +13,14 @@ using broker::Value;
 using nlohmann::json;
 using testing::HasSubstr;
 
-Value text(std::string content) {
-    return {CMPI_string, std::move(content)};
-}
-
-Value textArray(std::vector<Value> elements) {
-    return {CMPI_stringA, std::move(elements)};
-}
-
 class ExportMessage : public InteropFixture {
 protected:
     ExportMessage() { startListener(); }
 
     // What the listener makes of an indication with these properties.
     json received(NamedValues properties) {
-        const auto message = render(Instance{
-            {.host = {}, .nameSpace = "root/interop", .className = "CIM_AlertIndication", .keys = {}},
-            std::move(properties)});
+        const auto message =
+            render(Instance{path("CIM_AlertIndication", {}, "root/interop"), std::move(properties)});
         if (!message || post(url(), message->c_str()) != 0)
             return "not sent";
         const auto requests = listener->records(++count_);
@@ -60,9 +51,9 @@ TEST_F(ExportMessage, IsTheRequestOfTheProtocol) {
 }
 
 TEST_F(ExportMessage, HasAllTypesOfValues) {
-    const auto unsignedNumber = [](CMPIType type, std::uint64_t number) { return Value{type, number}; };
-    const auto signedNumber = [](CMPIType type, std::int64_t number) { return Value{type, number}; };
-    const auto realNumber = [](CMPIType type, double number) { return Value{type, number}; };
+    const auto unsignedNumber = [](CMPIType type, std::uint64_t value) { return Value{type, value}; };
+    const auto signedNumber = [](CMPIType type, std::int64_t value) { return Value{type, value}; };
+    const auto realNumber = [](CMPIType type, double value) { return Value{type, value}; };
     constexpr double infinity = std::numeric_limits<double>::infinity();
     struct Case {
         Value value;
@@ -102,8 +93,8 @@ TEST_F(ExportMessage, HasAllTypesOfValues) {
         {{CMPI_uint16, {}}, "uint16", nullptr},
         {{CMPI_string, {}}, "string", nullptr},
         {{CMPI_dateTime, {}}, "datetime", nullptr},
-        {textArray({text("a"), {CMPI_string, {}}, text("")}), "string", {"a", nullptr, ""}},
-        {textArray({}), "string", json::array()},
+        {arrayOf(CMPI_string, {text("a"), null(CMPI_string), text("")}), "string", {"a", nullptr, ""}},
+        {texts({}), "string", json::array()},
         {{CMPI_stringA, {}}, "string", nullptr},
         {{CMPI_uint16A, Value::Array{unsignedNumber(CMPI_uint16, 1), unsignedNumber(CMPI_uint16, 2)}},
          "uint16",
@@ -155,13 +146,11 @@ TEST_F(ExportMessage, HasAnyText) {
 }
 
 TEST_F(ExportMessage, HoldsInstances) {
-    const auto inner = std::make_shared<const Instance>(Instance{
-        {.host = {}, .nameSpace = {}, .className = "CIM_Inner", .keys = {}}, {{"Text", text("<a>\r&")}}});
+    const Value inner = embedded({path("CIM_Inner"), {{"Text", text("<a>\r&")}}});
     const std::string xml = "<INSTANCE CLASSNAME=\"CIM_Inner\"><PROPERTY NAME=\"Text\" TYPE=\"string\">"
                             "<VALUE>&lt;a&gt;&#13;&amp;</VALUE></PROPERTY></INSTANCE>";
-    const json request = received({{"One", {CMPI_instance, inner}},
-                                   {"Many", {CMPI_instanceA, Value::Array{{CMPI_instance, inner}}}},
-                                   {"None", {CMPI_instance, {}}}});
+    const json request =
+        received({{"One", inner}, {"Many", arrayOf(CMPI_instance, {inner})}, {"None", null(CMPI_instance)}});
     const json& one = request["properties"]["One"];
     EXPECT_EQ(one["type"], "string");
     EXPECT_EQ(one["embedded"], "instance");
@@ -171,23 +160,18 @@ TEST_F(ExportMessage, HoldsInstances) {
 }
 
 TEST_F(ExportMessage, HoldsReferences) {
-    const auto reference = [](ObjectPath path) {
-        return Value{CMPI_ref, std::make_shared<const ObjectPath>(std::move(path))};
-    };
-    const ObjectPath local{
-        .host = {}, .nameSpace = {}, .className = "CIM_A", .keys = {{"Name", text("a&b")}}};
-    const ObjectPath full{.host = "bmc",
-                          .nameSpace = "root/cimv2",
-                          .className = "CIM_B",
-                          .keys = {{"Number", {CMPI_uint16, std::uint64_t{7}}},
-                                   {"Flag", {CMPI_boolean, true}},
-                                   {"Of", reference(local)}}};
+    const ObjectPath local = path("CIM_A", {{"Name", text("a&b")}}, "");
+    const ObjectPath full{
+        .host = "bmc",
+        .nameSpace = "root/cimv2",
+        .className = "CIM_B",
+        .keys = {{"Number", number(7)}, {"Flag", {CMPI_boolean, true}}, {"Of", reference(local)}}};
     ObjectPath hostless = local;
     hostless.nameSpace = "root/cimv2";
     const json request = received({{"Local", reference(local)},
                                    {"Hostless", reference(hostless)},
                                    {"Full", reference(full)},
-                                   {"None", {CMPI_ref, {}}}});
+                                   {"None", null(CMPI_ref)}});
     const json& properties = request["properties"];
     const std::string inner = "<INSTANCENAME CLASSNAME=\"CIM_A\"><KEYBINDING NAME=\"Name\">"
                               "<KEYVALUE VALUETYPE=\"string\">a&amp;b</KEYVALUE></KEYBINDING></INSTANCENAME>";
@@ -208,25 +192,21 @@ TEST_F(ExportMessage, HoldsReferences) {
 
 TEST_F(ExportMessage, IsNotMadeOfWhatCannotBeExpressed) {
     EXPECT_EQ(render(nullptr), std::nullopt);
-    const Instance references{{.host = {}, .nameSpace = {}, .className = "CIM_A", .keys = {}},
-                              {{"P", {CMPI_refA, Value::Array{}}}}};
+    const Instance references{path("CIM_A"), {{"P", arrayOf(CMPI_ref, {})}}};
     EXPECT_EQ(render(references), std::nullopt) << "CIM has no properties that are arrays of references";
 }
 
 // A thread that stays attached gives back what it asks for, whichever call fails.
 TEST_F(ExportMessage, LeavesNothingBehind) {
-    const auto inner = std::make_shared<const Instance>(
-        Instance{{.host = {}, .nameSpace = {}, .className = "CIM_Inner", .keys = {}}, {{"T", text("a")}}});
-    const auto path = std::make_shared<const ObjectPath>(
-        ObjectPath{.host = "bmc", .nameSpace = "root", .className = "CIM_A", .keys = {{"K", text("a")}}});
     const Value time{CMPI_dateTime, *broker::DateTime::parse("20260131235959.000000+060")};
-    const Instance instance{{.host = {}, .nameSpace = "root", .className = "CIM_A", .keys = {}},
+    const ObjectPath target{"bmc", "root", "CIM_A", {{"K", text("a")}}};
+    const Instance instance{path("CIM_A"),
                             {{"Time", time},
-                             {"Times", {CMPI_dateTimeA, Value::Array{time}}},
-                             {"Texts", textArray({text("a"), text("b")})},
-                             {"None", {CMPI_string, {}}},
-                             {"Inner", {CMPI_instance, inner}},
-                             {"Reference", {CMPI_ref, path}}}};
+                             {"Times", arrayOf(CMPI_dateTime, {time})},
+                             {"Texts", texts({"a", "b"})},
+                             {"None", null(CMPI_string)},
+                             {"Inner", embedded({path("CIM_Inner"), {{"T", text("a")}}})},
+                             {"Reference", reference(target)}}};
     broker::Scope scope(broker);
     const CMPIInstance* const indication = scope.make(instance);
     const std::size_t before = broker.liveObjects();

@@ -1,7 +1,7 @@
 // The interop library as it is opened at run time, and a listener that says what it got.
 #pragma once
 
-#include "broker/broker.h"
+#include "cim_values.h"
 #include "platform/interop.h"
 
 #include <dlfcn.h>

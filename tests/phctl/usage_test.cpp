@@ -63,30 +63,10 @@ TEST_F(Usage, wrongCommandLinesEndWithStatus2AndSayWhatIsWrong) {
 }
 
 TEST_F(Usage, everyCommandHelpsWithAnExample) {
-    for (const char* command : {"",
-                                "ei",
-                                "ein",
-                                "gi",
-                                "mi",
-                                "ci",
-                                "di",
-                                "cm",
-                                "classes",
-                                "sync",
-                                "bmc",
-                                "bmc create",
-                                "bmc show",
-                                "bmc set-reading",
-                                "bmc set-states",
-                                "bmc set-availability",
-                                "bmc set-bond",
-                                "bmc fault",
-                                "bmc sel",
-                                "bmc sel list",
-                                "bmc sel add",
-                                "bmc sel fill",
-                                "bmc sel clear",
-                                "bmc sel policy"}) {
+    std::istringstream commands(",ei,ein,gi,mi,ci,di,cm,classes,sync,bmc,bmc create,bmc show,bmc set-reading,"
+                                "bmc set-states,bmc set-availability,bmc set-bond,bmc fault,bmc sel,"
+                                "bmc sel list,bmc sel add,bmc sel fill,bmc sel clear,bmc sel policy");
+    for (std::string command; std::getline(commands, command, ',');) {
         std::istringstream words(command);
         std::vector<std::string> arguments{std::istream_iterator<std::string>(words), {}};
         arguments.emplace_back("--help");

@@ -135,6 +135,7 @@ TEST_F(Sync, fillsTheDatabaseAndReports) {
     EXPECT_EQ(device->manufacturerId, 0x157u) << "20 bits";
     EXPECT_EQ(device->productId, 0x1234);
     EXPECT_EQ(device->requestedState, 12);
+    EXPECT_STREQ(getAll(db_get_all_full_sdrs, handle).rows->common.source, "SDR record 0x0001");
 }
 
 TEST_F(Sync, replacesRowsButKeepsSettings) {
