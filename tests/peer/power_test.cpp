@@ -14,25 +14,16 @@ protected:
     PeerPower() {
         std::filesystem::remove(sysroot.place("/conf/system_names.ini"));
         smash::sync(*ipmi::openTransport(bmc.settings()));
-        writeChassisScript();
-    }
-
-    // Knows the power, writes down what it is told, and shuts down at once.
-    void writeChassisScript() const {
-        const auto script = sysroot.place("/chassis");
-        std::ofstream(script) << "#!/bin/sh\n"
-                                 "cd '"
-                              << sysroot.place("/tmp").string()
-                              << "' || exit 1\n"
-                                 "case \"$*\" in\n"
-                                 "*'get power') echo \"power:$(cat power 2>/dev/null || echo 1)\";;\n"
-                                 "*) echo \"$*\" >> told\n"
-                                 "   case \"$*\" in\n"
-                                 "   *'set power 1') echo 1 > power;;\n"
-                                 "   *'set power 0' | *'set shutdown 1') echo 0 > power;;\n"
-                                 "   esac;;\n"
-                                 "esac\n";
-        std::filesystem::permissions(script, std::filesystem::perms::owner_all);
+        // It knows the power, writes down what it is told, and shuts down at once.
+        sysroot.standIn("/chassis", R"sh(cd "$PH_SYSROOT/tmp" || exit 1
+case "$*" in
+*'get power') echo "power:$(cat power 2>/dev/null || echo 1)";;
+*) echo "$*" >>told;;
+esac
+case "$*" in
+*'set power 1') echo 1 >power;;
+*'set power 0' | *'set shutdown 1') echo 0 >power;;
+esac)sh");
     }
     // What the chassis was told since the last time.
     std::string told() const {
@@ -42,9 +33,11 @@ protected:
     }
 
     // The method's value and the job's state.
-    std::string run(const broker::ObjectPath& path, const char* method,
-                    const broker::NamedValues& arguments) {
-        const Reply reply = broker.invokeMethod(path, method, arguments);
+    std::string requestPower(int state) {
+        const Reply reply = broker.invokeMethod(
+            list(path("CIM_PowerManagementService")).at(0).path, "RequestPowerStateChange",
+            {{"PowerState", number(state)},
+             {"ManagedElement", reference(only("CIM_HostComputerSystem").path)}});
         const broker::Value* job = broker::find(reply.arguments, "Job");
         if (reply.values.size() != 1 || job == nullptr)
             return reply.message;
@@ -52,15 +45,6 @@ protected:
         return read.ok()
                    ? broker::toText(reply.values[0]) + ", job " + textOf(read.instances.at(0), "JobState")
                    : read.message;
-    }
-    std::string requestPower(int state) {
-        return run(list(path("CIM_PowerManagementService")).at(0).path, "RequestPowerStateChange",
-                   {{"PowerState", number(state)},
-                    {"ManagedElement", reference(only("CIM_HostComputerSystem").path)}});
-    }
-    std::string requestState(int state) {
-        return run(only("CIM_HostComputerSystem").path, "RequestStateChange",
-                   {{"RequestedState", number(state)}});
     }
 };
 
@@ -90,19 +74,6 @@ TEST_F(PeerPower, isSwitchedByThePowerService) {
         EXPECT_EQ(told(), change.told);
         EXPECT_THAT(ipmitool("chassis status"), HasSubstr(change.power));
     }
-}
-
-TEST_F(PeerPower, isSwitchedByTheHostsState) {
-    EXPECT_EQ(requestState(3), done);
-    EXPECT_THAT(ipmitool("chassis status"), HasSubstr(off));
-    EXPECT_EQ(requestState(2), done);
-    EXPECT_THAT(ipmitool("chassis status"), HasSubstr(on));
-    EXPECT_EQ(requestState(5), failed);
-    EXPECT_EQ(told(), "set shutdown 1\nset power 1\n");
-
-    // And the other way round: what somebody else does is no state that was asked for.
-    ipmitool("chassis power off");
-    EXPECT_EQ(get("CIM_HostComputerSystem", "RequestedState"), "2");
 }
 
 } // namespace
