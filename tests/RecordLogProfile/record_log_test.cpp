@@ -29,11 +29,7 @@ protected:
 };
 
 TEST_F(RecordLogs, tellCountsAndPolicy) {
-    const struct {
-        const char* sel;
-        std::size_t records;
-        const char *enabledState, *logState, *overwritePolicy;
-    } cases[] = {
+    const std::tuple<const char*, std::size_t, const char*, const char*, const char*> cases[] = {
         {R"({"capacity": 4, "whenFull": "stop"})", 3, "2", "4", "7"},
         {R"({"capacity": 4, "whenFull": "stop"})", 4, "6", "4", "7"},
         {R"({"capacity": 4, "whenFull": "wrap"})", 3, "2", "2", "2"},

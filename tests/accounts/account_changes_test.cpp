@@ -134,12 +134,7 @@ TEST_F(AccountChanges, takeAWholeInstanceBack) {
 TEST_F(AccountChanges, refuseWrongModifications) {
     constexpr const char* nothing = "Invalid parameters / No modifyable properties";
     const NamedValues word{{"UserPassword", texts({"word"})}};
-    const struct {
-        broker::ObjectPath path;
-        NamedValues values;
-        broker::PropertyList properties;
-        const char* message;
-    } cases[] = {
+    const std::tuple<broker::ObjectPath, NamedValues, broker::PropertyList, const char*> cases[] = {
         {accounts.path(), word, {{"UserPassword"}}, "Invalid input Object Path\n"},
         {path(4), word, {{"UserPassword"}}, "Given instance does not exit\n"},
         {path(3), {{"ElementName", text("x")}}, {{"ElementName"}}, "Invalid Property(s): ElementName"},

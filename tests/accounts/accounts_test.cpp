@@ -12,11 +12,7 @@ using testing::IsEmpty;
 using Accounts = AccountFixture;
 
 TEST_F(Accounts, areTheUsedSlots) {
-    const struct {
-        int slot;
-        const char* userId;
-        const char* enabledState;
-    } expected[] = {
+    const std::tuple<int, const char*, const char*> expected[] = {
         {1, "anonymous", "3"}, {2, "root", "2"},  {3, "operator", "2"},         {5, "silent", "3"},
         {6, "locked", "3"},    {8, "fixed", "2"}, {7, "sixteen letters!", "2"},
     };

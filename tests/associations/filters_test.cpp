@@ -28,11 +28,7 @@ protected:
 TEST_F(Filters, leaveWhatTheyName) {
     const ObjectPath host = element("CIM_HostComputerSystem");
     const ObjectPath port = element("CIM_EthernetPort", "eth0");
-    const struct {
-        const ObjectPath& source;
-        AssociationFilter filter;
-        std::vector<std::string> classes;
-    } cases[] = {
+    const std::tuple<const ObjectPath&, AssociationFilter, std::vector<std::string>> cases[] = {
         {host, {.assocClass = "CIM_SystemDevice"}, {"CIM_NumericSensor", "CIM_Sensor"}},
         // Superclasses, of associations as of elements, and names without regard to case.
         {host, {.assocClass = "cim_component"}, {"CIM_SPComputerSystem", "CIM_NumericSensor", "CIM_Sensor"}},

@@ -45,11 +45,7 @@ TEST_F(PowerManagement, isOfferedForEachSystem) {
 }
 
 TEST_F(PowerManagement, bringsTheHostToEachStateItCanHave) {
-    const struct {
-        int state;
-        std::vector<std::string> hooks;
-        const char* power;
-    } cases[] = {
+    const std::tuple<int, std::vector<std::string>, const char*> cases[] = {
         {6, {"CIM_PowerOff(30)"}, "off"},
         {2, {"CIM_PowerUp(30)"}, "on"},
         {9, {"CIM_PowerCycle(30)"}, "on"},

@@ -40,11 +40,7 @@ TEST_F(Systems, areDescribedFromTheirRecords) {
 }
 
 TEST_F(Systems, switchTheHost) {
-    const struct {
-        broker::Value state;
-        const char* hook;
-        const char* stored;
-    } cases[] = {
+    const std::tuple<broker::Value, const char*, const char*> cases[] = {
         {number(11), "CIM_PowerCycle(30)", "11"},
         {text("3"), "CIM_SoftOff(30)", "3"}, // the system shuts down for a minute
         {number(2), "CIM_PowerUp(30)", "2"},
@@ -123,12 +119,7 @@ TEST_F(Systems, refuseWrongRequestsBeforeThereIsAJob) {
     auto absent = hostPath;
     absent.keys[0].value = text("another host");
     constexpr const char* change = "requeststatechange";
-    const struct {
-        broker::ObjectPath path;
-        const char* method;
-        CMPIrc code;
-        const char* message;
-    } cases[] = {
+    const std::tuple<broker::ObjectPath, const char*, CMPIrc, const char*> cases[] = {
         {hostPath, "RequestStateChanges", CMPI_RC_ERR_METHOD_NOT_FOUND, "No such method available"},
         {host.path(), "Reset", CMPI_RC_ERR_FAILED, "Key Property Missing"},
         {absent, change, CMPI_RC_ERR_NOT_FOUND, "Given instance does not exist"},

@@ -100,11 +100,9 @@ void addUserTable() {
 }
 
 TEST_F(Session, ofARequestNeedsAnEnabledUserOfTheBmc) {
-    const struct {
-        const char* user;
-        bool isKnown;
-    } cases[] = {{"operator", true},          {"operato", false}, {"operators", false}, {"Operator", false},
-                 {"sixteen-letters!", false}, {"", false},        {nullptr, false}};
+    const std::tuple<const char*, bool> cases[] = {
+        {"operator", true},          {"operato", false}, {"operators", false}, {"Operator", false},
+        {"sixteen-letters!", false}, {"", false},        {nullptr, false}};
     for (const auto& [user, isKnown] : cases) {
         SCOPED_TRACE(user != nullptr ? user : "NULL");
         bmc = {};

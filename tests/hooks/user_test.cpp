@@ -77,11 +77,7 @@ TEST_F(User, slotsAreCountedWithoutTheReservedBits) {
 }
 
 TEST_F(User, nameIsReadInFullAndFreeSlotsHaveNone) {
-    const struct {
-        Bytes answer;
-        int result;
-        const char* name;
-    } cases[] = {
+    const std::tuple<Bytes, int, const char*> cases[] = {
         {padded({0x00}, "eva", 16), 0, "eva"},
         {padded({0x00}, "sixteen-letters!", 16), 0, "sixteen-letters!"},
         {padded({0x00}, "", 16), 0, ""},

@@ -66,10 +66,7 @@ protected:
 };
 
 TEST_F(IndicationFailures, areReported) {
-    const struct {
-        const char* last;
-        std::function<Reply()> request;
-    } cases[] = {
+    const std::tuple<const char*, std::function<Reply()>> cases[] = {
         {"db_close: Failed to Enumerate Instance", [&] { return classes.at(filterClass).enumerate(); }},
         {"db_get_all_listener_destination: Failed to Enumerate Instance",
          [&] { return classes.at(cimxml).enumerate(); }},

@@ -129,13 +129,7 @@ TEST_F(LanDestinations, trapDestinationsAreWrittenToTheBmc) {
 TEST_F(LanDestinations, whatCannotBeCreatedIsRefusedWithItsReason) {
     const char* const notCreated = "Create Instance Failed";
     const char* const smtpFormat = "Invalid Destination format for SMTP \n";
-    const struct {
-        const char* className;
-        const char* name;
-        const char* destination;
-        int code;
-        const char* message;
-    } cases[] = {
+    const std::tuple<const char*, const char*, const char*, int, const char*> cases[] = {
         {smtp, "SMTP", "UID:2", 1, invalidName},
         {smtp, "SMTP:01", "UID:2", 1, invalidName},
         {smtp, "SMTP:01:", "UID:2", 1, invalidName},

@@ -39,30 +39,25 @@ TEST_F(SelAlerts, tellWhatTheRecordSays) {
 
 TEST_F(SelAlerts, nameTheSensorByItsNumber) {
     const FullSdr both = makeFullSdr("Numeric", 0x1A);
-    const struct {
-        const char* what;
-        std::vector<CompactSdr> discrete;
-        std::vector<FullSdr> numeric;
-        const char* element;
-        const char* name;
-    } cases[] = {
-        {"none", {temperature("Other", 27)}, {}, "", ""},
-        {"both kinds: the numeric one", {temperature("Discrete")}, {both}, "1:26", "Numeric(26.32.0)"},
-        {"a bracket in the name hides the number", {temperature("Fan (rear)")}, {}, "", ""},
-        {"a number in brackets in the name counts",
-         {temperature("CPU (26)", 9)},
-         {},
-         "1:26",
-         "CPU (26)(9.32.0)"},
-    };
+    const std::tuple<const char*, std::vector<CompactSdr>, std::vector<FullSdr>, const char*, const char*>
+        cases[] = {
+            {"none", {temperature("Other", 27)}, {}, "", ""},
+            {"both kinds: the numeric one", {temperature("Discrete")}, {both}, "1:26", "Numeric(26.32.0)"},
+            {"a bracket in the name hides the number", {temperature("Fan (rear)")}, {}, "", ""},
+            {"a number in brackets in the name counts",
+             {temperature("CPU (26)", 9)},
+             {},
+             "1:26",
+             "CPU (26)(9.32.0)"},
+        };
     platformCalls.broken = {"CIM_Create_IPMI20_Session"}; // the rows do, without the BMC
-    for (const auto& item : cases) {
-        SCOPED_TRACE(item.what);
-        sensors = item.discrete;
-        numericSensors = item.numeric;
+    for (const auto& [what, discrete, numeric, element, name] : cases) {
+        SCOPED_TRACE(what);
+        sensors = discrete;
+        numericSensors = numeric;
         const AlertRecord alert = alertOf(thresholdEvent());
-        EXPECT_STREQ(alert.AlertingManagedElement, item.element);
-        EXPECT_STREQ(alert.MessageArguments[0], item.name);
+        EXPECT_STREQ(alert.AlertingManagedElement, element);
+        EXPECT_STREQ(alert.MessageArguments[0], name);
     }
 }
 

@@ -85,13 +85,7 @@ TEST_F(DeviceHealth, FailuresAreNoHealth) {
 }
 
 TEST_F(DeviceHealth, OfFans) {
-    const struct {
-        bool answers;
-        CIM_SensorReading answer;
-        int result;
-        int healthState;
-        int operationalStatus;
-    } cases[] = {
+    const std::tuple<bool, CIM_SensorReading, int, int, int> cases[] = {
         {false, {}, -1, 0, 0},
         {true, {0xCB, 0, 0xC0, 0, 0x80}, -1, 0, 0},
         {true, makeReading(9, 0, 0xE0), 0, 0, 11},

@@ -52,10 +52,7 @@ Texts statesOf(const SensorRecord& record) {
 }
 
 TEST(PossibleStates, OfDiscreteSensors) {
-    const struct {
-        SensorFacts facts;
-        Texts states;
-    } cases[] = {
+    const std::tuple<SensorFacts, Texts> cases[] = {
         {{2, 0x01, 0x01, 0}, {"Good", "Bad", "Unknown"}},
         {{5, 0x6F, 0x04, 0x3, "1"}, {"Good", "Bad", "Unknown"}},
         {{1, 0x0B, 0x08, 0x03}, {"Fully Redundant", "Redundancy Lost", "Unknown", "No Events"}},
@@ -97,10 +94,7 @@ TEST(PossibleStates, NoneIsLostInLongLists) {
 }
 
 TEST(PossibleStates, OfThresholdSensors) {
-    const struct {
-        unsigned bits;
-        Texts states;
-    } cases[] = {
+    const std::tuple<unsigned, Texts> cases[] = {
         {0x00, {"Normal", "Unknown"}},
         {0x12, {"Lower Critical", "Upper Critical", "Normal", "Unknown"}},
         {0x3F,
@@ -117,13 +111,7 @@ TEST(PossibleStates, OfThresholdSensors) {
 }
 
 TEST(CurrentState, OfDiscreteSensors) {
-    const struct {
-        SensorFacts facts;
-        int low;
-        int high;
-        const char* state;
-        int result;
-    } cases[] = {
+    const std::tuple<SensorFacts, int, int, const char*, int> cases[] = {
         // Generic: the type's first state bit decides, with its name for other sensors.
         {{1, 0x0B, 0x08, 0x3}, 0x01, 0x00, "Fully Redundant", 0},
         {{1, 0x0B, 0x08, 0x3}, 0x02, 0x00, "No Events", 0},
@@ -181,10 +169,7 @@ TEST(CurrentState, LongTextsAreCut) {
 }
 
 TEST(CurrentState, OfThresholdSensors) {
-    const struct {
-        int bits;
-        const char* state;
-    } cases[] = {
+    const std::tuple<int, const char*> cases[] = {
         {0x00, "Normal"},
         {0x01, "Lower Non-Critical"},
         {0x03, "Lower Non-Critical"},
@@ -256,10 +241,7 @@ TEST(Conversion, OfTextsThatAreNoNumbers) {
 }
 
 TEST(Thresholds, ListedByBit) {
-    const struct {
-        unsigned bits;
-        std::vector<int> list;
-    } cases[] = {
+    const std::tuple<unsigned, std::vector<int>> cases[] = {
         {0x3F, {0, 2, 4, 1, 3, 5, -1}},
         {0x09, {0, 1, -1, -1, -1, -1, -1}},
         {0x40, {-1, -1, -1, -1, -1, -1, -1}},
@@ -274,10 +256,7 @@ TEST(Thresholds, ListedByBit) {
 }
 
 TEST(DeviceId, IsTakenApart) {
-    const struct {
-        const char* text;
-        Texts parts;
-    } cases[] = {
+    const std::tuple<const char*, Texts> cases[] = {
         {"32.17.0.1.01.99:Temp", {"32", "17", "0", "1", "01", "99", "Temp"}},
         {"32.17.0.1.6f.3:CPU 1.Temp", {"32", "17", "0", "1", "6f", "3", "CPU"}},
         {"32.17.0.1.6f.3: Temp", {"32", "17", "0", "1", "6f", "3", "Temp"}},

@@ -128,11 +128,7 @@ TEST_F(Services, everyCommandThatFailsFailsTheReset) {
 
 // A change that nobody would hear of is not made, and one that cannot be recorded is told.
 TEST_F(Services, nothingIsSwitchedWithoutDatabases) {
-    const struct {
-        const char* function;
-        const char* message;
-        bool isSwitched;
-    } cases[] = {
+    const std::tuple<const char*, const char*, bool> cases[] = {
         {"db_set_concretejob", "Unable to create the job.", false},
         {"smash_db_init", internalError, false},
         {"db_modify_concretejob", "Unable to record how the job ended.", true},
@@ -148,13 +144,7 @@ TEST_F(Services, nothingIsSwitchedWithoutDatabases) {
 
 TEST_F(Services, refuseWrongRequests) {
     const auto ssh = path("SSHProtocolService");
-    const struct {
-        broker::ObjectPath path;
-        const char* method;
-        broker::NamedValues in;
-        int code;
-        const char* message;
-    } cases[] = {
+    const std::tuple<broker::ObjectPath, const char*, broker::NamedValues, int, const char*> cases[] = {
         {ssh, "requeststatechange", {}, CMPI_RC_ERR_INVALID_PARAMETER, "Input Parameter is empty"},
         {ssh,
          "RequestStateChange",
