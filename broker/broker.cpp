@@ -71,10 +71,11 @@ Reply State::execute(const Request& request, const NamedValues& entries) {
                           [&](const Provider& provider) { return provider.execute(request, entries); });
 }
 
-NamedValues State::contextEntries() const {
+NamedValues State::contextEntries(const std::string& requester) const {
     NamedValues entries{{CMPIInvocationFlags, {CMPI_uint32, std::uint64_t{0}}}};
-    if (!user.empty())
-        entries.push_back({CMPIPrincipal, {CMPI_string, user}});
+    const std::string& principal = requester.empty() ? user : requester;
+    if (!principal.empty())
+        entries.push_back({CMPIPrincipal, {CMPI_string, principal}});
     return entries;
 }
 
@@ -106,7 +107,7 @@ void Broker::loadProvider(const std::string& file, const std::string& name,
 }
 
 Reply Broker::execute(const Request& request) {
-    return state_->execute(request, state_->contextEntries());
+    return state_->execute(request, state_->contextEntries(request.user));
 }
 
 Reply Broker::enumerateInstances(const ObjectPath& path, const PropertyList& properties) {

@@ -74,7 +74,7 @@ public:
     // Answers a request with these context entries.
     Reply execute(const Request& request, const NamedValues& entries);
     // The entries of a request's context that comes from outside.
-    NamedValues contextEntries() const;
+    NamedValues contextEntries(const std::string& requester = {}) const;
 
     struct Counter {
         std::atomic<unsigned> calls{0};

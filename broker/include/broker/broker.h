@@ -53,6 +53,7 @@ struct Request {
     std::string method = {};       // invoke
     NamedValues arguments = {};    // invoke
     AssociationFilter filter = {}; // associators, references, and their names
+    std::string user = {};         // whom it comes from; empty: whom the broker says
 };
 
 // What a provider returned, and how it ended.
