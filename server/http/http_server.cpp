@@ -1,0 +1,182 @@
+#include "http/http_server.h"
+
+#include "http/connection.h"
+#include "http/endpoint.h"
+#include "http/tls.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstdio>
+#include <ctime>
+#include <stdexcept>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+namespace server {
+namespace {
+
+// A request's head: what comes with a body of the largest size.
+constexpr std::size_t headSize = 64 * 1024;
+constexpr std::size_t requestsOfConnection = 10'000;
+
+constexpr std::string_view busy =
+    "HTTP/1.1 503 Service Unavailable\r\nRetry-After: 5\r\nContent-Length: 0\r\n"
+    "Connection: close\r\n\r\n";
+
+// What a log line may not have: a client's text that makes lines of its own.
+std::string printable(std::string text) {
+    for (char& c : text)
+        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F)
+            c = '?';
+    return text.empty() ? "-" : text;
+}
+
+// The connection whose request this thread answers.
+thread_local Connection* current = nullptr;
+thread_local bool isTooMany = false;
+
+// A thread for each connection, and a limit on them.
+class ConnectionThreads : public httplib::TaskQueue {
+public:
+    explicit ConnectionThreads(std::size_t limit) : limit_(limit), pool_(limit) {}
+
+    void enqueue(std::function<void()> serve) override {
+        if (open_ >= limit_) {
+            isTooMany = true;
+            serve();
+            isTooMany = false;
+            return;
+        }
+        ++open_;
+        pool_.enqueue([this, serve = std::move(serve)] {
+            serve();
+            --open_;
+        });
+    }
+    void shutdown() override { pool_.shutdown(); }
+
+private:
+    const std::size_t limit_;
+    std::atomic<std::size_t> open_{0};
+    httplib::ThreadPool pool_;
+};
+
+} // namespace
+
+class HttpServer::Listener : public httplib::Server {
+public:
+    Listener(Service& service, HttpOptions options)
+        : options_(std::move(options)),
+          endpoint_(service, options_.authentication),
+          stopping_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+        if (stopping_ == -1)
+            throw std::runtime_error("eventfd failed");
+        options_.limits.requestSize = options_.requestSize + headSize;
+        set_payload_max_length(options_.requestSize);
+        new_task_queue = [this] { return new ConnectionThreads(options_.connections); };
+        Post("/cimom/?",
+             [this](const httplib::Request& request, httplib::Response& response,
+                    const httplib::ContentReader& content) { endpoint_.answer(request, response, content); });
+        set_keep_alive_max_count(requestsOfConnection);
+        set_keep_alive_timeout(
+            std::chrono::duration_cast<std::chrono::seconds>(options_.limits.idle).count());
+        set_logger([this](const httplib::Request& request, const httplib::Response& response) {
+            log(request, response);
+            // What follows a request that was not understood, or not read to its end, is not one.
+            constexpr int unread[] = {400, 413, 414};
+            if (current != nullptr &&
+                std::find(std::begin(unread), std::end(unread), response.status) != std::end(unread))
+                current->finish();
+        });
+        port_ = options_.port != 0 ? (bind_to_port(options_.address, options_.port) ? options_.port : -1)
+                                   : bind_to_any_port(options_.address);
+        if (port_ <= 0) {
+            ::close(stopping_);
+            throw std::runtime_error("cannot listen at " + options_.address + " port " +
+                                     std::to_string(options_.port));
+        }
+    }
+    ~Listener() override { ::close(stopping_); }
+
+    int port() const { return port_; }
+    void end() {
+        eventfd_write(stopping_, 1);
+        stop();
+    }
+
+private:
+    // In place of the library's own, which has no deadline for a request.
+    bool process_and_close_socket(int socket) override {
+        try {
+            serve(socket);
+        } catch (const std::exception& error) {
+            if (options_.log)
+                options_.log(std::string("connection failed: ") + error.what());
+        }
+        return true;
+    }
+
+    void serve(int socket) {
+        if (isTooMany) {
+            Connection connection(socket, stopping_, options_.limits);
+            if (options_.tls == nullptr)
+                connection.write(busy.data(), busy.size());
+            return;
+        }
+        const auto connection = options_.tls != nullptr
+                                    ? options_.tls->accept(socket, stopping_, options_.limits)
+                                    : std::make_unique<Connection>(socket, stopping_, options_.limits);
+        if (connection == nullptr)
+            return;
+        current = connection.get();
+        for (std::size_t left = requestsOfConnection; left != 0 && connection->awaitRequest(); --left) {
+            bool isClosed = false;
+            Endpoint::notes() = {};
+            if (!process_request(*connection, left == 1, isClosed, nullptr) || isClosed ||
+                connection->isFinished())
+                break;
+        }
+        current = nullptr;
+    }
+
+    void log(const httplib::Request& request, const httplib::Response& response) const {
+        if (!options_.log || current == nullptr)
+            return;
+        const std::time_t now = std::time(nullptr);
+        std::tm utc{};
+        char time[32], end[96];
+        std::strftime(time, sizeof time, "%Y-%m-%dT%H:%M:%SZ", gmtime_r(&now, &utc));
+        const std::chrono::duration<double, std::milli> duration =
+            std::chrono::steady_clock::now() - current->requestStart();
+        std::snprintf(end, sizeof end, "%d %zu bytes %.1f ms", response.status, current->written(),
+                      duration.count());
+        const RequestNotes& notes = Endpoint::notes();
+        options_.log(std::string(time) + ' ' + request.remote_addr + ' ' + printable(notes.user) + ' ' +
+                     printable(request.method) + ' ' + printable(request.path.substr(0, 100)) + ' ' +
+                     printable(notes.call) + ' ' + end);
+    }
+
+    HttpOptions options_;
+    Endpoint endpoint_;
+    const int stopping_;
+    int port_ = 0;
+};
+
+HttpServer::HttpServer(Service& service, HttpOptions options)
+    : listener_(std::make_unique<Listener>(service, std::move(options))) {}
+
+HttpServer::~HttpServer() = default;
+
+int HttpServer::port() const {
+    return listener_->port();
+}
+
+void HttpServer::run() {
+    listener_->listen_after_bind();
+}
+
+void HttpServer::stop() {
+    listener_->end();
+}
+
+} // namespace server

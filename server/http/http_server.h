@@ -1,0 +1,46 @@
+// CIM-XML over HTTP (DSP0200, 6 and 7).
+#pragma once
+
+#include "http/authentication.h"
+#include "http/limits.h"
+#include "operations/service.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace server {
+
+class TlsContext;
+
+struct HttpOptions {
+    std::string address = "127.0.0.1";
+    int port = 5988; // 0: one that is free
+    std::size_t connections = 32;
+    std::size_t requestSize = 1024 * 1024;
+    ConnectionLimits limits = {};                        // of its own size
+    std::shared_ptr<Authentication> authentication = {}; // none: everybody may do everything
+    std::shared_ptr<const TlsContext> tls = {};          // none: plain
+    std::function<void(const std::string& line)> log = {};
+};
+
+class HttpServer {
+public:
+    // Listens at once. Throws std::runtime_error.
+    HttpServer(Service& service, HttpOptions options);
+    ~HttpServer();
+    HttpServer(const HttpServer&) = delete;
+    HttpServer& operator=(const HttpServer&) = delete;
+
+    int port() const;
+    // Answers until it is stopped.
+    void run();
+    // Takes no more requests, and lets those end that are under way. From any thread.
+    void stop();
+
+private:
+    class Listener;
+    std::unique_ptr<Listener> listener_;
+};
+
+} // namespace server

@@ -1,0 +1,38 @@
+// The objects that are served: those of the provider modules and the server's own.
+#pragma once
+
+#include "broker/broker.h"
+#include "operations/caller.h"
+#include "operations/request_origin.h"
+
+#include <memory>
+#include <vector>
+
+namespace server {
+
+// A class whose instances the server itself has.
+class OwnClass {
+public:
+    virtual ~OwnClass() = default;
+    virtual bool answers(const broker::Request& request) const = 0;
+    // Throws CimError.
+    virtual broker::Reply execute(const broker::Request& request, const Caller& caller) = 0;
+};
+
+class Objects {
+public:
+    explicit Objects(broker::Broker& broker) : broker_(broker) {}
+    void add(std::unique_ptr<OwnClass> own) { own_.push_back(std::move(own)); }
+
+    // Paths come with host and namespace. Throws CimError for what failed.
+    broker::Reply execute(broker::Request request, const Caller& caller);
+
+private:
+    broker::Reply ask(const broker::Request& request, const Caller& caller);
+
+    broker::Broker& broker_;
+    RequestOrigin origin_;
+    std::vector<std::unique_ptr<OwnClass>> own_;
+};
+
+} // namespace server

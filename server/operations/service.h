@@ -1,0 +1,27 @@
+// Answers the calls of CIM-XML messages.
+#pragma once
+
+#include "cimxml/message_writer.h"
+#include "operations/objects.h"
+#include "operations/open_enumerations.h"
+
+namespace server {
+
+class Service {
+public:
+    explicit Service(broker::Broker& broker) : objects_(broker) {}
+    void add(std::unique_ptr<OwnClass> own) { objects_.add(std::move(own)); }
+
+    // From several threads at once.
+    cimxml::Response answer(const cimxml::Call& call, const Caller& caller);
+
+private:
+    cimxml::Body run(const cimxml::Call& call, const Caller& caller);
+    cimxml::Body runIntrinsic(const std::string& name, const cimxml::IntrinsicCall& call,
+                              const Caller& caller);
+
+    Objects objects_;
+    OpenEnumerations enumerations_;
+};
+
+} // namespace server
