@@ -82,6 +82,19 @@ void RequestOptions::addTo(CLI::App& command) {
     command.add_option("--user", user, "Principal that the request comes from");
 }
 
+void loadProviders(broker::Broker& broker, const std::string& module) {
+    requireRightMachine();
+    try {
+        broker.loadProvider(module.empty() ? findModule() : fs::absolute(module).string(), "ProviderHelper");
+    } catch (const broker::LoadError& error) {
+        throw Failure(error.what());
+    }
+}
+
+void provideInstanceArrays() {
+    provideLibrary(instanceArrays, "associations cannot be followed without it");
+}
+
 void Remarks::unknown(std::string_view className, const char* kind, const std::string& name,
                       const std::vector<std::string>& candidates) {
     text_ += (text_.empty() ? "" : "; ") + std::string(className) + " has no " + kind + ' ' + name +
@@ -90,23 +103,17 @@ void Remarks::unknown(std::string_view className, const char* kind, const std::s
 
 Requester::Requester(const RequestOptions& options)
     : progress_(std::make_shared<LogProgress>(std::cerr, isatty(STDERR_FILENO) != 0)) {
-    requireRightMachine();
     ipmi::observeExchanges([progress = progress_](auto netFn, auto command, auto sent, auto answer) {
         progress->exchanged(netFn, command, sent, answer);
     });
-    const std::string module = options.module.empty() ? findModule() : fs::absolute(options.module).string();
     const ProviderOutput redirected;
-    try {
-        broker_.loadProvider(module, "ProviderHelper");
-    } catch (const broker::LoadError& error) {
-        throw Failure(error.what());
-    }
+    loadProviders(broker_, options.module);
     broker_.setUser(options.user);
 }
 
 broker::Reply Requester::execute(const broker::Request& request, const Remarks& remarks) {
     if (needsInstanceArrays(request))
-        provideLibrary(instanceArrays, "associations cannot be followed without it");
+        provideInstanceArrays();
     broker::Reply reply = [&] {
         const ProviderOutput redirected;
         return broker_.execute(request);

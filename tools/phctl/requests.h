@@ -21,6 +21,12 @@ struct RequestOptions {
     void addTo(CLI::App& command);
 };
 
+// Loads the provider module, after making sure that it works on the right machine. Throws Failure.
+void loadProviders(broker::Broker& broker, const std::string& module);
+
+// Has the library where association providers look it up. Throws Failure.
+void provideInstanceArrays();
+
 // What a request says of names that no class description has.
 class Remarks {
 public:

@@ -1,0 +1,156 @@
+// serve: the providers behind CIM-XML over HTTP.
+#include "commands.h"
+#include "database.h"
+#include "errors.h"
+#include "http/http_server.h"
+#include "http/tls.h"
+#include "provider_output.h"
+#include "requests.h"
+#include "users/bmc_users.h"
+#include "users/password_file.h"
+#include "users/remembered_logins.h"
+
+#include <arpa/inet.h>
+#include <csignal>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <thread>
+
+namespace phctl {
+namespace {
+
+struct ServeOptions {
+    std::string listen = "127.0.0.1:5988";
+    std::string module;
+    std::string certificate, key;
+    bool generates = false;
+    bool bmcUsers = false;
+    std::string usersFile;
+};
+using Options = std::shared_ptr<ServeOptions>;
+
+// "127.0.0.1:5988", "[::1]:5988", "bmc:5988"
+void readListen(const std::string& text, server::HttpOptions& http) {
+    const std::size_t colon = text.rfind(':');
+    const std::string digits = colon != std::string::npos ? text.substr(colon + 1) : "";
+    if (digits.empty() || digits.size() > 5 || digits.find_first_not_of("0123456789") != std::string::npos ||
+        std::stoi(digits) > 65535)
+        throw UsageError("expected ADDRESS:PORT instead of " + text);
+    http.port = std::stoi(digits);
+    http.address = text.substr(0, colon);
+    if (http.address.starts_with('[') && http.address.ends_with(']'))
+        http.address = http.address.substr(1, http.address.size() - 2);
+    if (http.address.empty())
+        throw UsageError("--listen has no address");
+}
+
+bool isLoopback(const std::string& address) {
+    in_addr v4;
+    if (inet_pton(AF_INET, address.c_str(), &v4) == 1)
+        return ntohl(v4.s_addr) >> 24 == 127;
+    return address == "::1" || address == "localhost";
+}
+
+// The BMC that the requests go to.
+ipmi::SessionSettings bmcSettings() {
+    const auto row = sessionRow();
+    if (!row)
+        throw Failure("there is no BMC whose users could log in");
+    return settingsOf(*row);
+}
+
+std::shared_ptr<server::Authentication> authentication(const ServeOptions& options) {
+    std::unique_ptr<server::Authentication> asked;
+    if (!options.usersFile.empty())
+        asked = std::make_unique<server::PasswordFile>(options.usersFile);
+    else if (options.bmcUsers)
+        asked = std::make_unique<server::BmcUsers>(bmcSettings);
+    else
+        return nullptr;
+    return std::make_shared<server::RememberedLogins>(std::move(asked));
+}
+
+std::shared_ptr<const server::TlsContext> tls(const ServeOptions& options, const std::string& host) {
+    if (options.certificate.empty())
+        return nullptr;
+    namespace fs = std::filesystem;
+    if (options.generates && !fs::exists(options.certificate) && !fs::exists(options.key))
+        server::generateCertificate(options.certificate, options.key, host);
+    return std::make_shared<const server::TlsContext>(options.certificate, options.key);
+}
+
+server::HttpOptions httpOptions(const ServeOptions& options) {
+    server::HttpOptions http;
+    readListen(options.listen, http);
+    http.authentication = authentication(options);
+    http.tls = tls(options, http.address);
+    if (!isLoopback(http.address)) {
+        if (http.authentication == nullptr)
+            throw UsageError(http.address + " can be reached from other machines: let users log in with "
+                                            "--bmc-users or --users-file");
+        if (http.tls == nullptr)
+            std::cerr
+                << "phctl: warning: passwords cross the network unencrypted without --tls-certificate\n";
+    }
+    http.log = [](const std::string& line) { std::cerr << line + '\n'; };
+    return http;
+}
+
+int serve(const Options& options) {
+    // Taken below, whichever thread of ours or a provider's runs.
+    sigset_t ending;
+    sigemptyset(&ending);
+    sigaddset(&ending, SIGINT);
+    sigaddset(&ending, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &ending, nullptr);
+
+    const server::HttpOptions http = httpOptions(*options);
+    const ProviderOutput redirected;
+    broker::Broker broker;
+    loadProviders(broker, options->module);
+    provideInstanceArrays();
+    server::Service service(broker);
+    server::HttpServer server(service, http);
+    std::jthread answering([&] { server.run(); });
+    std::cerr << "Listening at " << (http.tls != nullptr ? "https://" : "http://")
+              << options->listen.substr(0, options->listen.rfind(':')) << ':' << server.port() << std::endl;
+    int signal = 0;
+    sigwait(&ending, &signal);
+    server.stop();
+    return done;
+}
+
+} // namespace
+
+void addServeCommand(CLI::App& app, Chosen& chosen) {
+    CLI::App* command = app.add_subcommand("serve", "Answer WBEM clients: CIM-XML over HTTP");
+    const auto options = std::make_shared<ServeOptions>();
+    command->add_option("--listen", options->listen, "Address and port; port 0 is one that is free")
+        ->capture_default_str();
+    CLI::Option* certificate =
+        command->add_option("--tls-certificate", options->certificate, "PEM file: answer over TLS alone");
+    CLI::Option* key = command->add_option("--tls-key", options->key, "PEM file with the certificate's key");
+    certificate->needs(key);
+    key->needs(certificate);
+    command
+        ->add_flag("--generate", options->generates,
+                   "Make the two files, where they are missing, with a self-signed certificate")
+        ->needs(certificate);
+    CLI::Option* bmcUsers = command->add_flag(
+        "--bmc-users", options->bmcUsers,
+        "Users of the BMC log in; operators may call methods of power and log, administrators change all");
+    command
+        ->add_option(
+            "--users-file", options->usersFile,
+            "Users of a file log in: lines name:hash:access, the hash as of `openssl passwd -6`, the "
+            "access read, operate or administer")
+        ->check(CLI::ExistingFile)
+        ->excludes(bmcUsers);
+    command->add_option("--module", options->module, "Provider module to load instead of the installed one");
+    command->footer("Without --bmc-users and --users-file everybody may do everything: on loopback only.\n"
+                    "Example:\n  phctl serve &\n  wbemcli ein http://localhost:5988/root/cimv2:CIM_Sensor");
+    command->callback([&chosen, options] { chosen = [options] { return serve(options); }; });
+}
+
+} // namespace phctl
