@@ -35,7 +35,8 @@ CMPIStatus setElementAt(const CMPIArray* array, CMPICount index, const CMPIValue
     return perform(array, Call::setElementAt, [&](auto& object) {
         if (index >= elements(object).size())
             throw Failure{CMPI_RC_ERR_NO_SUCH_PROPERTY};
-        if (storedType(type) != elementType(object.content))
+        const bool isRefused = type == CMPI_chars && object.state.isStrict();
+        if (isRefused || storedType(type) != elementType(object.content))
             throw Failure{CMPI_RC_ERR_TYPE_MISMATCH};
         elements(object)[index] = valueOf(value, type);
     });

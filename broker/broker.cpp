@@ -79,6 +79,16 @@ NamedValues State::contextEntries(const std::string& requester) const {
     return entries;
 }
 
+void State::requireDeclared(const std::string& className, std::string_view name, CMPIType type) const {
+    if (!isStrict())
+        return;
+    const auto declared = declaredType(className, name);
+    if (!declared)
+        throw Failure{CMPI_RC_ERR_NO_SUCH_PROPERTY};
+    if (*declared != CMPI_null && *declared != type)
+        throw Failure{CMPI_RC_ERR_TYPE_MISMATCH};
+}
+
 Broker::Broker() : state_(std::make_shared<State>()) {}
 
 Broker::~Broker() {
@@ -95,6 +105,10 @@ void Broker::setIndicationHandler(IndicationHandler handler) {
 
 void Broker::setLogHandler(LogHandler handler) {
     state_->logHandler = std::move(handler);
+}
+
+void Broker::beStrict(DeclaredType declared) {
+    state_->declaredType = std::move(declared);
 }
 
 void Broker::setUser(std::string user) {

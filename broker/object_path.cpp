@@ -44,6 +44,7 @@ bool isKeyType(CMPIType type) {
 
 CMPIStatus addKey(const CMPIObjectPath* path, const char* name, const CMPIValue* value, const CMPIType type) {
     return perform(path, Call::addKey, [&](auto& object) {
+        object.state.requireDeclared(object.content.className, nameOf(name), storedType(type));
         if (!isKeyType(type))
             throw Failure{CMPI_RC_ERR_INVALID_DATA_TYPE};
         set(object.content.keys, nameOf(name), valueOf(value, type));

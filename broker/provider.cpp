@@ -15,6 +15,8 @@ void cleanUp(MI* mi, const CMPIContext* context) {
         mi->ft->cleanup(mi, context, true);
 }
 
+constexpr const char* generic = "_Generic"; // serves any provider's name
+
 // Calls a provider's function, which it may not have.
 template <class MI, class... Parameters, class... Arguments>
 CMPIStatus call(MI* mi, CMPIStatus (*function)(MI*, Parameters...), Arguments... arguments) {
@@ -36,6 +38,9 @@ Provider::Provider(State& state, const std::string& file, const std::string& nam
       module_(dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE)) {
     if (module_ == nullptr)
         throw LoadError(dlerror());
+    for (const char* kind : {"InstanceMI", "MethodMI", "AssociationMI", "IndicationMI"})
+        if (entryPoint(name_, kind) != nullptr && entryPoint(generic, kind) != nullptr)
+            throw LoadError(file + ": it has _Generic_Create_" + kind + ", which contradicts that of a name");
     const Frame frame(state.shared_from_this());
     const CMPIContext* context = make<CMPIContext>(state, state.contextEntries());
     instances_ = create<CMPIInstanceMI>("InstanceMI", context);
@@ -55,8 +60,6 @@ Provider::~Provider() {
     cleanUp(instances_, context);
     dlclose(module_);
 }
-
-constexpr const char* generic = "_Generic"; // serves any provider's name
 
 void* Provider::entryPoint(const std::string& provider, const char* kind) const {
     return dlsym(module_, (provider + "_Create_" + kind).c_str());
@@ -88,13 +91,30 @@ bool Provider::serves(std::string_view className) const {
                                            [&](const auto& name) { return sameName(name, className); });
 }
 
+ObjectPath Provider::pathFor(const Request& request) const {
+    ObjectPath path = request.path;
+    if (state_.isStrict() && request.operation == Operation::CreateInstance)
+        path.keys.clear();
+    return path;
+}
+
+PropertyList Provider::propertiesFor(const Request& request) const {
+    if (request.properties || !state_.isStrict() || request.operation != Operation::ModifyInstance)
+        return request.properties;
+    PropertyList sent(std::in_place);
+    for (const NamedValue& property : request.instance.properties)
+        sent->push_back(property.name);
+    return sent;
+}
+
 CMPIStatus Provider::callInstance(const Request& request, const CMPIContext* context,
                                   const CMPIResult* result) const {
     if (instances_ == nullptr)
         return {CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
     const CMPIInstanceMIFT& table = *instances_->ft;
-    const CMPIObjectPath* path = make<CMPIObjectPath>(state_, request.path);
-    PropertyNames properties(request.properties);
+    const CMPIObjectPath* path = make<CMPIObjectPath>(state_, pathFor(request));
+    const PropertyList list = propertiesFor(request);
+    PropertyNames properties(list);
     const auto instance = [&] {
         Instance given = request.instance;
         if (given.path.className.empty())

@@ -32,6 +32,9 @@ private:
     CMPIIndicationMI* indicationProvider(const CMPIContext* context);
     CMPIStatus run(const Request& request, const CMPIContext* context, const CMPIResult* result,
                    CMPIArgs* out) const;
+    // As a strict broker has them.
+    ObjectPath pathFor(const Request& request) const;
+    PropertyList propertiesFor(const Request& request) const;
     CMPIStatus callInstance(const Request& request, const CMPIContext* context,
                             const CMPIResult* result) const;
     CMPIStatus callAssociation(const Request& request, const CMPIContext* context,

@@ -76,6 +76,10 @@ public:
     // The entries of a request's context that comes from outside.
     NamedValues contextEntries(const std::string& requester = {}) const;
 
+    bool isStrict() const { return declaredType != nullptr; }
+    // Throws Failure where a strict broker refuses the value.
+    void requireDeclared(const std::string& className, std::string_view name, CMPIType type) const;
+
     struct Counter {
         std::atomic<unsigned> calls{0};
         std::atomic<unsigned> failAt{0}; // 0: never
@@ -87,6 +91,7 @@ public:
     Broker::Router router;
     Broker::IndicationHandler indicationHandler;
     Broker::LogHandler logHandler;
+    Broker::DeclaredType declaredType; // of a strict broker
     std::string user;
     std::vector<std::unique_ptr<Provider>> providers;
     Arena root{Arena::Keeping::Nothing};

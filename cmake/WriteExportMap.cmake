@@ -1,10 +1,12 @@
 # Writes the linker's version script: every function, table and global that a public header marks with PH_EXPORT, and
 # nothing else. The headers are the only list of exports.
 #
-#     cmake -DHEADER=<all.h> -DOUTPUT=<map> -DCOMPILER=<cc> -DINCLUDES=<folder>;… -P WriteExportMap.cmake
+#     cmake -DHEADER=<all.h> -DOUTPUT=<map> -DCOMPILER=<cc> -DINCLUDES=<folder>;… -DDEFINITIONS=<macro>;… \
+#           -P WriteExportMap.cmake
 
 list(TRANSFORM INCLUDES PREPEND -I)
-execute_process(COMMAND ${COMPILER} -E -P -x c ${INCLUDES} ${HEADER}
+list(TRANSFORM DEFINITIONS PREPEND -D)
+execute_process(COMMAND ${COMPILER} -E -P -x c ${INCLUDES} ${DEFINITIONS} ${HEADER}
                 OUTPUT_VARIABLE declarations COMMAND_ERROR_IS_FATAL ANY)
 string(REPLACE "\n" " " declarations "${declarations}")
 string(REPLACE ";" "@" declarations "${declarations}") # not a list

@@ -1,22 +1,26 @@
 #include "association_provider.h"
 
+#include "spelling.h"
+
 #include <exception>
 
 namespace {
 
-using associations::Failure;
 using associations::Filter;
 using associations::Request;
 using associations::Want;
+using objects::Failure;
 
-// Runs work(), closes the result, and tells how that ended.
+// Runs work() on the request in the classes' spelling, closes the result, and tells how that ended.
 template <class Work>
-CMPIStatus answer(const Request& request, Work work) {
+CMPIStatus answer(Request request, Work work) {
     const auto fail = [&](CMPIrc code, const char* text) {
         return CMPIStatus{code, CMNewString(request.broker, text, nullptr)};
     };
     try {
-        work();
+        const spelling::Path path(request.broker, request.ref);
+        request.ref = path.get();
+        work(request);
         return CMReturnDone(request.result);
     } catch (const Failure& failure) {
         return fail(failure.code, failure.what());
@@ -42,46 +46,41 @@ CMPIStatus cleanUp(CMPIAssociationMI* mi, const CMPIContext*, CMPIBoolean) {
 CMPIStatus associators(CMPIAssociationMI* mi, const CMPIContext* context, const CMPIResult* result,
                        const CMPIObjectPath* ref, const char* assocClass, const char* resultClass,
                        const char* role, const char* resultRole, const char** properties) {
-    const Request request{brokerOf(mi), context, result, ref, properties};
     const Filter filter{given(assocClass), given(resultClass), given(role), given(resultRole)};
-    return answer(request, [&] { associations::associators(request, filter, Want::Instances); });
+    return answer({brokerOf(mi), context, result, ref, properties}, [&](const Request& request) {
+        associations::associators(request, filter, Want::Instances);
+    });
 }
 
 CMPIStatus associatorNames(CMPIAssociationMI* mi, const CMPIContext* context, const CMPIResult* result,
                            const CMPIObjectPath* ref, const char* assocClass, const char* resultClass,
                            const char* role, const char* resultRole) {
-    const Request request{brokerOf(mi), context, result, ref};
     const Filter filter{given(assocClass), given(resultClass), given(role), given(resultRole)};
-    return answer(request, [&] { associations::associators(request, filter, Want::Names); });
+    return answer({brokerOf(mi), context, result, ref},
+                  [&](const Request& request) { associations::associators(request, filter, Want::Names); });
 }
 
 CMPIStatus references(CMPIAssociationMI* mi, const CMPIContext* context, const CMPIResult* result,
                       const CMPIObjectPath* ref, const char* resultClass, const char* role,
                       const char** properties) {
-    const Request request{brokerOf(mi), context, result, ref, properties};
     const Filter filter{.assocClass = given(resultClass), .role = given(role)};
-    return answer(request, [&] { associations::references(request, filter, Want::Instances); });
+    return answer({brokerOf(mi), context, result, ref, properties}, [&](const Request& request) {
+        associations::references(request, filter, Want::Instances);
+    });
 }
 
 CMPIStatus referenceNames(CMPIAssociationMI* mi, const CMPIContext* context, const CMPIResult* result,
                           const CMPIObjectPath* ref, const char* resultClass, const char* role) {
-    const Request request{brokerOf(mi), context, result, ref};
     const Filter filter{.assocClass = given(resultClass), .role = given(role)};
-    return answer(request, [&] { associations::references(request, filter, Want::Names); });
+    return answer({brokerOf(mi), context, result, ref},
+                  [&](const Request& request) { associations::references(request, filter, Want::Names); });
 }
 
 } // namespace
 
-constexpr CMPIAssociationMIFT associationFunctions{.ftVersion = CMPICurrentVersion,
-                                                   .miVersion = CMPICurrentVersion,
-                                                   .miName = "ProviderHelper",
-                                                   .cleanup = cleanUp,
-                                                   .associators = associators,
-                                                   .associatorNames = associatorNames,
-                                                   .references = references,
-                                                   .referenceNames = referenceNames,
-                                                   .associatorsFiltered = nullptr,
-                                                   .referencesFiltered = nullptr};
+CMPIAssociationMIFT associationFunctions{
+    CMPICurrentVersion, CMPICurrentVersion, "ProviderHelper", cleanUp,
+    associators,        associatorNames,    references,       referenceNames};
 
 bool isAssociationOrProfile(const CMPIObjectPath* ref) {
     const CMPIString* name = CMGetClassName(ref, nullptr);
@@ -90,11 +89,11 @@ bool isAssociationOrProfile(const CMPIObjectPath* ref) {
 }
 
 CMPIStatus enumerateAssociations(const Request& request, Want want) {
-    return answer(request, [&] { associations::enumerate(request, want); });
+    return answer(request, [&](const Request& spelled) { associations::enumerate(spelled, want); });
 }
 
 CMPIStatus getAssociation(const Request& request) {
-    return answer(request, [&] { associations::getInstance(request); });
+    return answer(request, [&](const Request& spelled) { associations::getInstance(spelled); });
 }
 
 CMPIStatus refuseChange(const CMPIBroker* broker, const char* refusal) {

@@ -6,7 +6,7 @@
 
 #include <cmpift.h>
 
-extern const CMPIAssociationMIFT associationFunctions;
+extern CMPIAssociationMIFT associationFunctions;
 
 bool isAssociationOrProfile(const CMPIObjectPath* ref);
 // Of those. The result is closed.

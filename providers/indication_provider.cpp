@@ -33,9 +33,9 @@ CMPIStatus authorizeFilter(CMPIIndicationMI*, const CMPIContext*, const CMPISele
     return {CMPI_RC_ERR_INVALID_CLASS, nullptr};
 }
 
-// Alerts come by themselves.
-CMPIStatus mustPoll(CMPIIndicationMI*, const CMPIContext*, const CMPIResult*, const CMPISelectExp*,
-                    const char*, const CMPIObjectPath*) {
+// Alerts come by themselves. Versions of the headers differ in the parameters.
+template <class... Parameters>
+CMPIStatus mustPoll(Parameters...) {
     return {CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
 }
 
@@ -52,19 +52,9 @@ CMPIStatus enableOrDisable(CMPIIndicationMI*, const CMPIContext*) {
 
 } // namespace
 
-constexpr CMPIIndicationMIFT indicationFunctions{.ftVersion = CMPICurrentVersion,
-                                                 .miVersion = CMPICurrentVersion,
-                                                 .miName = "ProviderHelper",
-                                                 .cleanup = cleanUp,
-                                                 .authorizeFilter = authorizeFilter,
-                                                 .mustPoll = mustPoll,
-                                                 .activateFilter = activateFilter,
-                                                 .deActivateFilter = activateFilter,
-                                                 .enableIndications = enableOrDisable,
-                                                 .disableIndications = enableOrDisable,
-                                                 .authorizeFilterCollection = nullptr,
-                                                 .activateFilterCollection = nullptr,
-                                                 .deActivateFilterCollection = nullptr};
+CMPIIndicationMIFT indicationFunctions{
+    CMPICurrentVersion, CMPICurrentVersion, "ProviderHelper", cleanUp,         authorizeFilter,
+    mustPoll,           activateFilter,     activateFilter,   enableOrDisable, enableOrDisable};
 
 bool startMonitor() {
     static std::once_flag once;

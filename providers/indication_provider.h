@@ -3,7 +3,7 @@
 
 #include <cmpift.h>
 
-extern const CMPIIndicationMIFT indicationFunctions;
+extern CMPIIndicationMIFT indicationFunctions;
 
 // Starts the thread that delivers the BMC's alerts, once in a process. false when there can be no thread.
 bool startMonitor();

@@ -5,50 +5,50 @@
 #include "indication_provider.h"
 #include "provider_helper/provider_helper.h"
 #include "request_result.h"
+#include "spelling.h"
 
-#include <cmpimacs.h>
-#include <cstdio>
+#include <algorithm>
 #include <dlfcn.h>
 #include <mutex>
 #include <new>
-#include <string_view>
 #include <type_traits>
 
 namespace {
 
-// The library's function of the class that `ref` names, such as PH_EI_Sensor, or nullptr with a status.
-template <class Function>
-Function find(const CMPIBroker* broker, const char* operation, const CMPIObjectPath* ref,
-              CMPIStatus& status) {
-    const CMPIString* name = CMGetClassName(ref, nullptr);
-    const char* className = name != nullptr ? CMGetCharsPtr(name, nullptr) : nullptr;
-    char symbol[256];
-    if (className != nullptr && std::string_view(className).starts_with("CIM_") &&
-        std::snprintf(symbol, sizeof(symbol), "%s%s", operation, className + 4) <
-            static_cast<int>(sizeof(symbol)))
-        if (void* function = dlsym(RTLD_DEFAULT, symbol))
-            return reinterpret_cast<Function>(function);
-    status.rc = CMPI_RC_ERR_INVALID_CLASS;
-    status.msg = CMNewString(broker, "This provider does not serve the class", nullptr);
-    return nullptr;
-}
+using objects::Failure;
 
 template <class MI>
 const CMPIBroker* brokerOf(const MI* mi) {
     return static_cast<const CMPIBroker*>(mi->hdl);
 }
 
-// Runs call(function, broker, result, status) with the class's function. The result of a request that
+// The library's function of a class, such as PH_EI_Sensor. Throws Failure where there is none.
+template <class Function>
+Function find(const char* operation, const CMPIObjectPath* ref) {
+    const std::string className = objects::classNameOf(ref);
+    if (className.starts_with("CIM_"))
+        if (void* function = dlsym(RTLD_DEFAULT, (operation + className.substr(4)).c_str()))
+            return reinterpret_cast<Function>(function);
+    throw Failure(CMPI_RC_ERR_INVALID_CLASS, "This provider does not serve the class");
+}
+
+// Runs call(function, broker, path, result, status) with the class's function. The result of a request that
 // succeeds is closed once.
 template <class Function, class MI, class Call>
 CMPIStatus serve(const MI* mi, const char* operation, const CMPIObjectPath* ref, const CMPIResult* real,
                  Call call) {
     const CMPIBroker* const broker = brokerOf(mi);
-    const RequestResult result(real);
-    CMPIStatus status{CMPI_RC_OK, nullptr};
-    if (const auto function = find<Function>(broker, operation, ref, status))
-        call(function, broker, result.get(), status);
-    return status.rc == CMPI_RC_OK ? result.close() : status;
+    try {
+        const spelling::Path path(broker, ref);
+        const RequestResult result(real);
+        CMPIStatus status{CMPI_RC_OK, nullptr};
+        call(find<Function>(operation, path.get()), broker, path.get(), result.get(), status);
+        return status.rc == CMPI_RC_OK ? result.close() : status;
+    } catch (const Failure& failure) {
+        return {failure.code, CMNewString(broker, failure.what(), nullptr)};
+    } catch (const std::exception& error) { // no memory
+        return {CMPI_RC_ERR_FAILED, CMNewString(broker, error.what(), nullptr)};
+    }
 }
 
 CMPIStatus enumInstanceNames(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* real,
@@ -56,8 +56,9 @@ CMPIStatus enumInstanceNames(CMPIInstanceMI* mi, const CMPIContext* context, con
     if (isAssociationOrProfile(ref))
         return enumerateAssociations({brokerOf(mi), context, real, ref}, associations::Want::Names);
     return serve<decltype(&PH_EIN_HostComputerSystem)>(
-        mi, "PH_EIN_", ref, real, [&](auto function, auto* broker, auto* result, CMPIStatus& status) {
-            function(broker, context, ref, result, &status);
+        mi, "PH_EIN_", ref, real,
+        [&](auto function, auto* broker, auto* path, auto* result, CMPIStatus& status) {
+            function(broker, context, path, result, &status);
         });
 }
 
@@ -67,8 +68,9 @@ CMPIStatus enumInstances(CMPIInstanceMI* mi, const CMPIContext* context, const C
         return enumerateAssociations({brokerOf(mi), context, real, ref, properties},
                                      associations::Want::Instances);
     return serve<decltype(&PH_EI_HostComputerSystem)>(
-        mi, "PH_EI_", ref, real, [&](auto function, auto* broker, auto* result, CMPIStatus& status) {
-            function(broker, context, ref, properties, result, &status);
+        mi, "PH_EI_", ref, real,
+        [&](auto function, auto* broker, auto* path, auto* result, CMPIStatus& status) {
+            function(broker, context, path, spelling::Names(properties).get(), result, &status);
         });
 }
 
@@ -77,9 +79,26 @@ CMPIStatus getInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMP
     if (isAssociationOrProfile(ref))
         return getAssociation({brokerOf(mi), context, real, ref, properties});
     return serve<decltype(&PH_GI_HostComputerSystem)>(
-        mi, "PH_GI_", ref, real, [&](auto function, auto* broker, auto* result, CMPIStatus& status) {
-            function(broker, context, ref, properties, result, &status);
+        mi, "PH_GI_", ref, real,
+        [&](auto function, auto* broker, auto* path, auto* result, CMPIStatus& status) {
+            function(broker, context, path, spelling::Names(properties).get(), result, &status);
         });
+}
+
+// Over CIM-XML the path of an instance that is to be made has no keys: they are the instance's.
+objects::Owned<CMPIObjectPath> pathOfNew(const CMPIBroker* broker, const CMPIObjectPath* path,
+                                         const CMPIInstance* instance) {
+    auto complete =
+        objects::makePath(broker, objects::nameSpaceOf(path).c_str(), objects::classNameOf(path).c_str());
+    const CMPIObjectPath* const own = objects::pathOf(instance);
+    for (const char* key : spelling::keysOf(objects::classNameOf(path).c_str())) {
+        auto value = objects::keyOf(own, key);
+        if (!value)
+            value = objects::propertyOf(instance, key);
+        if (value)
+            objects::addKey(complete.get(), key, *value);
+    }
+    return complete;
 }
 
 CMPIStatus createInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* real,
@@ -87,9 +106,29 @@ CMPIStatus createInstance(CMPIInstanceMI* mi, const CMPIContext* context, const 
     if (isAssociationOrProfile(ref))
         return refuseChange(brokerOf(mi), "CreateInstance not supported");
     return serve<decltype(&PH_CI_HostComputerSystem)>(
-        mi, "PH_CI_", ref, real, [&](auto function, auto* broker, auto* result, CMPIStatus& status) {
-            status = function(broker, context, result, ref, instance);
+        mi, "PH_CI_", ref, real,
+        [&](auto function, auto* broker, auto* path, auto* result, CMPIStatus& status) {
+            const spelling::Instance given(broker, path, instance);
+            objects::Owned<CMPIObjectPath> complete;
+            if (objects::keyCount(path) == 0)
+                complete = pathOfNew(broker, path, given.get());
+            status =
+                function(broker, context, result, complete != nullptr ? complete.get() : path, given.get());
         });
+}
+
+// Some object managers name all that was sent where the client named nothing. Such a list says no more than
+// none does: what differs from the current instance is to be changed.
+bool saysNothing(const char** properties, const CMPIInstance* instance) {
+    if (properties == nullptr)
+        return true;
+    const auto sent = objects::propertiesOf(instance);
+    std::size_t count = 0;
+    while (properties[count] != nullptr)
+        ++count;
+    return count == sent.size() && std::all_of(sent.begin(), sent.end(), [&](const auto& property) {
+               return ExistsInList(properties, property.name.c_str()) != 0;
+           });
 }
 
 CMPIStatus modifyInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* real,
@@ -97,8 +136,11 @@ CMPIStatus modifyInstance(CMPIInstanceMI* mi, const CMPIContext* context, const 
     if (isAssociationOrProfile(ref))
         return refuseChange(brokerOf(mi), "SetInstance not supported");
     return serve<decltype(&PH_MI_HostComputerSystem)>(
-        mi, "PH_MI_", ref, real, [&](auto function, auto* broker, auto* result, CMPIStatus& status) {
-            status = function(broker, context, result, ref, instance, properties);
+        mi, "PH_MI_", ref, real,
+        [&](auto function, auto* broker, auto* path, auto* result, CMPIStatus& status) {
+            const spelling::Instance given(broker, path, instance);
+            spelling::Names names(saysNothing(properties, instance) ? nullptr : properties);
+            status = function(broker, context, result, path, given.get(), names.get());
         });
 }
 
@@ -107,8 +149,9 @@ CMPIStatus deleteInstance(CMPIInstanceMI* mi, const CMPIContext* context, const 
     if (isAssociationOrProfile(ref))
         return refuseChange(brokerOf(mi), "DeleteInstance not supported");
     return serve<decltype(&PH_DI_HostComputerSystem)>(
-        mi, "PH_DI_", ref, real, [&](auto function, auto* broker, auto* result, CMPIStatus& status) {
-            status = function(broker, context, result, ref);
+        mi, "PH_DI_", ref, real,
+        [&](auto function, auto* broker, auto* path, auto* result, CMPIStatus& status) {
+            status = function(broker, context, result, path);
         });
 }
 
@@ -122,8 +165,10 @@ CMPIStatus invokeMethod(CMPIMethodMI* mi, const CMPIContext* context, const CMPI
     if (isAssociationOrProfile(ref))
         return refuseChange(brokerOf(mi), "Invoke Method not supported");
     return serve<decltype(&PH_IM_HostComputerSystem)>(
-        mi, "PH_IM_", ref, real, [&](auto function, auto* broker, auto* result, CMPIStatus& status) {
-            status = function(broker, context, result, ref, method, in, out);
+        mi, "PH_IM_", ref, real,
+        [&](auto function, auto* broker, auto* path, auto* result, CMPIStatus& status) {
+            status = function(broker, context, result, path,
+                              method != nullptr ? spelling::spelled(method) : nullptr, in, out);
         });
 }
 
@@ -133,24 +178,14 @@ CMPIStatus cleanUp(MI* mi, const CMPIContext*, CMPIBoolean) {
     return {CMPI_RC_OK, nullptr};
 }
 
-constexpr CMPIInstanceMIFT instanceFunctions{.ftVersion = CMPICurrentVersion,
-                                             .miVersion = CMPICurrentVersion,
-                                             .miName = "ProviderHelper",
-                                             .cleanup = cleanUp,
-                                             .enumerateInstanceNames = enumInstanceNames,
-                                             .enumerateInstances = enumInstances,
-                                             .getInstance = getInstance,
-                                             .createInstance = createInstance,
-                                             .modifyInstance = modifyInstance,
-                                             .deleteInstance = deleteInstance,
-                                             .execQuery = execQuery,
-                                             .enumerateInstancesFiltered = nullptr};
+// By position: the names of members differ between versions of the headers, and newer ones have more at the
+// end.
+CMPIInstanceMIFT instanceFunctions{CMPICurrentVersion, CMPICurrentVersion, "ProviderHelper", cleanUp,
+                                   enumInstanceNames,  enumInstances,      getInstance,      createInstance,
+                                   modifyInstance,     deleteInstance,     execQuery};
 
-constexpr CMPIMethodMIFT methodFunctions{.ftVersion = CMPICurrentVersion,
-                                         .miVersion = CMPICurrentVersion,
-                                         .miName = "ProviderHelper",
-                                         .cleanup = cleanUp,
-                                         .invokeMethod = invokeMethod};
+CMPIMethodMIFT methodFunctions{CMPICurrentVersion, CMPICurrentVersion, "ProviderHelper", cleanUp,
+                               invokeMethod};
 
 // Once per process: the library's tables are the same for every provider.
 void initialiseOnce(const CMPIBroker* broker, const CMPIContext* context, const char* name,
@@ -161,12 +196,12 @@ void initialiseOnce(const CMPIBroker* broker, const CMPIContext* context, const 
 
 // A provider that knows its broker: a process may have several.
 template <class MI, class Functions>
-MI* create(const Functions& functions, const CMPIBroker* broker, const CMPIContext* context, const char* name,
+MI* create(Functions& functions, const CMPIBroker* broker, const CMPIContext* context, const char* name,
            CMPIStatus* status) {
     initialiseOnce(broker, context, name, status);
     MI* mi = nullptr;
     if (!std::is_same_v<MI, CMPIIndicationMI> || startMonitor())
-        mi = new (std::nothrow) MI{.hdl = broker, .ft = &functions};
+        mi = new (std::nothrow) MI{const_cast<CMPIBroker*>(broker), &functions};
     if (status != nullptr)
         *status = {mi != nullptr ? CMPI_RC_OK : CMPI_RC_ERR_FAILED, nullptr};
     return mi;
@@ -174,13 +209,9 @@ MI* create(const Functions& functions, const CMPIBroker* broker, const CMPIConte
 
 } // namespace
 
-// The entry points that object managers look for: for any provider, by the provider's registered name, and by
-// the name of the module's file.
+// The entry points that object managers look for: by the provider's registered name, or by the name of the
+// module's file. One for any name (_Generic_Create_…) beside them would contradict them to some managers.
 #define ENTRY_POINTS(Kind, functions)                                                                        \
-    PH_EXPORT CMPI##Kind##MI* _Generic_Create_##Kind##MI(                                                    \
-        const CMPIBroker* broker, const CMPIContext* context, const char* name, CMPIStatus* status) {        \
-        return create<CMPI##Kind##MI>(functions, broker, context, name, status);                             \
-    }                                                                                                        \
     NAMED_ENTRY_POINT(ProviderHelper, Kind, functions)                                                       \
     NAMED_ENTRY_POINT(ProviderHelperProviders, Kind, functions)
 #define NAMED_ENTRY_POINT(name, Kind, functions)                                                             \

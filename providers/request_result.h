@@ -38,11 +38,11 @@ private:
         table.returnDone = returnDone;
         return table;
     }
-    static const CMPIResultFT table;
+    static CMPIResultFT table; // some versions of the headers want it changeable
 
     const CMPIResult* real_;
     mutable bool isClosed_ = false;
-    const CMPIResult handle_{this, &table};
+    const CMPIResult handle_{const_cast<RequestResult*>(this), &table};
 };
 
-inline constexpr CMPIResultFT RequestResult::table = functions();
+inline CMPIResultFT RequestResult::table = functions();

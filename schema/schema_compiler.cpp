@@ -5,6 +5,8 @@
 //
 //     class_tables.inc    the tables that class_schema.cpp reads
 //     superclasses.inc    {class, superclass} of every class that is served, and of those above it
+//     names.inc           what is served by name, each name once, in the order of strcasecmp
+//     keys.inc            {class, key} of every class that is served
 #include "merged_classes.h"
 
 #include "schema/class_schema.h"
@@ -17,6 +19,7 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <strings.h>
 #include <vector>
 
 namespace {
@@ -141,6 +144,40 @@ void writeSuperclasses(std::ostream& out, const std::vector<DeclaredClass>& serv
     }
 }
 
+struct WithoutCase {
+    bool operator()(const std::string& left, const std::string& right) const {
+        return strcasecmp(left.c_str(), right.c_str()) < 0;
+    }
+};
+
+// CIM names compare without regard to case: two that differ in it alone would be one to clients.
+void writeNames(std::ostream& out, const std::vector<DeclaredClass>& served) {
+    std::set<std::string, WithoutCase> names;
+    const auto add = [&](const auto& element) {
+        if (const auto [known, isNew] = names.insert(element.name); !isNew && *known != element.name)
+            throw std::runtime_error("two spellings: " + *known + " and " + element.name);
+    };
+    for (const DeclaredClass& each : served) {
+        add(each);
+        for (const DeclaredElement& property : each.properties)
+            add(property);
+        for (const DeclaredMethod& method : each.methods) {
+            add(method);
+            for (const DeclaredElement& parameter : method.parameters)
+                add(parameter);
+        }
+    }
+    for (const std::string& name : names)
+        out << literal(name) << ",\n";
+}
+
+void writeKeys(std::ostream& out, const std::vector<DeclaredClass>& served) {
+    for (const DeclaredClass& each : served)
+        for (const DeclaredElement& property : each.properties)
+            if (property.isKey)
+                out << '{' << literal(each.name) << ", " << literal(property.name) << "},\n";
+}
+
 } // namespace
 
 int main(int argc, char** argv) try {
@@ -177,6 +214,10 @@ int main(int argc, char** argv) try {
     tableFile << "constexpr const auto& classTables = " << all << ";\n";
     std::ofstream superclasses = create("superclasses.inc");
     writeSuperclasses(superclasses, served, classes);
+    std::ofstream names = create("names.inc");
+    writeNames(names, served);
+    std::ofstream keys = create("keys.inc");
+    writeKeys(keys, served);
 } catch (const std::exception& error) {
     std::cerr << "schema_compiler: " << error.what() << '\n';
     return 1;

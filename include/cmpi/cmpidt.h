@@ -1,4 +1,6 @@
-/* CMPI: data types, codes and flags (CMPI 2.0 and 2.1, DMTF and The Open Group C206). */
+/* CMPI: data types, codes and flags (DMTF and The Open Group C206).
+ *
+ * CMPI_VERSION chooses the version that a provider is written for: 100, 200 or 210, without it 210. */
 #ifndef CMPIDT_H
 #define CMPIDT_H
 
@@ -9,13 +11,13 @@
 extern "C" {
 #endif
 
+#define CMPIVersion100 100
 #define CMPIVersion200 200
 #define CMPIVersion210 210
-#ifdef CMPI_VERSION
-#define CMPICurrentVersion CMPI_VERSION
-#else
-#define CMPICurrentVersion CMPIVersion210
+#ifndef CMPI_VERSION
+#define CMPI_VERSION CMPIVersion210
 #endif
+#define CMPICurrentVersion CMPI_VERSION
 
 typedef struct _CMPIArgs CMPIArgs;
 typedef struct _CMPIArray CMPIArray;

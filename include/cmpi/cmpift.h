@@ -1,4 +1,5 @@
-/* CMPI: function tables of the objects, the broker and the providers (CMPI 2.0; members of 2.1 at the end).
+/* CMPI: function tables of the objects, the broker and the providers. Each version appended members to the
+ * tables of the one before (CMPI_VERSION).
  *
  * A table says in ftVersion which version it follows; members that a version does not have must not be read.
  */
@@ -12,85 +13,92 @@
 extern "C" {
 #endif
 
+/* Since 2.1, implementations may keep handles and tables in constant memory. */
+#if CMPI_VERSION >= CMPIVersion210
+#define CMPI_CONST const
+#else
+#define CMPI_CONST
+#endif
+
 /* An object: what it is made of is its implementation's, what it can do is in its table. */
 struct _CMPIArgs {
-    const void* hdl;
-    const CMPIArgsFT* ft;
+    CMPI_CONST void* hdl;
+    CMPI_CONST CMPIArgsFT* ft;
 };
 struct _CMPIArray {
-    const void* hdl;
-    const CMPIArrayFT* ft;
+    CMPI_CONST void* hdl;
+    CMPI_CONST CMPIArrayFT* ft;
 };
 struct _CMPIContext {
-    const void* hdl;
-    const CMPIContextFT* ft;
+    CMPI_CONST void* hdl;
+    CMPI_CONST CMPIContextFT* ft;
 };
 struct _CMPIDateTime {
-    const void* hdl;
-    const CMPIDateTimeFT* ft;
+    CMPI_CONST void* hdl;
+    CMPI_CONST CMPIDateTimeFT* ft;
 };
 struct _CMPIEnumeration {
-    const void* hdl;
-    const CMPIEnumerationFT* ft;
+    CMPI_CONST void* hdl;
+    CMPI_CONST CMPIEnumerationFT* ft;
 };
 struct _CMPIInstance {
-    const void* hdl;
-    const CMPIInstanceFT* ft;
+    CMPI_CONST void* hdl;
+    CMPI_CONST CMPIInstanceFT* ft;
 };
 struct _CMPIObjectPath {
-    const void* hdl;
-    const CMPIObjectPathFT* ft;
+    CMPI_CONST void* hdl;
+    CMPI_CONST CMPIObjectPathFT* ft;
 };
 struct _CMPIPredicate {
-    const void* hdl;
-    const CMPIPredicateFT* ft;
+    CMPI_CONST void* hdl;
+    CMPI_CONST CMPIPredicateFT* ft;
 };
 struct _CMPIResult {
-    const void* hdl;
-    const CMPIResultFT* ft;
+    CMPI_CONST void* hdl;
+    CMPI_CONST CMPIResultFT* ft;
 };
 struct _CMPISelectCond {
-    const void* hdl;
-    const CMPISelectCondFT* ft;
+    CMPI_CONST void* hdl;
+    CMPI_CONST CMPISelectCondFT* ft;
 };
 struct _CMPISelectExp {
-    const void* hdl;
-    const CMPISelectExpFT* ft;
+    CMPI_CONST void* hdl;
+    CMPI_CONST CMPISelectExpFT* ft;
 };
 struct _CMPIString {
-    const void* hdl;
-    const CMPIStringFT* ft;
+    CMPI_CONST void* hdl;
+    CMPI_CONST CMPIStringFT* ft;
 };
 struct _CMPISubCond {
-    const void* hdl;
-    const CMPISubCondFT* ft;
+    CMPI_CONST void* hdl;
+    CMPI_CONST CMPISubCondFT* ft;
 };
 
 /* What a provider library hands to the object manager. */
 struct _CMPIAssociationMI {
-    const void* hdl;
-    const CMPIAssociationMIFT* ft;
+    CMPI_CONST void* hdl;
+    CMPI_CONST CMPIAssociationMIFT* ft;
 };
 struct _CMPIIndicationMI {
-    const void* hdl;
-    const CMPIIndicationMIFT* ft;
+    CMPI_CONST void* hdl;
+    CMPI_CONST CMPIIndicationMIFT* ft;
 };
 struct _CMPIInstanceMI {
-    const void* hdl;
-    const CMPIInstanceMIFT* ft;
+    CMPI_CONST void* hdl;
+    CMPI_CONST CMPIInstanceMIFT* ft;
 };
 struct _CMPIMethodMI {
-    const void* hdl;
-    const CMPIMethodMIFT* ft;
+    CMPI_CONST void* hdl;
+    CMPI_CONST CMPIMethodMIFT* ft;
 };
 
 /* The object manager, as a provider sees it. */
 struct _CMPIBroker {
-    const void* hdl;
-    const CMPIBrokerFT* bft;
-    const CMPIBrokerEncFT* eft;
-    const CMPIBrokerExtFT* xft;
-    const CMPIBrokerMemFT* mft;
+    CMPI_CONST void* hdl;
+    CMPI_CONST CMPIBrokerFT* bft;
+    CMPI_CONST CMPIBrokerEncFT* eft;
+    CMPI_CONST CMPIBrokerExtFT* xft;
+    CMPI_CONST CMPIBrokerMemFT* mft;
 };
 
 /* Method arguments. */
@@ -130,12 +138,14 @@ struct _CMPIAssociationMIFT {
                              const char*, const char*, const char**);
     CMPIStatus (*referenceNames)(CMPIAssociationMI*, const CMPIContext*, const CMPIResult*,
                                  const CMPIObjectPath*, const char*, const char*);
+#if CMPI_VERSION >= CMPIVersion210
     CMPIStatus (*associatorsFiltered)(CMPIAssociationMI*, const CMPIContext*, const CMPIResult*,
                                       const CMPIObjectPath*, const char*, const char*, const char*,
                                       const char*, const char**, const char*, const char*, CMPIBoolean);
     CMPIStatus (*referencesFiltered)(CMPIAssociationMI*, const CMPIContext*, const CMPIResult*,
                                      const CMPIObjectPath*, const char*, const char*, const char**,
                                      const char*, const char*, CMPIBoolean);
+#endif
 };
 
 /* Broker: making objects. */
@@ -157,6 +167,7 @@ struct _CMPIBrokerEncFT {
     CMPIString* (*getMessage)(const CMPIBroker*, const char*, const char*, CMPIStatus*, CMPICount, ...);
     CMPIStatus (*logMessage)(const CMPIBroker*, CMPISeverity, const char*, const char*, const CMPIString*);
     CMPIStatus (*trace)(const CMPIBroker*, CMPILevel, const char*, const char*, const CMPIString*);
+#if CMPI_VERSION >= CMPIVersion200
     CMPIError* (*newCMPIError)(const CMPIBroker*, const char*, const char*, const char*,
                                const CMPIErrorSeverity, const CMPIErrorProbableCause, const CMPIrc,
                                CMPIStatus*);
@@ -164,9 +175,12 @@ struct _CMPIBrokerEncFT {
     CMPIStatus (*closeMessageFile)(const CMPIBroker*, const CMPIMsgFileHandle);
     CMPIString* (*getMessage2)(const CMPIBroker*, const char*, const CMPIMsgFileHandle, const char*,
                                CMPIStatus*, CMPICount, ...);
+#endif
+#if CMPI_VERSION >= CMPIVersion210
     CMPIPropertyList* (*newPropertyList)(const CMPIBroker*, const char**, CMPIStatus*);
     CMPIString* (*newStringCP)(const CMPIBroker*, const char*, const CMPICodepageID, CMPIStatus*);
     CMPIEnumerationFilter* (*newEnumerationFilter)(const CMPIBroker*, const char*, const char*, CMPIStatus*);
+#endif
 };
 
 /* Broker: operating system services. */
@@ -192,10 +206,12 @@ struct _CMPIBrokerExtFT {
     int (*condWait)(void*, void*);
     int (*timedCondWait)(void*, void*, struct timespec*);
     int (*signalCondition)(void*);
+#if CMPI_VERSION >= CMPIVersion210
     int (*destroyMutex2)(void*);
     int (*lockMutex2)(void*);
     int (*unlockMutex2)(void*);
     int (*destroyCondition2)(void*);
+#endif
 };
 
 /* Broker: requests to the object manager. */
@@ -234,6 +250,7 @@ struct _CMPIBrokerFT {
                               const CMPIValue*, CMPIType);
     CMPIData (*getProperty)(const CMPIBroker*, const CMPIContext*, const CMPIObjectPath*, const char*,
                             CMPIStatus*);
+#if CMPI_VERSION >= CMPIVersion210
     CMPIEnumeration* (*enumerateInstancesFiltered)(const CMPIBroker*, const CMPIContext*,
                                                    const CMPIObjectPath*, const char**, const char*,
                                                    const char*, CMPIStatus*);
@@ -243,6 +260,7 @@ struct _CMPIBrokerFT {
     CMPIEnumeration* (*referencesFiltered)(const CMPIBroker*, const CMPIContext*, const CMPIObjectPath*,
                                            const char*, const char*, const char**, const char*, const char*,
                                            CMPIStatus*);
+#endif
 };
 
 /* Broker: memory. */
@@ -304,19 +322,26 @@ struct _CMPIIndicationMIFT {
     CMPIStatus (*cleanup)(CMPIIndicationMI*, const CMPIContext*, CMPIBoolean);
     CMPIStatus (*authorizeFilter)(CMPIIndicationMI*, const CMPIContext*, const CMPISelectExp*, const char*,
                                   const CMPIObjectPath*, const char*);
+#if CMPI_VERSION >= CMPIVersion200
     CMPIStatus (*mustPoll)(CMPIIndicationMI*, const CMPIContext*, const CMPIResult*, const CMPISelectExp*,
                            const char*, const CMPIObjectPath*);
+#else
+    CMPIStatus (*mustPoll)(CMPIIndicationMI*, const CMPIContext*, const CMPISelectExp*, const char*,
+                           const CMPIObjectPath*);
+#endif
     CMPIStatus (*activateFilter)(CMPIIndicationMI*, const CMPIContext*, const CMPISelectExp*, const char*,
                                  const CMPIObjectPath*, CMPIBoolean);
     CMPIStatus (*deActivateFilter)(CMPIIndicationMI*, const CMPIContext*, const CMPISelectExp*, const char*,
                                    const CMPIObjectPath*, CMPIBoolean);
     CMPIStatus (*enableIndications)(CMPIIndicationMI*, const CMPIContext*);
     CMPIStatus (*disableIndications)(CMPIIndicationMI*, const CMPIContext*);
+#if CMPI_VERSION >= CMPIVersion210
     CMPIStatus (*authorizeFilterCollection)(CMPIIndicationMI*, const CMPIContext*, const CMPIInstance*);
     CMPIStatus (*activateFilterCollection)(CMPIIndicationMI*, const CMPIContext*, const CMPIInstance*,
                                            CMPIBoolean);
     CMPIStatus (*deActivateFilterCollection)(CMPIIndicationMI*, const CMPIContext*, const CMPIInstance*,
                                              CMPIBoolean);
+#endif
 };
 
 /* Instances. */
@@ -331,8 +356,10 @@ struct _CMPIInstanceFT {
     CMPIObjectPath* (*getObjectPath)(const CMPIInstance*, CMPIStatus*);
     CMPIStatus (*setPropertyFilter)(const CMPIInstance*, const char**, const char**);
     CMPIStatus (*setObjectPath)(const CMPIInstance*, const CMPIObjectPath*);
+#if CMPI_VERSION >= CMPIVersion200
     CMPIStatus (*setPropertyWithOrigin)(const CMPIInstance*, const char*, const CMPIValue*, const CMPIType,
                                         const char*);
+#endif
 };
 
 /* Instance provider. */
@@ -355,9 +382,11 @@ struct _CMPIInstanceMIFT {
                                  const CMPIObjectPath*);
     CMPIStatus (*execQuery)(CMPIInstanceMI*, const CMPIContext*, const CMPIResult*, const CMPIObjectPath*,
                             const char*, const char*);
+#if CMPI_VERSION >= CMPIVersion210
     CMPIStatus (*enumerateInstancesFiltered)(CMPIInstanceMI*, const CMPIContext*, const CMPIResult*,
                                              const CMPIObjectPath*, const char**, const char*, const char*,
                                              CMPIStatus*);
+#endif
 };
 
 /* Method provider. */
@@ -392,7 +421,9 @@ struct _CMPIObjectPathFT {
     CMPIData (*getMethodQualifier)(const CMPIObjectPath*, const char*, const char*, CMPIStatus*);
     CMPIData (*getParameterQualifier)(const CMPIObjectPath*, const char*, const char*, const char*,
                                       CMPIStatus*);
+#if CMPI_VERSION >= CMPIVersion210
     CMPIString* (*toString)(const CMPIObjectPath*, CMPIStatus*);
+#endif
 };
 
 /* Results of a request. */
@@ -404,7 +435,9 @@ struct _CMPIResultFT {
     CMPIStatus (*returnInstance)(const CMPIResult*, const CMPIInstance*);
     CMPIStatus (*returnObjectPath)(const CMPIResult*, const CMPIObjectPath*);
     CMPIStatus (*returnDone)(const CMPIResult*);
+#if CMPI_VERSION >= CMPIVersion200
     CMPIStatus (*returnError)(const CMPIResult*, const CMPIError*);
+#endif
 };
 
 /* Select expressions. */
@@ -425,7 +458,9 @@ struct _CMPIStringFT {
     CMPIStatus (*release)(CMPIString*);
     CMPIString* (*clone)(const CMPIString*, CMPIStatus*);
     const char* (*getCharPtr)(const CMPIString*, CMPIStatus*);
+#if CMPI_VERSION >= CMPIVersion210
     char* (*newCharsCP)(const CMPIString*, const CMPICodepageID, CMPIStatus*);
+#endif
 };
 
 #ifdef __cplusplus

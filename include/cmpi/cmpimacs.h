@@ -175,26 +175,34 @@
 #endif
 
 /* <name>_Create_<kind>MI: hands out the functions of `table`. `hook` runs when the object manager loads the
- * provider. */
+ * provider, and knows its arguments as brkr, ctx and rc. */
 #define CMPI_MI_FACTORY_(kind, table, name, broker, hook)                                                    \
-    CMPI_EXTERN_C CMPI##kind##MI* name##_Create_##kind##MI(const CMPIBroker* loader,                         \
-                                                           const CMPIContext* context, CMPIStatus* status);  \
-    CMPI_EXTERN_C CMPI##kind##MI* name##_Create_##kind##MI(const CMPIBroker* loader,                         \
-                                                           const CMPIContext* context, CMPIStatus* status) { \
+    CMPI_EXTERN_C CMPI##kind##MI* name##_Create_##kind##MI(const CMPIBroker* brkr, const CMPIContext* ctx,   \
+                                                           CMPIStatus* rc);                                  \
+    CMPI_EXTERN_C CMPI##kind##MI* name##_Create_##kind##MI(const CMPIBroker* brkr, const CMPIContext* ctx,   \
+                                                           CMPIStatus* rc) {                                 \
         static CMPI##kind##MI mi = {NULL, &table};                                                           \
-        (void)context;                                                                                       \
-        (void)status;                                                                                        \
-        broker = loader;                                                                                     \
+        (void)ctx;                                                                                           \
+        (void)rc;                                                                                            \
+        broker = brkr;                                                                                       \
         hook;                                                                                                \
         return &mi;                                                                                          \
     }
 
+/* The members that 2.1 appended. */
+#if CMPI_VERSION >= CMPIVersion210
+#define CMPI_NONE_ , NULL
+#else
+#define CMPI_NONE_
+#endif
+
 /* A provider `name` over functions <prefix>EnumInstances and so on. */
 #define CMInstanceMIStub(prefix, name, broker, hook)                                                         \
     static CMPIInstanceMIFT prefix##InstanceFunctions_ = {                                                   \
-        CMPICurrentVersion,        CMPICurrentVersion,     "instance" #name,    prefix##Cleanup,             \
-        prefix##EnumInstanceNames, prefix##EnumInstances,  prefix##GetInstance, prefix##CreateInstance,      \
-        prefix##ModifyInstance,    prefix##DeleteInstance, prefix##ExecQuery,   NULL};                       \
+        CMPICurrentVersion,     CMPICurrentVersion,          "instance" #name,                               \
+        prefix##Cleanup,        prefix##EnumInstanceNames,   prefix##EnumInstances,                          \
+        prefix##GetInstance,    prefix##CreateInstance,      prefix##ModifyInstance,                         \
+        prefix##DeleteInstance, prefix##ExecQuery CMPI_NONE_};                                               \
     CMPI_MI_FACTORY_(Instance, prefix##InstanceFunctions_, name, broker, hook)
 
 #define CMMethodMIStub(prefix, name, broker, hook)                                                           \
@@ -204,32 +212,20 @@
     CMPI_MI_FACTORY_(Method, prefix##MethodFunctions_, name, broker, hook)
 
 #define CMAssociationMIStub(prefix, name, broker, hook)                                                      \
-    static CMPIAssociationMIFT prefix##AssociationFunctions_ = {CMPICurrentVersion,                          \
-                                                                CMPICurrentVersion,                          \
-                                                                "association" #name,                         \
-                                                                prefix##AssociationCleanup,                  \
-                                                                prefix##Associators,                         \
-                                                                prefix##AssociatorNames,                     \
-                                                                prefix##References,                          \
-                                                                prefix##ReferenceNames,                      \
-                                                                NULL,                                        \
-                                                                NULL};                                       \
+    static CMPIAssociationMIFT prefix##AssociationFunctions_ = {                                             \
+        CMPICurrentVersion,  CMPICurrentVersion,                                                             \
+        "association" #name, prefix##AssociationCleanup,                                                     \
+        prefix##Associators, prefix##AssociatorNames,                                                        \
+        prefix##References,  prefix##ReferenceNames CMPI_NONE_ CMPI_NONE_};                                  \
     CMPI_MI_FACTORY_(Association, prefix##AssociationFunctions_, name, broker, hook)
 
 #define CMIndicationMIStub(prefix, name, broker, hook)                                                       \
-    static CMPIIndicationMIFT prefix##IndicationFunctions_ = {CMPICurrentVersion,                            \
-                                                              CMPICurrentVersion,                            \
-                                                              "indication" #name,                            \
-                                                              prefix##IndicationCleanup,                     \
-                                                              prefix##AuthorizeFilter,                       \
-                                                              prefix##MustPoll,                              \
-                                                              prefix##ActivateFilter,                        \
-                                                              prefix##DeActivateFilter,                      \
-                                                              prefix##EnableIndications,                     \
-                                                              prefix##DisableIndications,                    \
-                                                              NULL,                                          \
-                                                              NULL,                                          \
-                                                              NULL};                                         \
+    static CMPIIndicationMIFT prefix##IndicationFunctions_ = {                                               \
+        CMPICurrentVersion,        CMPICurrentVersion,                                                       \
+        "indication" #name,        prefix##IndicationCleanup,                                                \
+        prefix##AuthorizeFilter,   prefix##MustPoll,                                                         \
+        prefix##ActivateFilter,    prefix##DeActivateFilter,                                                 \
+        prefix##EnableIndications, prefix##DisableIndications CMPI_NONE_ CMPI_NONE_ CMPI_NONE_};             \
     CMPI_MI_FACTORY_(Indication, prefix##IndicationFunctions_, name, broker, hook)
 
 #define CMNoHook

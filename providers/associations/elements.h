@@ -1,12 +1,14 @@
 // The elements that associations are between: instances of the library's classes, and registered profiles.
 #pragma once
 
-#include "associations/cmpi_objects.h"
+#include "cmpi_objects.h"
 
 #include <string>
 #include <vector>
 
 namespace associations {
+
+using namespace objects;
 
 // What a request came with.
 struct Request {

@@ -72,19 +72,9 @@ Owned<CMPIInstance> pairInstance(const CMPIBroker* broker, const CMPIObjectPath*
 Owned<CMPIInstance> copyOf(const CMPIBroker* broker, const CMPIInstance* instance, const char** names) {
     const CMPIObjectPath* path = pathOf(instance);
     auto copy = makeInstance(broker, path);
-    CMPIStatus status{CMPI_RC_OK, nullptr};
-    const CMPICount count = CMGetPropertyCount(instance, &status);
-    require(status);
-    for (CMPICount i = 0; i < count; ++i) {
-        CMPIString* name = nullptr;
-        const CMPIData data = CMGetPropertyAt(instance, i, &name, &status);
-        require(status);
-        const std::string property = textOf(name);
-        if (!isWanted(property.c_str(), names) && !keyOf(path, property.c_str()))
-            continue;
-        const bool isNull = (data.state & CMPI_nullValue) != 0;
-        require(CMSetProperty(copy.get(), property.c_str(), isNull ? nullptr : &data.value, data.type));
-    }
+    for (const Property& property : propertiesOf(instance))
+        if (isWanted(property.name.c_str(), names) || keyOf(path, property.name.c_str()))
+            setProperty(copy.get(), property.name.c_str(), property.data);
     return copy;
 }
 

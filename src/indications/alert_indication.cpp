@@ -2,6 +2,7 @@
 #include "provider_helper/alert_delivery.h"
 #include "Utility/values/cmpi_ptr.h"
 
+#include <cstdlib>
 #include <cstring>
 
 namespace {
@@ -32,14 +33,27 @@ public:
         failed_ = failed_ || object == nullptr;
         set(name, &value, type);
     }
+    // A text that begins with a number. Brokers that know the class's type take the number only.
+    void severity(const CMPIBroker* broker, const char* name, const char* text) {
+        const ph::CmpiPtr<CMPIString> string(CMNewString(broker, text, nullptr));
+        object(name, &CMPIValue::string, CMPI_string, string);
+        if (string == nullptr || lastCode_ != CMPI_RC_ERR_TYPE_MISMATCH)
+            return;
+        failed_ = false;
+        number(name, std::atoi(text));
+    }
     bool failed() const { return failed_; }
 
 private:
     void set(const char* name, const CMPIValue* value, CMPIType type) {
-        failed_ = failed_ || CMSetProperty(instance_, name, value, type).rc != CMPI_RC_OK;
+        if (failed_)
+            return;
+        lastCode_ = CMSetProperty(instance_, name, value, type).rc;
+        failed_ = lastCode_ != CMPI_RC_OK;
     }
 
     CMPIInstance* instance_;
+    CMPIrc lastCode_ = CMPI_RC_OK;
     bool failed_ = false;
 };
 
@@ -62,8 +76,7 @@ int Set_AlertIndication_Properties(const CMPIBroker* broker, const CMPIContext* 
     properties.text("EventID", alert->EventID);
     properties.number("AlertingElementFormat", alert->AlertingElementFormat);
     properties.number("AlertType", alert->AlertType);
-    properties.object("PerceivedSeverity", &CMPIValue::string, CMPI_string,
-                      ph::CmpiPtr<CMPIString>(CMNewString(broker, alert->PerceivedSeverity, nullptr)));
+    properties.severity(broker, "PerceivedSeverity", alert->PerceivedSeverity);
     properties.text("SystemCreationClassName", alert->SystemCreationClassName);
     properties.text("SystemName", alert->SystemName);
     properties.text("OwningEntity", alert->OwningEntity);

@@ -4,6 +4,13 @@
 #include <gtest/gtest.h>
 #include <vector>
 
+// stub_provider.c
+extern "C" {
+extern const CMPIBroker* stubBroker;
+CMPIInstanceMI* Stub_Create_InstanceMI(const CMPIBroker*, const CMPIContext*, CMPIStatus*);
+CMPIMethodMI* Stub_Create_MethodMI(const CMPIBroker*, const CMPIContext*, CMPIStatus*);
+}
+
 namespace {
 
 struct Layout {
@@ -119,6 +126,19 @@ TEST(CmpiValues, haveTheStandardsCodes) {
         {CMPI_chars, 0x1700},    {CMPI_dateTime, 0x1800}, {CMPI_uint16A, 0x2090}, {CMPI_stringA, 0x3600}};
     for (const auto& [type, code] : codes)
         EXPECT_EQ(type, code);
+}
+
+TEST(Stubs, makeProvidersInC) {
+    const CMPIBroker broker{};
+    stubBroker = nullptr;
+    CMPIStatus status{CMPI_RC_OK, nullptr};
+    CMPIInstanceMI* const instances = Stub_Create_InstanceMI(&broker, nullptr, &status);
+    ASSERT_NE(instances, nullptr);
+    EXPECT_EQ(stubBroker, &broker);
+    EXPECT_EQ(status.rc, CMPI_RC_ERR_NOT_SUPPORTED) << "the hook runs last, and sees the arguments";
+    EXPECT_EQ(instances->ft->deleteInstance(instances, nullptr, nullptr, nullptr).rc,
+              CMPI_RC_ERR_NOT_SUPPORTED);
+    EXPECT_NE(Stub_Create_MethodMI(&broker, nullptr, nullptr), nullptr);
 }
 
 } // namespace

@@ -10,14 +10,26 @@ bool isDone(const broker::Reply& reply) {
     return reply.ok() && (reply.values.empty() || broker::toText(reply.values[0]) == "0");
 }
 
-std::vector<std::string> classNames() {
-    std::vector<std::string> names;
+std::vector<TestedClass> allClasses(bool strictly) {
+    std::vector<TestedClass> all;
     for (const ph::ClassFamily* family : ph::allClasses())
-        names.emplace_back(family->name);
-    return names;
+        all.push_back({family->name, strictly});
+    return all;
+}
+
+std::string nameOf(const testing::TestParamInfo<TestedClass>& test) {
+    return test.param.name.substr(4);
 }
 
 } // namespace
+
+std::optional<CMPIType> Conformance::declaredType(const std::string& className, std::string_view property) {
+    const schema::Class* const declared = schema::find(className);
+    if (declared == nullptr)
+        return CMPI_null;
+    const schema::Property* const found = declared->property(property);
+    return found != nullptr ? std::optional(found->type) : std::nullopt;
+}
 
 broker::Instance Conformance::first() const {
     const auto all = tested.instances();
@@ -103,5 +115,6 @@ std::vector<broker::Request> Conformance::requests() {
     return all;
 }
 
-INSTANTIATE_TEST_SUITE_P(Classes, Conformance, testing::ValuesIn(classNames()),
-                         [](const auto& test) { return test.param.substr(4); });
+INSTANTIATE_TEST_SUITE_P(Classes, Conformance, testing::ValuesIn(allClasses(false)), nameOf);
+INSTANTIATE_TEST_SUITE_P(Strictly, Conformance, testing::ValuesIn(allClasses(true)), nameOf);
+INSTANTIATE_TEST_SUITE_P(Classes, ConformanceFaults, testing::ValuesIn(allClasses(false)), nameOf);

@@ -27,7 +27,7 @@ bool isRead(const Request& request) {
            request.operation == Request::Operation::GetInstance;
 }
 
-TEST_P(Conformance, survivesPlatformCallsThatFail) {
+TEST_P(ConformanceFaults, survivesPlatformCallsThatFail) {
     for (const Request& request : requests()) {
         SCOPED_TRACE(toText(request));
         machine().restore();
@@ -49,7 +49,7 @@ TEST_P(Conformance, survivesPlatformCallsThatFail) {
     machine().restore();
 }
 
-TEST_P(Conformance, survivesAllocationsThatFail) {
+TEST_P(ConformanceFaults, survivesAllocationsThatFail) {
     for (const Request& request : requests()) {
         SCOPED_TRACE(toText(request));
         machine().restore();
@@ -73,7 +73,7 @@ TEST_P(Conformance, survivesAllocationsThatFail) {
     machine().restore();
 }
 
-TEST_P(Conformance, survivesBrokerCallsThatFail) {
+TEST_P(ConformanceFaults, survivesBrokerCallsThatFail) {
     for (const Request& request : requests()) {
         SCOPED_TRACE(toText(request));
         machine().restore();

@@ -94,13 +94,23 @@ public:
     void setRouter(Router router);
     void setIndicationHandler(IndicationHandler handler);
     void setLogHandler(LogHandler handler);
+    // Object managers differ in what they put up with. A strict broker
+    // - takes no chars as elements of an array of strings,
+    // - takes properties and keys only as the class declares them, by name and type,
+    // - gives a new instance no properties for its path's keys,
+    // - names all that was sent where ModifyInstance has no property list,
+    // - hands CreateInstance a path without keys.
+    // `declared` tells the type of a class's property: CMPI_null for any, nothing where there is no such one.
+    using DeclaredType =
+        std::function<std::optional<CMPIType>(const std::string& className, std::string_view property)>;
+    void beStrict(DeclaredType declared);
     // Whom requests come from: context entry CMPIPrincipal. Without one, or with "", the entry is missing.
     void setUser(std::string user);
 
     // Loads a module and creates what it has of an instance, a method and an association provider, and of an
     // indication provider when somebody subscribes: through <name>_Create_…MI, else _Generic_Create_…MI. It
     // serves these classes, or with none named every class that no module loaded before does. Throws
-    // LoadError.
+    // LoadError, for a module with both kinds of entry points too.
     void loadProvider(const std::string& file, const std::string& name,
                       std::vector<std::string> classes = {});
 

@@ -1,5 +1,6 @@
 // Native lists and tables as CMPI arrays.
 #include "provider_helper/utility.h"
+#include "Utility/values/cmpi_ptr.h"
 
 #include <cmpimacs.h>
 #include <cstring>
@@ -31,8 +32,16 @@ CMPIStatus setElement(CMPIArray* array, CMPICount index, Native native, CMPIType
     return CMSetArrayElementAt(array, index, &value, type);
 }
 
-CMPIStatus setText(CMPIArray* array, CMPICount index, const char* text) {
-    return CMSetArrayElementAt(array, index, reinterpret_cast<const CMPIValue*>(text), CMPI_chars);
+// Some brokers take no chars in an array of strings; they get the text as a string of theirs.
+CMPIStatus setText(const CMPIBroker* broker, CMPIArray* array, CMPICount index, const char* text) {
+    const CMPIStatus status =
+        CMSetArrayElementAt(array, index, reinterpret_cast<const CMPIValue*>(text), CMPI_chars);
+    if (status.rc != CMPI_RC_ERR_TYPE_MISMATCH)
+        return status;
+    const ph::CmpiPtr<CMPIString> string(CMNewString(broker, text, nullptr));
+    CMPIValue value{};
+    value.string = string.get();
+    return string != nullptr ? CMSetArrayElementAt(array, index, &value, CMPI_string) : status;
 }
 
 // PH_DupArray_*: all bits set end the list.
@@ -95,7 +104,8 @@ CMPIArray* Dup_const_string_Array(const CMPIBroker* broker, int count, const voi
     if (table == nullptr)
         return nullptr;
     return buildArray(broker, count, CMPI_string, [&](CMPIArray* array, CMPICount i) {
-        return setText(array, i, static_cast<const char*>(table) + static_cast<std::ptrdiff_t>(i) * stride);
+        return setText(broker, array, i,
+                       static_cast<const char*>(table) + static_cast<std::ptrdiff_t>(i) * stride);
     });
 }
 
@@ -116,7 +126,7 @@ CMPIArray* Dup_variable_string_Array(const CMPIBroker* broker, int count, char* 
     if (texts == nullptr)
         return nullptr;
     return buildArray(broker, count, CMPI_string,
-                      [&](CMPIArray* array, CMPICount i) { return setText(array, i, texts[i]); });
+                      [&](CMPIArray* array, CMPICount i) { return setText(broker, array, i, texts[i]); });
 }
 
 CMPIArray* PH_Dup_variable_string_Array(const CMPIBroker* broker, char* const* texts) {

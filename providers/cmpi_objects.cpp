@@ -1,6 +1,6 @@
-#include "associations/cmpi_objects.h"
+#include "cmpi_objects.h"
 
-namespace associations {
+namespace objects {
 namespace {
 
 CMPIValue numberValue(CMPIType type, std::uint64_t number) {
@@ -19,6 +19,10 @@ std::optional<CMPIData> present(const CMPIData& data, const CMPIStatus& status) 
         return std::nullopt;
     require(status);
     return (data.state & CMPI_notFound) == 0 ? std::optional(data) : std::nullopt;
+}
+
+const CMPIValue* valueOf(const CMPIData& data) {
+    return (data.state & CMPI_nullValue) != 0 ? nullptr : &data.value;
 }
 
 } // namespace
@@ -90,6 +94,27 @@ std::string propertyText(const CMPIInstance* instance, const char* name) {
 std::string keyText(const CMPIObjectPath* path, const char* name) {
     const auto data = keyOf(path, name);
     return data ? textOf(*data) : std::string();
+}
+
+std::vector<Property> propertiesOf(const CMPIInstance* instance) {
+    CMPIStatus status{CMPI_RC_OK, nullptr};
+    std::vector<Property> properties(CMGetPropertyCount(instance, &status));
+    require(status);
+    for (CMPICount i = 0; i < properties.size(); ++i) {
+        CMPIString* name = nullptr;
+        properties[i].data = CMGetPropertyAt(instance, i, &name, &status);
+        require(status);
+        properties[i].name = textOf(name);
+    }
+    return properties;
+}
+
+void setProperty(const CMPIInstance* instance, const char* name, const CMPIData& data) {
+    require(CMSetProperty(instance, name, valueOf(data), data.type));
+}
+
+void addKey(CMPIObjectPath* path, const char* name, const CMPIData& data) {
+    require(CMAddKey(path, name, valueOf(data), data.type));
 }
 
 std::string classNameOf(const CMPIObjectPath* path) {
@@ -174,4 +199,4 @@ bool haveSameKeys(const CMPIObjectPath* left, const CMPIObjectPath* right) {
     return true;
 }
 
-} // namespace associations
+} // namespace objects

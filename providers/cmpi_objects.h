@@ -1,4 +1,4 @@
-// CMPI objects and values as the engine works on them.
+// CMPI objects and values as C++ works on them.
 #pragma once
 
 #include <cmpimacs.h>
@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace associations {
+namespace objects {
 
 // Why a request ends without an answer.
 class Failure : public std::runtime_error {
@@ -52,6 +52,13 @@ std::optional<CMPIData> keyOf(const CMPIObjectPath* path, const char* name);
 std::string propertyText(const CMPIInstance* instance, const char* name);
 std::string keyText(const CMPIObjectPath* path, const char* name);
 CMPICount keyCount(const CMPIObjectPath* path);
+struct Property {
+    std::string name;
+    CMPIData data; // goes with the instance
+};
+std::vector<Property> propertiesOf(const CMPIInstance* instance);
+void setProperty(const CMPIInstance* instance, const char* name, const CMPIData& data);
+void addKey(CMPIObjectPath* path, const char* name, const CMPIData& data);
 std::string classNameOf(const CMPIObjectPath* path);
 std::string nameSpaceOf(const CMPIObjectPath* path);
 CMPICount sizeOf(const CMPIArray* array);
@@ -70,4 +77,4 @@ void setNumbers(const CMPIBroker* broker, const CMPIInstance* instance, const ch
 // not compared.
 bool haveSameKeys(const CMPIObjectPath* left, const CMPIObjectPath* right);
 
-} // namespace associations
+} // namespace objects
