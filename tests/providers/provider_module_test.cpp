@@ -34,9 +34,11 @@ unsigned int sleep(unsigned int) {
 namespace {
 
 using broker::Broker;
+using broker::Instance;
 using broker::ObjectPath;
 using broker::Reply;
 using broker::Request;
+using testing::SizeIs;
 
 class ProviderModule : public SysrootFixture {
 protected:
