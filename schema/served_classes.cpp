@@ -88,11 +88,11 @@ std::vector<DeclaredClass> describeServed() {
     for (const associations::AssociationClass* association : associations::allAssociations())
         all.push_back(describe(*association));
     all.push_back(describeProfiles());
-    // The indication provider delivers it; nobody asks for its instances.
+    // The indication provider delivers it, in whichever namespace takes it; nobody asks for its instances.
     all.push_back({.name = "CIM_AlertIndication",
                    .superclass = "CIM_ProcessIndication",
                    .isIndication = true,
-                   .nameSpaces = nameSpacesOf(Placement::Interop)});
+                   .nameSpaces = nameSpacesOf(Placement::Both)});
     return all;
 }
 

@@ -12,7 +12,7 @@ namespace associations {
 // Where a class is served: with the elements that are managed, in the interop namespace, or in both.
 enum class Placement { Implementation, Interop, Both };
 inline constexpr const char* implementationNameSpace = "root/cimv2"; // where the request itself says no other
-inline constexpr const char* interopNameSpace = "root/interop";
+inline constexpr const char* interopNameSpace = PH_INTEROP_NAMESPACE;
 
 struct Declaration {
     const char* name;

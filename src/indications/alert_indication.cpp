@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr const char* nameSpace = "root/interop";
+constexpr const char* nameSpace = PH_INTEROP_NAMESPACE;
 constexpr const char* className = "CIM_AlertIndication";
 
 // Sets the properties of an instance until one cannot be set.

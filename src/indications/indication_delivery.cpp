@@ -22,7 +22,7 @@ struct RetryPolicy {
 RetryPolicy readRetryPolicy(const CMPIBroker* broker, const CMPIContext* context) {
     RetryPolicy policy;
     const ph::CmpiPtr<CMPIObjectPath> path(
-        CMNewObjectPath(broker, "root/interop", "CIM_IndicationService", nullptr));
+        CMNewObjectPath(broker, PH_INTEROP_NAMESPACE, "CIM_IndicationService", nullptr));
     if (path == nullptr)
         return {};
     const ph::CmpiPtr<CMPIEnumeration> services(
@@ -63,7 +63,7 @@ private:
 
 int Deliver_SEL_Indication(const CMPIBroker* broker, const CMPIContext* context,
                            const CMPIInstance* instance) {
-    const CMPIStatus status = CBDeliverIndication(broker, context, "root/interop", instance);
+    const CMPIStatus status = CBDeliverIndication(broker, context, PH_INTEROP_NAMESPACE, instance);
     return status.rc == CMPI_RC_OK ? 0 : RetryDeliverIndication(broker, context, instance);
 }
 

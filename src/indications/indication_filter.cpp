@@ -276,7 +276,7 @@ constexpr ph::ClassDefinition<Record> definition{.name = className,
 } // namespace
 
 int PH_Fill_IndicationFilter(const char* query, Record* record) {
-    ph::copyText(record->SourceNamespace, "root/interop");
+    ph::copyText(record->SourceNamespace, PH_INTEROP_NAMESPACE);
     ph::copyText(record->QueryLanguage, "WQL");
     ph::copyText(record->Query, query);
     record->IndividualSubscriptionSupported = true;
