@@ -9,27 +9,28 @@ set(packageDir ${CMAKE_INSTALL_LIBDIR}/cmake/ProviderHelper)
 set(moduleDir ${CMAKE_INSTALL_LIBDIR}/cmpi)
 set(dataDir ${CMAKE_INSTALL_DATADIR}/provider-helper)
 
-# ph_install(<folder> <targets>…): targets that find the project's libraries from where they are, wherever that is.
+# ph_install(<folder> <targets>…): targets that find the project's libraries from where they are, wherever that is, or
+# if only they were moved, from where the build was to be installed.
 function(ph_install folder)
     file(RELATIVE_PATH toLibraries /${folder} /${CMAKE_INSTALL_LIBDIR})
     foreach(target ${ARGN})
         if(TARGET ${target})
-            set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN/${toLibraries}")
+            set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN/${toLibraries}:${CMAKE_INSTALL_FULL_LIBDIR}")
             install(TARGETS ${target} RUNTIME DESTINATION ${folder} LIBRARY DESTINATION ${folder})
         endif()
     endforeach()
 endfunction()
 
-ph_install(${CMAKE_INSTALL_LIBDIR} ProviderHelper phipmi phipmi-freeipmi ph_virtual_bmc CIMAPIHooks CIMTRZHooks CIMOEMHooks smashdb phsupport
-           EventLogDes smtp smtp_client interop_provider)
+ph_install(${CMAKE_INSTALL_LIBDIR} ProviderHelper phipmi phipmi-freeipmi ph_virtual_bmc CIMAPIHooks CIMTRZHooks
+           CIMOEMHooks smashdb phsupport EventLogDes smtp smtp_client interop_provider)
 ph_install(${moduleDir} ProviderHelperProviders)
 ph_install(${CMAKE_INSTALL_BINDIR} phctl)
+install(PROGRAMS tools/deploy-check TYPE BIN)
 
 # The model of the sample server, for `phctl bmc create`.
 install(DIRECTORY platform/virtual-bmc/models DESTINATION ${dataDir} OPTIONAL)
 # What registers the classes and the provider module with an object manager.
-install(DIRECTORY ${CMAKE_BINARY_DIR}/schema/ DESTINATION ${dataDir}/schema
-        FILES_MATCHING PATTERN *.mof PATTERN *.reg PATTERN classes.json)
+install(DIRECTORY ${CMAKE_BINARY_DIR}/share/provider-helper/schema DESTINATION ${dataDir})
 
 install(DIRECTORY include/provider_helper include/platform DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 if(PH_CMPI_INCLUDE_DIR)
