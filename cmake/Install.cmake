@@ -9,34 +9,59 @@ set(packageDir ${CMAKE_INSTALL_LIBDIR}/cmake/ProviderHelper)
 set(moduleDir ${CMAKE_INSTALL_LIBDIR}/cmpi)
 set(dataDir ${CMAKE_INSTALL_DATADIR}/provider-helper)
 
-# ph_install(<folder> <targets>…): targets that find the project's libraries from where they are, wherever that is, or
+# ph_install(<component> <folder> <targets>…): targets that find the project's libraries from where they are, wherever that is, or
 # if only they were moved, from where the build was to be installed.
-function(ph_install folder)
+function(ph_install component folder)
     file(RELATIVE_PATH toLibraries /${folder} /${CMAKE_INSTALL_LIBDIR})
     foreach(target ${ARGN})
         if(TARGET ${target})
             set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN/${toLibraries}:${CMAKE_INSTALL_FULL_LIBDIR}")
-            install(TARGETS ${target} RUNTIME DESTINATION ${folder} LIBRARY DESTINATION ${folder})
+            install(TARGETS ${target} COMPONENT ${component} RUNTIME DESTINATION ${folder}
+                    LIBRARY DESTINATION ${folder} NAMELINK_COMPONENT dev)
         endif()
     endforeach()
 endfunction()
 
-ph_install(${CMAKE_INSTALL_LIBDIR} ProviderHelper phipmi phipmi-freeipmi ph_virtual_bmc CIMAPIHooks CIMTRZHooks
-           CIMOEMHooks smashdb phsupport EventLogDes smtp smtp_client interop_provider)
-ph_install(${moduleDir} ProviderHelperProviders)
-ph_install(${CMAKE_INSTALL_BINDIR} phctl)
-install(PROGRAMS tools/deploy-check TYPE BIN)
+ph_install(library ${CMAKE_INSTALL_LIBDIR} ProviderHelper)
+ph_install(platform ${CMAKE_INSTALL_LIBDIR} phipmi phipmi-freeipmi ph_virtual_bmc CIMAPIHooks CIMTRZHooks CIMOEMHooks
+           smashdb phsupport EventLogDes smtp smtp_client interop_provider)
+ph_install(providers ${moduleDir} ProviderHelperProviders)
+ph_install(phctl ${CMAKE_INSTALL_BINDIR} phctl)
+install(PROGRAMS tools/deploy-check TYPE BIN COMPONENT providers)
 
 # The model of the sample server, for `phctl bmc create`.
-install(DIRECTORY platform/virtual-bmc/models DESTINATION ${dataDir} OPTIONAL)
+install(DIRECTORY platform/virtual-bmc/models DESTINATION ${dataDir} COMPONENT phctl)
 # What registers the classes and the provider module with an object manager.
-install(DIRECTORY ${CMAKE_BINARY_DIR}/share/provider-helper/schema DESTINATION ${dataDir})
+install(DIRECTORY ${CMAKE_BINARY_DIR}/share/provider-helper/schema DESTINATION ${dataDir} COMPONENT providers)
 
-install(DIRECTORY include/provider_helper include/platform DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+# Manual pages, that of phctl made of what it says of itself, and its completion for bash. A program for another
+# machine does not run here.
+set(manualPages ${CMAKE_BINARY_DIR}/man)
+set(compressed ${manualPages}/deploy-check.1.gz)
+file(MAKE_DIRECTORY ${manualPages})
+add_custom_command(OUTPUT ${manualPages}/deploy-check.1.gz DEPENDS tools/deploy-check.1 VERBATIM
+                   COMMAND gzip -9nc ${PROJECT_SOURCE_DIR}/tools/deploy-check.1 > ${manualPages}/deploy-check.1.gz)
+install(FILES ${manualPages}/deploy-check.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT providers)
+if(NOT CMAKE_CROSSCOMPILING)
+    list(APPEND compressed ${manualPages}/phctl.1.gz)
+    add_custom_command(OUTPUT ${manualPages}/phctl.1.gz DEPENDS phctl tools/phctl/doc/man-page VERBATIM
+                       COMMAND ${PROJECT_SOURCE_DIR}/tools/phctl/doc/man-page $<TARGET_FILE:phctl> ${PROJECT_VERSION}
+                               > ${manualPages}/phctl.1
+                       COMMAND gzip -9nkf ${manualPages}/phctl.1)
+    install(FILES ${manualPages}/phctl.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT phctl)
+endif()
+add_custom_target(manual_pages ALL DEPENDS ${compressed})
+install(FILES tools/phctl/doc/completion.bash RENAME phctl COMPONENT phctl
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+configure_file(cmake/packages/provider-helper-server.service.in provider-helper-server.service @ONLY)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/provider-helper-server.service COMPONENT phctl
+        DESTINATION ${CMAKE_INSTALL_PREFIX}/lib/systemd/system)
+
+install(DIRECTORY include/provider_helper include/platform DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT dev)
 if(PH_CMPI_INCLUDE_DIR)
     set(cmpiIncludeDir ${PH_CMPI_INCLUDE_DIR}) # its owner installs it
 else()
-    install(DIRECTORY include/cmpi DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+    install(DIRECTORY include/cmpi DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT dev)
     set(cmpiIncludeDir ${CMAKE_INSTALL_INCLUDEDIR}/cmpi)
 endif()
 
@@ -45,7 +70,7 @@ configure_package_config_file(cmake/ProviderHelperConfig.cmake.in ProviderHelper
                               PATH_VARS CMAKE_INSTALL_INCLUDEDIR CMAKE_INSTALL_LIBDIR cmpiIncludeDir)
 write_basic_package_version_file(ProviderHelperConfigVersion.cmake COMPATIBILITY SameMinorVersion)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/ProviderHelperConfig.cmake
-              ${CMAKE_CURRENT_BINARY_DIR}/ProviderHelperConfigVersion.cmake DESTINATION ${packageDir})
+              ${CMAKE_CURRENT_BINARY_DIR}/ProviderHelperConfigVersion.cmake DESTINATION ${packageDir} COMPONENT dev)
 
 # The prefix is taken from where the file lies, so that `cmake --install --prefix` and a moved tree both work.
 file(RELATIVE_PATH pcToPrefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
@@ -55,4 +80,4 @@ else()
     set(pcCmpiIncludeDir "\${prefix}/${cmpiIncludeDir}")
 endif()
 configure_file(cmake/provider-helper.pc.in provider-helper.pc @ONLY)
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/provider-helper.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/provider-helper.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT dev)

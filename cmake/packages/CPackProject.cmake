@@ -1,0 +1,2 @@
+# Read by cpack.
+set(SHLIBDEPS_EXECUTABLE ${CPACK_PH_SHLIBDEPS})
