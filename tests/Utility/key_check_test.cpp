@@ -11,12 +11,7 @@ constexpr const char* expectedNames[] = {"CreationClassName", "Name"};
 
 const broker::NamedValue creation{"CreationClassName", text("c")};
 
-const struct {
-    const char* what;
-    NamedValues keys;
-    CMPIrc code;
-    const char* message;
-} refusals[] = {
+const std::tuple<const char*, NamedValues, CMPIrc, const char*> refusals[] = {
     {"one of two", {{"Name", text("a")}}, CMPI_RC_ERR_FAILED, "Key Property Missing"},
     {"none", {}, CMPI_RC_ERR_FAILED, "Key Property Missing"},
     {"boolean", {{"Name", {CMPI_boolean, true}}, creation}, CMPI_RC_ERR_TYPE_MISMATCH, "Invalid Data Type"},
@@ -57,11 +52,11 @@ protected:
 };
 
 TEST_F(KeyCheck, refusesWithCodeAndText) {
-    for (const auto& row : refusals) {
-        SCOPED_TRACE(row.what);
-        EXPECT_EQ(check(row.keys), -1);
-        EXPECT_EQ(status.rc, row.code);
-        EXPECT_EQ(broker::toString(status.msg), row.message);
+    for (const auto& [what, keys, code, message] : refusals) {
+        SCOPED_TRACE(what);
+        EXPECT_EQ(check(keys), -1);
+        EXPECT_EQ(status.rc, code);
+        EXPECT_EQ(broker::toString(status.msg), message);
     }
 }
 

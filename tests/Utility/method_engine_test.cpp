@@ -123,18 +123,14 @@ TEST_F(MethodEngine, refusalsHaveAValueWhereTheMethodSaysSo) {
 }
 
 TEST_F(MethodEngine, closesTheResultOnceWhereTheClassDoes) {
-    const struct {
-        Closes closes;
-        const char* method;
-        unsigned times;
-    } cases[] = {
+    const std::tuple<Closes, const char*, unsigned> cases[] = {
         {Closes::Never, "Start", 0},  {Closes::WhenDone, "Start", 1}, {Closes::WhenDone, "Fail", 0},
         {Closes::Always, "Start", 1}, {Closes::Always, "Refuse", 1},  {Closes::Always, "None", 1},
     };
-    for (const auto& each : cases) {
+    for (const auto& [closes, method, times] : cases) {
         broker.resetCalls();
-        invoke({.closes = each.closes}, each.method, one);
-        EXPECT_EQ(broker.calls("returnDone"), each.times) << each.method;
+        invoke({.closes = closes}, method, one);
+        EXPECT_EQ(broker.calls("returnDone"), times) << method;
     }
 }
 

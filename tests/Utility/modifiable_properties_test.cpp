@@ -54,21 +54,18 @@ protected:
 TEST_F(ModifiableProperties, everythingThatDiffersIsTaken) {
     const Value list = arrayOf(CMPI_uint16, {number(1), number(2)});
     const Value other = arrayOf(CMPI_uint16, {number(1), number(3)});
-    const struct {
-        Value modified, current;
-        bool changed;
-    } cases[] = {
+    const std::tuple<Value, Value, bool> cases[] = {
         {text("a"), text("a"), false}, {text("a"), text("b"), true}, {null(CMPI_string), text("a"), true},
         {list, list, false},           {list, other, true},
     };
     allow("P");
-    for (const auto& row : cases) {
-        SCOPED_TRACE(toText(row.modified) + " instead of " + toText(row.current));
-        const Outcome outcome = check({{"P", row.modified}}, {{"P", row.current}});
+    for (const auto& [modified, current, changed] : cases) {
+        SCOPED_TRACE(toText(modified) + " instead of " + toText(current));
+        const Outcome outcome = check({{"P", modified}}, {{"P", current}});
         EXPECT_EQ(outcome.code, 0);
         EXPECT_EQ(outcome.refused, "");
-        if (row.changed)
-            EXPECT_THAT(outcome.rows, ElementsAre("P=" + toText(row.modified)));
+        if (changed)
+            EXPECT_THAT(outcome.rows, ElementsAre("P=" + toText(modified)));
         else
             EXPECT_THAT(outcome.rows, IsEmpty());
     }

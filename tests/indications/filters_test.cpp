@@ -151,12 +151,7 @@ TEST_F(Filters, whatCannotBeCreatedIsRefusedWithItsReason) {
     // One character more than the rows have room for.
     const std::string longName = std::string(cimxmlName) + std::string(256 - std::strlen(cimxmlName), '0');
     const std::string longQuery = std::string(critical) + std::string(512 - std::strlen(critical), ' ');
-    const struct {
-        const char* name;
-        const char* query;
-        int code;
-        const char* message;
-    } cases[] = {
+    const std::tuple<const char*, const char*, int, const char*> cases[] = {
         {"IndicationFilter", critical, 4, invalidFormat},
         {"IndicationFilter:", critical, 4, invalidFormat},
         {"IndicationFilter:IPMIPEF", critical, 4, invalidFormat},
@@ -177,9 +172,9 @@ TEST_F(Filters, whatCannotBeCreatedIsRefusedWithItsReason) {
         {longName.c_str(), critical, 1, "CreateInstance Failed \n"},
         {"IndicationFilter:CIMXML-1", longQuery.c_str(), 1, "CreateInstance Failed \n"},
     };
-    for (const auto& expected : cases) {
-        SCOPED_TRACE(expected.name);
-        EXPECT_THAT(create(filter(expected.name, expected.query)), Refuses(expected.code, expected.message));
+    for (const auto& [name, query, code, message] : cases) {
+        SCOPED_TRACE(name);
+        EXPECT_THAT(create(filter(name, query)), Refuses(code, message));
     }
     EXPECT_THAT(names(filterClass), ElementsAre("IndicationFilter:IPMIPEF-1-3"));
 

@@ -54,12 +54,7 @@ constexpr const char* done = "0, job 7";
 constexpr const char* failed = "2, job 10";
 
 TEST_F(PeerPower, isSwitchedByThePowerService) {
-    struct {
-        int state;
-        const char* outcome;
-        const char* told;
-        const char* power;
-    } const cases[] = {
+    const std::tuple<int, const char*, const char*, const char*> cases[] = {
         {6, done, "set power 0\n", off},
         {2, done, "set power 1\n", on},
         {10, done, "set reset 1\n", on},
@@ -68,11 +63,11 @@ TEST_F(PeerPower, isSwitchedByThePowerService) {
         {11, failed, "", on}, // the simulator knows no diagnostic interrupt
     };
     EXPECT_THAT(ipmitool("chassis status"), HasSubstr(on));
-    for (const auto& change : cases) {
-        SCOPED_TRACE(change.state);
-        EXPECT_EQ(requestPower(change.state), change.outcome);
-        EXPECT_EQ(told(), change.told);
-        EXPECT_THAT(ipmitool("chassis status"), HasSubstr(change.power));
+    for (const auto& [state, outcome, words, power] : cases) {
+        SCOPED_TRACE(state);
+        EXPECT_EQ(requestPower(state), outcome);
+        EXPECT_EQ(told(), words);
+        EXPECT_THAT(ipmitool("chassis status"), HasSubstr(power));
     }
 }
 

@@ -13,10 +13,7 @@ const SensorLabels sensors = {{{0x20, 0, 0x30}, {"CPU1 Temp", 0x01}},
                               {{0x20, 0, 0x41}, {"PSU1 Status", 0x08}}};
 
 TEST(EventText, tellsTimeSensorAndEvent) {
-    const struct {
-        Record record;
-        const char *time, *sensor, *event, *state;
-    } cases[] = {
+    const std::tuple<Record, const char*, const char*, const char*, const char*> cases[] = {
         {{0, 0, 0x02, 0x70, 0x2A, 0x36, 0x66, 0x20, 0, 4, 0x01, 0x30, 0x01, 0x59, 125, 120},
          "2024-05-04 12:30:40",
          "CPU1 Temp",
@@ -49,12 +46,12 @@ TEST(EventText, tellsTimeSensorAndEvent) {
          "OEM record E0h: 70 2A 36 66 01 02 03 04 05 06 07 08 09",
          "-"},
     };
-    for (const auto& item : cases) {
-        const auto text = phctl::describeRecord(item.record, sensors);
-        EXPECT_EQ(text.time, item.time);
-        EXPECT_EQ(text.sensor, item.sensor);
-        EXPECT_EQ(text.event, item.event);
-        EXPECT_EQ(text.state(), item.state);
+    for (const auto& [record, time, sensor, event, state] : cases) {
+        const auto text = phctl::describeRecord(record, sensors);
+        EXPECT_EQ(text.time, time);
+        EXPECT_EQ(text.sensor, sensor);
+        EXPECT_EQ(text.event, event);
+        EXPECT_EQ(text.state(), state);
     }
 }
 

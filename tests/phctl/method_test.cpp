@@ -24,19 +24,15 @@ Outcome start(const std::string& method, const std::string& polls, const std::st
 }
 
 TEST_F(Methods, aJobIsFollowedToItsEnd) {
-    const struct {
-        const char* method;
-        const char* end;
-        int status;
-    } cases[] = {{"Start", "7", 0}, {"Start", "10", 1}, {"Start", "8", 1}, {"Refuse", "7", 1}};
-    for (const auto& each : cases) {
-        const Outcome outcome = start(each.method, "2", each.end, {"--wait"});
-        EXPECT_EQ(outcome.status, each.status) << each.method << ' ' << each.end << outcome.err;
-        const std::string end = each.end;
-        const std::string path = "root/cimv2:CIM_ConcreteJob.InstanceID=\"2:" + end + '"';
+    const std::tuple<const char*, const char*, int> cases[] = {
+        {"Start", "7", 0}, {"Start", "10", 1}, {"Start", "8", 1}, {"Refuse", "7", 1}};
+    for (const auto& [method, end, status] : cases) {
+        const Outcome outcome = start(method, "2", end, {"--wait"});
+        EXPECT_EQ(outcome.status, status) << method << ' ' << end << outcome.err;
+        const std::string path = std::string("root/cimv2:CIM_ConcreteJob.InstanceID=\"2:") + end + '"';
         EXPECT_THAT(outcome.out,
                     AllOf(HasSubstr("\nJob = " + path + '\n'), HasSubstr('\n' + path + "\n  InstanceID"),
-                          testing::EndsWith("\n  JobState   = " + end + '\n')));
+                          testing::EndsWith(std::string("\n  JobState   = ") + end + '\n')));
     }
     const auto json = start("Start", "1", "7", {"--wait", "--json"}).json();
     EXPECT_EQ(json["returnValue"], 4096);

@@ -113,10 +113,7 @@ TEST_F(Requests, faultsStrikeUntilTheyAreCleared) {
 
 TEST_F(Requests, refusalsNameStatusAndReason) {
     const auto host = lines(succeed({"ein", "CIM_HostComputerSystem"}).out).at(0);
-    const struct {
-        std::vector<std::string> arguments;
-        const char* error;
-    } cases[] = {
+    const std::tuple<std::vector<std::string>, const char*> cases[] = {
         {{"mi", host, "EnabledState=3"}, "phctl: CMPI_RC_ERR_NOT_SUPPORTED (7): SetInstance not supported\n"},
         {{"mi", host, "EnabldState=3"},
          "phctl: CMPI_RC_ERR_NOT_SUPPORTED (7): SetInstance not supported (CIM_HostComputerSystem has no "
@@ -130,8 +127,8 @@ TEST_F(Requests, refusalsNameStatusAndReason) {
          "phctl: CMPI_RC_ERR_INVALID_CLASS (5): This provider does not serve the class; did you mean "
          "CIM_Sensor?\n"},
     };
-    for (const auto& each : cases)
-        EXPECT_EQ(fail(each.arguments, 1), each.error);
+    for (const auto& [arguments, error] : cases)
+        EXPECT_EQ(fail(arguments, 1), error);
     EXPECT_THAT(fail({"gi", "CIM_HostComputerSystem.Name=\"o'brien\""}, 1),
                 StartsWith("phctl: CMPI_RC_ERR_FAILED (1): Failed to Get Instance"));
 }

@@ -68,13 +68,7 @@ Value parse(CMPIType type, const std::vector<std::string>& texts) {
 }
 
 TEST(Arguments, integersAreTakenUpToTheirTypesLimits) {
-    const struct {
-        CMPIType type;
-        const char* lowest;
-        const char* highest;
-        const char* tooLow;
-        const char* tooHigh;
-    } cases[] = {
+    const std::tuple<CMPIType, const char*, const char*, const char*, const char*> cases[] = {
         {CMPI_uint8, "0", "255", "-1", "256"},
         {CMPI_uint16, "0", "65535", "-1", "65536"},
         {CMPI_uint32, "0", "4294967295", "-1", "4294967296"},
@@ -85,13 +79,13 @@ TEST(Arguments, integersAreTakenUpToTheirTypesLimits) {
         {CMPI_sint64, "-9223372036854775808", "9223372036854775807", "-9223372036854775809",
          "9223372036854775808"},
     };
-    for (const auto& each : cases) {
-        SCOPED_TRACE(broker::typeName(each.type));
-        EXPECT_EQ(broker::toText(parse(each.type, {each.lowest})), each.lowest);
-        EXPECT_EQ(broker::toText(parse(each.type, {each.highest})), each.highest);
-        EXPECT_EQ(parse(each.type, {each.highest}).type, each.type);
-        for (const char* wrong : {each.tooLow, each.tooHigh, "", "1 ", "1.5", "one"})
-            EXPECT_THROW(parse(each.type, {wrong}), UsageError) << wrong;
+    for (const auto& [type, lowest, highest, tooLow, tooHigh] : cases) {
+        SCOPED_TRACE(broker::typeName(type));
+        EXPECT_EQ(broker::toText(parse(type, {lowest})), lowest);
+        EXPECT_EQ(broker::toText(parse(type, {highest})), highest);
+        EXPECT_EQ(parse(type, {highest}).type, type);
+        for (const char* wrong : {tooLow, tooHigh, "", "1 ", "1.5", "one"})
+            EXPECT_THROW(parse(type, {wrong}), UsageError) << wrong;
     }
     EXPECT_EQ(broker::toText(parse(CMPI_uint16, {"0xFF"})), "255");
 }

@@ -25,12 +25,7 @@ protected:
 };
 
 TEST_F(ClpDaemon, isFoundInTheProcessList) {
-    const struct {
-        const char* what;
-        std::string processes;
-        int daemon;
-        int client;
-    } cases[] = {
+    const std::tuple<const char*, std::string, int, int> cases[] = {
         {"both", daemonAndClient, 0, 0},
         {"the daemon", daemonOnly, 0, -1},
         {"searching for it", unrelated, -1, -1},
@@ -40,10 +35,10 @@ TEST_F(ClpDaemon, isFoundInTheProcessList) {
         {"across two pieces", std::string(58, ' ') + "smashclpd" + " --verbose\n", -1, -1},
         {"nothing", "", -1, -1},
     };
-    for (const auto& item : cases) {
-        write("/processes", item.processes);
-        EXPECT_EQ(PH_IsSmashclpdRunning(), item.daemon) << item.what;
-        EXPECT_EQ(PH_IsSmashclpRunning(), item.client) << item.what;
+    for (const auto& [what, processes, daemon, client] : cases) {
+        write("/processes", processes);
+        EXPECT_EQ(PH_IsSmashclpdRunning(), daemon) << what;
+        EXPECT_EQ(PH_IsSmashclpRunning(), client) << what;
     }
 }
 

@@ -198,10 +198,7 @@ TEST_F(Mapping, namesSensorsWithoutAnIdStringByTheirNumber) {
 }
 
 TEST_F(Mapping, leavesOutWhatItCannotServe) {
-    const struct {
-        SdrBuilder sdr;
-        const char* reason;
-    } cases[] = {
+    const std::tuple<SdrBuilder, const char*> cases[] = {
         {SdrBuilder::full(temperature, threshold, "T").set(6, {0x41}), "controller 41h, LUN 0"},
         {SdrBuilder::compact(temperature, severity, "T").set(7, {0x01}), "controller 20h, LUN 1"},
         {SdrBuilder::full(temperature, threshold, "T").set(3, {0x51, 0x03}), "only sends events"},
@@ -215,13 +212,13 @@ TEST_F(Mapping, leavesOutWhatItCannotServe) {
         {SdrBuilder::fruLocator(1, 7, 1).set(8, {0x00}), "FRU device"},
         {SdrBuilder::fruLocator(1, 7, 1).resize(12), "ends before"},
     };
-    for (const auto& item : cases) {
+    for (const auto& [sdr, reason] : cases) {
         remarks.clear();
-        add(item.sdr, 0x0042);
-        EXPECT_THAT(reasons(), HasSubstr("SDR record 0x0042: ")) << item.reason;
-        EXPECT_THAT(reasons(), HasSubstr(item.reason));
-        EXPECT_THAT(deviceIds(), IsEmpty()) << item.reason;
-        EXPECT_THAT(mapping.fruLocators, IsEmpty()) << item.reason;
+        add(sdr, 0x0042);
+        EXPECT_THAT(reasons(), HasSubstr("SDR record 0x0042: ")) << reason;
+        EXPECT_THAT(reasons(), HasSubstr(reason));
+        EXPECT_THAT(deviceIds(), IsEmpty()) << reason;
+        EXPECT_THAT(mapping.fruLocators, IsEmpty()) << reason;
     }
 }
 

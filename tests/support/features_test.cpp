@@ -25,22 +25,15 @@ TEST_F(Features, readsItsThreeSections) {
     EXPECT_EQ(coreWord(2), 0u) << "no number";
     EXPECT_EQ(coreWord(0), 0u) << "not named";
 
-    const struct {
-        const char* name;
-        int expected;
-    } switches[] = {{"CONFIG_ON", 1},    {"CONFIG_OFF", 0}, {"CONFIG_EMPTY", 0},
-                    {"CONFIG_OTHER", 0}, {"", 0},           {nullptr, 0}};
-    for (const auto& item : switches)
-        EXPECT_EQ(IsFeatureEnabled(item.name), item.expected) << (item.name != nullptr ? item.name : "NULL");
+    const std::tuple<const char*, int> switches[] = {
+        {"CONFIG_ON", 1}, {"CONFIG_OFF", 0}, {"CONFIG_EMPTY", 0}, {"CONFIG_OTHER", 0}, {"", 0}, {nullptr, 0}};
+    for (const auto& [name, expected] : switches)
+        EXPECT_EQ(IsFeatureEnabled(name), expected) << (name != nullptr ? name : "NULL");
 
-    const struct {
-        const char* name;
-        int expected;
-    } numbers[] = {{"MAX_USERS", 16}, {"OFFSET", -3}, {"WORD", 42},
-                   {"HUGE", 42},      {"OTHER", 42},  {nullptr, 42}};
-    for (const auto& item : numbers)
-        EXPECT_EQ(GetMacrodefine_getint(item.name, 42), item.expected)
-            << (item.name != nullptr ? item.name : "NULL");
+    const std::tuple<const char*, int> numbers[] = {{"MAX_USERS", 16}, {"OFFSET", -3}, {"WORD", 42},
+                                                    {"HUGE", 42},      {"OTHER", 42},  {nullptr, 42}};
+    for (const auto& [name, expected] : numbers)
+        EXPECT_EQ(GetMacrodefine_getint(name, 42), expected) << (name != nullptr ? name : "NULL");
 }
 
 TEST_F(Features, areOffWithoutAFileOrWithABadOne) {

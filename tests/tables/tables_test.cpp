@@ -72,11 +72,7 @@ std::string packageTypes() {
 }
 
 TEST(Tables, stayAsTheyAre) {
-    const struct {
-        const char* name;
-        std::string rows;
-        std::uint64_t digest;
-    } tables[] = {
+    const std::tuple<const char*, std::string, std::uint64_t> tables[] = {
         {"sensor_type_names", rowsOf(ph::sensor_type_names), 0x039F4DBDC02A9A9E},
         {"entity_id_mapping", rowsOf(ph::entity_id_mapping), 0xAA7F5F274AFAF115},
         {"DMTF_PossibleStates", rowsOf(DMTF_PossibleStates), 0xB0DE1B0BFA92AAC5},
@@ -90,10 +86,10 @@ TEST(Tables, stayAsTheyAre) {
         {"PH_GetPackageTypeAndName", packageTypes(), 0x79E23CE646D24927},
         {"key lists", rowsOf(ph::allClasses()), 0xE438F65176F76504},
     };
-    for (const auto& table : tables)
-        EXPECT_EQ(digestOf(table.rows), table.digest)
-            << table.name << " has changed. Its rows are\n"
-            << table.rows << "If they are meant so, its digest is 0x" << std::hex << digestOf(table.rows);
+    for (const auto& [name, rows, digest] : tables)
+        EXPECT_EQ(digestOf(rows), digest)
+            << name << " has changed. Its rows are\n"
+            << rows << "If they are meant so, its digest is 0x" << std::hex << digestOf(rows);
 }
 
 } // namespace

@@ -50,15 +50,6 @@ TEST_F(Faults, strikeTheCallsThatTheyName) {
     EXPECT_FALSE(bmc->describe().contains("faults"));
 }
 
-TEST_F(Faults, comeInTheirOrder) {
-    bmc->addFault({sensorEvent, getSensorReading, Fault::CompletionCode, 0xC0, 0, 2});
-    bmc->addFault({sensorEvent, getSensorReading, Fault::CompletionCode, 0xC3, 1, 1});
-    EXPECT_EQ(reading(), Bytes{0xC0});
-    EXPECT_EQ(reading(), Bytes{0xC0});
-    EXPECT_EQ(reading(), Bytes{0xC3});
-    EXPECT_EQ(reading(), good);
-}
-
 TEST_F(Faults, areOfEachKind) {
     bmc->addFault({sensorEvent, getSensorReading, Fault::ShortAnswer, 2, 0, 1});
     bmc->addFault({sensorEvent, getSensorReading, Fault::ShortAnswer, 99, 0, 1});

@@ -29,15 +29,12 @@ TEST_F(Pef, tablesKeepWhatIsWritten) {
 
 TEST_F(Pef, whatItDoesNotHaveIsRefused) {
     create(R"({"pef": {"filterCount": 3}})");
-    const struct {
-        Bytes request;
-        std::uint8_t code;
-    } cases[] = {
+    const std::tuple<Bytes, std::uint8_t> cases[] = {
         {{5, 4}, 0x82}, {{8, 4}, 0x82}, {{15, 0}, 0x80}, {{9, 1, 0x18, 0x11}, 0xC7},
         {{0, 3}, 0xCC}, {{0}, 0xC7},
     };
-    for (const auto& refused : cases)
-        EXPECT_EQ(set(refused.request), Bytes({refused.code}));
+    for (const auto& [request, code] : cases)
+        EXPECT_EQ(set(request), Bytes({code}));
     Bytes beyond(22, 0);
     beyond[0] = 6;
     for (const std::uint8_t number : Bytes{0, 4}) {

@@ -163,11 +163,7 @@ TEST_F(StateFile, isNotTouchedByCommandsThatReadAnUnchangedMachine) {
 
 TEST_F(StateFile, isNamedWhenItIsDamaged) {
     const std::string good = contents();
-    const struct {
-        const char* name;
-        std::string text;
-        const char* reason;
-    } cases[] = {
+    const std::tuple<const char*, std::string, const char*> cases[] = {
         {"empty", "", "its end is missing"},
         {"foreign", "#!/bin/sh\n", "it is no state file of a virtual BMC"},
         {"foreign JSON", "{}\n", "it is no state file of a virtual BMC"},
@@ -180,14 +176,14 @@ TEST_F(StateFile, isNamedWhenItIsDamaged) {
         {"unknown part", std::string(good).replace(good.find("{\"frus\""), 7, "{\"frog\""), "line 5: "},
     };
     const auto session = open();
-    for (const auto& item : cases) {
-        std::ofstream(stateFile, std::ios::trunc) << item.text;
-        const auto names = AllOf(HasSubstr(stateFile.string() + ": "), HasSubstr(item.reason));
-        EXPECT_THAT([&] { open(); }, ThrowsMessage<ipmi::TransportError>(names)) << item.name;
+    for (const auto& [name, text, reason] : cases) {
+        std::ofstream(stateFile, std::ios::trunc) << text;
+        const auto names = AllOf(HasSubstr(stateFile.string() + ": "), HasSubstr(reason));
+        EXPECT_THAT([&] { open(); }, ThrowsMessage<ipmi::TransportError>(names)) << name;
         EXPECT_THAT([&] { ask(*session, sensorEvent, getSensorReading, {1}); },
                     ThrowsMessage<ipmi::TransportError>(names))
-            << item.name;
-        EXPECT_THAT([&] { vbmc::VirtualBmc bmc(stateFile); }, ThrowsMessage<vbmc::Error>(names)) << item.name;
+            << name;
+        EXPECT_THAT([&] { vbmc::VirtualBmc bmc(stateFile); }, ThrowsMessage<vbmc::Error>(names)) << name;
     }
     create(model);
     EXPECT_THAT(ask(*session, sensorEvent, getSensorReading, {1}), ElementsAre(0, 20, 0xC0, 0xC0))
