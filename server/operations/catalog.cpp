@@ -22,6 +22,27 @@ bool isServedIn(const schema::Class& found, std::string_view nameSpace) {
     return std::find(found.nameSpaces.begin(), found.nameSpaces.end(), nameSpace) != found.nameSpaces.end();
 }
 
+// The server's own classes, which the schema has for others to derive from.
+struct OwnRow {
+    const char* className;
+    const char* nameSpace;
+};
+constexpr OwnRow ownClasses[] = {{"CIM_Namespace", interopNameSpace},
+                                 {"CIM_ObjectManager", interopNameSpace}};
+
+// With instances there, or embedded ones.
+std::vector<const schema::Class*> servedIn(std::string_view nameSpace) {
+    std::vector<const schema::Class*> classes;
+    for (const schema::Class& each : schema::servedClasses())
+        if (isServedIn(each, nameSpace))
+            classes.push_back(&each);
+    for (const OwnRow& row : ownClasses)
+        if (row.nameSpace == nameSpace)
+            if (const schema::Class* found = schema::find(row.className))
+                classes.push_back(found);
+    return classes;
+}
+
 } // namespace
 
 std::vector<std::string> nameSpaces() {
@@ -48,10 +69,9 @@ const std::set<const schema::Class*>& classesIn(std::string_view nameSpace) {
     static const auto byNameSpace = [] {
         std::map<std::string, Classes, std::less<>> all;
         for (const NameSpace& each : served)
-            for (const schema::Class& found : schema::servedClasses())
-                if (isServedIn(found, each.name))
-                    for (const auto* up = &found; up != nullptr; up = schema::find(up->superclass))
-                        all[each.name].insert(up);
+            for (const schema::Class* found : servedIn(each.name))
+                for (const auto* up = found; up != nullptr; up = schema::find(up->superclass))
+                    all[each.name].insert(up);
         return all;
     }();
     return byNameSpace.find(nameSpace)->second;
@@ -73,10 +93,10 @@ const schema::Class& requireClass(std::string_view className, std::string_view n
 
 std::vector<const schema::Class*> instantiated(const schema::Class& found, std::string_view nameSpace) {
     std::vector<const schema::Class*> classes;
-    for (const schema::Class& each : schema::servedClasses())
-        if (isServedIn(each, nameSpace) && schema::isSubclass(each.name, found.name) &&
-            (each.enumerates || each.name == found.name))
-            classes.push_back(&each);
+    for (const schema::Class* each : servedIn(nameSpace))
+        if (schema::isSubclass(each->name, found.name) &&
+            (each->enumerates || !each->isServed() || each->name == found.name))
+            classes.push_back(each);
     return classes;
 }
 

@@ -135,6 +135,24 @@ class AssociationOperations(served.ServedTest):
                                                             "--result-class", SENSOR)))
 
 
+class InteropClasses(served.ServedTest):
+    def test_what_clients_read_first(self):
+        for name_space in ("interop", "root/interop", "ROOT/Interop"):
+            spaces = [values(item.find("INSTANCE"))["Name"] for item in self.client.items(
+                "EnumerateInstances", name_space, ClassName=class_name("CIM_Namespace"))]
+            self.assertEqual(spaces, ["root/cimv2", "root/interop"])
+        name, = self.client.names("CIM_ObjectManager", "interop")
+        manager, = self.client.items("GetInstance", "interop", InstanceName=name)
+        self.assertEqual(values(manager)["ElementName"], "provider-helper")
+        self.assertRegex(values(manager)["Description"], r"version \d+\.\d+\.\d+$")
+        self.assertEqual(values(manager)["SystemName"],
+                         self.server.json("ei", "CIM_SPComputerSystem")[0]["properties"]["Name"])
+        self.assertEqual(self.client.names("CIM_WBEMService", "interop"), [name])
+        self.assert_refused(6, self.client.call, "GetInstance", "interop",
+                            InstanceName=name.replace(">provider-helper<", ">other<"))
+        self.assert_refused(7, self.client.call, "DeleteInstance", "interop", InstanceName=name)
+
+
 class PullOperations(served.ServedTest):
     def open(self, count, operation="OpenEnumerateInstances", **parameters):
         return self.client.call(operation, ClassName=class_name(SENSOR), MaxObjectCount=count, **parameters)

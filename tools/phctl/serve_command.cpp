@@ -4,6 +4,7 @@
 #include "errors.h"
 #include "http/http_server.h"
 #include "http/tls.h"
+#include "operations/interop_classes.h"
 #include "provider_output.h"
 #include "requests.h"
 #include "users/bmc_users.h"
@@ -111,6 +112,8 @@ int serve(const Options& options) {
     loadProviders(broker, options->module);
     provideInstanceArrays();
     server::Service service(broker);
+    service.add(std::make_unique<server::ObjectManagerClass>(broker, PH_VERSION));
+    service.add(std::make_unique<server::NameSpaceClass>(broker));
     server::HttpServer server(service, http);
     std::jthread answering([&] { server.run(); });
     std::cerr << "Listening at " << (http.tls != nullptr ? "https://" : "http://")

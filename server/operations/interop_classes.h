@@ -1,0 +1,49 @@
+// What clients read of a server before anything else: CIM_ObjectManager and CIM_Namespace in root/interop.
+#pragma once
+
+#include "operations/objects.h"
+
+#include <string>
+
+namespace server {
+
+// Instances that are made when they are asked for, of one class, and that nobody changes.
+class ReadOnlyClass : public OwnClass {
+public:
+    bool answers(const broker::Request& request) const override;
+    broker::Reply execute(const broker::Request& request, const Caller& caller) override;
+
+protected:
+    ReadOnlyClass(broker::Broker& broker, const char* className) : broker_(broker), className_(className) {}
+    virtual std::vector<broker::Instance> instances() const = 0;
+    // A new one, with the class's keys and what else is given. Other properties are null.
+    broker::Instance make(const broker::NamedValues& properties) const;
+    // CIM_SPComputerSystem's, which the server is on; the machine's where the BMC does not answer.
+    std::string systemName() const;
+
+private:
+    broker::Broker& broker_;
+    const char* const className_;
+};
+
+class ObjectManagerClass : public ReadOnlyClass {
+public:
+    ObjectManagerClass(broker::Broker& broker, std::string version)
+        : ReadOnlyClass(broker, "CIM_ObjectManager"), version_(std::move(version)) {}
+
+protected:
+    std::vector<broker::Instance> instances() const override;
+
+private:
+    const std::string version_;
+};
+
+class NameSpaceClass : public ReadOnlyClass {
+public:
+    explicit NameSpaceClass(broker::Broker& broker) : ReadOnlyClass(broker, "CIM_Namespace") {}
+
+protected:
+    std::vector<broker::Instance> instances() const override;
+};
+
+} // namespace server
