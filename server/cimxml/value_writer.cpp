@@ -90,8 +90,13 @@ void writeNameSpacePath(XmlWriter& xml, const std::string& nameSpace) {
 
 void writeInstanceName(XmlWriter& xml, const broker::ObjectPath& path) {
     xml.element("INSTANCENAME", {{"CLASSNAME", path.className}}, [&] {
-        for (const broker::NamedValue& key : path.keys)
+        for (const broker::NamedValue& key : path.keys) {
+            if (key.name.empty()) { // the class's only key
+                writeKey(xml, key.value);
+                continue;
+            }
             xml.element("KEYBINDING", {{"NAME", key.name}}, [&] { writeKey(xml, key.value); });
+        }
     });
 }
 
