@@ -22,13 +22,18 @@ bool isServedIn(const schema::Class& found, std::string_view nameSpace) {
     return std::find(found.nameSpaces.begin(), found.nameSpaces.end(), nameSpace) != found.nameSpaces.end();
 }
 
-// The server's own classes, which the schema has for others to derive from.
+// The server's own classes, which the schema has for others to derive from, and those that the providers have
+// in root/cimv2 and clients look for where subscriptions are.
 struct OwnRow {
     const char* className;
     const char* nameSpace;
 };
 constexpr OwnRow ownClasses[] = {{"CIM_Namespace", interopNameSpace},
-                                 {"CIM_ObjectManager", interopNameSpace}};
+                                 {"CIM_ObjectManager", interopNameSpace},
+                                 {"CIM_IndicationSubscription", interopNameSpace},
+                                 {"CIM_IndicationSubscription", elementNameSpace},
+                                 {"CIM_IndicationFilter", interopNameSpace},
+                                 {"CIM_ListenerDestinationCIMXML", interopNameSpace}};
 
 // With instances there, or embedded ones.
 std::vector<const schema::Class*> servedIn(std::string_view nameSpace) {

@@ -4,7 +4,7 @@
 #include "delivery_watch.h"
 #include "errors.h"
 #include "event_pipe.h"
-#include "libraries.h"
+#include "indication_host.h"
 #include "provider_output.h"
 #include "requests.h"
 #include "text_layout.h"
@@ -27,10 +27,6 @@ struct MonitorOptions : RequestOptions {
     unsigned count = 0; // 0: until it is interrupted
 };
 using Options = std::shared_ptr<MonitorOptions>;
-
-constexpr const char* interopLibrary = "/usr/local/lib/libinterop_provider.so";
-constexpr const char* descriptionLibrary = "/usr/local/lib/libEventLogDes.so";
-constexpr const char* consequence = "alerts cannot be delivered without it";
 
 std::string toLine(const Delivery& delivery) {
     ordered_json json{{"to", delivery.to}, {"delivered", delivery.isDelivered}};
@@ -56,15 +52,7 @@ public:
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
 
-    void begin() {
-        const broker::ObjectPath source{
-            .host = {}, .nameSpace = "root/interop", .className = "CIM_AlertIndication", .keys = {}};
-        const broker::Reply begun =
-            requester_.broker().subscribe("select * from CIM_AlertIndication", source);
-        if (!begun.ok())
-            throw Failure("the indication provider refuses: " + broker::codeName(begun.code) + ' ' +
-                          begun.message);
-    }
+    void begin() { beginDelivery(requester_.broker()); }
     bool canWrite() const { return canWrite_; }
 
 private:
@@ -102,8 +90,7 @@ int monitor(const Options& options) {
     pthread_sigmask(SIG_BLOCK, &ending, nullptr);
 
     std::optional<EventPipeClaim> pipe(std::in_place);
-    provideLibrary(interopLibrary, consequence);
-    provideLibrary(descriptionLibrary, consequence);
+    provideDelivery();
     static Host& host = *new Host(*options);
     host.begin();
     std::cerr << "Delivering alerts from " << pipe->path() << ", until interrupted" << std::endl;

@@ -1,21 +1,31 @@
 // serve: the providers behind CIM-XML over HTTP.
+#include "broker/object_manager.h"
 #include "commands.h"
 #include "database.h"
+#include "delivery_watch.h"
 #include "errors.h"
+#include "event_pipe.h"
 #include "http/http_server.h"
 #include "http/tls.h"
+#include "indication_host.h"
 #include "operations/interop_classes.h"
 #include "provider_output.h"
 #include "requests.h"
+#include "subscriptions/log_watch.h"
+#include "subscriptions/subscription_class.h"
+#include "text_layout.h"
 #include "users/bmc_users.h"
 #include "users/password_file.h"
 #include "users/remembered_logins.h"
 
 #include <arpa/inet.h>
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <iostream>
 #include <memory>
+#include <mutex>
+#include <optional>
 #include <thread>
 
 namespace phctl {
@@ -81,6 +91,10 @@ std::shared_ptr<const server::TlsContext> tls(const ServeOptions& options, const
     return std::make_shared<const server::TlsContext>(options.certificate, options.key);
 }
 
+void log(const std::string& line) {
+    std::cerr << line + '\n';
+}
+
 server::HttpOptions httpOptions(const ServeOptions& options) {
     server::HttpOptions http;
     readListen(options.listen, http);
@@ -94,8 +108,53 @@ server::HttpOptions httpOptions(const ServeOptions& options) {
             std::cerr
                 << "phctl: warning: passwords cross the network unencrypted without --tls-certificate\n";
     }
-    http.log = [](const std::string& line) { std::cerr << line + '\n'; };
+    http.log = log;
     return http;
+}
+
+// What delivers alerts for clients that subscribe. The provider's thread goes on until the process ends: what
+// it uses is never taken away.
+class AlertDelivery {
+public:
+    AlertDelivery(server::SubscriptionStore& store, broker::Broker& broker)
+        : broker_(broker), watch_(store, bmcSettings, writeToEventPipe, log) {}
+
+    // With the first subscription. Somebody else who reads from the pipe delivers in our place.
+    void begin() {
+        const std::lock_guard lock(mutex_);
+        if (!pipe_) {
+            pipe_.emplace();
+            provideDelivery();
+            manager_ = new broker::ObjectManager(broker_);
+            new DeliveryWatch([](const Delivery& delivery) {
+                log((delivery.isDelivered ? "Delivered to " : "Could not deliver to ") +
+                    printable(delivery.to));
+            });
+            beginDelivery(broker_);
+        }
+        watch_.begin();
+    }
+    // Whether the provider's thread runs.
+    bool hasBegun() const { return manager_ != nullptr; }
+
+private:
+    broker::Broker& broker_;
+    server::LogWatch watch_;
+    std::mutex mutex_;
+    std::optional<EventPipeClaim> pipe_;
+    broker::ObjectManager* manager_ = nullptr;
+};
+
+// Until a signal ends it.
+void answer(server::Service& service, const server::HttpOptions& http, const sigset_t& ending) {
+    server::HttpServer server(service, http);
+    std::jthread answering([&] { server.run(); });
+    std::cerr << "Listening at " << (http.tls != nullptr ? "https://" : "http://")
+              << (http.address.find(':') != std::string::npos ? '[' + http.address + ']' : http.address)
+              << ':' << server.port() << std::endl;
+    int signal = 0;
+    sigwait(&ending, &signal);
+    server.stop();
 }
 
 int serve(const Options& options) {
@@ -108,19 +167,24 @@ int serve(const Options& options) {
 
     const server::HttpOptions http = httpOptions(*options);
     const ProviderOutput redirected;
-    broker::Broker broker;
-    loadProviders(broker, options->module);
+    auto broker = std::make_unique<broker::Broker>();
+    loadProviders(*broker, options->module);
     provideInstanceArrays();
-    server::Service service(broker);
-    service.add(std::make_unique<server::ObjectManagerClass>(broker, PH_VERSION));
-    service.add(std::make_unique<server::NameSpaceClass>(broker));
-    server::HttpServer server(service, http);
-    std::jthread answering([&] { server.run(); });
-    std::cerr << "Listening at " << (http.tls != nullptr ? "https://" : "http://")
-              << options->listen.substr(0, options->listen.rfind(':')) << ':' << server.port() << std::endl;
-    int signal = 0;
-    sigwait(&ending, &signal);
-    server.stop();
+    server::SubscriptionStore subscriptions;
+    bool hasBegun = false;
+    {
+        AlertDelivery delivery(subscriptions, *broker);
+        server::Service service(*broker);
+        service.add(std::make_unique<server::ObjectManagerClass>(*broker, PH_VERSION));
+        service.add(std::make_unique<server::NameSpaceClass>(*broker));
+        service.add(std::make_unique<server::SubscriptionClass>(subscriptions, [&] { delivery.begin(); }));
+        if (!subscriptions.all().empty())
+            delivery.begin();
+        answer(service, http, ending);
+        hasBegun = delivery.hasBegun();
+    }
+    if (hasBegun)
+        std::_Exit(done); // nothing is tidied up under the provider's thread
     return done;
 }
 
