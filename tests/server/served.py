@@ -50,10 +50,13 @@ class Server:
         self.phctl("bmc", "create", MODEL)
         self.phctl("sync")
         self.log = os.path.join(self.root, "serve.log")
+        self.arguments = [*COMMAND, "serve", "--listen", address + ":0", *options]
+        self.start()
+
+    def start(self):
         with open(self.log, "w", encoding="utf-8") as log:
-            self.process = subprocess.Popen([*COMMAND, "serve", "--listen", address + ":0", *options],
-                                            stdout=subprocess.DEVNULL, stderr=log, env=self.environment,
-                                            cwd=self.root)
+            self.process = subprocess.Popen(self.arguments, stdout=subprocess.DEVNULL, stderr=log,
+                                            env=self.environment, cwd=self.root)
         self.port = int(re.search(r"Listening at .*:(\d+)", self.logged(r"Listening at .*:\d+\n")).group(1))
 
     def logged(self, pattern=None):
@@ -73,10 +76,18 @@ class Server:
     def json(self, *arguments):
         return json.loads(self.phctl(*arguments, "--json"))
 
-    def stop(self):
-        """Ends it, and returns its exit status."""
+    def end(self):
         self.process.terminate()
-        status = self.process.wait(60)
+        return self.process.wait(60)
+
+    def restart(self):
+        if self.end() != 0:
+            raise AssertionError(self.logged())
+        self.start()
+
+    def stop(self):
+        """Ends it, and what it had. Returns its exit status."""
+        status = self.end()
         shutil.rmtree(self.root, ignore_errors=True)
         return status
 
