@@ -10,6 +10,7 @@
 #include <ctime>
 #include <stdexcept>
 #include <sys/eventfd.h>
+#include <thread>
 #include <unistd.h>
 
 namespace server {
@@ -77,9 +78,14 @@ public:
         Post("/cimom/?",
              [this](const httplib::Request& request, httplib::Response& response,
                     const httplib::ContentReader& content) { endpoint_.answer(request, response, content); });
+        // What went wrong, as with a BMC that is asked for its users, is not for who has not logged in.
+        set_exception_handler(
+            [this](const httplib::Request&, httplib::Response& response, const std::exception_ptr& problem) {
+                response.status = 500;
+                logProblem(problem);
+            });
+        // On 32-bit ARM the library's time_t is another one: nothing that takes one is called.
         set_keep_alive_max_count(requestsOfConnection);
-        set_keep_alive_timeout(
-            std::chrono::duration_cast<std::chrono::seconds>(options_.limits.idle).count());
         set_logger([this](const httplib::Request& request, const httplib::Response& response) {
             log(request, response);
             // What follows a request that was not understood, or not read to its end, is not one.
@@ -99,8 +105,17 @@ public:
     ~Listener() override { ::close(stopping_); }
 
     int port() const { return port_; }
+    void answer() {
+        state_ = State::Running;
+        if (!isEnding_)
+            listen_after_bind();
+        state_ = State::Ended;
+    }
     void end() {
+        isEnding_ = true;
         eventfd_write(stopping_, 1);
+        while (state_ == State::Running && !is_running())
+            std::this_thread::sleep_for(std::chrono::milliseconds(1)); // it has not begun to listen
         stop();
     }
 
@@ -109,11 +124,19 @@ private:
     bool process_and_close_socket(int socket) override {
         try {
             serve(socket);
-        } catch (const std::exception& error) {
-            if (options_.log)
-                options_.log(std::string("connection failed: ") + error.what());
+        } catch (...) {
+            logProblem(std::current_exception());
         }
         return true;
+    }
+
+    void logProblem(const std::exception_ptr& problem) const {
+        try {
+            std::rethrow_exception(problem);
+        } catch (const std::exception& error) {
+            if (options_.log)
+                options_.log(printable(error.what()));
+        }
     }
 
     void serve(int socket) {
@@ -156,6 +179,9 @@ private:
                      printable(notes.call) + ' ' + end);
     }
 
+    enum class State { New, Running, Ended };
+    std::atomic<State> state_{State::New};
+    std::atomic<bool> isEnding_{false};
     HttpOptions options_;
     Endpoint endpoint_;
     const int stopping_;
@@ -172,7 +198,7 @@ int HttpServer::port() const {
 }
 
 void HttpServer::run() {
-    listener_->listen_after_bind();
+    listener_->answer();
 }
 
 void HttpServer::stop() {

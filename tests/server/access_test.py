@@ -92,6 +92,16 @@ class BmcUsers(served.ServedTest):
             self.assertEqual(refused.exception.status, 401)
 
 
+    def test_nobody_learns_why_the_bmc_does_not_answer(self):
+        self.server.phctl("bmc", "fault", "get-user-access", "--code", "0xFF")
+        self.addCleanup(self.server.phctl, "bmc", "clear")
+        with self.assertRaises(HttpError) as refused:
+            self.connect(user="root:not remembered").names(ACCOUNT)
+        self.assertEqual((refused.exception.status, refused.exception.args[2]), (500, b""))
+        self.assertNotIn("EXCEPTION_WHAT", refused.exception.headers)
+        self.server.logged(r"\nIPMI command 44h .* \(FFh\)\n")
+
+
 class Tls(served.ServedTest):
     @classmethod
     def setUpClass(cls):
