@@ -119,30 +119,35 @@ public:
     AlertDelivery(server::SubscriptionStore& store, broker::Broker& broker)
         : broker_(broker), watch_(store, bmcSettings, writeToEventPipe, log) {}
 
-    // With the first subscription. Somebody else who reads from the pipe delivers in our place.
+    // With the first subscription. Throws Failure, as when somebody else reads from the pipe.
     void begin() {
         const std::lock_guard lock(mutex_);
-        if (!pipe_) {
-            pipe_.emplace();
+        if (!hasBegun_) {
             provideDelivery();
-            manager_ = new broker::ObjectManager(broker_);
-            new DeliveryWatch([](const Delivery& delivery) {
-                log((delivery.isDelivered ? "Delivered to " : "Could not deliver to ") +
-                    printable(delivery.to));
-            });
+            if (!pipe_)
+                pipe_.emplace();
+            if (manager_ == nullptr) {
+                manager_ = new broker::ObjectManager(broker_);
+                new DeliveryWatch([](const Delivery& delivery) {
+                    log((delivery.isDelivered ? "Delivered to " : "Could not deliver to ") +
+                        printable(delivery.to));
+                });
+            }
             beginDelivery(broker_);
+            hasBegun_ = true;
         }
         watch_.begin();
     }
-    // Whether the provider's thread runs.
-    bool hasBegun() const { return manager_ != nullptr; }
+    // Whether the library has what it must not lose.
+    bool isInUse() const { return manager_ != nullptr; }
 
 private:
     broker::Broker& broker_;
-    server::LogWatch watch_;
     std::mutex mutex_;
     std::optional<EventPipeClaim> pipe_;
     broker::ObjectManager* manager_ = nullptr;
+    bool hasBegun_ = false;
+    server::LogWatch watch_; // ends first
 };
 
 // Until a signal ends it.
@@ -171,7 +176,7 @@ int serve(const Options& options) {
     loadProviders(*broker, options->module);
     provideInstanceArrays();
     server::SubscriptionStore subscriptions;
-    bool hasBegun = false;
+    bool mustStay = false;
     {
         AlertDelivery delivery(subscriptions, *broker);
         server::Service service(*broker);
@@ -181,9 +186,9 @@ int serve(const Options& options) {
         if (!subscriptions.all().empty())
             delivery.begin();
         answer(service, http, ending);
-        hasBegun = delivery.hasBegun();
+        mustStay = delivery.isInUse();
     }
-    if (hasBegun)
+    if (mustStay)
         std::_Exit(done); // nothing is tidied up under the provider's thread
     return done;
 }
