@@ -83,10 +83,11 @@ bool Arguments::flag(std::string_view name, bool otherwise) const {
     return given.empty() ? otherwise : *cimxml::parseValue(CMPI_boolean, given)->as<bool>();
 }
 
-std::optional<std::uint64_t> Arguments::number(std::string_view name) const {
+std::optional<std::uint32_t> Arguments::number(std::string_view name) const {
     const std::string given = text(name);
-    return given.empty() ? std::nullopt
-                         : std::optional(*cimxml::parseValue(CMPI_uint32, given)->as<std::uint64_t>());
+    if (given.empty())
+        return std::nullopt;
+    return static_cast<std::uint32_t>(*cimxml::parseValue(CMPI_uint32, given)->as<std::uint64_t>());
 }
 
 broker::PropertyList Arguments::texts(std::string_view name) const {

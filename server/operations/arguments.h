@@ -26,7 +26,7 @@ public:
     Arguments(const std::vector<cimxml::Parameter>& given, std::span<const ArgumentRow> declared);
 
     bool flag(std::string_view name, bool otherwise) const;
-    std::optional<std::uint64_t> number(std::string_view name) const;
+    std::optional<std::uint32_t> number(std::string_view name) const;
     std::string text(std::string_view name) const; // empty: not given
     broker::PropertyList texts(std::string_view name) const;
     std::string className(std::string_view name) const; // empty: not given
