@@ -109,6 +109,18 @@ std::vector<Property> propertiesOf(const CMPIInstance* instance) {
     return properties;
 }
 
+std::vector<Property> keysOf(const CMPIObjectPath* path) {
+    CMPIStatus status{CMPI_RC_OK, nullptr};
+    std::vector<Property> keys(keyCount(path));
+    for (CMPICount i = 0; i < keys.size(); ++i) {
+        CMPIString* name = nullptr;
+        keys[i].data = CMGetKeyAt(path, i, &name, &status);
+        require(status);
+        keys[i].name = textOf(name);
+    }
+    return keys;
+}
+
 void setProperty(const CMPIInstance* instance, const char* name, const CMPIData& data) {
     require(CMSetProperty(instance, name, valueOf(data), data.type));
 }

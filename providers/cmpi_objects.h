@@ -54,9 +54,10 @@ std::string keyText(const CMPIObjectPath* path, const char* name);
 CMPICount keyCount(const CMPIObjectPath* path);
 struct Property {
     std::string name;
-    CMPIData data; // goes with the instance
+    CMPIData data; // goes with the instance or path
 };
 std::vector<Property> propertiesOf(const CMPIInstance* instance);
+std::vector<Property> keysOf(const CMPIObjectPath* path);
 void setProperty(const CMPIInstance* instance, const char* name, const CMPIData& data);
 void addKey(CMPIObjectPath* path, const char* name, const CMPIData& data);
 std::string classNameOf(const CMPIObjectPath* path);

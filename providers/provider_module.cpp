@@ -40,7 +40,7 @@ CMPIStatus serve(const MI* mi, const char* operation, const CMPIObjectPath* ref,
     const CMPIBroker* const broker = brokerOf(mi);
     try {
         const spelling::Path path(broker, ref);
-        const RequestResult result(real);
+        const RequestResult result(broker, ref, real);
         CMPIStatus status{CMPI_RC_OK, nullptr};
         call(find<Function>(operation, path.get()), broker, path.get(), result.get(), status);
         return status.rc == CMPI_RC_OK ? result.close() : status;

@@ -24,15 +24,6 @@ bool isSpelled(const std::string& name) {
     return spelled(name.c_str()) == name;
 }
 
-CMPIData keyAt(const CMPIObjectPath* path, CMPICount index, std::string& name) {
-    CMPIString* nameString = nullptr;
-    CMPIStatus status{CMPI_RC_OK, nullptr};
-    const CMPIData key = CMGetKeyAt(path, index, &nameString, &status);
-    objects::require(status);
-    name = objects::textOf(nameString);
-    return key;
-}
-
 } // namespace
 
 const char* spelled(const char* name) {
@@ -40,6 +31,12 @@ const char* spelled(const char* name) {
         std::lower_bound(std::begin(names), std::end(names), name,
                          [](const char* left, const char* right) { return strcasecmp(left, right) < 0; });
     return found != std::end(names) && strcasecmp(*found, name) == 0 ? *found : name;
+}
+
+std::string withoutPrefix(const std::string& className) {
+    constexpr const char prefix[] = "PH_";
+    constexpr std::size_t length = sizeof(prefix) - 1;
+    return strncasecmp(className.c_str(), prefix, length) == 0 ? "CIM_" + className.substr(length) : "";
 }
 
 std::vector<const char*> keysOf(const char* className) {
@@ -51,21 +48,15 @@ std::vector<const char*> keysOf(const char* className) {
 }
 
 Path::Path(const CMPIBroker* broker, const CMPIObjectPath* path) : Spelled(path) {
-    const std::string className = objects::classNameOf(path);
-    const CMPICount count = objects::keyCount(path);
-    bool isAlright = isSpelled(className);
-    std::string name;
-    for (CMPICount i = 0; isAlright && i < count; ++i) {
-        keyAt(path, i, name);
-        isAlright = isSpelled(name);
-    }
-    if (isAlright)
+    const std::string given = objects::classNameOf(path);
+    const std::string own = withoutPrefix(given);
+    const std::string& className = own.empty() ? given : own;
+    const auto keys = objects::keysOf(path);
+    if (own.empty() && isSpelled(className) && std::ranges::all_of(keys, isSpelled, &objects::Property::name))
         return;
     copy_ = objects::makePath(broker, objects::nameSpaceOf(path).c_str(), spelled(className.c_str()));
-    for (CMPICount i = 0; i < count; ++i) {
-        const CMPIData key = keyAt(path, i, name);
-        objects::addKey(copy_.get(), spelled(name.c_str()), key);
-    }
+    for (const objects::Property& key : keys)
+        objects::addKey(copy_.get(), spelled(key.name.c_str()), key.data);
 }
 
 Instance::Instance(const CMPIBroker* broker, const CMPIObjectPath* path, const CMPIInstance* instance)

@@ -9,6 +9,10 @@ namespace spelling {
 // A class, property, method or key as the classes spell it; the name itself where no class has it.
 const char* spelled(const char* name);
 
+// The library's class that an object manager has under a name with the vendor's prefix: CIM_X for PH_X. Empty
+// for other names.
+std::string withoutPrefix(const std::string& className);
+
 // The keys of a class that the library serves; empty for others.
 std::vector<const char*> keysOf(const char* className);
 

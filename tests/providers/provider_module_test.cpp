@@ -89,6 +89,22 @@ TEST_F(ProviderModule, namesAreTakenWithoutRegardToCase) {
         broker.invokeMethod(host, "requeststatechange", {{"requestedstate", {CMPI_uint16, 5ULL}}}).ok());
 }
 
+// For object managers that have some classes of their own, a class derives from each under a vendor's prefix.
+TEST_F(ProviderModule, classesHaveAVendorsPrefixWhereTheyAreAskedForSo) {
+    auto expected = broker.enumerateInstances(path("CIM_Account")).instances;
+    for (Instance& each : expected)
+        each.path.className = "PH_Account";
+    EXPECT_EQ(broker.enumerateInstances(path("PH_Account")).instances, expected);
+    const ObjectPath account = broker.enumerateInstanceNames(path("PH_Account")).paths.back();
+    EXPECT_EQ(account, expected.back().path);
+    EXPECT_EQ(broker.getInstance(account).instances, std::vector{expected.back()});
+    const Instance change{account, {{"UserID", {CMPI_string, "renamed"}}}};
+    EXPECT_TRUE(broker.modifyInstance(account, change, {{"UserID"}}).ok());
+    EXPECT_TRUE(broker.deleteInstance(account).ok());
+    EXPECT_EQ(broker.enumerateInstances(path("CIM_Account")).instances.size(), expected.size() - 1);
+    EXPECT_EQ(broker.enumerateInstances(path("PH_NoSuchClass")).code, CMPI_RC_ERR_INVALID_CLASS);
+}
+
 TEST_F(ProviderModule, servesAStrictBroker) {
     broker.beStrict([](const std::string&, std::string_view) { return CMPI_null; });
     Instance account = broker.enumerateInstances(path("CIM_Account")).instances.back();

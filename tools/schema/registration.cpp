@@ -33,10 +33,25 @@ std::string nameSpacesOf(const Class& served, const char* separator) {
 
 } // namespace
 
-void writeSections(std::ostream& out) {
+Classes servedClasses() {
+    Classes classes;
     for (const Class& each : schema::servedClasses())
-        out << '[' << each.name << "]\n   provider: ProviderHelper\n   location: ProviderHelperProviders\n"
-            << "   type: " << kindsOf(each).words << "\n   namespace: " << nameSpacesOf(each, " ") << "\n#\n";
+        classes.push_back({std::string(each.name), &each});
+    return classes;
+}
+
+Classes prefixedClasses() {
+    Classes classes;
+    for (const char* name : {"IndicationFilter", "ListenerDestinationCIMXML"})
+        classes.push_back({std::string("PH_") + name, schema::find(std::string("CIM_") + name)});
+    return classes;
+}
+
+void writeSections(std::ostream& out, const Classes& classes) {
+    for (const auto& [name, served] : classes)
+        out << '[' << name << "]\n   provider: ProviderHelper\n   location: ProviderHelperProviders\n"
+            << "   type: " << kindsOf(*served).words << "\n   namespace: " << nameSpacesOf(*served, " ")
+            << "\n#\n";
 }
 
 void writeModule(std::ostream& out) {
@@ -52,14 +67,17 @@ void writeModule(std::ostream& out) {
            "    ProviderModuleName = \"ProviderHelperModule\";\n"
            "    Name = \"ProviderHelper\";\n"
            "};\n\n";
-    for (const Class& each : schema::servedClasses())
+}
+
+void writeCapabilities(std::ostream& out, const Classes& classes) {
+    for (const auto& [name, served] : classes)
         out << "instance of PG_ProviderCapabilities\n{\n"
                "    ProviderModuleName = \"ProviderHelperModule\";\n"
                "    ProviderName = \"ProviderHelper\";\n"
                "    CapabilityID = \""
-            << each.name << "\";\n    ClassName = \"" << each.name << "\";\n    Namespaces = {\""
-            << nameSpacesOf(each, "\", \"") << "\"};\n    ProviderType = {" << kindsOf(each).numbers
-            << "}; // " << kindsOf(each).words << "\n};\n\n";
+            << name << "\";\n    ClassName = \"" << name << "\";\n    Namespaces = {\""
+            << nameSpacesOf(*served, "\", \"") << "\"};\n    ProviderType = {" << kindsOf(*served).numbers
+            << "}; // " << kindsOf(*served).words << "\n};\n\n";
 }
 
 } // namespace registration

@@ -8,6 +8,8 @@
 //     ProviderHelperQualifiers.mof  the qualifier types of those
 //     ProviderHelper.reg          provider registration in the form of small-footprint object managers
 //     ProviderHelperModule.mof    provider registration as PG_Provider* instances
+//     ProviderHelperPrefixed.*    classes PH_X : CIM_X for object managers that keep CIM_X for themselves, and
+//                                 their registration in both forms, beside that of the module
 #include "mof.h"
 #include "registration.h"
 #include "schema/class_json.h"
@@ -59,8 +61,21 @@ int main(int argc, char** argv) try {
         writeClasses(out, mof::selfContained());
     });
     write("ProviderHelperQualifiers.mof", mof::writeQualifierTypes);
-    write("ProviderHelper.reg", registration::writeSections);
-    write("ProviderHelperModule.mof", registration::writeModule);
+    write("ProviderHelper.reg",
+          [](std::ostream& out) { registration::writeSections(out, registration::servedClasses()); });
+    write("ProviderHelperModule.mof", [](std::ostream& out) {
+        registration::writeModule(out);
+        registration::writeCapabilities(out, registration::servedClasses());
+    });
+    const auto prefixed = registration::prefixedClasses();
+    write("ProviderHelperPrefixed.mof", [&](std::ostream& out) {
+        for (const auto& [name, served] : prefixed)
+            out << "class " << name << " : " << served->name << " {\n};\n\n";
+    });
+    write("ProviderHelperPrefixed.reg",
+          [&](std::ostream& out) { registration::writeSections(out, prefixed); });
+    write("ProviderHelperPrefixedModule.mof",
+          [&](std::ostream& out) { registration::writeCapabilities(out, prefixed); });
 } catch (const std::exception& error) {
     std::cerr << "schema_generator: " << error.what() << '\n';
     return 1;
