@@ -55,7 +55,7 @@ install(FILES tools/phctl/doc/completion.bash RENAME phctl COMPONENT phctl
         DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
 configure_file(cmake/packages/provider-helper-server.service.in provider-helper-server.service @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/provider-helper-server.service COMPONENT phctl
-        DESTINATION ${CMAKE_INSTALL_PREFIX}/lib/systemd/system)
+        DESTINATION lib/systemd/system)
 
 install(DIRECTORY include/provider_helper include/platform DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT dev)
 if(PH_CMPI_INCLUDE_DIR)
