@@ -11,7 +11,7 @@
 namespace server {
 
 inline constexpr const char* elementNameSpace = "root/cimv2";
-inline constexpr const char* interopNameSpace = "root/interop";
+inline constexpr const char* interopNameSpace = PH_INTEROP_NAMESPACE;
 
 std::vector<std::string> nameSpaces();
 // In its usual spelling. Throws CimError.
