@@ -183,6 +183,11 @@ Reply Broker::subscribe(const std::string& query, const ObjectPath& source) {
     });
 }
 
+Reply Broker::enableIndications(const ObjectPath& source) {
+    return withProviderOf(*state_, source,
+                          [&](Provider& provider) { return provider.enable(state_->contextEntries()); });
+}
+
 Reply Broker::unsubscribe(const std::string& query, const ObjectPath& source) {
     return withProviderOf(*state_, source, [&](Provider& provider) {
         return provider.listen(false, query, source, state_->contextEntries());

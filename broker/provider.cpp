@@ -217,6 +217,15 @@ CMPIIndicationMI* Provider::indicationProvider(const CMPIContext* context) {
     return indications_;
 }
 
+Reply Provider::enable(const NamedValues& entries) {
+    if (!provides("IndicationMI"))
+        return {.code = CMPI_RC_ERR_NOT_SUPPORTED, .message = {}};
+    const Frame frame(state_.shared_from_this());
+    const CMPIContext* context = make<CMPIContext>(state_, entries);
+    CMPIIndicationMI* const indications = indicationProvider(context);
+    return toReply(call(indications, indications->ft->enableIndications, context));
+}
+
 Reply Provider::listen(bool begin, const std::string& query, const ObjectPath& source,
                        const NamedValues& entries) {
     if (!provides("IndicationMI"))

@@ -22,6 +22,7 @@ public:
     Reply execute(const Request& request, const NamedValues& entries) const;
     // Tells that somebody listens to indications, or no longer does. Only the first listener makes the
     // module's indication provider.
+    Reply enable(const NamedValues& entries);
     Reply listen(bool begin, const std::string& query, const ObjectPath& source, const NamedValues& entries);
 
 private:

@@ -1,9 +1,10 @@
-// The indication provider: alerts are delivered as long as it is loaded.
+// The indication provider: the BMC's alerts are delivered as long as it is loaded, and the events of its log to
+// the object manager's subscribers.
 #pragma once
 
 #include <cmpift.h>
 
 extern CMPIIndicationMIFT indicationFunctions;
 
-// Starts the thread that delivers the BMC's alerts, once in a process. false when there can be no thread.
-bool startMonitor();
+// nullptr without memory or threads. The first one starts the thread that delivers alerts.
+CMPIIndicationMI* createIndicationProvider(const CMPIBroker* broker, const CMPIContext* context);

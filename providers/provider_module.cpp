@@ -196,12 +196,18 @@ void initialiseOnce(const CMPIBroker* broker, const CMPIContext* context, const 
 
 // A provider that knows its broker: a process may have several.
 template <class MI, class Functions>
+MI* make(Functions& functions, const CMPIBroker* broker, const CMPIContext* context) {
+    if constexpr (std::is_same_v<MI, CMPIIndicationMI>)
+        return createIndicationProvider(broker, context);
+    else
+        return new (std::nothrow) MI{const_cast<CMPIBroker*>(broker), &functions};
+}
+
+template <class MI, class Functions>
 MI* create(Functions& functions, const CMPIBroker* broker, const CMPIContext* context, const char* name,
            CMPIStatus* status) {
     initialiseOnce(broker, context, name, status);
-    MI* mi = nullptr;
-    if (!std::is_same_v<MI, CMPIIndicationMI> || startMonitor())
-        mi = new (std::nothrow) MI{const_cast<CMPIBroker*>(broker), &functions};
+    MI* const mi = make<MI>(functions, broker, context);
     if (status != nullptr)
         *status = {mi != nullptr ? CMPI_RC_OK : CMPI_RC_ERR_FAILED, nullptr};
     return mi;

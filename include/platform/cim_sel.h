@@ -48,6 +48,18 @@ typedef struct {
  * free bytes of Get SEL Info where a BMC does not have it. */
 int CIM_GetMaxPossibleSELEntries(IPMI20_SESSION_T* session, uint16_t* count, int timeout);
 
+/* What Get SEL Info tells; 12 bytes. Times are the BMC's, in seconds; FFFFFFFFh for none. */
+typedef struct {
+    uint16_t entries;
+    uint16_t freeBytes; /* FFFFh: that many or more */
+    uint32_t lastAddition;
+    uint32_t lastErasure; /* of one record or of all */
+} CIM_SELInfo;
+
+/* Get SEL Info (31.2; 0Ah, 40h). What follows the log asks this at every turn, and where a platform has not
+ * got it, reads the last record instead. */
+int CIM_GetSELInfo(IPMI20_SESSION_T* session, CIM_SELInfo* info, int timeout) __attribute__((weak));
+
 /* Number of records in the log: Get SEL Info (31.2; 0Ah, 40h). */
 int CIM_GetNumOfSELEntries(IPMI20_SESSION_T* session, uint16_t* count, int timeout);
 

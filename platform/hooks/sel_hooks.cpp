@@ -79,7 +79,7 @@ std::uint16_t readLog(hooks::Session& bmc, int timeout, std::span<CIM_SELEntry> 
         std::uint16_t count = 0;
         const bool isWhole = readChain(bmc, timeout, entries, count);
         const auto after = sel::readInfo(bmc);
-        if (isWhole && after.lastErase == before.lastErase)
+        if (isWhole && after.lastErasure == before.lastErasure)
             return count;
         before = after;
     }
@@ -128,6 +128,11 @@ void eraseLog(ipmi::Transport& bmc) {
 int CIM_GetMaxPossibleSELEntries(IPMI20_SESSION_T* session, uint16_t* count, int timeout) {
     return hooks::guarded(__func__,
                           [&] { required(count) = maxEntries(hooks::sessionOf(session, timeout)); });
+}
+
+int CIM_GetSELInfo(IPMI20_SESSION_T* session, CIM_SELInfo* info, int timeout) {
+    return hooks::guarded(__func__,
+                          [&] { required(info) = sel::readInfo(hooks::sessionOf(session, timeout)); });
 }
 
 int CIM_GetNumOfSELEntries(IPMI20_SESSION_T* session, uint16_t* count, int timeout) {

@@ -8,15 +8,15 @@ namespace completion = ipmi::completion;
 
 namespace sel {
 
-Info readInfo(ipmi::Transport& bmc) {
+CIM_SELInfo readInfo(ipmi::Transport& bmc) {
     const auto answer = ipmi::run(bmc, ipmi::command::getSelInfo);
     auto reader = answer.reader();
     reader.skip(1); // version
-    Info info{};
+    CIM_SELInfo info{};
     info.entries = reader.u16();
     info.freeBytes = reader.u16();
-    reader.skip(4); // time of the last addition
-    info.lastErase = reader.u32();
+    info.lastAddition = reader.u32();
+    info.lastErasure = reader.u32();
     answer.verify(reader);
     return info;
 }

@@ -13,12 +13,7 @@ inline constexpr std::uint16_t firstRecord = 0x0000; // as the ID asked for
 inline constexpr std::uint16_t noNextRecord = 0xFFFF;
 inline constexpr std::uint8_t wholeRecord = 0xFF; // as the number of bytes asked for
 
-struct Info {
-    std::uint16_t entries;
-    std::uint16_t freeBytes; // FFFFh: that many or more
-    std::uint32_t lastErase; // time of the last deletion
-};
-Info readInfo(ipmi::Transport& bmc);
+CIM_SELInfo readInfo(ipmi::Transport& bmc);
 
 // A new reservation; 0 from a BMC that works without.
 std::uint16_t makeReservation(ipmi::Transport& bmc);

@@ -9,6 +9,7 @@
 #include "Utility/values/record_fields.h"
 
 #include <cstdio>
+#include <mutex>
 #include <strings.h>
 
 void* handle = nullptr;
@@ -121,7 +122,10 @@ int get_message_id(const char* description) {
     });
 }
 
+// The thread that watches the log for subscribers and the monitor take turns at the description library.
 int SelToAlert(const SelEventMessage* message, AlertRecord* alert, int destination, int channel) {
+    static std::mutex turn;
+    const std::lock_guard lock(turn);
     const std::uint8_t* const record = message->record;
     alert->EventTime = PH_SelTime(record);
     alert->argumentCount = ALERT_ARGUMENTS;

@@ -18,6 +18,7 @@ std::uint16_t u16 = 0;
 char text[CIM_EMAIL_MESSAGE_SIZE + 1];
 struct {
     CIM_LANDestinationV6Address v6Destination;
+    CIM_SELInfo selInfo;
     CIM_IPv4NetworkCfg ipv4;
     CIM_IPv6NetworkCfg ipv6;
     CIM_IPv6Addresses ipv6Addresses;
@@ -77,6 +78,7 @@ const Hook hooks[] = {
     HOOK(CIM_SetPEFEntry, None, 1, &filter, t),
     HOOK(CIM_GetMaxPossibleSELEntries, None, &u16, t),
     HOOK(CIM_GetNumOfSELEntries, None, &u16, t),
+    HOOK(CIM_GetSELInfo, None, &out.selInfo, t),
     HOOK(CIM_GetSELRecords, None, &out.entry, &u16, t),
     HOOK(CIM_GetSELEntry, None, &entryRequest, &out.entryAnswer, t),
     HOOK(CIM_ClearSEL, None, t),

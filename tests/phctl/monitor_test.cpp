@@ -3,6 +3,7 @@
 #include "server_script.h"
 
 #include <fcntl.h>
+#include <fstream>
 #include <platform/sel_event_message.h>
 #include <sys/stat.h>
 #include <thread>
@@ -103,6 +104,30 @@ TEST_F(Monitor, deliversWhatFiltersFind) {
                 testing::AllOf(testing::StartsWith("Generated new instance for CIM_AlertIndication\r\n"),
                                HasSubstr("\r\nSensorName\t\t:\tCPU1 Temp("),
                                HasSubstr("\r\nDescription\t\t:\tUpper Critical - going high\r\n")));
+}
+
+// Without a filter, whatever happened since.
+TEST_F(Monitor, givesSubscribersEveryNewEvent) {
+    std::ofstream(place("/conf/features.ini")) << "[numbers]\nSEL_POLL_SECONDS = 1\n";
+    succeed({"bmc", "event", "CPU2 Temp", "7"});
+    RunningPhctl running({"monitor", "--json", "--subscribe", "--count", "2"});
+    close(awaitReader());
+    for (int i = 0; i < 300 && !std::filesystem::exists(place("/var/lib/provider-helper/sel-position")); ++i)
+        std::this_thread::sleep_for(50ms);
+    succeed({"bmc", "event", "CPU1 Temp", "7"});
+    succeed({"bmc", "event", "CPU1 Temp", "7", "--deasserted"});
+    const Outcome outcome = running.wait();
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    std::istringstream out(outcome.out);
+    for (const char* direction : {"Asserted", "Deasserted"}) {
+        std::string line;
+        std::getline(out, line);
+        const json alert = json::parse(line);
+        EXPECT_EQ(alert["to"], "the subscriber");
+        const json& arguments = alert["indication"]["properties"]["MessageArguments"];
+        EXPECT_THAT(arguments.at(0).get<std::string>(), HasSubstr("CPU1 Temp("));
+        EXPECT_EQ(arguments.at(3), direction);
+    }
 }
 
 TEST_F(Monitor, doesNotBlameTheDatabaseForWhatIsNew) {

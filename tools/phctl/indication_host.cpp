@@ -15,10 +15,12 @@ void provideDelivery() {
     provideLibrary("/usr/local/lib/libEventLogDes.so", consequence);
 }
 
-void beginDelivery(broker::Broker& broker) {
+void beginDelivery(broker::Broker& broker, Listening listening) {
     const broker::ObjectPath source{
         .host = {}, .nameSpace = "root/interop", .className = "CIM_AlertIndication", .keys = {}};
-    const broker::Reply begun = broker.subscribe("select * from CIM_AlertIndication", source);
+    const broker::Reply begun = listening == Listening::Subscribed
+                                    ? broker.subscribe("select * from CIM_AlertIndication", source)
+                                    : broker.enableIndications(source);
     if (!begun.ok())
         throw Failure("the indication provider refuses: " + broker::codeName(begun.code) + ' ' +
                       begun.message);

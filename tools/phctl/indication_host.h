@@ -7,8 +7,10 @@ namespace phctl {
 
 // Has the libraries that deliver where the library looks for them. Throws Failure.
 void provideDelivery();
+// Whether the broker's indication handler gets the events of the BMC's log, too.
+enum class Listening { No, Subscribed };
 // Makes the provider, whose thread goes on until the process ends: what it uses is never taken away. Throws
 // Failure.
-void beginDelivery(broker::Broker& broker);
+void beginDelivery(broker::Broker& broker, Listening listening);
 
 } // namespace phctl

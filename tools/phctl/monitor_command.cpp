@@ -5,6 +5,7 @@
 #include "errors.h"
 #include "event_pipe.h"
 #include "indication_host.h"
+#include "instance_output.h"
 #include "provider_output.h"
 #include "requests.h"
 #include "text_layout.h"
@@ -14,8 +15,10 @@
 #include <cstdlib>
 #include <iostream>
 #include <memory>
+#include <mutex>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <sstream>
 #include <unistd.h>
 
 namespace phctl {
@@ -25,6 +28,7 @@ using nlohmann::ordered_json;
 
 struct MonitorOptions : RequestOptions {
     unsigned count = 0; // 0: until it is interrupted
+    bool subscribe = false;
 };
 using Options = std::shared_ptr<MonitorOptions>;
 
@@ -37,6 +41,12 @@ std::string toLine(const Delivery& delivery) {
 std::string toText(const Delivery& delivery) {
     return (delivery.isDelivered ? "Delivered to " : "Could not deliver to ") + printable(delivery.to) +
            '\n' + delivery.text;
+}
+
+Delivery toSubscriber(const broker::Instance& indication) {
+    std::ostringstream properties;
+    printInstance(properties, indication, {});
+    return {"the subscriber", true, {{"indication", toJson(indication)}}, properties.str()};
 }
 
 // The object manager that hosts the provider. The provider's thread goes on until the process ends, wherever
@@ -52,11 +62,18 @@ public:
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
 
-    void begin() { beginDelivery(requester_.broker()); }
+    void begin() {
+        broker::Broker& broker = requester_.broker();
+        broker.setIndicationHandler(
+            [this](const auto&, const auto& indication) { report(toSubscriber(indication)); });
+        beginDelivery(broker, options_.subscribe ? Listening::Subscribed : Listening::No);
+    }
     bool canWrite() const { return canWrite_; }
 
 private:
+    // Called by the monitor's thread, and by the one that watches the log.
     void report(const Delivery& delivery) {
+        const std::lock_guard lock(reporting_);
         try {
             output_.write(options_.json ? toLine(delivery) : toText(delivery));
         } catch (const Failure&) {
@@ -76,6 +93,7 @@ private:
     Requester requester_;
     const broker::ObjectManager objectManager_;
     const ProviderOutput output_;
+    std::mutex reporting_;
     unsigned reported_ = 0;
     std::atomic<bool> canWrite_ = true;
     DeliveryWatch& watch_;
@@ -109,7 +127,11 @@ void addMonitorCommand(CLI::App& app, Chosen& chosen) {
     command->add_flag("--json", options->json, "Print a line of JSON for each alert");
     command->add_option("--module", options->module, "Provider module to load instead of the installed one");
     command->add_option("--count", options->count, "End after so many alerts")->check(CLI::Range(1, 1000000));
-    command->footer("Examples:\n  phctl monitor --count 1\n"
+    command->add_flag(
+        "--subscribe", options->subscribe,
+        "Print what a client of the object manager gets that subscribes to alerts, too: all new "
+        "events of the BMC's log");
+    command->footer("Examples:\n  phctl monitor --count 1\n  phctl monitor --subscribe\n"
                     "  phctl bmc event ... (in another shell)");
     command->callback([&chosen, options] { chosen = [options] { return monitor(options); }; });
 }

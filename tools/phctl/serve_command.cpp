@@ -133,7 +133,7 @@ public:
                         printable(delivery.to));
                 });
             }
-            beginDelivery(broker_);
+            beginDelivery(broker_, Listening::No);
             hasBegun_ = true;
         }
         watch_.begin();

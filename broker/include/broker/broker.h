@@ -136,6 +136,8 @@ public:
     // longer does: the filter is authorized and activated and indications are enabled, or the reverse. Throws
     // LoadError when the provider cannot be made.
     Reply subscribe(const std::string& query, const ObjectPath& source);
+    // Makes the indication provider and enables it, for what it does where nobody listens.
+    Reply enableIndications(const ObjectPath& source);
     Reply unsubscribe(const std::string& query, const ObjectPath& source);
 
     // For code that speaks CMPI itself. Objects that are made without a Scope last as long as the broker.

@@ -1,0 +1,20 @@
+// Up to where the BMC's event log has been read, across restarts.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <platform/cim_sel.h>
+
+// Both records as they were: an ID may be given to another record later.
+struct SelPosition {
+    std::uint32_t lastErasure; // of any record; time of the BMC
+    std::uint8_t isEmpty;      // 1: the log had no record, the others mean nothing
+    std::uint8_t first[CIM_SEL_RECORD_SIZE];
+    std::uint8_t last[CIM_SEL_RECORD_SIZE]; // the last that was taken
+};
+
+// The file /var/lib/provider-helper/sel-position. Nothing where it is missing or none of ours.
+std::optional<SelPosition> loadSelPosition();
+// False when it cannot be written: after a restart, records may be taken twice then.
+bool saveSelPosition(const SelPosition& position);
+void forgetSelPosition();

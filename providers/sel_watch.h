@@ -1,0 +1,39 @@
+// Delivers what the BMC writes into its event log as indications, while somebody subscribes.
+#pragma once
+
+#include <cmpift.h>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+class SelWatch {
+public:
+    explicit SelWatch(const CMPIBroker* broker) : broker_(broker) {}
+    ~SelWatch(); // waits for the event in hand
+    SelWatch(const SelWatch&) = delete;
+    SelWatch& operator=(const SelWatch&) = delete;
+
+    // The context is that of the object manager's call.
+    void addFilter(const CMPIContext* context);
+    void enable(const CMPIContext* context);
+    void disable();
+    void removeFilter(); // the last one: events until the next one comes are nobody's
+
+private:
+    template <class Change>
+    void change(Change change);
+    void startIfWanted(const CMPIContext* context);
+    bool isWanted() const { return filters_ > 0 && isEnabled_; }
+    void run();
+    void deliver(const std::uint8_t (&record)[16]) const;
+
+    const CMPIBroker* broker_;
+    const CMPIContext* context_ = nullptr; // of the thread
+    std::mutex mutex_;                     // of what follows
+    std::condition_variable changed_;
+    unsigned filters_ = 0;
+    bool isEnabled_ = false;
+    bool isForgotten_ = false;
+    bool isEnding_ = false;
+    std::thread thread_; // there once somebody subscribed
+};
