@@ -15,20 +15,6 @@ bool cachesArrays() {
     return g_corefeatures.words[CORE_FEATURE_INSTANCE_ARRAY_CACHE] == 1;
 }
 
-Owned<CMPIArray> profileArray(const Request& request, const char** names) {
-    const auto count = static_cast<CMPICount>(profiles().size());
-    CMPIStatus status{CMPI_RC_OK, nullptr};
-    CMPIArray* const array = CMNewArray(request.broker, count, CMPI_instance, &status);
-    Owned<CMPIArray> owner = made(array, status);
-    for (CMPICount i = 0; i < count; ++i) {
-        const Owned<CMPIInstance> instance = makeProfile(request, profiles()[i], names);
-        CMPIValue value{};
-        value.inst = instance.get();
-        require(CMSetArrayElementAt(array, i, &value, CMPI_instance));
-    }
-    return owner;
-}
-
 // A sensor that cannot be read is not offered to associations: PH_GetInstArray leaves it out, and so it is no
 // starting point either. Its instance says so with an operational status of 0, unknown.
 constexpr const char* sensorStatus = "OperationalStatus";
@@ -112,14 +98,15 @@ Instances::Instances(const Request& request, const std::string& nameSpace, const
         haveMore_ = true;
     }
     if (areProfiles) {
-        array_ = profileArray(request, properties.list());
-    } else {
-        const auto path = makePath(request.broker, nameSpace.c_str(), className);
-        array_.reset(PH_GetInstArray(path.get(), request.broker, request.context, properties.list()));
-        if (array_ == nullptr)
-            throw Failure(CMPI_RC_ERR_FAILED,
-                          std::string("The instances of ") + className + " cannot be read");
+        for (const Profile& profile : profiles())
+            instances_.push_back(
+                profiles_.emplace_back(makeProfile(request, profile, properties.list())).get());
+        return;
     }
+    const auto path = makePath(request.broker, nameSpace.c_str(), className);
+    array_.reset(PH_GetInstArray(path.get(), request.broker, request.context, properties.list()));
+    if (array_ == nullptr)
+        throw Failure(CMPI_RC_ERR_FAILED, std::string("The instances of ") + className + " cannot be read");
     const CMPICount count = sizeOf(array_.get());
     instances_.reserve(count);
     for (CMPICount i = 0; i < count; ++i) {

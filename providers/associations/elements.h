@@ -52,7 +52,8 @@ public:
     bool haveMore() const { return haveMore_; }
 
 private:
-    Owned<CMPIArray> array_;
+    Owned<CMPIArray> array_; // of a class of the library
+    std::vector<Owned<CMPIInstance>> profiles_;
     std::vector<const CMPIInstance*> instances_; // of the array
     bool haveMore_ = false;
 };

@@ -94,4 +94,16 @@ TEST_F(ArrayBuilders, brokerFailuresLeaveNothing) {
     EXPECT_EQ(broker.liveObjects(), 0U);
 }
 
+// Their arrays may refer to the strings that they hold.
+TEST_F(ArrayBuilders, stringsOfAStrictBrokerStay) {
+    broker.beStrict([](const std::string&, std::string_view) { return CMPI_null; });
+    char one[] = "one";
+    char* const texts[] = {one, one, nullptr};
+    CMPIArray* const array = PH_Dup_variable_string_Array(handle, texts);
+    EXPECT_EQ(describe(array), "string[]{\"one\", \"one\"}");
+    EXPECT_EQ(broker.calls("release"), 0U);
+    broker.failCall("newString", 2);
+    EXPECT_EQ(describe(PH_Dup_variable_string_Array(handle, texts)), "NULL");
+}
+
 } // namespace

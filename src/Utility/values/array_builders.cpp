@@ -1,6 +1,5 @@
 // Native lists and tables as CMPI arrays.
 #include "provider_helper/utility.h"
-#include "Utility/values/cmpi_ptr.h"
 
 #include <cmpimacs.h>
 #include <cstring>
@@ -32,16 +31,16 @@ CMPIStatus setElement(CMPIArray* array, CMPICount index, Native native, CMPIType
     return CMSetArrayElementAt(array, index, &value, type);
 }
 
-// Some brokers take no chars in an array of strings; they get the text as a string of theirs.
+// Some brokers take no chars in an array of strings; they get the text as a string of theirs. Their arrays may
+// refer to it: it is the broker's to release.
 CMPIStatus setText(const CMPIBroker* broker, CMPIArray* array, CMPICount index, const char* text) {
     const CMPIStatus status =
         CMSetArrayElementAt(array, index, reinterpret_cast<const CMPIValue*>(text), CMPI_chars);
     if (status.rc != CMPI_RC_ERR_TYPE_MISMATCH)
         return status;
-    const ph::CmpiPtr<CMPIString> string(CMNewString(broker, text, nullptr));
     CMPIValue value{};
-    value.string = string.get();
-    return string != nullptr ? CMSetArrayElementAt(array, index, &value, CMPI_string) : status;
+    value.string = CMNewString(broker, text, nullptr);
+    return value.string != nullptr ? CMSetArrayElementAt(array, index, &value, CMPI_string) : status;
 }
 
 // PH_DupArray_*: all bits set end the list.
