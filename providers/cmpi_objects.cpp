@@ -109,14 +109,16 @@ std::vector<Property> propertiesOf(const CMPIInstance* instance) {
     return properties;
 }
 
+// Some brokers count the keys that the class has, whether the path has them or not.
 std::vector<Property> keysOf(const CMPIObjectPath* path) {
-    CMPIStatus status{CMPI_RC_OK, nullptr};
-    std::vector<Property> keys(keyCount(path));
-    for (CMPICount i = 0; i < keys.size(); ++i) {
+    std::vector<Property> keys;
+    const CMPICount count = keyCount(path);
+    for (CMPICount i = 0; i < count; ++i) {
+        CMPIStatus status{CMPI_RC_OK, nullptr};
         CMPIString* name = nullptr;
-        keys[i].data = CMGetKeyAt(path, i, &name, &status);
-        require(status);
-        keys[i].name = textOf(name);
+        const CMPIData data = CMGetKeyAt(path, i, &name, &status);
+        if (const auto key = present(data, status))
+            keys.push_back({textOf(name), *key});
     }
     return keys;
 }

@@ -85,17 +85,21 @@ CMPIStatus getInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMP
         });
 }
 
+bool isMissing(const std::optional<CMPIData>& value) {
+    return !value || (value->state & CMPI_nullValue) != 0;
+}
+
 // Over CIM-XML the path of an instance that is to be made has no keys: they are the instance's.
 objects::Owned<CMPIObjectPath> pathOfNew(const CMPIBroker* broker, const CMPIObjectPath* path,
                                          const CMPIInstance* instance) {
     auto complete =
         objects::makePath(broker, objects::nameSpaceOf(path).c_str(), objects::classNameOf(path).c_str());
-    const CMPIObjectPath* const own = objects::pathOf(instance);
+    const CMPIObjectPath* const own = CMGetObjectPath(instance, nullptr); // some brokers have none
     for (const char* key : spelling::keysOf(objects::classNameOf(path).c_str())) {
-        auto value = objects::keyOf(own, key);
-        if (!value)
+        auto value = own != nullptr ? objects::keyOf(own, key) : std::nullopt;
+        if (isMissing(value))
             value = objects::propertyOf(instance, key);
-        if (value)
+        if (!isMissing(value))
             objects::addKey(complete.get(), key, *value);
     }
     return complete;
@@ -110,7 +114,7 @@ CMPIStatus createInstance(CMPIInstanceMI* mi, const CMPIContext* context, const 
         [&](auto function, auto* broker, auto* path, auto* result, CMPIStatus& status) {
             const spelling::Instance given(broker, path, instance);
             objects::Owned<CMPIObjectPath> complete;
-            if (objects::keyCount(path) == 0)
+            if (objects::keysOf(path).empty())
                 complete = pathOfNew(broker, path, given.get());
             status =
                 function(broker, context, result, complete != nullptr ? complete.get() : path, given.get());

@@ -1,6 +1,7 @@
 // Alerts as CIM_AlertIndication instances.
 #include "provider_helper/alert_delivery.h"
 #include "Utility/values/cmpi_ptr.h"
+#include "Utility/values/refused_type.h"
 
 #include <cstdlib>
 #include <cstring>
@@ -37,7 +38,7 @@ public:
     void severity(const CMPIBroker* broker, const char* name, const char* text) {
         const ph::CmpiPtr<CMPIString> string(CMNewString(broker, text, nullptr));
         object(name, &CMPIValue::string, CMPI_string, string);
-        if (string == nullptr || lastCode_ != CMPI_RC_ERR_TYPE_MISMATCH)
+        if (string == nullptr || !ph::isRefusedType(lastCode_))
             return;
         failed_ = false;
         number(name, std::atoi(text));

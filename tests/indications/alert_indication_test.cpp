@@ -82,6 +82,28 @@ TEST_F(AlertIndications, leaveOutWhatIsEmptyButTheSeverity) {
                             "PerceivedSeverity=", R"(MessageArguments={"", "", "", "", ""})"));
 }
 
+// DMTF's property is a number. What else such a broker refuses fails as ever.
+TEST_F(AlertIndications, haveTheSeveritysNumberWhereTextIsRefused) {
+    CMPIType refused = CMPI_null;
+    broker.beStrict([&](const std::string&, std::string_view property) -> std::optional<CMPIType> {
+        if (property == "PerceivedSeverity")
+            return CMPI_uint16;
+        return property == "MessageID" && refused != CMPI_null ? refused : CMPIType{CMPI_null};
+    });
+    broker::Scope scope(broker);
+    const AlertRecord alert = fullAlert();
+    const SelEventMessage message = thresholdEvent();
+    CMPIInstance* made = nullptr;
+    ASSERT_EQ(Create_AlertIndication_Instance(broker.handle(), scope.makeContext(), &alert, &made, &message),
+              0);
+    const Value* const severity = broker::find(broker::toInstance(made).properties, "PerceivedSeverity");
+    EXPECT_EQ(*severity, (Value{CMPI_uint16, std::uint64_t{6}}));
+    CMRelease(made);
+    refused = CMPI_uint8;
+    EXPECT_EQ(Create_AlertIndication_Instance(broker.handle(), scope.makeContext(), &alert, &made, &message),
+              1);
+}
+
 TEST_F(AlertIndications, countMicrosecondsIn32Bits) {
     AlertRecord alert = fullAlert();
     for (const auto& [seconds, microseconds] : std::initializer_list<std::pair<std::uint32_t, std::uint64_t>>{

@@ -1,5 +1,6 @@
 // Native lists and tables as CMPI arrays.
 #include "provider_helper/utility.h"
+#include "Utility/values/refused_type.h"
 
 #include <cmpimacs.h>
 #include <cstring>
@@ -36,7 +37,7 @@ CMPIStatus setElement(CMPIArray* array, CMPICount index, Native native, CMPIType
 CMPIStatus setText(const CMPIBroker* broker, CMPIArray* array, CMPICount index, const char* text) {
     const CMPIStatus status =
         CMSetArrayElementAt(array, index, reinterpret_cast<const CMPIValue*>(text), CMPI_chars);
-    if (status.rc != CMPI_RC_ERR_TYPE_MISMATCH)
+    if (!ph::isRefusedType(status.rc))
         return status;
     CMPIValue value{};
     value.string = CMNewString(broker, text, nullptr);
