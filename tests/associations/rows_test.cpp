@@ -2,6 +2,7 @@
 #include "association_fixture.h"
 #include "associations/association.h"
 #include "bmc_session.h"
+#include "declared_type.h"
 
 #include <algorithm>
 #include <map>
@@ -68,6 +69,19 @@ private:
 std::string nameOf(const testing::TestParamInfo<const AssociationClass*>& info) {
     return info.param->name;
 }
+TEST_P(Rows, areTheSameUnderAStrictBroker) {
+    const ObjectPath all = path(GetParam()->name, {}, nameSpace());
+    const Reply before = broker.enumerateInstances(all);
+    broker.beStrict(declaredType);
+    const Reply strictly = broker.enumerateInstances(all);
+    EXPECT_TRUE(strictly.ok()) << strictly.message;
+    EXPECT_EQ(strictly.instances, before.instances);
+    if (before.instances.empty())
+        return;
+    const broker::Instance& first = before.instances.front();
+    EXPECT_EQ(broker.getInstance(first.path).instances, std::vector{first});
+}
+
 INSTANTIATE_TEST_SUITE_P(Every, Rows,
                          testing::ValuesIn(associations::allAssociations().begin(),
                                            associations::allAssociations().end()),

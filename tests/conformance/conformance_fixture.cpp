@@ -23,14 +23,6 @@ std::string nameOf(const testing::TestParamInfo<TestedClass>& test) {
 
 } // namespace
 
-std::optional<CMPIType> Conformance::declaredType(const std::string& className, std::string_view property) {
-    const schema::Class* const declared = schema::find(className);
-    if (declared == nullptr)
-        return CMPI_null;
-    const schema::Property* const found = declared->property(property);
-    return found != nullptr ? std::optional(found->type) : std::nullopt;
-}
-
 broker::Instance Conformance::first() const {
     const auto all = tested.instances();
     return all.empty() ? broker::Instance{.path = tested.path(), .properties = {}} : all.front();

@@ -1,6 +1,7 @@
 // Tests of each class of the list, on the machine where all have instances.
 #pragma once
 
+#include "declared_type.h"
 #include "machine.h"
 #include "platform_calls.h"
 #include "served_class.h"
@@ -45,7 +46,6 @@ protected:
     const ServedClass tested{broker, *schema::find(GetParam().name)};
 
 private:
-    static std::optional<CMPIType> declaredType(const std::string& className, std::string_view property);
     broker::Instance first() const;
     broker::Request modification(const broker::Instance& instance) const;
     std::vector<broker::NamedValues> argumentsOf(const schema::Method& method);
