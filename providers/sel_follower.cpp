@@ -126,7 +126,7 @@ bool SelFollower::takeNew(const CIM_SELInfo& info, const Take& take) {
     position_->lastErasure = info.lastErasure;
     position_->isEmpty = read(firstRecord, first) ? 0 : 1;
     std::memcpy(position_->first, first.record, sizeof(position_->first));
-    if (std::memcmp(&before, &*position_, sizeof(before)) != 0)
+    if (before != *position_)
         saveSelPosition(*position_);
     return hasTaken;
 }

@@ -11,6 +11,8 @@ struct SelPosition {
     std::uint8_t isEmpty;      // 1: the log had no record, the others mean nothing
     std::uint8_t first[CIM_SEL_RECORD_SIZE];
     std::uint8_t last[CIM_SEL_RECORD_SIZE]; // the last that was taken
+
+    bool operator==(const SelPosition&) const = default;
 };
 
 // The file /var/lib/provider-helper/sel-position. Nothing where it is missing or none of ours.

@@ -21,7 +21,7 @@ struct Credentials {
 };
 
 // Of an Authorization header; false for another scheme, or what is none.
-bool readCredentials(std::string header, Credentials& credentials) {
+bool readCredentials(const std::string& header, Credentials& credentials) {
     constexpr std::string_view scheme = "Basic ";
     if (!broker::sameName(header.substr(0, scheme.size()), scheme))
         return false;

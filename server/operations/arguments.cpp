@@ -80,14 +80,16 @@ std::string Arguments::text(std::string_view name) const {
 
 bool Arguments::flag(std::string_view name, bool otherwise) const {
     const std::string given = text(name);
-    return given.empty() ? otherwise : *cimxml::parseValue(CMPI_boolean, given)->as<bool>();
+    return given.empty() ? otherwise
+                         : std::get<bool>(cimxml::parseValue(CMPI_boolean, given).value().content);
 }
 
 std::optional<std::uint32_t> Arguments::number(std::string_view name) const {
     const std::string given = text(name);
     if (given.empty())
         return std::nullopt;
-    return static_cast<std::uint32_t>(*cimxml::parseValue(CMPI_uint32, given)->as<std::uint64_t>());
+    return static_cast<std::uint32_t>(
+        std::get<std::uint64_t>(cimxml::parseValue(CMPI_uint32, given).value().content));
 }
 
 broker::PropertyList Arguments::texts(std::string_view name) const {
