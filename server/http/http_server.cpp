@@ -10,6 +10,7 @@
 #include <ctime>
 #include <stdexcept>
 #include <sys/eventfd.h>
+#include <sys/socket.h>
 #include <thread>
 #include <unistd.h>
 
@@ -74,6 +75,11 @@ public:
             throw std::runtime_error("eventfd failed");
         options_.limits.requestSize = options_.requestSize + headSize;
         set_payload_max_length(options_.requestSize);
+        // The library would share the port with another server.
+        set_socket_options([](int socket) {
+            const int yes = 1;
+            setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+        });
         new_task_queue = [this] { return new ConnectionThreads(options_.connections); };
         Post("/cimom/?",
              [this](const httplib::Request& request, httplib::Response& response,

@@ -149,13 +149,16 @@ class Limits(served.ServedTest):
         return self.fail("nobody is answered any more")
 
     def test_usage(self):
-        for arguments in (("--listen", "0.0.0.0:0"), ("--listen", "127.0.0.1"), ("--listen", "127.0.0.1:70000"),
-                          ("--tls-certificate", "x"), ("--users-file", "missing"), ("--generate",)):
+        taken = f"127.0.0.1:{self.server.port}"
+        for status, arguments in ((2, ("--listen", "0.0.0.0:0")), (2, ("--listen", "127.0.0.1")),
+                                  (2, ("--listen", "127.0.0.1:70000")), (2, ("--tls-certificate", "x")),
+                                  (2, ("--users-file", "missing")), (2, ("--generate",)),
+                                  (1, ("--listen", taken))):
             with self.subTest(arguments):
                 ended = subprocess.run([*served.COMMAND, "serve", *arguments], env=self.server.environment,
                                        cwd=self.server.root, stderr=subprocess.PIPE, encoding="utf-8", timeout=60,
                                        check=False)
-                self.assertEqual(ended.returncode, 2, ended.stderr)
+                self.assertEqual(ended.returncode, status, ended.stderr)
                 self.assertRegex(ended.stderr, r"^phctl: .*\n$")
 
 
