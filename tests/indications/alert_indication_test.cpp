@@ -96,8 +96,9 @@ TEST_F(AlertIndications, haveTheSeveritysNumberWhereTextIsRefused) {
     CMPIInstance* made = nullptr;
     ASSERT_EQ(Create_AlertIndication_Instance(broker.handle(), scope.makeContext(), &alert, &made, &message),
               0);
-    const Value* const severity = broker::find(broker::toInstance(made).properties, "PerceivedSeverity");
-    EXPECT_EQ(*severity, (Value{CMPI_uint16, std::uint64_t{6}}));
+    const Instance indication = broker::toInstance(made);
+    EXPECT_EQ(*broker::find(indication.properties, "PerceivedSeverity"),
+              (Value{CMPI_uint16, std::uint64_t{6}}));
     CMRelease(made);
     refused = CMPI_uint8;
     EXPECT_EQ(Create_AlertIndication_Instance(broker.handle(), scope.makeContext(), &alert, &made, &message),
