@@ -421,9 +421,7 @@ struct _CMPIObjectPathFT {
     CMPIData (*getMethodQualifier)(const CMPIObjectPath*, const char*, const char*, CMPIStatus*);
     CMPIData (*getParameterQualifier)(const CMPIObjectPath*, const char*, const char*, const char*,
                                       CMPIStatus*);
-#if CMPI_VERSION >= CMPIVersion210
     CMPIString* (*toString)(const CMPIObjectPath*, CMPIStatus*);
-#endif
 };
 
 /* Results of a request. */
