@@ -36,18 +36,6 @@ bool isNamed(const broker::Instance& instance, const broker::ObjectPath& path) {
 
 } // namespace
 
-bool ReadOnlyClass::answers(const broker::Request& request) const {
-    switch (request.operation) {
-    case Kind::Associators:
-    case Kind::AssociatorNames:
-    case Kind::References:
-    case Kind::ReferenceNames:
-        return false;
-    default:
-        return broker::sameName(request.path.className, className_);
-    }
-}
-
 broker::Reply ReadOnlyClass::execute(const broker::Request& request, const Caller&) {
     std::vector<broker::Instance> all = instances();
     broker::Reply reply{.done = true};

@@ -10,11 +10,10 @@ namespace server {
 // Instances that are made when they are asked for, of one class, and that nobody changes.
 class ReadOnlyClass : public OwnClass {
 public:
-    bool answers(const broker::Request& request) const override;
     broker::Reply execute(const broker::Request& request, const Caller& caller) override;
 
 protected:
-    ReadOnlyClass(broker::Broker& broker, const char* className) : broker_(broker), className_(className) {}
+    ReadOnlyClass(broker::Broker& broker, const char* className) : OwnClass(className), broker_(broker) {}
     virtual std::vector<broker::Instance> instances() const = 0;
     // A new one, with the class's keys and what else is given. Other properties are null.
     broker::Instance make(const broker::NamedValues& properties) const;
@@ -23,7 +22,6 @@ protected:
 
 private:
     broker::Broker& broker_;
-    const char* const className_;
 };
 
 class ObjectManagerClass : public ReadOnlyClass {

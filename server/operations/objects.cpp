@@ -9,6 +9,7 @@ namespace {
 
 using cimxml::CimError;
 using cimxml::ErrorCode;
+using Kind = broker::Request::Operation;
 
 // CMPI's codes are those of DSP0200, and beyond them some of its own.
 ErrorCode errorCode(CMPIrc code) {
@@ -29,6 +30,18 @@ void completePath(broker::ObjectPath& path, const std::string& nameSpace, const 
 }
 
 } // namespace
+
+bool OwnClass::answers(const broker::Request& request) const {
+    switch (request.operation) {
+    case Kind::Associators:
+    case Kind::AssociatorNames:
+    case Kind::References:
+    case Kind::ReferenceNames:
+        return false;
+    default:
+        return broker::sameName(request.path.className, className_);
+    }
+}
 
 broker::Reply Objects::ask(const broker::Request& request, const Caller& caller) {
     struct Leaving {

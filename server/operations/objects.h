@@ -13,10 +13,15 @@ namespace server {
 // A class whose instances the server itself has.
 class OwnClass {
 public:
+    explicit OwnClass(const char* className) : className_(className) {}
     virtual ~OwnClass() = default;
-    virtual bool answers(const broker::Request& request) const = 0;
+    // Requests on the class and its instances, but for their associations.
+    bool answers(const broker::Request& request) const;
     // Throws CimError.
     virtual broker::Reply execute(const broker::Request& request, const Caller& caller) = 0;
+
+protected:
+    const char* const className_;
 };
 
 class Objects {

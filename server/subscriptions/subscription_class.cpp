@@ -49,17 +49,8 @@ broker::Instance toInstance(const Subscription& subscription, const std::string&
 
 } // namespace
 
-bool SubscriptionClass::answers(const broker::Request& request) const {
-    switch (request.operation) {
-    case Kind::Associators:
-    case Kind::AssociatorNames:
-    case Kind::References:
-    case Kind::ReferenceNames:
-        return false;
-    default:
-        return broker::sameName(request.path.className, className);
-    }
-}
+SubscriptionClass::SubscriptionClass(SubscriptionStore& store, std::function<void()> begin)
+    : OwnClass(className), store_(store), begin_(std::move(begin)) {}
 
 broker::Reply SubscriptionClass::execute(const broker::Request& request, const Caller&) {
     const auto notFound = [] { throw CimError(ErrorCode::NotFound, "there is no such subscription"); };

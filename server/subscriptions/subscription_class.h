@@ -11,10 +11,8 @@ namespace server {
 class SubscriptionClass : public OwnClass {
 public:
     // `begin` is called when there is a subscription to be delivered for; it may be called again.
-    SubscriptionClass(SubscriptionStore& store, std::function<void()> begin)
-        : store_(store), begin_(std::move(begin)) {}
+    SubscriptionClass(SubscriptionStore& store, std::function<void()> begin);
 
-    bool answers(const broker::Request& request) const override;
     broker::Reply execute(const broker::Request& request, const Caller& caller) override;
 
 private:
