@@ -25,15 +25,6 @@ broker::Value number(CMPIType type, std::uint64_t value) {
     return {type, value};
 }
 
-// Keys are in any order.
-bool isNamed(const broker::Instance& instance, const broker::ObjectPath& path) {
-    return instance.path.keys.size() == path.keys.size() &&
-           std::all_of(path.keys.begin(), path.keys.end(), [&](const broker::NamedValue& key) {
-               const broker::Value* value = broker::find(instance.path.keys, key.name);
-               return value != nullptr && *value == key.value;
-           });
-}
-
 } // namespace
 
 broker::Reply ReadOnlyClass::execute(const broker::Request& request, const Caller&) {
@@ -45,7 +36,8 @@ broker::Reply ReadOnlyClass::execute(const broker::Request& request, const Calle
             reply.paths.push_back(std::move(each.path));
         return reply;
     case Kind::GetInstance:
-        std::erase_if(all, [&](const broker::Instance& each) { return !isNamed(each, request.path); });
+        std::erase_if(all,
+                      [&](const broker::Instance& each) { return !isSameInstance(each.path, request.path); });
         if (all.empty())
             throw CimError(ErrorCode::NotFound, "there is no such instance");
         break;

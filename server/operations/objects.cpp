@@ -43,6 +43,29 @@ bool OwnClass::answers(const broker::Request& request) const {
     }
 }
 
+bool isSameInstance(const broker::ObjectPath& left, const broker::ObjectPath& right) {
+    return left.keys.size() == right.keys.size() &&
+           std::all_of(left.keys.begin(), left.keys.end(), [&](const broker::NamedValue& key) {
+               const broker::Value* value = broker::find(right.keys, key.name);
+               return value != nullptr && *value == key.value;
+           });
+}
+
+// Most classes fail with one code whether an instance is not there or something went wrong with it.
+bool Objects::isOfNothing(const broker::Request& request, const broker::Reply& reply, const Caller& caller) {
+    constexpr Kind ofInstances[] = {Kind::GetInstance, Kind::ModifyInstance, Kind::DeleteInstance,
+                                    Kind::InvokeMethod};
+    if (reply.code != CMPI_RC_ERR_FAILED ||
+        std::find(std::begin(ofInstances), std::end(ofInstances), request.operation) == std::end(ofInstances))
+        return false;
+    broker::Request names{.operation = Kind::EnumerateInstanceNames, .path = request.path};
+    names.user = request.user;
+    names.path.keys.clear();
+    const broker::Reply all = ask(names, caller);
+    return all.ok() && std::none_of(all.paths.begin(), all.paths.end(),
+                                    [&](const auto& path) { return isSameInstance(path, request.path); });
+}
+
 broker::Reply Objects::ask(const broker::Request& request, const Caller& caller) {
     struct Leaving {
         RequestOrigin& origin;
@@ -59,7 +82,8 @@ broker::Reply Objects::execute(broker::Request request, const Caller& caller) {
         std::find_if(own_.begin(), own_.end(), [&](const auto& each) { return each->answers(request); });
     broker::Reply reply = own != own_.end() ? (*own)->execute(request, caller) : ask(request, caller);
     if (!reply.ok())
-        throw CimError(errorCode(reply.code), description(reply));
+        throw CimError(isOfNothing(request, reply, caller) ? ErrorCode::NotFound : errorCode(reply.code),
+                       description(reply));
     for (broker::ObjectPath& path : reply.paths)
         completePath(path, request.path.nameSpace, caller);
     for (broker::Instance& instance : reply.instances)

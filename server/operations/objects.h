@@ -34,10 +34,14 @@ public:
 
 private:
     broker::Reply ask(const broker::Request& request, const Caller& caller);
+    bool isOfNothing(const broker::Request& request, const broker::Reply& reply, const Caller& caller);
 
     broker::Broker& broker_;
     RequestOrigin origin_;
     std::vector<std::unique_ptr<OwnClass>> own_;
 };
+
+// Whether two paths of a class have the same keys, in any order.
+bool isSameInstance(const broker::ObjectPath& left, const broker::ObjectPath& right);
 
 } // namespace server

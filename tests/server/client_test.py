@@ -64,7 +64,11 @@ class InstanceOperations(served.ServedTest):
         self.assertIn("4321", self.server.json("ei", DESTINATION)[0]["properties"]["Destination"])
         self.client.call("DeleteInstance", InstanceName=xml(name))
         self.assertEqual(self.server.json("ei", DESTINATION), [])
-        self.assert_refused(1, self.client.call, "GetInstance", InstanceName=xml(name))
+        for operation, parameters in (
+                ("GetInstance", {"InstanceName": xml(name)}), ("DeleteInstance", {"InstanceName": xml(name)}),
+                ("ModifyInstance", {"ModifiedInstance": f"<VALUE.NAMEDINSTANCE>{xml(name)}{instance}"
+                                                        "</VALUE.NAMEDINSTANCE>"})):
+            self.assert_refused(6, self.client.call, operation, **parameters)
 
     def test_text_that_xml_cannot_carry(self):
         system = self.server.json("ei", "CIM_SPComputerSystem")[0]["properties"]["Name"]
