@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <platform/sel_record.h>
 #include <platform/support.h>
 
 namespace {
@@ -31,25 +32,26 @@ void SelWatch::change(Change change) {
     changed_.notify_one();
 }
 
-void SelWatch::startIfWanted(const CMPIContext* context) {
-    if (!isWanted() || thread_.joinable())
+void SelWatch::follow(const CMPIContext* context) {
+    constexpr std::chrono::seconds patience{2};
+    std::unique_lock lock(mutex_);
+    if (!isWanted())
         return;
-    context_ = CBPrepareAttachThread(broker_, context);
-    thread_ = std::thread([this] { run(); });
+    if (!thread_.joinable()) {
+        context_ = CBPrepareAttachThread(broker_, context);
+        thread_ = std::thread([this] { run(); });
+    }
+    following_.wait_for(lock, patience, [this] { return isFollowing_ || !isWanted(); });
 }
 
 void SelWatch::addFilter(const CMPIContext* context) {
-    change([&] {
-        ++filters_;
-        startIfWanted(context);
-    });
+    change([this] { ++filters_; });
+    follow(context);
 }
 
 void SelWatch::enable(const CMPIContext* context) {
-    change([&] {
-        isEnabled_ = true;
-        startIfWanted(context);
-    });
+    change([this] { isEnabled_ = true; });
+    follow(context);
 }
 
 void SelWatch::disable() {
@@ -60,6 +62,7 @@ void SelWatch::removeFilter() {
     change([this] {
         filters_ -= filters_ > 0 ? 1 : 0;
         isForgotten_ = isForgotten_ || filters_ == 0;
+        isFollowing_ = isFollowing_ && !isForgotten_;
     });
 }
 
@@ -68,8 +71,12 @@ void SelWatch::deliver(const std::uint8_t (&record)[16]) const {
     std::copy(std::begin(record), std::end(record), message.record);
     AlertRecord alert{};
     CMPIInstance* made = nullptr;
-    if (SelToAlert(&message, &alert, message.destination, message.channel) != 0 ||
-        Create_AlertIndication_Instance(broker_, context_, &alert, &made, &message) != 0)
+    if (SelToAlert(&message, &alert, message.destination, message.channel) != 0)
+        return;
+    // Where a system event has the sensor's number, an OEM record has data of its own.
+    if (!PH_IsSelSystemEvent(record))
+        alert.AlertingManagedElement[0] = alert.MessageArguments[0][0] = '\0';
+    if (Create_AlertIndication_Instance(broker_, context_, &alert, &made, &message) != 0)
         return;
     const objects::Owned<CMPIInstance> indication(made);
     Deliver_SEL_Indication(broker_, context_, indication.get());
@@ -91,6 +98,8 @@ void SelWatch::run() {
         lock.unlock();
         follower.poll([this](const auto& record) { deliver(record); });
         lock.lock();
+        isFollowing_ = !isForgotten_;
+        following_.notify_all();
         changed_.wait_for(lock, interval(), [this] { return isEnding_ || isForgotten_ || !isWanted(); });
     }
     lock.unlock();

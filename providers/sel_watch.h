@@ -13,7 +13,8 @@ public:
     SelWatch(const SelWatch&) = delete;
     SelWatch& operator=(const SelWatch&) = delete;
 
-    // The context is that of the object manager's call.
+    // The context is that of the object manager's call, which comes back when the end of the log is known, or
+    // the BMC is slow to tell: what the log gets after that is delivered.
     void addFilter(const CMPIContext* context);
     void enable(const CMPIContext* context);
     void disable();
@@ -22,7 +23,7 @@ public:
 private:
     template <class Change>
     void change(Change change);
-    void startIfWanted(const CMPIContext* context);
+    void follow(const CMPIContext* context);
     bool isWanted() const { return filters_ > 0 && isEnabled_; }
     void run();
     void deliver(const std::uint8_t (&record)[16]) const;
@@ -30,10 +31,11 @@ private:
     const CMPIBroker* broker_;
     const CMPIContext* context_ = nullptr; // of the thread
     std::mutex mutex_;                     // of what follows
-    std::condition_variable changed_;
+    std::condition_variable changed_, following_;
     unsigned filters_ = 0;
     bool isEnabled_ = false;
     bool isForgotten_ = false;
+    bool isFollowing_ = false; // since somebody has listened
     bool isEnding_ = false;
     std::thread thread_; // there once somebody subscribed
 };

@@ -13,6 +13,7 @@ using cimxml::ErrorCode;
 using Kind = broker::Request::Operation;
 
 constexpr const char* className = "CIM_IndicationSubscription";
+constexpr const char* noSuch = "there is no such subscription";
 
 broker::ObjectPath reference(const broker::NamedValues& values, const char* name) {
     const Value* value = broker::find(values, name);
@@ -49,11 +50,25 @@ broker::Instance toInstance(const Subscription& subscription, const std::string&
 
 } // namespace
 
-SubscriptionClass::SubscriptionClass(SubscriptionStore& store, std::function<void()> begin)
-    : OwnClass(className), store_(store), begin_(std::move(begin)) {}
+SubscriptionClass::SubscriptionClass(SubscriptionStore& store, Listen listen)
+    : OwnClass(className), store_(store), listen_(std::move(listen)) {}
+
+// Events from before are delivered to nobody: the log is followed first.
+void SubscriptionClass::create(const Subscription& made) {
+    store_.check(made);
+    listen_(true);
+    if (!store_.add(made))
+        throw CimError(ErrorCode::AlreadyExists, "the subscription is there already");
+}
+
+void SubscriptionClass::remove(const Subscription& removed) {
+    if (!store_.remove(removed))
+        throw CimError(ErrorCode::NotFound, noSuch);
+    if (store_.all().empty())
+        listen_(false);
+}
 
 broker::Reply SubscriptionClass::execute(const broker::Request& request, const Caller&) {
-    const auto notFound = [] { throw CimError(ErrorCode::NotFound, "there is no such subscription"); };
     const std::string& nameSpace = request.path.nameSpace;
     broker::Reply reply{.done = true};
     switch (request.operation) {
@@ -72,21 +87,18 @@ broker::Reply SubscriptionClass::execute(const broker::Request& request, const C
                 return isSame(each, wanted);
             });
         if (found == all.end())
-            notFound();
+            throw CimError(ErrorCode::NotFound, noSuch);
         reply.instances.push_back(toInstance(*found, nameSpace));
         break;
     }
     case Kind::CreateInstance: {
         const Subscription made = subscriptionOf(request.instance.properties);
-        begin_();
-        if (!store_.add(made))
-            throw CimError(ErrorCode::AlreadyExists, "the subscription is there already");
+        create(made);
         reply.paths.push_back(toInstance(made, nameSpace).path);
         break;
     }
     case Kind::DeleteInstance:
-        if (!store_.remove(subscriptionOf(request.path.keys)))
-            notFound();
+        remove(subscriptionOf(request.path.keys));
         break;
     default:
         throw CimError(ErrorCode::NotSupported, "subscriptions are created and deleted, not changed");

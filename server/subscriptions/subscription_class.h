@@ -10,14 +10,19 @@ namespace server {
 
 class SubscriptionClass : public OwnClass {
 public:
-    // `begin` is called when there is a subscription to be delivered for; it may be called again.
-    SubscriptionClass(SubscriptionStore& store, std::function<void()> begin);
+    // Told before a subscription is made, and after one has gone: whether there is any to deliver for.
+    using Listen = std::function<void(bool isWanted)>;
+
+    SubscriptionClass(SubscriptionStore& store, Listen listen);
 
     broker::Reply execute(const broker::Request& request, const Caller& caller) override;
 
 private:
+    void create(const Subscription& made);
+    void remove(const Subscription& removed);
+
     SubscriptionStore& store_;
-    const std::function<void()> begin_;
+    const Listen listen_;
 };
 
 } // namespace server

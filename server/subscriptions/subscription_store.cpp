@@ -3,13 +3,11 @@
 #include "cimxml/cim_error.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <memory>
 #include <optional>
-#include <platform/sel_record.h>
 #include <platform/smash_db.h>
 #include <platform/sysroot.h>
 #include <stdexcept>
@@ -21,7 +19,6 @@ using cimxml::CimError;
 using cimxml::ErrorCode;
 
 constexpr std::uint8_t any = 0xFF;
-constexpr std::string_view handlerPrefix = "CIMXML-";
 
 struct CloseDatabase {
     void operator()(SMASH_DB_HANDLE handle) const { db_close(handle); }
@@ -64,14 +61,23 @@ std::optional<CimxmlDestinationRow> Database::destination(const Subscription& su
     return find(db_get_listener_destination, nameOf(subscription.handler));
 }
 
-std::optional<std::int32_t> destinationNumber(const broker::ObjectPath& handler) {
-    const std::string name = nameOf(handler);
-    std::int32_t number = 0;
-    if (!name.starts_with(handlerPrefix))
-        return std::nullopt;
-    const char* const last = name.data() + name.size();
-    const auto [end, error] = std::from_chars(name.data() + handlerPrefix.size(), last, number);
-    return error == std::errc{} && end == last && number >= 0 ? std::optional(number) : std::nullopt;
+// The event severity bit of a platform event filter (IPMI 2.0, table 17-2) for a DMTF PerceivedSeverity.
+std::int32_t severityBit(std::uint64_t perceived) {
+    constexpr std::int32_t bits[] = {0, 0x01, 0x02, 0x08, 0x04, 0, 0x10, 0x20};
+    return perceived < std::size(bits) ? bits[perceived] : 0;
+}
+
+// A condition on the sensor never holds for an alert that names none.
+bool selects(const CimxmlFilterRow& filter, const broker::Instance& alert) {
+    int sensorType = -1, sensorNumber = -1;
+    if (const auto* element = broker::find(alert.properties, "AlertingManagedElement"))
+        std::sscanf(broker::toText(*element).c_str(), "%d:%d", &sensorType, &sensorNumber);
+    const auto* severity = broker::find(alert.properties, "PerceivedSeverity");
+    const auto* perceived = severity != nullptr ? severity->as<std::uint64_t>() : nullptr;
+    const auto fits = [](std::int32_t wanted, int is) { return wanted == any || wanted == is; };
+    return fits(filter.sensorType, sensorType) && fits(filter.sensorNumber, sensorNumber) &&
+           (filter.severity == 0 ||
+            (perceived != nullptr && (severityBit(*perceived) & filter.severity) != 0));
 }
 
 std::string placeOf(const char* absolutePath) {
@@ -83,24 +89,6 @@ std::string placeOf(const char* absolutePath) {
 
 std::string storeFile() {
     return placeOf("/conf/indication_subscriptions");
-}
-
-void check(const Subscription& subscription) {
-    const auto refuse = [](const std::string& text) { throw CimError(ErrorCode::InvalidParameter, text); };
-    if (!broker::sameName(subscription.filter.className, "CIM_IndicationFilter"))
-        refuse("Filter is no CIM_IndicationFilter");
-    if (!broker::sameName(subscription.handler.className, "CIM_ListenerDestinationCIMXML") ||
-        !destinationNumber(subscription.handler))
-        refuse("Handler is no CIM_ListenerDestinationCIMXML of the name CIMXML-<number>");
-    // A line of the file, with a tab between.
-    if (broker::toText(subscription.filter).find_first_of("\t\n") != std::string::npos)
-        refuse("Filter has a name that cannot be kept");
-    const Database database;
-    if (!database.filter(subscription))
-        throw CimError(ErrorCode::NotFound, "Filter is not there, or none for CIM-XML listeners (its name "
-                                            "has :CIMXML- in it): those of the BMC it delivers itself");
-    if (!database.destination(subscription))
-        throw CimError(ErrorCode::NotFound, "Handler is not there");
 }
 
 } // namespace
@@ -127,8 +115,26 @@ std::vector<Subscription> SubscriptionStore::all() {
     return all_;
 }
 
+void SubscriptionStore::check(const Subscription& subscription) {
+    const auto refuse = [](const std::string& text) { throw CimError(ErrorCode::InvalidParameter, text); };
+    if (!broker::sameName(subscription.filter.className, "CIM_IndicationFilter"))
+        refuse("Filter is no CIM_IndicationFilter");
+    if (!broker::sameName(subscription.handler.className, "CIM_ListenerDestinationCIMXML"))
+        refuse("Handler is no CIM_ListenerDestinationCIMXML");
+    // A line of the file, with a tab between.
+    for (const auto& [path, name] :
+         {std::pair{&subscription.filter, "Filter"}, {&subscription.handler, "Handler"}})
+        if (broker::toText(*path).find_first_of("\t\n") != std::string::npos)
+            refuse(std::string(name) + " has a name that cannot be kept");
+    const Database database;
+    if (!database.filter(subscription))
+        throw CimError(ErrorCode::NotFound, "Filter is not there, or none for CIM-XML listeners (its name "
+                                            "has :CIMXML- in it): those of the BMC it delivers itself");
+    if (!database.destination(subscription))
+        throw CimError(ErrorCode::NotFound, "Handler is not there");
+}
+
 bool SubscriptionStore::add(const Subscription& subscription) {
-    check(subscription);
     const std::lock_guard lock(mutex_);
     dropOrphans();
     if (std::any_of(all_.begin(), all_.end(), [&](const auto& each) { return isSame(each, subscription); }))
@@ -152,22 +158,17 @@ bool SubscriptionStore::remove(const Subscription& subscription) {
     return removed != 0;
 }
 
-std::vector<Match> SubscriptionStore::matching(const std::uint8_t (&record)[CIM_SEL_RECORD_SIZE]) {
+std::vector<std::string> SubscriptionStore::destinationsOf(const broker::Instance& alert) {
     const std::lock_guard lock(mutex_);
-    std::vector<Match> matches;
+    std::vector<std::string> urls;
     const Database database;
-    if (!PH_IsSelSystemEvent(record))
-        return matches;
     for (const Subscription& each : all_) {
         const auto filter = database.filter(each);
-        const auto number = destinationNumber(each.handler);
-        const auto fits = [](std::int32_t wanted, std::uint8_t is) { return wanted == any || wanted == is; };
-        if (filter && number && database.destination(each) &&
-            fits(filter->sensorType, PH_SelSensorType(record)) &&
-            fits(filter->sensorNumber, PH_SelSensorNumber(record)))
-            matches.push_back({*number, static_cast<std::uint8_t>(filter->severity)});
+        const auto destination = database.destination(each);
+        if (filter && destination && selects(*filter, alert))
+            urls.emplace_back(destination->destination);
     }
-    return matches;
+    return urls;
 }
 
 void SubscriptionStore::dropOrphans() {

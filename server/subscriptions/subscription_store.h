@@ -3,9 +3,7 @@
 
 #include "broker/value.h"
 
-#include <cstdint>
 #include <mutex>
-#include <platform/sel_event_message.h>
 #include <string>
 #include <vector>
 
@@ -13,12 +11,6 @@ namespace server {
 
 struct Subscription {
     broker::ObjectPath filter, handler;
-};
-
-// What of an event has to be delivered to whom.
-struct Match {
-    std::int32_t destination; // n of CIMXML-n
-    std::uint8_t severity;    // that the filter wants, as bits of a platform event filter; 0: any
 };
 
 // They are kept in the file "/conf/indication_subscriptions"; filters and destinations are the SMASH database's.
@@ -29,12 +21,13 @@ public:
     SubscriptionStore();
 
     std::vector<Subscription> all();
-    // False when there is one already. Throws CimError for another kind of filter or destination, or one that
-    // is not there.
+    // Throws CimError for another kind of filter or destination, or one that is not there.
+    static void check(const Subscription& subscription);
+    // One that was checked. False when there is one already.
     bool add(const Subscription& subscription);
     bool remove(const Subscription& subscription);
-    // The destinations whose filters select the event's sensor.
-    std::vector<Match> matching(const std::uint8_t (&record)[CIM_SEL_RECORD_SIZE]);
+    // The URLs of the destinations whose filters select the CIM_AlertIndication.
+    std::vector<std::string> destinationsOf(const broker::Instance& alert);
 
 private:
     void dropOrphans();

@@ -4,6 +4,7 @@
 #include "instance_output.h"
 
 #include <atomic>
+#include <cstdlib>
 #include <dlfcn.h>
 #include <sstream>
 #include <utility>
@@ -42,6 +43,12 @@ int send(const char* url, const char* text) {
     return current != nullptr ? current->send(url, text) : -1;
 }
 
+Delivery toDelivery(const std::string& url, const broker::Instance& indication) {
+    std::ostringstream properties;
+    printInstance(properties, indication, {});
+    return {url, false, {{"indication", toJson(indication)}}, properties.str()};
+}
+
 } // namespace
 
 DeliveryWatch::DeliveryWatch(Report report) : report_(std::move(report)) {
@@ -74,11 +81,14 @@ int DeliveryWatch::generate(const CMPIInstance* indication, char** text) noexcep
 }
 
 int DeliveryWatch::send(const char* url, const char* text) noexcept {
-    return report(send_(url, text), [&] {
-        std::ostringstream properties;
-        printInstance(properties, indication_, {});
-        return Delivery{url, false, {{"indication", toJson(indication_)}}, properties.str()};
-    });
+    return report(send_(url, text), [&] { return toDelivery(url, indication_); });
+}
+
+void DeliveryWatch::post(const std::string& url, const CMPIInstance* indication) const noexcept {
+    char* text = nullptr;
+    const int result = generate_(indication, &text) == 0 ? send_(url.c_str(), text) : -1;
+    std::free(text);
+    report(result, [&] { return toDelivery(url, broker::toInstance(indication)); });
 }
 
 int DeliveryWatch::mail(const AlertMailRequest& request) noexcept {

@@ -37,6 +37,8 @@ public:
     int generate(const CMPIInstance* indication, char** text) noexcept;
     int send(const char* url, const char* text) noexcept;
     int mail(const AlertMailRequest& request) noexcept;
+    // Posts an indication as the library does, and reports that, too; in any thread.
+    void post(const std::string& url, const CMPIInstance* indication) const noexcept;
 
 private:
     template <class Describe>

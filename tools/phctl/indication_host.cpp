@@ -7,6 +7,17 @@ namespace phctl {
 namespace {
 
 constexpr const char* consequence = "alerts cannot be delivered without it";
+constexpr const char* query = "select * from CIM_AlertIndication";
+
+broker::ObjectPath source() {
+    return {.host = {}, .nameSpace = "root/interop", .className = "CIM_AlertIndication", .keys = {}};
+}
+
+void requireAccepted(const broker::Reply& reply) {
+    if (!reply.ok())
+        throw Failure("the indication provider refuses: " + broker::codeName(reply.code) + ' ' +
+                      reply.message);
+}
 
 } // namespace
 
@@ -16,14 +27,12 @@ void provideDelivery() {
 }
 
 void beginDelivery(broker::Broker& broker, Listening listening) {
-    const broker::ObjectPath source{
-        .host = {}, .nameSpace = "root/interop", .className = "CIM_AlertIndication", .keys = {}};
-    const broker::Reply begun = listening == Listening::Subscribed
-                                    ? broker.subscribe("select * from CIM_AlertIndication", source)
-                                    : broker.enableIndications(source);
-    if (!begun.ok())
-        throw Failure("the indication provider refuses: " + broker::codeName(begun.code) + ' ' +
-                      begun.message);
+    requireAccepted(listening == Listening::Subscribed ? broker.subscribe(query, source())
+                                                       : broker.enableIndications(source()));
+}
+
+void endDelivery(broker::Broker& broker) {
+    requireAccepted(broker.unsubscribe(query, source()));
 }
 
 } // namespace phctl

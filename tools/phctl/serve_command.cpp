@@ -1,19 +1,15 @@
 // serve: the providers behind CIM-XML over HTTP.
-#include "broker/object_manager.h"
+#include "alert_delivery.h"
 #include "commands.h"
 #include "database.h"
-#include "delivery_watch.h"
 #include "errors.h"
-#include "event_pipe.h"
 #include "http/http_server.h"
 #include "http/tls.h"
-#include "indication_host.h"
 #include "operations/interop_classes.h"
 #include "provider_output.h"
 #include "requests.h"
-#include "subscriptions/log_watch.h"
+#include "schema/class_schema.h"
 #include "subscriptions/subscription_class.h"
-#include "text_layout.h"
 #include "users/bmc_users.h"
 #include "users/password_file.h"
 #include "users/remembered_logins.h"
@@ -24,7 +20,6 @@
 #include <filesystem>
 #include <iostream>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <thread>
 
@@ -95,6 +90,15 @@ void log(const std::string& line) {
     std::cerr << line + '\n';
 }
 
+// Clients are told the types of the class. Of one that the schema does not know, another module's, any.
+std::optional<CMPIType> declaredType(const std::string& className, std::string_view property) {
+    const schema::Class* found = schema::find(className);
+    if (found == nullptr)
+        return CMPI_null;
+    const schema::Property* declared = found->property(property);
+    return declared != nullptr ? std::optional(declared->type) : std::nullopt;
+}
+
 server::HttpOptions httpOptions(const ServeOptions& options) {
     server::HttpOptions http;
     readListen(options.listen, http);
@@ -111,44 +115,6 @@ server::HttpOptions httpOptions(const ServeOptions& options) {
     http.log = log;
     return http;
 }
-
-// What delivers alerts for clients that subscribe. The provider's thread goes on until the process ends: what
-// it uses is never taken away.
-class AlertDelivery {
-public:
-    AlertDelivery(server::SubscriptionStore& store, broker::Broker& broker)
-        : broker_(broker), watch_(store, bmcSettings, writeToEventPipe, log) {}
-
-    // With the first subscription. Throws Failure, as when somebody else reads from the pipe.
-    void begin() {
-        const std::lock_guard lock(mutex_);
-        if (!hasBegun_) {
-            provideDelivery();
-            if (!pipe_)
-                pipe_.emplace();
-            if (manager_ == nullptr) {
-                manager_ = new broker::ObjectManager(broker_);
-                new DeliveryWatch([](const Delivery& delivery) {
-                    log((delivery.isDelivered ? "Delivered to " : "Could not deliver to ") +
-                        printable(delivery.to));
-                });
-            }
-            beginDelivery(broker_, Listening::No);
-            hasBegun_ = true;
-        }
-        watch_.begin();
-    }
-    // Whether the library has what it must not lose.
-    bool isInUse() const { return manager_ != nullptr; }
-
-private:
-    broker::Broker& broker_;
-    std::mutex mutex_;
-    std::optional<EventPipeClaim> pipe_;
-    broker::ObjectManager* manager_ = nullptr;
-    bool hasBegun_ = false;
-    server::LogWatch watch_; // ends first
-};
 
 // Until a signal ends it.
 void answer(server::Service& service, const server::HttpOptions& http, const sigset_t& ending) {
@@ -173,18 +139,20 @@ int serve(const Options& options) {
     const server::HttpOptions http = httpOptions(*options);
     const ProviderOutput redirected;
     auto broker = std::make_unique<broker::Broker>();
+    broker->beStrict(declaredType);
     loadProviders(*broker, options->module);
     provideInstanceArrays();
     server::SubscriptionStore subscriptions;
     bool mustStay = false;
     {
-        AlertDelivery delivery(subscriptions, *broker);
+        AlertDelivery delivery(subscriptions, *broker, log);
         server::Service service(*broker);
         service.add(std::make_unique<server::ObjectManagerClass>(*broker, PH_VERSION));
         service.add(std::make_unique<server::NameSpaceClass>(*broker));
-        service.add(std::make_unique<server::SubscriptionClass>(subscriptions, [&] { delivery.begin(); }));
+        service.add(std::make_unique<server::SubscriptionClass>(
+            subscriptions, [&](bool isWanted) { delivery.listen(isWanted); }));
         if (!subscriptions.all().empty())
-            delivery.begin();
+            delivery.listen(true);
         answer(service, http, ending);
         mustStay = delivery.isInUse();
     }
