@@ -1,6 +1,10 @@
 // Associators, References and their names (DSP0200, 5.3.2.13 to 5.3.2.16).
 #include "cimxml/value_writer.h"
+#include "operations/class_associations.h"
+#include "operations/class_writer.h"
 #include "operations/queries.h"
+
+#include <algorithm>
 
 namespace server {
 namespace {
@@ -10,6 +14,32 @@ using Kind = ArgumentKind;
 using Request = broker::Request;
 
 constexpr const char* object = "ObjectName";
+
+// A class of the other namespace is told with its own.
+broker::ObjectPath pathOf(const schema::Class& described, const std::string& nameSpace,
+                          const std::string& host) {
+    const auto& all = described.nameSpaces;
+    const bool isHere = all.empty() || std::find(all.begin(), all.end(), nameSpace) != all.end();
+    return {.host = host,
+            .nameSpace = isHere ? nameSpace : std::string(all.front()),
+            .className = std::string(described.name),
+            .keys = {}};
+}
+
+cimxml::Body returnClasses(const Operation& operation, std::vector<const schema::Class*> classes) {
+    const Arguments& arguments = operation.arguments;
+    const ClassExtent extent{.withQualifiers = arguments.flag("IncludeQualifiers", false),
+                             .withOrigin = arguments.flag("IncludeClassOrigin", false),
+                             .properties = arguments.texts("PropertyList")};
+    return returnItems(std::move(classes),
+                       [extent, nameSpace = operation.nameSpace,
+                        host = operation.caller.host](XmlWriter& xml, const schema::Class* each) {
+                           xml.element("VALUE.OBJECTWITHPATH", {}, [&] {
+                               cimxml::writeFullPath(xml, pathOf(*each, nameSpace, host));
+                               writeClass(xml, *each, extent);
+                           });
+                       });
+}
 
 cimxml::Body returnObjects(const Operation& operation, broker::Reply reply) {
     return returnItems(std::move(reply.instances),
@@ -21,23 +51,31 @@ cimxml::Body returnObjects(const Operation& operation, broker::Reply reply) {
                        });
 }
 
-cimxml::Body returnPaths(broker::Reply reply) {
-    return returnItems(std::move(reply.paths), [](XmlWriter& xml, const broker::ObjectPath& path) {
+cimxml::Body returnPaths(std::vector<broker::ObjectPath> paths) {
+    return returnItems(std::move(paths), [](XmlWriter& xml, const broker::ObjectPath& path) {
         xml.element("OBJECTPATH", {}, [&] { cimxml::writeFullPath(xml, path); });
     });
 }
 
-cimxml::Body associators(const Operation& operation) {
-    return returnObjects(operation, associate(operation, Request::Operation::Associators, object));
+cimxml::Body returnClassPaths(const Operation& operation, const std::vector<const schema::Class*>& classes) {
+    std::vector<broker::ObjectPath> paths;
+    for (const schema::Class* each : classes)
+        paths.push_back(pathOf(*each, operation.nameSpace, operation.caller.host));
+    return returnPaths(std::move(paths));
 }
-cimxml::Body references(const Operation& operation) {
-    return returnObjects(operation, associate(operation, Request::Operation::References, object));
+
+// What the request asks of classes, where ObjectName names one.
+template <Request::Operation kind, auto classes>
+cimxml::Body objects(const Operation& operation) {
+    if (!operation.arguments.className(object).empty())
+        return returnClasses(operation, classes(operation));
+    return returnObjects(operation, associate(operation, kind, object));
 }
-cimxml::Body associatorNames(const Operation& operation) {
-    return returnPaths(associate(operation, Request::Operation::AssociatorNames, object));
-}
-cimxml::Body referenceNames(const Operation& operation) {
-    return returnPaths(associate(operation, Request::Operation::ReferenceNames, object));
+template <Request::Operation kind, auto classes>
+cimxml::Body paths(const Operation& operation) {
+    if (!operation.arguments.className(object).empty())
+        return returnClassPaths(operation, classes(operation));
+    return returnPaths(associate(operation, kind, object).paths);
 }
 
 constexpr ArgumentRow associatorsArguments[] = {
@@ -57,10 +95,14 @@ constexpr ArgumentRow referenceNamesArguments[] = {
     {object, Kind::ObjectName, true}, {"ResultClass", Kind::ClassName}, {"Role", Kind::Text}};
 
 constexpr OperationRow rows[] = {
-    {"Associators", Access::Read, associatorsArguments, associators},
-    {"AssociatorNames", Access::Read, associatorNamesArguments, associatorNames},
-    {"References", Access::Read, referencesArguments, references},
-    {"ReferenceNames", Access::Read, referenceNamesArguments, referenceNames},
+    {"Associators", Access::Read, associatorsArguments,
+     objects<Request::Operation::Associators, associatedClasses>},
+    {"AssociatorNames", Access::Read, associatorNamesArguments,
+     paths<Request::Operation::AssociatorNames, associatedClasses>},
+    {"References", Access::Read, referencesArguments,
+     objects<Request::Operation::References, referringClasses>},
+    {"ReferenceNames", Access::Read, referenceNamesArguments,
+     paths<Request::Operation::ReferenceNames, referringClasses>},
 };
 
 } // namespace

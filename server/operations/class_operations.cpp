@@ -1,8 +1,6 @@
 // GetClass, EnumerateClasses and so on (DSP0200, 5.3.2.1, 5.3.2.11 and 5.3.2.12), and qualifiers.
-#include "broker/value.h"
 #include "cimxml/cim_error.h"
-#include "cimxml/value_text.h"
-#include "cimxml/value_writer.h"
+#include "operations/class_writer.h"
 #include "operations/operation.h"
 #include "operations/qualifiers.h"
 
@@ -16,93 +14,11 @@ using cimxml::ErrorCode;
 using cimxml::XmlWriter;
 using Kind = ArgumentKind;
 
-// How much of a class a client wants.
-struct Extent {
-    bool isLocal, withQualifiers, withOrigin;
-    broker::PropertyList properties;
-
-    template <class Feature>
-    bool wants(const Feature& feature, const schema::Class& described) const {
-        return !isLocal || feature.declaredBy.empty() || feature.declaredBy == described.name;
-    }
-    bool lists(std::string_view name) const {
-        return !properties ||
-               std::any_of(properties->begin(), properties->end(),
-                           [&](const std::string& each) { return broker::sameName(each, name); });
-    }
-};
-
-Extent extentOf(const Arguments& arguments) {
+ClassExtent extentOf(const Arguments& arguments) {
     return {.isLocal = arguments.flag("LocalOnly", true),
             .withQualifiers = arguments.flag("IncludeQualifiers", true),
             .withOrigin = arguments.flag("IncludeClassOrigin", false),
             .properties = arguments.texts("PropertyList")};
-}
-
-template <class Feature>
-void writeFeatureQualifiers(XmlWriter& xml, const Feature& feature, const Extent& extent) {
-    if (extent.withQualifiers)
-        writeQualifiers(xml, feature);
-}
-
-void writeProperty(XmlWriter& xml, const schema::Property& property, const schema::Class& described,
-                   const Extent& extent) {
-    const bool isReference = cimxml::isReference(property.type);
-    const std::string type = cimxml::typeAttribute(property.type);
-    const bool isPropagated = !property.declaredBy.empty() && property.declaredBy != described.name;
-    xml.element(isReference          ? "PROPERTY.REFERENCE"
-                : property.isArray() ? "PROPERTY.ARRAY"
-                                     : "PROPERTY",
-                {{"NAME", property.name},
-                 {isReference ? "" : "TYPE", type},
-                 {isReference && !property.className.empty() ? "REFERENCECLASS" : "", property.className},
-                 {extent.withOrigin && !property.origin.empty() ? "CLASSORIGIN" : "", property.origin},
-                 {isPropagated ? "PROPAGATED" : "", "true"},
-                 {cimxml::isEmbedded(property.type) ? "EmbeddedObject" : "", "instance"}},
-                [&] { writeFeatureQualifiers(xml, property, extent); });
-}
-
-void writeParameter(XmlWriter& xml, const schema::Parameter& parameter, const Extent& extent) {
-    const bool isReference = cimxml::isReference(parameter.type);
-    const std::string type = cimxml::typeAttribute(parameter.type);
-    const char* const elements[][2] = {{"PARAMETER", "PARAMETER.ARRAY"},
-                                       {"PARAMETER.REFERENCE", "PARAMETER.REFARRAY"}};
-    xml.element(elements[isReference ? 1 : 0][parameter.isArray() ? 1 : 0],
-                {{"NAME", parameter.name},
-                 {isReference ? "" : "TYPE", type},
-                 {isReference && !parameter.className.empty() ? "REFERENCECLASS" : "", parameter.className}},
-                [&] { writeFeatureQualifiers(xml, parameter, extent); });
-}
-
-void writeMethod(XmlWriter& xml, const schema::Method& method, const schema::Class& described,
-                 const Extent& extent) {
-    const std::string type = cimxml::typeAttribute(method.type);
-    const bool isPropagated = !method.declaredBy.empty() && method.declaredBy != described.name;
-    xml.element("METHOD",
-                {{"NAME", method.name},
-                 {"TYPE", type},
-                 {extent.withOrigin && !method.origin.empty() ? "CLASSORIGIN" : "", method.origin},
-                 {isPropagated ? "PROPAGATED" : "", "true"}},
-                [&] {
-                    writeFeatureQualifiers(xml, method, extent);
-                    for (const schema::Parameter& parameter : method.parameters)
-                        writeParameter(xml, parameter, extent);
-                });
-}
-
-void writeClass(XmlWriter& xml, const schema::Class& described, const Extent& extent) {
-    xml.element(
-        "CLASS",
-        {{"NAME", described.name}, {described.superclass.empty() ? "" : "SUPERCLASS", described.superclass}},
-        [&] {
-            writeFeatureQualifiers(xml, described, extent);
-            for (const schema::Property& property : described.properties)
-                if (extent.wants(property, described) && extent.lists(property.name))
-                    writeProperty(xml, property, described, extent);
-            for (const schema::Method& method : described.methods)
-                if (extent.wants(method, described))
-                    writeMethod(xml, method, described, extent);
-        });
 }
 
 cimxml::Body getClass(const Operation& operation) {

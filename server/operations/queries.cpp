@@ -86,7 +86,7 @@ broker::Reply associate(const Operation& operation, Request::Operation request, 
     const Arguments& arguments = operation.arguments;
     broker::ObjectPath path = arguments.path(object);
     if (path.keys.empty())
-        throw CimError(ErrorCode::NotSupported, "associations of classes are not supported");
+        throw CimError(ErrorCode::InvalidParameter, std::string(object) + " has no keys");
     path.nameSpace = operation.nameSpace;
     findClass(path.className, operation.nameSpace);
     complete(path, operation.nameSpace);

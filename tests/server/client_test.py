@@ -109,6 +109,30 @@ class InstanceOperations(served.ServedTest):
 
 
 class AssociationOperations(served.ServedTest):
+    def test_of_classes(self):
+        host = class_name(HOST)
+        filters = {"AssocClass": class_name("CIM_SystemDevice"), "ResultRole": "partcomponent"}
+        names = [each.find(".//CLASSNAME").get("NAME")
+                 for each in self.client.items("AssociatorNames", ObjectName=host, **filters)]
+        self.assertEqual(names, [SENSOR, "CIM_Sensor"])
+        described = self.client.items("Associators", ObjectName=host, PropertyList=["currentreading"], **filters)
+        self.assertEqual([each.find("CLASS").get("NAME") for each in described], names)
+        self.assertEqual([[each.get("NAME") for each in item.find("CLASS") if each.tag.startswith("PROPERTY")]
+                          for item in described], [["CurrentReading"], []])
+        self.assertEqual(self.client.items("AssociatorNames", ObjectName=host, Role="PartComponent",
+                                           **filters), [])
+        # What a class is associated with, its instances are; and the profiles of the other namespace.
+        source, = self.client.names(HOST)
+        for operation in ("AssociatorNames", "ReferenceNames"):
+            got = {each.find(".//CLASSNAME").get("NAME") for each in self.client.items(operation, ObjectName=host)}
+            self.assertGreater(len(got), 5)
+            self.assertLessEqual({each.find(".//INSTANCENAME").get("CLASSNAME")
+                                  for each in self.client.items(operation, ObjectName=source)}, got)
+        profile, = self.client.items("AssociatorNames", ObjectName=host,
+                                     AssocClass=class_name("CIM_ElementConformsToProfile"))
+        self.assertEqual([each.get("NAME") for each in profile.iter("NAMESPACE")], ["root", "interop"])
+        self.assert_refused(5, self.client.call, "ReferenceNames", ObjectName=class_name("CIM_None"))
+
     def test_objects_and_paths_agree(self):
         host, = self.client.names(HOST)
         for objects, paths, pulled, pulled_paths, filters in (
