@@ -34,8 +34,11 @@ public:
         failed_ = failed_ || object == nullptr;
         set(name, &value, type);
     }
-    // A text that begins with a number. Brokers that know the class's type take the number only.
+    // A text that begins with a number. Brokers that know the class's type take the number only: those that
+    // make instances with all properties of the class tell by that, others by refusing the text.
     void severity(const CMPIBroker* broker, const char* name, const char* text) {
+        if (isNumber(name))
+            return number(name, std::atoi(text));
         const ph::CmpiPtr<CMPIString> string(CMNewString(broker, text, nullptr));
         object(name, &CMPIValue::string, CMPI_string, string);
         if (string == nullptr || !ph::isRefusedType(lastCode_))
@@ -46,6 +49,11 @@ public:
     bool failed() const { return failed_; }
 
 private:
+    bool isNumber(const char* name) const {
+        CMPIStatus status{CMPI_RC_OK, nullptr};
+        const CMPIData present = CMGetProperty(instance_, name, &status);
+        return status.rc == CMPI_RC_OK && present.type == CMPI_uint16;
+    }
     void set(const char* name, const CMPIValue* value, CMPIType type) {
         if (failed_)
             return;

@@ -5,6 +5,7 @@
 #include <cmpimacs.h>
 #include <cstring>
 #include <fcntl.h>
+#include <map>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -103,6 +104,30 @@ TEST_F(AlertIndications, haveTheSeveritysNumberWhereTextIsRefused) {
     refused = CMPI_uint8;
     EXPECT_EQ(Create_AlertIndication_Instance(broker.handle(), scope.makeContext(), &alert, &made, &message),
               1);
+}
+
+// Some brokers make an instance with all properties of its class, and look at the type of no value.
+TEST_F(AlertIndications, haveTheSeveritysNumberWhereTheInstanceDoes) {
+    static std::map<std::string, CMPIType> given;
+    static CMPIInstanceFT careless;
+    broker::Scope scope(broker);
+    const AlertRecord alert = fullAlert();
+    const SelEventMessage message = thresholdEvent();
+    for (const CMPIType type : std::initializer_list<CMPIType>{CMPI_uint16, CMPI_string}) {
+        CMPIInstance* const instance =
+            scope.make({.path = indicationClass, .properties = {{"PerceivedSeverity", {type, {}}}}});
+        careless = *instance->ft;
+        careless.setProperty = [](const CMPIInstance*, const char* name, const CMPIValue*,
+                                  const CMPIType valueType) {
+            given[name] = valueType;
+            return CMPIStatus{CMPI_RC_OK, nullptr};
+        };
+        instance->ft = &careless;
+        ASSERT_EQ(
+            Set_AlertIndication_Properties(broker.handle(), scope.makeContext(), &alert, instance, &message),
+            0);
+        EXPECT_EQ(given["PerceivedSeverity"], type);
+    }
 }
 
 TEST_F(AlertIndications, countMicrosecondsIn32Bits) {
