@@ -96,4 +96,22 @@ TEST_F(DeployCheck, asksOpenPegasusWhatItHolds) {
                       HasSubstr("the one that is loaded is abridged")));
 }
 
+TEST_F(DeployCheck, aSmallFootprintBrokersRepository) {
+    deploy();
+    sysroot.standIn("/manager/sfcbd");
+    for (const char* folder : {"/etc/sfcb", "/var/lib/sfcb/registration/repository/root/cimv2",
+                               "/var/lib/sfcb/registration/repository/root/interop"})
+        std::filesystem::create_directories(sysroot.place(folder));
+    write("/etc/sfcb/sfcb.cfg", "providerDirs: /usr/lib/sfcb /usr/local/lib/cmpi\n");
+    write("/var/lib/sfcb/registration/providerRegister", "[CIM_Account]\n   provider: ProviderHelper\n");
+    write("/var/lib/sfcb/registration/repository/root/cimv2/classSchemas", "CIM_Sensor CIM_NumericSensor");
+    write("/var/lib/sfcb/registration/repository/root/interop/classSchemas", "CIM_ReferencedProfile");
+    EXPECT_EQ(run().status, 0) << run().text;
+    // DMTF's classes are there as far as staged files name them.
+    write("/var/lib/sfcb/registration/repository/root/cimv2/classSchemas", "CIM_SPComputerSystem");
+    write("/etc/sfcb/sfcb.cfg", "providerDirs: /usr/local/lib/cmpi2\n");
+    EXPECT_THAT(run().text, AllOf(HasSubstr("MISSING  the class CIM_NumericSensor in root/cimv2"),
+                                  HasSubstr("MISSING  the module's folder in providerDirs")));
+}
+
 } // namespace

@@ -55,6 +55,7 @@ TEST(SchemaFiles, theFullOneNeedsNoOther) {
         }
         before.insert(declared[i]);
     }
+    EXPECT_EQ(matches(mof, "Version \\(\"([\\d.]+)\"\\)\\]\nclass").size(), declared.size());
     // Every qualifier has a type.
     const auto types = matches(content("ProviderHelperQualifiers.mof"), "Qualifier (\\w+) :");
     for (const auto& each : matches(mof, "[\\[,] ?\n? *([A-Z][A-Za-z]+)(?= ?[(\\{,\\]])"))

@@ -13,6 +13,8 @@ using schema::Parameter;
 using schema::Property;
 
 constexpr std::size_t lineLength = 100;
+// Older than any that DMTF's classes have: a compiler that keeps the newer one of two declarations keeps DMTF's.
+constexpr const char* version = "1.0.0";
 
 bool holds(const Classes& classes, std::string_view name) {
     return std::ranges::find(classes, name, [](const Class* each) { return each->name; }) != classes.end();
@@ -228,6 +230,8 @@ void writeQualifierTypes(std::ostream& out) {
         "ValueMap : string[], Scope(property, method, parameter)",
         "Values : string[], Scope(property, method, parameter), Flavor(EnableOverride, ToSubclass, "
         "Translatable)",
+        "Version : string = null, Scope(class, association, indication), Flavor(EnableOverride, Restricted, "
+        "Translatable)",
         "Write : boolean = false, Scope(property, reference)",
     };
     for (const char* type : types)
@@ -242,6 +246,7 @@ void writeClass(std::ostream& out, const Class& declared, const Classes& known) 
         qualifiers.emplace_back("Indication");
     if (declared.isAbstract)
         qualifiers.emplace_back("Abstract");
+    qualifiers.push_back("Version (" + quoted(version) + ')');
     out << text(qualifiers, "") << "class " << declared.name;
     if (!declared.superclass.empty())
         out << " : " << declared.superclass;

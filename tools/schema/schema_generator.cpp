@@ -57,7 +57,10 @@ int main(int argc, char** argv) try {
     write("ProviderHelperFull.mof", [](std::ostream& out) {
         out << "// provider-helper " PH_VERSION
                ": every class that is served, with what it derives from and refers\n"
-               "// to, after the DMTF CIM Schema 2.41. For object managers without that schema.\n\n";
+               "// to, after the DMTF CIM Schema 2.41. For object managers without that schema, and those "
+               "whose\n"
+               "// compiler takes of it what is declared here and keeps the newer declaration of a "
+               "class.\n\n";
         writeClasses(out, mof::selfContained());
     });
     write("ProviderHelperQualifiers.mof", mof::writeQualifierTypes);
