@@ -179,8 +179,12 @@ private:
             std::chrono::steady_clock::now() - current->requestStart();
         std::snprintf(end, sizeof end, "%d %zu bytes %.1f ms", response.status, current->written(),
                       duration.count());
+        // A request that was not understood has none of its own.
+        std::string address;
+        int port = 0;
+        current->get_remote_ip_and_port(address, port);
         const RequestNotes& notes = Endpoint::notes();
-        options_.log(std::string(time) + ' ' + request.remote_addr + ' ' + printable(notes.user) + ' ' +
+        options_.log(std::string(time) + ' ' + address + ' ' + printable(notes.user) + ' ' +
                      printable(request.method) + ' ' + printable(request.path.substr(0, 100)) + ' ' +
                      printable(notes.call) + ' ' + end);
     }

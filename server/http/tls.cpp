@@ -2,6 +2,7 @@
 
 #include <arpa/inet.h>
 #include <cerrno>
+#include <cstring>
 #include <fcntl.h>
 #include <openssl/err.h>
 #include <openssl/pem.h>
@@ -14,10 +15,10 @@ namespace server {
 namespace {
 
 [[noreturn]] void fail(const std::string& what) {
-    char reason[256] = "";
-    if (const unsigned long code = ERR_get_error(); code != 0)
-        ERR_error_string_n(code, reason, sizeof reason);
-    throw std::runtime_error(what + (*reason != '\0' ? std::string(": ") + reason : ""));
+    const unsigned long code = ERR_get_error();
+    const char* const reason =
+        ERR_SYSTEM_ERROR(code) ? std::strerror(ERR_GET_REASON(code)) : ERR_reason_error_string(code);
+    throw std::runtime_error(what + (reason != nullptr ? std::string(": ") + reason : ""));
 }
 
 template <auto release>
