@@ -2,10 +2,17 @@
 
 #include "interop/xml_text.h"
 
+#include <algorithm>
+
 namespace cimxml {
 namespace {
 
 constexpr std::size_t partSize = 16 * 1024;
+
+// Stands in XML as it is; most texts are of nothing else.
+bool isPlain(char c) {
+    return c >= 0x20 && c < 0x7F && c != '&' && c != '<' && c != '>' && c != '"';
+}
 
 } // namespace
 
@@ -53,9 +60,22 @@ void XmlWriter::closeTag() {
     tagIsOpen_ = false;
 }
 
-// Readers turn other line ends and, in attributes, tabs into what is simpler: references keep them.
 void XmlWriter::escape(std::string_view text) {
-    for (const char c : interop::xmlText(text))
+    while (!text.empty()) {
+        const std::size_t plain =
+            static_cast<std::size_t>(std::ranges::find_if_not(text, isPlain) - text.begin());
+        buffer_.append(text.substr(0, plain));
+        text.remove_prefix(plain);
+        const std::size_t special =
+            static_cast<std::size_t>(std::ranges::find_if(text, isPlain) - text.begin());
+        replace(text.substr(0, special));
+        text.remove_prefix(special);
+    }
+}
+
+// Readers turn other line ends and, in attributes, tabs into what is simpler: references keep them.
+void XmlWriter::replace(std::string_view special) {
+    for (const char c : interop::xmlText(special))
         switch (c) {
         case '&':
             buffer_ += "&amp;";

@@ -48,6 +48,7 @@ private:
     void end(const char* name);
     void closeTag();
     void escape(std::string_view text);
+    void replace(std::string_view special);
 
     Sink sink_;
     std::string buffer_;
