@@ -4,6 +4,7 @@ As a program it tells rates and latencies, too: load_test.py --seconds 30 [--cli
 """
 import argparse
 import multiprocessing
+import os
 import statistics
 import sys
 import time
@@ -60,6 +61,7 @@ class Load:
         self.latencies, self.failures = {}, []
         results = multiprocessing.Queue()
         address = argparse.Namespace(port=server.port)
+        before = self.processor(server)
         end = time.monotonic() + seconds
         processes = [multiprocessing.Process(target=ask, args=(address, end, results)) for _ in range(clients)]
         for process in processes:
@@ -72,6 +74,7 @@ class Load:
             for name, some in latencies.items():
                 self.latencies.setdefault(name, []).extend(some)
         self.memory.append(self.resident(server))
+        self.used = self.processor(server) - before
         for process in processes:
             process.join()
 
@@ -80,9 +83,17 @@ class Load:
         with open(f"/proc/{server.process.pid}/status", encoding="utf-8") as status:
             return next(int(line.split()[1]) for line in status if line.startswith("VmRSS:"))
 
+    @staticmethod
+    def processor(server):
+        """Seconds of processor time so far."""
+        with open(f"/proc/{server.process.pid}/stat", encoding="utf-8") as stat:
+            fields = stat.read().rsplit(")", 1)[1].split()
+        return sum(int(each) for each in fields[11:13]) / os.sysconf("SC_CLK_TCK")
+
     def report(self, seconds):
         everything = [each for some in self.latencies.values() for each in some]
-        print(f"{len(everything) / seconds:.0f} requests/s, {len(self.failures)} failed; memory {self.memory} kB")
+        print(f"{len(everything) / seconds:.0f} requests/s, {len(self.failures)} failed; memory {self.memory} kB; "
+              f"{self.used / len(everything) * 1000:.2f} ms of the processor for a request")
         for name, some in [*self.latencies.items(), ("all", everything)]:
             print(f"{name:24} {len(some):6}  median {statistics.median(some) * 1000:6.1f} ms"
                   f"  p99 {statistics.quantiles(some, n=100)[98] * 1000:6.1f} ms")
