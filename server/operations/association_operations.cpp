@@ -59,6 +59,7 @@ cimxml::Body returnPaths(std::vector<broker::ObjectPath> paths) {
 
 cimxml::Body returnClassPaths(const Operation& operation, const std::vector<const schema::Class*>& classes) {
     std::vector<broker::ObjectPath> paths;
+    paths.reserve(classes.size());
     for (const schema::Class* each : classes)
         paths.push_back(pathOf(*each, operation.nameSpace, operation.caller.host));
     return returnPaths(std::move(paths));

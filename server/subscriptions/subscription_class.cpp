@@ -55,7 +55,7 @@ SubscriptionClass::SubscriptionClass(SubscriptionStore& store, Listen listen)
 
 // Events from before are delivered to nobody: the log is followed first.
 void SubscriptionClass::create(const Subscription& made) {
-    store_.check(made);
+    SubscriptionStore::check(made);
     listen_(true);
     if (!store_.add(made))
         throw CimError(ErrorCode::AlreadyExists, "the subscription is there already");
