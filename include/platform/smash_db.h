@@ -10,6 +10,7 @@
 #ifndef PLATFORM_SMASH_DB_H
 #define PLATFORM_SMASH_DB_H
 
+#include "platform/smash_db_devices.h"
 #include "platform/smash_db_handle.h"
 #include "platform/smash_db_indications.h"
 #include "platform/smash_db_inventory.h"

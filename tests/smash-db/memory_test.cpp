@@ -88,6 +88,8 @@ TEST_F(DatabaseFixture, reportsMemoryThatRunsOut) {
          }},
         {"db_get_all_full_sdrs", [&] { return getAll(db_get_all_full_sdrs, database); }},
         {"db_get_all_compact_sdrs", [&] { return getAll(db_get_all_compact_sdrs, database); }},
+        {"db_get_all_entity_devices", [&] { return getAll(db_get_all_entity_devices, database); }},
+        {"db_get_all_entity_associations", [&] { return getAll(db_get_all_entity_associations, database); }},
         {"db_get_all_power_mgt_service", [&] { return getAll(db_get_all_power_mgt_service, database); }},
         {"db_get_all_power_mgt_capabilities",
          [&] { return getAll(db_get_all_power_mgt_capabilities, database); }},

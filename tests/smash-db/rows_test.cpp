@@ -1,5 +1,6 @@
 #include "database_fixture.h"
 #include "smash-db/database.h"
+#include "smash-db/device_tables.h"
 #include "smash-db/inventory_tables.h"
 #include "smash-db/rows.h"
 
@@ -116,6 +117,19 @@ TEST_F(Rows, ofSensorsComeWholeAndInOrder) {
     expectSame(getRow(db_get_full_sdr, handle, numeric[500].common.deviceId), numeric[500]);
     expectSame(getRow(db_get_compact_sdr, handle, discrete[1].deviceId), discrete[1]);
     EXPECT_EQ(getRow(db_get_full_sdr, handle, "1000"), nullptr);
+}
+
+TEST_F(Rows, ofEntitiesComeWhole) {
+    auto device = blank<EntityDeviceRow>();
+    fillNumbers(device.entityId, device.entityInstance, device.tachometer, device.presenceSensor,
+                device.presentStates, device.absentStates, device.hasVariableSpeed);
+    auto association = blank<EntityAssociationRow>();
+    fillNumbers(association.containerId, association.containerInstance, association.entityId,
+                association.entityInstance);
+    smash::replaceAll<EntityDeviceRow>(connection, smash::entityDeviceTable, {&device, 1});
+    smash::replaceAll<EntityAssociationRow>(connection, smash::entityAssociationTable, {&association, 1});
+    expectSame(getAll(db_get_all_entity_devices, handle).rows, device);
+    expectSame(getAll(db_get_all_entity_associations, handle).rows, association);
 }
 
 TEST_F(Rows, ofFrusComeByTheLowestEntityInstance) {

@@ -27,6 +27,11 @@ SdrBuilder SdrBuilder::fruLocator(std::uint8_t fruDeviceId, std::uint8_t entityI
     return sdr.set(6, {0x20, fruDeviceId, 0x80}).set(13, {entityId, entityInstance});
 }
 
+SdrBuilder SdrBuilder::record(std::uint8_t type, std::initializer_list<std::uint8_t> bytes) {
+    SdrBuilder sdr(type, 5 + bytes.size(), "");
+    return sdr.resize(5 + bytes.size()).set(6, bytes);
+}
+
 SdrBuilder& SdrBuilder::set(std::size_t position, std::initializer_list<std::uint8_t> values) {
     for (const std::uint8_t value : values)
         bytes_.at(position++ - 1) = value;

@@ -13,6 +13,9 @@ public:
     static SdrBuilder fruLocator(std::uint8_t fruDeviceId, std::uint8_t entityId,
                                  std::uint8_t entityInstance);
 
+    // Makes a record of its bytes from the sixth on.
+    static SdrBuilder record(std::uint8_t type, std::initializer_list<std::uint8_t> bytes);
+
     SdrBuilder& set(std::size_t position, std::initializer_list<std::uint8_t> values);
     SdrBuilder& number(std::uint8_t sensorNumber) { return set(8, {sensorNumber}); }
     SdrBuilder& states(std::uint16_t mask);

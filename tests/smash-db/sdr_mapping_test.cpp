@@ -1,6 +1,7 @@
 #include "smash-db/sync/sdr_mapping.h"
 
 #include "sdr_builder.h"
+#include "smash-db/sync/entity_devices.h"
 
 #include <gmock/gmock.h>
 
@@ -233,14 +234,116 @@ TEST_F(Mapping, servesTheFirstOfTwoSensorsWithOneId) {
 
 TEST_F(Mapping, findsFruDevicesAndPassesOverOtherRecords) {
     add(SdrBuilder::fruLocator(3, 0x0A, 2));
-    for (const std::uint8_t type :
-         std::initializer_list<std::uint8_t>{0x08, 0x09, 0x10, 0x12, 0x13, 0x14, 0xC0})
+    for (const std::uint8_t type : std::initializer_list<std::uint8_t>{0x10, 0x12, 0x13, 0x14, 0xC0})
         add(SdrBuilder::fruLocator(4, 0x0A, 3).set(4, {type}));
     ASSERT_EQ(mapping.fruLocators.size(), 1u);
     EXPECT_EQ(mapping.fruLocators[0].fruDeviceId, 3);
     EXPECT_EQ(mapping.fruLocators[0].entityId, 0x0A);
     EXPECT_EQ(mapping.fruLocators[0].entityInstance, 2);
     EXPECT_THAT(remarks, IsEmpty());
+}
+
+TEST_F(Mapping, takesEntityAssociations) {
+    const struct {
+        const char* name;
+        std::uint8_t type;
+        std::initializer_list<std::uint8_t> bytes;
+        std::vector<std::string> parts;
+        const char* remark;
+    } cases[] = {
+        {"a list with room left",
+         0x08,
+         {19, 1, 0x20, 10, 1, 10, 2, 0, 0, 20, 1},
+         {"10.1", "10.2", "20.1"},
+         ""},
+        {"two ranges", 0x08, {30, 1, 0xA0, 29, 1, 29, 3, 29, 9, 29, 9}, {"29.1", "29.2", "29.3", "29.9"}, ""},
+        {"one range, linked", 0x08, {30, 1, 0xC0, 29, 1, 29, 1, 0, 0, 0, 0}, {"29.1"}, ""},
+        {"an entity twice", 0x08, {30, 1, 0x00, 29, 1, 29, 1, 0, 0, 0, 0}, {"29.1"}, ""},
+        {"a range back", 0x08, {30, 1, 0x80, 29, 3, 29, 1, 0, 0, 0, 0}, {}, "ends before it begins"},
+        {"a range over kinds", 0x08, {30, 1, 0x80, 29, 1, 30, 1, 0, 0, 0, 0}, {}, "ends before it begins"},
+        {"cut short", 0x08, {30, 1, 0x00, 29, 1, 29, 2, 0, 0, 0}, {}, "ends before its last field"},
+        {"of the BMC, and of another controller",
+         0x09,
+         {30, 0x60, 0x20, 0, 0x00, 0x20, 0, 29, 0x60, 0x24, 0, 29, 0x61, 0,
+          0,  29,   2,    0, 0,    0,    0, 0,  0,    0,    0, 0,  0},
+         {"29.96", "29.2"},
+         ""},
+        {"within another controller",
+         0x09,
+         {30, 0x60, 0x24, 0, 0x00, 0x20, 0, 29, 0x60, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0},
+         {},
+         "belongs to another controller"},
+    };
+    for (const auto& item : cases) {
+        SCOPED_TRACE(item.name);
+        mapping = {};
+        remarks.clear();
+        add(SdrBuilder::record(item.type, item.bytes));
+        std::vector<std::string> parts;
+        for (const EntityAssociationRow& row : mapping.associations) {
+            EXPECT_EQ(row.containerId, *item.bytes.begin());
+            EXPECT_EQ(row.containerInstance, *(item.bytes.begin() + 1));
+            parts.push_back(std::to_string(row.entityId) + '.' + std::to_string(row.entityInstance));
+        }
+        EXPECT_EQ(parts, item.parts);
+        EXPECT_EQ(reasons().empty(), *item.remark == '\0') << reasons();
+        EXPECT_THAT(reasons(), HasSubstr(item.remark));
+    }
+}
+
+// "entity: tachometer, presence sensor with its states, speed".
+std::vector<std::string> devicesOf(const SdrMapping& mapping) {
+    std::vector<std::string> texts;
+    for (const EntityDeviceRow& row : smash::findEntityDevices(mapping)) {
+        char text[64];
+        std::snprintf(text, sizeof text, "%d.%d: %d, %d %x %x%s", row.entityId, row.entityInstance,
+                      row.tachometer, row.presenceSensor, row.presentStates, row.absentStates,
+                      row.hasVariableSpeed != 0 ? ", variable" : "");
+        texts.emplace_back(text);
+    }
+    return texts;
+}
+
+TEST_F(Mapping, findsFansAndSuppliesByTheirSensors) {
+    constexpr std::uint8_t fan = 0x04, entityPresence = 0x25, presence = 0x08, redundancy = 0x0B, rpm = 18;
+    const auto discrete = [&](std::uint8_t number, std::uint8_t type, std::uint8_t readingType,
+                              std::uint8_t entity, std::uint16_t states) {
+        add(SdrBuilder::compact(type, readingType, "S").set(8, {number, entity, 1}).states(states));
+    };
+    const auto numeric = [&](std::uint8_t number, std::uint8_t entity, std::uint8_t instance,
+                             std::uint8_t unit) {
+        add(SdrBuilder::full(fan, threshold, "N").set(8, {number, entity, instance}).set(22, {unit}));
+    };
+    discrete(1, fan, redundancy, 30, 0x3F); // of several
+    discrete(2, powerSupply, redundancy, 19, 0x3F);
+    discrete(3, temperature, severity, 10, 1); // of a supply, but not what makes one
+    EXPECT_THAT(devicesOf(mapping), IsEmpty());
+
+    discrete(4, powerSupply, sensorSpecific, 10, 0x0E); // failures only
+    EXPECT_THAT(devicesOf(mapping), ElementsAre("10.1: 255, 255 0 0"));
+    discrete(5, fan, presence, 10, 0x03);
+    EXPECT_THAT(devicesOf(mapping), ElementsAre("10.1: 255, 5 2 1"));
+    discrete(6, entityPresence, sensorSpecific, 10, 0x03);
+    EXPECT_THAT(devicesOf(mapping), ElementsAre("10.1: 255, 6 1 2"));
+
+    mapping = {};
+    discrete(1, powerSupply, sensorSpecific, 10, 0x03);
+    discrete(2, fan, presence, 29, 0x02); // tells that the fan is there, not how it does
+    EXPECT_THAT(devicesOf(mapping), ElementsAre("10.1: 255, 1 1 0", "29.1: 255, 2 2 0"));
+    discrete(3, fan, severity, 29, 0x03);
+    EXPECT_THAT(devicesOf(mapping)[1], "29.1: 3, 2 2 0");
+    numeric(4, 29, 1, 0); // a duty cycle
+    EXPECT_THAT(devicesOf(mapping)[0], "29.1: 4, 2 2 0, variable");
+    numeric(5, 29, 1, rpm);
+    EXPECT_THAT(devicesOf(mapping)[0], "29.1: 5, 2 2 0, variable");
+
+    mapping = {};
+    numeric(1, 29, 1, rpm);
+    numeric(2, 29, 2, rpm);
+    numeric(3, 30, 1, 0);
+    add(SdrBuilder::record(0x08, {30, 1, 0, 29, 2, 0, 0, 0, 0, 0, 0}));
+    EXPECT_THAT(devicesOf(mapping),
+                ElementsAre("29.1: 1, 255 0 0", "29.2: 2, 255 0 0, variable", "30.1: 3, 255 0 0, variable"));
 }
 
 } // namespace

@@ -3,13 +3,13 @@
 #include "ipmi/message.h"
 #include "ipmi/sensor_types.h"
 #include "smash-db/rows.h"
+#include "smash-db/sync/entity_associations.h"
 #include "smash-db/sync/type_length.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <limits>
-#include <stdexcept>
 
 namespace smash {
 namespace {
@@ -18,6 +18,8 @@ namespace {
 constexpr std::uint8_t fullSensor = 0x01;
 constexpr std::uint8_t compactSensor = 0x02;
 constexpr std::uint8_t eventOnly = 0x03;
+constexpr std::uint8_t entityAssociation = 0x08;
+constexpr std::uint8_t deviceRelativeAssociation = 0x09;
 constexpr std::uint8_t fruDeviceLocator = 0x11;
 
 // Event/reading types, IPMI 2.0 table 42-1.
@@ -27,11 +29,6 @@ constexpr std::uint8_t sensorSpecific = 0x6F;
 constexpr std::uint8_t bmcAddress = 0x20;
 constexpr unsigned wholeSensor = 99; // offset of a row that stands for no single state
 constexpr unsigned stateOffsets = 15;
-
-// Thrown for a record that cannot be served, with the reason.
-struct Unusable : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
 
 constexpr std::int32_t signExtend(unsigned value, unsigned bits) {
     const unsigned sign = 1U << (bits - 1);
@@ -252,7 +249,11 @@ void SdrMapping::add(const SdrRecord& record, std::vector<SyncRemark>& remarks) 
         case fruDeviceLocator:
             fruLocators.push_back(mapFruLocator(reader));
             break;
-        default: // associations, other locators, OEM: no sensor
+        case entityAssociation:
+        case deviceRelativeAssociation:
+            addEntityAssociations(reader, type == deviceRelativeAssociation, associations);
+            break;
+        default: // other locators, OEM: no sensor
             break;
         }
     } catch (const Unusable& error) {

@@ -1,4 +1,4 @@
-// What each SDR becomes: rows of CIM_NumericSensor and CIM_Sensor, and FRU devices to read. The mapping is
+// What each SDR becomes: rows of CIM_NumericSensor and CIM_Sensor, FRU devices to read, and entity associations. The mapping is
 // described in docs/sdr-mapping.md.
 #pragma once
 
@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <set>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,11 @@ struct FruLocator {
     std::uint8_t entityInstance;
 };
 
+// Thrown for a record that cannot be served, with the reason.
+struct Unusable : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
 class SdrMapping {
 public:
     // Adds what a record stands for. A record, or a row of it, that cannot be served is left out and
@@ -28,6 +34,7 @@ public:
     std::vector<FullSdr> numericSensors;
     std::vector<CompactSdr> sensors;
     std::vector<FruLocator> fruLocators;
+    std::vector<EntityAssociationRow> associations;
 
 private:
     template <class Row>

@@ -2,9 +2,11 @@
 
 #include "ipmi/command.h"
 #include "smash-db/database.h"
+#include "smash-db/device_tables.h"
 #include "smash-db/inventory_tables.h"
 #include "smash-db/power_tables.h"
 #include "smash-db/rows.h"
+#include "smash-db/sync/entity_devices.h"
 #include "smash-db/sync/fru_inventory.h"
 #include "smash-db/sync/power_services.h"
 #include "smash-db/sync/sdr_mapping.h"
@@ -87,6 +89,7 @@ struct Inventory {
     std::array<DeviceRecord, 2> devices;
     std::vector<FruRecord> frus;
     SdrMapping sensors;
+    std::vector<EntityDeviceRow> entityDevices;
 };
 
 void store(SQLite::Database& database, Inventory& inventory) {
@@ -97,6 +100,8 @@ void store(SQLite::Database& database, Inventory& inventory) {
     replaceAll<FruRecord>(database, fruTable, inventory.frus);
     replaceAll<FullSdr>(database, fullSdrTable, inventory.sensors.numericSensors);
     replaceAll<CompactSdr>(database, compactSdrTable, inventory.sensors.sensors);
+    replaceAll<EntityDeviceRow>(database, entityDeviceTable, inventory.entityDevices);
+    replaceAll<EntityAssociationRow>(database, entityAssociationTable, inventory.sensors.associations);
     replaceAll(database, powerServiceTable, powerServices());
     replaceAll(database, powerCapabilitiesTable, powerCapabilities());
     transaction.commit();
@@ -122,6 +127,7 @@ SyncReport sync(ipmi::Transport& bmc, const SyncProgress& progress) {
     const auto records = readSdrRepository(bmc, report.remarks, phase("SDR"));
     for (const SdrRecord& record : records)
         inventory.sensors.add(record, report.remarks);
+    inventory.entityDevices = findEntityDevices(inventory.sensors);
     inventory.frus = readFrus(bmc, inventory.sensors.fruLocators, report.remarks, phase("FRU"));
 
     phase("database")(0, 1);

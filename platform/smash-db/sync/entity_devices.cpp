@@ -1,0 +1,137 @@
+#include "smash-db/sync/entity_devices.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace smash {
+namespace {
+
+// IPMI 2.0 tables 42-1, 42-3, 43-13 and 43-15.
+constexpr std::uint8_t fanSensor = 0x04;
+constexpr std::uint8_t powerSupplySensor = 0x08;
+constexpr std::uint8_t entityPresenceSensor = 0x25;
+constexpr std::uint8_t presenceType = 0x08;
+constexpr std::uint8_t redundancyType = 0x0B;
+constexpr std::uint8_t sensorSpecific = 0x6F;
+constexpr std::uint16_t unspecifiedUnit = 0;
+
+// An entity is a device when it has a sensor of the type.
+struct DeviceKind {
+    std::uint8_t entityId;
+    std::uint8_t sensorType;
+};
+constexpr std::uint8_t powerSupply = 10;
+constexpr DeviceKind deviceKinds[] = {
+    {29, fanSensor}, // fan
+    {30, fanSensor}, // cooling unit
+    {powerSupply, powerSupplySensor},
+};
+
+// A rule names sensors that tell whether their entity is installed; the most explicit ones come first.
+struct PresenceRule {
+    std::uint8_t sensorType; // 0: any
+    std::uint8_t eventReadingType;
+    std::uint8_t presentStates; // bits
+    std::uint8_t absentStates;
+};
+constexpr PresenceRule presenceRules[] = {
+    {entityPresenceSensor, sensorSpecific, 0x05, 0x02}, // present, disabled; absent
+    {0, presenceType, 0x02, 0x01},                      // inserted; removed
+    {powerSupplySensor, sensorSpecific, 0x01, 0x00},    // presence detected
+};
+
+bool isOf(const CompactSdr& sensor, std::uint8_t entityId, std::uint8_t entityInstance) {
+    return sensor.entityId == entityId && sensor.entityInstance == entityInstance;
+}
+
+bool isOf(const CompactSdr& sensor, const EntityDeviceRow& device) {
+    return isOf(sensor, device.entityId, device.entityInstance);
+}
+
+// A sensor of redundancy is about several devices, and makes none of its entity.
+bool makesDevice(const CompactSdr& sensor) {
+    return sensor.eventReadingType != redundancyType &&
+           std::ranges::any_of(deviceKinds, [&](const DeviceKind& kind) {
+               return sensor.entityId == kind.entityId && sensor.ipmiSensorType == kind.sensorType;
+           });
+}
+
+// A fan's number without a unit is a share of its full speed.
+bool isDutyCycle(const FullSdr& sensor) {
+    return sensor.common.ipmiSensorType == fanSensor && sensor.baseUnits == unspecifiedUnit;
+}
+
+// Prefers numbers to states, and the speed to the duty cycle.
+void findTachometer(EntityDeviceRow& fan, const SdrMapping& sensors) {
+    const auto take = [&](const CompactSdr& sensor) {
+        const bool fits = isOf(sensor, fan) && makesDevice(sensor) && sensor.eventReadingType != presenceType;
+        if (fits)
+            fan.tachometer = sensor.sensorNumber;
+        return fits;
+    };
+    for (const bool dutyCycle : {false, true})
+        for (const FullSdr& sensor : sensors.numericSensors)
+            if (isDutyCycle(sensor) == dutyCycle && take(sensor.common))
+                return;
+    for (const CompactSdr& sensor : sensors.sensors)
+        if (take(sensor))
+            return;
+}
+
+void findPresence(EntityDeviceRow& device, const SdrMapping& sensors) {
+    for (const PresenceRule& rule : presenceRules)
+        for (const CompactSdr& sensor : sensors.sensors) {
+            const auto present = static_cast<std::uint8_t>(rule.presentStates & sensor.supportedStates);
+            const auto absent = static_cast<std::uint8_t>(rule.absentStates & sensor.supportedStates);
+            if (!isOf(sensor, device) || sensor.eventReadingType != rule.eventReadingType ||
+                (rule.sensorType != 0 && sensor.ipmiSensorType != rule.sensorType) || (present | absent) == 0)
+                continue;
+            device.presenceSensor = sensor.sensorNumber;
+            device.presentStates = present;
+            device.absentStates = absent;
+            return;
+        }
+}
+
+// A fan is controlled by a duty cycle, which is its own or that of the cooling unit that contains it.
+bool hasVariableSpeed(const EntityDeviceRow& fan, const SdrMapping& sensors) {
+    const auto isDriven = [&](std::uint8_t entityId, std::uint8_t entityInstance) {
+        return std::ranges::any_of(sensors.numericSensors, [&](const FullSdr& sensor) {
+            return isDutyCycle(sensor) && isOf(sensor.common, entityId, entityInstance);
+        });
+    };
+    return isDriven(fan.entityId, fan.entityInstance) ||
+           std::ranges::any_of(sensors.associations, [&](const EntityAssociationRow& each) {
+               return each.entityId == fan.entityId && each.entityInstance == fan.entityInstance &&
+                      isDriven(each.containerId, each.containerInstance);
+           });
+}
+
+} // namespace
+
+std::vector<EntityDeviceRow> findEntityDevices(const SdrMapping& sensors) {
+    std::vector<EntityDeviceRow> devices;
+    const auto add = [&](const CompactSdr& sensor) {
+        if (!makesDevice(sensor) ||
+            std::ranges::any_of(devices, [&](const EntityDeviceRow& each) { return isOf(sensor, each); }))
+            return;
+        EntityDeviceRow& device = devices.emplace_back();
+        device.entityId = sensor.entityId;
+        device.entityInstance = sensor.entityInstance;
+        device.tachometer = device.presenceSensor = SMASH_NO_SENSOR;
+    };
+    for (const FullSdr& sensor : sensors.numericSensors)
+        add(sensor.common);
+    for (const CompactSdr& sensor : sensors.sensors)
+        add(sensor);
+    for (EntityDeviceRow& device : devices) {
+        findPresence(device, sensors);
+        if (device.entityId == powerSupply) // the fan within it is no device of its own
+            continue;
+        findTachometer(device, sensors);
+        device.hasVariableSpeed = hasVariableSpeed(device, sensors) ? 1 : 0;
+    }
+    return devices;
+}
+
+} // namespace smash
