@@ -13,6 +13,8 @@ namespace {
 namespace completion = ipmi::completion;
 
 constexpr std::uint8_t sdrVersion = 0x51; // IPMI 1.5 and 2.0
+constexpr std::uint8_t associationType = 0x08;
+constexpr std::uint8_t deviceRelativeAssociationType = 0x09;
 constexpr std::uint8_t fruLocatorType = 0x11;
 constexpr std::uint8_t controllerLocatorType = 0x12;
 constexpr std::uint8_t oemType = 0xC0;
@@ -47,6 +49,30 @@ void writeFru(ipmi::Writer& record, const Fru& fru) {
     writeIdString(record, fru.name);
 }
 
+constexpr std::size_t containedEntities = 4;
+
+void writeAssociation(ipmi::Writer& record, const EntityAssociation& association) {
+    constexpr std::uint8_t ranges = 0x80;
+    constexpr std::uint8_t presenceIsReadable = 0x20; // the container's presence sensor always can be
+    // A place that is not used has zeros throughout.
+    const auto entity = [&](std::uint8_t id, std::uint8_t instance) {
+        const std::uint8_t address = id != 0 ? controllerAddress : 0;
+        if (association.isDeviceRelative)
+            record.u8(address).u8(0); // channel
+        record.u8(id).u8(instance);
+    };
+    record.u8(association.entity).u8(association.entityInstance);
+    if (association.isDeviceRelative)
+        record.u8(controllerAddress).u8(0);
+    record.u8(association.areRanges ? ranges | presenceIsReadable : presenceIsReadable);
+    for (const ContainedEntity& each : association.contains)
+        entity(each.entity, each.entityInstance);
+    for (std::size_t i = association.contains.size(); i < containedEntities; ++i)
+        entity(0, 0);
+    if (association.isDeviceRelative)
+        record.u24(0).u24(0); // reserved
+}
+
 // The records in their order; their IDs are 1, 2, 3, …
 class Records {
 public:
@@ -57,7 +83,8 @@ public:
 
     std::size_t count() const {
         return repository_.controllers.size() + sensors_.size() + frus_.size() +
-               repository_.oemRecords.size() + repository_.rawRecords.size();
+               repository_.associations.size() + repository_.oemRecords.size() +
+               repository_.rawRecords.size();
     }
 
     // The bytes of a record, kept in `storage`.
@@ -74,6 +101,9 @@ public:
         } else if (const auto* const fru = take(frus_, index)) {
             record.u8(fruLocatorType).u8(0);
             writeFru(record, *fru);
+        } else if (const auto* const association = take(repository_.associations, index)) {
+            record.u8(association->isDeviceRelative ? deviceRelativeAssociationType : associationType).u8(0);
+            writeAssociation(record, *association);
         } else if (const auto* const oem = take(repository_.oemRecords, index)) {
             record.u8(oemType).u8(0).u24(oem->manufacturerId).bytes(oem->data);
         } else {
@@ -177,6 +207,26 @@ void ControllerLocator::check(const Place& place) const {
     checkIdString(name, Place{&place, "name"});
 }
 
+void ContainedEntity::fields(Fields& fields) {
+    fields.required("entity", entity);
+    fields("entityInstance", entityInstance);
+}
+
+void EntityAssociation::fields(Fields& fields) {
+    fields.required("entity", entity);
+    fields("entityInstance", entityInstance);
+    fields("contains", contains);
+    fields("ranges", areRanges);
+    fields("deviceRelative", isDeviceRelative);
+}
+
+void EntityAssociation::check(const Place& place) const {
+    if (contains.size() > containedEntities)
+        fail(Place{&place, "contains"}, "a record has room for " + std::to_string(containedEntities));
+    if (areRanges && contains.size() % 2 != 0)
+        fail(Place{&place, "contains"}, "a range has a first and a last entity");
+}
+
 void OemRecord::fields(Fields& fields) {
     fields.number("manufacturerId", manufacturerId, 0, 0xFFFFF);
     fields("data", data);
@@ -194,6 +244,7 @@ std::span<const Command> SdrRepository::commands() {
 
 void SdrRepository::fields(Fields& fields) {
     fields("controllers", controllers);
+    fields("associations", associations);
     fields("oemRecords", oemRecords);
     fields("rawRecords", rawRecords);
     fields.number("largestPart", largestPart, 1, 0xFF);

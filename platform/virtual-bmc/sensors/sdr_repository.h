@@ -1,5 +1,5 @@
-// The SDR repository (IPMI 2.0 33): a record for each sensor, FRU device and other controller, and any
-// others.
+// The SDR repository (IPMI 2.0 33): a record for each sensor, FRU device and other controller, entity
+// associations, and any others.
 #pragma once
 
 #include "virtual-bmc/state/part.h"
@@ -23,6 +23,26 @@ struct ControllerLocator {
     void check(const Place& place) const;
 };
 
+// Names an entity that is part of another.
+struct ContainedEntity {
+    std::uint8_t entity = 0;
+    std::uint8_t entityInstance = 1;
+
+    void fields(Fields& fields);
+};
+
+// Describes an entity association (IPMI 2.0 table 43-4), or its device-relative form (table 43-5).
+struct EntityAssociation {
+    std::uint8_t entity = 0; // that contains the others
+    std::uint8_t entityInstance = 1;
+    std::vector<ContainedEntity> contains; // four at most
+    bool areRanges = false;                // each two of them are the first and the last of a range
+    bool isDeviceRelative = false;         // all are the BMC's own
+
+    void fields(Fields& fields);
+    void check(const Place& place) const;
+};
+
 struct OemRecord {
     std::uint32_t manufacturerId = 0;
     std::vector<std::uint8_t> data;
@@ -33,6 +53,7 @@ struct OemRecord {
 
 struct SdrRepository {
     std::vector<ControllerLocator> controllers;
+    std::vector<EntityAssociation> associations;
     std::vector<OemRecord> oemRecords;
     // Records as they are, sensible or not, from the SDR version on; their IDs are put before them.
     std::vector<std::vector<std::uint8_t>> rawRecords;
