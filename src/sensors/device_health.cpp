@@ -1,4 +1,5 @@
-// Health of a device by the sensors that watch it.
+#include "sensors/device_health.h"
+
 #include "provider_helper/tables.h"
 #include "sensors/sensor_family.h"
 #include "Utility/engine/guard.h"
@@ -6,6 +7,7 @@
 #include "Utility/values/cmpi_ptr.h"
 
 #include <algorithm>
+#include <new>
 #include <string_view>
 #include <strings.h>
 #include <vector>
@@ -30,19 +32,11 @@ const char* textOf(const CMPIInstance* instance, const char* property) {
     return text != nullptr ? text : "";
 }
 
-bool raise(const char* currentState, std::uint16_t& healthState, int& operationalStatus) {
-    char state[64];
-    copyText(state, currentState);
-    bool matched = false;
-    for (const PHHealthState& row : logdev_health_state_mapping) {
-        if (strcasecmp(row.name, state) != 0)
-            continue;
-        healthState = std::max(healthState, static_cast<std::uint16_t>(row.healthState));
-        operationalStatus = std::max(operationalStatus, static_cast<int>(row.operationalStatus));
-        matched = true;
-    }
-    return matched;
-}
+// Frees the texts of a sensor's record.
+struct OwnedSensor {
+    SensorRecord record{};
+    ~OwnedSensor() { cleanRecord(sensorProperties, &record); }
+};
 
 int rollUp(const CMPIBroker* broker, const CMPIContext* context, int entityId, int entityInstance,
            std::uint16_t& healthState, int& operationalStatus) {
@@ -63,13 +57,42 @@ int rollUp(const CMPIBroker* broker, const CMPIContext* context, int entityId, i
     for (CMPICount i = 0; i < CMGetArrayCount(sensors.get(), nullptr); ++i) {
         const CMPIInstance* sensor = CMGetArrayElementAt(sensors.get(), i, nullptr).value.inst;
         if (std::ranges::find(ids, std::string_view(textOf(sensor, "DeviceID"))) != ids.end() &&
-            raise(textOf(sensor, "CurrentState"), healthState, operationalStatus))
+            raiseHealth(textOf(sensor, "CurrentState"), healthState, operationalStatus))
             result = 0;
     }
     return result;
 }
 
 } // namespace
+
+bool raiseHealth(const char* currentState, std::uint16_t& healthState, int& operationalStatus) {
+    char state[64];
+    copyText(state, currentState);
+    bool matched = false;
+    for (const PHHealthState& row : logdev_health_state_mapping) {
+        if (strcasecmp(row.name, state) != 0)
+            continue;
+        healthState = std::max(healthState, static_cast<std::uint16_t>(row.healthState));
+        operationalStatus = std::max(operationalStatus, static_cast<int>(row.operationalStatus));
+        matched = true;
+    }
+    return matched;
+}
+
+void rollUpHealth(std::span<const CompactSdr> sensors, SensorReader& reader, int entityId, int entityInstance,
+                  std::uint16_t& healthState, int& operationalStatus) {
+    for (const CompactSdr& sdr : sensors) {
+        if (sdr.entityId != entityId || sdr.entityInstance != entityInstance)
+            continue;
+        OwnedSensor sensor;
+        if (PH_Fill_Sensor(&sdr, &sensor.record) != 0)
+            throw std::bad_alloc();
+        publishDiscrete(sensor.record, reader.read(sdr.sensorNumber));
+        if (!isUnreadable(sensor.record))
+            raiseHealth(sensor.record.CurrentState, healthState, operationalStatus);
+    }
+}
+
 } // namespace ph
 
 int PH_DeviceInstance(const CMPIBroker* broker, const CMPIContext* context, uint16_t entityId,

@@ -95,7 +95,7 @@ constexpr Property numericProperties[] = {
 constexpr auto properties = ph::joined(ph::sensorProperties, numericProperties);
 
 int publish(Record& record, const ph::Reading& reading) {
-    const bool isAvailable = reading.availability == ph::Availability::Available;
+    const bool isAvailable = reading.availability == ph::ReadingAvailability::Available;
     record.rawReading = isAvailable ? reading.answer.reading : 0;
     return ph::publishReading(record.sensor, reading, [&](const CIM_SensorReading& answer) {
         PH_Get_Analog_CurrentState(&record, answer.statesLow & 0x3F);

@@ -9,16 +9,16 @@ Reading readSensor(IPMI20_SESSION_T* session, std::uint8_t number) {
     Reading reading;
     const bool answered = CIM_GetSensorReading(session, number, &reading.answer, hookTimeout) == 0;
     if (answered && reading.answer.completionCode == 0)
-        reading.availability =
-            (reading.answer.flags & unavailable) != 0 ? Availability::Unavailable : Availability::Available;
+        reading.availability = (reading.answer.flags & unavailable) != 0 ? ReadingAvailability::Unavailable
+                                                                         : ReadingAvailability::Available;
     return reading;
 }
 
 Health healthOf(const Reading& reading) {
     switch (reading.availability) {
-    case Availability::Available:
+    case ReadingAvailability::Available:
         return {HealthState::OK, OperationalStatus::OK};
-    case Availability::Unavailable:
+    case ReadingAvailability::Unavailable:
         return {HealthState::Unknown, OperationalStatus::InService};
     default:
         return {HealthState::Unknown, OperationalStatus::Unknown};
@@ -26,7 +26,10 @@ Health healthOf(const Reading& reading) {
 }
 
 const Reading& SensorReader::read(const SensorRecord& sensor) {
-    const std::uint8_t number = sensorNumber(sensor);
+    return read(sensorNumber(sensor));
+}
+
+const Reading& SensorReader::read(std::uint8_t number) {
     if (number != lastNumber_) {
         last_ = readSensor(session_.get(), number);
         lastNumber_ = number;
@@ -56,5 +59,5 @@ int PH_Fill_HealthState(IPMI20_SESSION_T* session, uint8_t sensorNumber, uint16_
     const ph::Health health = ph::healthOf(reading);
     *healthState = health.healthState;
     *operationalStatus = health.operationalStatus;
-    return reading.availability == ph::Availability::Failed ? -1 : 0;
+    return reading.availability == ph::ReadingAvailability::Failed ? -1 : 0;
 }

@@ -11,10 +11,10 @@
 
 namespace ph {
 
-enum class Availability { Failed, Unavailable, Available };
+enum class ReadingAvailability { Failed, Unavailable, Available };
 
 struct Reading {
-    Availability availability = Availability::Failed;
+    ReadingAvailability availability = ReadingAvailability::Failed;
     CIM_SensorReading answer{};
 };
 
@@ -32,6 +32,8 @@ class SensorReader {
 public:
     bool open() { return session_.open(); }
     const Reading& read(const SensorRecord& sensor);
+    const Reading& read(std::uint8_t number);
+    IPMI20_SESSION_T* session() { return session_.get(); }
 
 private:
     IpmiSession session_;
@@ -46,9 +48,9 @@ int publishReading(SensorRecord& sensor, const Reading& reading, Judge judge) {
     const Health health = healthOf(reading);
     sensor.HealthState = health.healthState;
     setList(sensor.OperationalStatus, {health.operationalStatus});
-    if (reading.availability == Availability::Failed)
+    if (reading.availability == ReadingAvailability::Failed)
         return -1;
-    if (reading.availability == Availability::Available)
+    if (reading.availability == ReadingAvailability::Available)
         judge(reading.answer);
     else
         copyText(sensor.CurrentState, "Unknown");

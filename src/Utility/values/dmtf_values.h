@@ -17,6 +17,15 @@ enum : std::uint16_t { Unknown = 0, OK = 5 };
 namespace OperationalStatus { // CIM_ManagedSystemElement
 enum : std::uint16_t { Unknown = 0, OK = 2, Error = 6, Stopped = 10, InService = 11, Completed = 17 };
 }
+namespace Availability { // CIM_LogicalDevice
+enum : std::uint16_t { Unknown = 2, Running = 3, Degraded = 10, NotInstalled = 11 };
+}
+namespace RedundancyStatus { // CIM_RedundancySet
+enum : std::uint16_t { Unknown = 0, FullyRedundant = 2, Degraded = 3, Lost = 4, OverallFailure = 5 };
+}
+namespace TypeOfSet { // CIM_RedundancySet
+enum : std::uint16_t { NPlus1 = 2 };
+}
 namespace JobState { // CIM_ConcreteJob
 enum : std::uint16_t { Running = 4, Completed = 7, Exception = 10 };
 }

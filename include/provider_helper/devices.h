@@ -1,0 +1,73 @@
+/* Fans, power supplies and their redundancy. A fan or a supply is an IPMI entity that sensors watch; the database
+ * says which there are (EntityDeviceRow), and the sensors whether they are installed and how they do. */
+#ifndef PROVIDER_HELPER_DEVICES_H
+#define PROVIDER_HELPER_DEVICES_H
+
+#include "provider_helper/utility.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ---- Fans and power supplies --------------------------------------------------------------------------- */
+
+/* Holds what both have. A device that its presence sensor says is not installed has Availability 11, EnabledState 3,
+ * HealthState 10 and OperationalStatus 12 at least: it cannot be put to work, and DSP1015 keeps "enabled but
+ * offline" from the members of an N+1 set. Where nothing is known of its health, it is 2, 5, 0 and 0. */
+typedef struct {
+    char SystemCreationClassName[256]; /* key; "CIM_HostComputerSystem" */
+    char SystemName[256];              /* key */
+    char CreationClassName[256];       /* key */
+    char DeviceID[64];                 /* key; "<IPMI entity ID>.<entity instance>" */
+    char ElementName[128];   /* "Fan 2": name and instance of the entity, as its sensors have them */
+    uint16_t Availability;   /* 2 unknown, 3 running, 10 degraded, 11 not installed */
+    uint16_t EnabledState;   /* 2 enabled, 3 disabled, 5 not applicable */
+    uint16_t RequestedState; /* 12 not applicable: IPMI switches neither */
+    uint16_t HealthState;
+    int OperationalStatus[4]; /* ends with a negative number */
+} EntityDeviceRecord;
+
+/* The health of a fan is that of its tachometer's reading (PH_Fill_HealthState). */
+typedef struct {
+    EntityDeviceRecord device;
+    bool VariableSpeed; /* false also where no sensor tells that its speed is controlled */
+    bool ActiveCooling; /* true */
+} FanRecord;
+
+PH_DECLARE_CLASS_FAMILY(Fan, FanRecord);
+/* Fills all but the first three keys and what sensors tell. Returns 0. */
+PH_EXPORT int PH_Fill_Fan(const EntityDeviceRow* row, FanRecord* record);
+PH_EXPORT extern const char* const g_FanKeyList[4];
+
+/* The health of a supply is rolled up from its discrete sensors, as PH_DeviceInstance does it. */
+typedef struct {
+    EntityDeviceRecord device;
+    uint32_t TotalOutputPower; /* mW; 0 unknown */
+} PowerSupplyRecord;
+
+PH_DECLARE_CLASS_FAMILY(PowerSupply, PowerSupplyRecord);
+/* Fills the record as PH_Fill_Fan does. */
+PH_EXPORT int PH_Fill_PowerSupply(const EntityDeviceRow* row, PowerSupplyRecord* record);
+PH_EXPORT extern const char* const g_PowerSupplyKeyList[4];
+
+/* ---- Redundancy ---------------------------------------------------------------------------------------- */
+
+/* There is a set for each sensor of event/reading type 0Bh. Its members are the devices within the sensor's entity by the
+ * entity associations; where there are none, all devices that the sensor's entity or type is about. */
+typedef struct {
+    char InstanceID[520];      /* key; "IPMI:<host system name> <DeviceID of the sensor>" */
+    char ElementName[64];      /* the sensor's name */
+    uint16_t RedundancyStatus; /* 0 unknown, 2 fully redundant, 3 degraded, 4 lost, 5 overall failure */
+    int TypeOfSet[4];          /* 2 N+1; ends with a negative number */
+    uint32_t MinNumberNeeded;  /* one less than there are members; 0 unknown */
+    char VendorIdentifyingInfo[1024]; /* DeviceIDs of the members, separated by blanks */
+} RedundancySetRecord;
+
+PH_DECLARE_CLASS_FAMILY(RedundancySet, RedundancySetRecord);
+PH_EXPORT extern const char* const g_RedundancySetKeyList[1];
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

@@ -1,0 +1,75 @@
+#include "devices/entity_device.h"
+
+#include "sensors/device_health.h"
+#include "tables/sensor_names.h"
+
+#include <cstdio>
+#include <iterator>
+
+namespace ph {
+namespace {
+
+const EntityMapping& mappingOf(std::uint8_t entityId) {
+    constexpr std::size_t unspecified = 0;
+    return entity_id_mapping[entityId < std::size(entity_id_mapping) ? entityId : unspecified];
+}
+
+constexpr const char* removed = "Device Removed/Device Absent"; // of a presence sensor
+
+} // namespace
+
+const char* logicalClassOf(std::uint8_t entityId) {
+    return mappingOf(entityId).logicalClass;
+}
+
+EntityDeviceId idOf(const EntityDeviceRow& row) {
+    EntityDeviceId id;
+    std::snprintf(id.text, sizeof(id.text), "%d.%d", row.entityId, row.entityInstance);
+    return id;
+}
+
+void fillEntityDevice(const EntityDeviceRow& row, EntityDeviceRecord& device) {
+    copyText(device.DeviceID, idOf(row).text);
+    std::snprintf(device.ElementName, sizeof(device.ElementName), "%s %d", mappingOf(row.entityId).name,
+                  row.entityInstance);
+    device.Availability = Availability::Unknown;
+    device.EnabledState = EnabledState::NotApplicable;
+    device.RequestedState = RequestedState::NotApplicable;
+    device.HealthState = HealthState::Unknown;
+    setList(device.OperationalStatus, {OperationalStatus::Unknown});
+}
+
+void DeviceReader::readTachometer(const EntityDeviceRow& row, EntityDeviceRecord& device) {
+    if (row.tachometer != SMASH_NO_SENSOR)
+        PH_Fill_HealthState(sensors_.session(), row.tachometer, &device.HealthState,
+                            &device.OperationalStatus[0]);
+}
+
+void DeviceReader::rollUp(const EntityDeviceRow& row, EntityDeviceRecord& device) {
+    rollUpHealth(sdrs_.all(), sensors_, row.entityId, row.entityInstance, device.HealthState,
+                 device.OperationalStatus[0]);
+}
+
+bool DeviceReader::isAbsent(const EntityDeviceRow& row) {
+    if (row.presenceSensor == SMASH_NO_SENSOR)
+        return false;
+    const Reading& reading = sensors_.read(row.presenceSensor);
+    if (reading.availability != ph::ReadingAvailability::Available)
+        return false;
+    const unsigned states = reading.answer.statesLow;
+    return (states & row.absentStates) != 0 || (row.presentStates != 0 && (states & row.presentStates) == 0);
+}
+
+void DeviceReader::readState(const EntityDeviceRow& row, EntityDeviceRecord& device) {
+    if (isAbsent(row)) {
+        raiseHealth(removed, device.HealthState, device.OperationalStatus[0]);
+        device.EnabledState = EnabledState::Disabled;
+        device.Availability = Availability::NotInstalled;
+    } else if (device.HealthState != HealthState::Unknown) {
+        device.EnabledState = EnabledState::Enabled;
+        device.Availability =
+            device.HealthState == HealthState::OK ? Availability::Running : Availability::Degraded;
+    }
+}
+
+} // namespace ph

@@ -1,0 +1,47 @@
+// CIM_Fan: fans and cooling units.
+#include "devices/entity_device.h"
+
+constexpr const char* const g_FanKeyList[4] = {ph::entityDeviceKeys[0], ph::entityDeviceKeys[1],
+                                               ph::entityDeviceKeys[2], ph::entityDeviceKeys[3]};
+
+namespace {
+
+using Record = FanRecord;
+using ph::Property;
+
+static_assert(offsetof(Record, device) == 0, "the properties of every device lie where they are shared");
+
+constexpr Property fanProperties[] = {
+    PH_PROPERTY(Record, VariableSpeed),
+    PH_PROPERTY(Record, ActiveCooling),
+};
+constexpr auto properties = ph::joined(ph::entityDeviceProperties, fanProperties);
+
+constexpr ph::EntityDeviceClass<Record> deviceClass{"CIM_Fan", PH_Fill_Fan,
+                                                    &ph::DeviceReader::readTachometer};
+
+int enumerate(ph::RecordArray<Record>& fans, ph::Detail detail) {
+    return ph::enumerateEntityDevices(deviceClass, fans, detail);
+}
+
+int get(ph::RecordArray<Record>& fans, CMPIString** keyValues) {
+    return ph::getEntityDevice(deviceClass, fans, keyValues);
+}
+
+constexpr ph::ClassDefinition<Record> definition{.name = deviceClass.name,
+                                                 .superclass = "CIM_CoolingDevice",
+                                                 .keys = g_FanKeyList,
+                                                 .properties = properties,
+                                                 .enumerate = enumerate,
+                                                 .get = get};
+
+} // namespace
+
+int PH_Fill_Fan(const EntityDeviceRow* row, FanRecord* record) {
+    ph::fillEntityDevice(*row, record->device);
+    record->VariableSpeed = row->hasVariableSpeed != 0;
+    record->ActiveCooling = true;
+    return 0;
+}
+
+PH_EXPORT_CLASS_FAMILY(Fan, Record, definition)

@@ -1,0 +1,171 @@
+// CIM_RedundancySet: devices of which the BMC says whether there are enough.
+#include "devices/entity_device.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
+constexpr const char* const g_RedundancySetKeyList[1] = {"InstanceID"};
+
+namespace {
+
+using Record = RedundancySetRecord;
+using ph::Property;
+
+constexpr int redundancy = 0x0B; // event/reading type (IPMI 2.0 table 42-2)
+
+bool hasMembers(const Record& set) {
+    return set.VendorIdentifyingInfo[0] != '\0';
+}
+
+constexpr Property properties[] = {
+    PH_KEY(Record, InstanceID),
+    PH_PROPERTY(Record, ElementName),
+    PH_PROPERTY(Record, RedundancyStatus),
+    PH_PROPERTY(Record, TypeOfSet),
+    PH_PROPERTY(Record, MinNumberNeeded),
+    PH_PROPERTY_IF(Record, VendorIdentifyingInfo, hasMembers),
+};
+
+// The index is the state offset. Non-redundant with sufficient resources is what DMTF calls lost: the next failure
+// is one of the whole.
+constexpr std::uint16_t statusOfState[] = {
+    ph::RedundancyStatus::FullyRedundant, ph::RedundancyStatus::Lost,
+    ph::RedundancyStatus::Degraded,       ph::RedundancyStatus::Lost,
+    ph::RedundancyStatus::Lost,           ph::RedundancyStatus::OverallFailure,
+    ph::RedundancyStatus::Degraded,       ph::RedundancyStatus::Degraded,
+};
+
+// The worst of the asserted states counts, which DMTF numbers highest.
+std::uint16_t statusOf(const ph::Reading& reading) {
+    std::uint16_t status = ph::RedundancyStatus::Unknown;
+    if (reading.availability == ph::ReadingAvailability::Available)
+        for (unsigned offset = 0; offset < std::size(statusOfState); ++offset)
+            if ((reading.answer.statesLow >> offset & 1U) != 0)
+                status = std::max(status, statusOfState[offset]);
+    return status;
+}
+
+// Names devices that sets consist of, and the types of sensors that tell of them whatever their entity is.
+struct MemberKind {
+    std::uint8_t entityId;
+    std::uint8_t sensorTypes[2];
+};
+constexpr MemberKind memberKinds[] = {
+    {29, {0x04, 0x0A}}, // fans: fan, cooling device
+    {10, {0x08, 0x09}}, // supplies: power supply, power unit
+};
+
+using Devices = std::vector<const EntityDeviceRow*>;
+
+class Source {
+public:
+    bool open() {
+        ph::Database database;
+        return PH_GetHostSystemName(systemName_) == 0 && database.open() &&
+               sensors_.read(database.get(), db_get_all_compact_sdrs) &&
+               devices_.read(database.get(), db_get_all_entity_devices) &&
+               associations_.read(database.get(), db_get_all_entity_associations);
+    }
+    const char* systemName() const { return systemName_; }
+    std::span<const CompactSdr> sensors() const { return sensors_.all(); }
+
+    Devices membersOf(const CompactSdr& sensor) const {
+        Devices members = select([&](const EntityDeviceRow& device) { return contains(sensor, device); });
+        if (!members.empty())
+            return members;
+        const MemberKind* kind = kindOf(sensor);
+        if (kind == nullptr)
+            return members;
+        members = select([&](const EntityDeviceRow& device) { return device.entityId == kind->entityId; });
+        if (members.empty()) // a BMC that has only cooling units
+            members = select(
+                [&](const EntityDeviceRow& device) { return isOfOneClass(device.entityId, kind->entityId); });
+        return members;
+    }
+
+private:
+    template <class Test>
+    Devices select(Test test) const {
+        Devices found;
+        for (const EntityDeviceRow& device : devices_.all())
+            if (test(device))
+                found.push_back(&device);
+        return found;
+    }
+    bool contains(const CompactSdr& sensor, const EntityDeviceRow& device) const {
+        return std::ranges::any_of(associations_.all(), [&](const EntityAssociationRow& each) {
+            return each.containerId == sensor.entityId && each.containerInstance == sensor.entityInstance &&
+                   each.entityId == device.entityId && each.entityInstance == device.entityInstance;
+        });
+    }
+    static bool isOfOneClass(std::uint8_t entityId, std::uint8_t otherId) {
+        return std::strcmp(ph::logicalClassOf(entityId), ph::logicalClassOf(otherId)) == 0;
+    }
+    static const MemberKind* kindOf(const CompactSdr& sensor) {
+        for (const MemberKind& kind : memberKinds)
+            if (isOfOneClass(sensor.entityId, kind.entityId))
+                return &kind;
+        for (const MemberKind& kind : memberKinds)
+            if (std::ranges::find(kind.sensorTypes, sensor.ipmiSensorType) != std::end(kind.sensorTypes))
+                return &kind;
+        return nullptr;
+    }
+
+    char systemName_[256] = "";
+    ph::Rows<CompactSdr> sensors_;
+    ph::Rows<EntityDeviceRow> devices_;
+    ph::Rows<EntityAssociationRow> associations_;
+};
+
+// Names as many members as there is room for, which is more than a hundred.
+void listMembers(Record& set, const Devices& members) {
+    std::size_t length = 0;
+    for (const EntityDeviceRow* device : members) {
+        const ph::EntityDeviceId id = ph::idOf(*device);
+        const std::size_t needed = std::strlen(id.text) + (length > 0);
+        if (length + needed >= sizeof(set.VendorIdentifyingInfo))
+            return;
+        std::snprintf(set.VendorIdentifyingInfo + length, needed + 1, "%s%s", length > 0 ? " " : "", id.text);
+        length += needed;
+    }
+}
+
+int enumerate(ph::RecordArray<Record>& sets, ph::Detail detail) {
+    Source source;
+    if (!source.open())
+        return -1;
+    ph::SensorReader reader;
+    bool isOpen = false;
+    for (const CompactSdr& sensor : source.sensors()) {
+        if (sensor.eventReadingType != redundancy)
+            continue;
+        Record* set = sets.append();
+        if (set == nullptr)
+            return -1;
+        std::snprintf(set->InstanceID, sizeof(set->InstanceID), "IPMI:%s %s", source.systemName(),
+                      sensor.deviceId);
+        if (detail == ph::Detail::Names)
+            continue;
+        if (!isOpen && !(isOpen = reader.open()))
+            return -1;
+        const Devices members = source.membersOf(sensor);
+        ph::copyText(set->ElementName, sensor.name);
+        set->RedundancyStatus = statusOf(reader.read(sensor.sensorNumber));
+        // IPMI does not say how many are needed. One that is too many is the least which is redundant.
+        ph::setList(set->TypeOfSet, {ph::TypeOfSet::NPlus1});
+        set->MinNumberNeeded = members.empty() ? 0 : static_cast<std::uint32_t>(members.size() - 1);
+        listMembers(*set, members);
+    }
+    return 0;
+}
+
+constexpr ph::ClassDefinition<Record> definition{.name = "CIM_RedundancySet",
+                                                 .superclass = "CIM_SystemSpecificCollection",
+                                                 .keys = g_RedundancySetKeyList,
+                                                 .properties = properties,
+                                                 .enumerate = enumerate};
+
+} // namespace
+
+PH_EXPORT_CLASS_FAMILY(RedundancySet, Record, definition)
