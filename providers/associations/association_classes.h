@@ -29,6 +29,19 @@ inline constexpr AssociationClass hostedService{"CIM_HostedService",
                                                 "CIM_HostedDependency",
                                                 {{"Antecedent", "CIM_System"}, {"Dependent", "CIM_Service"}}};
 
+inline constexpr AssociationClass hostedCollection{
+    "CIM_HostedCollection",
+    "CIM_HostedDependency",
+    {{"Antecedent", "CIM_System"}, {"Dependent", "CIM_SystemSpecificCollection"}}};
+
+inline constexpr AssociationClass memberOfCollection{
+    "CIM_MemberOfCollection", nullptr, {{"Collection", "CIM_Collection"}, {"Member", "CIM_ManagedElement"}}};
+
+inline constexpr AssociationClass owningCollectionElement{
+    "CIM_OwningCollectionElement",
+    nullptr,
+    {{"OwningElement", "CIM_ManagedElement"}, {"OwnedElement", "CIM_Collection"}}};
+
 inline constexpr AssociationClass hostedAccessPoint{
     "CIM_HostedAccessPoint",
     "CIM_HostedDependency",

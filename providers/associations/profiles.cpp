@@ -5,10 +5,12 @@
 namespace associations {
 namespace {
 
-constexpr const char* ofBaseServer[] = {profileRegistration, sensors, recordLog, serviceProcessor};
+constexpr const char* ofBaseServer[] = {profileRegistration, sensors,   fan,
+                                        powerSupply,         recordLog, serviceProcessor};
 constexpr const char* ofServiceProcessor[] = {profileRegistration, recordLog, ethernetPort,
                                               hostLanNetworkPort, ipInterface};
 constexpr const char* ofComponent[] = {profileRegistration};
+constexpr const char* ofDevice[] = {profileRegistration, sensors};
 constexpr const char* ofHostLanNetworkPort[] = {profileRegistration, ethernetPort};
 
 constexpr Profile table[] = {
@@ -16,6 +18,8 @@ constexpr Profile table[] = {
     {baseServer, "Base Server", "1.0.0", true, ofBaseServer},
     {serviceProcessor, "Service Processor", "1.0.0", false, ofServiceProcessor},
     {sensors, "Sensors", "1.0.0", false, ofComponent},
+    {fan, "Fan", "1.0.0", false, ofDevice},
+    {powerSupply, "Power Supply", "1.0.0", false, ofDevice},
     {recordLog, "Record Log", "1.0.0", false, ofComponent},
     {ethernetPort, "Ethernet Port", "1.0.0", false, ofComponent},
     {hostLanNetworkPort, "Host LAN Network Port", "1.0.0", false, ofHostLanNetworkPort},

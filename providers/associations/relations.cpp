@@ -2,6 +2,8 @@
 
 #include "associations/association.h"
 
+#include <algorithm>
+
 namespace associations {
 namespace {
 
@@ -48,6 +50,24 @@ bool portHasLanEndpoint(std::string_view port, std::string_view lanEndpoint) {
 
 bool lanEndpointCarriesIp(std::string_view lanEndpoint, std::string_view ipEndpoint) {
     return isSameInterface(interfaceOfLanEndpoint(lanEndpoint), interfaceOfIpEndpoint(ipEndpoint));
+}
+
+bool sensorWatches(std::string_view description, std::string_view device) {
+    constexpr std::string_view watching = " for ";
+    if (device.empty() || !description.ends_with(device))
+        return false;
+    description.remove_suffix(device.size());
+    return description.ends_with(watching);
+}
+
+bool listsMember(std::string_view list, std::string_view id) {
+    while (!list.empty()) {
+        const std::string_view first = list.substr(0, list.find(' '));
+        if (first == id)
+            return true;
+        list.remove_prefix(std::min(first.size() + 1, list.size()));
+    }
+    return false;
 }
 
 bool serviceRunsJob(std::string_view service, std::string_view job) {

@@ -15,4 +15,9 @@ bool serviceRunsJob(std::string_view service, std::string_view job);
 // A job's name may also end with the interface of the port: "EthernetPort_RequestStateChange_eth0".
 bool portRunsJob(std::string_view port, std::string_view job);
 
+// A description "FAN1(34.32.0):Fan for Fan 1" ends with the name of what its sensor watches.
+bool sensorWatches(std::string_view description, std::string_view device);
+// A list "29.1 29.2" has an ID.
+bool listsMember(std::string_view list, std::string_view id);
+
 } // namespace associations

@@ -36,6 +36,11 @@ constexpr OwnValue firstOfSequence[] = {{"AssignedSequence", {}, fixed<1>}};
 
 constexpr Meeting onSystem = same("Name", "SystemName");
 
+// A sensor's description ends with the name of the entity that it watches, and a device is named so.
+constexpr Meeting watching = related("Description", "ElementName", sensorWatches);
+// A redundancy set lists the DeviceIDs of its members.
+constexpr Meeting havingMember = related("VendorIdentifyingInfo", "DeviceID", listsMember);
+
 // Services and capabilities of the host and the service processor are told apart by how their names begin.
 constexpr Elements hostPowerService("CIM_PowerManagementService", "Name", "Host ");
 constexpr Elements processorPowerService("CIM_PowerManagementService", "Name", "SP ");
@@ -56,11 +61,22 @@ constexpr Row table[] = {
 
     {&systemDevice, {host, "CIM_NumericSensor"}, onSystem},
     {&systemDevice, {host, "CIM_Sensor"}, onSystem},
+    {&systemDevice, {host, "CIM_Fan"}, onSystem},
+    {&systemDevice, {host, "CIM_PowerSupply"}, onSystem},
     {&systemDevice, {processor, "CIM_EthernetPort"}, onSystem},
     {&systemDevice, {processor, "CIM_PortController"}, onSystem},
 
     {&associatedSensor, {"CIM_NumericSensor", host}, same("SystemName", "Name")},
     {&associatedSensor, {"CIM_Sensor", host}, same("SystemName", "Name")},
+    {&associatedSensor, {"CIM_NumericSensor", "CIM_Fan"}, watching},
+    {&associatedSensor, {"CIM_Sensor", "CIM_Fan"}, watching},
+    {&associatedSensor, {"CIM_NumericSensor", "CIM_PowerSupply"}, watching},
+    {&associatedSensor, {"CIM_Sensor", "CIM_PowerSupply"}, watching},
+
+    {&owningCollectionElement, {host, "CIM_RedundancySet"}},
+    {&hostedCollection, {host, "CIM_RedundancySet"}},
+    {&memberOfCollection, {"CIM_RedundancySet", "CIM_Fan"}, havingMember},
+    {&memberOfCollection, {"CIM_RedundancySet", "CIM_PowerSupply"}, havingMember},
 
     {&hostedService, {processor, "CIM_PowerManagementService"}, onSystem},
     {&hostedService, {processor, "CIM_AccountManagementService"}, onSystem},
@@ -126,6 +142,8 @@ constexpr Row table[] = {
     {&elementConformsToProfile, {profile(serviceProcessor), processor}},
     {&elementConformsToProfile, {profile(sensors), "CIM_NumericSensor"}},
     {&elementConformsToProfile, {profile(sensors), "CIM_Sensor"}},
+    {&elementConformsToProfile, {profile(fan), "CIM_Fan"}},
+    {&elementConformsToProfile, {profile(powerSupply), "CIM_PowerSupply"}},
     {&elementConformsToProfile, {profile(recordLog), "CIM_RecordLog"}},
     {&elementConformsToProfile, {profile(ethernetPort), "CIM_EthernetPort"}},
     {&elementConformsToProfile, {profile(hostLanNetworkPort), "CIM_EthernetPort"}},
@@ -138,6 +156,9 @@ constexpr const AssociationClass* classes[] = {&systemComponent,
                                                &accountOnSystem,
                                                &associatedSensor,
                                                &hostedService,
+                                               &hostedCollection,
+                                               &memberOfCollection,
+                                               &owningCollectionElement,
                                                &hostedAccessPoint,
                                                &serviceAffectsElement,
                                                &serviceAvailableToElement,

@@ -27,11 +27,15 @@ protected:
 
 TEST_F(Filters, leaveWhatTheyName) {
     const ObjectPath host = element("CIM_HostComputerSystem");
+    const ObjectPath processor = element("CIM_SPComputerSystem");
     const ObjectPath port = element("CIM_EthernetPort", "eth0");
     const std::tuple<const ObjectPath&, AssociationFilter, std::vector<std::string>> cases[] = {
-        {host, {.assocClass = "CIM_SystemDevice"}, {"CIM_NumericSensor", "CIM_Sensor"}},
+        {host, {.assocClass = "CIM_HostedService", .role = "Dependent"}, {}},
+        {processor, {.assocClass = "CIM_SystemDevice"}, {"CIM_EthernetPort", "CIM_PortController"}},
         // Superclasses, of associations as of elements, and names without regard to case.
-        {host, {.assocClass = "cim_component"}, {"CIM_SPComputerSystem", "CIM_NumericSensor", "CIM_Sensor"}},
+        {processor,
+         {.assocClass = "cim_component"},
+         {"CIM_HostComputerSystem", "CIM_EthernetPort", "CIM_PortController", "CIM_Account"}},
         {host, {.assocClass = "CIM_Component", .resultClass = "CIM_System"}, {"CIM_SPComputerSystem"}},
         {host, {.resultClass = "CIM_NumericSensor"}, {"CIM_NumericSensor"}},
         {host, {.resultClass = "CIM_Sensor"}, {"CIM_NumericSensor", "CIM_Sensor"}},
@@ -62,7 +66,8 @@ TEST_F(Filters, ofReferencesNameTheAssociation) {
 TEST_F(Filters, propertyListsHoldForWhatIsReturned) {
     const ObjectPath host = element("CIM_HostComputerSystem");
     // Two properties of which a row needs neither; keys come always.
-    const Reply sensors = broker.associators(host, {.assocClass = "CIM_SystemDevice"}, {{"currentState"}});
+    const Reply sensors = broker.associators(
+        host, {.assocClass = "CIM_SystemDevice", .resultClass = "CIM_Sensor"}, {{"currentState"}});
     ASSERT_TRUE(sensors.ok()) << sensors.message;
     ASSERT_GT(sensors.instances.size(), 100U);
     for (const auto& sensor : sensors.instances) {
@@ -81,8 +86,8 @@ TEST_F(Filters, propertyListsHoldForWhatIsReturned) {
 }
 
 TEST_F(Filters, anAssociatedInstanceIsTheClassesOwn) {
-    const Reply reply =
-        broker.associators(element("CIM_HostComputerSystem"), {.assocClass = "CIM_SystemDevice"});
+    const Reply reply = broker.associators(element("CIM_HostComputerSystem"),
+                                           {.assocClass = "CIM_SystemDevice", .resultClass = "CIM_Sensor"});
     std::vector<broker::Instance> expected;
     for (const char* className : {"CIM_NumericSensor", "CIM_Sensor"})
         for (auto& instance : broker.enumerateInstances(path(className)).instances)
