@@ -35,6 +35,26 @@ TEST_F(AssociationVerbs, walkFromAProfileToAReading) {
                 HasSubstr("= 2400  (24.00 degrees C)"));
 }
 
+TEST_F(AssociationVerbs, walkFromAFanToItsSpeedAndItsRedundancy) {
+    const auto fan = path("CIM_Fan", "29.2");
+    const auto next = [](const std::string& from, const char* association, const char* to) {
+        return succeed({"ain", from, "--assoc-class", association, "--result-class", to, "--json"}).json();
+    };
+    const auto tachometers = next(fan, "CIM_AssociatedSensor", "CIM_NumericSensor");
+    ASSERT_EQ(tachometers.size(), 1U) << tachometers.dump();
+    EXPECT_THAT(tachometers[0], HasSubstr(":FAN2"));
+    EXPECT_EQ(next(tachometers[0], "CIM_AssociatedSensor", "CIM_Fan"), nlohmann::json::array({fan}));
+    const auto sets = next(fan, "CIM_MemberOfCollection", "CIM_RedundancySet");
+    ASSERT_EQ(sets.size(), 1U) << sets.dump();
+    EXPECT_THAT(succeed({"gi", sets[0]}).out, HasSubstr("MinNumberNeeded       = 5\n"));
+    EXPECT_EQ(next(sets[0], "CIM_MemberOfCollection", "CIM_ManagedElement").size(), 6U);
+    // A fan that no association puts into the cooling unit belongs to no set.
+    EXPECT_TRUE(next(path("CIM_Fan", "29.7"), "CIM_MemberOfCollection", "CIM_RedundancySet").empty());
+    const auto supply = path("CIM_PowerSupply", "10.2");
+    for (const auto& sensor : next(supply, "CIM_AssociatedSensor", "CIM_Sensor"))
+        EXPECT_THAT(sensor, HasSubstr("PSU2"));
+}
+
 TEST_F(AssociationVerbs, printTablesOrJson) {
     const auto host = path("CIM_HostComputerSystem");
     const auto table =
