@@ -5,21 +5,23 @@
 #include "smash-db/job_tables.h"
 #include "smash-db/message_tables.h"
 #include "smash-db/network_tables.h"
+#include "smash-db/package_tables.h"
 #include "smash-db/power_tables.h"
 
 namespace smash {
 namespace {
 
-constexpr const Table* smashTables[] = {&sessionTable,           &deviceTable,      &fruTable,
-                                        &compactSdrTable,        &fullSdrTable,     &powerServiceTable,
-                                        &powerCapabilitiesTable, &staticIpTable,    &cimxmlFilterTable,
-                                        &cimxmlDestinationTable, &eventMessageTable};
+constexpr const Table* smashTables[] = {&sessionTable,           &deviceTable,       &fruTable,
+                                        &compactSdrTable,        &fullSdrTable,      &powerServiceTable,
+                                        &powerCapabilitiesTable, &staticIpTable,     &cimxmlFilterTable,
+                                        &cimxmlDestinationTable, &eventMessageTable, &packageTable,
+                                        &powerSupplyInfoTable};
 
 constexpr const Table* temporaryTables[] = {&jobTable, &jobSequenceTable, &jobErrorTable};
 
 } // namespace
 
-constexpr Schema smashSchema{"/conf/smash.db", 2, false, smashTables};
+constexpr Schema smashSchema{"/conf/smash.db", 3, false, smashTables};
 // The name must not begin with "/tmp/smash": such files are removed when the CLP daemon is started.
 constexpr Schema temporarySchema{"/tmp/method_jobs.db", 2, true, temporaryTables};
 

@@ -45,8 +45,8 @@ const Damage damages[] = {
          fs::resize_file(path, fs::file_size(path) - 1);
      },
      "cut short"},
-    {"ofALaterVersion", [](const fs::path& path) { execute(path, "PRAGMA user_version = 3"); },
-     "schema version 3 instead of 2"},
+    {"ofALaterVersion", [](const fs::path& path) { execute(path, "PRAGMA user_version = 4"); },
+     "schema version 4 instead of 3"},
     {"withoutATable", [](const fs::path& path) { execute(path, "DROP TABLE fru"); }, "no such table: fru"},
     {"withoutAColumn", [](const fs::path& path) { execute(path, "ALTER TABLE fru DROP COLUMN model"); },
      "no such column: model"},

@@ -1,5 +1,5 @@
-// What each SDR becomes: rows of CIM_NumericSensor and CIM_Sensor, and FRU devices to read. The mapping is
-// described in docs/sdr-mapping.md.
+// What each SDR becomes: rows of CIM_NumericSensor and CIM_Sensor, and entities with the FRU devices to read. The
+// mapping is described in docs/sdr-mapping.md.
 #pragma once
 
 #include "smash-db/sync/sdr_repository.h"
@@ -7,16 +7,19 @@
 #include <platform/smash_db.h>
 
 #include <cstdint>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
 
 namespace smash {
 
-struct FruLocator {
-    std::uint8_t fruDeviceId;
-    std::uint8_t entityId;
-    std::uint8_t entityInstance;
+// Where something of an entity is: a FRU device, a management controller, or any other device.
+struct EntityLocator {
+    std::uint8_t entityId = 0;
+    std::uint8_t entityInstance = 0;
+    std::string name;
+    std::optional<std::uint8_t> fruDeviceId = {}; // that the BMC answers for
 };
 
 class SdrMapping {
@@ -27,7 +30,7 @@ public:
 
     std::vector<FullSdr> numericSensors;
     std::vector<CompactSdr> sensors;
-    std::vector<FruLocator> fruLocators;
+    std::vector<EntityLocator> locators;
 
 private:
     template <class Row>

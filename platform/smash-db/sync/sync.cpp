@@ -3,9 +3,11 @@
 #include "ipmi/command.h"
 #include "smash-db/database.h"
 #include "smash-db/inventory_tables.h"
+#include "smash-db/package_tables.h"
 #include "smash-db/power_tables.h"
 #include "smash-db/rows.h"
 #include "smash-db/sync/fru_inventory.h"
+#include "smash-db/sync/packages.h"
 #include "smash-db/sync/power_services.h"
 #include "smash-db/sync/sdr_mapping.h"
 
@@ -87,6 +89,7 @@ struct Inventory {
     std::array<DeviceRecord, 2> devices;
     std::vector<FruRecord> frus;
     SdrMapping sensors;
+    Packages packages;
 };
 
 void store(SQLite::Database& database, Inventory& inventory) {
@@ -95,6 +98,8 @@ void store(SQLite::Database& database, Inventory& inventory) {
         keepRequestedState(database, device);
     replaceAll<DeviceRecord>(database, deviceTable, inventory.devices);
     replaceAll<FruRecord>(database, fruTable, inventory.frus);
+    replaceAll<PackageRow>(database, packageTable, inventory.packages.packages);
+    replaceAll<PowerSupplyInfoRow>(database, powerSupplyInfoTable, inventory.packages.powerSupplies);
     replaceAll<FullSdr>(database, fullSdrTable, inventory.sensors.numericSensors);
     replaceAll<CompactSdr>(database, compactSdrTable, inventory.sensors.sensors);
     replaceAll(database, powerServiceTable, powerServices());
@@ -122,7 +127,9 @@ SyncReport sync(ipmi::Transport& bmc, const SyncProgress& progress) {
     const auto records = readSdrRepository(bmc, report.remarks, phase("SDR"));
     for (const SdrRecord& record : records)
         inventory.sensors.add(record, report.remarks);
-    inventory.frus = readFrus(bmc, inventory.sensors.fruLocators, report.remarks, phase("FRU"));
+    FruDevices fruDevices(bmc, report.remarks);
+    inventory.frus = readFrus(fruDevices, inventory.sensors.locators, phase("FRU"));
+    inventory.packages = readPackages(bmc, inventory.sensors, fruDevices);
 
     phase("database")(0, 1);
     try {
@@ -136,6 +143,7 @@ SyncReport sync(ipmi::Transport& bmc, const SyncProgress& progress) {
     report.numericSensors = inventory.sensors.numericSensors.size();
     report.sensors = inventory.sensors.sensors.size();
     report.frus = inventory.frus.size();
+    report.packages = inventory.packages.packages.size();
     return report;
 }
 
