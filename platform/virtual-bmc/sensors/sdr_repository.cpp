@@ -13,6 +13,7 @@ namespace {
 namespace completion = ipmi::completion;
 
 constexpr std::uint8_t sdrVersion = 0x51; // IPMI 1.5 and 2.0
+constexpr std::uint8_t genericLocatorType = 0x10;
 constexpr std::uint8_t fruLocatorType = 0x11;
 constexpr std::uint8_t controllerLocatorType = 0x12;
 constexpr std::uint8_t oemType = 0xC0;
@@ -47,6 +48,20 @@ void writeFru(ipmi::Writer& record, const Fru& fru) {
     writeIdString(record, fru.name);
 }
 
+void writeGenericDevice(ipmi::Writer& record, const GenericDevice& device) {
+    record.u8(device.address)
+        .u8(device.slaveAddress)
+        .u8(0) // channel, LUN, bus
+        .u8(0) // address span: one
+        .u8(0) // reserved
+        .u8(device.type)
+        .u8(0)
+        .u8(device.entity)
+        .u8(device.entityInstance)
+        .u8(0); // OEM
+    writeIdString(record, device.name);
+}
+
 // The records in their order; their IDs are 1, 2, 3, …
 class Records {
 public:
@@ -57,7 +72,8 @@ public:
 
     std::size_t count() const {
         return repository_.controllers.size() + sensors_.size() + frus_.size() +
-               repository_.oemRecords.size() + repository_.rawRecords.size();
+               repository_.genericDevices.size() + repository_.oemRecords.size() +
+               repository_.rawRecords.size();
     }
 
     // The bytes of a record, kept in `storage`.
@@ -74,6 +90,9 @@ public:
         } else if (const auto* const fru = take(frus_, index)) {
             record.u8(fruLocatorType).u8(0);
             writeFru(record, *fru);
+        } else if (const auto* const device = take(repository_.genericDevices, index)) {
+            record.u8(genericLocatorType).u8(0);
+            writeGenericDevice(record, *device);
         } else if (const auto* const oem = take(repository_.oemRecords, index)) {
             record.u8(oemType).u8(0).u24(oem->manufacturerId).bytes(oem->data);
         } else {
@@ -177,6 +196,19 @@ void ControllerLocator::check(const Place& place) const {
     checkIdString(name, Place{&place, "name"});
 }
 
+void GenericDevice::fields(Fields& fields) {
+    fields.required("name", name);
+    fields("address", address);
+    fields("slaveAddress", slaveAddress);
+    fields("type", type);
+    fields("entity", entity);
+    fields("entityInstance", entityInstance);
+}
+
+void GenericDevice::check(const Place& place) const {
+    checkIdString(name, Place{&place, "name"});
+}
+
 void OemRecord::fields(Fields& fields) {
     fields.number("manufacturerId", manufacturerId, 0, 0xFFFFF);
     fields("data", data);
@@ -194,6 +226,7 @@ std::span<const Command> SdrRepository::commands() {
 
 void SdrRepository::fields(Fields& fields) {
     fields("controllers", controllers);
+    fields("genericDevices", genericDevices);
     fields("oemRecords", oemRecords);
     fields("rawRecords", rawRecords);
     fields.number("largestPart", largestPart, 1, 0xFF);
