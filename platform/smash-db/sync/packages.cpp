@@ -117,6 +117,10 @@ public:
         for (const EntityLocator& locator : records_.locators)
             if (!locator.fruDeviceId)
                 addEntity(entityOf(locator), locator.name);
+        for (const FullSdr& sensor : records_.numericSensors)
+            addWatched(sensor.common);
+        for (const CompactSdr& sensor : records_.sensors)
+            addWatched(sensor);
         describeChassis();
         return std::move(found_);
     }
@@ -174,8 +178,20 @@ private:
     void addEntity(Entity entity, const std::string& name) {
         const bool isKnown = std::ranges::any_of(
             found_.packages, [&](const PackageRow& each) { return smash::entityOf(each) == entity; });
-        if (!isKnown && !absent_.contains(entity) && presenceOf(entity) != Presence::Absent)
+        if (isKnown || absent_.contains(entity))
+            return;
+        if (presenceOf(entity) == Presence::Absent)
+            absent_.insert(entity);
+        else
             found_.packages.push_back(makeRow(entity, std::nullopt, name));
+    }
+
+    // Fans, and often supplies and processors, have no locator: that they are there their sensors say.
+    void addWatched(const CompactSdr& sensor) {
+        constexpr std::uint8_t processor = 3, powerSupply = 10, fan = 29;
+        for (const std::uint8_t id : {processor, powerSupply, fan})
+            if (sensor.entityId == id && (sensor.entityInstance & ~instanceBits) == 0)
+                addEntity({sensor.entityId, sensor.entityInstance}, "");
     }
 
     // A chassis area describes the system chassis, whichever device has it.
