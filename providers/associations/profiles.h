@@ -14,6 +14,7 @@ inline constexpr char profileRegistration[] = "provider-helper:DSP1033";
 inline constexpr char baseServer[] = "provider-helper:DSP1004";
 inline constexpr char serviceProcessor[] = "provider-helper:DSP1018";
 inline constexpr char sensors[] = "provider-helper:DSP1009";
+inline constexpr char physicalAsset[] = "provider-helper:DSP1011";
 inline constexpr char recordLog[] = "provider-helper:DSP1010";
 inline constexpr char ethernetPort[] = "provider-helper:DSP1014";
 inline constexpr char hostLanNetworkPort[] = "provider-helper:DSP1035";

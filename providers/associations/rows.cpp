@@ -35,12 +35,17 @@ constexpr OwnValue addressSetting[] = {{"IsDefault", {}, fixed<0>},
 constexpr OwnValue firstOfSequence[] = {{"AssignedSequence", {}, fixed<1>}};
 
 constexpr Meeting onSystem = same("Name", "SystemName");
+constexpr Meeting assetCapabilities = related("Tag", "InstanceID", hasAssetCapabilities);
 
 // Services and capabilities of the host and the service processor are told apart by how their names begin.
 constexpr Elements hostPowerService("CIM_PowerManagementService", "Name", "Host ");
 constexpr Elements processorPowerService("CIM_PowerManagementService", "Name", "SP ");
 constexpr Elements hostPowerCapabilities("CIM_PowerManagementCapabilities", "InstanceID", "Host");
 constexpr Elements processorPowerCapabilities("CIM_PowerManagementCapabilities", "InstanceID", "SP");
+
+// Tags of physical elements begin with their IPMI entity: 23 is the system chassis, 24 a part of it.
+constexpr Elements systemChassis("CIM_Chassis", "Tag", "23.");
+constexpr Elements subChassis("CIM_Chassis", "Tag", "24.");
 
 // Jobs are named after the method that they run, and its class or service.
 constexpr Elements jobs(const char* prefix) {
@@ -58,6 +63,12 @@ constexpr Row table[] = {
     {&systemDevice, {host, "CIM_Sensor"}, onSystem},
     {&systemDevice, {processor, "CIM_EthernetPort"}, onSystem},
     {&systemDevice, {processor, "CIM_PortController"}, onSystem},
+
+    {&container, {systemChassis, subChassis}},
+    {&container, {systemChassis, "CIM_Card"}},
+    {&container, {systemChassis, "CIM_Chip"}},
+    {&container, {systemChassis, "CIM_PhysicalPackage"}},
+    {&computerSystemPackage, {systemChassis, host}},
 
     {&associatedSensor, {"CIM_NumericSensor", host}, same("SystemName", "Name")},
     {&associatedSensor, {"CIM_Sensor", host}, same("SystemName", "Name")},
@@ -78,6 +89,10 @@ constexpr Row table[] = {
     {&elementCapabilities, {processorPowerService, processorPowerCapabilities}},
     {&elementCapabilities, {"CIM_AccountManagementService", "CIM_AccountManagementCapabilities"}},
     {&elementCapabilities, {"CIM_RecordLog", "CIM_RecordLogCapabilities"}},
+    {&elementCapabilities, {"CIM_Chassis", "CIM_PhysicalAssetCapabilities"}, assetCapabilities},
+    {&elementCapabilities, {"CIM_Card", "CIM_PhysicalAssetCapabilities"}, assetCapabilities},
+    {&elementCapabilities, {"CIM_Chip", "CIM_PhysicalAssetCapabilities"}, assetCapabilities},
+    {&elementCapabilities, {"CIM_PhysicalPackage", "CIM_PhysicalAssetCapabilities"}, assetCapabilities},
 
     {&useOfLog, {"CIM_RecordLog", processor}, containing("InstanceID", "Name")},
     {&logManagesRecord, {"CIM_RecordLog", "CIM_LogEntry"}, same("InstanceID", "LogInstanceID")},
@@ -126,6 +141,10 @@ constexpr Row table[] = {
     {&elementConformsToProfile, {profile(serviceProcessor), processor}},
     {&elementConformsToProfile, {profile(sensors), "CIM_NumericSensor"}},
     {&elementConformsToProfile, {profile(sensors), "CIM_Sensor"}},
+    {&elementConformsToProfile, {profile(physicalAsset), "CIM_Chassis"}},
+    {&elementConformsToProfile, {profile(physicalAsset), "CIM_Card"}},
+    {&elementConformsToProfile, {profile(physicalAsset), "CIM_Chip"}},
+    {&elementConformsToProfile, {profile(physicalAsset), "CIM_PhysicalPackage"}},
     {&elementConformsToProfile, {profile(recordLog), "CIM_RecordLog"}},
     {&elementConformsToProfile, {profile(ethernetPort), "CIM_EthernetPort"}},
     {&elementConformsToProfile, {profile(hostLanNetworkPort), "CIM_EthernetPort"}},
@@ -136,6 +155,8 @@ constexpr Row table[] = {
 constexpr const AssociationClass* classes[] = {&systemComponent,
                                                &systemDevice,
                                                &accountOnSystem,
+                                               &container,
+                                               &computerSystemPackage,
                                                &associatedSensor,
                                                &hostedService,
                                                &hostedAccessPoint,
