@@ -120,9 +120,10 @@ void returnPartner(const Request& request, const Pass::Entry& entry, const CMPII
     require(CMReturnInstance(request.result, copy.get()));
 }
 
-void returnPair(const Request& request, const Row& row, const CMPIInstance* first, const CMPIInstance* second,
-                Want want) {
-    const auto path = pairPath(request.broker, nameSpaceOf(request.ref), row, first, second);
+// `nameSpace` is that of the request: read once, as each reading leaves a text with the request's path.
+void returnPair(const Request& request, const std::string& nameSpace, const Row& row,
+                const CMPIInstance* first, const CMPIInstance* second, Want want) {
+    const auto path = pairPath(request.broker, nameSpace, row, first, second);
     if (want == Want::Names)
         return require(CMReturnObjectPath(request.result, path.get()));
     const auto instance = pairInstance(request.broker, path.get(), row, first, second, request.properties);
@@ -214,6 +215,7 @@ void associators(const Request& request, const Filter& filter, Want want) {
 
 void references(const Request& request, const Filter& filter, Want want) {
     const auto candidates = select(classNameOf(request.ref).c_str(), filter);
+    const std::string nameSpace = nameSpaceOf(request.ref);
     Needs needs;
     for (const Candidate& candidate : candidates) {
         addPairNeeds(request, *candidate.row, candidate.source, want, needs.source);
@@ -225,7 +227,8 @@ void references(const Request& request, const Filter& filter, Want want) {
         [&](const Candidate& candidate, const CMPIInstance* source, Pass::Entry& entry, std::size_t index) {
             const CMPIInstance* other = entry.instances->at(index);
             const bool isFirst = candidate.source == 0;
-            returnPair(request, *candidate.row, isFirst ? source : other, isFirst ? other : source, want);
+            returnPair(request, nameSpace, *candidate.row, isFirst ? source : other, isFirst ? other : source,
+                       want);
         });
 }
 
@@ -233,6 +236,7 @@ void enumerate(const Request& request, Want want) {
     if (asksForProfiles(request))
         return enumerateProfiles(request, want);
     const AssociationClass& association = requestedAssociation(request);
+    const std::string nameSpace = nameSpaceOf(request.ref);
     Pass pass;
     for (const Row& row : rows())
         if (row.associationClass == &association)
@@ -247,7 +251,7 @@ void enumerate(const Request& request, Want want) {
             const Half half(row, 0, firsts.at(i));
             for (std::size_t j = 0; half.isMember() && j < seconds.size(); ++j)
                 if (half.meets(seconds.at(j)))
-                    returnPair(request, row, firsts.at(i), seconds.at(j), want);
+                    returnPair(request, nameSpace, row, firsts.at(i), seconds.at(j), want);
         }
     }
 }
@@ -279,7 +283,8 @@ void getInstance(const Request& request) {
             break;
         const Half half(row, 0, ends[0].get());
         if (half.isMember() && half.meets(ends[1].get()))
-            return returnPair(request, row, ends[0].get(), ends[1].get(), Want::Instances);
+            return returnPair(request, nameSpaceOf(request.ref), row, ends[0].get(), ends[1].get(),
+                              Want::Instances);
     }
     throw Failure(CMPI_RC_ERR_NOT_FOUND, "There is no such association");
 }
