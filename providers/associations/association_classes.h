@@ -30,6 +30,11 @@ inline constexpr AssociationClass computerSystemPackage{
     "CIM_SystemPackaging",
     {{"Antecedent", "CIM_PhysicalPackage"}, {"Dependent", "CIM_ComputerSystem"}}};
 
+inline constexpr AssociationClass realizes{
+    "CIM_Realizes",
+    "CIM_Dependency",
+    {{"Antecedent", "CIM_PhysicalElement"}, {"Dependent", "CIM_LogicalDevice"}}};
+
 inline constexpr AssociationClass associatedSensor{
     "CIM_AssociatedSensor",
     "CIM_Dependency",
