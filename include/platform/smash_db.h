@@ -17,6 +17,7 @@
 #include "platform/smash_db_jobs.h"
 #include "platform/smash_db_messages.h"
 #include "platform/smash_db_network.h"
+#include "platform/smash_db_packages.h"
 #include "platform/smash_db_power.h"
 
 #endif

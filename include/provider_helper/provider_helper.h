@@ -7,6 +7,7 @@
 #include "provider_helper/computer_system.h"
 #include "provider_helper/devices.h"
 #include "provider_helper/indications.h"
+#include "provider_helper/inventory.h"
 #include "provider_helper/jobs.h"
 #include "provider_helper/network.h"
 #include "provider_helper/record_log.h"

@@ -6,6 +6,7 @@
 #include "smash-db/job_tables.h"
 #include "smash-db/message_tables.h"
 #include "smash-db/network_tables.h"
+#include "smash-db/package_tables.h"
 #include "smash-db/power_tables.h"
 
 namespace smash {
@@ -15,7 +16,7 @@ constexpr const Table* smashTables[] = {&sessionTable,           &deviceTable,  
                                         &compactSdrTable,        &fullSdrTable,      &powerServiceTable,
                                         &powerCapabilitiesTable, &staticIpTable,     &cimxmlFilterTable,
                                         &cimxmlDestinationTable, &eventMessageTable, &entityDeviceTable,
-                                        &entityAssociationTable};
+                                        &entityAssociationTable, &packageTable,      &powerSupplyInfoTable};
 
 constexpr const Table* temporaryTables[] = {&jobTable, &jobSequenceTable, &jobErrorTable};
 

@@ -20,6 +20,21 @@ inline constexpr AssociationClass accountOnSystem{
     "CIM_SystemComponent",
     {{"GroupComponent", "CIM_System"}, {"PartComponent", "CIM_Account"}}};
 
+inline constexpr AssociationClass container{
+    "CIM_Container",
+    "CIM_Component",
+    {{"GroupComponent", "CIM_PhysicalPackage"}, {"PartComponent", "CIM_PhysicalElement"}}};
+
+inline constexpr AssociationClass computerSystemPackage{
+    "CIM_ComputerSystemPackage",
+    "CIM_SystemPackaging",
+    {{"Antecedent", "CIM_PhysicalPackage"}, {"Dependent", "CIM_ComputerSystem"}}};
+
+inline constexpr AssociationClass realizes{
+    "CIM_Realizes",
+    "CIM_Dependency",
+    {{"Antecedent", "CIM_PhysicalElement"}, {"Dependent", "CIM_LogicalDevice"}}};
+
 inline constexpr AssociationClass associatedSensor{
     "CIM_AssociatedSensor",
     "CIM_Dependency",

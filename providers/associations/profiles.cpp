@@ -5,8 +5,8 @@
 namespace associations {
 namespace {
 
-constexpr const char* ofBaseServer[] = {profileRegistration, sensors,   fan,
-                                        powerSupply,         recordLog, serviceProcessor};
+constexpr const char* ofBaseServer[] = {profileRegistration, sensors,         fan, powerSupply, recordLog,
+                                        physicalAsset,       serviceProcessor};
 constexpr const char* ofServiceProcessor[] = {profileRegistration, recordLog, ethernetPort,
                                               hostLanNetworkPort, ipInterface};
 constexpr const char* ofComponent[] = {profileRegistration};
@@ -21,6 +21,7 @@ constexpr Profile table[] = {
     {fan, "Fan", "1.0.0", false, ofDevice},
     {powerSupply, "Power Supply", "1.0.0", false, ofDevice},
     {recordLog, "Record Log", "1.0.0", false, ofComponent},
+    {physicalAsset, "Physical Asset", "1.0.0", false, ofComponent},
     {ethernetPort, "Ethernet Port", "1.0.0", false, ofComponent},
     {hostLanNetworkPort, "Host LAN Network Port", "1.0.0", false, ofHostLanNetworkPort},
     {ipInterface, "IP Interface", "1.0.0", false, ofComponent},

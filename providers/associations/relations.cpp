@@ -70,6 +70,17 @@ bool listsMember(std::string_view list, std::string_view id) {
     return false;
 }
 
+bool hasAssetCapabilities(std::string_view tag, std::string_view capabilities) {
+    return !tag.empty() && after(capabilities, ':') == tag;
+}
+
+bool realizesDevice(std::string_view tag, std::string_view device) {
+    if (device.empty() || !tag.starts_with(device))
+        return false;
+    tag.remove_prefix(device.size());
+    return tag.empty() || tag.front() == '.' || tag.front() == ':';
+}
+
 bool serviceRunsJob(std::string_view service, std::string_view job) {
     return !service.empty() && job.starts_with(service) && job.substr(service.size()).starts_with('_');
 }

@@ -10,6 +10,12 @@ namespace associations {
 bool portHasLanEndpoint(std::string_view port, std::string_view lanEndpoint);
 bool lanEndpointCarriesIp(std::string_view lanEndpoint, std::string_view ipEndpoint);
 
+// The capabilities of a physical element are named "PhysicalAssetCapabilities:<Tag>".
+bool hasAssetCapabilities(std::string_view tag, std::string_view capabilities);
+
+// A physical element "10.1.1:PSU1" is the body of the device "10.1": both begin with their IPMI entity.
+bool realizesDevice(std::string_view tag, std::string_view device);
+
 // A job's name begins with that of the service whose method it runs: "SSHProtocolService_RequestStateChange".
 bool serviceRunsJob(std::string_view service, std::string_view job);
 // A job's name may also end with the interface of the port: "EthernetPort_RequestStateChange_eth0".

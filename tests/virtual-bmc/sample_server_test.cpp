@@ -42,6 +42,7 @@ TEST_F(SampleServer, isFoundWhole) {
     for (const auto& remark : report.remarks)
         ADD_FAILURE() << remark.source << ": " << remark.reason;
     EXPECT_EQ(report.frus, 5u);
+    EXPECT_EQ(report.packages, 17u) << "5 FRU devices, 4 generic devices, the BMC, 7 fans";
     std::map<int, std::string> found;
     for (int i = 0; i < fullCount; ++i)
         found[full[i].common.sensorNumber] = full[i].common.name;

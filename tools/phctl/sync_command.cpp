@@ -27,11 +27,9 @@ nlohmann::ordered_json toJson(const smash::SyncReport& report) {
     auto remarks = nlohmann::ordered_json::array();
     for (const auto& [source, reason] : report.remarks)
         remarks.push_back({{"source", source}, {"reason", reason}});
-    return {{"records", report.recordsRead},
-            {"numericSensors", report.numericSensors},
-            {"sensors", report.sensors},
-            {"frus", report.frus},
-            {"remarks", remarks}};
+    return {{"records", report.recordsRead}, {"numericSensors", report.numericSensors},
+            {"sensors", report.sensors},     {"frus", report.frus},
+            {"packages", report.packages},   {"remarks", remarks}};
 }
 
 void print(const smash::SyncReport& report) {
@@ -39,6 +37,7 @@ void print(const smash::SyncReport& report) {
     table.add({std::to_string(report.numericSensors), "CIM_NumericSensor"});
     table.add({std::to_string(report.sensors), "CIM_Sensor"});
     table.add({std::to_string(report.frus), "FRU inventory"});
+    table.add({std::to_string(report.packages), "physical packages"});
     table.print(std::cout, 0);
     std::cout << "from " << report.recordsRead << " sensor data records, in " << databaseFile().string()
               << '\n';

@@ -1,17 +1,20 @@
 // FRU inventory of the BMC.
 #pragma once
 
+#include "smash-db/sync/fru_contents.h"
 #include "smash-db/sync/sdr_mapping.h"
 
 #include <span>
 
 namespace smash {
 
-// Row of each located FRU device that can be read, the first one of an entity; the others are remarked. There
-// is always a row of entity 7, the system board: where no locator leads to one, it is FRU device 0, the BMC's
-// own.
-std::vector<FruRecord> readFrus(ipmi::Transport& bmc, std::span<const FruLocator> locators,
-                                std::vector<SyncRemark>& remarks,
+// FRU device 0 is the BMC's own, and needs no locator. It is taken for that of the system board.
+inline constexpr std::uint8_t ownFruDevice = 0;
+inline constexpr std::uint8_t systemBoard = 7; // entity ID
+
+// Row of each located FRU device with a board or a product area, the first one of an entity. There is always a
+// row of the system board: where no locator leads to one, it is FRU device 0, or blank.
+std::vector<FruRecord> readFrus(FruDevices& devices, std::span<const EntityLocator> locators,
                                 const std::function<void(std::size_t, std::size_t)>& progress);
 
 } // namespace smash

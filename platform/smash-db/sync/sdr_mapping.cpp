@@ -20,7 +20,9 @@ constexpr std::uint8_t compactSensor = 0x02;
 constexpr std::uint8_t eventOnly = 0x03;
 constexpr std::uint8_t entityAssociation = 0x08;
 constexpr std::uint8_t deviceRelativeAssociation = 0x09;
+constexpr std::uint8_t genericDeviceLocator = 0x10;
 constexpr std::uint8_t fruDeviceLocator = 0x11;
+constexpr std::uint8_t controllerLocator = 0x12;
 
 // Event/reading types, IPMI 2.0 table 42-1.
 constexpr std::uint8_t threshold = 0x01;
@@ -191,19 +193,21 @@ FullSdr mapFull(ipmi::Reader& reader, const SdrRecord& record) {
     return row;
 }
 
-FruLocator mapFruLocator(ipmi::Reader& reader) {
+// Bytes 6 to the end of a locator. In all of them the entity begins at byte 13 (IPMI 2.0 tables 43-7 to 43-9).
+EntityLocator mapLocator(ipmi::Reader& reader, std::uint8_t type) {
     const std::uint8_t address = reader.u8() & 0xFE;
-    FruLocator locator = {};
-    locator.fruDeviceId = reader.u8();
-    const std::uint8_t access = reader.u8();
-    reader.skip(4); // channel, reserved, device type and its modifier
+    const std::uint8_t fruDeviceId = reader.u8();
+    const std::uint8_t access = reader.u8(); // bit 7 a logical FRU device, bits 4 to 3 LUN
+    reader.skip(4);
+    EntityLocator locator;
     locator.entityId = reader.u8();
     locator.entityInstance = reader.u8();
     if (!reader.ok())
         throw Unusable("the record ends before its last field");
-    const bool isLogical = (access & 0x80) != 0;
-    if (!isLogical || address != bmcAddress || (access & 0x18) != 0)
-        throw Unusable("the FRU device is not one that the BMC answers for");
+    if (type == fruDeviceLocator && address == bmcAddress && (access & 0x98) == 0x80)
+        locator.fruDeviceId = fruDeviceId;
+    reader.skip(1); // OEM
+    locator.name = readIdString(reader);
     return locator;
 }
 
@@ -246,14 +250,18 @@ void SdrMapping::add(const SdrRecord& record, std::vector<SyncRemark>& remarks) 
             break;
         case eventOnly:
             throw Unusable("the sensor only sends events");
+        case genericDeviceLocator:
         case fruDeviceLocator:
-            fruLocators.push_back(mapFruLocator(reader));
+        case controllerLocator:
+            locators.push_back(mapLocator(reader, type));
+            if (type == fruDeviceLocator && !locators.back().fruDeviceId)
+                throw Unusable("the FRU device is not one that the BMC answers for");
             break;
         case entityAssociation:
         case deviceRelativeAssociation:
             addEntityAssociations(reader, type == deviceRelativeAssociation, associations);
             break;
-        default: // other locators, OEM: no sensor
+        default: // OEM: no sensor
             break;
         }
     } catch (const Unusable& error) {

@@ -1,5 +1,5 @@
-// What each SDR becomes: rows of CIM_NumericSensor and CIM_Sensor, FRU devices to read, and entity associations. The mapping is
-// described in docs/sdr-mapping.md.
+// What each SDR becomes: rows of CIM_NumericSensor and CIM_Sensor, entities with the FRU devices to read, and entity
+// associations. The mapping is described in docs/sdr-mapping.md.
 #pragma once
 
 #include "smash-db/sync/sdr_repository.h"
@@ -7,6 +7,7 @@
 #include <platform/smash_db.h>
 
 #include <cstdint>
+#include <optional>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -14,10 +15,12 @@
 
 namespace smash {
 
-struct FruLocator {
-    std::uint8_t fruDeviceId;
-    std::uint8_t entityId;
-    std::uint8_t entityInstance;
+// Where something of an entity is: a FRU device, a management controller, or any other device.
+struct EntityLocator {
+    std::uint8_t entityId = 0;
+    std::uint8_t entityInstance = 0;
+    std::string name;
+    std::optional<std::uint8_t> fruDeviceId = {}; // that the BMC answers for
 };
 
 // Thrown for a record that cannot be served, with the reason.
@@ -33,7 +36,7 @@ public:
 
     std::vector<FullSdr> numericSensors;
     std::vector<CompactSdr> sensors;
-    std::vector<FruLocator> fruLocators;
+    std::vector<EntityLocator> locators;
     std::vector<EntityAssociationRow> associations;
 
 private:

@@ -4,10 +4,12 @@
 #include "smash-db/database.h"
 #include "smash-db/device_tables.h"
 #include "smash-db/inventory_tables.h"
+#include "smash-db/package_tables.h"
 #include "smash-db/power_tables.h"
 #include "smash-db/rows.h"
 #include "smash-db/sync/entity_devices.h"
 #include "smash-db/sync/fru_inventory.h"
+#include "smash-db/sync/packages.h"
 #include "smash-db/sync/power_services.h"
 #include "smash-db/sync/sdr_mapping.h"
 
@@ -90,6 +92,7 @@ struct Inventory {
     std::vector<FruRecord> frus;
     SdrMapping sensors;
     std::vector<EntityDeviceRow> entityDevices;
+    Packages packages;
 };
 
 void store(SQLite::Database& database, Inventory& inventory) {
@@ -98,6 +101,8 @@ void store(SQLite::Database& database, Inventory& inventory) {
         keepRequestedState(database, device);
     replaceAll<DeviceRecord>(database, deviceTable, inventory.devices);
     replaceAll<FruRecord>(database, fruTable, inventory.frus);
+    replaceAll<PackageRow>(database, packageTable, inventory.packages.packages);
+    replaceAll<PowerSupplyInfoRow>(database, powerSupplyInfoTable, inventory.packages.powerSupplies);
     replaceAll<FullSdr>(database, fullSdrTable, inventory.sensors.numericSensors);
     replaceAll<CompactSdr>(database, compactSdrTable, inventory.sensors.sensors);
     replaceAll<EntityDeviceRow>(database, entityDeviceTable, inventory.entityDevices);
@@ -128,7 +133,9 @@ SyncReport sync(ipmi::Transport& bmc, const SyncProgress& progress) {
     for (const SdrRecord& record : records)
         inventory.sensors.add(record, report.remarks);
     inventory.entityDevices = findEntityDevices(inventory.sensors);
-    inventory.frus = readFrus(bmc, inventory.sensors.fruLocators, report.remarks, phase("FRU"));
+    FruDevices fruDevices(bmc, report.remarks);
+    inventory.frus = readFrus(fruDevices, inventory.sensors.locators, phase("FRU"));
+    inventory.packages = readPackages(bmc, inventory.sensors, fruDevices);
 
     phase("database")(0, 1);
     try {
@@ -142,6 +149,7 @@ SyncReport sync(ipmi::Transport& bmc, const SyncProgress& progress) {
     report.numericSensors = inventory.sensors.numericSensors.size();
     report.sensors = inventory.sensors.sensors.size();
     report.frus = inventory.frus.size();
+    report.packages = inventory.packages.packages.size();
     return report;
 }
 

@@ -22,14 +22,15 @@ struct SyncReport {
     std::size_t numericSensors = 0; // rows, CIM_NumericSensor
     std::size_t sensors = 0;        // rows, CIM_Sensor
     std::size_t frus = 0;           // rows
+    std::size_t packages = 0;       // rows
     std::vector<SyncRemark> remarks;
 };
 
 // `done` of `total` steps of a phase ("device", "SDR", "FRU", "database"). Called from sync's thread.
 using SyncProgress = std::function<void(std::string_view phase, std::size_t done, std::size_t total)>;
 
-// Reads the BMC, then replaces the rows of devices, FRUs, sensors and power services in one transaction; the
-// session row stays, and so does each device's requested state. The database is created when it is missing.
+// Reads the BMC, then replaces the rows of devices, FRUs, packages, sensors and power services in one
+// transaction; the session row stays, and so does each device's requested state. The database is created when it is missing.
 // Throws a std::runtime_error (ipmi::TransportError when the BMC stopped answering) and leaves the database
 // as it was.
 SyncReport sync(ipmi::Transport& bmc, const SyncProgress& progress = {});

@@ -1,5 +1,6 @@
 #include "virtual-bmc/fru/fru_image.h"
 
+#include "ipmi/message.h"
 #include "virtual-bmc/state/json_fields.h"
 
 #include <chrono>
@@ -73,6 +74,13 @@ std::uint32_t manufacturingTime(const std::string& text, const Place& place) {
     return static_cast<std::uint32_t>(minutes(passed).count());
 }
 
+Bytes chassisArea(const ChassisArea& chassis, const Place& place) {
+    Bytes area{formatVersion, 0, chassis.type};
+    appendTexts(area, {{"partNumber", chassis.partNumber}, {"serialNumber", chassis.serialNumber}}, place);
+    closeArea(area);
+    return area;
+}
+
 Bytes boardArea(const BoardArea& board, const Place& place) {
     const auto time = manufacturingTime(board.manufactured, Place{&place, "manufactured"});
     Bytes area{formatVersion, 0, english, low(time), low(time >> 8), low(time >> 16)};
@@ -102,24 +110,54 @@ Bytes productArea(const ProductArea& product, const Place& place) {
     return area;
 }
 
+// The only record of a multirecord area.
+Bytes powerSupplyRecord(const PowerSupplyRecord& supply) {
+    constexpr std::uint8_t powerSupplyInformation = 0x00, lastOfFormat2 = 0x82;
+    std::uint8_t storage[24];
+    ipmi::Writer record(storage);
+    record.u16(supply.capacity)
+        .u16(supply.peakVoltAmperes)
+        .u8(supply.inrushCurrent)
+        .u8(supply.inrushInterval)
+        .u16(supply.lowVoltage1)
+        .u16(supply.highVoltage1)
+        .u16(supply.lowVoltage2)
+        .u16(supply.highVoltage2)
+        .u8(supply.lowFrequency)
+        .u8(supply.highFrequency)
+        .u8(supply.dropoutTolerance)
+        .u8(low(supply.predictsFailure | supply.correctsPowerFactor << 1 | supply.switchesRanges << 2 |
+                supply.isHotSwap << 3))
+        .u16(static_cast<std::uint16_t>(supply.holdUpTime << 12 | supply.peakCapacity))
+        .fill(3, 0) // no outputs share a wattage
+        .u8(0);     // no tachometer that predicts a failure
+    Bytes checked(record.written().begin(), record.written().end());
+    appendChecksum(checked);
+    Bytes area{powerSupplyInformation, lastOfFormat2, low(sizeof storage), checked.back()};
+    appendChecksum(area);
+    area.insert(area.end(), storage, storage + sizeof storage);
+    return area;
+}
+
 } // namespace
 
-std::vector<std::uint8_t> fruImage(const std::optional<BoardArea>& board,
-                                   const std::optional<ProductArea>& product, const Place& fru) {
+std::vector<std::uint8_t> fruImage(const Fru& fru, const Place& place) {
     Bytes areas;
-    std::size_t boardOffset = 0;
-    std::size_t productOffset = 0;
     const auto append = [&](const Bytes& area) {
         const std::size_t offset = 1 + areas.size() / areaUnit; // behind the header
         areas.insert(areas.end(), area.begin(), area.end());
-        return offset;
+        return low(offset);
     };
-    if (board)
-        boardOffset = append(boardArea(*board, Place{&fru, "board"}));
-    if (product)
-        productOffset = append(productArea(*product, Place{&fru, "product"}));
-    // Version; offsets of internal use, chassis, board, product and multi-record area; pad.
-    Bytes image{formatVersion, 0, 0, low(boardOffset), low(productOffset), 0, 0};
+    // Version; offsets of internal use, chassis, board, product and multirecord area; pad.
+    Bytes image{formatVersion, 0, 0, 0, 0, 0, 0};
+    if (fru.chassis)
+        image[2] = append(chassisArea(*fru.chassis, Place{&place, "chassis"}));
+    if (fru.board)
+        image[3] = append(boardArea(*fru.board, Place{&place, "board"}));
+    if (fru.product)
+        image[4] = append(productArea(*fru.product, Place{&place, "product"}));
+    if (fru.powerSupply)
+        image[5] = append(powerSupplyRecord(*fru.powerSupply)); // the last one, as its length is no multiple
     appendChecksum(image);
     image.insert(image.end(), areas.begin(), areas.end());
     return image;

@@ -48,6 +48,12 @@ constexpr Command commandTable[] = {
 
 } // namespace
 
+void ChassisArea::fields(Fields& fields) {
+    fields("type", type);
+    fields("partNumber", partNumber);
+    fields("serialNumber", serialNumber);
+}
+
 void BoardArea::fields(Fields& fields) {
     fields("manufactured", manufactured);
     fields("manufacturer", manufacturer);
@@ -67,24 +73,47 @@ void ProductArea::fields(Fields& fields) {
     fields("fileId", fileId);
 }
 
+void PowerSupplyRecord::fields(Fields& fields) {
+    constexpr int most = 0xFFF, longest = 0xF;
+    fields.number("capacity", capacity, 0, most);
+    fields("peakVoltAmperes", peakVoltAmperes);
+    fields("inrushCurrent", inrushCurrent);
+    fields("inrushInterval", inrushInterval);
+    fields("lowVoltage1", lowVoltage1);
+    fields("highVoltage1", highVoltage1);
+    fields("lowVoltage2", lowVoltage2);
+    fields("highVoltage2", highVoltage2);
+    fields("lowFrequency", lowFrequency);
+    fields("highFrequency", highFrequency);
+    fields("dropoutTolerance", dropoutTolerance);
+    fields("predictsFailure", predictsFailure);
+    fields("correctsPowerFactor", correctsPowerFactor);
+    fields("switchesRanges", switchesRanges);
+    fields("hotSwap", isHotSwap);
+    fields.number("peakCapacity", peakCapacity, 0, most);
+    fields.number("holdUpTime", holdUpTime, 0, longest);
+}
+
 void Fru::fields(Fields& fields) {
     fields.required("id", id);
     fields.required("name", name);
     fields("entity", entity);
     fields("entityInstance", entityInstance);
     fields("wordAddressed", isWordAddressed);
+    fields("chassis", chassis);
     fields("board", board);
     fields("product", product);
+    fields("powerSupply", powerSupply);
     fields("data", data);
 }
 
 void Fru::check(const Place& place) {
     checkIdString(name, Place{&place, "name"});
-    if (data && (board || product))
+    if (data && hasAreas())
         fail(Place{&place, "data"}, "a FRU has either data or areas");
     if (data && data->size() > 0xFFFF)
         fail(Place{&place, "data"}, "a FRU has at most 65535 bytes");
-    image = data ? *data : fruImage(board, product, place);
+    image = data ? *data : fruImage(*this, place);
 }
 
 std::span<const Command> Frus::commands() {

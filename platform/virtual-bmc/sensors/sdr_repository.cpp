@@ -15,6 +15,7 @@ namespace completion = ipmi::completion;
 constexpr std::uint8_t sdrVersion = 0x51; // IPMI 1.5 and 2.0
 constexpr std::uint8_t associationType = 0x08;
 constexpr std::uint8_t deviceRelativeAssociationType = 0x09;
+constexpr std::uint8_t genericLocatorType = 0x10;
 constexpr std::uint8_t fruLocatorType = 0x11;
 constexpr std::uint8_t controllerLocatorType = 0x12;
 constexpr std::uint8_t oemType = 0xC0;
@@ -73,6 +74,20 @@ void writeAssociation(ipmi::Writer& record, const EntityAssociation& association
         record.u24(0).u24(0); // reserved
 }
 
+void writeGenericDevice(ipmi::Writer& record, const GenericDevice& device) {
+    record.u8(device.address)
+        .u8(device.slaveAddress)
+        .u8(0) // channel, LUN, bus
+        .u8(0) // address span: one
+        .u8(0) // reserved
+        .u8(device.type)
+        .u8(0)
+        .u8(device.entity)
+        .u8(device.entityInstance)
+        .u8(0); // OEM
+    writeIdString(record, device.name);
+}
+
 // The records in their order; their IDs are 1, 2, 3, …
 class Records {
 public:
@@ -83,8 +98,8 @@ public:
 
     std::size_t count() const {
         return repository_.controllers.size() + sensors_.size() + frus_.size() +
-               repository_.associations.size() + repository_.oemRecords.size() +
-               repository_.rawRecords.size();
+               repository_.associations.size() + repository_.genericDevices.size() +
+               repository_.oemRecords.size() + repository_.rawRecords.size();
     }
 
     // The bytes of a record, kept in `storage`.
@@ -104,6 +119,9 @@ public:
         } else if (const auto* const association = take(repository_.associations, index)) {
             record.u8(association->isDeviceRelative ? deviceRelativeAssociationType : associationType).u8(0);
             writeAssociation(record, *association);
+        } else if (const auto* const device = take(repository_.genericDevices, index)) {
+            record.u8(genericLocatorType).u8(0);
+            writeGenericDevice(record, *device);
         } else if (const auto* const oem = take(repository_.oemRecords, index)) {
             record.u8(oemType).u8(0).u24(oem->manufacturerId).bytes(oem->data);
         } else {
@@ -227,6 +245,19 @@ void EntityAssociation::check(const Place& place) const {
         fail(Place{&place, "contains"}, "a range has a first and a last entity");
 }
 
+void GenericDevice::fields(Fields& fields) {
+    fields.required("name", name);
+    fields("address", address);
+    fields("slaveAddress", slaveAddress);
+    fields("type", type);
+    fields("entity", entity);
+    fields("entityInstance", entityInstance);
+}
+
+void GenericDevice::check(const Place& place) const {
+    checkIdString(name, Place{&place, "name"});
+}
+
 void OemRecord::fields(Fields& fields) {
     fields.number("manufacturerId", manufacturerId, 0, 0xFFFFF);
     fields("data", data);
@@ -245,6 +276,7 @@ std::span<const Command> SdrRepository::commands() {
 void SdrRepository::fields(Fields& fields) {
     fields("controllers", controllers);
     fields("associations", associations);
+    fields("genericDevices", genericDevices);
     fields("oemRecords", oemRecords);
     fields("rawRecords", rawRecords);
     fields.number("largestPart", largestPart, 1, 0xFF);

@@ -43,6 +43,20 @@ struct EntityAssociation {
     void check(const Place& place) const;
 };
 
+// Describes a generic device locator (IPMI 2.0 table 43-7): something on a bus that is neither a FRU device nor a
+// controller.
+struct GenericDevice {
+    std::string name;
+    std::uint8_t address = 0x20; // of the controller that reaches it
+    std::uint8_t slaveAddress = 0xA0;
+    std::uint8_t type = 0x09; // IPMI 2.0 table 43-12; a digital temperature sensor
+    std::uint8_t entity = 7;
+    std::uint8_t entityInstance = 1;
+
+    void fields(Fields& fields);
+    void check(const Place& place) const;
+};
+
 struct OemRecord {
     std::uint32_t manufacturerId = 0;
     std::vector<std::uint8_t> data;
@@ -54,6 +68,7 @@ struct OemRecord {
 struct SdrRepository {
     std::vector<ControllerLocator> controllers;
     std::vector<EntityAssociation> associations;
+    std::vector<GenericDevice> genericDevices;
     std::vector<OemRecord> oemRecords;
     // Records as they are, sensible or not, from the SDR version on; their IDs are put before them.
     std::vector<std::vector<std::uint8_t>> rawRecords;

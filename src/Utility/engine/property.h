@@ -3,6 +3,7 @@
 
 #include "Utility/requests/request.h"
 
+#include <algorithm>
 #include <array>
 #include <cmpidt.h>
 #include <cstddef>
@@ -202,13 +203,18 @@ void compute(const void* record, void* value) {
 // One table out of two: a class's own properties behind those of the class it extends. The extended record is
 // the first member of the extending one, so that offsets hold for both.
 template <std::size_t A, std::size_t B>
-consteval std::array<Property, A + B> joined(const Property (&first)[A], const Property (&second)[B]) {
+consteval std::array<Property, A + B> joined(const std::array<Property, A>& first,
+                                             const Property (&second)[B]) {
     std::array<Property, A + B> all{};
-    for (std::size_t i = 0; i < A; ++i)
-        all[i] = first[i];
-    for (std::size_t i = 0; i < B; ++i)
-        all[A + i] = second[i];
+    std::copy(first.begin(), first.end(), all.begin());
+    std::copy(second, second + B, all.begin() + A);
     return all;
+}
+
+// The same for a table that is not joined itself.
+template <std::size_t A, std::size_t B>
+consteval std::array<Property, A + B> joined(const Property (&first)[A], const Property (&second)[B]) {
+    return joined(std::to_array(first), second);
 }
 
 // A property that is published as its field of the record holds it.

@@ -96,6 +96,16 @@ namespace Protocol { // CIM_ProtocolService
 enum : std::uint16_t { Other = 1, Ssh = 2, Telnet = 3, SmClp = 4 };
 }
 
+namespace RemovalConditions { // CIM_PhysicalPackage
+enum : std::uint16_t { Unknown = 0, RemovableWhenOff = 3, RemovableWhenOnOrOff = 4 };
+}
+namespace PackageType { // CIM_PhysicalPackage
+enum : std::uint16_t { Other = 1 };
+}
+namespace ChassisPackageType { // CIM_Chassis
+enum : std::uint16_t { Unknown = 0, Other = 1, BladeEnclosure = 28 };
+}
+
 namespace PasswordEncryption { // CIM_Account, CIM_AccountManagementCapabilities
 enum : std::uint16_t { None = 0, Other = 1 };
 }

@@ -1,0 +1,70 @@
+/* The physical inventory: chassis, boards, chips, other packages, and what is known of them. */
+#ifndef PROVIDER_HELPER_INVENTORY_H
+#define PROVIDER_HELPER_INVENTORY_H
+
+#include "provider_helper/utility.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* A physical element, in the class that entity IDs are mapped to. A text that is empty is not known, and is not
+ * published. The rows say when they were read: what was plugged in or out since then does not show. */
+typedef struct {
+    char Tag[256];               /* key; that of the PackageRow */
+    char CreationClassName[256]; /* key */
+    char ElementName[128];       /* as its locator names it, else its entity's name and instance */
+    char Description[128];       /* entity's name and instance */
+    char Manufacturer[256];
+    char Model[256];
+    char SerialNumber[256];
+    char PartNumber[256];
+    char Version[64];
+    char UserTracking[256];      /* asset tag */
+    uint32_t ManufactureDate;    /* minutes since 1996-01-01 00:00 UTC, published as datetime; 0 not known */
+    bool CanBeFRUed;             /* it has a FRU device; published only then */
+    uint16_t RemovalConditions;  /* 3 removable when off, 4 removable when on or off; 0 not known */
+    uint16_t PackageType;        /* see PH_GetPackageTypeAndName */
+    char OtherPackageType[64];   /* where PackageType is 1, other */
+    bool HostingBoard;           /* of a card: the system board */
+    uint16_t ChassisPackageType; /* of a chassis, as the following three; 0 not known */
+    char ChassisTypeDescription[64]; /* where ChassisPackageType is 1, other */
+    uint16_t MultipleSystemSupport;  /* 1 true; 0 not known */
+    uint16_t RackMountable;          /* 1 true; 0 not known */
+} PhysicalElementRecord;
+
+PH_DECLARE_CLASS_FAMILY(Chassis, PhysicalElementRecord);
+PH_EXPORT int PH_Fill_Chassis(const PackageRow* row, PhysicalElementRecord* record);
+PH_EXPORT extern const char* const g_ChassisKeyList[2];
+
+PH_DECLARE_CLASS_FAMILY(Card, PhysicalElementRecord);
+PH_EXPORT int PH_Fill_Card(const PackageRow* row, PhysicalElementRecord* record);
+PH_EXPORT extern const char* const g_CardKeyList[2];
+
+PH_DECLARE_CLASS_FAMILY(Chip, PhysicalElementRecord);
+PH_EXPORT int PH_Fill_Chip(const PackageRow* row, PhysicalElementRecord* record);
+PH_EXPORT extern const char* const g_ChipKeyList[2];
+
+/* Power supplies, fans, management modules, batteries, disks. `supply` may be NULL. */
+PH_DECLARE_CLASS_FAMILY(PhysicalPackage, PhysicalElementRecord);
+PH_EXPORT int PH_Fill_PhysicalPackage(const PackageRow* row, const PowerSupplyInfoRow* supply,
+                                      PhysicalElementRecord* record);
+PH_EXPORT extern const char* const g_PhysicalPackageKeyList[2];
+
+/* Of each physical element. */
+typedef struct {
+    char InstanceID[320]; /* key; "PhysicalAssetCapabilities:<Tag>" */
+    char ElementName[128];
+    bool FRUInfoSupported; /* a FRU device says something of the element */
+} PhysicalAssetCapabilitiesRecord;
+
+PH_DECLARE_CLASS_FAMILY(PhysicalAssetCapabilities, PhysicalAssetCapabilitiesRecord);
+PH_EXPORT int PH_Fill_PhysicalAssetCapabilities(const PackageRow* row,
+                                                PhysicalAssetCapabilitiesRecord* record);
+PH_EXPORT extern const char* const g_PhysicalAssetCapabilitiesKeyList[1];
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

@@ -1,0 +1,13 @@
+// Physical packages, and what their FRUs say.
+#pragma once
+
+#include "smash-db/table.h"
+
+#include <platform/smash_db_packages.h>
+
+namespace smash {
+
+extern const TableOf<PackageRow> packageTable;
+extern const TableOf<PowerSupplyInfoRow> powerSupplyInfoTable;
+
+} // namespace smash

@@ -1,0 +1,232 @@
+#include "smash-db/sync/packages.h"
+
+#include "ipmi/message.h"
+#include "smash-db/rows.h"
+#include "smash-db/sync/entity_presence.h"
+#include "smash-db/sync/fru_inventory.h"
+
+#include <algorithm>
+#include <set>
+#include <utility>
+
+namespace smash {
+namespace {
+
+constexpr std::uint8_t systemChassis = 23;  // entity ID
+constexpr std::uint8_t instanceBits = 0x7F; // bit 7 of an entity instance is none of it
+
+using Entity = std::pair<std::uint8_t, std::uint8_t>; // ID and instance
+
+Entity entityOf(const PackageRow& row) {
+    return {row.entityId, row.entityInstance};
+}
+
+PackageRow makeRow(Entity entity, std::optional<std::uint8_t> fruDeviceId, const std::string& name) {
+    PackageRow row = {};
+    row.entityId = entity.first;
+    row.entityInstance = entity.second;
+    row.fruDeviceId = fruDeviceId.value_or(SMASH_NO_FRU_DEVICE);
+    copyText(row.name, name);
+    std::string tag = std::to_string(row.entityId) + "." + std::to_string(row.entityInstance);
+    if (fruDeviceId)
+        tag += "." + std::to_string(*fruDeviceId);
+    if (!name.empty())
+        tag += ":" + name;
+    // The tag is a key of object paths, which quote it.
+    std::ranges::replace_if(
+        tag, [](char each) { return each == '\'' || each == '"'; }, '_');
+    copyText(row.tag, tag);
+    return row;
+}
+
+template <std::size_t N>
+void fillBlank(char (&field)[N], const std::string& text) {
+    if (field[0] == '\0')
+        copyText(field, text);
+}
+
+void noteFruData(PackageRow& row) {
+    for (const char* text :
+         {row.manufacturer, row.model, row.serialNumber, row.partNumber, row.version, row.assetTag})
+        if (*text != '\0')
+            row.hasFruData = 1;
+}
+
+// The product area of the device that has the chassis area describes the whole system, any other the part that
+// it is on.
+void describe(PackageRow& row, const FruContents& contents) {
+    if (contents.chassis && row.entityId == systemChassis)
+        return; // described by its area, behind all others
+    if (contents.board) {
+        copyText(row.manufacturer, contents.board->manufacturer);
+        copyText(row.model, contents.board->product);
+        copyText(row.serialNumber, contents.board->serialNumber);
+        copyText(row.partNumber, contents.board->partNumber);
+        row.manufactured = contents.board->manufactured;
+    }
+    if (contents.product && !contents.chassis) {
+        fillBlank(row.manufacturer, contents.product->manufacturer);
+        fillBlank(row.model, contents.product->product);
+        fillBlank(row.serialNumber, contents.product->serialNumber);
+        fillBlank(row.partNumber, contents.product->partNumber);
+        copyText(row.version, contents.product->version);
+        copyText(row.assetTag, contents.product->assetTag);
+    }
+    noteFruData(row);
+}
+
+PowerSupplyInfoRow readPowerSupplyInfo(Entity entity, const std::vector<std::uint8_t>& record) {
+    constexpr std::uint16_t notSpecified = 0xFFFF;
+    ipmi::Reader reader(record);
+    PowerSupplyInfoRow row = {};
+    row.entityId = entity.first;
+    row.entityInstance = entity.second;
+    row.capacity = reader.u16() & 0x0FFF;
+    row.peakVoltAmperes = reader.u16();
+    row.inrushCurrent = reader.u8();
+    row.inrushInterval = reader.u8();
+    row.lowVoltage1 = reader.u16();
+    row.highVoltage1 = reader.u16();
+    row.lowVoltage2 = reader.u16();
+    row.highVoltage2 = reader.u16();
+    row.lowFrequency = reader.u8();
+    row.highFrequency = reader.u8();
+    row.dropoutTolerance = reader.u8();
+    row.flags = reader.u8() & 0x1F;
+    if (const std::uint16_t peak = reader.u16(); peak != notSpecified) {
+        row.holdUpTime = static_cast<std::uint8_t>(peak >> 12);
+        row.peakCapacity = peak & 0x0FFF;
+    }
+    row.combinedVoltages = reader.u8();
+    row.combinedCapacity = reader.u16();
+    row.tachometerThreshold = reader.u8();
+    return row;
+}
+
+class PackageReader {
+public:
+    PackageReader(ipmi::Transport& bmc, const SdrMapping& records, FruDevices& devices)
+        : bmc_(bmc), records_(records), devices_(devices) {}
+
+    Packages read() {
+        for (const EntityLocator& locator : records_.locators)
+            if (locator.fruDeviceId)
+                addFru(entityOf(locator), *locator.fruDeviceId, locator.name);
+        if (!isLocated(ownFruDevice))
+            addFru({systemBoard, 1}, ownFruDevice, "");
+        for (const EntityLocator& locator : records_.locators)
+            if (!locator.fruDeviceId)
+                addEntity(entityOf(locator), locator.name);
+        for (const FullSdr& sensor : records_.numericSensors)
+            addWatched(sensor.common);
+        for (const CompactSdr& sensor : records_.sensors)
+            addWatched(sensor);
+        describeChassis();
+        return std::move(found_);
+    }
+
+private:
+    static Entity entityOf(const EntityLocator& locator) {
+        return {locator.entityId, static_cast<std::uint8_t>(locator.entityInstance & instanceBits)};
+    }
+
+    bool isLocated(std::uint8_t fruDeviceId) const {
+        return std::ranges::any_of(
+            records_.locators, [&](const EntityLocator& each) { return each.fruDeviceId == fruDeviceId; });
+    }
+
+    Presence presenceOf(Entity entity) {
+        if (entity.first == systemBoard || entity.first == systemChassis)
+            return Presence::Present;
+        return readPresence(bmc_, records_.sensors, entity.first, entity.second);
+    }
+
+    void addFru(Entity entity, std::uint8_t fruDeviceId, const std::string& name) {
+        const FruDevices::Device& device = devices_.read(fruDeviceId);
+        const Presence presence = presenceOf(entity);
+        if (presence == Presence::Absent || (presence == Presence::Unknown && device.isAbsent)) {
+            absent_.insert(entity);
+            return;
+        }
+        // The BMC's own device, which no record speaks of, is only known by its contents.
+        if (!isLocated(fruDeviceId) && !device.contents)
+            return;
+        PackageRow row = makeRow(entity, fruDeviceId, name);
+        if (std::ranges::any_of(found_.packages, [&](const PackageRow& each) {
+                return std::string_view(each.tag) == row.tag;
+            }))
+            return;
+        if (device.contents) {
+            describe(row, *device.contents);
+            addPowerSupply(entity, device.contents->powerSupply);
+            if (device.contents->chassis && chassisFru_ == nullptr) {
+                chassisFru_ = &*device.contents;
+                chassisFruDevice_ = fruDeviceId;
+            }
+        }
+        found_.packages.push_back(row);
+    }
+
+    void addPowerSupply(Entity entity, const std::vector<std::uint8_t>& record) {
+        const bool isKnown = std::ranges::any_of(found_.powerSupplies, [&](const PowerSupplyInfoRow& each) {
+            return Entity(each.entityId, each.entityInstance) == entity;
+        });
+        if (!record.empty() && !isKnown)
+            found_.powerSupplies.push_back(readPowerSupplyInfo(entity, record));
+    }
+
+    void addEntity(Entity entity, const std::string& name) {
+        const bool isKnown = std::ranges::any_of(
+            found_.packages, [&](const PackageRow& each) { return smash::entityOf(each) == entity; });
+        if (isKnown || absent_.contains(entity))
+            return;
+        if (presenceOf(entity) == Presence::Absent)
+            absent_.insert(entity);
+        else
+            found_.packages.push_back(makeRow(entity, std::nullopt, name));
+    }
+
+    // Fans, and often supplies and processors, have no locator: that they are there their sensors say.
+    void addWatched(const CompactSdr& sensor) {
+        constexpr std::uint8_t processor = 3, powerSupply = 10, fan = 29;
+        for (const std::uint8_t id : {processor, powerSupply, fan})
+            if (sensor.entityId == id && (sensor.entityInstance & ~instanceBits) == 0)
+                addEntity({sensor.entityId, sensor.entityInstance}, "");
+    }
+
+    // A chassis area describes the system chassis, whichever device has it.
+    void describeChassis() {
+        if (chassisFru_ == nullptr)
+            return;
+        auto chassis = std::ranges::find(found_.packages, systemChassis, &PackageRow::entityId);
+        if (chassis == found_.packages.end())
+            chassis = found_.packages.insert(chassis, makeRow({systemChassis, 1}, chassisFruDevice_, ""));
+        chassis->chassisType = chassisFru_->chassis->type;
+        if (chassisFru_->product && chassis->hasFruData == 0) {
+            copyText(chassis->manufacturer, chassisFru_->product->manufacturer);
+            copyText(chassis->model, chassisFru_->product->product);
+            copyText(chassis->version, chassisFru_->product->version);
+        }
+        if (chassisFru_->product)
+            fillBlank(chassis->assetTag, chassisFru_->product->assetTag);
+        fillBlank(chassis->serialNumber, chassisFru_->chassis->serialNumber);
+        fillBlank(chassis->partNumber, chassisFru_->chassis->partNumber);
+        noteFruData(*chassis);
+    }
+
+    ipmi::Transport& bmc_;
+    const SdrMapping& records_;
+    FruDevices& devices_;
+    Packages found_;
+    std::set<Entity> absent_;
+    const FruContents* chassisFru_ = nullptr;
+    std::uint8_t chassisFruDevice_ = 0;
+};
+
+} // namespace
+
+Packages readPackages(ipmi::Transport& bmc, const SdrMapping& records, FruDevices& devices) {
+    return PackageReader(bmc, records, devices).read();
+}
+
+} // namespace smash

@@ -1,0 +1,36 @@
+// CIM_Card: system board, add-in cards and other boards.
+#include "inventory/physical_element.h"
+
+constexpr const char* const g_CardKeyList[2] = {ph::inventory::elementKeys[0], ph::inventory::elementKeys[1]};
+
+namespace {
+
+using ph::inventory::Record;
+
+constexpr ph::Property cardProperties[] = {
+    PH_PROPERTY(Record, HostingBoard),
+};
+constexpr auto properties = ph::joined(ph::inventory::packageElementProperties, cardProperties);
+
+constexpr ph::inventory::PhysicalClass physicalClass{
+    "CIM_Card",
+    [](const PackageRow& row, SMASH_DB_HANDLE, Record& element) { return PH_Fill_Card(&row, &element); }};
+
+constexpr ph::ClassDefinition<Record> definition{.name = physicalClass.name,
+                                                 .superclass = "CIM_PhysicalPackage",
+                                                 .keys = g_CardKeyList,
+                                                 .properties = properties,
+                                                 .enumerate = ph::inventory::enumerate<physicalClass>,
+                                                 .get = ph::inventory::get<physicalClass>};
+
+} // namespace
+
+int PH_Fill_Card(const PackageRow* row, PhysicalElementRecord* record) {
+    constexpr std::uint8_t systemBoard = 7; // IPMI entity ID
+    ph::inventory::fillElement(*row, *record);
+    ph::inventory::fillPackageType(*row, *record);
+    record->HostingBoard = row->entityId == systemBoard;
+    return 0;
+}
+
+PH_EXPORT_CLASS_FAMILY(Card, Record, definition)

@@ -1,0 +1,93 @@
+// CIM_Chassis: the system chassis and sub-chassis.
+#include "inventory/physical_element.h"
+#include "Utility/values/dmtf_values.h"
+#include "Utility/values/record_fields.h"
+
+#include <algorithm>
+#include <iterator>
+
+constexpr const char* const g_ChassisKeyList[2] = {ph::inventory::elementKeys[0],
+                                                   ph::inventory::elementKeys[1]};
+
+namespace {
+
+using ph::inventory::Record;
+
+constexpr std::uint16_t notKnown = 0, isSo = 1; // DMTF RackMountable and MultipleSystemSupport
+
+// What an SMBIOS system enclosure type (SMBIOS 3, 7.4.1) is in CIM, which has not all of them.
+struct ChassisType {
+    std::uint8_t smbios;
+    std::uint16_t cim;
+    const char* description; // of what CIM calls other
+    bool isRackMountable = false;
+    bool holdsSystems = false; // several ones
+};
+
+constexpr ChassisType chassisTypes[] = {
+    {0x01, ph::ChassisPackageType::Other, ""},
+    {0x17, ph::ChassisPackageType::Other, "Rack Mount Chassis", true},
+    {0x19, ph::ChassisPackageType::Other, "Multi-system Chassis", false, true},
+    {0x1C, ph::ChassisPackageType::Other, "Blade"},
+    {0x1D, ph::ChassisPackageType::BladeEnclosure, "", false, true},
+    {0x21, ph::ChassisPackageType::Other, "IoT Gateway"},
+    {0x22, ph::ChassisPackageType::Other, "Embedded PC"},
+    {0x23, ph::ChassisPackageType::Other, "Mini PC"},
+    {0x24, ph::ChassisPackageType::Other, "Stick PC"},
+};
+
+// The numbers that both have for the same.
+constexpr bool isShared(std::uint8_t smbios) {
+    return (smbios >= 0x03 && smbios <= 0x16) || smbios == 0x18 || smbios == 0x1A || smbios == 0x1B ||
+           (smbios >= 0x1E && smbios <= 0x20);
+}
+
+ChassisType chassisType(std::uint8_t smbios) {
+    smbios &= 0x7F; // bit 7: with a lock
+    if (isShared(smbios))
+        return {smbios, smbios, ""};
+    const auto* const found = std::ranges::find(chassisTypes, smbios, &ChassisType::smbios);
+    return found != std::end(chassisTypes) ? *found
+                                           : ChassisType{smbios, ph::ChassisPackageType::Unknown, ""};
+}
+
+bool isMultipleKnown(const Record& chassis) {
+    return chassis.MultipleSystemSupport != notKnown;
+}
+bool isMountingKnown(const Record& chassis) {
+    return chassis.RackMountable != notKnown;
+}
+
+constexpr ph::Property chassisProperties[] = {
+    PH_PROPERTY(Record, ChassisPackageType),
+    PH_PROPERTY_IF(Record, ChassisTypeDescription, ph::inventory::isGiven<&Record::ChassisTypeDescription>),
+    PH_PROPERTY_IF(Record, MultipleSystemSupport, isMultipleKnown),
+    PH_PROPERTY_IF(Record, RackMountable, isMountingKnown),
+};
+constexpr auto properties = ph::joined(ph::inventory::packageElementProperties, chassisProperties);
+
+constexpr ph::inventory::PhysicalClass physicalClass{
+    "CIM_Chassis",
+    [](const PackageRow& row, SMASH_DB_HANDLE, Record& element) { return PH_Fill_Chassis(&row, &element); }};
+
+constexpr ph::ClassDefinition<Record> definition{.name = physicalClass.name,
+                                                 .superclass = "CIM_PhysicalFrame",
+                                                 .keys = g_ChassisKeyList,
+                                                 .properties = properties,
+                                                 .enumerate = ph::inventory::enumerate<physicalClass>,
+                                                 .get = ph::inventory::get<physicalClass>};
+
+} // namespace
+
+int PH_Fill_Chassis(const PackageRow* row, PhysicalElementRecord* record) {
+    ph::inventory::fillElement(*row, *record);
+    ph::inventory::fillPackageType(*row, *record);
+    const ChassisType type = chassisType(row->chassisType);
+    record->ChassisPackageType = type.cim;
+    ph::copyText(record->ChassisTypeDescription, type.description);
+    record->MultipleSystemSupport = type.holdsSystems ? isSo : notKnown;
+    record->RackMountable = type.isRackMountable ? isSo : notKnown;
+    return 0;
+}
+
+PH_EXPORT_CLASS_FAMILY(Chassis, Record, definition)
