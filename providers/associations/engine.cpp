@@ -121,11 +121,12 @@ void returnPartner(const Request& request, const Pass::Entry& entry, const CMPII
 }
 
 void returnPair(const Request& request, const Row& row, const CMPIInstance* first, const CMPIInstance* second,
-                Want want) {
+                Want want, LiveState& live) {
     const auto path = pairPath(request.broker, nameSpaceOf(request.ref), row, first, second);
     if (want == Want::Names)
         return require(CMReturnObjectPath(request.result, path.get()));
-    const auto instance = pairInstance(request.broker, path.get(), row, first, second, request.properties);
+    const auto instance =
+        pairInstance(request.broker, path.get(), row, first, second, request.properties, live);
     require(CMReturnInstance(request.result, instance.get()));
 }
 
@@ -220,12 +221,14 @@ void references(const Request& request, const Filter& filter, Want want) {
         addPairNeeds(request, *candidate.row, 1 - candidate.source, want,
                      needs.pass.properties(candidate.otherEnd().className));
     }
+    LiveState live;
     forEachPartner(
         request, candidates, needs,
         [&](const Candidate& candidate, const CMPIInstance* source, Pass::Entry& entry, std::size_t index) {
             const CMPIInstance* other = entry.instances->at(index);
             const bool isFirst = candidate.source == 0;
-            returnPair(request, *candidate.row, isFirst ? source : other, isFirst ? other : source, want);
+            returnPair(request, *candidate.row, isFirst ? source : other, isFirst ? other : source, want,
+                       live);
         });
 }
 
@@ -238,6 +241,7 @@ void enumerate(const Request& request, Want want) {
         if (row.associationClass == &association)
             for (int end = 0; end < 2; ++end)
                 addPairNeeds(request, row, end, want, pass.properties(row.ends[end].className));
+    LiveState live;
     for (const Row& row : rows()) {
         if (row.associationClass != &association)
             continue;
@@ -247,7 +251,7 @@ void enumerate(const Request& request, Want want) {
             const Half half(row, 0, firsts.at(i));
             for (std::size_t j = 0; half.isMember() && j < seconds.size(); ++j)
                 if (half.meets(seconds.at(j)))
-                    returnPair(request, row, firsts.at(i), seconds.at(j), want);
+                    returnPair(request, row, firsts.at(i), seconds.at(j), want, live);
         }
     }
 }
@@ -278,8 +282,9 @@ void getInstance(const Request& request) {
         if (ends[0] == nullptr || ends[1] == nullptr)
             break;
         const Half half(row, 0, ends[0].get());
+        LiveState live;
         if (half.isMember() && half.meets(ends[1].get()))
-            return returnPair(request, row, ends[0].get(), ends[1].get(), Want::Instances);
+            return returnPair(request, row, ends[0].get(), ends[1].get(), Want::Instances, live);
     }
     throw Failure(CMPI_RC_ERR_NOT_FOUND, "There is no such association");
 }

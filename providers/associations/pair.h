@@ -3,6 +3,7 @@
 
 #include "associations/association.h"
 #include "associations/elements.h"
+#include "associations/live_state.h"
 
 #include <string>
 
@@ -28,7 +29,8 @@ Owned<CMPIObjectPath> pairPath(const CMPIBroker* broker, const std::string& name
                                const CMPIInstance* first, const CMPIInstance* second);
 // Its instance, with those own properties that `names` lists; nullptr: all.
 Owned<CMPIInstance> pairInstance(const CMPIBroker* broker, const CMPIObjectPath* path, const Row& row,
-                                 const CMPIInstance* first, const CMPIInstance* second, const char** names);
+                                 const CMPIInstance* first, const CMPIInstance* second, const char** names,
+                                 LiveState& live);
 
 // An element with its keys and those properties that `names` lists; nullptr: all.
 Owned<CMPIInstance> copyOf(const CMPIBroker* broker, const CMPIInstance* instance, const char** names);

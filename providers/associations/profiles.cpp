@@ -5,7 +5,8 @@
 namespace associations {
 namespace {
 
-constexpr const char* ofBaseServer[] = {profileRegistration, sensors, recordLog, serviceProcessor};
+constexpr const char* ofBaseServer[] = {profileRegistration, sensors, recordLog, bootControl,
+                                        serviceProcessor};
 constexpr const char* ofServiceProcessor[] = {profileRegistration, recordLog, ethernetPort,
                                               hostLanNetworkPort, ipInterface};
 constexpr const char* ofComponent[] = {profileRegistration};
@@ -17,6 +18,7 @@ constexpr Profile table[] = {
     {serviceProcessor, "Service Processor", "1.0.0", false, ofServiceProcessor},
     {sensors, "Sensors", "1.0.0", false, ofComponent},
     {recordLog, "Record Log", "1.0.0", false, ofComponent},
+    {bootControl, "Boot Control", "1.0.0", false, ofComponent},
     {ethernetPort, "Ethernet Port", "1.0.0", false, ofComponent},
     {hostLanNetworkPort, "Host LAN Network Port", "1.0.0", false, ofHostLanNetworkPort},
     {ipInterface, "IP Interface", "1.0.0", false, ofComponent},

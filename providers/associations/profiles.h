@@ -15,6 +15,7 @@ inline constexpr char baseServer[] = "provider-helper:DSP1004";
 inline constexpr char serviceProcessor[] = "provider-helper:DSP1018";
 inline constexpr char sensors[] = "provider-helper:DSP1009";
 inline constexpr char recordLog[] = "provider-helper:DSP1010";
+inline constexpr char bootControl[] = "provider-helper:DSP1012";
 inline constexpr char ethernetPort[] = "provider-helper:DSP1014";
 inline constexpr char hostLanNetworkPort[] = "provider-helper:DSP1035";
 inline constexpr char ipInterface[] = "provider-helper:DSP1036";
