@@ -16,6 +16,7 @@
 #define PLATFORM_CIM_HOOKS_H
 
 #include "platform/cim_alerts.h"
+#include "platform/cim_boot.h"
 #include "platform/cim_chassis.h"
 #include "platform/cim_lan.h"
 #include "platform/cim_mail.h"
@@ -26,6 +27,7 @@
 #include "platform/cim_services.h"
 #include "platform/cim_session.h"
 #include "platform/cim_users.h"
+#include "platform/cim_watchdog.h"
 
 #ifdef __cplusplus
 extern "C" {

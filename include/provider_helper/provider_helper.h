@@ -4,6 +4,7 @@
 
 #include "provider_helper/accounts.h"
 #include "provider_helper/alert_delivery.h"
+#include "provider_helper/boot.h"
 #include "provider_helper/computer_system.h"
 #include "provider_helper/devices.h"
 #include "provider_helper/indications.h"

@@ -31,6 +31,8 @@ namespace command {
 inline constexpr CommandCode getChassisStatus{netFn::chassis, 0x01};
 inline constexpr CommandCode chassisControl{netFn::chassis, 0x02};
 inline constexpr CommandCode getSystemRestartCause{netFn::chassis, 0x07};
+inline constexpr CommandCode setSystemBootOptions{netFn::chassis, 0x08};
+inline constexpr CommandCode getSystemBootOptions{netFn::chassis, 0x09};
 
 inline constexpr CommandCode getPefCapabilities{netFn::sensorEvent, 0x10};
 inline constexpr CommandCode armPefPostponeTimer{netFn::sensorEvent, 0x11};
@@ -50,6 +52,9 @@ inline constexpr CommandCode getSensorType{netFn::sensorEvent, 0x2F};
 inline constexpr CommandCode getDeviceId{netFn::app, 0x01};
 inline constexpr CommandCode getSelfTestResults{netFn::app, 0x04};
 inline constexpr CommandCode getDeviceGuid{netFn::app, 0x08};
+inline constexpr CommandCode resetWatchdogTimer{netFn::app, 0x22};
+inline constexpr CommandCode setWatchdogTimer{netFn::app, 0x24};
+inline constexpr CommandCode getWatchdogTimer{netFn::app, 0x25};
 inline constexpr CommandCode getSystemGuid{netFn::app, 0x37};
 inline constexpr CommandCode getChannelAuthenticationCapabilities{netFn::app, 0x38};
 inline constexpr CommandCode getChannelInfo{netFn::app, 0x42};

@@ -169,6 +169,34 @@ void VirtualBmc::setMailServer(std::uint8_t channel, bool isSecondary, const Jso
     });
 }
 
+void VirtualBmc::setWatchdog(const Json& changes) {
+    file_->transact([&](State& state) { change(state.edit<Watchdog>(), changes, "watchdog"); });
+}
+
+void VirtualBmc::startWatchdog() {
+    file_->transact([](State& state) {
+        if (state.get<Watchdog>().use == 0)
+            throw Error("the watchdog has no use");
+        state.edit<Watchdog>().start(Chassis::now());
+    });
+}
+
+void VirtualBmc::stopWatchdog() {
+    file_->transact([](State& state) { state.edit<Watchdog>().stop(); });
+}
+
+void VirtualBmc::restartHost() {
+    file_->transact([](State& state) {
+        auto& chassis = state.edit<Chassis>();
+        chassis.settle(Chassis::now());
+        if (!chassis.isOn)
+            throw Error("the host is off");
+        state.edit<BootOptions>().clearValid(ipmi::boot::keepOnSoftReset);
+        chassis.reset();
+        BootOptions::settle(state, Chassis::now());
+    });
+}
+
 bool VirtualBmc::letsIn(std::string_view userName, std::string_view password) {
     bool isIn = false;
     file_->transact([&](State& state) { isIn = state.get<Users>().letsIn(userName, password); });

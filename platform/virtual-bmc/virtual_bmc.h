@@ -134,6 +134,13 @@ public:
     // Tells the alerts of this record, whether or not it is in the log.
     EventMatch matchEvent(std::span<const std::uint8_t, 16> record);
 
+    // What the host does by itself: it sets its watchdog (`changes` has members of a model's "watchdog"), starts or
+    // stops it, and restarts. Throws Error when the watchdog has no use, and when the host is off.
+    void setWatchdog(const nlohmann::ordered_json& changes);
+    void startWatchdog();
+    void stopWatchdog();
+    void restartHost();
+
     // Tells whether a session over LAN would be opened for this user and password.
     bool letsIn(std::string_view userName, std::string_view password);
 

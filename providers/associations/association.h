@@ -65,12 +65,24 @@ consteval Meeting related(const char* first, const char* second, Relation relati
 
 using Numbers = std::vector<std::uint64_t>; // none: the property is left out
 
-// The value of a property of the association itself. It is made of the text of one property of each end,
-// where these are named.
+// What own properties show that no element has: the library is asked for it, once for a request, and only if one
+// of these properties is wanted. Each is a text of the library's present state.
+enum class Live {
+    None,
+    BootChoice, // InstanceIDs of the boot configuration that is the next one, a blank, and its source
+};
+
+// What the value of an own property is made of: a property of each end, where they are named, and what is live.
+struct Texts {
+    std::string_view first, second, live;
+};
+
+// The value of a property of the association itself.
 struct OwnValue {
     const char* name;
     const char* properties[2];
-    Numbers (*numbers)(std::string_view first, std::string_view second);
+    Numbers (*numbers)(const Texts& texts);
+    Live live = Live::None;
 };
 
 struct Row {

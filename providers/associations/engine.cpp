@@ -122,11 +122,12 @@ void returnPartner(const Request& request, const Pass::Entry& entry, const CMPII
 
 // `nameSpace` is that of the request. It is read once, because each reading leaves a text with the request's path.
 void returnPair(const Request& request, const std::string& nameSpace, const Row& row,
-                const CMPIInstance* first, const CMPIInstance* second, Want want) {
+                const CMPIInstance* first, const CMPIInstance* second, Want want, LiveState& live) {
     const auto path = pairPath(request.broker, nameSpace, row, first, second);
     if (want == Want::Names)
         return require(CMReturnObjectPath(request.result, path.get()));
-    const auto instance = pairInstance(request.broker, path.get(), row, first, second, request.properties);
+    const auto instance =
+        pairInstance(request.broker, path.get(), row, first, second, request.properties, live);
     require(CMReturnInstance(request.result, instance.get()));
 }
 
@@ -222,13 +223,14 @@ void references(const Request& request, const Filter& filter, Want want) {
         addPairNeeds(request, *candidate.row, 1 - candidate.source, want,
                      needs.pass.properties(candidate.otherEnd().className));
     }
+    LiveState live;
     forEachPartner(
         request, candidates, needs,
         [&](const Candidate& candidate, const CMPIInstance* source, Pass::Entry& entry, std::size_t index) {
             const CMPIInstance* other = entry.instances->at(index);
             const bool isFirst = candidate.source == 0;
             returnPair(request, nameSpace, *candidate.row, isFirst ? source : other, isFirst ? other : source,
-                       want);
+                       want, live);
         });
 }
 
@@ -242,6 +244,7 @@ void enumerate(const Request& request, Want want) {
         if (row.associationClass == &association)
             for (int end = 0; end < 2; ++end)
                 addPairNeeds(request, row, end, want, pass.properties(row.ends[end].className));
+    LiveState live;
     for (const Row& row : rows()) {
         if (row.associationClass != &association)
             continue;
@@ -251,7 +254,7 @@ void enumerate(const Request& request, Want want) {
             const Half half(row, 0, firsts.at(i));
             for (std::size_t j = 0; half.isMember() && j < seconds.size(); ++j)
                 if (half.meets(seconds.at(j)))
-                    returnPair(request, nameSpace, row, firsts.at(i), seconds.at(j), want);
+                    returnPair(request, nameSpace, row, firsts.at(i), seconds.at(j), want, live);
         }
     }
 }
@@ -282,9 +285,10 @@ void getInstance(const Request& request) {
         if (ends[0] == nullptr || ends[1] == nullptr)
             break;
         const Half half(row, 0, ends[0].get());
+        LiveState live;
         if (half.isMember() && half.meets(ends[1].get()))
             return returnPair(request, nameSpaceOf(request.ref), row, ends[0].get(), ends[1].get(),
-                              Want::Instances);
+                              Want::Instances, live);
     }
     throw Failure(CMPI_RC_ERR_NOT_FOUND, "There is no such association");
 }

@@ -52,7 +52,8 @@ Owned<CMPIObjectPath> pairPath(const CMPIBroker* broker, const std::string& name
 }
 
 Owned<CMPIInstance> pairInstance(const CMPIBroker* broker, const CMPIObjectPath* path, const Row& row,
-                                 const CMPIInstance* first, const CMPIInstance* second, const char** names) {
+                                 const CMPIInstance* first, const CMPIInstance* second, const char** names,
+                                 LiveState& live) {
     const AssociationClass& association = *row.associationClass;
     auto instance = makeInstance(broker, path);
     for (const auto& [end, element] :
@@ -61,11 +62,14 @@ Owned<CMPIInstance> pairInstance(const CMPIBroker* broker, const CMPIObjectPath*
         value.ref = pathOf(element);
         require(CMSetProperty(instance.get(), end.role, &value, CMPI_ref));
     }
-    for (const OwnValue& own : row.values)
-        if (isWanted(own.name, names))
-            setNumbers(
-                broker, instance.get(), own.name, typeOf(association, own.name),
-                own.numbers(textIfNamed(first, own.properties[0]), textIfNamed(second, own.properties[1])));
+    for (const OwnValue& own : row.values) {
+        if (!isWanted(own.name, names))
+            continue;
+        const std::string texts[] = {textIfNamed(first, own.properties[0]),
+                                     textIfNamed(second, own.properties[1])};
+        setNumbers(broker, instance.get(), own.name, typeOf(association, own.name),
+                   own.numbers({texts[0], texts[1], live.get(own.live)}));
+    }
     return instance;
 }
 

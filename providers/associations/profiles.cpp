@@ -5,8 +5,8 @@
 namespace associations {
 namespace {
 
-constexpr const char* ofBaseServer[] = {profileRegistration, sensors,         fan, powerSupply, recordLog,
-                                        physicalAsset,       serviceProcessor};
+constexpr const char* ofBaseServer[] = {profileRegistration, sensors,     fan,           powerSupply,
+                                        recordLog,           bootControl, physicalAsset, serviceProcessor};
 constexpr const char* ofServiceProcessor[] = {profileRegistration, recordLog, ethernetPort,
                                               hostLanNetworkPort, ipInterface};
 constexpr const char* ofComponent[] = {profileRegistration};
@@ -22,6 +22,7 @@ constexpr Profile table[] = {
     {powerSupply, "Power Supply", "1.0.0", false, ofDevice},
     {recordLog, "Record Log", "1.0.0", false, ofComponent},
     {physicalAsset, "Physical Asset", "1.0.0", false, ofComponent},
+    {bootControl, "Boot Control", "1.0.0", false, ofComponent},
     {ethernetPort, "Ethernet Port", "1.0.0", false, ofComponent},
     {hostLanNetworkPort, "Host LAN Network Port", "1.0.0", false, ofHostLanNetworkPort},
     {ipInterface, "IP Interface", "1.0.0", false, ofComponent},

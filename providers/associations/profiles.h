@@ -18,6 +18,7 @@ inline constexpr char fan[] = "provider-helper:DSP1013";
 inline constexpr char powerSupply[] = "provider-helper:DSP1015";
 inline constexpr char physicalAsset[] = "provider-helper:DSP1011";
 inline constexpr char recordLog[] = "provider-helper:DSP1010";
+inline constexpr char bootControl[] = "provider-helper:DSP1012";
 inline constexpr char ethernetPort[] = "provider-helper:DSP1014";
 inline constexpr char hostLanNetworkPort[] = "provider-helper:DSP1035";
 inline constexpr char ipInterface[] = "provider-helper:DSP1036";

@@ -13,14 +13,29 @@ constexpr const char* host = "CIM_HostComputerSystem";
 constexpr const char* processor = "CIM_SPComputerSystem";
 
 template <std::uint64_t... values>
-Numbers fixed(std::string_view, std::string_view) {
+Numbers fixed(const Texts&) {
     return {values...};
 }
 
 // DMTF IsCurrent and IsNext: 1 it is, 2 it is not. An address comes from the setting with the same
 // AddressOrigin, and what the BMC uses now it also uses after its next start.
-Numbers usesSetting(std::string_view endpointOrigin, std::string_view settingOrigin) {
-    return {endpointOrigin == settingOrigin ? 1U : 2U};
+Numbers usesSetting(const Texts& origins) {
+    return {origins.first == origins.second ? 1U : 2U};
+}
+
+constexpr Elements lastingBoot("CIM_BootConfigSetting", "InstanceID", "BootConfigSetting-Persistent");
+constexpr Elements nextBoot("CIM_BootConfigSetting", "InstanceID", "BootConfigSetting-Once");
+
+// Of each boot configuration: whether it is the next one, 3 for a single use.
+template <std::uint64_t is>
+Numbers isNextBoot(const Texts& texts) {
+    return {texts.live.starts_with(texts.second) ? is : 2U};
+}
+// The sources of a configuration that it does not boot from have no place in its order: 0.
+Numbers placeInBootOrder(const Texts& texts) {
+    const bool isChosen = texts.live.starts_with(texts.first) && texts.live.ends_with(texts.second) &&
+                          texts.live.size() == texts.first.size() + 1 + texts.second.size();
+    return {isChosen ? 1U : 0U};
 }
 
 constexpr OwnValue manages[] = {{"ElementEffects", {}, fixed<5>}};
@@ -32,6 +47,15 @@ constexpr OwnValue hostPower[] = {{"RequestedPowerState", {}, fixed<0>}};
 constexpr OwnValue addressSetting[] = {{"IsDefault", {}, fixed<0>},
                                        {"IsCurrent", {"AddressOrigin", "AddressOrigin"}, usesSetting},
                                        {"IsNext", {"AddressOrigin", "AddressOrigin"}, usesSetting}};
+// What the host booted from is not known to the BMC: 0.
+constexpr OwnValue lastingBootUse[] = {{"IsDefault", {}, fixed<1>},
+                                       {"IsCurrent", {}, fixed<0>},
+                                       {"IsNext", {nullptr, "InstanceID"}, isNextBoot<1>, Live::BootChoice}};
+constexpr OwnValue nextBootUse[] = {{"IsDefault", {}, fixed<2>},
+                                    {"IsCurrent", {}, fixed<0>},
+                                    {"IsNext", {nullptr, "InstanceID"}, isNextBoot<3>, Live::BootChoice}};
+constexpr OwnValue bootOrder[] = {
+    {"AssignedSequence", {"InstanceID", "InstanceID"}, placeInBootOrder, Live::BootChoice}};
 constexpr OwnValue firstOfSequence[] = {{"AssignedSequence", {}, fixed<1>}};
 
 constexpr Meeting onSystem = same("Name", "SystemName");
@@ -71,6 +95,7 @@ constexpr Row table[] = {
     {&systemDevice, {host, "CIM_Sensor"}, onSystem},
     {&systemDevice, {host, "CIM_Fan"}, onSystem},
     {&systemDevice, {host, "CIM_PowerSupply"}, onSystem},
+    {&systemDevice, {host, "CIM_Watchdog"}, onSystem},
     {&systemDevice, {processor, "CIM_EthernetPort"}, onSystem},
     {&systemDevice, {processor, "CIM_PortController"}, onSystem},
 
@@ -96,11 +121,13 @@ constexpr Row table[] = {
 
     {&hostedService, {processor, "CIM_PowerManagementService"}, onSystem},
     {&hostedService, {processor, "CIM_AccountManagementService"}, onSystem},
+    {&hostedService, {processor, "CIM_BootService"}, onSystem},
     {&hostedService, {processor, "CIM_IPConfigurationService"}, onSystem},
     {&hostedService, {processor, "CIM_ProtocolService"}, onSystem},
 
     {&serviceAffectsElement, {"CIM_Account", "CIM_AccountManagementService"}, every, manages},
     {&serviceAffectsElement, {"CIM_IPProtocolEndpoint", "CIM_IPConfigurationService"}, every, manages},
+    {&serviceAffectsElement, {host, "CIM_BootService"}, every, manages},
 
     {&serviceAvailableToElement, {"CIM_ProtocolService", processor}, same("SystemName", "Name")},
     {&associatedPowerManagementService, {hostPowerService, host}, every, hostPower},
@@ -114,6 +141,7 @@ constexpr Row table[] = {
     {&elementCapabilities, {"CIM_Card", "CIM_PhysicalAssetCapabilities"}, assetCapabilities},
     {&elementCapabilities, {"CIM_Chip", "CIM_PhysicalAssetCapabilities"}, assetCapabilities},
     {&elementCapabilities, {"CIM_PhysicalPackage", "CIM_PhysicalAssetCapabilities"}, assetCapabilities},
+    {&elementCapabilities, {"CIM_BootService", "CIM_BootServiceCapabilities"}},
 
     {&useOfLog, {"CIM_RecordLog", processor}, containing("InstanceID", "Name")},
     {&logManagesRecord, {"CIM_RecordLog", "CIM_LogEntry"}, same("InstanceID", "LogInstanceID")},
@@ -130,6 +158,11 @@ constexpr Row table[] = {
      {"CIM_EthernetPort", "CIM_ConcreteJob"},
      related("DeviceID", "ElementName", portRunsJob)},
     {&owningJobElement, {"CIM_IPConfigurationService", jobs("ApplySettingToIPProtocolEndpoint")}},
+    {&owningJobElement, {"CIM_BootService", jobs("SetBootConfigRole")}},
+    {&owningJobElement,
+     {"CIM_BootConfigSetting", "CIM_ConcreteJob"},
+     related("InstanceID", "ElementName", serviceRunsJob)},
+    {&owningJobElement, {"CIM_Watchdog", jobs("Watchdog_")}},
 
     {&affectedJobElement, {host, jobs("Host_")}},
     {&affectedJobElement, {host, jobs("Host ")}},
@@ -141,6 +174,11 @@ constexpr Row table[] = {
     {&affectedJobElement,
      {"CIM_EthernetPort", "CIM_ConcreteJob"},
      related("DeviceID", "ElementName", portRunsJob)},
+    {&affectedJobElement,
+     {"CIM_BootConfigSetting", "CIM_ConcreteJob"},
+     related("InstanceID", "ElementName", serviceRunsJob)},
+    {&affectedJobElement, {"CIM_BootConfigSetting", jobs("SetBootConfigRole")}},
+    {&affectedJobElement, {"CIM_Watchdog", jobs("Watchdog_")}},
 
     {&hostedAccessPoint, {processor, "CIM_LANEndpoint"}, onSystem},
     {&hostedAccessPoint, {processor, "CIM_IPProtocolEndpoint"}, onSystem},
@@ -150,6 +188,9 @@ constexpr Row table[] = {
     {&bindsTo, {"CIM_LANEndpoint", "CIM_IPProtocolEndpoint"}, related("Name", "Name", lanEndpointCarriesIp)},
     {&controlledBy, {"CIM_PortController", "CIM_EthernetPort"}, same("SystemName", "SystemName")},
     {&elementSettingData, {"CIM_IPProtocolEndpoint", "CIM_IPAssignmentSettingData"}, every, addressSetting},
+    {&elementSettingData, {host, lastingBoot}, every, lastingBootUse},
+    {&elementSettingData, {host, nextBoot}, every, nextBootUse},
+    {&orderedComponent, {"CIM_BootConfigSetting", "CIM_BootSourceSetting"}, every, bootOrder},
     {&orderedComponent,
      {"CIM_IPAssignmentSettingData", "CIM_StaticIPAssignmentSettingData"},
      same("AddressOrigin", "AddressOrigin"),
@@ -172,6 +213,7 @@ constexpr Row table[] = {
     {&elementConformsToProfile, {profile(ethernetPort), "CIM_EthernetPort"}},
     {&elementConformsToProfile, {profile(hostLanNetworkPort), "CIM_EthernetPort"}},
     {&elementConformsToProfile, {profile(ipInterface), "CIM_IPProtocolEndpoint"}},
+    {&elementConformsToProfile, {profile(bootControl), "CIM_BootService"}},
     {&referencedProfile, {profileClass, profileClass}, related("InstanceID", "InstanceID", isReferencedBy)},
 };
 

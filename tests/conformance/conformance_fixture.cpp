@@ -56,6 +56,10 @@ std::vector<broker::NamedValues> Conformance::argumentsOf(const schema::Method& 
             if (parameter.type == CMPI_ref) {
                 const auto all = (referred != nullptr ? ServedClass(broker, *referred) : host).instances();
                 arguments.push_back({std::string(parameter.name), reference(all.at(0).path)});
+            } else if (parameter.type == CMPI_refA && referred != nullptr) {
+                const auto all = ServedClass(broker, *referred).instances();
+                arguments.push_back({std::string(parameter.name),
+                                     {CMPI_refA, broker::Value::Array{reference(all.at(0).path)}}});
             } else if (parameter.type == CMPI_instance && referred != nullptr) {
                 arguments.push_back(
                     {std::string(parameter.name),

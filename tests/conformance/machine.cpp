@@ -21,6 +21,7 @@ constexpr char model[] = R"({
     "users": [{"id": 2, "name": "root"}, {"id": 3, "name": "operator", "privilege": "operator"}],
     "services": [{"name": "web"}, {"name": "ssh"}],
     "chassis": {"softOffDelay": 0, "cycleInterval": 0},
+    "watchdog": {"use": "os", "action": "hard-reset", "interval": 6000, "endsAt": 4102444800000},
     "sensors": [
         {"number": 1, "name": "Inlet", "analog": {"unit": "degrees C"}, "reading": 25,
          "thresholds": {"upperNonCritical": 40, "upperCritical": 45}},

@@ -19,6 +19,8 @@ struct Row {
 constexpr Row commands[] = {
     {"get-chassis-status", ipmi::command::getChassisStatus},
     {"chassis-control", ipmi::command::chassisControl},
+    {"set-system-boot-options", ipmi::command::setSystemBootOptions},
+    {"get-system-boot-options", ipmi::command::getSystemBootOptions},
     {"arm-pef-postpone-timer", ipmi::command::armPefPostponeTimer},
     {"set-pef-configuration", ipmi::command::setPefConfiguration},
     {"get-pef-configuration", ipmi::command::getPefConfiguration},
@@ -27,6 +29,9 @@ constexpr Row commands[] = {
     {"get-sensor-reading", ipmi::command::getSensorReading},
     {"get-device-id", ipmi::command::getDeviceId},
     {"get-device-guid", ipmi::command::getDeviceGuid},
+    {"reset-watchdog-timer", ipmi::command::resetWatchdogTimer},
+    {"set-watchdog-timer", ipmi::command::setWatchdogTimer},
+    {"get-watchdog-timer", ipmi::command::getWatchdogTimer},
     {"get-system-guid", ipmi::command::getSystemGuid},
     {"set-user-access", ipmi::command::setUserAccess},
     {"get-user-access", ipmi::command::getUserAccess},

@@ -19,20 +19,9 @@ enum class Control : std::uint8_t { // IPMI 2.0 table 28-4
     SoftShutdown = 5
 };
 
-std::int64_t now() {
-    return std::chrono::duration_cast<std::chrono::milliseconds>(
-               std::chrono::system_clock::now().time_since_epoch())
-        .count();
-}
-
 Chassis settled(Chassis chassis) {
-    chassis.settle(now());
+    chassis.settle(Chassis::now());
     return chassis;
-}
-
-void powerDown(Chassis& chassis) {
-    chassis.isOn = false;
-    chassis.offAt = chassis.onAt = 0;
 }
 
 void powerUp(Chassis& chassis, std::int64_t time) {
@@ -51,13 +40,11 @@ std::uint8_t controlRunning(Chassis& chassis, Control control, std::int64_t time
         return completion::notInPresentState;
     switch (control) {
     case Control::PowerCycle:
-        powerDown(chassis);
-        chassis.onAt = time + chassis.cycleInterval;
+        chassis.powerCycle(time);
         chassis.wasSwitchedOn = true;
         break;
     case Control::HardReset:
-        chassis.offAt = chassis.onAt = 0; // what was shutting down starts anew
-        ++chassis.resets;
+        chassis.reset();
         break;
     case Control::DiagnosticInterrupt:
         ++chassis.diagnosticInterrupts;
@@ -73,17 +60,20 @@ std::uint8_t chassisControl(State& state, ipmi::Reader request, ipmi::Writer&) {
     const auto control = static_cast<Control>(request.u8() & 0x0F);
     if (control > Control::SoftShutdown)
         return completion::invalidDataField;
-    const std::int64_t time = now();
+    const std::int64_t time = Chassis::now();
     auto& chassis = state.edit<Chassis>();
     chassis.settle(time);
     std::uint8_t code = completion::success;
     if (control == Control::PowerDown)
-        powerDown(chassis);
+        chassis.powerDown();
     else if (control == Control::PowerUp)
         powerUp(chassis, time);
     else
         code = controlRunning(chassis, control, time);
     chassis.settle(time);
+    state.edit<BootOptions>().validSince = time;
+    if (control == Control::PowerDown || control == Control::PowerCycle || control == Control::HardReset)
+        state.edit<Watchdog>().stop();
     return code;
 }
 
@@ -128,6 +118,7 @@ void Chassis::fields(Fields& fields) {
     fields("switchedOn", wasSwitchedOn);
     fields("resets", resets);
     fields("diagnosticInterrupts", diagnosticInterrupts);
+    fields("boots", boots);
 }
 
 void Chassis::settle(std::int64_t time) {
@@ -136,9 +127,32 @@ void Chassis::settle(std::int64_t time) {
         offAt = 0;
     }
     if (offAt == 0 && onAt != 0 && time >= onAt) {
+        boots += !isOn;
         isOn = true;
         onAt = 0;
     }
+}
+
+void Chassis::powerDown() {
+    isOn = false;
+    offAt = onAt = 0;
+}
+
+void Chassis::powerCycle(std::int64_t time) {
+    powerDown();
+    onAt = time + cycleInterval;
+}
+
+void Chassis::reset() {
+    offAt = onAt = 0; // what was shutting down starts anew
+    ++resets;
+    ++boots;
+}
+
+std::int64_t Chassis::now() {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(
+               std::chrono::system_clock::now().time_since_epoch())
+        .count();
 }
 
 Json Chassis::describe(const State&) const {

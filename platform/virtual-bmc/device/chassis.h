@@ -15,6 +15,7 @@ struct Chassis {
     bool wasSwitchedOn = false;         // by a command
     std::uint32_t resets = 0;
     std::uint32_t diagnosticInterrupts = 0;
+    std::uint32_t boots = 0; // times that the host came up or was reset
 
     static constexpr const char* name = "chassis";
     static std::span<const Command> commands();
@@ -23,6 +24,13 @@ struct Chassis {
 
     // Takes what has happened by now into `isOn`.
     void settle(std::int64_t now);
+
+    // What commands and the watchdog do to a host.
+    void powerDown();
+    void powerCycle(std::int64_t time);
+    void reset();
+
+    static std::int64_t now(); // milliseconds since 1970
 };
 
 } // namespace vbmc

@@ -263,6 +263,10 @@ std::uint32_t Sel::now() const {
     return static_cast<std::uint32_t>(std::time(nullptr)) + static_cast<std::uint32_t>(clockOffset);
 }
 
+std::uint32_t Sel::at(std::int64_t milliseconds) const {
+    return static_cast<std::uint32_t>(milliseconds / 1000) + static_cast<std::uint32_t>(clockOffset);
+}
+
 std::optional<std::uint16_t> Sel::add(State& state, const SelFile& file,
                                       std::span<const std::uint8_t, 16> record) {
     auto& sel = state.edit<Sel>();
@@ -289,12 +293,19 @@ std::optional<std::uint16_t> Sel::add(State& state, const SelFile& file,
 
 std::optional<std::uint16_t> Sel::addEvent(State& state, const SensorRef& reference, std::uint8_t offset,
                                            bool isDeassertion) {
+    return addEvent(state, reference, {offset, 0xFF, 0xFF}, 0, isDeassertion);
+}
+
+std::optional<std::uint16_t> Sel::addEvent(State& state, const SensorRef& reference,
+                                           std::array<std::uint8_t, 3> data, std::uint32_t time,
+                                           bool isDeassertion) {
     const auto& sensors = state.get<Sensors>();
     const auto slot = sensors.find(reference);
     const Sensor& sensor = sensors.sensor(slot);
-    return add(state, SelFile(state),
-               sensorEvent(sensor.type, static_cast<std::uint8_t>(sensor.number + slot.instance),
-                           sensor.readingType, isDeassertion, {offset, 0xFF, 0xFF}));
+    SelRecord record = sensorEvent(sensor.type, static_cast<std::uint8_t>(sensor.number + slot.instance),
+                                   sensor.readingType, isDeassertion, data);
+    putTime(record, time);
+    return add(state, SelFile(state), record);
 }
 
 std::size_t Sel::fill(State& state, std::size_t count) {

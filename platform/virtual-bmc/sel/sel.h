@@ -3,6 +3,7 @@
 
 #include "virtual-bmc/state/part.h"
 
+#include <array>
 #include <optional>
 
 namespace vbmc {
@@ -43,6 +44,7 @@ struct Sel {
     Json describe(const State& state) const;
 
     std::uint32_t now() const;
+    std::uint32_t at(std::int64_t milliseconds) const; // since 1970, by the log's clock
 
     // Appends a record with an ID of its own and the present time where its type has a time and it is 0.
     // Nothing when the log is full and does not wrap.
@@ -51,6 +53,10 @@ struct Sel {
     // Does the same for an event of a sensor, which comes into a state or leaves it. Throws Error.
     static std::optional<std::uint16_t> addEvent(State& state, const SensorRef& sensor, std::uint8_t offset,
                                                  bool isDeassertion);
+    // The same with all that an event has, and when it happened.
+    static std::optional<std::uint16_t> addEvent(State& state, const SensorRef& sensor,
+                                                 std::array<std::uint8_t, 3> data, std::uint32_t time,
+                                                 bool isDeassertion = false);
     // Appends so many events, of the machine's sensors and of OEM types in turn. Returns how many there was
     // room for.
     static std::size_t fill(State& state, std::size_t count);

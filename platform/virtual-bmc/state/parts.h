@@ -8,12 +8,16 @@
 // and where there is need of it
 //   void check(const Place&)            after reading: what has to fit together, what is derived
 //   Json describe(const State&) const   for people; null where there is nothing to say
+//   static void settle(State&, std::int64_t now)  before each transaction: what has happened since, in the order
+//                                       of the parts; milliseconds since 1970
 //   static std::span<const LanParameter> lanParameters()   rows of Get and Set LAN Configuration Parameters
 #pragma once
 
+#include "virtual-bmc/device/boot_options.h"
 #include "virtual-bmc/device/chassis.h"
 #include "virtual-bmc/device/device.h"
 #include "virtual-bmc/device/services.h"
+#include "virtual-bmc/device/watchdog.h"
 #include "virtual-bmc/faults.h"
 #include "virtual-bmc/fru/frus.h"
 #include "virtual-bmc/lan/interfaces.h"
@@ -31,8 +35,8 @@
 
 namespace vbmc {
 
-using Parts = std::tuple<Device, Users, Sensors, Frus, SdrRepository, Chassis, Sel, Services, Lans,
-                         Interfaces, AlertDestinations, Mail, Pef, Faults, MessageLog>;
+using Parts = std::tuple<Device, Users, Sensors, Frus, SdrRepository, Chassis, Watchdog, BootOptions, Sel,
+                         Services, Lans, Interfaces, AlertDestinations, Mail, Pef, Faults, MessageLog>;
 
 // Files beside the state file that hold the bulk of a part, by what follows its name; a new machine begins
 // without them. They are read and written within transactions.

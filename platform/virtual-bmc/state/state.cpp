@@ -165,6 +165,14 @@ void State::undo() {
     edited_.reset();
 }
 
+void State::settle() {
+    const std::int64_t now = Chassis::now();
+    forEachPart(parts_, [&]<class Part>(std::size_t, Part&) {
+        if constexpr (requires { Part::settle(*this, now); })
+            Part::settle(*this, now);
+    });
+}
+
 nlohmann::ordered_json State::describe() const {
     Json description = Json::object();
     const auto add = [&](const auto& part) {

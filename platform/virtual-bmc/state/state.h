@@ -44,6 +44,9 @@ public:
     void keep();
     void undo();
 
+    // Lets the parts catch up with the time.
+    void settle();
+
     nlohmann::ordered_json describe() const;
 
 private:

@@ -38,6 +38,7 @@ public:
         const Lock lock(lock_, path_);
         refresh();
         try {
+            state_.settle();
             work(state_);
             if (state_.isEdited())
                 save();

@@ -48,6 +48,35 @@ namespace Dedicated { // CIM_ComputerSystem
 enum : std::uint16_t { NotDedicated = 0, ManagementController = 28 };
 }
 
+namespace BootRole { // CIM_BootService.SetBootConfigRole
+enum : std::uint16_t { IsNext = 0, IsNextSingleUse = 1, IsDefault = 2 };
+}
+namespace BootConfigCapabilities { // CIM_BootServiceCapabilities
+enum : std::uint16_t { SetsBootRole = 4 };
+}
+namespace BootStringsSupported { // CIM_BootServiceCapabilities
+enum : std::uint16_t { StructuredBootString = 4 };
+}
+namespace ChangeableType { // CIM_SettingData
+enum : std::uint16_t { Transient = 1, Persistent = 2 };
+}
+namespace FailThroughSupported { // CIM_BootSourceSetting
+enum : std::uint16_t { Unknown = 0 };
+}
+namespace MonitoredEntity { // CIM_Watchdog
+enum : std::uint16_t { Unknown = 0, Other = 1, OperatingSystem = 2, OperatingSystemBoot = 3, BiosBoot = 6 };
+}
+namespace ActionOnExpiration { // CIM_Watchdog
+enum : std::uint16_t {
+    None = 0,
+    SystemReset = 1,
+    SystemPowerOff = 2,
+    SystemPowerCycle = 3,
+    NonMaskableInterrupt = 4,
+    SystemManagementInterrupt = 5
+};
+}
+
 namespace ErrorType { // CIM_Error
 enum : std::uint16_t { Unknown = 0 };
 }

@@ -1,0 +1,107 @@
+// CIM_BootConfigSetting: what the host boots from always, and what it boots from next.
+#include "boot/boot_choice.h"
+#include "Utility/engine/class_family.h"
+#include "Utility/requests/request_texts.h"
+#include "Utility/values/dmtf_values.h"
+#include "Utility/values/record_fields.h"
+
+#include <cmpimacs.h>
+#include <string>
+
+constexpr const char* const g_BootConfigSettingKeyList[1] = {"InstanceID"};
+
+namespace {
+
+using Record = BootConfigSettingRecord;
+using ph::MethodAnswer;
+using ph::MethodCall;
+using ph::Property;
+using ph::boot::Configuration;
+
+constexpr Property properties[] = {
+    PH_KEY(Record, InstanceID),
+    PH_PROPERTY(Record, ElementName),
+    PH_PROPERTY(Record, ChangeableType),
+};
+
+bool append(ph::RecordArray<Record>& records, const Configuration& configuration) {
+    Record* record = records.append();
+    if (record == nullptr)
+        return false;
+    ph::copyText(record->InstanceID, configuration.instanceId);
+    ph::copyText(record->ElementName, configuration.elementName);
+    record->ChangeableType =
+        configuration.isPersistent ? ph::ChangeableType::Persistent : ph::ChangeableType::Transient;
+    return true;
+}
+
+int enumerate(ph::RecordArray<Record>& records, ph::Detail) {
+    return ph::boot::appendAll(records, ph::boot::configurations(), append);
+}
+
+// ---- ChangeBootOrder
+
+constexpr const char* sourceClass = "CIM_BootSourceSetting";
+constexpr ph::Parameter changeBootOrderParameters[] = {
+    {"Source", CMPI_refA, ph::Direction::In, sourceClass},
+    {"Job", CMPI_ref, ph::Direction::Out, "CIM_ConcreteJob"},
+};
+
+// Element `index` of the argument, which is an array of references; nullptr: it is no boot source.
+const ph::boot::Source* sourceAt(const CMPIArray* array, CMPICount index) {
+    CMPIStatus status = ph::success;
+    const CMPIData data = CMGetArrayElementAt(array, index, &status);
+    const bool isSource = status.rc == CMPI_RC_OK && data.state == CMPI_goodValue && data.type == CMPI_ref &&
+                          data.value.ref != nullptr && ph::isOfClass(data.value.ref, sourceClass);
+    return isSource ? ph::boot::findSource(ph::keyText(data.value.ref, "InstanceID")) : nullptr;
+}
+
+// Without a device the flags of the configuration are cleared, those of the other one stay.
+bool changeOrder(const Configuration& configuration, std::uint8_t device) {
+    ph::boot::Flags flags;
+    if (!flags.read() || !flags.areThere())
+        return false;
+    if (device != CIM_BOOT_NO_OVERRIDE)
+        return flags.set(configuration, device);
+    return !flags.isNext(configuration) || flags.clear();
+}
+
+MethodAnswer changeBootOrder(MethodCall& call) {
+    const Configuration* configuration = ph::boot::findConfiguration(call.key(0));
+    const auto argument = ph::argument(call.request.in, "Source");
+    if (configuration == nullptr || !argument || argument->type != CMPI_refA ||
+        argument->value.array == nullptr)
+        return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "Source is no array of references");
+    CMPIStatus status = ph::success;
+    const CMPICount count = CMGetArrayCount(argument->value.array, &status);
+    if (status.rc != CMPI_RC_OK || count > 1)
+        return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "A boot configuration has one source at most");
+    std::uint8_t device = CIM_BOOT_NO_OVERRIDE;
+    if (count == 1) {
+        const ph::boot::Source* source = sourceAt(argument->value.array, 0);
+        if (source == nullptr)
+            return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "There is no such boot source");
+        device = source->device;
+    }
+    const std::string jobName = std::string(configuration->instanceId) + "_ChangeBootOrder";
+    return call.report(jobName.c_str(), [&] { return changeOrder(*configuration, device); });
+}
+
+constexpr ph::Method methods[] = {{.name = "ChangeBootOrder",
+                                   .parameters = changeBootOrderParameters,
+                                   .carryOut = changeBootOrder,
+                                   .job = ph::JobReport{}}};
+
+constexpr ph::ClassDefinition<Record> definition{
+    .name = "CIM_BootConfigSetting",
+    .superclass = "CIM_SettingData",
+    .keys = g_BootConfigSettingKeyList,
+    .properties = properties,
+    .enumerate = enumerate,
+    .methods = methods,
+    .invocation = {.exists = ph::hasInstance<Record, PH_Get_BootConfigSetting, PH_Clean_BootConfigSetting>,
+                   .missing = ph::noSuchInstance}};
+
+} // namespace
+
+PH_EXPORT_CLASS_FAMILY(BootConfigSetting, Record, definition)
