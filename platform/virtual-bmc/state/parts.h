@@ -14,6 +14,7 @@
 #include "virtual-bmc/device/chassis.h"
 #include "virtual-bmc/device/device.h"
 #include "virtual-bmc/device/services.h"
+#include "virtual-bmc/device/system_info.h"
 #include "virtual-bmc/faults.h"
 #include "virtual-bmc/fru/frus.h"
 #include "virtual-bmc/lan/interfaces.h"
@@ -32,7 +33,7 @@
 namespace vbmc {
 
 using Parts = std::tuple<Device, Users, Sensors, Frus, SdrRepository, Chassis, Sel, Services, Lans,
-                         Interfaces, AlertDestinations, Mail, Pef, Faults, MessageLog>;
+                         Interfaces, AlertDestinations, Mail, Pef, SystemInfo, Faults, MessageLog>;
 
 // Files beside the state file that hold the bulk of a part, by what follows its name; a new machine begins
 // without them. They are read and written within transactions.
