@@ -10,16 +10,16 @@
 namespace smash {
 namespace {
 
-constexpr const Table* smashTables[] = {&sessionTable,           &deviceTable,      &fruTable,
-                                        &compactSdrTable,        &fullSdrTable,     &powerServiceTable,
-                                        &powerCapabilitiesTable, &staticIpTable,    &cimxmlFilterTable,
-                                        &cimxmlDestinationTable, &eventMessageTable};
+constexpr const Table* smashTables[] = {&sessionTable,           &deviceTable,       &fruTable,
+                                        &compactSdrTable,        &fullSdrTable,      &powerServiceTable,
+                                        &powerCapabilitiesTable, &staticIpTable,     &cimxmlFilterTable,
+                                        &cimxmlDestinationTable, &eventMessageTable, &indicationServiceTable};
 
 constexpr const Table* temporaryTables[] = {&jobTable, &jobSequenceTable, &jobErrorTable};
 
 } // namespace
 
-constexpr Schema smashSchema{"/conf/smash.db", 2, false, smashTables};
+constexpr Schema smashSchema{"/conf/smash.db", 3, false, smashTables};
 // The name must not begin with "/tmp/smash": such files are removed when the CLP daemon is started.
 constexpr Schema temporarySchema{"/tmp/method_jobs.db", 2, true, temporaryTables};
 
