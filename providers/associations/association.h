@@ -65,12 +65,17 @@ consteval Meeting related(const char* first, const char* second, Relation relati
 
 using Numbers = std::vector<std::uint64_t>; // none: the property is left out
 
-// The value of a property of the association itself. It is made of the text of one property of each end,
-// where these are named.
+// What the library reads of the BMC for such a property. It is read once for a request, and only for one that
+// wants the property.
+enum class Reading { None, HostPower };
+
+// The value of a property of the association itself. It is read of the BMC, or made of the text of one property
+// of each end, where these are named.
 struct OwnValue {
     const char* name;
     const char* properties[2];
     Numbers (*numbers)(std::string_view first, std::string_view second);
+    Reading reading = Reading::None;
 };
 
 struct Row {

@@ -121,11 +121,12 @@ void returnPartner(const Request& request, const Pass::Entry& entry, const CMPII
 }
 
 void returnPair(const Request& request, const Row& row, const CMPIInstance* first, const CMPIInstance* second,
-                Want want) {
+                Want want, Readings& readings) {
     const auto path = pairPath(request.broker, nameSpaceOf(request.ref), row, first, second);
     if (want == Want::Names)
         return require(CMReturnObjectPath(request.result, path.get()));
-    const auto instance = pairInstance(request.broker, path.get(), row, first, second, request.properties);
+    const auto instance =
+        pairInstance(request.broker, path.get(), row, first, second, request.properties, readings);
     require(CMReturnInstance(request.result, instance.get()));
 }
 
@@ -215,6 +216,7 @@ void associators(const Request& request, const Filter& filter, Want want) {
 void references(const Request& request, const Filter& filter, Want want) {
     const auto candidates = select(classNameOf(request.ref).c_str(), filter);
     Needs needs;
+    Readings readings;
     for (const Candidate& candidate : candidates) {
         addPairNeeds(request, *candidate.row, candidate.source, want, needs.source);
         addPairNeeds(request, *candidate.row, 1 - candidate.source, want,
@@ -225,7 +227,8 @@ void references(const Request& request, const Filter& filter, Want want) {
         [&](const Candidate& candidate, const CMPIInstance* source, Pass::Entry& entry, std::size_t index) {
             const CMPIInstance* other = entry.instances->at(index);
             const bool isFirst = candidate.source == 0;
-            returnPair(request, *candidate.row, isFirst ? source : other, isFirst ? other : source, want);
+            returnPair(request, *candidate.row, isFirst ? source : other, isFirst ? other : source, want,
+                       readings);
         });
 }
 
@@ -234,6 +237,7 @@ void enumerate(const Request& request, Want want) {
         return enumerateProfiles(request, want);
     const AssociationClass& association = requestedAssociation(request);
     Pass pass;
+    Readings readings;
     for (const Row& row : rows())
         if (row.associationClass == &association)
             for (int end = 0; end < 2; ++end)
@@ -247,7 +251,7 @@ void enumerate(const Request& request, Want want) {
             const Half half(row, 0, firsts.at(i));
             for (std::size_t j = 0; half.isMember() && j < seconds.size(); ++j)
                 if (half.meets(seconds.at(j)))
-                    returnPair(request, row, firsts.at(i), seconds.at(j), want);
+                    returnPair(request, row, firsts.at(i), seconds.at(j), want, readings);
         }
     }
 }
@@ -278,8 +282,9 @@ void getInstance(const Request& request) {
         if (ends[0] == nullptr || ends[1] == nullptr)
             break;
         const Half half(row, 0, ends[0].get());
+        Readings readings;
         if (half.isMember() && half.meets(ends[1].get()))
-            return returnPair(request, row, ends[0].get(), ends[1].get(), Want::Instances);
+            return returnPair(request, row, ends[0].get(), ends[1].get(), Want::Instances, readings);
     }
     throw Failure(CMPI_RC_ERR_NOT_FOUND, "There is no such association");
 }

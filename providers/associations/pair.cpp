@@ -52,7 +52,8 @@ Owned<CMPIObjectPath> pairPath(const CMPIBroker* broker, const std::string& name
 }
 
 Owned<CMPIInstance> pairInstance(const CMPIBroker* broker, const CMPIObjectPath* path, const Row& row,
-                                 const CMPIInstance* first, const CMPIInstance* second, const char** names) {
+                                 const CMPIInstance* first, const CMPIInstance* second, const char** names,
+                                 Readings& readings) {
     const AssociationClass& association = *row.associationClass;
     auto instance = makeInstance(broker, path);
     for (const auto& [end, element] :
@@ -61,11 +62,16 @@ Owned<CMPIInstance> pairInstance(const CMPIBroker* broker, const CMPIObjectPath*
         value.ref = pathOf(element);
         require(CMSetProperty(instance.get(), end.role, &value, CMPI_ref));
     }
-    for (const OwnValue& own : row.values)
-        if (isWanted(own.name, names))
-            setNumbers(
-                broker, instance.get(), own.name, typeOf(association, own.name),
-                own.numbers(textIfNamed(first, own.properties[0]), textIfNamed(second, own.properties[1])));
+    for (const OwnValue& own : row.values) {
+        if (!isWanted(own.name, names))
+            continue;
+        const Numbers numbers =
+            own.reading != Reading::None
+                ? readings.read(own.reading)
+                : own.numbers(textIfNamed(first, own.properties[0]), textIfNamed(second, own.properties[1]));
+        if (!numbers.empty())
+            setNumbers(broker, instance.get(), own.name, typeOf(association, own.name), numbers);
+    }
     return instance;
 }
 

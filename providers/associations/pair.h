@@ -3,6 +3,7 @@
 
 #include "associations/association.h"
 #include "associations/elements.h"
+#include "associations/readings.h"
 
 #include <string>
 
@@ -29,7 +30,8 @@ Owned<CMPIObjectPath> pairPath(const CMPIBroker* broker, const std::string& name
 // Makes the association's instance, with those of its own properties that `names` lists; nullptr stands for
 // all.
 Owned<CMPIInstance> pairInstance(const CMPIBroker* broker, const CMPIObjectPath* path, const Row& row,
-                                 const CMPIInstance* first, const CMPIInstance* second, const char** names);
+                                 const CMPIInstance* first, const CMPIInstance* second, const char** names,
+                                 Readings& readings);
 
 // Makes an element with its keys and those properties that `names` lists; nullptr stands for all.
 Owned<CMPIInstance> copyOf(const CMPIBroker* broker, const CMPIInstance* instance, const char** names);
