@@ -24,14 +24,19 @@ Numbers usesSetting(std::string_view endpointOrigin, std::string_view settingOri
 }
 
 constexpr OwnValue manages[] = {{"ElementEffects", {}, fixed<5>}};
-// The BMC that answers is on. IPMI hooks switch the host's power, but none reads it: its PowerState is left
-// out rather than guessed. What state was asked for is not recorded either: 0, unknown.
+// The BMC that answers is on. What state was asked for is not recorded: 0, unknown.
 constexpr OwnValue processorPower[] = {{"PowerState", {}, fixed<2>}, {"RequestedPowerState", {}, fixed<0>}};
-constexpr OwnValue hostPower[] = {{"RequestedPowerState", {}, fixed<0>}};
+constexpr OwnValue hostPower[] = {{"PowerState", {}, nullptr, Reading::HostPower},
+                                  {"RequestedPowerState", {}, fixed<0>}};
 // Which setting a BMC was delivered with is not known: 0.
 constexpr OwnValue addressSetting[] = {{"IsDefault", {}, fixed<0>},
                                        {"IsCurrent", {"AddressOrigin", "AddressOrigin"}, usesSetting},
                                        {"IsNext", {"AddressOrigin", "AddressOrigin"}, usesSetting}};
+// The service is set so now, and stays so. How it was delivered is not recorded.
+constexpr OwnValue onlySetting[] = {
+    {"IsDefault", {}, fixed<0>}, {"IsCurrent", {}, fixed<1>}, {"IsNext", {}, fixed<1>}};
+constexpr OwnValue isPrimary[] = {{"PrimaryOS", {}, fixed<1>}};
+constexpr OwnValue isInstalled[] = {{"ElementSoftwareStatus", {}, fixed<2, 6>}}; // current, installed
 constexpr OwnValue firstOfSequence[] = {{"AssignedSequence", {}, fixed<1>}};
 
 constexpr Meeting onSystem = same("Name", "SystemName");
@@ -41,6 +46,12 @@ constexpr Elements hostPowerService("CIM_PowerManagementService", "Name", "Host 
 constexpr Elements processorPowerService("CIM_PowerManagementService", "Name", "SP ");
 constexpr Elements hostPowerCapabilities("CIM_PowerManagementCapabilities", "InstanceID", "Host");
 constexpr Elements processorPowerCapabilities("CIM_PowerManagementCapabilities", "InstanceID", "SP");
+
+constexpr const char* operatingSystem = "CIM_OperatingSystem";
+constexpr Elements runningSystem(operatingSystem, "EnabledState", "2"); // enabled
+constexpr Elements processorFirmware("CIM_SoftwareIdentity", "InstanceID", "IPMI:BMC ");
+constexpr Elements hostFirmware("CIM_SoftwareIdentity", "InstanceID", "IPMI:System ");
+constexpr const char* indicationService = "CIM_IndicationService";
 
 // Jobs are named after the method that they run, and its class or service.
 constexpr Elements jobs(const char* prefix) {
@@ -66,9 +77,17 @@ constexpr Row table[] = {
     {&hostedService, {processor, "CIM_AccountManagementService"}, onSystem},
     {&hostedService, {processor, "CIM_IPConfigurationService"}, onSystem},
     {&hostedService, {processor, "CIM_ProtocolService"}, onSystem},
+    {&hostedService, {processor, "CIM_TimeService"}, onSystem},
+    {&hostedService, {processor, indicationService}, onSystem},
 
     {&serviceAffectsElement, {"CIM_Account", "CIM_AccountManagementService"}, every, manages},
     {&serviceAffectsElement, {"CIM_IPProtocolEndpoint", "CIM_IPConfigurationService"}, every, manages},
+
+    {&serviceAffectsElement, {processor, "CIM_TimeService"}, same("Name", "SystemName"), manages},
+    {&serviceAffectsElement, {"CIM_IndicationFilter", indicationService}, every, manages},
+    {&serviceAffectsElement, {"CIM_ListenerDestinationCIMXML", indicationService}, every, manages},
+    {&serviceAffectsElement, {"CIM_ListenerDestinationSMTP", indicationService}, every, manages},
+    {&serviceAffectsElement, {"CIM_ListenerDestinationSNMP", indicationService}, every, manages},
 
     {&serviceAvailableToElement, {"CIM_ProtocolService", processor}, same("SystemName", "Name")},
     {&associatedPowerManagementService, {hostPowerService, host}, every, hostPower},
@@ -78,6 +97,14 @@ constexpr Row table[] = {
     {&elementCapabilities, {processorPowerService, processorPowerCapabilities}},
     {&elementCapabilities, {"CIM_AccountManagementService", "CIM_AccountManagementCapabilities"}},
     {&elementCapabilities, {"CIM_RecordLog", "CIM_RecordLogCapabilities"}},
+    {&elementCapabilities, {indicationService, "CIM_IndicationServiceCapabilities"}},
+
+    {&installedOs, {host, operatingSystem}, same("Name", "CSName"), isPrimary},
+    {&runningOs, {runningSystem, host}, same("CSName", "Name")},
+    {&elementSoftwareIdentity, {processorFirmware, processor}, every, isInstalled},
+    {&elementSoftwareIdentity, {hostFirmware, host}, every, isInstalled},
+    {&installedSoftwareIdentity, {processor, processorFirmware}},
+    {&installedSoftwareIdentity, {host, hostFirmware}},
 
     {&useOfLog, {"CIM_RecordLog", processor}, containing("InstanceID", "Name")},
     {&logManagesRecord, {"CIM_RecordLog", "CIM_LogEntry"}, same("InstanceID", "LogInstanceID")},
@@ -94,9 +121,11 @@ constexpr Row table[] = {
      {"CIM_EthernetPort", "CIM_ConcreteJob"},
      related("DeviceID", "ElementName", portRunsJob)},
     {&owningJobElement, {"CIM_IPConfigurationService", jobs("ApplySettingToIPProtocolEndpoint")}},
+    {&owningJobElement, {operatingSystem, jobs("OperatingSystem_")}},
 
     {&affectedJobElement, {host, jobs("Host_")}},
     {&affectedJobElement, {host, jobs("Host ")}},
+    {&affectedJobElement, {operatingSystem, jobs("OperatingSystem_")}},
     {&affectedJobElement, {processor, jobs("SP_")}},
     {&affectedJobElement, {processor, jobs("SP ")}},
     {&affectedJobElement,
@@ -114,6 +143,7 @@ constexpr Row table[] = {
     {&bindsTo, {"CIM_LANEndpoint", "CIM_IPProtocolEndpoint"}, related("Name", "Name", lanEndpointCarriesIp)},
     {&controlledBy, {"CIM_PortController", "CIM_EthernetPort"}, same("SystemName", "SystemName")},
     {&elementSettingData, {"CIM_IPProtocolEndpoint", "CIM_IPAssignmentSettingData"}, every, addressSetting},
+    {&elementSettingData, {indicationService, "CIM_IndicationServiceSettingData"}, every, onlySetting},
     {&orderedComponent,
      {"CIM_IPAssignmentSettingData", "CIM_StaticIPAssignmentSettingData"},
      same("AddressOrigin", "AddressOrigin"),
@@ -130,6 +160,8 @@ constexpr Row table[] = {
     {&elementConformsToProfile, {profile(ethernetPort), "CIM_EthernetPort"}},
     {&elementConformsToProfile, {profile(hostLanNetworkPort), "CIM_EthernetPort"}},
     {&elementConformsToProfile, {profile(ipInterface), "CIM_IPProtocolEndpoint"}},
+    {&elementConformsToProfile, {profile(powerStateManagement), "CIM_PowerManagementService"}},
+    {&elementConformsToProfile, {profile(softwareInventory), "CIM_SoftwareIdentity"}},
     {&referencedProfile, {profileClass, profileClass}, related("InstanceID", "InstanceID", isReferencedBy)},
 };
 
@@ -152,6 +184,10 @@ constexpr const AssociationClass* classes[] = {&systemComponent,
                                                &deviceSapImplementation,
                                                &bindsTo,
                                                &controlledBy,
+                                               &installedOs,
+                                               &runningOs,
+                                               &elementSoftwareIdentity,
+                                               &installedSoftwareIdentity,
                                                &elementConformsToProfile,
                                                &referencedProfile};
 

@@ -31,12 +31,16 @@ TEST_F(Filters, leaveWhatTheyName) {
     const std::tuple<const ObjectPath&, AssociationFilter, std::vector<std::string>> cases[] = {
         {host, {.assocClass = "CIM_SystemDevice"}, {"CIM_NumericSensor", "CIM_Sensor"}},
         // Superclasses, of associations as of elements, and names without regard to case.
-        {host, {.assocClass = "cim_component"}, {"CIM_SPComputerSystem", "CIM_NumericSensor", "CIM_Sensor"}},
+        {host,
+         {.assocClass = "cim_component"},
+         {"CIM_SPComputerSystem", "CIM_NumericSensor", "CIM_Sensor", "CIM_OperatingSystem"}},
         {host, {.assocClass = "CIM_Component", .resultClass = "CIM_System"}, {"CIM_SPComputerSystem"}},
         {host, {.resultClass = "CIM_NumericSensor"}, {"CIM_NumericSensor"}},
         {host, {.resultClass = "CIM_Sensor"}, {"CIM_NumericSensor", "CIM_Sensor"}},
         {host, {.resultClass = "CIM_Service"}, {"CIM_PowerManagementService"}},
-        {host, {.role = "DEPENDENT"}, {"CIM_NumericSensor", "CIM_Sensor"}},
+        {host,
+         {.role = "DEPENDENT"},
+         {"CIM_NumericSensor", "CIM_Sensor", "CIM_OperatingSystem", "CIM_SoftwareIdentity"}},
         {host, {.resultRole = "serviceprovided"}, {"CIM_PowerManagementService"}},
         {host, {.role = "PartComponent"}, {}},
         {port, {.role = "Antecedent"}, {"CIM_LANEndpoint"}},

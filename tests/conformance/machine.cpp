@@ -15,6 +15,7 @@ constexpr char model[] = R"({
                "systemGuid": "d83a7e04-52c9-4b1d-a6f8-0c94e71b3f25"},
     "frus": [{"id": 0, "name": "Board",
               "board": {"manufacturer": "Maker", "product": "Model 7", "serialNumber": "SN42"}}],
+    "systemInfo": {"firmwareVersion": "1.02", "osName": "Linux"},
     "users": [{"id": 2, "name": "root"}, {"id": 3, "name": "operator", "privilege": "operator"}],
     "services": [{"name": "web"}, {"name": "ssh"}],
     "chassis": {"softOffDelay": 0, "cycleInterval": 0},
