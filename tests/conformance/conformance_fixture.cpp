@@ -56,7 +56,8 @@ std::vector<broker::NamedValues> Conformance::argumentsOf(const schema::Method& 
                 continue;
             const auto* const referred = phctl::servedClass(parameter.className);
             if (parameter.type == CMPI_ref) {
-                const auto all = (referred != nullptr ? ServedClass(broker, *referred) : *system).instances();
+                const ServedClass& any = parameter.className == "CIM_ManagedElement" ? *system : host;
+                const auto all = (referred != nullptr ? ServedClass(broker, *referred) : any).instances();
                 arguments.push_back({std::string(parameter.name), reference(all.at(0).path)});
             } else if (parameter.type == CMPI_instance && referred != nullptr) {
                 arguments.push_back(
