@@ -7,6 +7,8 @@ CMPIValue numberValue(CMPIType type, std::uint64_t number) {
     CMPIValue value{};
     if (type == CMPI_uint16)
         value.uint16 = static_cast<CMPIUint16>(number);
+    else if (type == CMPI_boolean)
+        value.boolean = number != 0;
     else
         value.uint64 = number;
     return value;

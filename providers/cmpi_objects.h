@@ -70,7 +70,7 @@ CMPIObjectPath* pathOf(const CMPIInstance* instance);
 // Makes the value of a property or key of type CMPI_chars from a text.
 const CMPIValue* charsValue(const char* text);
 
-// Sets a property of an unsigned integer type, or an array of them. Throws Failure.
+// Sets a property of an unsigned integer type or a boolean, or an array of them. Throws Failure.
 void setNumbers(const CMPIBroker* broker, const CMPIInstance* instance, const char* name, CMPIType type,
                 const std::vector<std::uint64_t>& numbers);
 

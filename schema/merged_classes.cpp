@@ -34,7 +34,8 @@ std::vector<const Feature*> declarationsOf(const DeclaredClasses& classes, std::
 
 bool isDeclaredSo(const DeclaredElement& served, const DeclaredElement& declared) {
     return served.name == declared.name && served.type == declared.type &&
-           isSame(served.className, declared.className) && served.isOut == declared.isOut;
+           isSame(served.className, declared.className) && served.isIn == declared.isIn &&
+           served.isOut == declared.isOut;
 }
 
 template <class Feature>

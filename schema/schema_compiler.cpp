@@ -4,13 +4,15 @@
 //     schema_compiler <directory to write to> <file of declarations>...
 //
 //     class_tables.inc    the tables that class_schema.cpp reads
-//     superclasses.inc    {class, superclass} of every class that is served, and of those above it
+//     superclasses.inc    {class, superclass, placement} of every class that is served, and of those above it
 //     names.inc           what is served by name, each name once, in the order of strcasecmp
 //     keys.inc            {class, key} of every class that is served
+#include "associations/association.h"
 #include "merged_classes.h"
 
 #include "schema/class_schema.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -131,6 +133,15 @@ std::vector<const DeclaredClass*> inOrder(const std::vector<DeclaredClass>& serv
     return all;
 }
 
+const char* placementText(const DeclaredClass& each) {
+    const auto isIn = [&](const char* nameSpace) {
+        return std::ranges::find(each.nameSpaces, nameSpace) != each.nameSpaces.end();
+    };
+    if (!isIn(associations::interopNameSpace))
+        return "Placement::Implementation";
+    return isIn(associations::implementationNameSpace) ? "Placement::Both" : "Placement::Interop";
+}
+
 void writeSuperclasses(std::ostream& out, const std::vector<DeclaredClass>& served,
                        const DeclaredClasses& classes) {
     std::set<std::string> names;
@@ -139,8 +150,8 @@ void writeSuperclasses(std::ostream& out, const std::vector<DeclaredClass>& serv
             names.insert(name);
     for (const std::string& name : names) {
         const std::string& superclass = classes.at(name).superclass;
-        out << '{' << literal(name) << ", " << (superclass.empty() ? "nullptr" : literal(superclass))
-            << "},\n";
+        out << '{' << literal(name) << ", " << (superclass.empty() ? "nullptr" : literal(superclass)) << ", "
+            << placementText(classes.at(name)) << "},\n";
     }
 }
 

@@ -31,8 +31,8 @@ DeclaredMethod describe(const ph::Method& method) {
         description.parameters.push_back({.name = parameter.name,
                                           .type = parameter.type,
                                           .className = textOf(parameter.className),
-                                          .isIn = parameter.direction == ph::Direction::In,
-                                          .isOut = parameter.direction == ph::Direction::Out});
+                                          .isIn = parameter.direction != ph::Direction::Out,
+                                          .isOut = parameter.direction != ph::Direction::In});
     return description;
 }
 
@@ -49,7 +49,7 @@ DeclaredClass describe(const ph::ClassFamily& family) {
     description.modifies = family.modify != nullptr;
     description.creates = family.create != nullptr;
     description.deletes = family.remove != nullptr;
-    description.nameSpaces = nameSpacesOf(Placement::Implementation);
+    description.nameSpaces = nameSpacesOf(family.isInInterop ? Placement::Both : Placement::Implementation);
     return description;
 }
 

@@ -84,6 +84,27 @@ int CIM_GetSELPolicy(IPMI20_SESSION_T* session, uint8_t* policy, int timeout);
  * that the erasure has ended; `timeout` bounds the wait. */
 int CIM_ClearSEL(IPMI20_SESSION_T* session, int timeout);
 
+/* ---- The log's clock ----------------------------------------------------------------------------------- */
+
+/* Seconds since 1970-01-01 00:00 by the clock that records are stamped with, which runs in local time
+ * (IPMI 2.0, 37). Up to 20000000h they count from when the BMC was started, because nobody has set its clock;
+ * FFFFFFFFh stands for no time. */
+#define CIM_SEL_TIME_FIRST_SET 0x20000000U
+#define CIM_SEL_TIME_NONE 0xFFFFFFFFU
+
+/* Get and Set SEL Time (31.10, 31.11; 0Ah, 48h and 49h). */
+int CIM_GetSELTime(IPMI20_SESSION_T* session, uint32_t* seconds, int timeout);
+int CIM_SetSELTime(IPMI20_SESSION_T* session, uint32_t seconds, int timeout);
+
+/* Minutes that the clock's local time is ahead of UTC, -1440 to 1440. */
+#define CIM_SEL_UTC_OFFSET_MOST 1440
+#define CIM_SEL_UTC_OFFSET_NONE 0x07FF /* it was not set, or the BMC knows none */
+
+/* Get and Set SEL Time UTC Offset (31.11a, 31.11b; 0Ah, 5Ch and 5Dh). Of a BMC that has not got the commands
+ * there is no offset, and setting one fails. */
+int CIM_GetSELTimeUTCOffset(IPMI20_SESSION_T* session, int16_t* minutes, int timeout);
+int CIM_SetSELTimeUTCOffset(IPMI20_SESSION_T* session, int16_t minutes, int timeout);
+
 #ifdef __cplusplus
 }
 #endif

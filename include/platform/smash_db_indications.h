@@ -48,6 +48,20 @@ int db_get_listener_destination(SMASH_DB_HANDLE handle, CimxmlDestinationRow* ro
 int db_set_listener_destination(SMASH_DB_HANDLE handle, const CimxmlDestinationRow* row);
 int db_delete_listener_destination(SMASH_DB_HANDLE handle, const char* name);
 
+/* The service that delivers indications, and how it does it: CIM_IndicationService. */
+typedef struct {
+    char name[64]; /* identifies the row */
+    uint8_t filterCreationEnabled;
+    uint16_t deliveryRetryAttempts;           /* after a delivery that failed */
+    uint32_t deliveryRetryInterval;           /* seconds before each of them */
+    uint16_t subscriptionRemovalAction;       /* 2 remove, 3 disable, 4 ignore */
+    uint32_t subscriptionRemovalTimeInterval; /* seconds */
+} IndicationServiceRow;
+
+int db_get_all_indication_service(SMASH_DB_HANDLE handle, IndicationServiceRow** rows, int* count);
+/* Stores the service, in the place of the one with its name. */
+int db_set_indication_service(SMASH_DB_HANDLE handle, const IndicationServiceRow* row);
+
 #ifdef __cplusplus
 }
 #endif

@@ -98,6 +98,8 @@ PH_EXPORT int PH_RequestPowerStateChange(const CMPIBroker* broker, const CMPIRes
  * hard reset, 11 diagnostic interrupt. Any other state is refused. The session of a refused 3, 4 or 7 (sleep
  * states and hibernation) stays open, on purpose. */
 PH_EXPORT int PH_SetPowerState(CMPIString** keyValues, uint16_t powerState);
+/* The DMTF PowerState of the host: 2 on, 8 soft off. -1 when the BMC does not tell. */
+PH_EXPORT int PH_GetHostPowerState(uint16_t* powerState);
 
 /* CIM_PowerManagementCapabilities. Lists end with a negative number; see PowerCapabilitiesRow for their
  * values. */

@@ -175,6 +175,70 @@ PH_EXPORT int ValidateConstantKeyPropertiesLD(const CMPIObjectPath* ref);
 PH_EXPORT int ValidateConstantKeyPropertiesLDSNMP(const CMPIObjectPath* ref);
 PH_EXPORT int ValidateConstantKeyPropertiesLDCIMXML(const CMPIObjectPath* ref);
 
+/* ---- Indication service -------------------------------------------------------------------------------- */
+
+/* CIM_IndicationService delivers the alerts, as its row of the SMASH database says. This class, its settings
+ * and its capabilities are also in the interop namespace. A database without the row has neither service nor
+ * settings. */
+typedef struct {
+    char SystemCreationClassName[256]; /* key; "CIM_SPComputerSystem" */
+    char CreationClassName[256];       /* key */
+    char SystemName[256];              /* key; of the service processor */
+    char Name[256];                    /* key; of the row */
+    char ElementName[64];
+    bool FilterCreationEnabled;
+    uint16_t DeliveryRetryAttempts;
+    uint32_t DeliveryRetryInterval;           /* seconds */
+    uint16_t SubscriptionRemovalAction;       /* 4 ignore: subscriptions are the object manager's */
+    uint32_t SubscriptionRemovalTimeInterval; /* seconds */
+    uint16_t EnabledState;                    /* 2 enabled */
+    uint16_t RequestedState;                  /* 12 not applicable */
+    uint16_t HealthState;                     /* 5 OK */
+    int OperationalStatus[2];                 /* 2 OK; ends with a negative number */
+    bool Started;                             /* true */
+} IndicationServiceRecord;
+
+/* CIM_IndicationServiceSettingData: what the service is set to. */
+typedef struct {
+    char InstanceID[128]; /* key; "<name of the service> Settings" */
+    char ElementName[128];
+    bool FilterCreationEnabled;
+    uint16_t DeliveryRetryAttempts;
+    uint32_t DeliveryRetryInterval;
+    uint16_t SubscriptionRemovalAction;
+    uint32_t SubscriptionRemovalTimeInterval;
+    char serviceName[64]; /* not published */
+} IndicationServiceSettingDataRecord;
+
+/* Modifying either takes DeliveryRetryAttempts, up to 100, and DeliveryRetryInterval, up to a day, and changes
+ * both. Failures:
+ *   6 "Given instance does not exist"
+ *   4 "Invalid Property(s): <names>" (one that cannot be changed)
+ *   4 "<name> Parameter is Invalid" (a wrong type, or beyond the limit)
+ *   1 "SetInstance Failed" */
+PH_DECLARE_CLASS_FAMILY(IndicationService, IndicationServiceRecord);
+PH_EXPORT int PH_Fill_IndicationService(const IndicationServiceRow* row, IndicationServiceRecord* record);
+PH_EXPORT extern const char* const g_IndicationServiceKeyList[4];
+PH_DECLARE_CLASS_FAMILY(IndicationServiceSettingData, IndicationServiceSettingDataRecord);
+PH_EXPORT int PH_Fill_IndicationServiceSettingData(const IndicationServiceRow* row,
+                                                   IndicationServiceSettingDataRecord* record);
+PH_EXPORT extern const char* const g_IndicationServiceSettingDataKeyList[1];
+
+/* CIM_IndicationServiceCapabilities: which of those clients may change. */
+typedef struct {
+    char InstanceID[64]; /* key; "IndicationServiceCapabilities1" */
+    char ElementName[64];
+    bool FilterCreationEnabledIsSettable;           /* false */
+    bool DeliveryRetryAttemptsIsSettable;           /* true */
+    bool DeliveryRetryIntervalIsSettable;           /* true */
+    bool SubscriptionRemovalActionIsSettable;       /* false */
+    bool SubscriptionRemovalTimeIntervalIsSettable; /* false */
+} IndicationServiceCapabilitiesRecord;
+
+PH_DECLARE_CLASS_FAMILY(IndicationServiceCapabilities, IndicationServiceCapabilitiesRecord);
+PH_EXPORT int PH_Fill_IndicationServiceCapabilities(IndicationServiceCapabilitiesRecord* record);
+PH_EXPORT extern const char* const g_IndicationServiceCapabilitiesKeyList[1];
+
 #ifdef __cplusplus
 }
 #endif

@@ -14,6 +14,7 @@
 #include "provider_helper/record_log.h"
 #include "provider_helper/sensors.h"
 #include "provider_helper/services.h"
+#include "provider_helper/software.h"
 #include "provider_helper/tables.h"
 #include "provider_helper/utility.h"
 

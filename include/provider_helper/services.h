@@ -1,6 +1,4 @@
-/* Protocol services: the BMC's network services as CIM_ProtocolService. The command-line protocol (CLP)
- * service is a daemon of this system, smashclpd, that is started and stopped here; the others are switched by
- * the BMC (CIM_SetServiceConf). */
+/* Services of the BMC: its network services, and its clock. */
 #ifndef PROVIDER_HELPER_SERVICES_H
 #define PROVIDER_HELPER_SERVICES_H
 
@@ -10,7 +8,9 @@
 extern "C" {
 #endif
 
-/* Integer lists end with a negative number. */
+/* The BMC's network services as CIM_ProtocolService. The command-line protocol (CLP) service is a daemon of
+ * this system, smashclpd, that is started and stopped here; the others are switched by the BMC
+ * (CIM_SetServiceConf). Integer lists end with a negative number. */
 typedef struct {
     char SystemCreationClassName[256]; /* key; "CIM_SPComputerSystem" */
     char SystemName[256];              /* key */
@@ -63,6 +63,36 @@ PH_EXPORT int PH_ChangeState_CLPProtocolService(uint16_t requestedState, char* m
  * terminal. */
 PH_EXPORT int PH_IsSmashclpdRunning(void);
 PH_EXPORT int PH_IsSmashclpRunning(void);
+
+/* ---- CIM_TimeService ----------------------------------------------------------------------------------- */
+
+/* The clock that the BMC stamps the records of its event log with. */
+typedef struct {
+    char SystemCreationClassName[256]; /* key; "CIM_SPComputerSystem" */
+    char SystemName[256];              /* key */
+    char CreationClassName[256];       /* key */
+    char Name[256];                    /* key; "Time Service" */
+    char ElementName[64];
+    uint16_t EnabledState;    /* 2 enabled */
+    uint16_t RequestedState;  /* 12 not applicable */
+    uint16_t HealthState;     /* 5 OK */
+    int OperationalStatus[2]; /* 2 OK; ends with a negative number */
+    bool Started;             /* true */
+} TimeServiceRecord;
+
+/* Method ManageTime reads or sets the clock, in one IPMI session. In-arguments: "GetRequest" (boolean; a
+ * string "true" or "false"), "ManagedElement", a reference to the service processor; "TimeData", a datetime
+ * with its offset from UTC, is read into or taken from. Setting also sets the offset, where the BMC keeps
+ * one; where it has none, times are those of this system's time zone, as in the event log. A change that
+ * fails leaves clock and offset as they were. The method's value is 0, or it is refused with a status:
+ *   4 "GetRequest Parameter is Invalid"
+ *   4 "ManagedElement Parameter is Invalid" (not the service processor)
+ *   4 "TimeData Parameter is Invalid" (no point in time, or one that the clock cannot have: before 1987
+ *     or after 2106-02-07)
+ *   1 "The BMC does not tell the time", "The BMC's clock was not set", "The BMC did not set its clock" */
+PH_DECLARE_CLASS_FAMILY(TimeService, TimeServiceRecord);
+PH_EXPORT int PH_Fill_TimeService(TimeServiceRecord* record);
+PH_EXPORT extern const char* const g_TimeServiceKeyList[4];
 
 #ifdef __cplusplus
 }

@@ -1,6 +1,8 @@
 #include "hooks/session.h"
 #include "ipmi/command.h"
 
+#include <stdexcept>
+
 namespace {
 
 enum class Control : std::uint8_t { // IPMI 2.0 table 28-4
@@ -43,4 +45,32 @@ int CIM_HardReset(IPMI20_SESSION_T* session, int timeout) {
 
 int CIM_DiagnosticInt(IPMI20_SESSION_T* session, int timeout) {
     return controlChassis(__func__, session, timeout, Control::DiagnosticInterrupt);
+}
+
+int CIM_GetChassisStatus(IPMI20_SESSION_T* session, CIM_ChassisStatus* status, int timeout) {
+    return hooks::guarded(__func__, [&] {
+        if (status == nullptr)
+            throw std::invalid_argument("no place for the status given");
+        const auto answer = ipmi::run(hooks::sessionOf(session, timeout), ipmi::command::getChassisStatus);
+        auto reader = answer.reader();
+        *status = {.power = reader.u8(), .lastEvent = reader.u8(), .state = reader.u8()};
+        answer.verify(reader);
+    });
+}
+
+int CIM_GetACPIPowerState(IPMI20_SESSION_T* session, uint8_t* system, uint8_t* device, int timeout) {
+    return hooks::guarded(__func__, [&] {
+        if (system == nullptr || device == nullptr)
+            throw std::invalid_argument("no place for the states given");
+        constexpr std::uint8_t stateBits = 0x7F;
+        *system = *device = CIM_ACPI_UNKNOWN;
+        const auto answer =
+            ipmi::askIfKnown(hooks::sessionOf(session, timeout), ipmi::command::getAcpiPowerState);
+        if (!answer)
+            return;
+        auto reader = answer->reader();
+        *system = reader.u8() & stateBits;
+        *device = reader.u8() & stateBits;
+        answer->verify(reader);
+    });
 }

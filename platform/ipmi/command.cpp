@@ -107,4 +107,14 @@ Answer run(Transport& transport, CommandCode command, std::span<const std::uint8
     return answer;
 }
 
+std::optional<Answer> askIfKnown(Transport& transport, CommandCode command,
+                                 std::span<const std::uint8_t> request) {
+    const Answer answer = ask(transport, command, request);
+    if (completion::meansUnknown(answer.code()))
+        return std::nullopt;
+    if (answer.code() != completion::success)
+        throw CompletionCodeError(command, answer.code());
+    return answer;
+}
+
 } // namespace ipmi

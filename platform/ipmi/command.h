@@ -5,6 +5,8 @@
 #include "ipmi/message.h"
 #include "ipmi/transport.h"
 
+#include <optional>
+
 namespace ipmi {
 
 // Completion codes that callers tell apart (IPMI 2.0 table 5-2).
@@ -34,6 +36,10 @@ inline constexpr std::uint8_t unspecified = 0xFF;
 constexpr bool meansTooMuch(std::uint8_t code) {
     return code == requestLengthInvalid || code == requestLengthExceeded || code == cannotReturnBytes ||
            code == unspecified;
+}
+// They use these to refuse a command that they do not have.
+constexpr bool meansUnknown(std::uint8_t code) {
+    return code == invalidCommand || code == invalidCommandForLun;
 }
 // They use these to refuse a parameter, a set, a channel or a user that they do not have.
 constexpr bool meansAbsent(std::uint8_t code) {
@@ -90,5 +96,9 @@ inline Answer run(Transport& transport, CommandCode command,
                   std::initializer_list<std::uint8_t> request = {}) {
     return run(transport, command, std::span(request.begin(), request.size()));
 }
+
+// The same of a command that BMCs may lack: none where this one does.
+std::optional<Answer> askIfKnown(Transport& transport, CommandCode command,
+                                 std::span<const std::uint8_t> request = {});
 
 } // namespace ipmi

@@ -51,6 +51,7 @@ inline constexpr CommandCode getSensorType{netFn::sensorEvent, 0x2F};
 
 inline constexpr CommandCode getDeviceId{netFn::app, 0x01};
 inline constexpr CommandCode getSelfTestResults{netFn::app, 0x04};
+inline constexpr CommandCode getAcpiPowerState{netFn::app, 0x07};
 inline constexpr CommandCode getDeviceGuid{netFn::app, 0x08};
 inline constexpr CommandCode resetWatchdogTimer{netFn::app, 0x22};
 inline constexpr CommandCode setWatchdogTimer{netFn::app, 0x24};
@@ -63,6 +64,8 @@ inline constexpr CommandCode getUserAccess{netFn::app, 0x44};
 inline constexpr CommandCode setUserName{netFn::app, 0x45};
 inline constexpr CommandCode getUserName{netFn::app, 0x46};
 inline constexpr CommandCode setUserPassword{netFn::app, 0x47};
+inline constexpr CommandCode setSystemInfo{netFn::app, 0x58};
+inline constexpr CommandCode getSystemInfo{netFn::app, 0x59};
 
 inline constexpr CommandCode getFruInventoryAreaInfo{netFn::storage, 0x10};
 inline constexpr CommandCode readFruData{netFn::storage, 0x11};
@@ -78,6 +81,8 @@ inline constexpr CommandCode deleteSelEntry{netFn::storage, 0x46};
 inline constexpr CommandCode clearSel{netFn::storage, 0x47};
 inline constexpr CommandCode getSelTime{netFn::storage, 0x48};
 inline constexpr CommandCode setSelTime{netFn::storage, 0x49};
+inline constexpr CommandCode getSelTimeUtcOffset{netFn::storage, 0x5C};
+inline constexpr CommandCode setSelTimeUtcOffset{netFn::storage, 0x5D};
 
 inline constexpr CommandCode setLanConfiguration{netFn::transport, 0x01};
 inline constexpr CommandCode getLanConfiguration{netFn::transport, 0x02};

@@ -14,9 +14,19 @@ constexpr std::array destinationColumns = {
     SMASH_COLUMN(CimxmlDestinationRow, destination),
 };
 
+constexpr std::array serviceColumns = {
+    SMASH_COLUMN(IndicationServiceRow, name),
+    SMASH_COLUMN(IndicationServiceRow, filterCreationEnabled),
+    SMASH_COLUMN(IndicationServiceRow, deliveryRetryAttempts),
+    SMASH_COLUMN(IndicationServiceRow, deliveryRetryInterval),
+    SMASH_COLUMN(IndicationServiceRow, subscriptionRemovalAction),
+    SMASH_COLUMN(IndicationServiceRow, subscriptionRemovalTimeInterval),
+};
+
 } // namespace
 
 constexpr TableOf<CimxmlFilterRow> cimxmlFilterTable{"cimxml_filter", filterColumns, 1};
 constexpr TableOf<CimxmlDestinationRow> cimxmlDestinationTable{"cimxml_destination", destinationColumns, 1};
+constexpr TableOf<IndicationServiceRow> indicationServiceTable{"indication_service", serviceColumns, 1};
 
 } // namespace smash

@@ -9,5 +9,6 @@ namespace smash {
 
 extern const TableOf<CimxmlFilterRow> cimxmlFilterTable;
 extern const TableOf<CimxmlDestinationRow> cimxmlDestinationTable;
+extern const TableOf<IndicationServiceRow> indicationServiceTable;
 
 } // namespace smash

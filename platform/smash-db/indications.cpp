@@ -37,3 +37,11 @@ int db_set_listener_destination(SMASH_DB_HANDLE handle, const CimxmlDestinationR
 int db_delete_listener_destination(SMASH_DB_HANDLE handle, const char* name) {
     return removeRow(__func__, handle, cimxmlDestinationTable, name);
 }
+
+int db_get_all_indication_service(SMASH_DB_HANDLE handle, IndicationServiceRow** rows, int* count) {
+    return getRows(__func__, handle, rows, count, indicationServiceTable);
+}
+
+int db_set_indication_service(SMASH_DB_HANDLE handle, const IndicationServiceRow* row) {
+    return setRow(__func__, handle, row, indicationServiceTable);
+}

@@ -16,7 +16,8 @@ constexpr const Table* smashTables[] = {&sessionTable,           &deviceTable,  
                                         &compactSdrTable,        &fullSdrTable,      &powerServiceTable,
                                         &powerCapabilitiesTable, &staticIpTable,     &cimxmlFilterTable,
                                         &cimxmlDestinationTable, &eventMessageTable, &entityDeviceTable,
-                                        &entityAssociationTable, &packageTable,      &powerSupplyInfoTable};
+                                        &entityAssociationTable, &packageTable,      &powerSupplyInfoTable,
+                                        &indicationServiceTable};
 
 constexpr const Table* temporaryTables[] = {&jobTable, &jobSequenceTable, &jobErrorTable};
 

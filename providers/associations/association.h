@@ -69,6 +69,7 @@ using Numbers = std::vector<std::uint64_t>; // none: the property is left out
 // of these properties is wanted. Each is a text of the library's present state.
 enum class Live {
     None,
+    HostPower,  // the DMTF PowerState of the host; empty where the BMC does not tell
     BootChoice, // InstanceIDs of the boot configuration that is the next one, a blank, and its source
 };
 

@@ -40,9 +40,12 @@ inline constexpr AssociationClass associatedSensor{
     "CIM_Dependency",
     {{"Antecedent", "CIM_Sensor"}, {"Dependent", "CIM_ManagedSystemElement"}}};
 
+// The indication service is in the interop namespace too, and with it what leads to it and from it.
 inline constexpr AssociationClass hostedService{"CIM_HostedService",
                                                 "CIM_HostedDependency",
-                                                {{"Antecedent", "CIM_System"}, {"Dependent", "CIM_Service"}}};
+                                                {{"Antecedent", "CIM_System"}, {"Dependent", "CIM_Service"}},
+                                                {},
+                                                Placement::Both};
 
 inline constexpr AssociationClass hostedCollection{
     "CIM_HostedCollection",
@@ -67,7 +70,8 @@ inline constexpr AssociationClass serviceAffectsElement{
     "CIM_ServiceAffectsElement",
     nullptr,
     {{"AffectedElement", "CIM_ManagedElement"}, {"AffectingElement", "CIM_Service"}},
-    effects};
+    effects,
+    Placement::Both};
 
 inline constexpr AssociationClass serviceAvailableToElement{
     "CIM_ServiceAvailableToElement",
@@ -85,7 +89,9 @@ inline constexpr AssociationClass associatedPowerManagementService{
 inline constexpr AssociationClass elementCapabilities{
     "CIM_ElementCapabilities",
     nullptr,
-    {{"ManagedElement", "CIM_ManagedElement"}, {"Capabilities", "CIM_Capabilities"}}};
+    {{"ManagedElement", "CIM_ManagedElement"}, {"Capabilities", "CIM_Capabilities"}},
+    {},
+    Placement::Both};
 
 inline constexpr Declaration settingUses[] = {
     {"IsDefault", CMPI_uint16}, {"IsCurrent", CMPI_uint16}, {"IsNext", CMPI_uint16}};
@@ -93,7 +99,8 @@ inline constexpr AssociationClass elementSettingData{
     "CIM_ElementSettingData",
     nullptr,
     {{"ManagedElement", "CIM_ManagedElement"}, {"SettingData", "CIM_SettingData"}},
-    settingUses};
+    settingUses,
+    Placement::Both};
 
 inline constexpr Declaration sequence[] = {{"AssignedSequence", CMPI_uint64}};
 inline constexpr AssociationClass orderedComponent{
@@ -130,6 +137,30 @@ inline constexpr AssociationClass controlledBy{
     "CIM_ControlledBy",
     "CIM_DeviceConnection",
     {{"Antecedent", "CIM_Controller"}, {"Dependent", "CIM_LogicalDevice"}}};
+
+inline constexpr AssociationClass runningOs{
+    "CIM_RunningOS",
+    "CIM_Dependency",
+    {{"Antecedent", "CIM_OperatingSystem"}, {"Dependent", "CIM_ComputerSystem"}}};
+
+inline constexpr Declaration primaryOs[] = {{"PrimaryOS", CMPI_boolean}};
+inline constexpr AssociationClass installedOs{
+    "CIM_InstalledOS",
+    "CIM_SystemComponent",
+    {{"GroupComponent", "CIM_ComputerSystem"}, {"PartComponent", "CIM_OperatingSystem"}},
+    primaryOs};
+
+inline constexpr Declaration softwareStatus[] = {{"ElementSoftwareStatus", CMPI_uint16A}};
+inline constexpr AssociationClass elementSoftwareIdentity{
+    "CIM_ElementSoftwareIdentity",
+    "CIM_Dependency",
+    {{"Antecedent", "CIM_SoftwareIdentity"}, {"Dependent", "CIM_ManagedElement"}},
+    softwareStatus};
+
+inline constexpr AssociationClass installedSoftwareIdentity{
+    "CIM_InstalledSoftwareIdentity",
+    nullptr,
+    {{"System", "CIM_System"}, {"InstalledSoftware", "CIM_SoftwareIdentity"}}};
 
 inline constexpr AssociationClass elementConformsToProfile{
     "CIM_ElementConformsToProfile",

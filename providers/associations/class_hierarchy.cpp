@@ -10,6 +10,7 @@ namespace {
 struct Derivation {
     const char* className;
     const char* superclass; // nullptr: none
+    Placement placement;
 };
 
 // The classes that are served, and those above them.
@@ -17,10 +18,15 @@ constexpr Derivation derivations[] = {
 #include "superclasses.inc"
 };
 
-const char* superclassOf(const char* className) {
+const Derivation* find(const char* className) {
     const auto* const row = std::ranges::find_if(
         derivations, [&](const Derivation& each) { return isSameName(each.className, className); });
-    return row != std::end(derivations) ? row->superclass : nullptr;
+    return row != std::end(derivations) ? row : nullptr;
+}
+
+const char* superclassOf(const char* className) {
+    const Derivation* const row = find(className);
+    return row != nullptr ? row->superclass : nullptr;
 }
 
 } // namespace
@@ -34,6 +40,11 @@ bool isA(const char* className, const char* ancestor) {
         if (isSameName(className, ancestor))
             return true;
     return false;
+}
+
+Placement placementOf(const char* className) {
+    const Derivation* const row = find(className);
+    return row != nullptr ? row->placement : Placement::Implementation;
 }
 
 } // namespace associations

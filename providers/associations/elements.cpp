@@ -121,10 +121,10 @@ Owned<CMPIInstance> find(const Request& request, const CMPIObjectPath* path, Pro
     const std::string requestNameSpace = nameSpaceOf(request.ref);
     const std::string given = nameSpaceOf(path);
     const std::string nameSpace = given.empty() ? requestNameSpace : given;
-    const bool isProfile = isSameName(className.c_str(), profileClass);
-    if (isProfile != isInterop(nameSpace))
+    const Placement placement = placementOf(className.c_str());
+    if (placement == (isInterop(nameSpace) ? Placement::Implementation : Placement::Interop))
         return nullptr;
-    if (isProfile) {
+    if (isSameName(className.c_str(), profileClass)) {
         for (const Profile& profile : profiles())
             if (keyCount(path) == 1 && keyText(path, profileProperties().front().name) == profile.instanceId)
                 return makeProfile(request, profile, properties.list());
@@ -144,9 +144,14 @@ bool isInterop(const std::string& nameSpace) {
 }
 
 std::string nameSpaceFor(const char* className, const std::string& requestNameSpace) {
-    if (isSameName(className, profileClass))
+    switch (placementOf(className)) {
+    case Placement::Interop:
         return interopNameSpace;
-    return isInterop(requestNameSpace) ? implementationNameSpace : requestNameSpace;
+    case Placement::Implementation:
+        return isInterop(requestNameSpace) ? implementationNameSpace : requestNameSpace;
+    default:
+        return requestNameSpace;
+    }
 }
 
 Owned<CMPIInstance> makeProfile(const Request& request, const Profile& profile, const char** names) {

@@ -63,7 +63,7 @@ private:
 Owned<CMPIInstance> find(const Request& request, const CMPIObjectPath* path, PropertyNames properties);
 
 // Returns where a request's elements are: in its own namespace, or, for a request in the interop namespace,
-// in that of the implementation. Profiles are always in the interop namespace.
+// in that of the implementation unless the class is in both. Profiles are always in the interop namespace.
 std::string nameSpaceFor(const char* className, const std::string& requestNameSpace);
 
 bool isInterop(const std::string& nameSpace);

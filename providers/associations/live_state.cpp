@@ -2,6 +2,7 @@
 
 #include "associations/elements.h"
 #include "provider_helper/boot.h"
+#include "provider_helper/computer_system.h"
 
 namespace associations {
 namespace {
@@ -13,15 +14,28 @@ std::string readBootChoice() {
     return std::string(choice.configuration) + ' ' + choice.source;
 }
 
+std::string readHostPower() {
+    std::uint16_t state = 0;
+    return PH_GetHostPowerState(&state) == 0 ? std::to_string(state) : "";
+}
+
+std::string read(Live what) {
+    switch (what) {
+    case Live::BootChoice:
+        return readBootChoice();
+    case Live::HostPower:
+        return readHostPower();
+    case Live::None:
+        break;
+    }
+    return {};
+}
+
 } // namespace
 
 const std::string& LiveState::get(Live what) {
-    static const std::string nothing;
-    if (what == Live::None)
-        return nothing;
-    if (!bootChoice_)
-        bootChoice_ = readBootChoice();
-    return *bootChoice_;
+    const auto known = texts_.find(what);
+    return known != texts_.end() ? known->second : texts_.emplace(what, read(what)).first->second;
 }
 
 } // namespace associations

@@ -3,19 +3,19 @@
 
 #include "associations/association.h"
 
-#include <optional>
+#include <map>
 #include <string>
 
 namespace associations {
 
-// Of one request: each text is read when it is asked for first.
+// The texts of one request. Each is read when it is asked for first.
 class LiveState {
 public:
-    // Throws Failure when it cannot be read.
+    // Throws Failure when it cannot be read and nothing can do without it.
     const std::string& get(Live what);
 
 private:
-    std::optional<std::string> bootChoice_;
+    std::map<Live, std::string> texts_;
 };
 
 } // namespace associations

@@ -67,8 +67,9 @@ Owned<CMPIInstance> pairInstance(const CMPIBroker* broker, const CMPIObjectPath*
             continue;
         const std::string texts[] = {textIfNamed(first, own.properties[0]),
                                      textIfNamed(second, own.properties[1])};
-        setNumbers(broker, instance.get(), own.name, typeOf(association, own.name),
-                   own.numbers({texts[0], texts[1], live.get(own.live)}));
+        const Numbers numbers = own.numbers({texts[0], texts[1], live.get(own.live)});
+        if (!numbers.empty())
+            setNumbers(broker, instance.get(), own.name, typeOf(association, own.name), numbers);
     }
     return instance;
 }

@@ -5,10 +5,13 @@
 namespace associations {
 namespace {
 
-constexpr const char* ofBaseServer[] = {profileRegistration, sensors,     fan,           powerSupply,
-                                        recordLog,           bootControl, physicalAsset, serviceProcessor};
-constexpr const char* ofServiceProcessor[] = {profileRegistration, recordLog, ethernetPort,
-                                              hostLanNetworkPort, ipInterface};
+constexpr const char* ofBaseServer[] = {profileRegistration, sensors,          fan,
+                                        powerSupply,         recordLog,        bootControl,
+                                        physicalAsset,       serviceProcessor, powerStateManagement,
+                                        softwareInventory};
+constexpr const char* ofServiceProcessor[] = {profileRegistration, recordLog,   ethernetPort,
+                                              hostLanNetworkPort,  ipInterface, powerStateManagement,
+                                              softwareInventory};
 constexpr const char* ofComponent[] = {profileRegistration};
 constexpr const char* ofDevice[] = {profileRegistration, sensors};
 constexpr const char* ofHostLanNetworkPort[] = {profileRegistration, ethernetPort};
@@ -26,6 +29,8 @@ constexpr Profile table[] = {
     {ethernetPort, "Ethernet Port", "1.0.0", false, ofComponent},
     {hostLanNetworkPort, "Host LAN Network Port", "1.0.0", false, ofHostLanNetworkPort},
     {ipInterface, "IP Interface", "1.0.0", false, ofComponent},
+    {powerStateManagement, "Power State Management", "1.0.0", false, ofComponent},
+    {softwareInventory, "Software Inventory", "1.0.0", false, ofComponent},
 };
 
 Numbers isProfile(const Profile&) {

@@ -4,7 +4,9 @@
 #include "associations/profiles.h"
 #include "associations/relations.h"
 
+#include <charconv>
 #include <string_view>
+#include <system_error>
 
 namespace associations {
 namespace {
@@ -15,6 +17,14 @@ constexpr const char* processor = "CIM_SPComputerSystem";
 template <std::uint64_t... values>
 Numbers fixed(const Texts&) {
     return {values...};
+}
+
+// What is not known is left out.
+Numbers liveNumber(const Texts& texts) {
+    std::uint64_t number = 0;
+    const auto [end, error] =
+        std::from_chars(texts.live.data(), texts.live.data() + texts.live.size(), number);
+    return error == std::errc() ? Numbers{number} : Numbers{};
 }
 
 // DMTF IsCurrent and IsNext: 1 it is, 2 it is not. An address comes from the setting with the same
@@ -39,10 +49,10 @@ Numbers placeInBootOrder(const Texts& texts) {
 }
 
 constexpr OwnValue manages[] = {{"ElementEffects", {}, fixed<5>}};
-// The BMC that answers is on. IPMI hooks switch the host's power, but none reads it: its PowerState is left
-// out rather than guessed. What state was asked for is not recorded either: 0, unknown.
+// The BMC that answers is on. What state was asked for is not recorded: 0, unknown.
 constexpr OwnValue processorPower[] = {{"PowerState", {}, fixed<2>}, {"RequestedPowerState", {}, fixed<0>}};
-constexpr OwnValue hostPower[] = {{"RequestedPowerState", {}, fixed<0>}};
+constexpr OwnValue hostPower[] = {{"PowerState", {}, liveNumber, Live::HostPower},
+                                  {"RequestedPowerState", {}, fixed<0>}};
 // Which setting a BMC was delivered with is not known: 0.
 constexpr OwnValue addressSetting[] = {{"IsDefault", {}, fixed<0>},
                                        {"IsCurrent", {"AddressOrigin", "AddressOrigin"}, usesSetting},
@@ -56,6 +66,11 @@ constexpr OwnValue nextBootUse[] = {{"IsDefault", {}, fixed<2>},
                                     {"IsNext", {nullptr, "InstanceID"}, isNextBoot<3>, Live::BootChoice}};
 constexpr OwnValue bootOrder[] = {
     {"AssignedSequence", {"InstanceID", "InstanceID"}, placeInBootOrder, Live::BootChoice}};
+// The service is set so now, and stays so. How it was delivered is not recorded.
+constexpr OwnValue onlySetting[] = {
+    {"IsDefault", {}, fixed<0>}, {"IsCurrent", {}, fixed<1>}, {"IsNext", {}, fixed<1>}};
+constexpr OwnValue isPrimary[] = {{"PrimaryOS", {}, fixed<1>}};
+constexpr OwnValue isInstalled[] = {{"ElementSoftwareStatus", {}, fixed<2, 6>}}; // current, installed
 constexpr OwnValue firstOfSequence[] = {{"AssignedSequence", {}, fixed<1>}};
 
 constexpr Meeting onSystem = same("Name", "SystemName");
@@ -78,6 +93,11 @@ constexpr Elements processorPowerCapabilities("CIM_PowerManagementCapabilities",
 // Tags of physical elements begin with their IPMI entity: 23 is the system chassis, 24 a part of it.
 constexpr Elements systemChassis("CIM_Chassis", "Tag", "23.");
 constexpr Elements subChassis("CIM_Chassis", "Tag", "24.");
+constexpr const char* operatingSystem = "CIM_OperatingSystem";
+constexpr Elements runningSystem(operatingSystem, "EnabledState", "2"); // enabled
+constexpr Elements processorFirmware("CIM_SoftwareIdentity", "InstanceID", "IPMI:BMC ");
+constexpr Elements hostFirmware("CIM_SoftwareIdentity", "InstanceID", "IPMI:System ");
+constexpr const char* indicationService = "CIM_IndicationService";
 
 // Jobs are named after the method that they run, and its class or service.
 constexpr Elements jobs(const char* prefix) {
@@ -124,10 +144,18 @@ constexpr Row table[] = {
     {&hostedService, {processor, "CIM_BootService"}, onSystem},
     {&hostedService, {processor, "CIM_IPConfigurationService"}, onSystem},
     {&hostedService, {processor, "CIM_ProtocolService"}, onSystem},
+    {&hostedService, {processor, "CIM_TimeService"}, onSystem},
+    {&hostedService, {processor, indicationService}, onSystem},
 
     {&serviceAffectsElement, {"CIM_Account", "CIM_AccountManagementService"}, every, manages},
     {&serviceAffectsElement, {"CIM_IPProtocolEndpoint", "CIM_IPConfigurationService"}, every, manages},
     {&serviceAffectsElement, {host, "CIM_BootService"}, every, manages},
+
+    {&serviceAffectsElement, {processor, "CIM_TimeService"}, same("Name", "SystemName"), manages},
+    {&serviceAffectsElement, {"CIM_IndicationFilter", indicationService}, every, manages},
+    {&serviceAffectsElement, {"CIM_ListenerDestinationCIMXML", indicationService}, every, manages},
+    {&serviceAffectsElement, {"CIM_ListenerDestinationSMTP", indicationService}, every, manages},
+    {&serviceAffectsElement, {"CIM_ListenerDestinationSNMP", indicationService}, every, manages},
 
     {&serviceAvailableToElement, {"CIM_ProtocolService", processor}, same("SystemName", "Name")},
     {&associatedPowerManagementService, {hostPowerService, host}, every, hostPower},
@@ -142,6 +170,14 @@ constexpr Row table[] = {
     {&elementCapabilities, {"CIM_Chip", "CIM_PhysicalAssetCapabilities"}, assetCapabilities},
     {&elementCapabilities, {"CIM_PhysicalPackage", "CIM_PhysicalAssetCapabilities"}, assetCapabilities},
     {&elementCapabilities, {"CIM_BootService", "CIM_BootServiceCapabilities"}},
+    {&elementCapabilities, {indicationService, "CIM_IndicationServiceCapabilities"}},
+
+    {&installedOs, {host, operatingSystem}, same("Name", "CSName"), isPrimary},
+    {&runningOs, {runningSystem, host}, same("CSName", "Name")},
+    {&elementSoftwareIdentity, {processorFirmware, processor}, every, isInstalled},
+    {&elementSoftwareIdentity, {hostFirmware, host}, every, isInstalled},
+    {&installedSoftwareIdentity, {processor, processorFirmware}},
+    {&installedSoftwareIdentity, {host, hostFirmware}},
 
     {&useOfLog, {"CIM_RecordLog", processor}, containing("InstanceID", "Name")},
     {&logManagesRecord, {"CIM_RecordLog", "CIM_LogEntry"}, same("InstanceID", "LogInstanceID")},
@@ -163,9 +199,11 @@ constexpr Row table[] = {
      {"CIM_BootConfigSetting", "CIM_ConcreteJob"},
      related("InstanceID", "ElementName", serviceRunsJob)},
     {&owningJobElement, {"CIM_Watchdog", jobs("Watchdog_")}},
+    {&owningJobElement, {operatingSystem, jobs("OperatingSystem_")}},
 
     {&affectedJobElement, {host, jobs("Host_")}},
     {&affectedJobElement, {host, jobs("Host ")}},
+    {&affectedJobElement, {operatingSystem, jobs("OperatingSystem_")}},
     {&affectedJobElement, {processor, jobs("SP_")}},
     {&affectedJobElement, {processor, jobs("SP ")}},
     {&affectedJobElement,
@@ -191,6 +229,7 @@ constexpr Row table[] = {
     {&elementSettingData, {host, lastingBoot}, every, lastingBootUse},
     {&elementSettingData, {host, nextBoot}, every, nextBootUse},
     {&orderedComponent, {"CIM_BootConfigSetting", "CIM_BootSourceSetting"}, every, bootOrder},
+    {&elementSettingData, {indicationService, "CIM_IndicationServiceSettingData"}, every, onlySetting},
     {&orderedComponent,
      {"CIM_IPAssignmentSettingData", "CIM_StaticIPAssignmentSettingData"},
      same("AddressOrigin", "AddressOrigin"),
@@ -214,6 +253,8 @@ constexpr Row table[] = {
     {&elementConformsToProfile, {profile(hostLanNetworkPort), "CIM_EthernetPort"}},
     {&elementConformsToProfile, {profile(ipInterface), "CIM_IPProtocolEndpoint"}},
     {&elementConformsToProfile, {profile(bootControl), "CIM_BootService"}},
+    {&elementConformsToProfile, {profile(powerStateManagement), "CIM_PowerManagementService"}},
+    {&elementConformsToProfile, {profile(softwareInventory), "CIM_SoftwareIdentity"}},
     {&referencedProfile, {profileClass, profileClass}, related("InstanceID", "InstanceID", isReferencedBy)},
 };
 
@@ -242,6 +283,10 @@ constexpr const AssociationClass* classes[] = {&systemComponent,
                                                &deviceSapImplementation,
                                                &bindsTo,
                                                &controlledBy,
+                                               &installedOs,
+                                               &runningOs,
+                                               &elementSoftwareIdentity,
+                                               &installedSoftwareIdentity,
                                                &elementConformsToProfile,
                                                &referencedProfile};
 

@@ -55,3 +55,13 @@ int PH_SetPowerState(CMPIString** /*keyValues*/, uint16_t powerState) {
     const ph::PowerHook hook = hookFor(powerState);
     return hook != nullptr ? ph::switchPower(hook) : -1;
 }
+
+int PH_GetHostPowerState(uint16_t* powerState) {
+    ph::IpmiSession session;
+    CIM_ChassisStatus chassis{};
+    if (powerState == nullptr || !session.open() ||
+        CIM_GetChassisStatus(session.get(), &chassis, ph::hookTimeout) != 0)
+        return -1;
+    *powerState = ph::isPowerOn(chassis) ? ph::PowerState::On : ph::PowerState::OffSoft;
+    return 0;
+}

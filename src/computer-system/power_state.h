@@ -13,4 +13,8 @@ inline int switchPower(PowerHook hook) {
     return session.open() && hook(session.get(), hookTimeout) == 0 ? 0 : -1;
 }
 
+inline bool isPowerOn(const CIM_ChassisStatus& chassis) {
+    return (chassis.power & 1) != 0;
+}
+
 } // namespace ph

@@ -65,6 +65,18 @@ TEST_F(Cost, isOnePassOverEachClassThatIsLeft) {
               0U);
 }
 
+// Whether the host is on is asked once, and only for those who want to know.
+TEST_F(Cost, ofTheHostsPowerIsOneMessage) {
+    const ObjectPath powered = path("CIM_AssociatedPowerManagementService");
+    const auto list = [&](const broker::PropertyList& properties) {
+        return messages([&] { return broker.enumerateInstances(powered, properties); });
+    };
+    const unsigned without = list({{"RequestedPowerState"}});
+    EXPECT_EQ(messages([&] { return broker.enumerateInstanceNames(powered); }), without);
+    EXPECT_EQ(list({{"PowerState"}}), without + 1);
+    EXPECT_EQ(list({}), without + 1);
+}
+
 TEST_F(Cost, ofAnEnumerationIsOnePassOverEachEnd) {
     EXPECT_THAT(asked([&] { return broker.enumerateInstanceNames(path("CIM_HostedAccessPoint")); }),
                 ElementsAre("CIM_SPComputerSystem(Name)", "CIM_LANEndpoint(SystemName)",

@@ -176,6 +176,22 @@ TEST_F(AssociationInstances, keysComeWithoutANamespaceToo) {
                 testing::StartsWith("root/cimv2:CIM_SystemDevice.GroupComponent=\"root/cimv2:CIM_Host"));
 }
 
+// In the interop namespace the service has elements of its own and those of the other namespace around it.
+TEST_F(AssociationInstances, leadFromOneNamespaceToTheOther) {
+    ObjectPath service = element("CIM_IndicationService");
+    service.nameSpace = "root/interop";
+    const auto around = texts(broker.associatorNames(service).paths);
+    EXPECT_THAT(around, Contains(testing::StartsWith("root/cimv2:CIM_SPComputerSystem.")));
+    EXPECT_THAT(around, Contains(testing::StartsWith("root/interop:CIM_IndicationServiceSettingData.")));
+    for (const auto& hosted : broker.references(service, {.resultClass = "CIM_HostedService"}).instances) {
+        EXPECT_EQ(hosted.path.nameSpace, "root/interop");
+        EXPECT_THAT(broker.getInstance(hosted.path).instances, ElementsAre(hosted));
+    }
+    ObjectPath host = element("CIM_HostComputerSystem");
+    host.nameSpace = "root/interop";
+    EXPECT_THAT(broker.associatorNames(host).paths, IsEmpty()) << "it is not there";
+}
+
 TEST_F(AssociationInstances, ownPropertiesSayWhatIsSo) {
     const auto values = [&](const char* className, const ObjectPath& source, const char* property) {
         return textsOf(broker.references(source, {.resultClass = className}, {{property}}).instances,
@@ -186,10 +202,18 @@ TEST_F(AssociationInstances, ownPropertiesSayWhatIsSo) {
     for (const char* use : {"IsCurrent", "IsNext"})
         EXPECT_THAT(values("CIM_ElementSettingData", endpoint, use), ElementsAre("1", "2"));
     EXPECT_THAT(values("CIM_ElementSettingData", endpoint, "IsDefault"), ElementsAre("0", "0"));
-    // Nothing reads the host's power.
     constexpr const char* powered = "CIM_AssociatedPowerManagementService";
     EXPECT_THAT(values(powered, element("CIM_SPComputerSystem"), "PowerState"), ElementsAre("2"));
-    EXPECT_THAT(values(powered, element("CIM_HostComputerSystem"), "PowerState"), ElementsAre("<none>"));
+    const ObjectPath host = element("CIM_HostComputerSystem");
+    const auto bmc = ipmi::openTransport(virtualBmc(stateFile()));
+    for (const auto& [control, state] : {std::pair<std::uint8_t, const char*>{0, "8"}, {1, "2"}}) {
+        std::uint8_t answer[16];
+        bmc->exchange(0x00, 0x02, {&control, 1}, answer); // Chassis Control
+        EXPECT_THAT(values(powered, host, "PowerState"), ElementsAre(state));
+    }
+    vbmc::VirtualBmc(stateFile()).addFault({.netFn = 0x00, .command = 0x01, .value = 0xC1, .calls = 1});
+    EXPECT_THAT(values(powered, host, "PowerState"), ElementsAre("<none>")) << "the BMC does not tell";
+    EXPECT_THAT(values("CIM_InstalledOS", host, "PrimaryOS"), ElementsAre("TRUE"));
     EXPECT_THAT(values("CIM_ServiceAffectsElement", element("CIM_Account"), "ElementEffects"),
                 ElementsAre("{5}"));
 }

@@ -46,15 +46,18 @@ broker::Request Conformance::modification(const broker::Instance& instance) cons
 // What a client may send: numbers that stand for states, texts, instances of the classes that there are.
 std::vector<broker::NamedValues> Conformance::argumentsOf(const schema::Method& method) {
     std::vector<broker::NamedValues> candidates;
-    for (const std::uint64_t number : {2U, 3U, 5U, 8U, 11U}) {
+    const ServedClass host(broker, *schema::find("CIM_HostComputerSystem"));
+    const ServedClass processor(broker, *schema::find("CIM_SPComputerSystem"));
+    for (const auto& [number, system] :
+         {std::pair{2U, &host}, {3U, &host}, {5U, &host}, {8U, &host}, {11U, &host}, {2U, &processor}}) {
         broker::NamedValues arguments;
         for (const schema::Parameter& parameter : method.parameters) {
-            if (parameter.isOut)
+            if (!parameter.isIn)
                 continue;
             const auto* const referred = phctl::servedClass(parameter.className);
-            const ServedClass host(broker, *schema::find("CIM_HostComputerSystem"));
             if (parameter.type == CMPI_ref) {
-                const auto all = (referred != nullptr ? ServedClass(broker, *referred) : host).instances();
+                const ServedClass& any = parameter.className == "CIM_ManagedElement" ? *system : host;
+                const auto all = (referred != nullptr ? ServedClass(broker, *referred) : any).instances();
                 arguments.push_back({std::string(parameter.name), reference(all.at(0).path)});
             } else if (parameter.type == CMPI_refA && referred != nullptr) {
                 const auto all = ServedClass(broker, *referred).instances();
@@ -67,8 +70,10 @@ std::vector<broker::NamedValues> Conformance::argumentsOf(const schema::Method& 
                                          Machine::newInstance(std::string(parameter.className)))}});
             } else if (parameter.type == CMPI_string) {
                 arguments.push_back({std::string(parameter.name), {CMPI_string, std::to_string(number)}});
+            } else if (parameter.type == CMPI_boolean) {
+                arguments.push_back({std::string(parameter.name), {CMPI_boolean, true}});
             } else if (parameter.type != CMPI_dateTime) {
-                arguments.push_back({std::string(parameter.name), {parameter.type, number}});
+                arguments.push_back({std::string(parameter.name), {parameter.type, std::uint64_t{number}}});
             }
         }
         candidates.push_back(std::move(arguments));

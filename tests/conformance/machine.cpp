@@ -18,6 +18,7 @@ constexpr char model[] = R"({
                         "serialNumber": "SN42"}},
              {"id": 1, "name": "Supply", "entity": 10, "product": {"partNumber": "P-1"}, "powerSupply": {"hotSwap": true}}],
     "sdrRepository": {"genericDevices": [{"name": "CPU1", "entity": 3}]},
+    "systemInfo": {"firmwareVersion": "1.02", "osName": "Linux"},
     "users": [{"id": 2, "name": "root"}, {"id": 3, "name": "operator", "privilege": "operator"}],
     "services": [{"name": "web"}, {"name": "ssh"}],
     "chassis": {"softOffDelay": 0, "cycleInterval": 0},

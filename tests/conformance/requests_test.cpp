@@ -265,6 +265,8 @@ TEST_P(Conformance, refusesWrongArguments) {
             for (const broker::Value& wrong :
                  {broker::Value{arguments[i].value.type, {}}, broker::Value{CMPI_real64, 2.0},
                   broker::Value{CMPI_boolean, true}}) {
+                if (wrong == arguments[i].value)
+                    continue;
                 change.arguments = arguments;
                 change.arguments[i].value = wrong;
                 expectNotDone();

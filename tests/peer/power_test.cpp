@@ -32,6 +32,14 @@ esac)sh");
         return text;
     }
 
+    // "2" on, "8" off.
+    std::string powerState() {
+        return textOf(broker
+                          .references(only("CIM_HostComputerSystem").path,
+                                      {.resultClass = "CIM_AssociatedPowerManagementService"})
+                          .instances.at(0),
+                      "PowerState");
+    }
     // The method's value and the job's state.
     std::string requestPower(int state) {
         const Reply reply = broker.invokeMethod(
@@ -68,6 +76,8 @@ TEST_F(PeerPower, isSwitchedByThePowerService) {
         EXPECT_EQ(requestPower(state), outcome);
         EXPECT_EQ(told(), words);
         EXPECT_THAT(ipmitool("chassis status"), HasSubstr(power));
+        EXPECT_EQ(powerState(), power == on ? "2" : "8");
+        EXPECT_EQ(textOf(only("CIM_OperatingSystem"), "EnabledState"), power == on ? "2" : "3");
     }
 }
 

@@ -74,4 +74,22 @@ TEST_F(PeerSel, clearLogEmptiesIt) {
     EXPECT_THAT(list(path("CIM_LogEntry")), testing::IsEmpty());
 }
 
+// Its clock has no offset from UTC.
+TEST_F(PeerSel, theTimeServiceSetsTheClockThatIpmitoolReads) {
+    const broker::ObjectPath service = only("CIM_TimeService").path;
+    broker::NamedValues arguments{
+        {"GetRequest", {CMPI_boolean, false}},
+        {"TimeData", {CMPI_dateTime, broker::DateTime::parse("20300102030405.000000+000").value()}},
+        {"ManagedElement", reference(path("CIM_SPComputerSystem", {{"Name", text("sim")}}))}};
+    broker::Reply reply = broker.invokeMethod(service, "ManageTime", arguments);
+    ASSERT_TRUE(reply.ok()) << reply.message;
+    EXPECT_THAT(ipmitool("sel time get"), testing::HasSubstr("01/02/2030 03:04:"));
+    ipmitool("sel time set '05/04/2024 12:30:00'");
+    arguments[0].value = {CMPI_boolean, true};
+    reply = broker.invokeMethod(service, "ManageTime", arguments);
+    ASSERT_TRUE(reply.ok()) << reply.message;
+    EXPECT_THAT(broker::toText(*broker::find(reply.arguments, "TimeData")),
+                testing::StartsWith("202405041230"));
+}
+
 } // namespace

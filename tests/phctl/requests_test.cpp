@@ -33,6 +33,19 @@ TEST_F(Requests, namesAndInstancesAgree) {
     EXPECT_THAT(succeed({"gi", path}).out, AllOf(StartsWith(path + "\n  Name "), HasSubstr(" = {2}\n")));
 }
 
+TEST_F(Requests, showThePowerBesideTheHost) {
+    const auto path = instance("CIM_HostComputerSystem", "Name", "")["path"].get<std::string>();
+    EXPECT_THAT(succeed({"ei", "CIM_HostComputerSystem"}).out, testing::EndsWith("\nPower: On\n"));
+    EXPECT_THAT(succeed({"ei", "CIM_HostComputerSystem", "--properties", "EnabledState"}).out,
+                testing::Not(HasSubstr("Power")));
+    const auto service = instance("CIM_PowerManagementService", "Name", "Host")["path"].get<std::string>();
+    succeed({"cm", service, "RequestPowerStateChange", "PowerState=6", "ManagedElement=" + path});
+    EXPECT_THAT(succeed({"gi", path}).out, testing::EndsWith("\nPower: Off - Soft\n"));
+    succeed({"bmc", "fault", "get-chassis-status", "--code", "0xC1"});
+    EXPECT_THAT(succeed({"gi", path}).out, testing::Not(HasSubstr("Power:")));
+    succeed({"cm", service, "RequestPowerStateChange", "PowerState=2", "ManagedElement=" + path});
+}
+
 TEST_F(Requests, messagesOfProvidersEndInTheLine) {
     const auto accounts = lines(succeed({"ein", "CIM_Account"}).out);
     EXPECT_EQ(fail({"mi", accounts.at(1), "UserID="}, 1),

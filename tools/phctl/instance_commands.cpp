@@ -2,6 +2,7 @@
 #include "arguments.h"
 #include "commands.h"
 #include "errors.h"
+#include "host_power.h"
 #include "instance_output.h"
 #include "reply_output.h"
 #include "requests.h"
@@ -74,9 +75,12 @@ int enumerateInstances(const Options& options) {
     Remarks remarks;
     const auto path = classPath(*options);
     checkProperties(wanted, path.className, remarks);
-    const auto reply = Requester(*options).execute(
+    Requester requester(*options);
+    const auto reply = requester.execute(
         {.operation = Operation::EnumerateInstances, .path = path, .properties = wanted}, remarks);
     printInstances(reply.instances, wanted, options->json);
+    if (!options->json)
+        printHostPower(requester, reply.instances, wanted);
     return done;
 }
 
@@ -92,14 +96,17 @@ int getInstance(const Options& options) {
     Remarks remarks;
     const auto path = instancePath(*options);
     checkProperties(wanted, path.className, remarks);
-    const auto reply = Requester(*options).execute(
-        {.operation = Operation::GetInstance, .path = path, .properties = wanted}, remarks);
+    Requester requester(*options);
+    const auto reply =
+        requester.execute({.operation = Operation::GetInstance, .path = path, .properties = wanted}, remarks);
     if (reply.instances.empty())
         throw Failure("the provider returned no instance");
-    if (options->json)
+    if (options->json) {
         printJson(std::cout, toJson(reply.instances.front()));
-    else
-        printInstance(std::cout, reply.instances.front(), wanted, labelsFor(reply.instances));
+        return done;
+    }
+    printInstance(std::cout, reply.instances.front(), wanted, labelsFor(reply.instances));
+    printHostPower(requester, reply.instances, wanted);
     return done;
 }
 

@@ -3,6 +3,7 @@
 #include "ipmi/command.h"
 #include "smash-db/database.h"
 #include "smash-db/device_tables.h"
+#include "smash-db/indication_tables.h"
 #include "smash-db/inventory_tables.h"
 #include "smash-db/package_tables.h"
 #include "smash-db/power_tables.h"
@@ -87,6 +88,14 @@ void keepRequestedState(const SQLite::Database& database, DeviceRecord& device) 
         device.requestedState = known.records->requestedState;
 }
 
+// Clients change it: a service that is there stays as it is.
+void addIndicationService(SQLite::Database& database) {
+    constexpr std::uint16_t ignore = 4; // SubscriptionRemovalAction
+    constexpr IndicationServiceRow service{"Indication Service", 1, 3, 20, ignore, 0};
+    if (read(select(database, indicationServiceTable), indicationServiceTable).count == 0)
+        replace(database, indicationServiceTable, service);
+}
+
 struct Inventory {
     std::array<DeviceRecord, 2> devices;
     std::vector<FruRecord> frus;
@@ -109,6 +118,7 @@ void store(SQLite::Database& database, Inventory& inventory) {
     replaceAll<EntityAssociationRow>(database, entityAssociationTable, inventory.sensors.associations);
     replaceAll(database, powerServiceTable, powerServices());
     replaceAll(database, powerCapabilitiesTable, powerCapabilities());
+    addIndicationService(database);
     transaction.commit();
 }
 

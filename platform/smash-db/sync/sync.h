@@ -30,7 +30,8 @@ struct SyncReport {
 using SyncProgress = std::function<void(std::string_view phase, std::size_t done, std::size_t total)>;
 
 // Reads the BMC, then replaces the rows of devices, FRUs, packages, sensors and power services in one
-// transaction; the session row stays, and so does each device's requested state. The database is created when it is missing.
+// transaction; the session row stays, and so do each device's requested state and the indication service. The
+// database is created when it is missing.
 // Throws a std::runtime_error (ipmi::TransportError when the BMC stopped answering) and leaves the database
 // as it was.
 SyncReport sync(ipmi::Transport& bmc, const SyncProgress& progress = {});

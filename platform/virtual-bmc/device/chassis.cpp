@@ -87,6 +87,12 @@ std::uint8_t getChassisStatus(State& state, ipmi::Reader, ipmi::Writer& answer) 
     return completion::success;
 }
 
+std::uint8_t getAcpiPowerState(State& state, ipmi::Reader, ipmi::Writer& answer) {
+    constexpr std::uint8_t working = 0x00, softOff = 0x05, deviceOn = 0x00;
+    answer.u8(state.get<Chassis>().isOnNow() ? working : softOff).u8(deviceOn);
+    return completion::success;
+}
+
 std::uint8_t getSystemRestartCause(State& state, ipmi::Reader, ipmi::Writer& answer) {
     constexpr std::uint8_t unknown = 0, chassisControlCommand = 1;
     constexpr std::uint8_t systemInterface = 0x0F; // channel
@@ -99,6 +105,7 @@ std::uint8_t getSystemRestartCause(State& state, ipmi::Reader, ipmi::Writer& ans
 constexpr Command commandTable[] = {
     {ipmi::command::getChassisStatus, 0, getChassisStatus},
     {ipmi::command::chassisControl, 1, chassisControl},
+    {ipmi::command::getAcpiPowerState, 0, getAcpiPowerState},
     {ipmi::command::getSystemRestartCause, 0, getSystemRestartCause},
 };
 
@@ -153,6 +160,10 @@ std::int64_t Chassis::now() {
     return std::chrono::duration_cast<std::chrono::milliseconds>(
                std::chrono::system_clock::now().time_since_epoch())
         .count();
+}
+
+bool Chassis::isOnNow() const {
+    return settled(*this).isOn;
 }
 
 Json Chassis::describe(const State&) const {

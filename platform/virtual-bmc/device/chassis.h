@@ -22,6 +22,7 @@ struct Chassis {
     void fields(Fields& fields);
     Json describe(const State& state) const;
 
+    bool isOnNow() const;
     // Takes what has happened by now into `isOn`.
     void settle(std::int64_t now);
 

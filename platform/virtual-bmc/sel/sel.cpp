@@ -205,9 +205,32 @@ std::uint8_t setSelTime(State& state, ipmi::Reader request, ipmi::Writer&) {
     return ipmi::completion::success;
 }
 
+std::uint8_t getSelTimeUtcOffset(State& state, ipmi::Reader, ipmi::Writer& answer) {
+    answer.u16(static_cast<std::uint16_t>(state.get<Sel>().utcOffset));
+    return ipmi::completion::success;
+}
+
+std::uint8_t setSelTimeUtcOffset(State& state, ipmi::Reader request, ipmi::Writer&) {
+    const auto offset = static_cast<std::int16_t>(request.u16());
+    if (offset != Sel::noUtcOffset && (offset < -Sel::mostUtcOffset || offset > Sel::mostUtcOffset))
+        return ipmi::completion::parameterOutOfRange;
+    state.edit<Sel>().utcOffset = offset;
+    return ipmi::completion::success;
+}
+
 std::uint8_t getSelPolicy(State& state, ipmi::Reader, ipmi::Writer& answer) {
     answer.u8(state.get<Sel>().wraps ? 1 : 0);
     return ipmi::completion::success;
+}
+
+// By the log's own clock.
+std::string timeText(std::uint32_t seconds) {
+    const std::time_t time = seconds;
+    std::tm parts{};
+    char text[32] = "";
+    if (gmtime_r(&time, &parts) != nullptr)
+        std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &parts);
+    return text;
 }
 
 constexpr Command commandTable[] = {
@@ -220,6 +243,8 @@ constexpr Command commandTable[] = {
     {ipmi::command::clearSel, 6, clearSel},
     {ipmi::command::getSelTime, 0, getSelTime},
     {ipmi::command::setSelTime, 4, setSelTime},
+    {ipmi::command::getSelTimeUtcOffset, 0, getSelTimeUtcOffset},
+    {ipmi::command::setSelTimeUtcOffset, 2, setSelTimeUtcOffset},
     {ipmi::oem::getSelPolicy, 0, getSelPolicy},
 };
 
@@ -243,11 +268,14 @@ void Sel::fields(Fields& fields) {
     fields("reservation", reservation);
     fields("erasureStepsLeft", erasureStepsLeft);
     fields("clockOffset", clockOffset);
+    fields("utcOffset", utcOffset);
 }
 
 void Sel::check(const Place& place) const {
     if (count > capacity || head > capacity)
         vbmc::fail(place, "there are more records than room");
+    if (utcOffset != noUtcOffset && (utcOffset < -mostUtcOffset || utcOffset > mostUtcOffset))
+        vbmc::fail(Place{&place, "utcOffset"}, "-1440 to 1440 minutes are allowed");
 }
 
 Json Sel::describe(const State&) const {
@@ -256,6 +284,9 @@ Json Sel::describe(const State&) const {
     json["capacity"] = capacity;
     json["whenFull"] = nameOf(policies, wraps);
     json["hasDropped"] = hasDropped;
+    json["timeText"] = timeText(now());
+    if (utcOffset != noUtcOffset)
+        json["utcOffset"] = utcOffset;
     return json;
 }
 

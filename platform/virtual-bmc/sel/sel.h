@@ -34,8 +34,11 @@ struct Sel {
     bool hasDropped = false; // events, for lack of space
     std::uint16_t reservation = notReserved;
     std::uint8_t erasureStepsLeft = 0;
-    std::int32_t clockOffset = 0; // seconds that the log's clock is ahead of the machine's
+    std::int32_t clockOffset = 0;         // seconds that the log's clock is ahead of the machine's
+    std::int16_t utcOffset = noUtcOffset; // minutes that the log's clock is ahead of UTC
     static constexpr std::uint32_t unspecifiedTime = 0xFFFFFFFF;
+    static constexpr std::int16_t noUtcOffset = 0x07FF;
+    static constexpr std::int16_t mostUtcOffset = 24 * 60;
 
     static constexpr const char* name = "sel";
     static std::span<const Command> commands();

@@ -17,6 +17,7 @@
 #include "virtual-bmc/device/chassis.h"
 #include "virtual-bmc/device/device.h"
 #include "virtual-bmc/device/services.h"
+#include "virtual-bmc/device/system_info.h"
 #include "virtual-bmc/device/watchdog.h"
 #include "virtual-bmc/faults.h"
 #include "virtual-bmc/fru/frus.h"
@@ -35,8 +36,9 @@
 
 namespace vbmc {
 
-using Parts = std::tuple<Device, Users, Sensors, Frus, SdrRepository, Chassis, Watchdog, BootOptions, Sel,
-                         Services, Lans, Interfaces, AlertDestinations, Mail, Pef, Faults, MessageLog>;
+using Parts =
+    std::tuple<Device, Users, Sensors, Frus, SdrRepository, Chassis, Watchdog, BootOptions, Sel, Services,
+               Lans, Interfaces, AlertDestinations, Mail, Pef, SystemInfo, Faults, MessageLog>;
 
 // Files beside the state file that hold the bulk of a part, by what follows its name; a new machine begins
 // without them. They are read and written within transactions.

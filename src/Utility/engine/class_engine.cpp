@@ -330,6 +330,16 @@ void clean(const ClassFamily& family, void** records, int count) {
     *records = nullptr;
 }
 
+bool hasInstance(const ClassFamily& family, CMPIString** keyValues) {
+    RequestRecords records(family);
+    if (!records.enumerate(Detail::Names))
+        return false;
+    for (int i = 0; i < records.count(); ++i)
+        if (keysMatch(family, records.at(i), keyValues))
+            return true;
+    return false;
+}
+
 CMPIObjectPath* makePath(const ClassFamily& family, const CMPIBroker* broker, const CMPIObjectPath* ref,
                          const void* record, CMPIStatus* status) {
     CMPIObjectPath* path = buildPath(family, Maker(family, broker, ref), record).release();

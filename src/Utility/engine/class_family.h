@@ -38,6 +38,7 @@ struct Invocation {
     // Whether the object that the keys name is there, asked when keys and name were checked; nullptr leaves
     // that to the method.
     bool (*exists)(CMPIString* const* keys) = nullptr;
+    bool isLookedUp = false; // in its place: the frame asks the class for the names of its instances
     Refusal missing{};
     // A request is taken up before it is checked: the job's path is made first, and a refusal has a value.
     bool isTakenUpFirst = false;
@@ -71,6 +72,7 @@ struct ClassDefinition {
     RequestHandler remove = nullptr;
     std::span<const Method> methods = {};
     Invocation invocation = {}; // of the methods
+    bool isInInterop = false;   // clients find it in the interop namespace, too
 };
 
 struct ClassFamily {
@@ -89,6 +91,7 @@ struct ClassFamily {
     RequestHandler remove;
     std::span<const Method> methods;
     Invocation invocation;
+    bool isInInterop;
 };
 
 namespace detail {
@@ -136,7 +139,8 @@ constexpr ClassFamily eraseTypes() {
                        definition.create,
                        definition.remove,
                        definition.methods,
-                       definition.invocation};
+                       definition.invocation,
+                       definition.isInInterop};
     if constexpr (definition.enumerate != nullptr)
         family.enumerate = [](RecordStore& store, Detail detail) {
             RecordArray<Record> records(store);
@@ -174,6 +178,8 @@ namespace engine {
 int enumerateAll(const ClassFamily& family, void** records, int* count, int namesOnly);
 int get(const ClassFamily& family, void** record, CMPIString** keyValues);
 void clean(const ClassFamily& family, void** records, int count);
+// Whether the class has the instance that these keys name, out of its names alone.
+bool hasInstance(const ClassFamily& family, CMPIString** keyValues);
 CMPIObjectPath* makePath(const ClassFamily& family, const CMPIBroker* broker, const CMPIObjectPath* ref,
                          const void* record, CMPIStatus* status);
 CMPIInstance* makeInstance(const ClassFamily& family, const CMPIBroker* broker, const CMPIObjectPath* ref,

@@ -14,7 +14,7 @@
 
 namespace ph {
 
-enum class Direction : std::uint8_t { In, Out };
+enum class Direction : std::uint8_t { In, Out, InOut };
 
 //     {"RequestedState", CMPI_uint16}, {"Job", CMPI_ref, ph::Direction::Out, "CIM_ConcreteJob"}
 struct Parameter {

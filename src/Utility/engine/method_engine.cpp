@@ -41,7 +41,9 @@ bool readKeys(const ClassFamily& family, MethodCall& call) {
 
 bool isThere(const ClassFamily& family, MethodCall& call) {
     const Invocation& rules = family.invocation;
-    if (rules.exists == nullptr || rules.exists(call.keys))
+    const bool isThere = rules.isLookedUp ? hasInstance(family, call.keys)
+                                          : rules.exists == nullptr || rules.exists(call.keys);
+    if (isThere)
         return true;
     call.refuse(rules.missing);
     return false;

@@ -6,16 +6,33 @@
 namespace ph {
 
 namespace EnabledState { // CIM_EnabledLogicalElement
-enum : std::uint16_t { Unknown = 0, Enabled = 2, Disabled = 3, NotApplicable = 5, EnabledButOffline = 6 };
+enum : std::uint16_t {
+    Unknown = 0,
+    Enabled = 2,
+    Disabled = 3,
+    ShuttingDown = 4,
+    NotApplicable = 5,
+    EnabledButOffline = 6,
+    Quiesce = 9
+};
 }
 namespace RequestedState { // CIM_EnabledLogicalElement
-enum : std::uint16_t { Enabled = 2, Disabled = 3, Reset = 11, NotApplicable = 12 };
+enum : std::uint16_t { Unknown = 0, Enabled = 2, Disabled = 3, ShutDown = 4, Reset = 11, NotApplicable = 12 };
 }
 namespace HealthState { // CIM_ManagedSystemElement
-enum : std::uint16_t { Unknown = 0, OK = 5 };
+enum : std::uint16_t { Unknown = 0, OK = 5, Degraded = 10, MajorFailure = 20, CriticalFailure = 25 };
 }
 namespace OperationalStatus { // CIM_ManagedSystemElement
-enum : std::uint16_t { Unknown = 0, OK = 2, Error = 6, Stopped = 10, InService = 11, Completed = 17 };
+enum : std::uint16_t {
+    Unknown = 0,
+    OK = 2,
+    Error = 6,
+    Stopping = 9,
+    Stopped = 10,
+    InService = 11,
+    NoContact = 12,
+    Completed = 17
+};
 }
 namespace Availability { // CIM_LogicalDevice
 enum : std::uint16_t { Unknown = 2, Running = 3, Degraded = 10, NotInstalled = 11 };
@@ -133,6 +150,13 @@ enum : std::uint16_t { Other = 1 };
 }
 namespace ChassisPackageType { // CIM_Chassis
 enum : std::uint16_t { Unknown = 0, Other = 1, BladeEnclosure = 28 };
+}
+
+namespace OSType { // CIM_OperatingSystem
+enum : std::uint16_t { Unknown = 0, Other = 1, Linux = 36 };
+}
+namespace Classifications { // CIM_SoftwareIdentity
+enum : std::uint16_t { Firmware = 10, Bios = 11 };
 }
 
 namespace PasswordEncryption { // CIM_Account, CIM_AccountManagementCapabilities

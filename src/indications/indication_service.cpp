@@ -1,0 +1,78 @@
+// CIM_IndicationService: delivers the alerts.
+#include "indications/delivery_settings.h"
+#include "provider_helper/indications.h"
+#include "Utility/values/dmtf_values.h"
+
+constexpr const char* const g_IndicationServiceKeyList[4] = {"SystemCreationClassName", "CreationClassName",
+                                                             "SystemName", "Name"};
+
+namespace {
+
+using namespace ph::indications;
+using Record = IndicationServiceRecord;
+
+constexpr const char* className = "CIM_IndicationService";
+
+constexpr ph::Property properties[] = {
+    PH_KEY(Record, SystemCreationClassName),
+    PH_KEY(Record, CreationClassName),
+    PH_KEY(Record, SystemName),
+    PH_KEY(Record, Name),
+    PH_PROPERTY(Record, ElementName),
+    PH_PROPERTY(Record, FilterCreationEnabled),
+    PH_PROPERTY(Record, DeliveryRetryAttempts),
+    PH_PROPERTY(Record, DeliveryRetryInterval),
+    PH_PROPERTY(Record, SubscriptionRemovalAction),
+    PH_PROPERTY(Record, SubscriptionRemovalTimeInterval),
+    PH_PROPERTY(Record, EnabledState),
+    PH_PROPERTY(Record, RequestedState),
+    PH_PROPERTY(Record, HealthState),
+    PH_PROPERTY(Record, OperationalStatus),
+    PH_PROPERTY(Record, Started),
+};
+
+int enumerate(ph::RecordArray<Record>& services, ph::Detail detail) {
+    char systemName[256] = "";
+    if (PH_GetSPSystemName(systemName) != 0)
+        return -1;
+    return forEachService([&](const IndicationServiceRow& row) {
+        Record* service = append(services, className, systemName, row.name);
+        if (service == nullptr)
+            return -1;
+        return detail == ph::Detail::Names ? 0 : PH_Fill_IndicationService(&row, service);
+    });
+}
+
+CMPIStatus modify(const ph::Request& request) {
+    ph::KeyValues keys;
+    const auto service =
+        readKeys(request, g_IndicationServiceKeyList, keys) ? find(PH_Get_IndicationService, keys) : nullptr;
+    if (service == nullptr)
+        return ph::fail(request.broker, CMPI_RC_ERR_NOT_FOUND, serviceUnknown);
+    const CMPIInstance* current = PH_MakeInst_IndicationService(request.broker, request.context, request.ref,
+                                                                nullptr, service.get(), 0, 2, nullptr);
+    return modifyDelivery(request, current, service->Name);
+}
+
+constexpr ph::ClassDefinition<Record> definition{.name = className,
+                                                 .superclass = "CIM_Service",
+                                                 .keys = g_IndicationServiceKeyList,
+                                                 .properties = properties,
+                                                 .enumerate = enumerate,
+                                                 .modify = modify,
+                                                 .isInInterop = true};
+
+} // namespace
+
+PH_EXPORT_CLASS_FAMILY(IndicationService, Record, definition)
+
+int PH_Fill_IndicationService(const IndicationServiceRow* row, IndicationServiceRecord* record) {
+    fillDelivery(*record, *row);
+    ph::copyText(record->ElementName, row->name);
+    record->EnabledState = ph::EnabledState::Enabled;
+    record->RequestedState = ph::RequestedState::NotApplicable;
+    record->HealthState = ph::HealthState::OK;
+    ph::setList(record->OperationalStatus, {ph::OperationalStatus::OK});
+    record->Started = true;
+    return 0;
+}

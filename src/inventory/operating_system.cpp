@@ -1,0 +1,149 @@
+// CIM_OperatingSystem: what the BMC knows of the host's operating system.
+#include "computer-system/computer_system.h"
+#include "computer-system/power_state.h"
+#include "inventory/os_sensors.h"
+#include "provider_helper/software.h"
+#include "Utility/values/record_fields.h"
+
+#include <strings.h>
+
+constexpr const char* const g_OperatingSystemKeyList[4] = {"CSCreationClassName", "CSName",
+                                                           "CreationClassName", "Name"};
+
+namespace {
+
+using Record = OperatingSystemRecord;
+
+constexpr const char* className = "CIM_OperatingSystem";
+constexpr const char* systemName = "Operating System";
+
+bool hasVersion(const Record& record) {
+    return record.Version[0] != '\0';
+}
+bool isOfOtherType(const Record& record) {
+    return record.OSType == ph::OSType::Other;
+}
+
+constexpr ph::Property properties[] = {
+    PH_KEY(Record, CSCreationClassName),
+    PH_KEY(Record, CSName),
+    PH_KEY(Record, CreationClassName),
+    PH_KEY(Record, Name),
+    PH_PROPERTY(Record, ElementName),
+    PH_PROPERTY_IF(Record, Version, hasVersion),
+    PH_PROPERTY(Record, OSType),
+    PH_PROPERTY_IF(Record, OtherTypeDescription, isOfOtherType),
+    PH_PROPERTY(Record, EnabledState),
+    PH_PROPERTY(Record, RequestedState),
+    PH_PROPERTY(Record, AvailableRequestedStates),
+    PH_PROPERTY(Record, OperationalStatus),
+    PH_PROPERTY(Record, HealthState),
+};
+
+int enumerate(ph::RecordArray<Record>& systems, ph::Detail detail) {
+    char hostName[256] = "";
+    Record* system = systems.append();
+    if (system == nullptr || PH_GetHostSystemName(hostName) != 0)
+        return -1;
+    ph::copyText(system->CSCreationClassName, ph::hostClass);
+    ph::copyText(system->CSName, hostName);
+    ph::copyText(system->CreationClassName, className);
+    ph::copyText(system->Name, systemName);
+    return detail == ph::Detail::Names ? 0 : PH_Fill_OperatingSystem(system);
+}
+
+bool shutDown(CMPIString** /*keyValues*/, std::uint16_t state) {
+    using namespace ph::RequestedState;
+    return (state == Disabled || state == ShutDown) && ph::switchPower(CIM_SoftOff) == 0;
+}
+
+ph::MethodAnswer changeState(ph::MethodCall& call) {
+    return ph::computer::changeState(call, {"OperatingSystem_RequestStateChange", shutDown, nullptr});
+}
+
+constexpr ph::Method methods[] = {ph::computer::stateChangeMethod(changeState)};
+
+constexpr ph::ClassDefinition<Record> definition{
+    .name = className,
+    .superclass = "CIM_EnabledLogicalElement",
+    .keys = g_OperatingSystemKeyList,
+    .properties = properties,
+    .enumerate = enumerate,
+    .methods = methods,
+    .invocation = {.isLookedUp = true, .missing = {CMPI_RC_ERR_NOT_FOUND, "Given instance does not exist"}}};
+
+// ---- Filling
+
+// Empty where the BMC does not tell.
+struct InfoText {
+    InfoText(ph::IpmiSession& session, std::uint8_t parameter) {
+        if (CIM_GetSystemInfo(session.get(), parameter, text, ph::hookTimeout) != 0)
+            text[0] = '\0';
+    }
+    bool isEmpty() const { return text[0] == '\0'; }
+
+    char text[CIM_SYSTEM_INFO_SIZE] = "";
+};
+
+void fillNames(ph::IpmiSession& session, Record& record) {
+    const InfoText running(session, CIM_SYSTEM_OS_NAME);
+    const InfoText version(session, CIM_SYSTEM_OS_VERSION);
+    ph::copyText(record.ElementName, systemName);
+    ph::copyText(record.Version, version.text);
+    if (!running.isEmpty())
+        ph::copyText(record.ElementName, running.text);
+    const InfoText primary(session, CIM_SYSTEM_PRIMARY_OS_NAME);
+    if (running.isEmpty() && !primary.isEmpty())
+        ph::copyText(record.ElementName, primary.text);
+    if (running.isEmpty() && primary.isEmpty())
+        return;
+    const bool isLinux = strcasestr(record.ElementName, "Linux") != nullptr;
+    record.OSType = isLinux ? ph::OSType::Linux : ph::OSType::Other;
+    ph::copyText(record.OtherTypeDescription, record.ElementName);
+}
+
+// ACPI states of the system as IPMI numbers them.
+bool isAsleep(std::uint8_t acpiState) {
+    constexpr std::uint8_t s1 = 1, s3 = 3, sleeping = 8, g1 = 9;
+    return (acpiState >= s1 && acpiState <= s3) || acpiState == sleeping || acpiState == g1;
+}
+constexpr std::uint8_t hibernated = 4; // S4
+
+void fillState(bool isOn, std::uint8_t acpiState, const ph::OsCondition& condition, Record& record) {
+    namespace Available = ph::RequestedState;
+    if (!isOn) {
+        record.EnabledState =
+            acpiState == hibernated ? ph::EnabledState::EnabledButOffline : ph::EnabledState::Disabled;
+        record.HealthState = ph::HealthState::OK;
+        ph::setList(record.OperationalStatus, {ph::OperationalStatus::Stopped});
+        return;
+    }
+    record.EnabledState = condition.isShuttingDown ? ph::EnabledState::ShuttingDown
+                          : isAsleep(acpiState)    ? ph::EnabledState::Quiesce
+                                                   : ph::EnabledState::Enabled;
+    record.HealthState = condition.healthState;
+    ph::setList(record.OperationalStatus, {condition.operationalStatus});
+    ph::setSlots(record.AvailableRequestedStates, {Available::Disabled, Available::ShutDown});
+}
+
+} // namespace
+
+PH_EXPORT_CLASS_FAMILY(OperatingSystem, Record, definition)
+
+int PH_Fill_OperatingSystem(OperatingSystemRecord* record) {
+    ph::IpmiSession session;
+    ph::OsCondition condition;
+    if (!session.open() || !condition.read(session))
+        return -1;
+    fillNames(session, *record);
+    ph::setSlots(record->AvailableRequestedStates, {});
+    ph::setList(record->OperationalStatus, {ph::OperationalStatus::Unknown});
+    std::uint8_t acpiState = CIM_ACPI_UNKNOWN, deviceState = CIM_ACPI_UNKNOWN;
+    if (CIM_GetACPIPowerState(session.get(), &acpiState, &deviceState, ph::hookTimeout) != 0 ||
+        acpiState == CIM_ACPI_UNKNOWN)
+        acpiState = condition.acpiState;
+    CIM_ChassisStatus chassis{};
+    if (CIM_GetChassisStatus(session.get(), &chassis, ph::hookTimeout) == 0)
+        fillState(ph::isPowerOn(chassis), acpiState, condition, *record);
+    return 0;
+}

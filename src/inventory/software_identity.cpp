@@ -1,0 +1,119 @@
+// CIM_SoftwareIdentity: the firmware of the BMC and of the host.
+#include "inventory/version_text.h"
+#include "provider_helper/software.h"
+#include "Utility/back-ends/back_ends.h"
+#include "Utility/engine/class_family.h"
+#include "Utility/values/dmtf_values.h"
+#include "Utility/values/record_fields.h"
+
+#include <cstdio>
+
+constexpr const char* const g_SoftwareIdentityKeyList[1] = {"InstanceID"};
+
+namespace {
+
+using Record = SoftwareIdentityRecord;
+
+template <std::uint32_t bit>
+bool knows(const Record& record) {
+    return (record.known & bit) != 0;
+}
+
+constexpr ph::Property properties[] = {
+    PH_KEY(Record, InstanceID),
+    PH_PROPERTY(Record, ElementName),
+    PH_PROPERTY_IF(Record, MajorVersion, knows<PH_VERSION_KNOWN>),
+    PH_PROPERTY_IF(Record, MinorVersion, knows<PH_VERSION_KNOWN>),
+    PH_PROPERTY_IF(Record, RevisionNumber, knows<PH_REVISION_KNOWN>),
+    PH_PROPERTY_IF(Record, BuildNumber, knows<PH_BUILD_KNOWN>),
+    PH_PROPERTY_IF(Record, LargeBuildNumber, knows<PH_LARGE_BUILD_KNOWN>),
+    PH_PROPERTY_IF(Record, IsLargeBuildNumber, knows<PH_LARGE_BUILD_KNOWN>),
+    PH_PROPERTY(Record, VersionString),
+    PH_PROPERTY(Record, Classifications),
+    PH_PROPERTY(Record, IsEntity),
+};
+
+Record* append(ph::RecordArray<Record>& identities, const char* name) {
+    Record* identity = identities.append();
+    if (identity == nullptr)
+        return nullptr;
+    std::snprintf(identity->InstanceID, sizeof(identity->InstanceID), "IPMI:%s", name);
+    ph::copyText(identity->ElementName, name);
+    identity->IsEntity = true;
+    return identity;
+}
+
+// The host's first: a BMC that falls silent at it does not tell its own either, and is not taken for one that
+// has none of the host.
+int enumerate(ph::RecordArray<Record>& identities, ph::Detail /*detail*/) {
+    ph::IpmiSession session;
+    char version[CIM_SYSTEM_INFO_SIZE] = "";
+    CIM_DeviceID device{};
+    if (!session.open())
+        return -1;
+    if (CIM_GetSystemInfo(session.get(), CIM_SYSTEM_FIRMWARE_VERSION, version, ph::hookTimeout) != 0)
+        version[0] = '\0';
+    if (CIM_GetDeviceID(session.get(), &device, ph::hookTimeout) != 0)
+        return -1;
+    Record* firmware = append(identities, "BMC Firmware");
+    if (firmware == nullptr || PH_Fill_BMCFirmware(&device, firmware) != 0)
+        return -1;
+    if (version[0] == '\0')
+        return 0;
+    firmware = append(identities, "System Firmware");
+    return firmware != nullptr ? PH_Fill_SystemFirmware(version, firmware) : -1;
+}
+
+constexpr ph::ClassDefinition<Record> definition{.name = "CIM_SoftwareIdentity",
+                                                 .superclass = "CIM_LogicalElement",
+                                                 .keys = g_SoftwareIdentityKeyList,
+                                                 .properties = properties,
+                                                 .enumerate = enumerate};
+
+constexpr unsigned fromBcd(std::uint8_t byte) {
+    return (byte >> 4) * 10U + (byte & 0x0F);
+}
+
+} // namespace
+
+PH_EXPORT_CLASS_FAMILY(SoftwareIdentity, Record, definition)
+
+int PH_Fill_BMCFirmware(const CIM_DeviceID* device, SoftwareIdentityRecord* record) {
+    record->known = PH_VERSION_KNOWN;
+    record->MajorVersion = device->firmwareMajor;
+    record->MinorVersion = static_cast<std::uint16_t>(fromBcd(device->firmwareMinor));
+    char build[10] = "";
+    if (device->hasAuxiliary != 0) {
+        record->known |= PH_LARGE_BUILD_KNOWN;
+        record->IsLargeBuildNumber = true;
+        std::uint32_t number = 0;
+        for (const std::uint8_t byte : device->auxiliary)
+            number = number << 8 | byte;
+        record->LargeBuildNumber = number;
+        std::snprintf(build, sizeof(build), ".%08x", number);
+    }
+    std::snprintf(record->VersionString, sizeof(record->VersionString), "%u.%02u%s", device->firmwareMajor,
+                  record->MinorVersion, build);
+    ph::setList(record->Classifications, {ph::Classifications::Firmware});
+    return 0;
+}
+
+int PH_Fill_SystemFirmware(const char* version, SoftwareIdentityRecord* record) {
+    ph::copyText(record->VersionString, version);
+    ph::setList(record->Classifications, {ph::Classifications::Bios});
+    const ph::Version read = ph::readVersion(version);
+    if (!read.numbers.empty()) {
+        record->known |= PH_VERSION_KNOWN;
+        record->MajorVersion = read.numbers[0];
+        record->MinorVersion = read.numbers[1];
+    }
+    if (read.numbers.size() > 2) {
+        record->known |= PH_REVISION_KNOWN;
+        record->RevisionNumber = read.numbers[2];
+    }
+    if (read.build) {
+        record->known |= PH_BUILD_KNOWN;
+        record->BuildNumber = *read.build;
+    }
+    return 0;
+}

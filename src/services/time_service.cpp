@@ -1,0 +1,172 @@
+// CIM_TimeService: the clock of the BMC's event log.
+#include "provider_helper/services.h"
+#include "RecordLogProfile/log_time.h"
+#include "services/clock_time.h"
+#include "Utility/back-ends/back_ends.h"
+#include "Utility/engine/class_family.h"
+#include "Utility/engine/hosted_element.h"
+#include "Utility/requests/request_status.h"
+#include "Utility/requests/request_texts.h"
+#include "Utility/values/cmpi_ptr.h"
+#include "Utility/values/dmtf_values.h"
+#include "Utility/values/record_fields.h"
+
+#include <cstring>
+
+constexpr const char* const g_TimeServiceKeyList[4] = {"SystemCreationClassName", "CreationClassName",
+                                                       "SystemName", "Name"};
+
+namespace {
+
+using Record = TimeServiceRecord;
+
+constexpr const char* className = "CIM_TimeService";
+constexpr const char* serviceName = "Time Service";
+
+constexpr ph::Property properties[] = {
+    PH_KEY(Record, SystemCreationClassName),
+    PH_KEY(Record, CreationClassName),
+    PH_KEY(Record, SystemName),
+    PH_KEY(Record, Name),
+    PH_PROPERTY(Record, ElementName),
+    PH_PROPERTY(Record, EnabledState),
+    PH_PROPERTY(Record, RequestedState),
+    PH_PROPERTY(Record, HealthState),
+    PH_PROPERTY(Record, OperationalStatus),
+    PH_PROPERTY(Record, Started),
+};
+
+int enumerate(ph::RecordArray<Record>& services, ph::Detail detail) {
+    char systemName[256] = "";
+    Record* service = services.append();
+    if (service == nullptr || PH_GetSPSystemName(systemName) != 0)
+        return -1;
+    ph::setHostedKeys(*service, ph::processorClass, systemName, className);
+    ph::copyText(service->Name, serviceName);
+    return detail == ph::Detail::Names ? 0 : PH_Fill_TimeService(service);
+}
+
+// ---- ManageTime
+
+constexpr ph::Refusal notTold{CMPI_RC_ERR_FAILED, "The BMC does not tell the time"};
+constexpr ph::Refusal neverSet{CMPI_RC_ERR_FAILED, "The BMC's clock was not set"};
+constexpr ph::Refusal notSet{CMPI_RC_ERR_FAILED, "The BMC did not set its clock"};
+constexpr ph::Refusal wrongRequest{CMPI_RC_ERR_INVALID_PARAMETER, "GetRequest Parameter is Invalid"};
+constexpr ph::Refusal wrongElement{CMPI_RC_ERR_INVALID_PARAMETER, "ManagedElement Parameter is Invalid"};
+constexpr ph::Refusal wrongTime{CMPI_RC_ERR_INVALID_PARAMETER, "TimeData Parameter is Invalid"};
+
+constexpr const char* timeParameter = "TimeData";
+
+bool isThisProcessor(const CMPIObjectPath* element) {
+    char systemName[256] = "";
+    const char* given = element != nullptr ? ph::keyText(element, "Name") : nullptr;
+    return given != nullptr && PH_GetSPSystemName(systemName) == 0 && std::strcmp(given, systemName) == 0;
+}
+
+bool isClockTime(std::int64_t seconds) {
+    return seconds > CIM_SEL_TIME_FIRST_SET && seconds < CIM_SEL_TIME_NONE;
+}
+
+bool returnTime(const ph::Request& request, const char* text) {
+    const ph::CmpiPtr<CMPIDateTime> time(CMNewDateTimeFromChars(request.broker, text, nullptr));
+    CMPIValue value{};
+    value.dateTime = time.get();
+    return time != nullptr && CMAddArg(request.out, timeParameter, &value, CMPI_dateTime).rc == CMPI_RC_OK;
+}
+
+ph::MethodAnswer readClock(ph::MethodCall& call) {
+    ph::IpmiSession session;
+    std::uint32_t seconds = 0;
+    std::int16_t offset = CIM_SEL_UTC_OFFSET_NONE;
+    if (!session.open() || CIM_GetSELTime(session.get(), &seconds, ph::hookTimeout) != 0 ||
+        CIM_GetSELTimeUTCOffset(session.get(), &offset, ph::hookTimeout) != 0)
+        return call.refuse(notTold);
+    if (!isClockTime(seconds))
+        return call.refuse(neverSet);
+    char text[ph::clockTextSize] = "";
+    if (offset == CIM_SEL_UTC_OFFSET_NONE)
+        ph::LogTime().write(seconds, text);
+    else
+        ph::writeClockTime({seconds, offset}, text);
+    return returnTime(call.request, text) ? ph::MethodAnswer(ph::methodDone) : call.refuse(notTold);
+}
+
+// None where TimeData is no point in time.
+std::optional<ph::ClockTime> givenTime(const CMPIArgs* in) {
+    const auto time = ph::argument(in, timeParameter);
+    if (!time || time->type != CMPI_dateTime || time->value.dateTime == nullptr)
+        return std::nullopt;
+    const ph::CmpiPtr<CMPIString> text(CMGetStringFormat(time->value.dateTime, nullptr));
+    const char* characters = ph::textOf(text.get());
+    return characters != nullptr ? ph::parseClockTime(characters) : std::nullopt;
+}
+
+bool setSeconds(ph::IpmiSession& session, std::int64_t seconds) {
+    return isClockTime(seconds) &&
+           CIM_SetSELTime(session.get(), static_cast<std::uint32_t>(seconds), ph::hookTimeout) == 0;
+}
+
+// The offset first: a clock that it does not suit is never seen, and an offset can be put back.
+bool setClock(ph::IpmiSession& session, ph::ClockTime time) {
+    std::int16_t former = CIM_SEL_UTC_OFFSET_NONE;
+    if (CIM_GetSELTimeUTCOffset(session.get(), &former, ph::hookTimeout) != 0)
+        return false;
+    if (former == time.offset)
+        return setSeconds(session, time.seconds);
+    if (CIM_SetSELTimeUTCOffset(session.get(), static_cast<std::int16_t>(time.offset), ph::hookTimeout) != 0)
+        return former == CIM_SEL_UTC_OFFSET_NONE && // a BMC without offsets
+               setSeconds(session, ph::LogTime().at(time.utcSeconds()));
+    if (setSeconds(session, time.seconds))
+        return true;
+    (void)CIM_SetSELTimeUTCOffset(session.get(), former, ph::hookTimeout);
+    return false;
+}
+
+ph::MethodAnswer manageTime(ph::MethodCall& call) {
+    const CMPIArgs* const in = call.request.in;
+    const auto getRequest = ph::argument(in, "GetRequest");
+    CMPIBoolean reads = 0;
+    if (!getRequest || GetBoolValue(*getRequest, &reads) != 0)
+        return call.refuse(wrongRequest);
+    if (!isThisProcessor(ph::referenceArgument(in, "ManagedElement", ph::processorClass)))
+        return call.refuse(wrongElement);
+    if (reads != 0)
+        return readClock(call);
+    const auto time = givenTime(in);
+    if (!time || !isClockTime(time->seconds))
+        return call.refuse(wrongTime);
+    ph::IpmiSession session;
+    return session.open() && setClock(session, *time) ? ph::MethodAnswer(ph::methodDone)
+                                                      : call.refuse(notSet);
+}
+
+constexpr ph::Parameter manageTimeParameters[] = {
+    {"GetRequest", CMPI_boolean},
+    {timeParameter, CMPI_dateTime, ph::Direction::InOut},
+    {"ManagedElement", CMPI_ref, ph::Direction::In, "CIM_ManagedElement"},
+};
+constexpr ph::Method methods[] = {
+    {.name = "ManageTime", .parameters = manageTimeParameters, .carryOut = manageTime}};
+
+constexpr ph::ClassDefinition<Record> definition{
+    .name = className,
+    .superclass = "CIM_Service",
+    .keys = g_TimeServiceKeyList,
+    .properties = properties,
+    .enumerate = enumerate,
+    .methods = methods,
+    .invocation = {.isLookedUp = true, .missing = {CMPI_RC_ERR_NOT_FOUND, "No such service"}}};
+
+} // namespace
+
+PH_EXPORT_CLASS_FAMILY(TimeService, Record, definition)
+
+int PH_Fill_TimeService(TimeServiceRecord* record) {
+    ph::copyText(record->ElementName, serviceName);
+    record->EnabledState = ph::EnabledState::Enabled;
+    record->RequestedState = ph::RequestedState::NotApplicable;
+    record->HealthState = ph::HealthState::OK;
+    ph::setList(record->OperationalStatus, {ph::OperationalStatus::OK});
+    record->Started = true;
+    return 0;
+}

@@ -1,0 +1,48 @@
+#include "host_power.h"
+
+#include "errors.h"
+#include "schema/class_schema.h"
+
+#include <algorithm>
+#include <iostream>
+
+namespace phctl {
+namespace {
+
+constexpr const char* hostClass = "CIM_HostComputerSystem";
+constexpr const char* association = "CIM_AssociatedPowerManagementService";
+constexpr const char* property = "PowerState";
+
+// The state in the words of DMTF's value map; the number for one that it does not have.
+std::string meaningOf(const std::string& state) {
+    const auto& values = schema::find(association)->property(property)->values;
+    const auto known = std::ranges::find(values, state, &schema::Value::value);
+    return known != values.end() ? std::string(known->meaning) : state;
+}
+
+// Beside what was asked for: a failure of its own is not the request's.
+broker::Reply ask(Requester& requester, const broker::ObjectPath& host) {
+    try {
+        return requester.execute({.operation = broker::Request::Operation::References,
+                                  .path = host,
+                                  .properties = broker::PropertyList({property}),
+                                  .filter = {.resultClass = association}});
+    } catch (const Failure&) {
+        return {};
+    }
+}
+
+} // namespace
+
+void printHostPower(Requester& requester, const std::vector<broker::Instance>& instances,
+                    const broker::PropertyList& wanted) {
+    for (const broker::Instance& instance : instances) {
+        if (wanted || !broker::sameName(instance.path.className, hostClass))
+            continue;
+        for (const broker::Instance& power : ask(requester, instance.path).instances)
+            if (const broker::Value* state = broker::find(power.properties, property))
+                std::cout << "Power: " << meaningOf(broker::toText(*state)) << '\n';
+    }
+}
+
+} // namespace phctl
