@@ -50,7 +50,7 @@ Value scalar(const CMPIValue& value, CMPIType type) {
     }
 }
 
-// The union member of a value that is not null.
+// Makes the union member of a value that is not null.
 struct MemberOf {
     State& state;
     CMPIType type;

@@ -22,7 +22,7 @@ constexpr std::uint64_t hour = 60 * minute;
 constexpr std::uint64_t oneDay = 24 * hour;
 constexpr size_t textLength = 25;
 
-// The number that exactly these digits make.
+// Reads the number that exactly these digits make.
 std::optional<unsigned> digits(std::string_view text, size_t position, size_t length) {
     unsigned number = 0;
     const char* begin = text.data() + position;

@@ -42,7 +42,7 @@ CMPIStatus setProperty(const CMPIInstance* instance, const char* name, const CMP
         Value newValue = valueOf(value, type);
         InstanceContent& content = object.content;
         object.state.requireDeclared(content.get().path.className, property, newValue.type);
-        // A path's key may have come from a text, which does not tell an integer's type.
+        // A path's key may come from a text, which does not tell the type of an integer.
         const bool isKey = find(content.get().path.keys, property) != nullptr;
         if (!isKey && content.filter && !contains(content.filter->properties, property) &&
             !contains(content.filter->keys, property))

@@ -20,7 +20,7 @@ public:
     virtual const char* type() const = 0;     // "CMPIString", …
     virtual std::string describe() const = 0; // for toString()
     void destroy();
-    // What it was asked for, such as a property's text: that lasts as long as the object.
+    // Holds what the object was asked for, such as a property's text, which lasts as long as the object.
     Arena& parts();
 
     State& state;
@@ -35,7 +35,7 @@ private:
     Object* next_ = nullptr;
 };
 
-// While it lives, what the thread makes are parts of this object; of none with nullptr.
+// While it lives, what the thread makes is a part of this object; with nullptr, of none.
 class Asking {
 public:
     explicit Asking(Object* object);
@@ -51,7 +51,7 @@ struct PropertyFilter {
     std::vector<std::string> properties, keys;
 };
 
-// An instance. It is shared by what it was given to (clones, arrays, results) until one of them changes it.
+// An instance is shared by what it was given to (clones, arrays, results) until one of them changes it.
 class InstanceContent {
 public:
     explicit InstanceContent(Instance instance) { own(std::move(instance)); }
@@ -91,7 +91,7 @@ struct ResultContent {
     bool done = false;
 };
 
-// What was returned, as a reply. Instances that nobody else has are moved.
+// Makes a reply of what was returned. Instances that nobody else has are moved.
 Reply takeReply(ResultContent content);
 
 struct EnumerationContent {
@@ -191,7 +191,7 @@ inline Object* askedFor(Object& object) {
     return &object;
 }
 
-// A new object of this arena.
+// Makes an object of this arena.
 template <class Handle>
 Handle* make(State& state, Arena& arena, typename Traits<Handle>::Content content) {
     auto object = std::make_unique<ObjectOf<Handle>>(state, std::move(content));
@@ -199,16 +199,16 @@ Handle* make(State& state, Arena& arena, typename Traits<Handle>::Content conten
     return &object.release()->handle;
 }
 
-// A new object of the request.
+// Makes an object of the request.
 template <class Handle>
 Handle* make(State& state, typename Traits<Handle>::Content content) {
     return make<Handle>(state, state.arena(), std::move(content));
 }
 
-// Within a catch block: the exception as a status.
+// Turns the exception into a status; for catch blocks.
 CMPIStatus currentFailure(State* state) noexcept;
 
-// What a function returns that fails.
+// The value that a failing function returns.
 template <class Result>
 Result failed() {
     if constexpr (std::is_same_v<Result, CMPIData>)
@@ -238,7 +238,7 @@ auto obtain(const Handle* handle, Call call, CMPIStatus* status, Body body) noex
     return result;
 }
 
-// The same for one that returns its status.
+// Does the same for a function that returns its status.
 template <class Handle, class Body>
 CMPIStatus perform(const Handle* handle, Call call, Body body) noexcept {
     CMPIStatus status{CMPI_RC_OK, nullptr};
@@ -254,7 +254,7 @@ CMPIStatus release(Handle* handle) {
     return perform(handle, Call::release, [](Object& object) { object.destroy(); });
 }
 
-// An object that the caller owns.
+// Makes an object that the caller owns.
 template <class Handle>
 Handle* clone(const Handle* handle, CMPIStatus* status) {
     return obtain(handle, Call::clone, status, [](const ObjectOf<Handle>& object) {
@@ -272,7 +272,7 @@ inline void report(CMPIStatus* status) {
 template <class Argument>
 void report(const Argument&) {}
 
-// Fits into any table for a function that this broker does not have.
+// Stands in any table for a function that this broker does not have.
 template <class Result, class... Arguments>
 Result unsupported(Arguments... arguments) {
     (report(arguments), ...);

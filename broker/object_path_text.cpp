@@ -93,7 +93,7 @@ private:
         return std::string(text_.substr(start, position_ - start));
     }
 
-    // Names with slashes between them.
+    // A namespace consists of names with slashes between them.
     std::string nameSpace(size_t end) {
         const size_t start = position_;
         do

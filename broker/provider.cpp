@@ -17,7 +17,7 @@ void cleanUp(MI* mi, const CMPIContext* context) {
 
 constexpr const char* generic = "_Generic"; // serves any provider's name
 
-// Calls a provider's function, which it may not have.
+// Calls a function that the provider may not have.
 template <class MI, class... Parameters, class... Arguments>
 CMPIStatus call(MI* mi, CMPIStatus (*function)(MI*, Parameters...), Arguments... arguments) {
     return function != nullptr ? function(mi, arguments...) : CMPIStatus{CMPI_RC_ERR_NOT_SUPPORTED, nullptr};

@@ -33,7 +33,7 @@ private:
     CMPIIndicationMI* indicationProvider(const CMPIContext* context);
     CMPIStatus run(const Request& request, const CMPIContext* context, const CMPIResult* result,
                    CMPIArgs* out) const;
-    // As a strict broker has them.
+    // The keys as a strict broker hands them over.
     ObjectPath pathFor(const Request& request) const;
     PropertyList propertiesFor(const Request& request) const;
     CMPIStatus callInstance(const Request& request, const CMPIContext* context,

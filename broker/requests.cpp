@@ -26,7 +26,7 @@ Request requestOf(Operation operation, const CMPIObjectPath* path) {
     return {.operation = operation, .path = objectOf(path).content};
 }
 
-// The reply, or a Failure when the request failed.
+// Returns the reply, or throws Failure when the request failed.
 Reply answer(State& state, const CMPIContext* context, const Request& request) {
     Reply reply = state.execute(request, objectOf(context).content);
     if (!reply.ok())

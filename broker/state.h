@@ -14,7 +14,7 @@ namespace broker {
 class Object;
 class Provider;
 
-// A CMPI function that cannot do what it is asked.
+// Thrown by a CMPI function that cannot do what it is asked.
 class Failure : public std::runtime_error {
 public:
     explicit Failure(CMPIrc failureCode, const std::string& message = {})

@@ -9,8 +9,8 @@
 extern CMPIAssociationMIFT associationFunctions;
 
 bool isAssociationOrProfile(const CMPIObjectPath* ref);
-// Of those. The result is closed.
+// Answer requests on those. The result is closed.
 CMPIStatus enumerateAssociations(const associations::Request& request, associations::Want want);
 CMPIStatus getAssociation(const associations::Request& request);
-// They follow from their elements: nobody else changes them. `refusal` says what cannot be done.
+// Refuses to change them, as they follow from their elements. `refusal` says what cannot be done.
 CMPIStatus refuseChange(const CMPIBroker* broker, const char* refusal);

@@ -12,8 +12,8 @@ CMPIValue numberValue(CMPIType type, std::uint64_t number) {
     return value;
 }
 
-// A value that was asked for by its name; none where there is no such name. Throws Failure where it could not
-// be read.
+// Reads a value that was asked for by its name; nothing where there is no such name. Throws Failure where it
+// could not be read.
 std::optional<CMPIData> present(const CMPIData& data, const CMPIStatus& status) {
     if (status.rc == CMPI_RC_ERR_NO_SUCH_PROPERTY || status.rc == CMPI_RC_ERR_NOT_FOUND)
         return std::nullopt;

@@ -10,7 +10,7 @@
 
 namespace objects {
 
-// Why a request ends without an answer.
+// Thrown when a request ends without an answer, and says why.
 class Failure : public std::runtime_error {
 public:
     Failure(CMPIrc failureCode, const std::string& message)
@@ -64,18 +64,18 @@ std::string classNameOf(const CMPIObjectPath* path);
 std::string nameSpaceOf(const CMPIObjectPath* path);
 CMPICount sizeOf(const CMPIArray* array);
 CMPIData elementOf(const CMPIArray* array, CMPICount index);
-// The path of an instance, which goes with the instance.
+// Returns the path of an instance, which is released with the instance.
 CMPIObjectPath* pathOf(const CMPIInstance* instance);
 
-// A text as the value of a property or key of type CMPI_chars.
+// Makes the value of a property or key of type CMPI_chars from a text.
 const CMPIValue* charsValue(const char* text);
 
 // Sets a property of an unsigned integer type, or an array of them. Throws Failure.
 void setNumbers(const CMPIBroker* broker, const CMPIInstance* instance, const char* name, CMPIType type,
                 const std::vector<std::uint64_t>& numbers);
 
-// Whether two paths have the same keys: names without regard to case, values exactly. Class and namespace are
-// not compared.
+// Tells whether two paths have the same keys. Names compare without regard to case, values exactly. Class and
+// namespace are not compared.
 bool haveSameKeys(const CMPIObjectPath* left, const CMPIObjectPath* right);
 
 } // namespace objects

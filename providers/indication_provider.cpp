@@ -22,12 +22,12 @@ const CMPIBroker* brokerOfMonitor() {
 const CMPIContext* contextOfMonitor() {
     return monitorContext;
 }
-// The thread is attached: there is nothing else to take.
+// The thread is attached already, so there is nothing to take.
 void* heapOfMonitor() {
     return const_cast<CMPIBroker*>(monitorBroker);
 }
 
-// Once in a process, whoever loads the module again.
+// This happens once in a process, even if the module is loaded again.
 bool startMonitor(const CMPIBroker* broker, const CMPIContext* context) {
     static std::once_flag once;
     static bool isStarted = false;

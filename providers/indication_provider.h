@@ -6,5 +6,5 @@
 
 extern CMPIIndicationMIFT indicationFunctions;
 
-// nullptr without memory or threads. The first one starts the thread that delivers alerts.
+// Returns nullptr without memory or threads. The first provider starts the thread that delivers alerts.
 CMPIIndicationMI* createIndicationProvider(const CMPIBroker* broker, const CMPIContext* context);

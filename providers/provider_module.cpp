@@ -22,7 +22,7 @@ const CMPIBroker* brokerOf(const MI* mi) {
     return static_cast<const CMPIBroker*>(mi->hdl);
 }
 
-// The library's function of a class, such as PH_EI_Sensor. Throws Failure where there is none.
+// Finds the library's function of a class, such as PH_EI_Sensor. Throws Failure where there is none.
 template <class Function>
 Function find(const char* operation, const CMPIObjectPath* ref) {
     const std::string className = objects::classNameOf(ref);
@@ -191,7 +191,7 @@ CMPIInstanceMIFT instanceFunctions{CMPICurrentVersion, CMPICurrentVersion, "Prov
 CMPIMethodMIFT methodFunctions{CMPICurrentVersion, CMPICurrentVersion, "ProviderHelper", cleanUp,
                                invokeMethod};
 
-// Once per process: the library's tables are the same for every provider.
+// This happens once per process, because the library's tables are the same for every provider.
 void initialiseOnce(const CMPIBroker* broker, const CMPIContext* context, const char* name,
                     CMPIStatus* status) {
     static std::once_flag initialised;

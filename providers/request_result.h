@@ -33,7 +33,7 @@ private:
         of(self).isClosed_ = true;
         return forward<&CMPIResultFT::returnDone>(self);
     }
-    // A path of the class that was asked for.
+    // Makes a path of the class that was asked for.
     objects::Owned<CMPIObjectPath> renamed(const CMPIObjectPath* path) const {
         auto copy = objects::makePath(broker_, objects::nameSpaceOf(path).c_str(), asked_.c_str());
         for (const objects::Property& key : objects::keysOf(path))
@@ -59,7 +59,7 @@ private:
             return forward<&CMPIResultFT::returnInstance, const CMPIInstance*>(self, copy.get());
         });
     }
-    // The library takes a status, no exception.
+    // The library expects a status, not an exception.
     template <class Call>
     static CMPIStatus guarded(Call call) {
         try {
@@ -68,7 +68,7 @@ private:
             return {CMPI_RC_ERR_FAILED, nullptr};
         }
     }
-    // What the library calls.
+    // The functions that the library calls.
     static constexpr CMPIResultFT functions() {
         CMPIResultFT table{};
         table.ftVersion = CMPICurrentVersion;

@@ -21,7 +21,7 @@ bool isSame(const std::uint8_t (&left)[CIM_SEL_RECORD_SIZE],
     return std::memcmp(left, right, sizeof(left)) == 0;
 }
 
-// Whether a record is not newer than another one that was taken.
+// Tells whether a record is not newer than another one that was taken.
 bool isOld(const std::uint8_t (&record)[CIM_SEL_RECORD_SIZE],
            const std::uint8_t (&taken)[CIM_SEL_RECORD_SIZE]) {
     const std::uint32_t time = PH_SelTime(record);
@@ -54,7 +54,7 @@ void SelFollower::forget() {
     forgetSelPosition();
 }
 
-// Throws Lost where the BMC gives no answer; false: it has no such record.
+// Returns false when the BMC has no such record. Throws Lost where it gives no answer.
 bool SelFollower::read(std::uint16_t recordId, CIM_SELEntry& entry) {
     const CIM_SELEntryRequest request{
         .reservationId = {},
@@ -89,8 +89,8 @@ void SelFollower::begin(const CIM_SELInfo& info) {
     saveSelPosition(position);
 }
 
-// What follows the last record that was taken. One that is not there any more was
-// overwritten or cleared, and with it all before it; or it alone was deleted, and the log begins as it did.
+// Finds what follows the last record that was taken. When that is not there any more, it was overwritten or
+// cleared together with all before it, or it alone was deleted and the log begins as before.
 SelFollower::Next SelFollower::findNext(const CIM_SELInfo& info) {
     CIM_SELEntry entry{};
     if (position_->isEmpty == 0 && read(PH_SelRecordId(position_->last), entry) &&
@@ -141,7 +141,7 @@ void SelFollower::poll(const Take& take) {
         isLoaded_ = true;
         if (!position_)
             return begin(now);
-        // Another record of the same second does not show where the log is full: a quiet turn is waited for.
+        // In a full log, another record of the same second does not show: wait for a quiet turn.
         const bool isQuiet = CIM_GetSELInfo != nullptr && std::memcmp(&now, &seen_, sizeof(now)) == 0;
         if (isQuiet && isSettled_)
             return;

@@ -21,7 +21,7 @@ public:
     void poll(const Take& take);
     // Ends the session.
     void close();
-    // The next call is the first again.
+    // Forgets the position: the next call is the first again.
     void forget();
 
 private:

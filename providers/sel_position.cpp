@@ -17,7 +17,7 @@ struct Stored {
     SelPosition position;
 };
 
-// Empty when it is too long.
+// The path is empty when it is too long.
 fs::path placeOfFile() {
     char path[4096];
     return PH_SysrootPath("/var/lib/provider-helper/sel-position", path, sizeof(path)) == 0 ? path : "";
@@ -34,7 +34,7 @@ std::optional<SelPosition> loadSelPosition() {
     return stored.position;
 }
 
-// A file that is replaced is whole at any time.
+// The file is replaced, so that it is whole at any time.
 bool saveSelPosition(const SelPosition& position) {
     Stored stored{.signature = {}, .position = position};
     std::memcpy(stored.signature, signature, sizeof(signature));

@@ -5,7 +5,7 @@
 #include <optional>
 #include <platform/cim_sel.h>
 
-// Both records as they were: an ID may be given to another record later.
+// Both records are kept as they were, because an ID may be given to another record later.
 struct SelPosition {
     std::uint32_t lastErasure; // of any record; time of the BMC
     std::uint8_t isEmpty;      // 1: the log had no record, the others mean nothing
@@ -15,8 +15,8 @@ struct SelPosition {
     bool operator==(const SelPosition&) const = default;
 };
 
-// The file /var/lib/provider-helper/sel-position. Nothing where it is missing or none of ours.
+// Reads the file /var/lib/provider-helper/sel-position. Returns nothing where it is missing or not ours.
 std::optional<SelPosition> loadSelPosition();
-// False when it cannot be written: after a restart, records may be taken twice then.
+// Returns false when the file cannot be written: records may then be taken twice after a restart.
 bool saveSelPosition(const SelPosition& position);
 void forgetSelPosition();

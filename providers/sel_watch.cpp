@@ -10,7 +10,8 @@
 
 namespace {
 
-// Of the platform's configuration: every five seconds by default, as a poll is a message to the BMC.
+// The platform's configuration says how often; by default every five seconds, as a poll is a message to the
+// BMC.
 std::chrono::seconds interval() {
     constexpr int day = 24 * 60 * 60;
     return std::chrono::seconds(std::clamp(GetMacrodefine_getint("SEL_POLL_SECONDS", 5), 1, day));

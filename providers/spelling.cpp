@@ -7,7 +7,7 @@
 namespace spelling {
 namespace {
 
-// In the order of strcasecmp.
+// The names are in the order of strcasecmp.
 constexpr const char* names[] = {
 #include "names.inc"
 };

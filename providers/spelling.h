@@ -6,17 +6,17 @@
 
 namespace spelling {
 
-// A class, property, method or key as the classes spell it; the name itself where no class has it.
+// Returns a class, property, method or key as the classes spell it; the name itself where no class has it.
 const char* spelled(const char* name);
 
-// The library's class that an object manager has under a name with the vendor's prefix: CIM_X for PH_X. Empty
-// for other names.
+// Returns the library's class that an object manager has under a name with the vendor's prefix: CIM_X for
+// PH_X. Empty for other names.
 std::string withoutPrefix(const std::string& className);
 
-// The keys of a class that the library serves; empty for others.
+// Returns the keys of a class that the library serves; empty for others.
 std::vector<const char*> keysOf(const char* className);
 
-// An object in the classes' spelling: the given one where it is spelled so, else a copy. Throws
+// Returns an object in the classes' spelling: the given one where it is spelled so, else a copy. Throws
 // objects::Failure.
 template <class Object>
 class Spelled {
@@ -34,13 +34,13 @@ public:
     Path(const CMPIBroker* broker, const CMPIObjectPath* path);
 };
 
-// Its own path stays as it is.
+// The path inside the instance stays as it is.
 class Instance : public Spelled<CMPIInstance> {
 public:
     Instance(const CMPIBroker* broker, const CMPIObjectPath* path, const CMPIInstance* instance);
 };
 
-// A property list, which may be nullptr.
+// Does the same for a property list, which may be nullptr.
 class Names {
 public:
     explicit Names(const char** given);

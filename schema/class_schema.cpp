@@ -84,7 +84,7 @@ const ClassTable* tableOf(std::string_view className) {
     return pointerTo(std::span(classTables), className);
 }
 
-// From the root of the hierarchy down.
+// Visits the classes from the root of the hierarchy down.
 void addFeatures(Class& target, const ClassTable& table) {
     if (const ClassTable* superclass = tableOf(table.superclass))
         addFeatures(target, *superclass);

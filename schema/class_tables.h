@@ -1,4 +1,5 @@
-// The form in which schema_compiler writes the classes: own features only, and what is served by name.
+// The form in which schema_compiler writes the classes. Each has its own features only; what is served is
+// listed by name.
 #pragma once
 
 #include "schema/class_schema.h"

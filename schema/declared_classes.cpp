@@ -46,7 +46,7 @@ public:
         rest_.remove_prefix(found.size());
         return std::string(found);
     }
-    // Up to one of these marks, which stays, or the end.
+    // Reads up to one of these marks, which stays, or to the end.
     std::string until(std::string_view marks) {
         skipBlanks();
         const std::size_t length = std::min(rest_.find_first_of(marks), rest_.size());
@@ -166,7 +166,7 @@ DeclaredClass readHead(const std::string& line) {
     return head;
 }
 
-// A class, or a feature of `owner`. The class that features belong to now.
+// Reads a class, or a feature of `owner`. Returns the class that further features belong to.
 DeclaredClass* readDeclaration(const std::string& declaration, DeclaredClass* owner,
                                DeclaredClasses& classes) {
     if (declaration.starts_with(' ')) {

@@ -50,11 +50,11 @@ struct NameLess {
 };
 using DeclaredClasses = std::map<std::string, DeclaredClass, NameLess>;
 
-// The classes of a file as dmtf/README.md describes it. Throws std::runtime_error with the line that it does
-// not understand.
+// Reads the classes of a file, whose form dmtf/README.md describes. Throws std::runtime_error with the line
+// that it does not understand.
 void readClasses(std::istream& file, DeclaredClasses& classes);
 
-// The CIM type of that name; throws std::runtime_error where there is none.
+// Returns the CIM type of that name; throws std::runtime_error where there is none.
 CMPIType typeOfName(std::string_view name);
 
 } // namespace schema

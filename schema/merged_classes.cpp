@@ -17,7 +17,7 @@ const Named* findIn(const std::vector<Named>& all, const std::string& name) {
     return found != all.end() ? &*found : nullptr;
 }
 
-// The declarations of a feature, from the class up.
+// Finds the declarations of a feature, from the class up.
 template <class Feature>
 std::vector<const Feature*> declarationsOf(const DeclaredClasses& classes, std::string className,
                                            std::vector<Feature> DeclaredClass::*features,

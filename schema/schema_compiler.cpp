@@ -51,7 +51,7 @@ class TableWriter {
 public:
     explicit TableWriter(std::ostream& out) : out_(out) {}
 
-    // The name of the array, or {} for none.
+    // Returns the name of the array, or {} when it is empty.
     std::string array(const char* type, const std::vector<std::string>& rows) {
         if (rows.empty())
             return "{}";

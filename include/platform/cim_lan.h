@@ -29,7 +29,7 @@ int CIM_GetLANCount(IPMI20_SESSION_T* session, uint8_t* count, uint8_t* lanIndic
 /* IPMI channel of a LAN; an index that is not listed fails. */
 int CIM_GetChannelNum(IPMI20_SESSION_T* session, uint8_t lanIndex, uint8_t* channel, int timeout);
 
-/* MAC address, LAN parameter 5. Both do the same: the second is the older name. */
+/* Both read the MAC address, LAN parameter 5; the second is the older name. */
 int CIM_Get_MACAddress(IPMI20_SESSION_T* session, uint8_t* mac, uint8_t channel, int timeout);
 int LIBIPMI_HL_GetMACAddress(IPMI20_SESSION_T* session, uint8_t* mac, uint8_t channel, int timeout);
 
@@ -47,7 +47,7 @@ enum {
     CIM_ADDRESS_SOURCE_OTHER = 4
 };
 
-/* IPv4 configuration in use, LAN parameters 3, 4, 6 and 12. */
+/* Reads the IPv4 configuration in use, LAN parameters 3, 4, 6 and 12. */
 typedef struct {
     uint8_t source; /* CIM_ADDRESS_SOURCE_… */
     uint8_t address[4];
@@ -58,8 +58,8 @@ typedef struct {
 int CIM_GetIPv4NetworkCfg(IPMI20_SESSION_T* session, CIM_IPv4NetworkCfg* configuration, uint8_t channel,
                           int timeout);
 
-/* LAN parameters 4, 3, 6 and 12. A BMC may refuse addresses while the source is dynamic: set the source
- * first. */
+/* Write LAN parameters 4, 3, 6 and 12. A BMC may refuse addresses while the source is dynamic: set the
+ * source first. */
 int CIM_SetIPv4Source(IPMI20_SESSION_T* session, uint8_t source, uint8_t channel, int timeout);
 int CIM_SetIPv4Address(IPMI20_SESSION_T* session, const uint8_t* address, uint8_t channel, int timeout);
 int CIM_SetIPv4NetMask(IPMI20_SESSION_T* session, const uint8_t* netmask, uint8_t channel, int timeout);
@@ -78,8 +78,9 @@ typedef struct {
 int CIM_GetIPv6NetworkCfg(IPMI20_SESSION_T* session, CIM_IPv6NetworkCfg* configuration, uint8_t channel,
                           int timeout);
 
-/* IPv6 addresses in use: the active ones of LAN parameters 56 (static) and 59 (dynamic), in this order, "::"
- * left out. None while IPv6 is disabled (parameter 51), and on a BMC without IPv6 parameters. */
+/* IPv6 addresses in use: the active ones of LAN parameters 56 (static) and 59 (dynamic), in this order,
+ * "::" left out. There are none while IPv6 is disabled (parameter 51), and on a BMC without IPv6
+ * parameters. */
 enum { CIM_MAX_IPV6_ADDRESSES = 32 };
 typedef struct {
     uint8_t count;
@@ -102,7 +103,7 @@ int CIM_SetIPv6Source(IPMI20_SESSION_T* session, uint8_t source, uint8_t channel
 int CIM_SetIPv6Address(IPMI20_SESSION_T* session, const uint8_t* address, uint8_t channel, int timeout);
 /* Sets the prefix length of static address 0, keeping its address. */
 int CIM_SetIPv6Prefix(IPMI20_SESSION_T* session, uint8_t prefixLength, uint8_t channel, int timeout);
-/* Static router 1 (parameter 65). */
+/* Sets static router 1 (parameter 65). */
 int CIM_SetIPv6Gateway(IPMI20_SESSION_T* session, const uint8_t* gateway, uint8_t channel, int timeout);
 
 #ifdef __cplusplus

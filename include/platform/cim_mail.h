@@ -15,9 +15,9 @@
 extern "C" {
 #endif
 
-/* Whom an alert destination of the e-mail kind mails, and with which texts. `userId` is a slot of the BMC's
- * user table, 0 for nobody. `subject` holds 64 bytes and `message` 256, which may all be text: the buffers of
- * a caller have one more, and end with a NUL. */
+/* Reads whom an alert destination of the e-mail kind mails, and with which texts. `userId` is a slot of
+ * the BMC's user table, 0 for nobody. `subject` holds 64 bytes and `message` 256, which may all be text:
+ * the buffers of a caller have one more, and end with a NUL. */
 enum { CIM_EMAIL_SUBJECT_SIZE = 64, CIM_EMAIL_MESSAGE_SIZE = 256 };
 int CIM_TRZGetEmailDest(IPMI20_SESSION_T* session, uint8_t selector, uint8_t* userId, char* subject,
                         char* message, uint8_t channel, int timeout);
@@ -25,8 +25,8 @@ int CIM_TRZGetEmailDest(IPMI20_SESSION_T* session, uint8_t selector, uint8_t* us
 int CIM_TRZSetEmailDest(IPMI20_SESSION_T* session, uint8_t selector, uint8_t userId, const char* subject,
                         const char* message, uint8_t channel, int timeout);
 
-/* A user's mail address; empty for a user without one. `address` holds CIM_USER_EMAIL_SIZE bytes, its end
- * included. */
+/* Reads a user's mail address, which is empty for a user without one. `address` holds CIM_USER_EMAIL_SIZE
+ * bytes, its end included. */
 enum { CIM_USER_EMAIL_SIZE = 256 };
 int CIM_TRZGetUserEmail(IPMI20_SESSION_T* session, uint8_t userId, char* address, int timeout);
 
@@ -50,8 +50,8 @@ enum {
     CIM_SMTP_STARTTLS = 2      /* encrypted, or not at all */
 };
 
-/* The primary and the secondary server of a channel. Their IPv4 addresses come as text (46 bytes, its end
- * included; empty or "0.0.0.0" for none), their IPv6 addresses as 16 bytes (:: for none). */
+/* Read the primary and the secondary server of a channel. Their IPv4 addresses come as text (46 bytes, its
+ * end included; empty or "0.0.0.0" for none), their IPv6 addresses as 16 bytes (:: for none). */
 enum { CIM_SMTP_ADDRESS_SIZE = 46 };
 int CIM_TRZGetSMTPInfo(IPMI20_SESSION_T* session, CIM_SMTPInfo* info, uint8_t channel, int timeout);
 int CIM_TRZGetSMTPServerInfo(IPMI20_SESSION_T* session, char* address, uint8_t channel, int timeout);

@@ -13,21 +13,22 @@
 extern "C" {
 #endif
 
-/* Name of a LAN's interface, "eth0"; a name with "bond" in it is the bonded interface. `name` holds 32
- * characters; it has no blanks and no '/'. Without the command: "eth" and the LAN index less 1. */
+/* Reads the name of a LAN's interface, "eth0"; a name with "bond" in it is the bonded interface. `name`
+ * holds 32 characters; it has no blanks and no '/'. Without the command, the name is "eth" and the LAN
+ * index less 1. */
 enum { CIM_INTERFACE_NAME_SIZE = 32 };
 int CIM_GetLANIndex(IPMI20_SESSION_T* session, uint8_t lanIndex, char* name, int timeout);
 
-/* Whether a LAN is up, and for what. Setting CIM_LAN_DISABLED fails for the last LAN that works: somebody has
- * to reach the BMC. Without the command: reads as enabled for both, cannot be set. LIBIPMI_HL_GetLANEnable is
- * the older name. */
+/* Whether a LAN is up, and for what. Setting CIM_LAN_DISABLED fails for the last LAN that works: somebody
+ * has to reach the BMC. Without the command, a LAN reads as enabled for both and cannot be set.
+ * LIBIPMI_HL_GetLANEnable is the older name. */
 enum { CIM_LAN_DISABLED = 0, CIM_LAN_IPV4 = 1, CIM_LAN_IPV6 = 2, CIM_LAN_BOTH = 3 };
 int CIM_GetLANEnable(IPMI20_SESSION_T* session, uint8_t lanIndex, uint8_t* enable, int timeout);
 int CIM_SetLANEnable(IPMI20_SESSION_T* session, uint8_t lanIndex, uint8_t enable, int timeout);
 int LIBIPMI_HL_GetLANEnable(IPMI20_SESSION_T* session, uint8_t lanIndex, uint8_t* enable, int timeout);
 
-/* Bonding joins LANs into one interface, which takes the LAN index, channel, MAC and addresses of its first
- * member. Without the command: not enabled. */
+/* Bonding joins LANs into one interface, which takes the LAN index, channel, MAC and addresses of its
+ * first member. Without the command, bonding is not enabled. */
 typedef struct {
     uint8_t enabled;  /* 1 when bonding is on */
     uint8_t lanIndex; /* of the bonded interface */

@@ -44,8 +44,8 @@ typedef struct {
     CIM_SELEntry entry;
 } CIM_SELEntryAnswer;
 
-/* Number of records that the log has room for: from Get SEL Allocation Info (31.3; 0Ah, 41h), or from the
- * free bytes of Get SEL Info where a BMC does not have it. */
+/* Reads the number of records that the log has room for: from Get SEL Allocation Info (31.3; 0Ah, 41h), or
+ * from the free bytes of Get SEL Info where a BMC does not have it. */
 int CIM_GetMaxPossibleSELEntries(IPMI20_SESSION_T* session, uint16_t* count, int timeout);
 
 /* What Get SEL Info tells; 12 bytes. Times are the BMC's, in seconds; FFFFFFFFh for none. */
@@ -56,11 +56,11 @@ typedef struct {
     uint32_t lastErasure; /* of one record or of all */
 } CIM_SELInfo;
 
-/* Get SEL Info (31.2; 0Ah, 40h). What follows the log asks this at every turn, and where a platform has not
- * got it, reads the last record instead. */
+/* Get SEL Info (31.2; 0Ah, 40h). The follower of the log asks for it at every turn; where a platform does
+ * not have this function, it reads the last record instead. */
 int CIM_GetSELInfo(IPMI20_SESSION_T* session, CIM_SELInfo* info, int timeout) __attribute__((weak));
 
-/* Number of records in the log: Get SEL Info (31.2; 0Ah, 40h). */
+/* Reads the number of records in the log: Get SEL Info (31.2; 0Ah, 40h). */
 int CIM_GetNumOfSELEntries(IPMI20_SESSION_T* session, uint16_t* count, int timeout);
 
 /* Reads the whole log, oldest record first. `count` tells how many entries the buffer has room for, and then

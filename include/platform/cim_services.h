@@ -23,7 +23,7 @@ enum {
 
 #define CIM_SERVICE_NAME_SIZE 17 /* bytes of a service name with its end */
 
-/* A service as it is. */
+/* The present state of a service. */
 typedef struct {
     char name[CIM_SERVICE_NAME_SIZE]; /* "web", "kvm", "cd-media", "fd-media", "hd-media", "ssh", "telnet" */
     uint8_t currentState;             /* 1 enabled, 0 disabled */
@@ -34,7 +34,7 @@ typedef struct {
     uint8_t activeSessions;
 } CIM_ServiceConf;
 
-/* What a service shall be. */
+/* The state that a service shall have. */
 typedef struct {
     char name[CIM_SERVICE_NAME_SIZE];
     uint8_t enable; /* 1 or 0 */

@@ -12,9 +12,9 @@
 extern "C" {
 #endif
 
-/* All jobs of the daemon in one heap block that the caller frees; NULL and 0 when there are none. */
+/* Reads all jobs of the daemon into one heap block that the caller frees; NULL and 0 when there are none. */
 int SMP_Frame_Jobs_Req(StoredJobRow** jobs, int* count);
-/* One job, written to `job`. */
+/* Reads one job into `job`. */
 int SMP_Frame_Job_Req(const char* instanceId, StoredJobRow* job);
 int SMP_Frame_DeleteJob_Req(const char* instanceId);
 

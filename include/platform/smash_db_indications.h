@@ -25,7 +25,7 @@ static_assert(offsetof(CimxmlFilterRow, query) == 256 && offsetof(CimxmlFilterRo
                   offsetof(CimxmlFilterRow, severity) == 776 && sizeof(CimxmlFilterRow) == 780,
               "layout shared with the platform");
 
-/* All filters; none is a success with NULL and 0. */
+/* Reads all filters; none is a success with NULL and 0. */
 int db_get_all_indication_filter_cimxml(SMASH_DB_HANDLE handle, CimxmlFilterRow** rows, int* count);
 /* Fills `row` with the filter that has the name in it; none is a failure that leaves the row as it was. */
 int db_get_indication_filter_cimxml(SMASH_DB_HANDLE handle, CimxmlFilterRow* row);
@@ -42,7 +42,7 @@ typedef struct {
 static_assert(offsetof(CimxmlDestinationRow, destination) == 256 && sizeof(CimxmlDestinationRow) == 512,
               "layout shared with the platform");
 
-/* As those of filters. */
+/* These work as those of filters do. */
 int db_get_all_listener_destination(SMASH_DB_HANDLE handle, CimxmlDestinationRow** rows, int* count);
 int db_get_listener_destination(SMASH_DB_HANDLE handle, CimxmlDestinationRow* row);
 int db_set_listener_destination(SMASH_DB_HANDLE handle, const CimxmlDestinationRow* row);

@@ -56,7 +56,7 @@ typedef struct {
     char partNumber[64];
 } FruRecord;
 
-/* The FRU with the lowest entity instance of an entity ID. */
+/* Reads the FRU with the lowest entity instance of an entity ID. */
 int db_get_fru_by_entity_id(SMASH_DB_HANDLE handle, int entityId, FruRecord** fru);
 
 /* One sensor of the SDR repository that is published as CIM_Sensor.
@@ -109,10 +109,10 @@ typedef struct {
     uint8_t isLinear;    /* linearization byte is 0 (linear) */
 } FullSdr;
 
-/* All rows in repository order; no rows is a success with a NULL array and count 0. */
+/* Read all rows in repository order; no rows is a success with a NULL array and count 0. */
 int db_get_all_compact_sdrs(SMASH_DB_HANDLE handle, CompactSdr** rows, int* count);
 int db_get_all_full_sdrs(SMASH_DB_HANDLE handle, FullSdr** rows, int* count);
-/* The row with this deviceId; none is a failure. */
+/* Read the row with this deviceId; none is a failure. */
 int db_get_compact_sdr(SMASH_DB_HANDLE handle, const char* deviceId, CompactSdr** row);
 int db_get_full_sdr(SMASH_DB_HANDLE handle, const char* deviceId, FullSdr** row);
 

@@ -22,7 +22,7 @@ typedef struct {
     int32_t percentComplete;
 } ConcreteJobRow;
 
-/* The same with the identity that the database gave it. */
+/* A job row with the identity that the database gave it. */
 typedef struct {
     char instanceId[64];
     ConcreteJobRow job;
@@ -34,9 +34,9 @@ int db_set_concretejob(SMASH_DB_HANDLE handle, const ConcreteJobRow* job, char* 
 /* Changes a job. No such job is a failure. */
 int db_modify_concretejob(SMASH_DB_HANDLE handle, const char* instanceId, const char* jobStatus,
                           const char* operationalStatus, int percentComplete, int jobState);
-/* All jobs in the order they were added; none is a success with NULL and 0. A job whose time is over,
- * measured since boot, is there for no function any more; nor is one that still runs after an hour without a
- * change, whose process has died. */
+/* Reads all jobs in the order they were added; none is a success with NULL and 0. A job whose time is
+ * over, measured since boot, is there for no function any more; nor is one that still runs after an hour
+ * without a change, whose process has died. */
 int db_get_all_concretejob(SMASH_DB_HANDLE handle, StoredJobRow** rows, int* count);
 int db_get_concretejob(SMASH_DB_HANDLE handle, const char* instanceId, StoredJobRow** row);
 /* Removes a job and its error; of one of the command-line protocol daemon, which keeps its jobs, the error.
@@ -55,9 +55,10 @@ typedef struct {
 
 /* Stores a job's error, replacing the one it has. */
 int db_set_error_info(SMASH_DB_HANDLE handle, const JobErrorRow* error);
-/* The error of a job. A job without one is a success with NULL. */
+/* Reads the error of a job. A job without one is a success with NULL. */
 int db_get_error_info(SMASH_DB_HANDLE handle, const char* instanceId, JobErrorRow** error);
-/* The same of a job of the command-line protocol daemon, which stores its errors in the same database. */
+/* Does the same for a job of the command-line protocol daemon, which stores its errors in the same
+ * database. */
 int db_get_clp_error_info(SMASH_DB_HANDLE handle, const char* instanceId, JobErrorRow** error);
 
 #ifdef __cplusplus

@@ -10,8 +10,8 @@
 extern "C" {
 #endif
 
-/* The number of an event's description, from 1. A description that has none yet gets the next, so that events
- * with the same words have the same number as long as the database is kept. */
+/* Finds the number of an event's description, from 1. A description that has none yet gets the next, so
+ * that events with the same words have the same number as long as the database is kept. */
 int db_get_MessageID(SMASH_DB_HANDLE handle, const char* description, int32_t* messageId);
 
 #ifdef __cplusplus

@@ -1,5 +1,5 @@
-/* SMASH database: addresses that clients have staged. For the common rules see smash_db.h. The functions want
- * a handle of smash_db_init. */
+/* SMASH database: addresses that clients have staged. For the common rules see smash_db.h. The functions
+ * expect a handle of smash_db_init. */
 #ifndef PLATFORM_SMASH_DB_NETWORK_H
 #define PLATFORM_SMASH_DB_NETWORK_H
 
@@ -28,7 +28,7 @@ typedef struct {
 int db_init_static_ip_assignment_settingdata(SMASH_DB_HANDLE handle, const StaticIPRow* row);
 /* Stores a row, replacing the one that has its key. */
 int db_set_static_ip_assignment_settingdata(SMASH_DB_HANDLE handle, const StaticIPRow* row);
-/* All rows, in the order they were stored in; none is a success with NULL and 0. */
+/* Reads all rows, in the order they were stored in; none is a success with NULL and 0. */
 int db_get_all_static_ip_assignment_settingdata(SMASH_DB_HANDLE handle, StaticIPRow** rows, int* count);
 /* Removes all rows. */
 int db_delete_static_ip(SMASH_DB_HANDLE handle);

@@ -23,9 +23,9 @@ typedef struct {
     uint8_t started;            /* 1: the service is running */
 } PowerServiceRow;
 
-/* All services in the order they were stored; none is a success with NULL and 0. */
+/* Reads all services in the order they were stored; none is a success with NULL and 0. */
 int db_get_all_power_mgt_service(SMASH_DB_HANDLE handle, PowerServiceRow** rows, int* count);
-/* The service of this name; none is a failure. */
+/* Reads the service of this name; none is a failure. */
 int db_get_power_mgt_service(SMASH_DB_HANDLE handle, const char* name, PowerServiceRow** row);
 
 /* What a service can do, published as CIM_PowerManagementCapabilities. */

@@ -31,10 +31,10 @@ typedef struct {
 /* Fills the whole table; no entry is left NULL. Returns 0. */
 int Get_Function_Pointer(PlatformFunctions* table);
 
-/* Build-time switches of the firmware, by name ("CONFIG_KZP_FEATURE_LMEDIA_SUPPORT").
- * 1 enabled, 0 not enabled or unknown. */
+/* Build-time switches of the firmware, by name ("CONFIG_KZP_FEATURE_LMEDIA_SUPPORT"). The result is 1 for
+ * enabled, 0 for not enabled or unknown. */
 int IsFeatureEnabled(const char* feature);
-/* The number a build-time definition holds, or `defaultValue` where it is unknown. */
+/* Reads the number that a build-time definition holds, or `defaultValue` where it is unknown. */
 int GetMacrodefine_getint(const char* name, int defaultValue);
 
 /* Debug log. `level` selects the log the line goes to: 134 for the first function, 135 for the second. */

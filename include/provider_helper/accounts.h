@@ -22,16 +22,16 @@ typedef struct {
     uint8_t access; /* CIM_GetUserAccess on the channel that carries the request; 0xFF unknown */
 } PHUserEntry;
 
-/* A mode: each used slot is asked for its access too, and left out when it has none. */
+/* In this mode, each used slot is asked for its access too, and left out when it has none. */
 #define PH_USERS_WITH_ACCESS 2
 
-/* Number of slots, -1 on failure. */
+/* Returns the number of slots, -1 on failure. */
 PH_EXPORT int PH_Get_Max_Users_Count(IPMI20_SESSION_T* session);
-/* The used slots, in a heap array that the caller frees. A slot whose name cannot be read is left out; -1
- * when none can. */
+/* Reads the used slots into a heap array that the caller frees. A slot whose name cannot be read is left
+ * out; the result is -1 when none can. */
 PH_EXPORT int PH_Get_All_Users(int mode, PHUserEntry** users, int* count);
-/* The first user of this name. Slot 1, listed as "anonymous" all the same, is found by the name that it
- * holds, and by "anonymous" when it holds none. -1 when there is none. */
+/* Finds the first user of this name. Slot 1, listed as "anonymous" all the same, is found by the name that
+ * it holds, and by "anonymous" when it holds none. The result is -1 when there is none. */
 PH_EXPORT int PH_Get_User(int mode, const char* name, PHUserEntry* user);
 /* Appends ": Available slots - " and " %d" for each free slot to a message of PH_ACCOUNT_MESSAGE_SIZE bytes. */
 #define PH_ACCOUNT_MESSAGE_SIZE 256
@@ -125,7 +125,7 @@ typedef struct {
 } AccountManagementCapabilitiesRecord;
 
 PH_DECLARE_CLASS_FAMILY(AccountManagementCapabilities, AccountManagementCapabilitiesRecord);
-/* -1 when the BMC does not tell its number of slots. */
+/* Returns -1 when the BMC does not tell its number of slots. */
 PH_EXPORT int PH_Fill_AccountManagementCapabilities(IPMI20_SESSION_T* session,
                                                     AccountManagementCapabilitiesRecord* record);
 PH_EXPORT extern const char* const g_AccountManagementCapabilitiesKeyList[1];

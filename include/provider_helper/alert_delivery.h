@@ -61,35 +61,36 @@ typedef struct {
     char MessageArguments[ALERT_ARGUMENTS][64];
 } AlertRecord;
 
-/* Fills a zeroed alert. -1 when the sensors cannot be read. */
+/* Fills a zeroed alert. Returns -1 when the sensors cannot be read. */
 PH_EXPORT int SelToAlert(const SelEventMessage* message, AlertRecord* alert, int destination, int channel);
 
-/* Texts of a SEL record (16 bytes) into EVENT_TEXT_SIZE bytes, from the event-description library. -1 when it
- * is not open, and when it has no such text: then it is closed. */
+/* Writes texts of a SEL record (16 bytes) into EVENT_TEXT_SIZE bytes, with the event-description library.
+ * Returns -1 when it is not open, and when it has no such text: then it is closed. */
 PH_EXPORT int get_sensor_type(const uint8_t* record, char* text);
 PH_EXPORT int get_alert_severity_level(const uint8_t* record, char* text);
 PH_EXPORT int get_description(const uint8_t* record, char* text);
 /* The event-description library, while an alert is filled. */
 PH_EXPORT extern void* handle;
 
-/* The number that the SMASH database has for a description ("Unknown" for NULL and ""), or -1. */
+/* Finds the number that the SMASH database has for a description ("Unknown" for NULL and ""), or -1. */
 PH_EXPORT int get_message_id(const char* description);
 
 /* ---- Indications --------------------------------------------------------------------------------------- */
 
-/* A CIM_AlertIndication of namespace root/interop, which the caller releases. 0, or 1 and no instance. */
+/* Makes a CIM_AlertIndication of namespace root/interop, which the caller releases. Returns 0, or 1 and no
+ * instance. */
 PH_EXPORT int Create_AlertIndication_Instance(const CMPIBroker* broker, const CMPIContext* context,
                                               const AlertRecord* alert, CMPIInstance** instance,
                                               const SelEventMessage* message);
-/* Its properties. 0, or 1 at the first that cannot be set. IndicationTime's microseconds are counted in 32
- * bits; it is missing for an event without a time. */
+/* Sets its properties. Returns 0, or 1 at the first that cannot be set. IndicationTime's microseconds are
+ * counted in 32 bits; it is missing for an event without a time. */
 PH_EXPORT int Set_AlertIndication_Properties(const CMPIBroker* broker, const CMPIContext* context,
                                              const AlertRecord* alert, CMPIInstance* instance,
                                              const SelEventMessage* message);
 
-/* Delivers through the broker in namespace root/interop; when that fails, as often and at such intervals as
- * the first CIM_IndicationService says, in namespace root/cimv2. The second does the retries only. 0 when it
- * was delivered. */
+/* Delivers through the broker in namespace root/interop; when that fails, as often and at such intervals
+ * as the first CIM_IndicationService says, in namespace root/cimv2. The second function does only the
+ * retries. Returns 0 when the indication was delivered. */
 PH_EXPORT int Deliver_SEL_Indication(const CMPIBroker* broker, const CMPIContext* context,
                                      const CMPIInstance* instance);
 PH_EXPORT int RetryDeliverIndication(const CMPIBroker* broker, const CMPIContext* context,
@@ -101,25 +102,25 @@ PH_EXPORT void SendIndication(const char* buffer);
 
 /* ---- Mails --------------------------------------------------------------------------------------------- */
 
-/* Fills a zeroed mail to the user of an e-mail alert destination. -1 when the destination's user has no
- * address, when there is no server, or when the BMC cannot be asked. The request holds the server's password
- * then. */
+/* Fills a zeroed mail to the user of an e-mail alert destination. Returns -1 when the destination's user
+ * has no address, when there is no server, or when the BMC cannot be asked. The request holds the server's
+ * password then. */
 PH_EXPORT int ConvertAlertToMail(const AlertRecord* alert, AlertMailRequest* mail, uint8_t selector,
                                  uint8_t channel);
 
-/* Appends "\r\n<name>\t\t:\t<value>" to a text, with one tab less behind a name of 16 characters or more. The
- * caller's buffer has room for it. -1, and nothing, for an empty value. */
+/* Appends "\r\n<name>\t\t:\t<value>" to a text, with one tab less behind a name of 16 characters or more.
+ * The caller's buffer has room for it. Appends nothing and returns -1 for an empty value. */
 PH_EXPORT int AddPropertyValToBuffer(char* buffer, const char* name, const char* value);
 /* Appends the line "Severity" for 0, 2, 3, 6 and 7 (DMTF PerceivedSeverity). Returns 0. */
 PH_EXPORT int GetEventSev(int severity, char* buffer);
 
 /* ---- Sensors of events --------------------------------------------------------------------------------- */
 
-/* The broker's instances of CIM_Sensor in root/cimv2; NULL when it has none to give. */
+/* Returns the broker's instances of CIM_Sensor in root/cimv2; NULL when it gives none. */
 PH_EXPORT CMPIEnumeration* CacheSensorInstances(const CMPIBroker* broker, const CMPIContext* context);
-/* The next instance with this sensor number (5 for 0), or NULL. */
+/* Returns the next instance with this sensor number (5 for 0), or NULL. */
 PH_EXPORT CMPIInstance* GetSpecificEventSensorObjectInstances(int sensorNumber, CMPIEnumeration* sensors);
-/* 1 when a DeviceID numbers this sensor, 0 otherwise. */
+/* Returns 1 when a DeviceID numbers this sensor, 0 otherwise. */
 PH_EXPORT int IsEventingSensor(const char* deviceId, int sensorNumber);
 /* See PH_Parse_Sensor_DeviceID. Returns 0. */
 PH_EXPORT int ReturnParsedSensorDeviceID(const char* deviceId, PHSensorDeviceId* parts);
@@ -127,7 +128,7 @@ PH_EXPORT int ReturnParsedSensorDeviceID(const char* deviceId, PHSensorDeviceId*
 /* Copies a string property, cut to `size` - 1 characters; empty for one that is missing. Returns 0. */
 PH_EXPORT int get_cmpi_str_property_value(const CMPIInstance* instance, const char* name, char* buffer,
                                           int size);
-/* The same, and the text of the instance's object path. -1 when the path cannot be had. */
+/* Does the same, and writes the text of the instance's object path. Returns -1 when there is no path. */
 PH_EXPORT int get_alerting_managed_element_from_instance(const CMPIInstance* instance, const char* name,
                                                          char* buffer, int size, char* path, int pathSize);
 

@@ -76,7 +76,8 @@ PH_EXPORT void ConstructFilterQuery(char* query, const CIM_PEFEntry* entry);
  * case, property names as they are written here. */
 PH_EXPORT int CompileQueryAndSeverity(const char* query, CIM_PEFEntry* entry);
 
-/* 0 when the path's SystemCreationClassName, CreationClassName and SystemName are those of all filters. */
+/* Returns 0 when the path's SystemCreationClassName, CreationClassName and SystemName are those of all
+ * filters. */
 PH_EXPORT int ValidateConstantKeyPropertiesIF(const CMPIObjectPath* ref);
 
 /* ---- Listener destinations ----------------------------------------------------------------------------- */
@@ -157,7 +158,7 @@ PH_EXPORT int PH_Fill_ListenerDestinationSNMP(const char* destination, ListenerD
 PH_EXPORT extern const char* const g_ListenerDestinationSMTPKeyList[4];
 PH_EXPORT extern const char* const g_ListenerDestinationSNMPKeyList[4];
 
-/* As PH_Create_IndicationFilterInstance. */
+/* These work as PH_Create_IndicationFilterInstance does. */
 PH_EXPORT int PH_Create_ListenerDestinationSMTPInstance(ListenerDestinationRecord** records, int* count,
                                                         const char* systemName, const char* name,
                                                         const char* destination, int namesOnly);
@@ -165,10 +166,11 @@ PH_EXPORT int PH_Create_ListenerDestinationSNMPInstance(ListenerDestinationRecor
                                                         const char* systemName, const char* name,
                                                         const char* destination, int namesOnly);
 
-/* 0 for "http://<host>:<port>" with whatever follows, -1 for any other text and for NULL. The host is an IPv4
- * address: names are refused, and so are IPv6 addresses, because the host ends at the first ':'. */
+/* Returns 0 for "http://<host>:<port>" with whatever follows, -1 for any other text and for NULL. The host
+ * is an IPv4 address: names are refused, and so are IPv6 addresses, because the host ends at the first
+ * ':'. */
 PH_EXPORT int ValidateCIMXMLDestination(const char* url);
-/* As ValidateConstantKeyPropertiesIF; LD is for SMTP. */
+/* These work as ValidateConstantKeyPropertiesIF does; LD is for SMTP. */
 PH_EXPORT int ValidateConstantKeyPropertiesLD(const CMPIObjectPath* ref);
 PH_EXPORT int ValidateConstantKeyPropertiesLDSNMP(const CMPIObjectPath* ref);
 PH_EXPORT int ValidateConstantKeyPropertiesLDCIMXML(const CMPIObjectPath* ref);

@@ -37,7 +37,7 @@ PH_DECLARE_CLASS_FAMILY(ConcreteJob, ConcreteJobRecord);
 PH_EXPORT int PH_Fill_ConcreteJob(const StoredJobRow* row, ConcreteJobRecord* record);
 PH_EXPORT extern const char* const g_ConcreteJobKeyList[1];
 
-/* The daemon's jobs alone, appended as PH_Enum_All_ConcreteJob does. Without a daemon there are none. */
+/* Appends only the daemon's jobs, as PH_Enum_All_ConcreteJob does. Without a daemon there are none. */
 PH_EXPORT int PH_Enum_All_CLP_Jobs(ConcreteJobRecord** records, int* count, int namesOnly);
 PH_EXPORT int PH_Delete_CLPJob(const char* instanceId);
 

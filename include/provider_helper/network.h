@@ -47,13 +47,12 @@ PH_EXPORT int PH_Fill_EthernetPort(EthernetPortRecord* record, const char* macAd
                                    const char* interfaceName, const CIM_NWExtEthCfg* configuration,
                                    const uint16_t* speed, int enabled);
 
-/* Enables (2) or disables (3) an interface, or switches it off and on again (any other value), and notes the
- * state in
- * "/tmp/ethport_reqstate_<interface name>". A name with "bond" in it is the bonded interface, one with "eth"
- * a LAN; any other is only noted. A reset takes its pause, 25 s for the bond and 7 s for a LAN, before the
- * function returns. -1 with status 1 and a message: the port is in that state already, the BMC refused, or it
- * would have no working interface left. -1 without: the BMC did not answer. `context` and `arguments` are not
- * looked at. */
+/* Enables (2) or disables (3) an interface, or switches it off and on again (any other value), and notes
+ * the state in "/tmp/ethport_reqstate_<interface name>". A name with "bond" in it is the bonded interface,
+ * one with "eth" a LAN; any other is only noted. A reset takes its pause, 25 s for the bond and 7 s for a
+ * LAN, before the function returns. Returns -1 with status 1 and a message when the port is in that state
+ * already, when the BMC refused, or when it would have no working interface left. Returns -1 without them
+ * when the BMC did not answer. `context` and `arguments` are not looked at. */
 PH_EXPORT int RequestStateChange(const CMPIBroker* broker, const CMPIContext* context,
                                  const CMPIArgs* arguments, CMPIStatus* status, int lanIndex,
                                  const char* interfaceName, int requestedState);
@@ -136,16 +135,16 @@ PH_EXPORT int PH_CreateIPProtocolEndpointInstance(IPProtocolEndpointRecord** rec
                                                   const char* subnetMask, int prefixLength, int namesOnly,
                                                   int ipVersion);
 
-/* 1 while "/tmp/dhcp6_server_<interface name>" exists: the DHCPv6 client notes there which server it has its
- * address from. 0 otherwise. */
+/* Returns 1 while "/tmp/dhcp6_server_<interface name>" exists, else 0: the DHCPv6 client notes there which
+ * server it has its address from. */
 PH_EXPORT int PH_IsDHCPServerAddressFilePresent(const char* interfaceName);
 
 /* Walks the channels and has the DHCP classes create their protocol endpoints for each IPv4 address other
  * than 0.0.0.0 (IP version 4), and once for each channel with an IPv6 address other than :: and ::1 (6).
  * Returns 0, or -1 when the BMC cannot be reached or an endpoint was not created. */
 PH_EXPORT int PH_Get_All_Lanchannels(const CMPIBroker* broker, const CMPIContext* context);
-/* What it calls: a library with the DHCP classes has it. Where none is loaded, there is nothing to create.
- * Returns 0 for success. */
+/* This is what it calls: a library with the DHCP classes defines it. Where none is loaded, there is
+ * nothing to create. Returns 0 for success. */
 int PH_CreateDHCPProtocolEndpointInstance(const CMPIBroker* broker, const CMPIContext* context,
                                           const char* interfaceName, int channel, int ipVersion)
     __attribute__((weak, visibility("default")));
@@ -172,14 +171,14 @@ PH_EXPORT extern const char* const g_StaticIPAssignmentSettingDataKeyList[1];
 PH_EXPORT int PH_Fill_StaticIPAssignmentSettingData(const StaticIPRow* row,
                                                     StaticIPAssignmentSettingDataRecord* record);
 
-/* Whether every property of a modify request may be set to the value given. -1 with status 4 and
- * "<name> Parameter is Invalid" for the first that may not. */
+/* Checks whether every property of a modify request may be set to the value given. Returns -1 with status
+ * 4 and "<name> Parameter is Invalid" for the first that may not. */
 PH_EXPORT int SIPASD_Modify_Condition(const CMPIBroker* broker, const PHPropertyList* modifiable,
                                       CMPIStatus* status);
-/* Sets one property, checked before, in a record. -1 for a name that cannot be set. */
+/* Sets one property, checked before, in a record. Returns -1 for a name that cannot be set. */
 PH_EXPORT int SetProperty(StaticIPAssignmentSettingDataRecord* record, const char* name, CMPIData value);
 
-/* The staged address as it is at first: "0.0.0.0" and "::". Both return 0 or -1. */
+/* Store or fill the staged address as it is at first: "0.0.0.0" and "::". Both return 0 or -1. */
 PH_EXPORT int InitializeStaticIPTable(SMASH_DB_HANDLE handle);
 PH_EXPORT int UpdateStaticIPTable(SMASH_DB_HANDLE handle, const char* ipv4Address, const char* subnetMask,
                                   const char* gatewayIPv4Address, const char* ipv6Address,

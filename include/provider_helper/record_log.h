@@ -57,18 +57,18 @@ PH_DECLARE_CLASS_FAMILY(LogEntry, LogEntryRecord);
 PH_EXPORT int PH_Fill_LogEntry(const uint8_t* selRecord, LogEntryRecord* record, const char* logInstanceId);
 PH_EXPORT extern const char* const g_LogEntryKeyList[1];
 
-/* Number of SEL records that the last enumeration of log entries found. */
+/* Returns the number of SEL records that the last enumeration of log entries found. */
 PH_EXPORT extern uint16_t SELCount;
 
-/* All records of the SEL, oldest first, in a heap array that the caller frees. An empty SEL gives a count of
- * 0 and no array. */
+/* Reads all records of the SEL, oldest first, into a heap array that the caller frees. An empty SEL gives
+ * a count of 0 and no array. */
 PH_EXPORT int GetSELEntries(IPMI20_SESSION_T* session, uint16_t* count, CIM_SELEntry** records);
-/* The record with this ID, in a heap block of 16 bytes that the caller frees. */
+/* Reads the record with this ID into a heap block of 16 bytes that the caller frees. */
 PH_EXPORT int GetLogEntryData(IPMI20_SESSION_T* session, uint16_t recordId, uint8_t** record);
 
-/* DMTF datetime "yyyymmddHHMMSS.000000+mmm" of a SEL time. A SEL counts the seconds of the local clock: they
- * are taken back by the present offset from UTC, less an hour while daylight saving is in force. `text` holds
- * 26 characters. -1 for no text. */
+/* Writes a SEL time as DMTF datetime "yyyymmddHHMMSS.000000+mmm". A SEL counts the seconds of the local
+ * clock: they are taken back by the present offset from UTC, less an hour while daylight saving is in
+ * force. `text` holds 26 characters. Returns -1 for no text. */
 PH_EXPORT int PH_ConvertUnixTimetoDMTFDateTimeFormat(uint32_t seconds, char* text);
 
 /* ---- CIM_RecordLogCapabilities ------------------------------------------------------------------------- */

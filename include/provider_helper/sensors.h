@@ -82,21 +82,21 @@ PH_EXPORT extern const char* const g_NumericSensorKeyList[4];
 
 /* ---- Filling records ----------------------------------------------------------------------------------- */
 
-/* Everything that the SDR says: all but the first three keys and what a reading gives. The record is zeroed
- * before. -1 when an allocation fails. */
+/* Fill everything that the SDR says: all but the first three keys and what a reading gives. The record is
+ * zeroed before. Return -1 when an allocation fails. */
 PH_EXPORT int PH_Fill_Sensor(const CompactSdr* sdr, SensorRecord* record);
 PH_EXPORT int PH_Fill_NumericSensor(const FullSdr* sdr, NumericSensorRecord* record);
 
-/* ElementName, Description and Caption. Return 0. */
+/* Write ElementName, Description and Caption. Return 0. */
 PH_EXPORT int PH_Fill_Caption_Description_ElementName_Sensor(const CompactSdr* sdr, SensorRecord* record);
 PH_EXPORT int PH_Fill_Caption_Description_ElementName_NumericSensor(const FullSdr* sdr,
                                                                     NumericSensorRecord* record);
 
-/* PossibleStates. -1 when an allocation fails. */
+/* Fills PossibleStates. Returns -1 when an allocation fails. */
 PH_EXPORT int PH_Fill_PossibleStates_Sensor(SensorRecord* record);
 PH_EXPORT int PH_Fill_PossibleStates_NumericSensor(NumericSensorRecord* record);
 
-/* SupportedThresholds and SettableThresholds, which are equal, from the threshold bits. Returns 0. */
+/* Fills SupportedThresholds and SettableThresholds, which are equal, from the threshold bits. Returns 0. */
 PH_EXPORT int PH_Fill_Settable_SupportedThresholds_NumericSensor(NumericSensorRecord* record);
 
 /* The parts of a DeviceID, each cut at its field's width; name is the first word behind the colon. */
@@ -117,33 +117,35 @@ PH_EXPORT int PH_Parse_Sensor_DeviceID(const char* deviceId, PHSensorDeviceId* p
 /* ---- Readings and states ------------------------------------------------------------------------------- */
 
 /* Reads the sensor that the DeviceID numbers and sets OperationalStatus, HealthState, CurrentState and
- * EnabledState. -1 when it cannot be read: OperationalStatus is 0 then, and CurrentState as it was. */
+ * EnabledState. Returns -1 when it cannot be read: OperationalStatus is 0 then, and CurrentState as it
+ * was. */
 PH_EXPORT int PH_Get_Reading_Sensor(IPMI20_SESSION_T* session, SensorRecord* record);
 
-/* CurrentState from the two state bytes of Get Sensor Reading; the high one without its bit 7. The low byte
- * counts when it is not 0, the high byte otherwise. -1 when the state is not known; CurrentState says so. */
+/* Fills CurrentState from the two state bytes of Get Sensor Reading; the high one comes without its bit 7.
+ * The low byte counts when it is not 0, the high byte otherwise. Returns -1 when the state is not known;
+ * CurrentState says so. */
 PH_EXPORT int PH_Get_Sensor_CurrentState(SensorRecord* record, uint8_t statesLow, uint8_t statesHigh);
 
-/* CurrentState from the threshold comparison status; the lower non-critical and lower critical thresholds
- * (bits 0 and 1) are looked at. Returns 0. */
+/* Fills CurrentState from the threshold comparison status; the lower non-critical and lower critical
+ * thresholds (bits 0 and 1) are looked at. Returns 0. */
 PH_EXPORT int PH_Get_Analog_CurrentState(NumericSensorRecord* record, uint8_t thresholds);
 
-/* 1 for a sensor that could not be read, by its first OperationalStatus: it is neither enumerated nor offered
- * to associations, though it has a path and can be fetched by its keys. The other arguments are not looked
- * at. */
+/* Returns 1 for a sensor that could not be read, by its first OperationalStatus: it is neither enumerated
+ * nor offered to associations, though it has a path and can be fetched by its keys. The other arguments
+ * are not looked at. */
 PH_EXPORT int IsSkipUnkwonError(const char* deviceId, const char* source, int operationalStatus);
 
 /* ---- Health of other elements -------------------------------------------------------------------------- */
 
-/* A fan's HealthState and first OperationalStatus from its sensor: 5 and 2, 0 and 11 when the reading is
- * unavailable, 0 and 0 with the result -1 when the sensor cannot be read. */
+/* Reads a fan's HealthState and first OperationalStatus from its sensor: 5 and 2, 0 and 11 when the
+ * reading is unavailable, 0 and 0 with the result -1 when the sensor cannot be read. */
 PH_EXPORT int PH_Fill_HealthState(IPMI20_SESSION_T* session, uint8_t sensorNumber, uint16_t* healthState,
                                   int* operationalStatus);
 
-/* Health of a logical device, rolled up from the instances of CIM_Sensor that watch it: those whose SDR names
- * the device's IPMI entity. For each of their CurrentStates that logdev_health_state_mapping has,
+/* Rolls up the health of a logical device from the instances of CIM_Sensor that watch it: those whose SDR
+ * names the device's IPMI entity. For each of their CurrentStates that logdev_health_state_mapping has,
  * `healthState` and `operationalStatus` (the first of the device record's list) become the larger of
- * themselves and the row's values. -1 when nothing was found to say. */
+ * themselves and the row's values. Returns -1 when no state has a row. */
 PH_EXPORT int PH_DeviceInstance(const CMPIBroker* broker, const CMPIContext* context, uint16_t entityId,
                                 uint16_t entityInstance, uint16_t* healthState, int* operationalStatus);
 
@@ -157,9 +159,9 @@ typedef struct {
     char exponents[12];
 } PHConversionFactors;
 
-/* (m * x + b * 10^K1) * 10^K2 for a raw value x in decimal, in single precision; the linearization of a
- * non-linear sensor is not applied. For a format that is not analog the result is x itself, and the function
- * returns -1. */
+/* Computes (m * x + b * 10^K1) * 10^K2 for a raw value x in decimal, in single precision; the
+ * linearization of a non-linear sensor is not applied. For a format that is not analog the result is x
+ * itself, and the function returns -1. */
 PH_EXPORT int PH_ConvertReading(const PHConversionFactors* factors, const char* rawValue, float* result);
 PH_EXPORT float PH_ConvertRawReading(int32_t rawValue, const NumericSensorRecord* record);
 

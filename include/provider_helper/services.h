@@ -28,8 +28,8 @@ typedef struct {
 } ProtocolServiceRecord;
 
 PH_DECLARE_CLASS_FAMILY(ProtocolService, ProtocolServiceRecord);
-/* What the record's Name makes of the other fields. A service whose state the BMC does not tell is not
- * enabled. -1 for a Name that is no service's. The CLP service needs no session. */
+/* Fills the fields that follow from the record's Name. A service whose state the BMC does not tell is not
+ * enabled. Returns -1 for a Name that no service has. The CLP service needs no session. */
 PH_EXPORT int PH_Fill_ProtocolService(IPMI20_SESSION_T* session, ProtocolServiceRecord* record);
 PH_EXPORT extern const char* const g_ProtocolServiceKeyList[4];
 
@@ -47,7 +47,7 @@ PH_EXPORT int PH_ProtocolServiceRequestStateChange(const CMPIBroker* broker, con
 
 #define PH_SERVICE_MESSAGE_SIZE 256 /* bytes of a failure's text, which is written on failure only */
 
-/* PH_Set_ProtocolService_EnabledState by its other name. */
+/* This is another name of PH_Set_ProtocolService_EnabledState. */
 PH_EXPORT int PH_RequestStateChange_DB(uint16_t requestedState, const char* serviceName, char* message);
 /* "CLPProtocolService" is the CLP daemon, another name that is none of a service the web service. A state
  * other than 2, 3 and 11 changes nothing and is no failure. Resetting an enabled service disables it for 3
@@ -59,7 +59,8 @@ PH_EXPORT int PH_Set_ProtocolService_EnabledState(const char* serviceName, uint1
  * not are failures; a restart never fails. The daemon is asked to stop with a hang-up signal, and restarted
  * with a termination signal; clients are ended before. */
 PH_EXPORT int PH_ChangeState_CLPProtocolService(uint16_t requestedState, char* message);
-/* 0 when it runs, -1 when not or when the processes cannot be listed: the daemon, and a client on a terminal. */
+/* Return 0 when it runs, -1 when not or when the processes cannot be listed: the daemon, and a client on a
+ * terminal. */
 PH_EXPORT int PH_IsSmashclpdRunning(void);
 PH_EXPORT int PH_IsSmashclpRunning(void);
 

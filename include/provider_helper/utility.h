@@ -21,8 +21,8 @@ extern "C" {
 
 /* ---- Property lists ------------------------------------------------------------------------------------ */
 
-/* 1 when `name` is to be set on an instance: `list` is NULL (no filter) or one of its entries equals `name`,
- * whatever the case. 0 otherwise, and for a NULL name. `list` ends with NULL. */
+/* Returns 1 when `name` is to be set on an instance: `list` is NULL (no filter) or one of its entries
+ * equals `name`, whatever the case. Returns 0 otherwise, and for a NULL name. `list` ends with NULL. */
 PH_EXPORT int ExistsInList(const char** list, const char* name);
 
 /* A row of a default or modifiable list, 80 bytes on every machine. `value` holds the first eight bytes of a
@@ -48,16 +48,18 @@ PH_EXPORT void AddTo_DefaultList(void* table, const char* name, int index);
 #define PH_REFUSED_NAMES_SIZE 1024
 
 /* Sorts a modify request into `modifiable` and `refusedNames` (joined with ", "; cut where it is full).
- * Without a property list every property that differs from `current` is taken, and refused names do not make
- * the function fail: the caller fails the request when the text is not empty. With one, the first name that
- * is not in `defaults` ends it with -1. Values that refer to CMPI objects stay those of `modified`. */
+ * Without a property list every property that differs from `current` is taken, and refused names do not
+ * make the function fail: the caller fails the request when the text is not empty. With a list, the first
+ * name that is not in `defaults` ends it with -1. Values that refer to CMPI objects stay those of
+ * `modified`. */
 PH_EXPORT int getModifiableProperties(const CMPIInstance* modified, const CMPIInstance* current,
                                       const char** properties, const PHPropertyList* defaults,
                                       PHPropertyList* modifiable, char* refusedNames);
 
-/* Splits a text at its commas into a heap array of heap strings, both freed by the caller. Leading blanks and
- * tabs of a field go; empty fields count, and leave as many NULL slots at the array's end. Only the first 255
- * characters are looked at. NULL or empty text: count 0, `list` untouched. -1 when an allocation fails. */
+/* Splits a text at its commas into a heap array of heap strings, both freed by the caller. Leading blanks
+ * and tabs of a field go; empty fields count, and leave as many NULL slots at the array's end. Only the
+ * first 255 characters are looked at. NULL or empty text: count 0, `list` untouched. Returns -1 when an
+ * allocation fails. */
 PH_EXPORT int PH_GetArrayCount(const char* text, char*** list, int* count);
 
 /* ---- Array building ------------------------------------------------------------------------------------ */
@@ -71,33 +73,34 @@ PH_EXPORT CMPIArray* PH_DupArray_uint16(const CMPIBroker* broker, const uint16_t
 PH_EXPORT CMPIArray* PH_DupArray_uint64(const CMPIBroker* broker, const uint64_t* list, int count);
 PH_EXPORT CMPIArray* PH_DupArray_sint32(const CMPIBroker* broker, const int32_t* list, int count);
 
-/* uint16 array of the entries before the first negative one, each cut to 16 bits. */
+/* Makes a uint16 array of the entries before the first negative one, each cut to 16 bits. */
 PH_EXPORT CMPIArray* PH_Dup_uint16_Array(const CMPIBroker* broker, const int* list);
-/* uint16 array of `count` entries. */
+/* Makes a uint16 array of `count` entries. */
 PH_EXPORT CMPIArray* Dup_uint16_Array(const CMPIBroker* broker, int count, const uint16_t* list);
-/* String array of the texts at table + i * stride. */
+/* Makes a string array of the texts at table + i * stride. */
 PH_EXPORT CMPIArray* Dup_const_string_Array(const CMPIBroker* broker, int count, const void* table,
                                             int stride);
-/* The same; as many elements as the table has 32-bit words before the first zero word. None gives NULL. */
+/* Does the same; the array has as many elements as the table has 32-bit words before the first zero word.
+ * None gives NULL. */
 PH_EXPORT CMPIArray* PH_Dup_const_string_Array(const CMPIBroker* broker, const void* table, int stride);
-/* String array of `count` texts. */
+/* Makes a string array of `count` texts. */
 PH_EXPORT CMPIArray* Dup_variable_string_Array(const CMPIBroker* broker, int count, char* const* texts);
-/* String array of the texts before the NULL. None gives NULL. */
+/* Makes a string array of the texts before the NULL. None gives NULL. */
 PH_EXPORT CMPIArray* PH_Dup_variable_string_Array(const CMPIBroker* broker, char* const* texts);
 
 /* ---- Values of a request ------------------------------------------------------------------------------- */
 
-/* 1 for the text of an integer, else 0: decimal digits, or hexadecimal ones after 0x, with a sign in front if
- * and only if `signedFlag` is 1. No digits at all are one too. */
+/* Returns 1 for the text of an integer, else 0: decimal digits, or hexadecimal ones after 0x, with a sign
+ * in front if and only if `signedFlag` is 1. A text without digits counts too. */
 PH_EXPORT int IsValidIntValue(const char* text, int signedFlag);
-/* The number that a string stands for: decimal, hexadecimal after 0x, octal after a leading 0, and 0 for a
- * NULL string. A value of another type, or another text, fails. */
+/* Reads the number that a string stands for: decimal, hexadecimal after 0x, octal after a leading 0, and 0
+ * for a NULL string. A value of another type, or another text, fails. */
 PH_EXPORT int ParseToUnsignedInt(CMPIData data, uint64_t* result);
 PH_EXPORT int ParseToSignedInt(CMPIData data, int64_t* result);
 
-/* Takes a value of the native type as it is, or a string: decimal, 0x hexadecimal, or octal after a leading
- * 0. Signed getters want a sign in a string. The 64-bit getters accept 32 bits from a string. A NULL string
- * is 0. The result is left alone on failure. */
+/* Takes a value of the native type as it is, or a string: decimal, 0x hexadecimal, or octal after a
+ * leading 0. Signed getters need a sign in a string. The 64-bit getters accept 32 bits from a string. A
+ * NULL string is 0. The result is left alone on failure. */
 PH_EXPORT int GetUINT8Value(CMPIData data, uint8_t* result);
 PH_EXPORT int GetUINT16Value(CMPIData data, uint16_t* result);
 PH_EXPORT int GetUINT32Value(CMPIData data, uint32_t* result);
@@ -106,13 +109,13 @@ PH_EXPORT int GetSINT8Value(CMPIData data, int8_t* result);
 PH_EXPORT int GetSINT16Value(CMPIData data, int16_t* result);
 PH_EXPORT int GetSINT32Value(CMPIData data, int32_t* result);
 PH_EXPORT int GetSINT64Value(CMPIData data, int64_t* result);
-/* A boolean, or the strings "true" and "false" in any case. A NULL string is false. */
+/* Reads a boolean, or the strings "true" and "false" in any case. A NULL string is false. */
 PH_EXPORT int GetBoolValue(CMPIData data, CMPIBoolean* result);
-/* The string itself, NULL for one without text. Another type sets NULL and fails. */
+/* Returns the string itself, NULL for one without text. Another type sets NULL and fails. */
 PH_EXPORT int GetStringValue(CMPIData data, CMPIString** result);
 
-/* Elements of an array value, in a heap buffer that the caller frees. A NULL array is a success that touches
- * nothing. An element that cannot be taken fails and sets the buffer to NULL. */
+/* Converts the elements of an array value into a heap buffer that the caller frees. A NULL array is a
+ * success that touches nothing. An element that cannot be taken fails and sets the buffer to NULL. */
 PH_EXPORT int GetUINT16AValue(CMPIData data, uint16_t** buffer, CMPICount* count);
 /* The buffer holds eight bytes for each string, more than its pointers need. */
 PH_EXPORT int GetStringAValue(CMPIData data, CMPIString*** buffer, CMPICount* count);
@@ -216,7 +219,7 @@ PH_EXPORT int CreateIPMISession(IPMI20_SESSION_T* session);
 /* Opens a session on behalf of the user and address in "/tmp/current_req", a file of this process's user or
  * of root's. */
 PH_EXPORT int CreateIPMISession_Ext(IPMI20_SESSION_T* session);
-/* -1 for NULL, else 0: a BMC that does not answer has its session closed too. */
+/* Returns -1 for NULL, else 0: the session is closed even when the BMC does not answer. */
 PH_EXPORT int CloseIPMISession(IPMI20_SESSION_T* session);
 
 PH_EXPORT int PH_CreateDBHandle(SMASH_DB_HANDLE* handle);
@@ -224,38 +227,38 @@ PH_EXPORT int PH_CreateTmpDBHandle(SMASH_DB_HANDLE* handle);
 PH_EXPORT int PH_CreateSmashDBHandle(SMASH_DB_HANDLE* handle);
 PH_EXPORT int PH_CloseDBHandle(SMASH_DB_HANDLE handle);
 
-/* System names as the vendor gives them, or "Unknown.IPMI BMC DeviceID.<id>" and "IPMI Controller <id>" after
- * the device record. `name` holds 256 characters. */
+/* Write the system names as the vendor gives them, or "Unknown.IPMI BMC DeviceID.<id>" and "IPMI
+ * Controller <id>" after the device record. `name` holds 256 characters. */
 PH_EXPORT int PH_GetHostSystemName(char* name);
 PH_EXPORT int PH_GetSPSystemName(char* name);
 
-/* Wall-clock seconds, all bits set when the clock cannot be read. */
+/* Returns wall-clock seconds, with all bits set when the clock cannot be read. */
 PH_EXPORT unsigned int PH_GetTimeInSeconds(void);
 
-/* First two colon-separated fields as decimal numbers; leading and repeated colons are skipped. `first` may
- * be NULL. */
+/* Reads the first two colon-separated fields as decimal numbers; leading and repeated colons are skipped.
+ * `first` may be NULL. */
 PH_EXPORT int ParseDeviceId(const char* deviceId, int* first, int* second);
 
-/* "1.2.3.4" to 4 bytes; each number is cut to 8 bits. -1 for fewer than four numbers. */
+/* Converts "1.2.3.4" to 4 bytes; each number is cut to 8 bits. Returns -1 for fewer than four numbers. */
 PH_EXPORT int PH_ConvertStrToIP(const char* text, uint8_t* address);
-/* "00:1A:..." to 6 bytes. -1 for fewer than six fields. */
+/* Converts "00:1A:..." to 6 bytes. Returns -1 for fewer than six fields. */
 PH_EXPORT int ConvertStrToMAC(const char* text, uint8_t* mac);
-/* 12 hexadecimal digits to 6 bytes; a NULL or shorter text leaves them unchanged. */
+/* Converts 12 hexadecimal digits to 6 bytes; a NULL or shorter text leaves them unchanged. */
 PH_EXPORT void GetMACAddress(const char* text, uint8_t* mac);
-/* 6 bytes to "00:1A:..."; `text` holds 18 characters. Returns the text's length. */
+/* Converts 6 bytes to "00:1A:..."; `text` holds 18 characters. Returns the text's length. */
 PH_EXPORT int ConvertMACNumToMACFormatStr(const uint8_t* mac, char* text);
 /* Separator ":": 6 bytes as 12 hexadecimal digits, without separators; ".": 4 bytes as dotted decimal
  * numbers; any other writes nothing. `text` holds 16 characters. */
 PH_EXPORT void ConvertIPorMACnumToStr(const uint8_t* bytes, int length, char* text, const char* separator);
-/* Strict IPv4 check; says on standard output what is wrong. */
+/* Checks an IPv4 address strictly, and says on standard output what is wrong. */
 PH_EXPORT int IsValidIP(const char* text);
 
-/* CIM PhysicalPackage PackageType of an IPMI entity ID, 0 where none fits, and its name (64 characters), left
- * alone where there is none. Returns 0. */
+/* Finds the CIM PhysicalPackage PackageType of an IPMI entity ID, 0 where none fits, and its name (64
+ * characters), which is left alone where there is none. Returns 0. */
 PH_EXPORT int PH_GetPackageTypeAndName(int entityId, int* packageType, char* name);
 
-/* The authenticated user of the request, as the context entry "CMPIPrincipal" names it. The text belongs to
- * the context. */
+/* Returns the authenticated user of the request, as the context entry "CMPIPrincipal" names it. The text
+ * belongs to the context. */
 PH_EXPORT int GetUserForAuthentication(const void* unused, const CMPIContext* context, const char** user);
 
 #ifdef __cplusplus

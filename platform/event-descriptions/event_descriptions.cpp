@@ -87,7 +87,7 @@ Severity severityOf(Record record) {
     const Severity severity = stateSeverity(record);
     if (!PH_IsSelDeassertion(record) || severity == Severity::unspecified)
         return severity;
-    // The end of a bad state is good; that of the good one tells nothing of what came after it.
+    // The end of a bad state is good; the end of the good state does not tell what followed.
     return severity == Severity::ok ? Severity::unspecified : Severity::ok;
 }
 

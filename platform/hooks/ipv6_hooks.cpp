@@ -81,7 +81,7 @@ void append(CIM_IPv6Addresses& list, const AddressSet& set) {
 
 void appendActive(CIM_IPv6Addresses& list, const LanParameters& bmc, std::uint8_t number,
                   std::uint8_t count) {
-    // A count that is no more than a claim must not cost a message each.
+    // A BMC may claim a count that is too high, which must not cost a message for each.
     count = std::min<std::uint8_t>(count, CIM_MAX_IPV6_ADDRESSES);
     for (std::uint8_t selector = 0; selector < count && list.count < CIM_MAX_IPV6_ADDRESSES; ++selector) {
         const auto set = readAddress(bmc, number, selector);

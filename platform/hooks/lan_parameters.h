@@ -11,12 +11,12 @@ public:
     LanParameters(ipmi::Transport& bmc, std::uint8_t channel) : bmc_(bmc), channel_(channel) {}
 
     // Fills `bytes` with what follows the parameter's revision in the answer. Throws what ipmi::run does, and
-    // for a shorter answer.
+    // ShortAnswerError.
     void read(std::uint8_t parameter, std::span<std::uint8_t> bytes) const;
-    // The same; false, and zeros, for a parameter that the BMC does not have.
+    // Does the same; returns false, and zeros, for a parameter that the BMC does not have.
     bool readIfPresent(std::uint8_t parameter, std::span<std::uint8_t> bytes) const;
-    // Of parameters with sets, whose first byte is the set's selector. An answer with another set throws too,
-    // but for 0, which marks a set that is not used.
+    // Reads a parameter with sets, whose first byte is the set's selector. An answer with another set throws
+    // too, except set 0, which marks a set that is not used.
     void readSet(std::uint8_t parameter, std::uint8_t set, std::span<std::uint8_t> bytes) const;
     bool readSetIfPresent(std::uint8_t parameter, std::uint8_t set, std::span<std::uint8_t> bytes) const;
     std::uint8_t readByte(std::uint8_t parameter) const;

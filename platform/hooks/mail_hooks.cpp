@@ -39,7 +39,7 @@ void readText(Session& bmc, oem::MailText which, std::uint8_t owner, std::uint8_
     }
 }
 
-// The BMC takes the text when the block with its end is there.
+// The BMC takes the text once the block with its end has arrived.
 void writeText(Session& bmc, oem::MailText which, std::uint8_t owner, std::uint8_t part, const char* text) {
     const std::size_t size = oem::mailTextSizes[which];
     const std::size_t length = strnlen(text, size);

@@ -7,7 +7,7 @@
 
 namespace hooks {
 
-// Nothing where the BMC does not have the command. Throws what ipmi::run does.
+// Returns nothing where the BMC does not have the command. Throws what ipmi::run does.
 std::optional<ipmi::Answer> askOem(Session& bmc, ipmi::CommandCode command,
                                    std::span<const std::uint8_t> request);
 inline std::optional<ipmi::Answer> askOem(Session& bmc, ipmi::CommandCode command,
@@ -15,7 +15,7 @@ inline std::optional<ipmi::Answer> askOem(Session& bmc, ipmi::CommandCode comman
     return askOem(bmc, command, std::span(request.begin(), request.size()));
 }
 
-// The same for a command that there has to be: throws std::runtime_error where there is none.
+// Does the same for a command that is needed: throws std::runtime_error where the BMC does not have it.
 ipmi::Answer runOem(Session& bmc, ipmi::CommandCode command, std::span<const std::uint8_t> request);
 inline ipmi::Answer runOem(Session& bmc, ipmi::CommandCode command,
                            std::initializer_list<std::uint8_t> request = {}) {

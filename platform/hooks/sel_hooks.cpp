@@ -49,8 +49,9 @@ std::uint16_t idOf(const std::uint8_t (&bytes)[2]) {
     return static_cast<std::uint16_t>(bytes[0] | bytes[1] << 8);
 }
 
-// Follows the chain of records from the first. false when it breaks off or runs in a circle, because records
-// were deleted or the BMC errs. Records that come in while it is followed are taken as long as there is room.
+// Follows the chain of records from the first. Returns false when it breaks off or runs in a circle, because
+// records were deleted or the BMC errs. Records that come in while it is followed are taken as long as there
+// is room.
 bool readChain(hooks::Session& bmc, int timeout, std::span<CIM_SELEntry> entries, std::uint16_t& count) {
     hooks::SelReader reader(bmc);
     std::bitset<0x10000> seen;

@@ -15,7 +15,7 @@ inline constexpr std::uint8_t wholeRecord = 0xFF; // as the number of bytes aske
 
 CIM_SELInfo readInfo(ipmi::Transport& bmc);
 
-// A new reservation; 0 from a BMC that works without.
+// Makes a reservation; 0 for a BMC that works without.
 std::uint16_t makeReservation(ipmi::Transport& bmc);
 
 } // namespace sel

@@ -29,7 +29,7 @@ public:
     // of each channel whether it is one.
     const std::vector<std::uint8_t>& lanChannels();
 
-    // Whether the BMC is one that docs/oem-commands.md speaks of.
+    // Tells whether docs/oem-commands.md describes this BMC.
     bool hasOemCommands();
 
 private:
@@ -43,17 +43,18 @@ private:
 // Puts an open session into storage of the caller's, whatever that held before.
 void store(IPMI20_SESSION_T& session, std::unique_ptr<Session> open);
 
-// Takes it out again; nothing for a session that is not open.
+// Takes the session out again; nothing when it is not open.
 std::unique_ptr<Session> release(IPMI20_SESSION_T& session);
 
-// An open session, for a hook call that begins now. Throws ipmi::TransportError for any other.
+// Returns an open session, for a hook call that begins now. Throws ipmi::TransportError for a session that is
+// not open.
 Session& sessionOf(const IPMI20_SESSION_T* session, int timeout);
 
 // The debug log of the CIM hooks.
 inline constexpr int debugLog = 134;
 
-// Runs a hook's work: 0, or -1 with a line in the debug log when it throws. Nothing leaves a C function but
-// that.
+// Runs a hook's work and returns 0. When it throws, the result is -1 and the debug log has a line: no
+// exception leaves a C function.
 template <class Work>
 int guarded(const char* hook, Work&& work) noexcept {
     try {

@@ -99,9 +99,9 @@ void writeAccess(Transport& bmc, std::uint8_t user, const AccessSettings& settin
     sendAccess(bmc, settings.channel, user, access);
 }
 
-// A user that is being deleted. A BMC may refuse at the last step, which clears the name: a user of a fixed
-// name must not have been disabled for it. IPMI commands to a user without a name may be refused too, so the
-// name cannot come first.
+// Holds a user that is being deleted. A BMC may refuse at the last step, which clears the name: a user of a
+// fixed name must not have been disabled for it. IPMI commands to a user without a name may be refused too,
+// so the name cannot come first.
 class Deletion {
 public:
     Deletion(Transport& bmc, std::uint8_t user) : bmc_(bmc), user_(user) {
@@ -127,7 +127,7 @@ public:
     }
 
 private:
-    // Users are created with access on channel 1, whichever channel that is asked of.
+    // Users are created with access on channel 1, whichever channel a request names.
     static constexpr std::uint8_t firstLan = 1;
     static constexpr std::uint8_t settings = 0x3F; // of an access, all but callback only
 
@@ -136,7 +136,7 @@ private:
             former_.push_back({channel, user.access});
     }
 
-    // As far as the BMC lets: one step that fails does not keep the others from being tried.
+    // Undoes as much as the BMC allows: after a step that fails, the others are tried all the same.
     void restore() {
         for (const Access& each : former_)
             hooks::guarded("CIM_DelUser", [&] { sendAccess(bmc_, each.channel, user_, each.access); });

@@ -20,7 +20,7 @@ struct UserAccess {
 
 UserAccess readUserAccess(ipmi::Transport& bmc, std::uint8_t channel, std::uint8_t user);
 
-// Empty for a slot that is not in use, which BMCs answer with zeros or refuse.
+// The name is empty for a slot that is not in use, which BMCs answer with zeros or refuse.
 std::string readUserName(ipmi::Transport& bmc, std::uint8_t user);
 
 // Throws std::runtime_error unless the BMC has an enabled user of this name. A BMC that has no user table

@@ -28,8 +28,8 @@ auto answer(Ask ask) {
     return result;
 }
 
-// What an object was asked for. The thread that delivers indications stays attached to the broker for good:
-// it has to give back itself what other threads' requests give back when they end.
+// What an object was asked for. The thread that delivers indications stays attached to the broker for good,
+// so it has to release itself what requests of other threads release when they end.
 struct Release {
     template <class Object>
     void operator()(Object* object) const {
@@ -43,7 +43,8 @@ bool isNull(const CMPIData& data) {
     return (data.state & (CMPI_nullValue | CMPI_notFound | CMPI_badValue)) != 0;
 }
 
-// The value of a property or a key. Elements of an array are not owned: they go with the array.
+// Owns the value of a property or a key. Elements of an array are not owned: they are released with the
+// array.
 class OwnedData {
 public:
     explicit OwnedData(const CMPIData& data) : data_(data) {}
@@ -81,7 +82,7 @@ std::string textOf(const CMPIString* string) {
     return chars != nullptr ? chars : "";
 }
 
-// Of a part of a path that need not be there.
+// Reads a part of a path that need not be there.
 template <class Get>
 std::string partOf(const CMPIObjectPath* path, Get get) {
     return textOf(Owned<CMPIString>(get(path, nullptr)).get());
@@ -93,7 +94,7 @@ std::string decimal(Number number) {
     return {digits, std::to_chars(digits, digits + sizeof digits, number).ptr};
 }
 
-// The shortest text that gives the number again. DSP0201 wants a point in it: 1.0, 1.0e+30.
+// Returns the shortest text that reads back as the number. DSP0201 wants a point in it: 1.0, 1.0e+30.
 template <class Real>
 std::string real(Real number) {
     char digits[32];
@@ -137,7 +138,7 @@ std::string embedded(const CMPIInstance* instance) {
     return toText(document, false);
 }
 
-// The value as its element holds it; nothing for null.
+// Returns the value as its element holds it; nothing for null.
 std::optional<std::string> valueText(const CMPIData& data) {
     if (isNull(data))
         return std::nullopt;
@@ -224,7 +225,7 @@ void addNameSpace(pugi::xml_node parent, std::string_view path) {
     }
 }
 
-// As much of the path as it has: host and namespace, namespace, or neither.
+// Writes as much of the path as it has: host and namespace, namespace, or neither.
 void addReference(pugi::xml_node parent, const CMPIObjectPath* path) {
     auto where = addElement(parent, "VALUE.REFERENCE");
     const std::string host = partOf(path, path->ft->getHostname);

@@ -16,7 +16,7 @@ void addAttribute(pugi::xml_node element, const char* name, const std::string& v
 
 void addInstance(pugi::xml_node parent, const CMPIInstance* instance);
 
-// The document as text, without layout.
+// Returns the document as text, without layout.
 std::string toText(const pugi::xml_document& document, bool withDeclaration);
 
 } // namespace interop

@@ -44,7 +44,7 @@ std::size_t takeHeader(char* data, std::size_t size, std::size_t count, void* an
     return size * count;
 }
 
-// A body without one may be anything: a listener that only takes note has nothing to say.
+// A body without an error may be anything: some listeners only take note, and say nothing.
 bool hasErrorElement(const std::string& body) {
     pugi::xml_document document;
     document.load_buffer(body.data(), body.size(), pugi::parse_minimal);

@@ -3,8 +3,8 @@
 
 namespace interop {
 
-// Posts an export message. Whether the listener took it: with an HTTP status of 2xx, and without an error of
-// CIM. Throws std::runtime_error.
+// Posts an export message. Returns whether the listener took it, with an HTTP status of 2xx and without a CIM
+// error. Throws std::runtime_error.
 bool deliver(const char* url, const char* message);
 
 } // namespace interop

@@ -36,7 +36,7 @@ struct Character {
     std::size_t size = 1; // bytes
 };
 
-// The first character of a text that is not empty.
+// Reads the first character of a text that is not empty.
 Character first(std::string_view text) {
     const auto byte = [&](std::size_t i) { return static_cast<std::uint8_t>(text[i]); };
     const std::uint8_t lead = byte(0);
@@ -54,7 +54,7 @@ Character first(std::string_view text) {
             return {};
         code = code << 6 | (byte(i) & 0x3F);
     }
-    // Longer than the character needs: not valid.
+    // An encoding longer than the character needs is not valid.
     if ((size == 3 && code < 0x800) || (size == 4 && code < 0x10000))
         return {};
     return {code, size};

@@ -30,12 +30,12 @@ inline constexpr std::uint8_t insufficientPrivilege = 0xD4;
 inline constexpr std::uint8_t notInPresentState = 0xD5;
 inline constexpr std::uint8_t unspecified = 0xFF;
 
-// How BMCs refuse to send as many bytes of a record as were asked for.
+// BMCs use these codes to refuse sending as many bytes of a record as were asked for.
 constexpr bool meansTooMuch(std::uint8_t code) {
     return code == requestLengthInvalid || code == requestLengthExceeded || code == cannotReturnBytes ||
            code == unspecified;
 }
-// How they refuse a parameter, a set, a channel or a user that they do not have.
+// They use these to refuse a parameter, a set, a channel or a user that they do not have.
 constexpr bool meansAbsent(std::uint8_t code) {
     return code == parameterOutOfRange || code == notPresent || code == invalidDataField;
 }
@@ -67,7 +67,8 @@ public:
     std::span<const std::uint8_t> data() const { return std::span(bytes_).subspan(1, size_ - 1); }
     Reader reader() const { return Reader(data()); }
 
-    // For the end of a decoder: throws ShortAnswerError when `reader` ran over the end of this answer.
+    // To be called at the end of a decoder: throws ShortAnswerError when `reader` ran over the end of this
+    // answer.
     void verify(const Reader& reader) const;
 
 private:

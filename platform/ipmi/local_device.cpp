@@ -73,8 +73,8 @@ void LocalDevice::awaitMessage(Clock::time_point end) const {
     }
 }
 
-// Nothing when the message is none that answers the last request: an answer to an earlier one that was given
-// up, or an event.
+// Returns nothing when the message does not answer the last request: it may be an event, or an answer to an
+// earlier request that was given up.
 std::optional<std::size_t> LocalDevice::receive(std::span<std::uint8_t> answer) {
     ipmi_addr sender{};
     ipmi_recv message{};

@@ -9,7 +9,7 @@ namespace ipmi {
 
 class LocalDevice final : public Transport {
 public:
-    // Nothing where the machine has no such device. Throws TransportError when it cannot be opened.
+    // Returns nothing where the machine has no such device. Throws TransportError when it cannot be opened.
     static std::unique_ptr<LocalDevice> find(const SessionSettings& settings);
 
     // Takes the descriptor over.

@@ -23,7 +23,7 @@ public:
     constexpr std::uint32_t u24() { return little(3); }
     constexpr std::uint32_t u32() { return little(4); }
 
-    // The next `count` bytes; an empty span when there are fewer.
+    // Returns the next `count` bytes; an empty span when there are fewer.
     constexpr std::span<const std::uint8_t> bytes(std::size_t count) {
         if (!ok_ || count > left_.size()) {
             ok_ = false;
@@ -33,7 +33,7 @@ public:
         left_ = left_.subspan(count);
         return taken;
     }
-    // All that is left, which may be nothing.
+    // Returns all that is left, which may be nothing.
     constexpr std::span<const std::uint8_t> rest() { return bytes(left()); }
     constexpr void skip(std::size_t count) { (void)bytes(count); }
 

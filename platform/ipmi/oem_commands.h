@@ -1,5 +1,4 @@
-// OEM commands, network function 30h, as docs/oem-commands.md describes them: for those who send and those
-// who answer them.
+// OEM commands of network function 30h, which docs/oem-commands.md describes, for both ends.
 #pragma once
 
 #include "ipmi/commands.h"
@@ -9,7 +8,7 @@
 
 namespace ipmi::oem {
 
-// What Get Device ID says of a BMC that has them.
+// Get Device ID says this of a BMC that has them.
 inline constexpr std::uint32_t manufacturer = 32473; // the enterprise number of RFC 5612, for documents
 inline constexpr std::uint16_t product = 0x5048;
 

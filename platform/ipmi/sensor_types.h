@@ -5,7 +5,8 @@
 
 namespace ipmi {
 
-// Sensor type code (IPMI 2.0 table 42-3); "Reserved" and "OEM" for codes without a name of their own.
+// Names a sensor type code (IPMI 2.0 table 42-3); "Reserved" and "OEM" stand for codes without a name of
+// their own.
 const char* sensorTypeName(std::uint8_t type);
 
 } // namespace ipmi

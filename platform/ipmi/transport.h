@@ -16,12 +16,12 @@
 
 namespace ipmi {
 
-// No answer could be had: the BMC cannot be reached, refused the session or stopped answering.
+// Thrown when there is no answer: the BMC cannot be reached, refused the session or stopped answering.
 struct PH_IPMI_EXPORT TransportError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// There is no time left for another message; none was sent.
+// Thrown when there is no time left for another message; none was sent.
 struct PH_IPMI_EXPORT DeadlineError : TransportError {
     using TransportError::TransportError;
 };
@@ -46,7 +46,7 @@ public:
     virtual void endBy(Clock::time_point /*deadline*/) {}
 };
 
-// As the session row of the SMASH database says; see CIM_Create_IPMI20_Session (platform/cim_hooks.h).
+// The settings of the SMASH database's session row; see CIM_Create_IPMI20_Session (platform/cim_hooks.h).
 struct SessionSettings {
     enum Interface { Lan = 0, LocalDevice = 1, VirtualBmc = 2 };
     std::string address;
@@ -64,7 +64,7 @@ struct SessionSettings {
     ~SessionSettings() { explicit_bzero(password.data(), password.size()); }
 };
 
-// Told of an exchange behind it: network function, command, request, answer.
+// Called after each exchange, with network function, command, request and answer.
 using ExchangeObserver =
     std::function<void(std::uint8_t netFn, std::uint8_t command, std::span<const std::uint8_t> request,
                        std::span<const std::uint8_t> answer)>;

@@ -1,4 +1,4 @@
-// Transports that a BMC does without are libraries of their own, loaded for the first session that asks for
+// Transports that a BMC does not need are libraries of their own, loaded for the first session that asks for
 // one: such a library exports the object declared here.
 #pragma once
 
@@ -12,7 +12,7 @@ struct TransportLibrary {
     static constexpr int currentVersion = 1;
     int version = currentVersion;
 
-    // As ipmi::openTransport.
+    // Does what ipmi::openTransport does.
     std::unique_ptr<Transport> (*open)(const SessionSettings& settings);
 };
 

@@ -94,7 +94,7 @@ private:
         }
         const bool isBlank = c == ' ' || c == '\t';
         const bool isSafe = isBlank ? !isLast : isPrintable(c) && c != '=';
-        // Dots that begin a line mean something to SMTP.
+        // SMTP gives a meaning to dots that begin a line.
         if (isSafe && !(c == '.' && column_ == 0)) {
             out_ += c;
             column_ += 1;
@@ -110,7 +110,7 @@ private:
     std::size_t column_ = 0;
 };
 
-// In UTC. strftime would speak the language of the locale.
+// The date is in UTC. strftime would use the language of the locale.
 std::string dateText(std::time_t time) {
     static constexpr const char* days[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
     static constexpr const char* months[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",

@@ -9,7 +9,7 @@ namespace {
 
 using Send = decltype(&smtp_mail);
 
-// Lies beside this library, wherever that is.
+// The library lies beside this one, wherever that is.
 constexpr char client[] = "libsmtp_client.so";
 
 Send load() {

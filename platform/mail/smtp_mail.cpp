@@ -20,7 +20,7 @@ namespace {
 constexpr std::uint16_t usualPort = 25;
 constexpr long readyForMessage = 354;                  // SMTP reply to DATA
 constexpr std::uint32_t longestTimeout = 24 * 60 * 60; // seconds: a number that libcurl takes
-// Issuers of the mail servers' certificates, PEM. Without it those that the machine trusts.
+// Issuers of the mail servers' certificates, PEM. Without the file, those that the machine trusts are used.
 constexpr char issuersFile[] = "/conf/smtp_ca.pem";
 
 // Fields that are filled to their end have no NUL.
@@ -35,7 +35,7 @@ bool isHostName(const std::string& name) {
     });
 }
 
-// The name that this machine goes by.
+// Returns the name of this machine.
 std::string hostName(const AlertMailRequest& request) {
     std::string name = text(request.hostName);
     if (isHostName(name))
@@ -61,7 +61,7 @@ std::optional<std::string> serverUrl(const AlertMailRequest& request, const std:
     return "smtp://" + server + ":" + std::to_string(port) + "/" + host; // libcurl says hello with the path
 }
 
-// The mail, or nothing when there is nobody to send it to or an address is none.
+// Makes the mail; nothing when there is nobody to send it to, or an address is not valid.
 std::optional<mail::Message> makeMessage(const AlertMailRequest& request, const std::string& host) {
     mail::Message message{.host = host,
                           .sender = text(request.sender),
@@ -79,7 +79,7 @@ std::optional<mail::Message> makeMessage(const AlertMailRequest& request, const 
     return message;
 }
 
-// With a server, over one connection or several.
+// A conversation with a server, over one connection or several.
 struct Conversation {
     std::string_view rest; // of the message
     bool mustAuthenticate;

@@ -17,9 +17,8 @@
 namespace smash {
 namespace {
 
-// How long a lock of somebody else's is waited for. A sync's commit is the longest: some thousand rows
-// written to flash. SQLite's own waiting grows to 100 ms a time, in which a busy neighbour always comes
-// first.
+// The time to wait for a lock of another process. A sync's commit is the longest: some thousand rows written
+// to flash. SQLite's own waiting grows to 100 ms a time, in which a busy neighbour always comes first.
 constexpr int waitMs = 2;
 constexpr int longestWaitMs = 4000;
 
@@ -37,7 +36,7 @@ std::string resolve(const char* absolutePath) {
     return path;
 }
 
-// A file that is no database of this schema.
+// Thrown for a file that is no database of this schema.
 struct WrongFile : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
@@ -122,9 +121,9 @@ void createTables(SQLite::Database& database, const Schema& schema) {
     transaction.commit();
 }
 
-// What a request can afford: SQLite has read the header and the table definitions by now, each of our
-// statements compiles, and the file is as long as its header says. Damage within a page makes the reading of
-// its rows fail.
+// These checks are what a request can afford: SQLite has read the header and the table definitions by now,
+// each of our statements compiles, and the file is as long as its header says. Damage within a page makes the
+// reading of its rows fail.
 void verify(SQLite::Database& database, const Schema& schema) {
     const int version = versionOf(database);
     if (version != schema.version)

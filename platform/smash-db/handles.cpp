@@ -24,7 +24,7 @@ int openHandle(const char* function, SMASH_DB_HANDLE* handle, const Schema& sche
 
 } // namespace
 
-// Allocates nothing: memory may be what is short.
+// This allocates nothing, because memory may be short.
 void keepFailure(const char* function, SMASH_DB_HANDLE handle) noexcept {
     const bool isOpen = handle != nullptr;
     const auto keep = [&](const char* reason) {

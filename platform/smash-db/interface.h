@@ -16,7 +16,7 @@ struct SmashDatabase {
 
 namespace smash {
 
-// Within a catch block: keeps what happened for db_last_error. An error on an open database names its file.
+// Keeps what happened for db_last_error; for catch blocks. An error on an open database names its file.
 void keepFailure(const char* function, SMASH_DB_HANDLE handle) noexcept;
 
 // Runs a function's work: 0, or 1 when it throws, which db_last_error then tells. Nothing leaves a C function
@@ -32,7 +32,7 @@ int guarded(const char* function, Work&& work, SMASH_DB_HANDLE handle = nullptr)
     }
 }
 
-// The same on an open database.
+// Does the same on an open database.
 template <class Work>
 int onDatabase(const char* function, SMASH_DB_HANDLE handle, Work&& work) noexcept {
     return guarded(
@@ -62,7 +62,7 @@ int inTransaction(const char* function, SMASH_DB_HANDLE handle, Work&& work) noe
 
 enum class NoRow { IsFailure, IsSuccess };
 
-// The first row that `clause` selects with `keys` bound to its places.
+// Finds the first row that `clause` selects with `keys` bound to its places.
 template <class Record, class... Keys>
 int getRow(const char* function, SMASH_DB_HANDLE handle, Record** row, const TableOf<Record>& table,
            NoRow noRow, const char* clause = "", Keys... keys) {
@@ -131,7 +131,7 @@ int setRow(const char* function, SMASH_DB_HANDLE handle, const Record* row, cons
     });
 }
 
-// Runs a statement that changes rows, `values` bound to its places. To change none is a failure.
+// Runs a statement that changes rows, `values` bound to its places. It is a failure when none is changed.
 template <class... Values>
 void change(SQLite::Database& database, const std::string& statement, Values... values) {
     SQLite::Statement prepared(database, statement);

@@ -14,17 +14,18 @@ using namespace smash;
 namespace {
 
 constexpr std::size_t instanceIdSize = 64;
-// Seconds, more than the longest method takes. So long a job runs that its process did not end, and so long
-// the daemon's errors stay, of whose jobs nothing is known here.
+// Seconds, more than the longest method takes. A job that runs longer belongs to a process that died. Errors
+// of the daemon's jobs, of which nothing is known here, are kept for this time too.
 #define UPPER_AGE "3600"
 
-// At time ?1. A change in the future is one before a boot. DMTF JobState: 7 completed, 10 exception and the
-// first of those that end a job badly.
+// The time is ?1. A change in the future was made before the last boot. DMTF JobState: 7 completed, 10
+// exception and the first of those that end a job badly.
 #define JOB_IS_KEPT                                                                                          \
     "(deleteOnCompletion = 0 OR (changedAt <= ?1 AND ?1 < changedAt + CASE WHEN jobState = 7 OR"             \
     " jobState >= 10 THEN 60 * CAST(minutesToKeep AS INTEGER) ELSE " UPPER_AGE " END))"
 
-// Seconds since boot: a BMC without a battery learns the time of day long after its first jobs.
+// Times are seconds since boot, because a BMC without a battery learns the time of day long after its first
+// jobs.
 std::int64_t now() {
     timespec time{};
     clock_gettime(CLOCK_BOOTTIME, &time);

@@ -9,7 +9,7 @@
 namespace smash {
 namespace {
 
-// "a, b" or "a = ? AND b = ?".
+// Writes "a, b" or "a = ? AND b = ?".
 std::string join(std::span<const Column> columns, const char* suffix, const char* separator) {
     std::string list;
     for (const Column& column : columns)
@@ -60,7 +60,7 @@ void readField(const SQLite::Column& value, const Column& column, std::byte* rec
 void bindField(SQLite::Statement& statement, int index, const Column& column, const std::byte* record) {
     const std::byte* const field = record + column.offset;
     if (column.type == ColumnType::Text) {
-        // Cut as a reader cuts it, also where the caller's text has no end.
+        // The text is cut as a reader cuts it, even where the caller's text has no end.
         std::string text(column.size, '\0');
         const auto* const characters = reinterpret_cast<const char*>(field);
         copyText(text, {characters, strnlen(characters, column.size)});

@@ -21,11 +21,11 @@ struct Rows {
     std::size_t count = 0;
 };
 
-// SELECT of a table's columns, to bind and to read; `clause` is what follows the table's name.
+// Makes the SELECT of a table's columns, to bind and to read; `clause` is what follows the table's name.
 SQLite::Statement select(const SQLite::Database& database, const Table& table, const char* clause = "");
 
-// All rows of a statement that select() made for this table. Throws std::runtime_error for a value that its
-// field cannot hold; a text is cut.
+// Reads all rows of a statement that select() made for this table. Throws std::runtime_error for a value that
+// its field cannot hold; a text is cut.
 void* readRows(SQLite::Statement& selection, const Table& table, std::size_t& count);
 template <class Record>
 Rows<Record> read(SQLite::Statement selection, const TableOf<Record>& table) {

@@ -20,7 +20,7 @@ constexpr const Table* temporaryTables[] = {&jobTable, &jobSequenceTable, &jobEr
 } // namespace
 
 constexpr Schema smashSchema{"/conf/smash.db", 2, false, smashTables};
-// Not "/tmp/smash…": whatever is called so goes when the CLP daemon is started.
+// The name must not begin with "/tmp/smash": such files are removed when the CLP daemon is started.
 constexpr Schema temporarySchema{"/tmp/method_jobs.db", 2, true, temporaryTables};
 
 } // namespace smash

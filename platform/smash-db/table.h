@@ -1,5 +1,5 @@
-// Records of the SMASH database as data: a table per record, a column per member. What creates, reads and
-// writes a table works on its description, so a further record is a further description.
+// Records of the SMASH database as data: a table per record, a column per member. The code that creates,
+// reads and writes a table works on its description, so that another record needs only another description.
 #pragma once
 
 #include <array>

@@ -22,7 +22,7 @@ public:
     FeatureFile();
 
     bool isEnabled(const std::string& key) const;
-    // Nothing where there is no such key or its value is no number of 32 bits.
+    // Returns nothing where there is no such key or its value is no number of 32 bits.
     std::optional<std::int64_t> number(const std::string& key) const;
 
 private:

@@ -3,7 +3,8 @@
 namespace transfer {
 
 Handle make(const char* protocols) {
-    // Once, by the first thread that needs it. Never undone: other users of libcurl may be in the process.
+    // The first thread that needs it does this once. It is never undone, because other users of libcurl may
+    // be in the process.
     static const CURLcode started = curl_global_init(CURL_GLOBAL_DEFAULT);
     if (started != CURLE_OK)
         throw std::runtime_error(curl_easy_strerror(started));

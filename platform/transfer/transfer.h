@@ -13,10 +13,10 @@ struct CloseTransfer {
 };
 using Handle = std::unique_ptr<CURL, CloseTransfer>;
 
-// A transfer that speaks these protocols only (libcurl's names, separated by commas), follows nobody
-// elsewhere, takes no user from a URL, goes through no proxy of the environment, uses no signals, and trusts
-// verified peers of TLS 1.2 and later only. Its user sets what else there is to set, time-outs above all.
-// Throws std::runtime_error.
+// A transfer that speaks only these protocols (libcurl's names, separated by commas), follows no
+// redirections, takes no user from a URL, goes through no proxy of the environment, uses no signals, and
+// trusts verified peers of TLS 1.2 and later only. Its user sets what else there is to set, time-outs above
+// all. Throws std::runtime_error.
 Handle make(const char* protocols);
 
 // Throws std::runtime_error for an option or a value that libcurl does not take.
@@ -27,7 +27,7 @@ void set(const Handle& handle, CURLoption option, Value value) {
         throw std::runtime_error(curl_easy_strerror(code));
 }
 
-// Lines of a header, or addresses.
+// A list of header lines or addresses.
 class Lines {
 public:
     Lines() = default;

@@ -74,7 +74,7 @@ Outcome runWithFault(State& state, const Fault& fault, int privilege, std::uint8
 
 Outcome execute(State& state, int privilege, std::uint8_t netFn, std::uint8_t command,
                 std::span<const std::uint8_t> request, std::span<std::uint8_t> answer) {
-    // A copy: a command that fails undoes edits, and with them may move the faults.
+    // The faults are copied, because undoing the edits of a failed command may move them.
     std::optional<Fault> fault;
     if (const Fault* const striking = state.get<Faults>().strike(netFn, command))
         fault = *striking;

@@ -1,4 +1,4 @@
-// What goes wrong with commands, as somebody asked for. See Fault in virtual_bmc.h.
+// The faults of commands that were asked for. See Fault in virtual_bmc.h.
 #pragma once
 
 #include "virtual-bmc/state/part.h"
@@ -20,9 +20,9 @@ struct Faults {
     static std::span<const Command> commands() { return {}; }
     Json describe(const State& state) const;
 
-    // The fault that strikes a call of the command, if any.
+    // Returns the fault that strikes a call of the command, if any.
     const Fault* strike(std::uint8_t netFn, std::uint8_t command) const;
-    // A call of the command was made; true when there is something to count (see `countCall`).
+    // Counts a call of the command; true when there is something to count (see `countCall`).
     bool counts(std::uint8_t netFn, std::uint8_t command) const;
     void countCall(std::uint8_t netFn, std::uint8_t command);
 };

@@ -19,7 +19,7 @@ namespace {
 constexpr std::size_t headSize = 6;
 constexpr std::size_t slotSize = headSize + 2 * ipmi::maxMessage;
 
-// Passwords are not for a log: of a request and of an answer so much is shown.
+// Passwords must not be logged: this much of a request and of an answer is shown.
 constexpr struct {
     ipmi::CommandCode command;
     std::size_t request, answer;

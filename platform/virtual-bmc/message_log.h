@@ -1,4 +1,4 @@
-// The record of messages that the controller received, for those who test its clients.
+// The messages that the controller received, recorded for tests of its clients.
 #pragma once
 
 #include "virtual-bmc/state/part.h"

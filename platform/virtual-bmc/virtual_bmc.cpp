@@ -10,7 +10,7 @@
 namespace vbmc {
 namespace {
 
-// What comes from a sensor: its errors begin with which one it is.
+// Runs work on a sensor; errors begin with which sensor it is.
 [[noreturn]] void fail(const Sensor& sensor, const std::string& reason) {
     throw Error("sensor '" + sensor.name + "': " + reason);
 }
@@ -35,7 +35,7 @@ std::uint16_t requireAdded(std::optional<std::uint16_t> id) {
     return *id;
 }
 
-// What a struct is with some of its members changed.
+// Returns a struct with some of its members changed.
 template <class Entry>
 void change(Entry& entry, const Json& changes, const char* name) {
     Json json = write(entry);

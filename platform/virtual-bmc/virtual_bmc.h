@@ -59,7 +59,7 @@ enum class Availability {
     Unreadable,  // Get Sensor Reading fails with CBh
 };
 
-// What goes wrong with one command.
+// Describes what goes wrong with one command.
 struct Fault {
     enum Kind {
         CompletionCode, // `value` is the answer, the command has no effect
@@ -86,7 +86,7 @@ struct Message {
 
 class StateFile;
 
-// What platform event filtering makes of an event (IPMI 2.0, 17).
+// The outcome of platform event filtering for an event (IPMI 2.0, 17).
 struct Alert {
     std::uint8_t policy = 0; // number of the alert policy
     std::uint8_t channel = 0;
@@ -131,10 +131,10 @@ public:
     void clearSel();
     void setSelWraps(bool wraps); // a full log drops its oldest record, not the new event
 
-    // What this record gives rise to, whether or not it is in the log.
+    // Tells the alerts of this record, whether or not it is in the log.
     EventMatch matchEvent(std::span<const std::uint8_t, 16> record);
 
-    // Whether a session over LAN would be opened for this user and password.
+    // Tells whether a session over LAN would be opened for this user and password.
     bool letsIn(std::string_view userName, std::string_view password);
 
     // Where alerts go. `changes` has members of a model's object of the kind; what it does not name stays.
@@ -142,7 +142,7 @@ public:
                              const nlohmann::ordered_json& changes);
     void setMailServer(std::uint8_t channel, bool isSecondary, const nlohmann::ordered_json& changes);
     void setUserEmail(std::uint8_t userId, const std::string& address); // empty: none
-    // Entry of the alert policy table: PEF parameter 9 without its selector.
+    // Writes an entry of the alert policy table: PEF parameter 9 without its selector.
     void setAlertPolicy(std::uint8_t number, std::span<const std::uint8_t, 3> entry);
 
     // LANs, by the name of their interface. Switching the bond is refused (Error) as the controller refuses

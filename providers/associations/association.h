@@ -9,7 +9,7 @@
 
 namespace associations {
 
-// Where a class is served: with the elements that are managed, in the interop namespace, or in both.
+// Says where a class is served: with the elements that are managed, in the interop namespace, or in both.
 enum class Placement { Implementation, Interop, Both };
 inline constexpr const char* implementationNameSpace = "root/cimv2"; // where the request itself says no other
 inline constexpr const char* interopNameSpace = PH_INTEROP_NAMESPACE;
@@ -32,7 +32,7 @@ struct AssociationClass {
     Placement placement = Placement::Implementation;
 };
 
-// Instances of a class: all, or those whose property begins with a text.
+// Instances of a class: all of them, or those whose property begins with a text.
 struct Elements {
     constexpr Elements(const char* name, const char* restricting = nullptr, const char* beginning = "")
         : className(name), property(restricting), prefix(beginning) {}
@@ -65,7 +65,8 @@ consteval Meeting related(const char* first, const char* second, Relation relati
 
 using Numbers = std::vector<std::uint64_t>; // none: the property is left out
 
-// An own property's value, made of the text of one property of each end where they are named.
+// The value of a property of the association itself. It is made of the text of one property of each end,
+// where these are named.
 struct OwnValue {
     const char* name;
     const char* properties[2];

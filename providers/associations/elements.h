@@ -22,7 +22,7 @@ struct Request {
 // Whether a property list has the name; nullptr stands for all.
 bool isWanted(const char* name, const char** list);
 
-// Names of properties to read; all of them, or a few.
+// Names of the properties to read, all of them or a few.
 class PropertyNames {
 public:
     void add(const char* name); // nullptr adds nothing
@@ -31,7 +31,7 @@ public:
     bool contains(const char* name) const;
     // Whether each of these is among the names of a list, where nullptr stands for all.
     bool areWithin(const char** list) const;
-    // As CMPI takes it, valid as long as this is.
+    // Returns the list as CMPI takes it, valid as long as this object.
     const char** list();
 
 private:
@@ -39,10 +39,10 @@ private:
     std::vector<const char*> names_{nullptr}; // ends with it
 };
 
-// All instances of a class, of which none is null.
+// All instances of a class, none of them null.
 class Instances {
 public:
-    // Asks PH_GetInstArray, or for profiles their table. Throws Failure.
+    // Asks PH_GetInstArray, and for profiles their table. Throws Failure.
     Instances(const Request& request, const std::string& nameSpace, const char* className,
               PropertyNames properties);
 
@@ -58,18 +58,18 @@ private:
     bool haveMore_ = false;
 };
 
-// The instance that a path names, with these properties at least. None: there is no such element. Throws
-// Failure where that cannot be told.
+// Finds the instance that a path names, with these properties at least; nothing when there is no such
+// element. Throws Failure where that cannot be told.
 Owned<CMPIInstance> find(const Request& request, const CMPIObjectPath* path, PropertyNames properties);
 
-// Where a request's elements are: in its own namespace, or for one from the interop namespace in that of the
-// implementation. Profiles are always in the interop namespace.
+// Returns where a request's elements are: in its own namespace, or, for a request in the interop namespace,
+// in that of the implementation. Profiles are always in the interop namespace.
 std::string nameSpaceFor(const char* className, const std::string& requestNameSpace);
 
 bool isInterop(const std::string& nameSpace);
 
 struct Profile;
-// A profile as an instance; throws Failure. Without `names` it has all properties.
+// Makes an instance of a profile; throws Failure. Without `names` it has all properties.
 Owned<CMPIInstance> makeProfile(const Request& request, const Profile& profile, const char** names);
 
 } // namespace associations

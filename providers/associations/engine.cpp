@@ -45,10 +45,10 @@ std::vector<Candidate> select(const char* sourceClass, const Filter& filter) {
     return candidates;
 }
 
-// The classes that a request reads, each of them once.
+// The classes that a request reads, each of them only once.
 class Pass {
 public:
-    // Says before the first reading what a class is to be read with.
+    // Adds, before the first reading, the properties that a class is to be read with.
     PropertyNames& properties(const char* className) { return entry(className).properties; }
 
     struct Entry {
@@ -145,7 +145,7 @@ const AssociationClass* findAssociation(const char* className) {
     return nullptr;
 }
 
-// The association class that a request on instances names, where its namespace has it.
+// Finds the association class that a request on instances names, where its namespace has it.
 const AssociationClass& requestedAssociation(const Request& request) {
     const std::string className = classNameOf(request.ref);
     const AssociationClass* association = findAssociation(className.c_str());
@@ -176,7 +176,7 @@ void enumerateProfiles(const Request& request, Want want) {
     }
 }
 
-// The path that a key of an association refers to.
+// Reads the path that a key of an association refers to.
 const CMPIObjectPath* referenceKey(const CMPIObjectPath* path, const char* role) {
     const auto key = keyOf(path, role);
     if (!key || key->type != CMPI_ref || (key->state & CMPI_nullValue) != 0 || key->value.ref == nullptr)

@@ -1,14 +1,14 @@
 // Answers every request on associations, out of their rows.
 //
 // A request is answered in three steps: the rows that the filters leave, the source object, and one pass over
-// each class at the other ends. What no row is left for is not asked for.
+// each class at the other ends. A class for which no row is left is never asked.
 #pragma once
 
 #include "associations/elements.h"
 
 namespace associations {
 
-// Of DSP0200; nullptr filters nothing. References use the first as the class of the association.
+// The filters of DSP0200; nullptr filters nothing. References use the first as the class of the association.
 struct Filter {
     const char* assocClass = nullptr;
     const char* resultClass = nullptr;
@@ -24,7 +24,7 @@ bool serves(const char* className);
 // These return their results, and throw Failure. An object that does not exist has no associations.
 void associators(const Request& request, const Filter& filter, Want want);
 void references(const Request& request, const Filter& filter, Want want);
-// Of the class that `ref` names.
+// These answer requests on the class that `ref` names.
 void enumerate(const Request& request, Want want);
 void getInstance(const Request& request);
 

@@ -12,7 +12,7 @@ namespace associations {
 class Half {
 public:
     Half(const Row& row, int end, const CMPIInstance* instance);
-    // Whether it is one of those that the row is about.
+    // Tells whether the row is about this element.
     bool isMember() const { return isMember_; }
     bool meets(const CMPIInstance* other) const;
 
@@ -23,14 +23,15 @@ private:
     std::string text_; // of the property that elements meet by
 };
 
-// The path of the association: both elements are its keys. Throws Failure, as the others.
+// Makes the path of the association, whose keys are both elements. Throws Failure, as the others do.
 Owned<CMPIObjectPath> pairPath(const CMPIBroker* broker, const std::string& nameSpace, const Row& row,
                                const CMPIInstance* first, const CMPIInstance* second);
-// Its instance, with those own properties that `names` lists; nullptr: all.
+// Makes the association's instance, with those of its own properties that `names` lists; nullptr stands for
+// all.
 Owned<CMPIInstance> pairInstance(const CMPIBroker* broker, const CMPIObjectPath* path, const Row& row,
                                  const CMPIInstance* first, const CMPIInstance* second, const char** names);
 
-// An element with its keys and those properties that `names` lists; nullptr: all.
+// Makes an element with its keys and those properties that `names` lists; nullptr stands for all.
 Owned<CMPIInstance> copyOf(const CMPIBroker* broker, const CMPIInstance* instance, const char** names);
 
 } // namespace associations

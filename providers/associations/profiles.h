@@ -9,7 +9,7 @@ namespace associations {
 inline constexpr const char* profileClass = "CIM_RegisteredProfile";
 inline constexpr const char* profileSuperclass = "CIM_RegisteredSpecification";
 
-// InstanceIDs: an organisation of our own, and a text of its.
+// InstanceIDs consist of an organisation ID of our own and a local name.
 inline constexpr char profileRegistration[] = "provider-helper:DSP1033";
 inline constexpr char baseServer[] = "provider-helper:DSP1004";
 inline constexpr char serviceProcessor[] = "provider-helper:DSP1018";
@@ -29,7 +29,7 @@ struct Profile {
 
 std::span<const Profile> profiles();
 
-// A property of CIM_RegisteredProfile, from a text of the row or made of it.
+// A property of CIM_RegisteredProfile, taken from a text of the row or computed from it.
 struct ProfileProperty {
     const char* name;
     CMPIType type;

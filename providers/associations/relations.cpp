@@ -5,7 +5,7 @@
 namespace associations {
 namespace {
 
-// What follows the first `separator`; nothing without one.
+// Returns what follows the first `separator`; nothing without one.
 std::string_view after(std::string_view text, char separator) {
     const auto place = text.find(separator);
     return place != std::string_view::npos ? text.substr(place + 1) : std::string_view();

@@ -12,7 +12,7 @@ bool lanEndpointCarriesIp(std::string_view lanEndpoint, std::string_view ipEndpo
 
 // A job's name begins with that of the service whose method it runs: "SSHProtocolService_RequestStateChange".
 bool serviceRunsJob(std::string_view service, std::string_view job);
-// Or it ends with the interface of the port: "EthernetPort_RequestStateChange_eth0".
+// A job's name may also end with the interface of the port: "EthernetPort_RequestStateChange_eth0".
 bool portRunsJob(std::string_view port, std::string_view job);
 
 } // namespace associations

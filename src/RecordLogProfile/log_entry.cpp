@@ -117,7 +117,7 @@ std::optional<std::uint16_t> recordIdOf(const char* text) {
     return error == std::errc() && stop == end ? std::optional(id) : std::nullopt;
 }
 
-// The BMC takes two IDs for the first and the last record: then the one it gives has another key.
+// The IDs 0000h and FFFFh ask the BMC for its first and last record, which has another key then.
 int get(ph::RecordArray<Record>& entries, CMPIString** keyValues) {
     const char* const key = CMGetCharsPtr(keyValues[0], nullptr);
     const auto id = key != nullptr ? recordIdOf(key) : std::nullopt;

@@ -44,7 +44,7 @@ bool LogTime::write(std::uint32_t seconds, char* text) const {
     const Offset offset(local);
     char dateTime[dateTimeSize] = "";
     std::strftime(dateTime, sizeof(dateTime), "%Y%m%d%H%M%S.000000", &local);
-    // No zone is a thousand minutes from UTC.
+    // No time zone is a thousand minutes away from UTC.
     std::snprintf(text, dateTimeSize, "%.21s%c%03u", dateTime, offset.isEast() ? '+' : '-',
                   static_cast<unsigned>(std::abs(offset.minutes())) % 1000U);
     return true;

@@ -9,7 +9,7 @@ namespace ph {
 class LogTime {
 public:
     LogTime();
-    // false when the C library cannot break the time down. `text` holds 26 characters.
+    // Returns false when the C library cannot break the time down. `text` holds 26 characters.
     bool write(std::uint32_t seconds, char* text) const;
 
 private:

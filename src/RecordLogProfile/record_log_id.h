@@ -7,7 +7,7 @@ namespace ph {
 
 inline constexpr const char* logName = "IPMI SEL";
 
-// Writes "IPMI:<system name of the service processor> SEL Log". false when that name cannot be had.
+// Writes "IPMI:<system name of the service processor> SEL Log". Returns false when that name cannot be had.
 bool writeLogInstanceId(char* text, std::size_t size);
 
 } // namespace ph

@@ -15,7 +15,7 @@ public:
     Account(const Account&) = delete;
     Account& operator=(const Account&) = delete;
 
-    // A zeroed record: false when memory is short.
+    // Makes a zeroed record; false when memory is short.
     bool allocate();
     // The account that the object path names.
     enum class Found { Yes, InvalidPath, No };
@@ -31,17 +31,17 @@ private:
 // The keys of the account in a slot.
 void fillAccountKeys(AccountRecord& record, const char* systemName, unsigned slot);
 
-// Of CIM_Account: handlers of its requests.
+// Handlers of requests on CIM_Account.
 CMPIStatus modifyAccount(const Request& request);
 CMPIStatus deleteAccount(const Request& request);
-// Of CIM_Account and CIM_AccountManagementService: their methods.
+// Methods of CIM_Account and CIM_AccountManagementService.
 MethodAnswer changeAccountState(MethodCall& call);
 MethodAnswer createAccount(MethodCall& call);
 
-// How both refuse any other method.
+// Both classes refuse any other method in this way.
 inline constexpr Refusal noSuchAccountMethod{CMPI_RC_ERR_FAILED, "Method Not Supported"};
 
-// Values of a request into the record; false for a wrong type, an empty or too long text.
+// Takes a request's values into the record; false for a wrong type, and for a text that is empty or too long.
 bool takeUserId(const CMPIData& data, AccountRecord& record);
 bool takePassword(const CMPIData& data, AccountRecord& record);
 bool takeName(const CMPIData& data, AccountRecord& record);

@@ -21,7 +21,7 @@ PHPropertyList modifiableProperties() {
     return list;
 }
 
-// What the request changes; a status with the reason when it must not.
+// Finds what the request changes, or sets a status with the reason why it must not.
 CMPIStatus readChanges(const Request& request, const AccountRecord& record, PHPropertyList& changes) {
     CMPIStatus status = success;
     const CMPIInstance* current =

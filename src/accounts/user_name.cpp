@@ -12,7 +12,7 @@ bool isControl(unsigned char c) {
     return c < 0x20 || c == 0x7F;
 }
 
-// Without characters that are longer than need be, surrogates, and such as there are none.
+// Overlong forms, surrogates and characters beyond U+10FFFF are not valid.
 bool isUtf8(std::string_view text) {
     constexpr char32_t least[] = {0, 0, 0x80, 0x800, 0x10000, 0x110000}; // of characters of so many bytes
     while (!text.empty()) {

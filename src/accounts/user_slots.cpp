@@ -13,7 +13,7 @@ namespace {
 constexpr std::uint8_t unknownAccess = 0xFF;
 constexpr const char* anonymous = "anonymous";
 
-// One slot's name; empty for none.
+// Reads one slot's name, which is empty for a free slot.
 bool readName(IPMI20_SESSION_T* session, std::uint8_t slot, UserName& name) {
     char bytes[CIM_USER_NAME_SIZE] = "";
     if (CIM_GetUser(session, slot, bytes, hookTimeout) != 0)
@@ -38,8 +38,8 @@ Slot readAccess(IPMI20_SESSION_T* session, int mode, std::uint8_t slot, const ch
     return Slot::Used;
 }
 
-// Calls `visit(user, name)` for each used slot until it returns false; `name` is what the slot holds. A slot
-// that cannot be read is left out; -1 when none can.
+// Calls `visit(user, name)` for each used slot until it returns false; `name` is what the slot holds. Leaves
+// out slots that cannot be read, and returns -1 when none can.
 template <class Visit>
 int forEachUser(IPMI20_SESSION_T* session, int slots, int mode, Visit visit) {
     int unreadable = 0;

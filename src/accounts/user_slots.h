@@ -24,16 +24,16 @@ enum class Slot {
 // Reads one slot; `user` is filled for a used one.
 Slot readSlot(IPMI20_SESSION_T* session, int mode, std::uint8_t slot, PHUserEntry& user);
 
-// PH_Get_User in a session that is open, of a BMC with so many slots.
+// Does what PH_Get_User does, in an open session with a BMC that has this number of slots.
 int findUser(IPMI20_SESSION_T* session, int slots, int mode, const char* name, PHUserEntry& user);
 
-// A BMC's user name as a text of CIM. Bytes that are no UTF-8 are read as ISO 8859-1, as IPMI's other texts
-// are; control characters become '_'.
+// Turns a BMC's user name into a text of CIM. Bytes that are no UTF-8 are read as ISO 8859-1, as IPMI's other
+// texts are; control characters become '_'.
 using UserName = char[2 * CIM_USER_NAME_SIZE];
 void decodeUserName(const char* bytes, UserName& name);
 
-// The number behind "IPMI User-": false when the text has another form. Numbers that no slot has, negative
-// ones too, become 255, which no BMC has.
+// Reads the number behind "IPMI User-"; false when the text has another form. Numbers that no slot has,
+// negative ones too, become 255, which no BMC has.
 bool parseAccountName(const char* name, std::uint8_t& slot);
 
 } // namespace ph

@@ -44,7 +44,7 @@ public:
 
 private:
     char name_[256] = "";
-    // Closed from below: record, session, database.
+    // Members are closed in reverse order: record, session, database.
     Database database_;
     IpmiSession session_;
     HeapPtr<DeviceRecord> device_;
@@ -60,7 +60,7 @@ struct Facts {
 // Fills all but the keys. Returns -1 when an allocation fails.
 int fill(Record* record, const Facts& facts);
 
-// Stores a state as the RequestedState of a device: 0 or -1.
+// Stores a state as the RequestedState of a device. Returns 0 or -1.
 int storeRequestedState(int deviceType, std::uint16_t state);
 
 // How a system changes its state when RequestStateChange asks for it.

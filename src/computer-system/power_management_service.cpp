@@ -81,7 +81,7 @@ struct PowerRequest {
     std::uint16_t powerState;
 };
 
-// None: the call is refused.
+// Without a value, the call is refused.
 std::optional<PowerRequest> read(MethodCall& call) {
     const auto refuse = [&](CMPIrc code, const char* message) {
         call.refuse(code, message);
@@ -119,8 +119,8 @@ bool change(MethodCall& call, const PowerRequest& request) {
                        : PH_SetPowerState(call.keys, request.powerState) == 0;
 }
 
-// For what comes up after the change: the file is a note, and a full flash must not turn a change that was
-// made into a failure.
+// The file tells the state to what starts after the change. A full flash must not turn a change that was made
+// into a failure.
 void writePowerState(std::uint16_t powerState) {
     char path[4096];
     if (PH_SysrootPath("/conf/PowerState.ini", path, sizeof(path)) != 0)

@@ -11,7 +11,7 @@ int softCycle(IPMI20_SESSION_T* session, int timeout) {
     return CIM_PowerUp(session, timeout);
 }
 
-// nullptr: no BMC does that.
+// nullptr stands for a state that no BMC switches to.
 ph::PowerHook hookFor(uint16_t powerState) {
     using namespace ph::PowerState;
     switch (powerState) {
@@ -40,7 +40,7 @@ bool isSleep(uint16_t powerState) {
     return powerState == SleepLight || powerState == SleepDeep || powerState == Hibernate;
 }
 
-// The platform sees a session of these requests, and it stays open: that is how it has always been counted.
+// The platform sees a session of these requests, which stays open: platforms have always counted on it.
 int refuseSleep() {
     IPMI20_SESSION_T session;
     CreateIPMISession(&session);

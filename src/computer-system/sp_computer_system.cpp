@@ -31,7 +31,7 @@ bool isRestartRequested() {
     return PH_SysrootPath(restartMarker, path, sizeof(path)) == 0 && access(path, F_OK) == 0;
 }
 
-// With the marker or the device record missing the controller restarts all the same.
+// The controller restarts even when the marker or the device record could not be written.
 bool restart() {
     ph::computer::storeRequestedState(SMASH_DEVICE_SP, ph::RequestedState::Reset);
     char touch[64];

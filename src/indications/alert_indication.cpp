@@ -25,7 +25,7 @@ public:
         value.uint16 = static_cast<CMPIUint16>(number);
         set(name, &value, CMPI_uint16);
     }
-    // A value of the broker's making, nullptr when it could not be made.
+    // Makes an object of the broker's; nullptr when it could not be made.
     template <class Object>
     void object(const char* name, Object* CMPIValue::*member, CMPIType type,
                 const ph::CmpiPtr<Object>& object) {

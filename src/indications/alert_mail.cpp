@@ -18,7 +18,7 @@ constexpr std::uint32_t retrySeconds = 3;
 constexpr std::string_view noIpv4 = "0.0.0.0";
 constexpr std::string_view noIpv6 = "::";
 
-// How a server of a channel is asked for.
+// The hook that reads a server of a channel.
 struct ServerHooks {
     int (*info)(IPMI20_SESSION_T*, CIM_SMTPInfo*, std::uint8_t channel, int timeout);
     int (*address)(IPMI20_SESSION_T*, char*, std::uint8_t channel, int timeout);
@@ -38,7 +38,7 @@ struct MailServer {
     ~MailServer() { explicit_bzero(&info, sizeof(info)); } // the password
 };
 
-// An enabled server's address, IPv4 before IPv6.
+// Returns an enabled server's address, IPv4 before IPv6.
 bool readServer(IPMI20_SESSION_T* session, const ServerHooks& hooks, std::uint8_t channel,
                 MailServer& server) {
     if (hooks.info(session, &server.info, channel, ph::hookTimeout) != 0 || server.info.isEnabled == 0)
@@ -63,7 +63,7 @@ bool readRecipient(IPMI20_SESSION_T* session, std::uint8_t selector, std::uint8_
            mail.recipient[0] != '\0';
 }
 
-// A text that may fill its field, into a larger one.
+// Copies a text that may fill its field into a larger one.
 template <std::size_t N, std::size_t M>
 void copyField(char (&target)[N], const char (&source)[M]) {
     static_assert(N > M);
@@ -93,7 +93,7 @@ void setSubject(AlertMailRequest& mail) {
     std::snprintf(mail.subject, sizeof(mail.subject), "Alert from %s CIM Module", host);
 }
 
-// As asctime writes it, its line feed included.
+// The time is as asctime writes it, with its line feed.
 void localTime(std::uint32_t seconds, char (&text)[32]) {
     const std::time_t time = seconds;
     std::tm local{};
@@ -104,7 +104,7 @@ void localTime(std::uint32_t seconds, char (&text)[32]) {
 void setBody(AlertMailRequest& mail, const AlertRecord& alert) {
     char time[32] = "";
     localTime(alert.EventTime, time);
-    // Room for an alert whose texts are all full; the mail has less.
+    // This is enough for an alert whose texts are all full; the mail has room for less.
     char body[2 * sizeof(mail.body)] = "Generated new instance for CIM_AlertIndication\n";
     const struct {
         const char* name;

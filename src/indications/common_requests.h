@@ -17,7 +17,7 @@ inline constexpr std::size_t nameKey = 3;
 // The path's keys but Name are those that all instances of the class have.
 bool hasConstantKeys(const CMPIObjectPath* ref, const char* className);
 
-// The request's keys; false unless it has all of them.
+// Reads the request's keys; false unless it has all of them.
 bool readKeys(const Request& request, std::span<const char* const> keys, KeyValues& values);
 
 // The record that the keys name, nullptr for none. The records own nothing.
@@ -44,7 +44,7 @@ Record* append(RecordArray<Record>& records, const char* className, const char* 
     return record;
 }
 
-// Runs `add` on a caller's array: 0, or -1 and the caller has none any more.
+// Runs `add` on a caller's array and returns 0; after -1, the array is freed.
 template <class Record, class Add>
 int appendTo(Record** records, int* count, std::span<const Property> properties, Add add) {
     if (records == nullptr || count == nullptr)

@@ -31,7 +31,7 @@ struct Attachment {
     const CMPIContext* context;
 };
 
-// Empty when the path is too long.
+// The path is empty when it is too long.
 struct PipePath {
     PipePath() {
         if (PH_SysrootPath(SEL_EVENT_PIPE, text, sizeof(text)) != 0)
@@ -71,8 +71,8 @@ void deliverCimxml(const Attachment& attachment, const SelEventMessage& message,
         DeliverIndication(listener.destination, text.get());
 }
 
-// Opened for writing too, so that the pipe never ends when its last writer closes it. -1 where there is none;
-// a file of another kind, which anybody may have put there, would never have a reader wait.
+// Opens the pipe for writing too, so that it never ends when its last writer closes it. Returns -1 where
+// there is none; a file of another kind, which anybody may have put there, would never have a reader wait.
 int openPipe() {
     const int pipe = open(PipePath().text, O_RDWR | O_CLOEXEC);
     struct stat status {};
@@ -129,7 +129,8 @@ void PH_Init_Indication(void) {
         return;
     link(GenerateCIMXML, g_InteropLibHandle, "qom_generate_indication_response");
     link(DeliverIndication, g_InteropLibHandle, "qom_send_indications");
-    // These are the object manager's, found only when it has made them visible to the whole process.
+    // These belong to the object manager, and are found only when it has made them visible to the whole
+    // process.
     link(pGetBroker, RTLD_DEFAULT, "GetBroker");
     link(pGetContext, RTLD_DEFAULT, "GetContext");
     link(GetHeap, RTLD_DEFAULT, "qom_get_heap");
@@ -155,7 +156,7 @@ void* ReadSELEvents_And_Deliver(void* /*unused*/) {
 
 void PH_Delete_Pipe(void) {
     unlink(PipePath().text);
-    // A library that was linked stays: the monitor thread is still in it.
+    // A linked library stays loaded, because the monitor thread still runs in it.
     if (g_InteropLibHandle == nullptr)
         ph::closeLibrary(g_InteropLibHandle);
 }

@@ -23,7 +23,7 @@ std::optional<int> takeNumber(const char*& text) {
         std::clamp<long long>(number, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
 }
 
-// What follows the first '-', which nothing may begin with; nullptr for none.
+// Finds what follows the first '-', which must not be the first character; nullptr when there is none.
 const char* afterDash(const char* name) {
     const char* const dash = std::strchr(name, '-');
     return dash != nullptr && dash != name ? dash + 1 : nullptr;

@@ -11,21 +11,21 @@ inline constexpr std::size_t filterNameSize = 256;
 
 enum class FilterKind { Pef, Cimxml, Other };
 
-// What is between the first ':' and the next '-'; none when there is nothing.
+// Returns what is between the first ':' and the next '-'.
 std::optional<FilterKind> kindOfFilter(const char* name);
 
 struct PefFilterName {
     int policy;
     int filterNumber;
 };
-// The two numbers behind the first '-', with a '-' between them.
+// Reads the two numbers behind the first '-', which a '-' separates.
 std::optional<PefFilterName> parsePefFilter(const char* name);
 void formatPefFilter(char (&name)[filterNameSize], const PefFilterName& filter);
 
-// There is a number behind the first '-'.
+// Tells whether there is a number behind the first '-'.
 bool isCimxmlFilter(const char* name);
 
-// The number behind the last '-'; 0 for none.
+// Reads the number behind the last '-'; 0 when there is none.
 std::uint8_t filterNumberOf(const char* name);
 
 } // namespace ph::indications

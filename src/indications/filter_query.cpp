@@ -26,7 +26,7 @@ struct Severity {
     std::uint8_t bits; // of a platform event filter
     int perceived;     // DMTF PerceivedSeverity
 };
-// OK goes with 4, for which DMTF has "minor": clients of this interface know it so.
+// OK is 4, which DMTF calls "minor": clients of this interface rely on it.
 constexpr Severity severities[] = {{0x01, 1}, {0x02, 2}, {0x04, 4}, {0x08, 3}, {0x10, 6}, {0x20, 7}};
 
 int perceivedSeverity(std::uint8_t bits) {

@@ -13,7 +13,8 @@ namespace {
 constexpr const char* alertPipe = "/tmp/Alert_fifo";
 constexpr int debugLevel = 134;
 
-// What the indication service says of retries: none when it says nothing, without pauses when it names none.
+// The indication service says how often and at what interval to retry. Without attempts there are no retries,
+// without an interval there are no pauses.
 struct RetryPolicy {
     std::uint16_t attempts = 0;
     std::uint32_t seconds = 0;

@@ -152,7 +152,7 @@ bool removePefFilter(const char* name) {
 
 // ---- Changes of filters in the database
 
-// A filter as the database keeps it; none when the query is not one.
+// Makes a filter as the database keeps it; nothing when the query is not valid.
 std::optional<CimxmlFilterRow> makeRow(const char* name, const char* query) {
     CIM_PEFEntry entry{};
     if (CompileQueryAndSeverity(query, &entry) != 0)

@@ -62,7 +62,7 @@ int addDestinations(const LanDestinationClass& family, RecordArray<Record>& dest
     return 0;
 }
 
-// Whether the selector is taken; none: that cannot be read.
+// Tells whether the selector is taken; nothing when that cannot be read.
 std::optional<bool> isActive(const LanDestinationClass& family, IpmiSession& session,
                              const LanDestinationName& name) {
     LanDestinationTables tables;
@@ -74,7 +74,7 @@ std::optional<bool> isActive(const LanDestinationClass& family, IpmiSession& ses
     return false;
 }
 
-// The requested destination; nullptr for none.
+// Finds the requested destination; nullptr when there is none.
 const char* destinationOf(const Request& request) {
     const char* const destination = propertyText(request.instance, "Destination");
     return destination != nullptr && *destination != '\0' ? destination : nullptr;

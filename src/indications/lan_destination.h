@@ -31,10 +31,11 @@ struct LanDestinationClass {
     std::uint8_t type; // CIM_DESTINATION_…
     const char* invalidProtocol;
     std::span<const char* const> keys;
-    // Text of the destination into `text` (256 characters). none: it cannot be read; false: it is none.
+    // Writes the destination to `text` (256 characters). Nothing is returned when it cannot be read, false
+    // when it is no destination of this class.
     std::optional<bool> (*describe)(IpmiSession& session, std::uint8_t channel, std::uint8_t selector,
                                     const CIM_LANDestinationAddress& address, char* text);
-    // Whether one of this type is in use; none: that cannot be read.
+    // Tells whether a destination of this type is in use; nothing when that cannot be read.
     std::optional<bool> (*isActive)(IpmiSession& session, const LanDestinationName& name,
                                     const CIM_LANDestinationAddress& address);
     // Writes a destination, with its type when it is new; `failed` is the message for what the BMC refuses.
@@ -63,11 +64,11 @@ constexpr ClassDefinition<ListenerDestinationRecord> lanDestinationDefinition{
     .create = [](const Request& request) { return create(family, request); },
     .remove = [](const Request& request) { return remove(family, request); }};
 
-// PH_Fill_….
+// The class's PH_Fill_X function.
 int fillLanDestination(const LanDestinationClass& family, const char* destination,
                        ListenerDestinationRecord* record);
 
-// PH_Create_…Instance.
+// The class's PH_Create_XInstance function.
 int appendLanDestination(const LanDestinationClass& family, ListenerDestinationRecord** records, int* count,
                          const char* systemName, const char* name, const char* destination, int namesOnly);
 

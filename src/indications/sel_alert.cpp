@@ -20,7 +20,7 @@ constexpr const char* descriptionLibrary = "/usr/local/lib/libEventLogDes.so";
 constexpr int otherFormat = 1; // DMTF AlertingElementFormat
 constexpr int deviceAlert = 5; // DMTF AlertType
 
-// The others have no severity of their own.
+// Events of other types have no severity of their own.
 bool hasSeverity(const std::uint8_t* record) {
     const int eventType = PH_SelEventType(record);
     return eventType == 0x01 || eventType == 0x07;
@@ -130,7 +130,7 @@ int SelToAlert(const SelEventMessage* message, AlertRecord* alert, int destinati
     alert->EventTime = PH_SelTime(record);
     alert->argumentCount = ALERT_ARGUMENTS;
     ph::Database database;
-    // A number that both kinds of sensors have means the numeric one.
+    // A number that sensors of both kinds have means the numeric one.
     if (!database.open() ||
         !nameSensor<CompactSdr>(database.get(), db_get_all_compact_sdrs, record, *alert) ||
         !nameSensor<FullSdr>(database.get(), db_get_all_full_sdrs, record, *alert))

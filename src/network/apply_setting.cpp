@@ -92,7 +92,7 @@ CMPIEnumeration* Application::enumerate(const char* className, const char* failu
     return instances;
 }
 
-// The next instance of an enumeration, nullptr at its end.
+// Returns the next instance of an enumeration; nullptr at its end.
 const CMPIInstance* next(CMPIEnumeration* instances) {
     if (!CMHasNext(instances, nullptr))
         return nullptr;

@@ -7,7 +7,7 @@
 namespace ph {
 
 std::optional<std::uint8_t> channelOf(const char* endpointName);
-// '4' or '6'; nothing unless it is one character.
+// The version is '4' or '6'; a longer text gives nothing.
 std::optional<char> ipVersionOf(const char* endpointName);
 
 } // namespace ph

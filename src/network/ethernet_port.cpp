@@ -54,7 +54,7 @@ bool isEnabled(IPMI20_SESSION_T* session, const Lan& lan) {
                           enable != CIM_LAN_DISABLED);
 }
 
-// Mb/s, bits 8 to 23 of the PHY word.
+// The speed in Mb/s is in bits 8 to 23 of the PHY word.
 std::uint16_t readSpeed(IPMI20_SESSION_T* session, const Lan& lan) {
     std::uint32_t phy = 0;
     return CIM_GetPHYConfig(session, lan.channel, &phy, ph::hookTimeout) == 0
@@ -95,7 +95,7 @@ int enumerate(ph::RecordArray<Record>& ports, ph::Detail detail) {
 
 // ---- RequestStateChange
 
-// Numbers and texts of them; anything else is no state.
+// A state is a number or its text; anything else is none.
 int requestedState(const CMPIData& argument) {
     if (argument.type == CMPI_uint16)
         return argument.value.uint16;

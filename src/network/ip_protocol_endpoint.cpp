@@ -76,8 +76,8 @@ Address readIpv4(IPMI20_SESSION_T* session, const Lan& lan) {
     return address;
 }
 
-// Of all IPv6 addresses of a LAN: dynamic ones come from a DHCPv6 server when the client has noted one, or
-// when no static address is left in the configuration.
+// The origin of all IPv6 addresses of a LAN. Dynamic ones come from a DHCPv6 server when the client has noted
+// one, or when no static address is left in the configuration.
 int ipv6Origin(IPMI20_SESSION_T* session, const Lan& lan) {
     CIM_IPv6NetworkCfg configuration{};
     if (CIM_GetIPv6NetworkCfg(session, &configuration, lan.channel, ph::hookTimeout) != 0 ||

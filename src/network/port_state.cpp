@@ -13,7 +13,7 @@
 namespace ph {
 namespace {
 
-// "/tmp/ethport_reqstate_eth0"; empty for a name that would lead elsewhere.
+// The file "/tmp/ethport_reqstate_eth0"; empty for a name that would lead elsewhere.
 struct StateFile {
     explicit StateFile(const char* interfaceName) {
         if (std::strchr(interfaceName, '/') == nullptr)
@@ -38,7 +38,7 @@ constexpr Switch bondSwitch{"Unable to enable the interface",
 constexpr Switch lanSwitch{"Unable to enable the EthernertPort",
                            "Atleast one interface must be working for a BMC", 7};
 
-// nullptr, or why not. `set` is bool(bool enabled).
+// Returns nullptr, or why the change failed. `set` is bool(bool enabled).
 template <class Set>
 const char* change(const Switch& kind, bool isEnabled, int requestedState, Set set) {
     switch (requestedState) {

@@ -3,7 +3,7 @@
 
 namespace ph {
 
-// 0 when none was asked for.
+// Returns 0 when no state was asked for.
 int readRequestedState(const char* interfaceName);
 
 } // namespace ph

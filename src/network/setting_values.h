@@ -8,9 +8,9 @@
 
 namespace ph {
 
-// "" where there is none. The text belongs to the instance.
+// Returns "" where there is no such text, which belongs to the instance.
 const char* textProperty(const CMPIInstance* instance, const char* name);
-// IPv6SubnetPrefixLength in bits; none where it is no prefix length.
+// Reads IPv6SubnetPrefixLength, in bits; nothing where it is no prefix length.
 std::optional<std::uint8_t> prefixLengthProperty(const CMPIInstance* instance);
 
 } // namespace ph

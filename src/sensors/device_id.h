@@ -9,7 +9,7 @@ namespace ph {
 
 PHSensorDeviceId parseDeviceId(const SensorRecord& sensor);
 
-// Of a sensor-specific sensor: its state bit; also a negative or large number, as the text has it.
+// The state bit of a sensor-specific sensor; the text may also have a negative or a large number.
 int stateOffset(const PHSensorDeviceId& id);
 inline constexpr int wholeSensor = 99;
 

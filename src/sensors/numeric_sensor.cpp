@@ -19,7 +19,7 @@ static_assert(offsetof(Record, sensor) == 0, "the properties of every sensor lie
 using Int32 = std::numeric_limits<std::int32_t>;
 using Uint32 = std::numeric_limits<std::uint32_t>;
 
-// Converted and times 100, a half rounded to even, at most `highest`.
+// Converts the value and multiplies it by 100; rounds a half to even, and gives at most `highest`.
 std::int64_t hundredfold(const Record& record, std::int32_t raw, double highest = Int32::max()) {
     float value = 0;
     ph::convert({record.analogFormat, record.m, record.b, record.exponents}, raw, value);

@@ -39,7 +39,8 @@ private:
     Reading last_;
 };
 
-// Sets what a reading says; `judge` finds the CurrentState from an answer. -1 when the reading failed.
+// Sets what a reading says; `judge` finds the CurrentState from an answer. Returns -1 when the reading
+// failed.
 template <class Judge>
 int publishReading(SensorRecord& sensor, const Reading& reading, Judge judge) {
     const Health health = healthOf(reading);

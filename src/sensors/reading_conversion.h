@@ -13,7 +13,8 @@ struct Conversion {
     std::int32_t exponents; // bits 3 to 0 K1, bits 7 to 4 K2
 };
 
-// (m * x + b * 10^K1) * 10^K2. false for another format: the result is the raw value.
+// Computes (m * x + b * 10^K1) * 10^K2. Returns false for a format that is not analog; the result is the raw
+// value then.
 bool convert(const Conversion& conversion, std::int32_t raw, float& result);
 
 } // namespace ph

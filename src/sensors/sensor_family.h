@@ -42,7 +42,7 @@ inline SensorRecord& commonOf(NumericSensorRecord& record) {
 
 bool isUnreadable(const SensorRecord& sensor);
 
-// What the SDR says of every sensor, states and texts excepted.
+// Fills what the SDR says of every sensor, except states and texts.
 void fillCommon(const CompactSdr& sdr, SensorRecord& sensor);
 
 // A class of sensors: its record, its SDR, and the functions that go from one to the other.

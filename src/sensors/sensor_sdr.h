@@ -15,7 +15,7 @@ inline const CompactSdr& commonOf(const FullSdr& sdr) {
     return sdr.common;
 }
 
-// "<name>(<number>.<owner>.<LUN>)": with the sensor's own name its ElementName.
+// Makes "<name>(<number>.<owner>.<LUN>)", which with the sensor's own name is its ElementName.
 template <std::size_t N>
 void formatIdentity(char (&text)[N], const char* name, const CompactSdr& sdr) {
     std::snprintf(text, N, "%s(%d.%d.%d)", name, sdr.sensorNumber, sdr.ownerId, sdr.ownerLun);

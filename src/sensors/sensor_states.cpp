@@ -38,7 +38,7 @@ std::span<const PHGenericState> genericStates(std::uint32_t eventReadingType) {
     return {first, end};
 }
 
-// The sensor type's first state with this offset or a higher one, nullptr when it has none.
+// Finds the sensor type's first state with this offset or a higher one; nullptr when it has none.
 const PHSensorSpecificState* specificStateFrom(std::uint32_t sensorType, int offset) {
     const auto* state = std::ranges::lower_bound(
         sensor_specific_possible_state_mapping, std::pair(sensorType, static_cast<std::uint32_t>(offset)), {},

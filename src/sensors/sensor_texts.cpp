@@ -17,7 +17,7 @@ const char* entityName(unsigned entityId) {
     return entityId < std::size(entity_id_mapping) ? entity_id_mapping[entityId].name : "Other";
 }
 
-// Empty for the reserved sensor types, between the last named and the first OEM one.
+// The name is empty for the reserved sensor types, which lie between the last named and the first OEM one.
 const char* captionName(const CompactSdr& sdr) {
     const unsigned type = sdr.eventReadingType;
     const bool isStandard = (type >= 0x01 && type <= 0x0C) || type == 0x6F;

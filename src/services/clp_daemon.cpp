@@ -18,7 +18,7 @@ bool holds(std::string_view line, std::string_view word) {
     return line.find(word) != std::string_view::npos;
 }
 
-// 0 when `isOne` accepts a line that the command prints.
+// Returns 0 when `isOne` accepts a line that the command prints.
 int findProcess(const char* command, bool (*isOne)(std::string_view line)) {
     return guarded(-1, [&] {
         bool isFound = false;

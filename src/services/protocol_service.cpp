@@ -79,7 +79,7 @@ int get(ph::RecordArray<Record>& records, CMPIString** keyValues) {
 
 // ---- RequestStateChange
 
-// Another name would switch the web service.
+// Any other name would switch the web service.
 bool exists(CMPIString* const* keyValues) {
     const char* name = ph::textOf(keyValues[nameKey]);
     return name != nullptr && ph::findService(name) != nullptr;

@@ -8,7 +8,7 @@
 namespace ph {
 namespace {
 
-// HTTP and HTTPS are two faces of the BMC's web service.
+// HTTP and HTTPS are both the BMC's web service.
 constexpr Service services[] = {
     {"HTTPProtocolService", "HTTP Service", "http", Protocol::Other, CIM_SERVICE_WEB},
     {"HTTPSProtocolService", "HTTPS Service", "https", Protocol::Other, CIM_SERVICE_WEB},

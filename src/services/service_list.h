@@ -19,7 +19,7 @@ struct Service {
 
 std::span<const Service> allServices();
 
-// nullptr for a name that is none.
+// Returns nullptr for a name that no service has.
 const Service* findService(std::string_view name);
 
 } // namespace ph

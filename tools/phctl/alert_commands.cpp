@@ -34,7 +34,7 @@ bool isAddress(int family, const std::string& text) {
     return inet_pton(family, text.c_str(), &address) == 1;
 }
 
-// Which of a destination's or a server's two addresses the text is; the other one is cleared.
+// Sets the one of a destination's or a server's two addresses that the text is; the other one is cleared.
 ordered_json addresses(const std::string& text) {
     if (isAddress(AF_INET, text))
         return {{"ipv4", text}, {"ipv6", "::"}};

@@ -33,7 +33,7 @@ bool isHexadecimal(std::string_view text) {
     return text.starts_with("0x") || text.starts_with("0X");
 }
 
-// The type's bits, of the eight CMPI integer types.
+// The width of one of the eight CMPI integer types, in bits.
 int widthOf(CMPIType type) {
     return 8 << (type >> 4 & 3);
 }
@@ -115,7 +115,7 @@ std::vector<std::string> splitList(const std::string& text) {
     return elements;
 }
 
-// A JSON value's texts, as they stand on the command line.
+// Returns a JSON value's texts, as they would stand on the command line.
 std::vector<std::string> textsOf(const nlohmann::json& json) {
     std::vector<std::string> texts;
     for (const auto& element : json.is_array() ? json : nlohmann::json::array({json}))
@@ -123,7 +123,7 @@ std::vector<std::string> textsOf(const nlohmann::json& json) {
     return texts;
 }
 
-// A property of an embedded instance.
+// Reads a property of an embedded instance.
 Value parseProperty(const std::string& name, const schema::Element& property, const nlohmann::json& json,
                     const std::string& nameSpace) {
     const std::string place = name + '.' + std::string(property.name);
@@ -239,7 +239,7 @@ broker::ObjectPath parsePath(const std::string& text, const std::string& nameSpa
     if (const schema::Class* described = schema::find(path.className)) {
         path.className = described->name;
         for (auto& [name, value] : path.keys) {
-            // Only the class tells a reference from any other text.
+            // Only the class tells whether a text is a reference.
             const schema::Property* key = described->property(name);
             const auto* reference = value.as<std::string>();
             if (key != nullptr && key->type == CMPI_ref && reference != nullptr)

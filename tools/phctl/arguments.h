@@ -24,9 +24,9 @@ Declared declared(std::span<const Element> elements) {
     return all;
 }
 
-// The values of arguments such as "RequestedState=2", typed as they are declared; an array may be repeated,
-// an embedded instance is a JSON object of its properties. A name that is not declared is taken as a string,
-// for whoever gets it to decide, and reported to `unknown`. Throws UsageError.
+// Reads the values of arguments such as "RequestedState=2", typed as they are declared. An array may be
+// repeated, and an embedded instance is a JSON object of its properties. A name that is not declared is taken
+// as a string, because the provider has to decide about it, and reported to `unknown`. Throws UsageError.
 broker::NamedValues parseArguments(const std::vector<std::string>& arguments, const Declared& declared,
                                    const std::string& nameSpace, std::vector<std::string>& unknown);
 

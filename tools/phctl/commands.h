@@ -17,7 +17,7 @@ void addMonitorCommand(CLI::App& app, Chosen& chosen);
 void addServeCommand(CLI::App& app, Chosen& chosen);
 void addSyncCommand(CLI::App& app, Chosen& chosen);
 void addBmcCommand(CLI::App& app, Chosen& chosen);
-// Parts of it.
+// These are parts of it.
 void addSelCommand(CLI::App& bmc, Chosen& chosen);
 void addAlertCommands(CLI::App& bmc, Chosen& chosen);
 void addLoginCommand(CLI::App& bmc, Chosen& chosen);

@@ -167,7 +167,7 @@ std::string diagnose() {
     } catch (const std::exception& error) {
         return error.what();
     }
-    // A provider may look for a row that nobody has stored yet: that is no reason.
+    // A provider may look for a row that nobody has stored yet, which is no reason for a failure.
     const std::string error = db_last_error();
     return error.find("no such row") == std::string::npos ? error : "";
 }

@@ -24,7 +24,7 @@ struct SessionRow : IPMISessionInfo {
     SessionRow& operator=(const SessionRow&) = default;
 };
 
-// The session row; nothing when there is no database, or no row in it. Throws Failure when the database
+// Reads the session row; nothing when there is no database, or no row in it. Throws Failure when the database
 // cannot be read.
 std::optional<SessionRow> sessionRow();
 // Creates the database when it is missing. Throws Failure.
@@ -33,16 +33,17 @@ void setSessionRow(const IPMISessionInfo& row);
 ipmi::SessionSettings settingsOf(const IPMISessionInfo& row);
 SessionRow rowOf(const ipmi::SessionSettings& settings);
 
-// The sensors of the last sync. None when they cannot be read: they only make events readable.
+// Reads the sensors of the last sync. There are none when they cannot be read, as they only make events
+// readable.
 SensorLabels sensorLabels();
 
 // "the BMC at 192.0.2.7:623 (user admin)"
 std::string describe(const ipmi::SessionSettings& settings);
 
-// A virtual BMC that was never made. Throws Failure, which says what to do.
+// Throws Failure for a virtual BMC that was never made, and says what to do.
 void requireBmc(const ipmi::SessionSettings& settings);
 
-// What is wrong with the database or the BMC, where something is; empty otherwise.
+// Says what is wrong with the database or the BMC; empty when nothing is.
 std::string diagnose();
 
 } // namespace phctl

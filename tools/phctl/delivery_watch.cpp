@@ -13,17 +13,17 @@ namespace {
 
 std::atomic<DeliveryWatch*> watch{nullptr};
 
-// By its SONAME: the loader knows it by that, wherever it was found.
+// The SONAME is how the loader knows the library, wherever it was found.
 constexpr const char* providerHelper = "libProviderHelper.so.0";
 
-// A symbol of a library that a provider has brought into the process; nullptr when it has not.
+// Finds a symbol of a library that a provider has brought into the process; nullptr when there is none.
 template <class Symbol>
 Symbol* symbolOf(const char* library, const char* name) {
     void* loaded = dlopen(library, RTLD_LAZY | RTLD_NOLOAD);
     return loaded != nullptr ? reinterpret_cast<Symbol*>(dlsym(loaded, name)) : nullptr;
 }
 
-// The library calls `replacement` from now on; returns what it called before.
+// Makes the library call `replacement` from now on; returns what it called before.
 template <class Function>
 Function replace(const char* variable, Function replacement) {
     auto* const place = symbolOf<Function>(providerHelper, variable);
@@ -54,7 +54,7 @@ DeliveryWatch::DeliveryWatch(Report report) : report_(std::move(report)) {
     send_ = replace("DeliverIndication", phctl::send);
 }
 
-// The result of a delivery, which `describe` puts into words.
+// Reports the result of a delivery, which `describe` puts into words.
 template <class Describe>
 int DeliveryWatch::report(int result, Describe describe) const noexcept {
     try {

@@ -11,7 +11,7 @@
 
 namespace phctl {
 
-// What became of one alert.
+// Tells what became of one alert.
 struct Delivery {
     std::string to; // "http://192.0.2.1:5988/", "admin@example.org through 192.0.2.2:25"
     bool isDelivered = false;
@@ -20,8 +20,8 @@ struct Delivery {
 };
 
 // Stands between the library and those who deliver for it: the interop library, whose functions the library
-// calls through variables, and the mail library, whose function it finds in this program first. There is one
-// at most. The monitor thread that calls it never ends: so does a watch.
+// calls through variables, and the mail library, whose function it finds in this program first. At most one
+// exists. It never ends, because the monitor thread that calls it never does.
 class DeliveryWatch {
 public:
     // Called by the monitor thread, which goes on when it throws.

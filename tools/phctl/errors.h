@@ -8,12 +8,12 @@ namespace phctl {
 
 enum ExitStatus { done = 0, failed = 1, wrongUsage = 2 };
 
-// The command cannot be meant like this.
+// Thrown for a command that cannot be meant like this.
 struct UsageError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// The request was refused, or failed.
+// Thrown for a request that was refused or failed.
 struct Failure : std::runtime_error {
     using std::runtime_error::runtime_error;
 };

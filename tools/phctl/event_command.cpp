@@ -28,7 +28,7 @@ struct Options {
     std::string destination; // empty: those that the machine's filters find
 };
 
-// Where one message goes.
+// Tells where one message goes.
 struct Delivery {
     std::int32_t kind; // SEL_EVENT_TO_…; 0: the BMC delivers itself
     std::int32_t destination;

@@ -70,7 +70,7 @@ void writeToEventPipe(const SelEventMessage& message) {
 EventPipeClaim::EventPipeClaim() : path_(pipePath()) {
     std::error_code ignored;
     std::filesystem::create_directories(std::filesystem::path(path_).parent_path(), ignored);
-    // The one that had the pipe may remove it while it is opened here.
+    // The process that had the pipe may remove it while it is opened here.
     while (!tryToClaim()) {
     }
 }

@@ -55,7 +55,7 @@ std::string nameOf(const SensorEvent& event, const SensorLabels& sensors) {
            number;
 }
 
-// What it means that a sensor of this type comes into the state.
+// Says what it means that a sensor of this type comes into the state.
 std::string stateName(const SensorEvent& event) {
     const std::uint8_t type = event.eventType;
     const unsigned offset = event.offset;
@@ -95,7 +95,7 @@ std::string recordDataText(const std::string& data, const SensorLabels& sensors)
     return text.sensor + ": " + text.event + ", " + text.state();
 }
 
-// From "20240504123040.000000+120".
+// Reads "20240504123040.000000+120".
 std::string dateTimeText(const broker::DateTime& time) {
     if (time.interval)
         return {};

@@ -12,7 +12,7 @@
 
 namespace phctl {
 
-// What an event names a sensor by.
+// The numbers by which an event names a sensor.
 struct SensorKey {
     std::uint8_t ownerId;
     std::uint8_t ownerLun;
@@ -37,8 +37,8 @@ struct EventText {
 
 EventText describeRecord(std::span<const std::uint8_t, 16> selRecord, const SensorLabels& sensors);
 
-// "CPU1 Temp: Upper Critical - going high, asserted" for RecordData of a CIM_LogEntry, "2024-05-04 12:30:40
-// +02:00" for its CreationTimeStamp. Empty for any other property, and for other values.
+// Returns "CPU1 Temp: Upper Critical - going high, asserted" for RecordData of a CIM_LogEntry, "2024-05-04
+// 12:30:40 +02:00" for its CreationTimeStamp. Empty for any other property, and for other values.
 std::string logEntryText(const broker::NamedValues& properties, std::string_view name,
                          const SensorLabels& sensors);
 

@@ -5,7 +5,7 @@
 
 namespace phctl {
 
-// Has the libraries that deliver where the library looks for them. Throws Failure.
+// Puts the libraries that deliver where the library looks for them. Throws Failure.
 void provideDelivery();
 // Whether the broker's indication handler gets the events of the BMC's log, too.
 enum class Listening { No, Subscribed };

@@ -18,13 +18,13 @@ using nlohmann::ordered_json;
 
 // More columns than this make lines that nobody reads.
 constexpr std::size_t mostColumns = 8;
-// Properties that have a column of their meaning beside them.
+// Properties beside which a column tells their meaning.
 constexpr struct {
     const char* property;
     const char* title;
 } meaningColumns[] = {{"CurrentReading", "Reading"}, {"CreationTimeStamp", "Time"}, {"RecordData", "Event"}};
 
-// A property's value in words; empty where it needs none.
+// Puts a property's value into words; empty where it needs none.
 std::string meaningOf(const NamedValues& properties, std::string_view name, const SensorLabels& sensors) {
     const std::string reading = readingText(properties, name);
     return reading.empty() ? logEntryText(properties, name, sensors) : reading;
@@ -35,7 +35,7 @@ std::string cellText(const NamedValues& properties, const std::string& name) {
     return value != nullptr ? broker::toText(*value) : "-";
 }
 
-// Names of the columns: those wanted, or all that any instance has.
+// Returns the names of the columns: those wanted, or all that any instance has.
 std::vector<std::string> columnNames(const std::vector<Instance>& instances, const PropertyList& wanted) {
     if (wanted)
         return *wanted;

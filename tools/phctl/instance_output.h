@@ -10,15 +10,15 @@
 
 namespace phctl {
 
-// A value as text on one line; strings are quoted, so that NULL and empty texts can be told apart.
+// Writes a value as text on one line. Strings are quoted, so that NULL and empty texts can be told apart.
 std::string valueText(const broker::Value& value);
 
-// "Name = value" for each property, under the instance's path. `sensors` are those that events name.
+// Prints "Name = value" for each property, under the instance's path. `sensors` are those that events name.
 void printInstance(std::ostream& out, const broker::Instance& instance, const broker::PropertyList& wanted,
                    const SensorLabels& sensors = {});
 
-// As a table where the properties are few enough for columns, or else one instance after the other. `wanted`
-// names the properties to print, in its order; without it all are.
+// Prints a table where the properties are few enough for columns, or else one instance after the other.
+// `wanted` names the properties to print, in its order; without it all are.
 void printInstances(std::ostream& out, const std::vector<broker::Instance>& instances,
                     const broker::PropertyList& wanted, std::size_t width, const SensorLabels& sensors = {});
 

@@ -5,11 +5,11 @@
 
 namespace phctl {
 
-// Where an absolute path is: below PH_SYSROOT, if that is set. Throws Failure.
+// Returns where an absolute path is: below PH_SYSROOT, if that is set. Throws Failure.
 std::filesystem::path placeOf(const char* absolutePath);
 
-// Where the installation, or the build tree, of this program has a library: in its library folder or that of
-// provider modules. Empty when it is in neither.
+// Finds a library of this program's installation or build tree, in its library folder or that of provider
+// modules. Empty when it is in neither.
 std::filesystem::path installedLibrary(const char* name);
 
 // The library that is to lie at this path. Below PH_SYSROOT it is linked to the installed one. Throws

@@ -8,7 +8,7 @@
 
 namespace phctl {
 
-// The state file of this name, or for an empty one that of the machine that requests reach.
+// Returns the state file of this name; for an empty name, that of the machine that requests reach.
 std::filesystem::path machineFile(const std::string& name);
 // Throws Failure when there is no such machine.
 vbmc::VirtualBmc openMachine(const std::string& name);

@@ -6,7 +6,7 @@
 
 namespace phctl {
 
-// An object per part: its plain values as "name = value", what is an array of objects as a table.
+// Prints an object per part: its plain values as "name = value", and each array of objects as a table.
 void printMachine(std::ostream& out, const nlohmann::ordered_json& machine);
 
 } // namespace phctl

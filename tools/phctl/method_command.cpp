@@ -60,7 +60,7 @@ broker::Request makeRequest(const MethodOptions& options, Remarks& remarks) {
     return request;
 }
 
-// Of a value of whichever integer type the method has; a value that is no number says nothing.
+// Reads a value of whichever integer type the method has; a value that is no number gives nothing.
 bool isSuccess(const Value& result) {
     std::int64_t number = completed;
     if (const auto* value = result.as<std::uint64_t>())
@@ -86,7 +86,7 @@ std::uint64_t stateOf(const broker::Instance& job) {
     return *number;
 }
 
-// The job when it has ended.
+// Returns the job when it has ended.
 broker::Instance follow(Requester& requester, broker::ObjectPath path, const MethodOptions& options) {
     using Clock = std::chrono::steady_clock;
     constexpr std::chrono::milliseconds pause(250);
@@ -106,7 +106,7 @@ broker::Instance follow(Requester& requester, broker::ObjectPath path, const Met
     }
 }
 
-// Instances, as GetErrors returns them, one below the other.
+// Prints instances, as GetErrors returns them, one below the other.
 void printArgument(const std::string& name, const Value& value) {
     Value::Array elements;
     if (const auto* array = value.as<Value::Array>())

@@ -82,7 +82,7 @@ private:
         if (++reported_ == options_.count || !canWrite_)
             end();
     }
-    // Delivers nothing more.
+    // Stops the deliveries.
     [[noreturn]] static void end() {
         kill(getpid(), SIGTERM);
         for (;;)
@@ -100,7 +100,7 @@ private:
 };
 
 int monitor(const Options& options) {
-    // Taken below, whichever thread of ours or a provider's runs.
+    // The signals are waited for below, whichever thread of ours or of a provider runs.
     sigset_t ending;
     sigemptyset(&ending);
     sigaddset(&ending, SIGINT);
@@ -115,7 +115,7 @@ int monitor(const Options& options) {
     int signal = 0;
     sigwait(&ending, &signal);
     pipe.reset();
-    // Nothing is tidied up under the provider's thread.
+    // The process ends without tidying up what the provider's thread may use.
     std::_Exit(host.canWrite() ? done : complain("cannot write the output", failed));
 }
 

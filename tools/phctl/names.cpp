@@ -17,7 +17,7 @@ std::string lower(std::string_view text) {
     return result;
 }
 
-// Insertions, deletions and replacements between two texts (Levenshtein).
+// Counts insertions, deletions and replacements between two texts (Levenshtein distance).
 std::size_t distance(const std::string& left, const std::string& right) {
     std::vector<std::size_t> row(right.size() + 1);
     std::iota(row.begin(), row.end(), std::size_t{0});
@@ -40,7 +40,7 @@ std::string nearest(std::string_view name, const std::vector<std::string>& candi
     std::size_t bestDistance = std::max<std::size_t>(1, wanted.size() / 3);
     for (const std::string& candidate : candidates) {
         const std::string known = lower(candidate);
-        // A name without its prefix, or one that was not finished, is nearer than a different one.
+        // A name without its prefix, or an unfinished one, is nearer than a different one.
         const bool isPart =
             wanted.size() >= shortestPart && (known.starts_with(wanted) || known.ends_with(wanted));
         const std::size_t edits = isPart ? 1 : distance(wanted, known);

@@ -7,10 +7,11 @@
 
 namespace phctl {
 
-// The candidate that `name` was likely meant to be; empty when none is near. Case does not count.
+// Returns the candidate that `name` was likely meant to be; empty when none is near. Names compare without
+// regard to case.
 std::string nearest(std::string_view name, const std::vector<std::string>& candidates);
 
-// "; did you mean X?", or nothing.
+// Returns "; did you mean X?", or nothing.
 std::string didYouMean(std::string_view name, const std::vector<std::string>& candidates);
 
 } // namespace phctl

@@ -11,7 +11,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A link to "/" is no root of its own.
+// A link to "/" is not a private root.
 bool isPrivate(const char* root) {
     std::error_code error;
     return root != nullptr && *root != '\0' && !fs::equivalent(root, "/", error);

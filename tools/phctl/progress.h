@@ -8,7 +8,7 @@
 
 namespace phctl {
 
-// On a terminal one line that is written over, otherwise a line for each quarter of a phase.
+// Writes over one line on a terminal; otherwise writes a line for each quarter of a phase.
 class Progress {
 public:
     Progress(std::ostream& out, bool isTerminal) : out_(out), isTerminal_(isTerminal) {}

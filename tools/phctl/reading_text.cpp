@@ -39,7 +39,7 @@ std::optional<std::int64_t> integer(const broker::NamedValues& properties, std::
     return {};
 }
 
-// Its number stands at 0 then.
+// The number is at index 0 then.
 bool isUnknown(const broker::NamedValues& properties) {
     const broker::Value* state = broker::find(properties, "CurrentState");
     const auto* text = state != nullptr ? state->as<std::string>() : nullptr;

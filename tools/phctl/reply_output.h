@@ -6,7 +6,7 @@
 
 namespace phctl {
 
-// The sensors that events name, where one of the instances tells of events.
+// Reads the sensors that events name, where one of the instances tells of events.
 SensorLabels labelsFor(const std::vector<broker::Instance>& instances);
 
 void printInstances(const std::vector<broker::Instance>& instances, const broker::PropertyList& wanted,

@@ -18,7 +18,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr char moduleName[] = "libProviderHelperProviders.so";
-// Where the library looks itself up, for the instances of a class by its name.
+// The library looks itself up here, for the instances of a class by its name.
 constexpr char instanceArrays[] = "/usr/local/lib/libProviderHelper.so";
 
 std::string findModule() {
@@ -29,7 +29,7 @@ std::string findModule() {
     return file;
 }
 
-// Whether the provider has to look for associated elements.
+// Tells whether the provider has to look for associated elements.
 bool needsInstanceArrays(const broker::Request& request) {
     using Operation = broker::Request::Operation;
     switch (request.operation) {
@@ -63,7 +63,7 @@ std::string failureText(const broker::Request& request, const broker::Reply& rep
     return text;
 }
 
-// The library waits for a BMC that may still be starting. A virtual one is made by nobody but the user.
+// The library waits for a BMC that may still be starting. Only the user makes a virtual one.
 void requireRightMachine() {
     const auto row = sessionRow();
     if (!row)

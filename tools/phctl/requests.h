@@ -24,10 +24,10 @@ struct RequestOptions {
 // Loads the provider module, after making sure that it works on the right machine. Throws Failure.
 void loadProviders(broker::Broker& broker, const std::string& module);
 
-// Has the library where association providers look it up. Throws Failure.
+// Puts the library where association providers look it up. Throws Failure.
 void provideInstanceArrays();
 
-// What a request says of names that no class description has.
+// Tells what a request says of names that no class description has.
 class Remarks {
 public:
     // "CIM_X has no <kind> <name>; did you mean …?"

@@ -9,14 +9,15 @@
 
 namespace phctl {
 
-// nullptr for a class that is not served: another module may have it. Case does not count.
+// Returns nullptr for a class that is not served: another module may have it. Names compare without regard to
+// case.
 const schema::Class* servedClass(std::string_view className);
 
-// What is served of that name, or nullptr.
+// Finds what is served of that name, or nullptr.
 const schema::Property* servedProperty(const schema::Class& owner, std::string_view name);
 const schema::Method* servedMethod(const schema::Class& owner, std::string_view name);
 
-// Where requests on a class go that name no namespace: to the first that serves it.
+// Returns the namespace for requests on a class that name none: the first that serves it.
 std::string defaultNameSpace(std::string_view className);
 
 template <class All>

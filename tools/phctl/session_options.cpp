@@ -28,7 +28,7 @@ constexpr Name privileges[] = {
     {"administrator", IPMI_PRIVILEGE_LEVEL_ADMIN},
 };
 
-// By the names that FreeIPMI's tools give them.
+// The flags have the names that FreeIPMI's tools give them.
 constexpr Name workaroundFlags[] = {
     {"authcap", IPMI_WORKAROUND_FLAGS_OUTOFBAND_2_0_AUTHENTICATION_CAPABILITIES},
     {"intel20", IPMI_WORKAROUND_FLAGS_OUTOFBAND_2_0_INTEL_2_0_SESSION},

@@ -13,7 +13,7 @@ class SessionOptions {
 public:
     void addTo(CLI::App& command);
 
-    // The BMC that the options name; none when they name none. Throws UsageError.
+    // Returns the BMC that the options name, if they name one. Throws UsageError.
     std::optional<ipmi::SessionSettings> settings() const;
 
 private:
@@ -28,7 +28,7 @@ private:
     int retransmission_ = 0;
 };
 
-// What --password-file names: the file's first line, of standard input for "-". Throws UsageError.
+// Reads the first line of what --password-file names, which is standard input for "-". Throws UsageError.
 std::string readPassword(const std::string& file);
 
 } // namespace phctl

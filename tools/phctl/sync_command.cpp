@@ -62,7 +62,7 @@ int synchronise(const SyncOptions& options) {
     requireBmc(settings);
     std::cerr << "Reading " << describe(settings) << std::endl;
     const auto bmc = ipmi::openTransport(settings);
-    // Where the BMC is becomes known when it answers, even if what it says is of no use.
+    // The session row is stored once the BMC answers, even if what it says is of no use.
     if (given)
         setSessionRow(rowOf(*given));
     smash::SyncReport report;

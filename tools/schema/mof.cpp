@@ -40,7 +40,8 @@ bool isDeclared(const Method& method, const Class& by, const Classes& known) {
            });
 }
 
-// The classes with those before each that its declaration names, as far as none of them names it in turn.
+// Orders the classes so that those which a declaration names come before it, as far as none of them names it
+// in turn.
 class Ordering {
 public:
     explicit Ordering(const Classes& all) : all_(all) {
@@ -189,7 +190,7 @@ Classes selfContained() {
     Classes classes;
     for (const Class& each : schema::servedClasses())
         addWithSuperclasses(classes, each.name);
-    // What is referred to may refer to more.
+    // A class that is referred to may refer to others.
     for (std::size_t i = 0; i < classes.size(); ++i) {
         const Class& each = *classes[i];
         for (const Property& property : each.properties)

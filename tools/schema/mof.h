@@ -11,16 +11,17 @@ namespace mof {
 
 using Classes = std::vector<const schema::Class*>;
 
-// The served classes, those above them and those that they refer to; what a declaration names comes before it.
+// Returns the served classes, those above them and those that they refer to; what a declaration names comes
+// before it.
 Classes selfContained();
 
-// Those of them that DMTF's schema lacks.
+// Returns those of them that DMTF's schema lacks.
 Classes extension();
 
-// The qualifier types that the declarations need.
+// Writes the qualifier types that the declarations need.
 void writeQualifierTypes(std::ostream& out);
 
-// The class with what it declares itself. Features that refer to a class beyond `known` are left out.
+// Writes the class with what it declares itself. Features that refer to a class beyond `known` are left out.
 void writeClass(std::ostream& out, const schema::Class& declared, const Classes& known);
 
 } // namespace mof

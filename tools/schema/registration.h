@@ -20,10 +20,10 @@ Classes servedClasses();
 // For object managers that keep these classes for themselves: PH_X : CIM_X.
 Classes prefixedClasses();
 
-// One section per class, as small-footprint object managers read it.
+// Writes one section per class, as small-footprint object managers read it.
 void writeSections(std::ostream& out, const Classes& classes);
 
-// PG_ProviderModule and PG_Provider, as OpenPegasus reads them, and the capabilities for each class.
+// Writes PG_ProviderModule and PG_Provider, as OpenPegasus reads them, and the capabilities for each class.
 void writeModule(std::ostream& out);
 void writeCapabilities(std::ostream& out, const Classes& classes);
 

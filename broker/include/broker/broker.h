@@ -23,7 +23,7 @@ class State;
 using PropertyList = std::optional<std::vector<std::string>>;
 
 // What narrows an operation on associations (DSP0200); an empty name does not. A class stands for its
-// subclasses too, which is for the provider to know. References have no use for the last two.
+// subclasses too, which is for the provider to know. References do not use the last two.
 struct AssociationFilter {
     std::string assocClass = {};
     std::string resultClass =
@@ -69,7 +69,7 @@ struct Reply {
     bool ok() const { return code == CMPI_RC_OK; }
 };
 
-// "CMPI_RC_ERR_NOT_SUPPORTED", …; the number for codes without a name.
+// Returns "CMPI_RC_ERR_NOT_SUPPORTED" and the like; the number for codes without a name.
 std::string codeName(CMPIrc code);
 
 class LoadError : public std::runtime_error {
@@ -140,7 +140,8 @@ public:
     Reply enableIndications(const ObjectPath& source);
     Reply unsubscribe(const std::string& query, const ObjectPath& source);
 
-    // For code that speaks CMPI itself. Objects that are made without a Scope last as long as the broker.
+    // These are for code that speaks CMPI itself. Objects that are made without a Scope last as long as the
+    // broker.
     const CMPIBroker* handle() const;
 
     // Tests: how often CMPI functions were called, by the names of their table members ("setProperty";
@@ -168,7 +169,7 @@ public:
     Scope(const Scope&) = delete;
     Scope& operator=(const Scope&) = delete;
 
-    // CMPI objects of this scope.
+    // Make CMPI objects of this scope.
     CMPIObjectPath* make(const ObjectPath& path);
     CMPIInstance* make(const Instance& instance);
     CMPIArgs* makeArgs(const NamedValues& arguments = {});
@@ -191,8 +192,8 @@ private:
     std::vector<const char*> names_; // ends with NULL
 };
 
-// CMPI objects of this kind of broker as C++ values. Throw std::runtime_error for NULL where nothing else is
-// said, and for what a Value cannot express.
+// Turn CMPI objects of this kind of broker into C++ values. Throw std::runtime_error for NULL where nothing
+// else is said, and for what a Value cannot express.
 Value toValue(const CMPIData& data);
 ObjectPath toObjectPath(const CMPIObjectPath* path);
 Instance toInstance(const CMPIInstance* instance);
@@ -201,7 +202,7 @@ std::string toString(const CMPIString* string); // NULL is ""
 
 // What was returned so far through a result of this broker.
 Reply toReply(const CMPIResult* result);
-// The status as a reply without results.
+// Makes a reply without results from the status.
 Reply toReply(const CMPIStatus& status);
 
 } // namespace broker

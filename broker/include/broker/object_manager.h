@@ -7,7 +7,7 @@
 
 namespace broker {
 
-// While it lives, its broker is the process's. There is one at most.
+// While it lives, its broker is the one of the process. At most one exists.
 class ObjectManager {
 public:
     explicit ObjectManager(const Broker& broker);

@@ -49,10 +49,10 @@ struct Value {
 
 bool operator==(const Value& left, const Value& right);
 
-// "uint16", "string[]", "datetime", "reference", …
+// Returns "uint16", "string[]", "datetime", "reference" and the like.
 std::string typeName(CMPIType type);
 
-// Strings as they are, elements of arrays as in MOF: {"a", "b"}; null is NULL.
+// Strings stand as they are, elements of arrays as in MOF: {"a", "b"}; null is NULL.
 std::string toText(const Value& value);
 
 struct NamedValue {
@@ -61,7 +61,7 @@ struct NamedValue {
     bool operator==(const NamedValue&) const = default;
 };
 
-// Properties, keys, arguments, context entries: in the order of insertion.
+// Properties, keys, arguments or context entries, in the order of insertion.
 using NamedValues = std::vector<NamedValue>;
 
 // CIM names compare without regard to case.

@@ -14,11 +14,11 @@ public:
 
     ipmi_ctx_t get() const { return context_.get(); }
 
-    // One message to LUN 0. As Transport::exchange.
+    // Sends one message to LUN 0, as Transport::exchange does.
     std::size_t exchange(std::uint8_t netFn, std::uint8_t command, std::span<const std::uint8_t> request,
                          std::span<std::uint8_t> answer);
 
-    // Throws TransportError: the peer, what failed and why.
+    // Throws TransportError, which names the peer, what failed and why.
     [[noreturn]] void fail(const std::string& what) const;
 
 private:

@@ -28,7 +28,7 @@ constexpr std::uint8_t bmcAddress = 0x20;
 constexpr unsigned wholeSensor = 99; // offset of a row that stands for no single state
 constexpr unsigned stateOffsets = 15;
 
-// Why a record is not served.
+// Thrown for a record that cannot be served, with the reason.
 struct Unusable : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
@@ -219,7 +219,7 @@ const CompactSdr& commonOf(const FullSdr& row) {
 
 } // namespace
 
-// Two rows of one ID describe the same states of the same sensor: the first is as good as both.
+// Two rows with one ID describe the same states of the same sensor: one of them is enough.
 template <class Row>
 void SdrMapping::publish(std::vector<Row>& rows, const Row& row, std::vector<SyncRemark>& remarks) {
     const CompactSdr& common = commonOf(row);

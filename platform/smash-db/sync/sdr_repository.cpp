@@ -16,7 +16,7 @@ constexpr std::uint16_t firstRecord = 0x0000;
 constexpr std::uint16_t endOfRepository = 0xFFFF;
 constexpr std::size_t headerSize = 5; // record ID, SDR version, record type, length of what follows
 
-// A BMC that adds records while it starts cancels reservations for a while; one that always does is broken.
+// A BMC that adds records while it starts cancels reservations for a while; a BMC that always does is broken.
 constexpr int maxCancellations = 10;
 
 std::string sourceOf(std::uint16_t recordId) {
@@ -25,7 +25,7 @@ std::string sourceOf(std::uint16_t recordId) {
     return text;
 }
 
-// A record that cannot be read, while those after it can.
+// Thrown for a record that cannot be read, while those after it can.
 struct Unreadable : std::runtime_error {
     using std::runtime_error::runtime_error;
 };

@@ -67,7 +67,7 @@ std::array<DeviceRecord, 2> readDevices(ipmi::Transport& bmc, std::vector<SyncRe
     DeviceRecord host = device;
     host.type = SMASH_DEVICE_HOST;
 
-    // A BMC that has one GUID only has it for both.
+    // A BMC that has only one GUID has it for both.
     const std::string own = readGuid(bmc, ipmi::command::getDeviceGuid, "device GUID", remarks);
     const std::string system = readGuid(bmc, ipmi::command::getSystemGuid, "system GUID", remarks);
     constexpr char nil[] = "00000000-0000-0000-0000-000000000000";

@@ -11,7 +11,7 @@
 
 namespace smash {
 
-// Something of the BMC that the database does without.
+// Something of the BMC that is missing in the database, and why.
 struct SyncRemark {
     std::string source; // "SDR record 0x0012", "FRU device 3", "device GUID"
     std::string reason;

@@ -36,7 +36,7 @@ void powerDown(Chassis& chassis) {
 }
 
 void powerUp(Chassis& chassis, std::int64_t time) {
-    // One that is shutting down comes up again afterwards.
+    // A host that is shutting down comes up again afterwards.
     if (chassis.isOn && chassis.offAt != 0)
         chassis.onAt = chassis.offAt + chassis.cycleInterval;
     else if (!chassis.isOn)
@@ -44,7 +44,7 @@ void powerUp(Chassis& chassis, std::int64_t time) {
     chassis.wasSwitchedOn = true;
 }
 
-// The actions on a host that runs. Others have nothing to act on: D5h, as IPMI recommends for the power
+// Acts on a host that runs. Otherwise there is nothing to act on: D5h, which IPMI recommends for the power
 // cycle.
 std::uint8_t controlRunning(Chassis& chassis, Control control, std::int64_t time) {
     if (!chassis.isOn)

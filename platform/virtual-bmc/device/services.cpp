@@ -17,7 +17,7 @@ constexpr std::size_t nameSize = 16;
 constexpr Choice names[] = {{0, "web"},      {1, "kvm"}, {2, "cd-media"}, {3, "fd-media"},
                             {4, "hd-media"}, {5, "ssh"}, {6, "telnet"}};
 
-// The service of a mask, null for none or for several.
+// Finds the service of a mask; null for none or for several.
 NetworkService* find(std::vector<NetworkService>& list, std::uint32_t mask) {
     const auto found = std::ranges::find(list, std::countr_zero(mask), &NetworkService::number);
     return std::has_single_bit(mask) && found != list.end() ? &*found : nullptr;

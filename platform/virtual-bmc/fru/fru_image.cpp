@@ -36,7 +36,7 @@ void appendTexts(Bytes& area, Texts texts, const Place& place) {
     for (const auto& [name, text] : texts) {
         if (text.size() > longest)
             fail(Place{&place, name}, "it has more than " + std::to_string(longest) + " characters");
-        // A text of one character would read as the end mark.
+        // A text with one character would read as the end mark.
         const std::size_t length = text.size() == 1 ? 2 : text.size();
         area.push_back(low(eightBit | length));
         area.insert(area.end(), text.begin(), text.end());

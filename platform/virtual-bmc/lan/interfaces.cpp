@@ -22,7 +22,7 @@ const Lan* findByIndex(const State& state, std::size_t lanIndex) {
     return lanIndex >= 1 && lanIndex <= list.size() ? &list[lanIndex - 1] : nullptr;
 }
 
-// Whether somebody can reach the controller. A bond works whatever its members are set to as single LANs.
+// Tells whether the controller can be reached. A bond works whatever its members are set to as single LANs.
 bool works(const Bond& bond, const std::vector<Lan>& lans) {
     return bond.isEnabled || std::ranges::any_of(lans, [](const Lan& lan) { return lan.enable != off; });
 }

@@ -39,8 +39,8 @@ struct Interfaces {
     void fields(Fields& fields);
     Json describe(const State& state) const;
 
-    // Switches the bond; false where it must not be: fewer than two members, or nothing would work without
-    // it.
+    // Switches the bond. Returns false where that must not be done: it has fewer than two members, or no LAN
+    // would work without it.
     bool setBond(const State& state, bool isEnabled);
 };
 

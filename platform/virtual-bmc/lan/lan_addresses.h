@@ -32,7 +32,7 @@ struct MacAddress {
     Json toJson() const;
 };
 
-// Whether ones come before zeros.
+// Tells whether all ones come before the zeros.
 bool isNetmask(const Ipv4Address& mask);
 
 } // namespace vbmc

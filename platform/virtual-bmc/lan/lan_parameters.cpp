@@ -19,7 +19,7 @@ std::uint8_t getProgress(const State&, const Lan& lan, LanSelector, ipmi::Writer
     return completion::success;
 }
 
-// Writes take effect at once; to commit them changes nothing more.
+// Writes take effect at once, so that a commit changes nothing more.
 std::uint8_t setProgress(State&, Lan& lan, ipmi::Reader request) {
     switch (request.u8() & 0x03) {
     case ipmi::lan::setComplete:

@@ -58,7 +58,8 @@ struct Ipv6 {
 
     void fields(Fields& fields);
     void check(const Place& place) const;
-    // The dynamic address of a set selector. The network gives some while IPv6 and dynamic routers are on.
+    // Returns the dynamic address of a set selector. The network assigns some while IPv6 and dynamic routers
+    // are on.
     std::optional<DynamicIpv6> dynamic(std::uint8_t selector) const;
 };
 

@@ -9,7 +9,7 @@
 
 namespace vbmc {
 
-// A slot of a table: what a client wrote to it. Slots that were never written hold zeros.
+// A slot of a table with what a client wrote to it. Slots that were never written hold zeros.
 template <std::size_t Size>
 struct PefEntry {
     std::uint8_t number = 0; // from 1

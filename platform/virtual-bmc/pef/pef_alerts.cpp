@@ -12,8 +12,8 @@ using Record = std::span<const std::uint8_t, 16>;
 
 constexpr std::uint8_t any = 0xFF;
 
-// Mask, compare 1 (the bits that have to be equal), compare 2 (what they have to be). Of the mask's other
-// bits one that is equal is enough.
+// Mask, compare 1 (the bits that have to be equal), compare 2 (what they have to be). One equal bit among the
+// mask's other bits is enough.
 bool matchesData(std::span<const std::uint8_t, 3> test, std::uint8_t value) {
     const unsigned mask = test[0], exact = test[1];
     const unsigned equal = ~(value ^ test[2]) & mask;
@@ -21,8 +21,8 @@ bool matchesData(std::span<const std::uint8_t, 3> test, std::uint8_t value) {
     return (mask & exact & ~equal) == 0 && (loose == 0 || (loose & equal) != 0);
 }
 
-// Clients that set a filter's sensor and nothing else leave zeros in the other fields. There these mean any:
-// no event has them.
+// Clients that set a filter's sensor and nothing else leave zeros in the other fields. Zeros mean "any"
+// there, because no event has them.
 bool matches(std::span<const std::uint8_t> filter, Record record) {
     const auto matchesByte = [&](std::size_t field, std::size_t place) {
         return filter[field] == any || filter[field] == record[place];
@@ -43,7 +43,7 @@ bool isSameDestination(const Alert& left, const Alert& right) {
     return left.channel == right.channel && left.selector == right.selector;
 }
 
-// Whether an alert arrives is not known here: one that is sent counts.
+// It is not known here whether an alert arrives; sending it counts.
 void addAlerts(const State& state, std::uint8_t policy, std::vector<Alert>& alerts) {
     bool isSent = false;
     Alert skipped; // the latest entry, if it was not sent

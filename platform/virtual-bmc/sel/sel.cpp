@@ -149,8 +149,8 @@ std::uint8_t addSelEntry(State& state, ipmi::Reader request, ipmi::Writer& answe
     return ipmi::completion::success;
 }
 
-// Those behind it move up, in the file before in the state: whoever reads the file after a crash between the
-// two finds the last record twice.
+// The records behind it move up, first in the file, then in the state. After a crash between the two, a
+// reader of the file finds the last record twice.
 std::uint8_t deleteSelEntry(State& state, ipmi::Reader request, ipmi::Writer& answer) {
     const auto& sel = state.get<Sel>();
     if (!isReserved(sel, request.u16()))

@@ -24,7 +24,7 @@ struct Sel {
     std::uint8_t largestRead = 16;   // bytes of a record that one Get SEL Entry sends
     std::uint8_t erasureSteps = 0; // how often the progress of an erasure is asked for before it is completed
 
-    // What happened so far.
+    // The events that happened so far.
     std::uint32_t head = 0; // slot of the oldest record
     std::uint16_t count = 0;
     std::uint16_t nextId = firstId;
@@ -48,7 +48,7 @@ struct Sel {
     // Nothing when the log is full and does not wrap.
     static std::optional<std::uint16_t> add(State& state, const SelFile& file,
                                             std::span<const std::uint8_t, 16> record);
-    // The same of an event of a sensor: it comes into a state, or leaves it. Throws Error.
+    // Does the same for an event of a sensor, which comes into a state or leaves it. Throws Error.
     static std::optional<std::uint16_t> addEvent(State& state, const SensorRef& sensor, std::uint8_t offset,
                                                  bool isDeassertion);
     // Appends so many events, of the machine's sensors and of OEM types in turn. Returns how many there was

@@ -11,7 +11,7 @@ off_t placeOf(const Sel& sel, std::uint16_t position) {
     return static_cast<off_t>((sel.head + position) % slots * sizeof(SelRecord));
 }
 
-// How many IDs a record is behind the oldest: IDs ascend, and begin anew after the last.
+// Counts how many IDs a record is behind the oldest: IDs ascend, and begin anew after the last.
 unsigned distance(std::uint16_t oldest, std::uint16_t id) {
     return id >= oldest ? id - oldest : id + Sel::lastId - oldest;
 }

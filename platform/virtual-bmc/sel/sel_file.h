@@ -20,7 +20,7 @@ public:
     // Positions count from the oldest record. Throw Error.
     SelRecord read(const Sel& sel, std::uint16_t position) const;
     void write(const Sel& sel, std::uint16_t position, const SelRecord& record) const;
-    // Where the record with an ID lies; also for 0000h, the first, and FFFFh, the last.
+    // Finds where the record with an ID lies; 0000h stands for the first and FFFFh for the last.
     std::optional<std::uint16_t> find(const Sel& sel, std::uint16_t id) const;
 
 private:

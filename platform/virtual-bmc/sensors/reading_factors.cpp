@@ -72,7 +72,7 @@ std::optional<std::uint8_t> ReadingFactors::raw(double wanted) const {
             nearest = static_cast<std::uint8_t>(candidate);
         }
     }
-    // A limit as somebody writes it may differ from the computed one in its last digits.
+    // A limit as people write it may differ from the computed one in its last digits.
     const double rounding = 1e-9 * std::max(std::abs(least), std::abs(greatest));
     if (!(wanted >= least - rounding && wanted <= greatest + rounding))
         return std::nullopt;

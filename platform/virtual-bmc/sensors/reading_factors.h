@@ -18,7 +18,7 @@ struct ReadingFactors {
     std::int8_t resultExponent = 0; // 4 bits
 
     double value(std::uint8_t raw) const;
-    // The raw reading whose value is nearest; nothing for a value beyond those that there are.
+    // Finds the raw reading whose value is nearest; nothing for a value out of range.
     std::optional<std::uint8_t> raw(double value) const;
 
     std::uint8_t leastRaw() const; // what stands for the least and the greatest x

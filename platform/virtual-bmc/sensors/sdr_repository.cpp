@@ -130,7 +130,7 @@ std::uint8_t getSdr(State& state, ipmi::Reader request, ipmi::Writer& answer) {
     constexpr std::uint16_t first = 0x0000;
     constexpr std::uint16_t last = 0xFFFF;
 
-    // Only reading on within a record needs a reservation; one that is given must hold.
+    // Only reading on within a record needs a reservation; a reservation that is given must be valid.
     constexpr std::uint16_t none = 0;
     if ((offset > 0 && reservation == none) || (reservation != none && reservation != repository.reservation))
         return completion::reservationCanceled;

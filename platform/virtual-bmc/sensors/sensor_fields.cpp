@@ -88,7 +88,7 @@ void Sensor::fields(Fields& fields) {
     fields("live", live);
     if (!fields.isReading())
         return;
-    // A model says how the sensor reads at first without more ado.
+    // A model gives the sensor's first reading without naming its raw value.
     Live first;
     Level reading;
     fields("reading", reading);

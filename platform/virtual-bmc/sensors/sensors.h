@@ -119,8 +119,8 @@ struct Sensor {
     bool isAnalog() const {
         return isThreshold() && record == Full && analog.factors.format != AnalogFormat::None;
     }
-    // Those that the record has at first. A threshold sensor asserts when it goes low below lower thresholds
-    // and high above upper ones.
+    // The masks that the record has at first. A threshold sensor asserts when it goes low below lower
+    // thresholds and high above upper ones.
     std::uint16_t eventMask() const;
     // Comparison status of a threshold sensor.
     std::uint8_t crossed(const Live& reading) const;
@@ -128,7 +128,7 @@ struct Sensor {
 };
 
 struct Sensors {
-    // Which sensor of the list, and which of those that share its record.
+    // Identifies a sensor of the list, and one of those that share its record.
     struct Slot {
         std::size_t sensor;
         std::size_t instance;

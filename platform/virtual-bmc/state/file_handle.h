@@ -26,7 +26,7 @@ private:
     int descriptor_ = -1;
 };
 
-// Throw Error: the path and what is wrong with it, or why errno says the last call failed.
+// Throw Error, which names the path and what is wrong with it, or why the last call failed as errno says.
 [[noreturn]] void fail(const std::filesystem::path& path, const std::string& reason);
 [[noreturn]] void failWithErrno(const std::filesystem::path& path);
 

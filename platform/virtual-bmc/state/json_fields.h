@@ -22,7 +22,7 @@
 
 namespace vbmc {
 
-// Where a value is, as a chain up to the root.
+// Says where a value is, as a chain up to the root.
 struct Place {
     const Place* parent = nullptr;
     const char* name = nullptr; // of a member; null: an element of an array
@@ -54,7 +54,7 @@ public:
     void required(const char* name, T& value);
     template <std::integral T>
     void number(const char* name, T& value, int least, int most);
-    // One of the words, or with `orNumber` the code itself.
+    // Reads one of the words, or with `orNumber` the code itself.
     template <class T>
     void choice(const char* name, T& value, std::span<const Choice> choices, bool orNumber = false);
 
@@ -136,7 +136,7 @@ void read(const Json& json, const Place& place, T& value) {
     }
 }
 
-// What a struct of default values writes: these fields are left out.
+// Finds what a struct with default values writes: these fields are left out.
 template <Struct T>
 const Json& defaultsOf() {
     static const Json defaults = [] {

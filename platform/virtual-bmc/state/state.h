@@ -34,11 +34,12 @@ public:
 
     std::filesystem::path bulkFile(const char* suffix) const { return file_.string() + suffix; }
 
-    // From a model: one JSON object, parts as its members; missing ones are as they are by default.
+    // Reads a model, which is one JSON object with the parts as its members; missing parts have their
+    // defaults.
     void loadModel(std::string_view text);
-    // From a state file's text. Throws Error and stays as it was when something is wrong with it.
+    // Reads a state file's text. Throws Error and stays as it was when something is wrong with it.
     void load(std::string_view text);
-    // The text with all edits, which `keep` then makes the state's own and `undo` takes back.
+    // Returns the text with all edits, which `keep` then makes permanent and `undo` takes back.
     std::string text();
     void keep();
     void undo();

@@ -12,7 +12,7 @@ FileHandle openLock(const std::filesystem::path& stateFile) {
     return openPrivate(stateFile.string() + ".lock", O_RDWR | O_CREAT);
 }
 
-// Nobody ever sees half of it: it is written beside the file and then takes its name.
+// Nobody ever sees half of the file: it is written beside the old one and then takes its name.
 FileHandle replace(const std::filesystem::path& path, std::string_view text) {
     const std::string beside = path.string() + ".new";
     FileHandle file = openPrivate(beside, O_RDWR | O_CREAT | O_TRUNC);

@@ -10,7 +10,7 @@
 
 namespace vbmc {
 
-// Held by one process at a time, and within it by one StateFile.
+// A lock that one process at a time holds, and within it one StateFile.
 class Lock {
 public:
     Lock(const FileHandle& file, const std::filesystem::path& stateFile);
@@ -54,8 +54,8 @@ private:
     std::filesystem::path path_;
     State state_;
     FileHandle lock_; // of a file beside it, because the state file itself is replaced
-    // The file that `state_` was read from or written to. Held open, so that its inode number is not given to
-    // one of the files that replace it: a new number is a new state.
+    // The file that `state_` was read from or written to. It is held open, so that its inode number is not
+    // given to a file that replaces it: a new number means a new state.
     FileHandle loaded_;
     struct stat loadedStatus_ = {};
 };

@@ -12,7 +12,7 @@ namespace {
 
 constexpr char method[] = "$5$"; // SHA-256 crypt
 
-// crypt's working memory, wiped: it holds what was hashed.
+// crypt's working memory, which is wiped because it holds what was hashed.
 struct Workspace {
     crypt_data data{};
     Workspace() = default;
@@ -21,7 +21,7 @@ struct Workspace {
     Workspace& operator=(const Workspace&) = delete;
 };
 
-// A password is bytes and crypt wants a text: the bytes in hexadecimal digits.
+// A password consists of bytes and crypt wants a text, so the bytes are written in hexadecimal digits.
 std::string crypt(std::span<const std::uint8_t> password, const char* setting) {
     constexpr char digits[] = "0123456789abcdef";
     constexpr std::size_t longest = 20;

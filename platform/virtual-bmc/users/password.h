@@ -1,5 +1,5 @@
 // Passwords as the controller keeps them: hashed with a salt of their own (crypt(3)), so that the state file
-// gives none away.
+// does not reveal them.
 #pragma once
 
 #include <cstdint>

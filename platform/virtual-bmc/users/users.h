@@ -37,7 +37,7 @@ struct Users {
     Json describe(const State& state) const;
 
     const User* find(std::uint8_t id) const; // null for a slot that is not in use
-    // Whether RMCP+ would let somebody in with this name and password: as a user who is enabled and has
+    // Tells whether RMCP+ would let somebody in with this name and password, who must be an enabled user with
     // access.
     bool letsIn(std::string_view name, std::string_view password) const;
     User& slot(std::uint8_t id); // one that was not in use has a user without access then

@@ -63,7 +63,7 @@ struct Class {
     bool isAssociation = false;
     bool isIndication = false;
     bool isOurs = false; // DMTF has no such class
-    // Operations beside getting: which are not refused.
+    // Tells which operations beside getting are not refused.
     bool enumerates = false, modifies = false, creates = false, deletes = false;
     std::span<const std::string_view> nameSpaces = {}; // that serve it; none: others derive from it
 
@@ -75,7 +75,7 @@ struct Class {
     bool isServed() const { return !nameSpaces.empty(); }
     std::span<const Property> servedProperties() const { return {properties.data(), servedPropertyCount}; }
     std::span<const Method> servedMethods() const { return {methods.data(), servedMethodCount}; }
-    // nullptr: there is none. Case does not count.
+    // Returns nullptr when there is none. Names compare without regard to case.
     const Property* property(std::string_view propertyName) const;
     const Method* method(std::string_view methodName) const;
 };
@@ -84,13 +84,14 @@ struct Class {
 const std::vector<Class>& allClasses();
 std::span<const Class> servedClasses();
 
-// nullptr for a class that is not known: another module may serve it. Case does not count.
+// Returns nullptr for a class that is not known: another module may serve it. Names compare without regard to
+// case.
 const Class* find(std::string_view className);
 
-// Whether a class is another or derives from it.
+// Tells whether a class is another one or derives from it.
 bool isSubclass(std::string_view className, std::string_view ancestor);
 
-// "uint16", "string", "reference", "instance"; of an array, those of its elements.
+// Returns "uint16", "string", "reference", "instance" and the like; for an array, the type of its elements.
 std::string_view elementTypeName(CMPIType type);
 
 } // namespace schema

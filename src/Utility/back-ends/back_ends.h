@@ -42,7 +42,7 @@ public:
 
     // Only -1 is a failure: a database without session settings gives a session on which every call fails.
     bool open() { return open_ = CreateIPMISession(&session_) != -1; }
-    // For a function whose outcome depends on it; else the end of the owner closes.
+    // Closes early, for a function whose outcome depends on it; the owner's end closes otherwise.
     bool close() { return std::exchange(open_, false) && CloseIPMISession(&session_) == 0; }
     IPMI20_SESSION_T* get() { return &session_; }
 
@@ -72,7 +72,7 @@ private:
     bool open_ = false;
 };
 
-// All rows of a table. The database is open while they are read only.
+// All rows of a table. The database is open only while they are read.
 template <class Row>
 class Rows {
 public:

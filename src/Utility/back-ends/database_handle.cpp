@@ -4,7 +4,7 @@
 
 namespace {
 
-// Said of every failure, closing included.
+// The log has this line for every failure, closing included.
 int report(bool failed) {
     if (!failed)
         return 0;

@@ -12,9 +12,9 @@ void debugPrint(const char* text);
 
 } // namespace ph
 
-// A line of the runtime debug log, led by file and line: PH_LOG("%s added", name).
+// Writes a line of the runtime debug log, led by file and line: PH_LOG("%s added", name).
 #define PH_LOG(format, ...) PH_LOG_FROM(__FILE__, format __VA_OPT__(, ) __VA_ARGS__)
-// The same from a source that the log calls by another name than its file's.
+// Does the same for a source that the log knows by another name than its file's.
 #define PH_LOG_FROM(source, format, ...)                                                                     \
     IDBG_LINUXAPP_Runtime_DbgOut(::ph::runtimeLogLevel, "[%s:%d]" format, source,                            \
                                  __LINE__ __VA_OPT__(, ) __VA_ARGS__)

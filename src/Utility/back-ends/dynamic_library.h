@@ -7,7 +7,8 @@
 
 namespace ph {
 
-// By a bare name the dynamic linker searches, an absolute path lies below PH_SYSROOT. nullptr for none.
+// The dynamic linker searches for a bare name; an absolute path lies below PH_SYSROOT. Returns nullptr when
+// there is no such library.
 inline void* openLibrary(const char* nameOrPath) {
     char path[4096];
     if (nameOrPath[0] != '/')
@@ -28,7 +29,7 @@ public:
     DynamicLibrary(const DynamicLibrary&) = delete;
     DynamicLibrary& operator=(const DynamicLibrary&) = delete;
 
-    // nullptr when the library could not be opened or has no such symbol.
+    // Returns nullptr when the library could not be opened or has no such symbol.
     template <class Function>
     Function find(const char* symbol) const {
         return handle_ != nullptr ? reinterpret_cast<Function>(dlsym(handle_, symbol)) : nullptr;

@@ -10,7 +10,7 @@ namespace ph {
 
 using FilePtr = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
-// nullptr for what cannot be opened or is not to be trusted. A file that is written is emptied.
+// Returns nullptr for a file that cannot be opened or must not be trusted. A file that is written is emptied.
 inline FilePtr readShared(const char* absolutePath) {
     const int descriptor = PH_OpenSharedFile(absolutePath, O_RDONLY);
     return {descriptor != -1 ? fdopen(descriptor, "r") : nullptr, std::fclose};

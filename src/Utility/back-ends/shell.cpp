@@ -21,12 +21,12 @@ std::string quoted(std::string_view text) {
     return result + "'";
 }
 
-// Where a word of the command begins with an absolute path.
+// Finds where a word of the command begins with an absolute path.
 bool beginsPath(std::string_view command, std::size_t position) {
     return command[position] == '/' && (position == 0 || command[position - 1] == ' ');
 }
 
-// Absolute words of the command taken below the root.
+// Takes the command's absolute words below the root.
 std::string belowSysroot(std::string_view command, std::string_view root) {
     const std::string place = quoted(root);
     std::string result;

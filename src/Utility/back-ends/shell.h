@@ -6,14 +6,14 @@
 
 namespace ph {
 
-// Runs a command with the shell: its exit status, -1 when it cannot be run. Under PH_SYSROOT, words that
-// begin with '/' are taken below that folder, and commands are searched in its usr/sbin, usr/bin, sbin and
-// bin first, then in /usr/bin and /bin only: a test that forgot its stand-in for reboot must not reach the
-// machine's own.
+// Runs a command with the shell and returns its exit status, or -1 when it cannot be run. Under PH_SYSROOT,
+// words that begin with '/' are taken below that folder, and commands are searched in its usr/sbin, usr/bin,
+// sbin and bin first, then in /usr/bin and /bin only: a test that forgot its stand-in for reboot must not
+// reach the machine's own.
 int runCommand(const char* command);
 
-// The lines that a command prints, as far as they fit into `lineSize` characters with their end: longer ones
-// come in pieces. `visit` returns false to stop. -1 when the command cannot be run.
+// Visits the lines that a command prints. A line that does not fit into `lineSize` characters, its end
+// included, comes in pieces. `visit` returns false to stop. Returns -1 when the command cannot be run.
 int readCommand(const char* command, std::size_t lineSize,
                 const std::function<bool(std::string_view)>& visit);
 

@@ -7,7 +7,7 @@ namespace {
 
 constexpr std::size_t nameSize = 256;
 
-// The vendor's name first, else one made from the device record.
+// The vendor's name comes first; without one, a name is made from the device record.
 int systemName(char* name, int (*vendorName)(char*), int deviceType, const char* format) {
     char given[nameSize] = "";
     if (vendorName(given) == 0 && given[0] != '\0') {

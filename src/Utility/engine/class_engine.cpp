@@ -40,7 +40,8 @@ private:
     int count_ = 0;
 };
 
-// Hands each record to `take`; one at a time where the class can. false when `take` is, or without records.
+// Hands each record to `take`, one at a time where the class can. Returns false when `take` does, or when the
+// records cannot be had.
 template <class Take>
 bool forEachRecord(const ClassFamily& family, Detail detail, Take&& take) {
     return guarded(false, [&] {

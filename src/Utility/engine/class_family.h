@@ -35,8 +35,8 @@ struct Invocation {
     Keys keys = Keys::First;
     Refusal badKeys{}; // without a message: what the key check says of them
     Refusal unknownMethod{CMPI_RC_ERR_METHOD_NOT_FOUND, "No such method available"};
-    // Whether the object that the keys name is there, asked when keys and name were checked; nullptr: the
-    // method's own matter.
+    // Whether the object that the keys name is there, asked when keys and name were checked; nullptr leaves
+    // that to the method.
     bool (*exists)(CMPIString* const* keys) = nullptr;
     Refusal missing{};
     // A request is taken up before it is checked: the job's path is made first, and a refusal has a value.
@@ -46,25 +46,25 @@ struct Invocation {
     Closes closes = Closes::Never;
 };
 
-// What a class states of itself. The first four are needed, the others have a default.
+// What a class states of itself. The first four are needed; the others have defaults.
 template <class Record>
 struct ClassDefinition {
     const char* name;       // "CIM_…"
     const char* superclass; // for the class's schema; nullptr: none
     std::span<const char* const> keys;
     std::span<const Property> properties; // in publication order, keys first
-    // Appends the records: 0, or -1 and nothing counts as appended. A class without it is only reached
-    // through others: it refuses to be enumerated and got.
+    // Appends the records and returns 0; after -1, nothing counts as appended. A class without it is only
+    // reached through others: it refuses to be enumerated and got.
     int (*enumerate)(RecordArray<Record>& records, Detail detail) = nullptr;
     // A failed enumeration frees the records that the caller's array had before, too.
     bool failureFreesAll = false;
-    // In its place, for a class with more records than fit in memory at once: hands one after the other to
-    // `take`, and ends with -1 when that is false. The records own nothing.
+    // Takes the place of `enumerate` for a class with more records than fit in memory at once: it hands one
+    // after the other to `take`, and ends with -1 when that returns false. The records own nothing.
     int (*stream)(const std::function<bool(const Record&)>& take, Detail detail) = nullptr;
     // Appends the one record with these key values (not NULL, in key-list order) or a likely one: the keys
     // are compared afterwards. Without it the whole enumeration is searched.
     int (*get)(RecordArray<Record>& records, CMPIString** keyValues) = nullptr;
-    // true for a record that has a path but no instance at present.
+    // Returns true for a record that has a path but no instance at present.
     bool (*skip)(const Record& record) = nullptr;
     RequestHandler modify = nullptr;
     RequestHandler create = nullptr;
@@ -190,7 +190,7 @@ void getInstance(const ClassFamily& family, const CMPIBroker* broker, const CMPI
 CMPIStatus change(RequestHandler handler, const char* refusal, const Request& request);
 // Carries out the method that the request names.
 CMPIStatus invoke(const ClassFamily& family, const Request& request);
-// Carries out this method, for an exported function of its own: with these keys where the class reads them
+// Carries out this method for an exported function of its own, with these keys where the class reads them
 // first. Sets the status, which may be NULL, to what is wrong.
 MethodAnswer carryOut(const ClassFamily& family, const Method& method, const Request& request,
                       CMPIString** keys, CMPIStatus* status);

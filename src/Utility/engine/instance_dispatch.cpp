@@ -15,13 +15,13 @@ namespace {
 
 using GetInstArray = CMPIArray* (*)(const CMPIObjectPath*, const CMPIBroker*, const CMPIContext*,
                                     const char**);
-// Writes the class name that the object manager has for a prefix of its own. 0 for success.
+// Writes the class name that the object manager has for a prefix of its own. Returns 0 for success.
 using ClassNameForPrefix = int (*)(const CMPIBroker*, const CMPIObjectPath*, char name[256]);
 
 constexpr std::size_t symbolSize = 256;
 constexpr std::size_t prefixLength = 4; // "CIM_"
 
-// The array function of a class in `library`, nullptr where it has none.
+// Finds the array function of a class in `library`; nullptr where it has none.
 GetInstArray findGetter(const DynamicLibrary& library, const char* prefix, const char* name) {
     char symbol[symbolSize];
     const int length = std::snprintf(symbol, sizeof(symbol), "%s%s_GetInstArray", prefix, name);

@@ -24,10 +24,10 @@ struct Parameter {
     const char* className = nullptr; // of CMPI_ref and CMPI_instance
 };
 
-// What a method returns. None: it is refused, and the status says why.
+// What a method returns. Without a value the request is refused, and the status says why.
 using MethodAnswer = std::optional<MethodValue>;
 
-// The same as exported functions of methods return it.
+// Turns the answer into what exported functions of methods return.
 inline int resultOf(MethodAnswer answer) {
     return answer == methodDone ? 0 : -1;
 }
@@ -56,7 +56,7 @@ public:
     }
     MethodAnswer refuse(CMPIrc code, const char* message) { return refuse({code, message}); }
 
-    // For the frame: makes the path of the job, and says how the method reports it.
+    // The frame uses this to make the path of the job, and to say how the method reports it.
     bool makeJobPath();
     void reportAs(const JobReport& how) { how_ = &how; }
     // Carries out bool `change()` under a job of this name: methodDone, methodFailed, or refused when the job
@@ -88,7 +88,7 @@ struct Method {
     std::span<const Parameter> parameters; // in the order of the signature
     MethodAnswer (*carryOut)(MethodCall& call);
     std::optional<JobReport> job = std::nullopt; // none: it reports no job
-    // The value that goes with the status of a refusal; none: the status goes alone.
+    // The value that goes with the status of a refusal; without one, the status goes alone.
     std::optional<MethodValue> refusedValue = std::nullopt;
     CMPIType valueType = CMPI_uint32;
 };

@@ -56,7 +56,7 @@ const Method* find(const ClassFamily& family, const Request& request) {
     return method != family.methods.end() ? &*method : nullptr;
 }
 
-// What comes before the method itself. nullptr: refused.
+// Does what comes before the method itself. Returns nullptr when the request is refused.
 const Method* accept(const ClassFamily& family, MethodCall& call) {
     const Invocation& rules = family.invocation;
     if ((rules.isTakenUpFirst && !call.makeJobPath()) ||
@@ -70,7 +70,7 @@ const Method* accept(const ClassFamily& family, MethodCall& call) {
     return rules.keys != Keys::First || isThere(family, call) ? method : nullptr;
 }
 
-// The method and the value that goes to the client.
+// Runs the method and returns its value to the client.
 MethodAnswer carryOut(const ClassFamily& family, const Method& method, MethodCall& call) {
     const auto run = [&]() -> MethodAnswer {
         if (family.invocation.keys == Keys::AfterName && (!readKeys(family, call) || !isThere(family, call)))

@@ -229,7 +229,7 @@ consteval Property computed(const char* name, bool (*condition)(const void*) = n
     return {name, kind, false, 0, condition, detail::compute<Function>};
 }
 
-// The same for a reference or an embedded instance.
+// Does the same for a reference or an embedded instance.
 template <auto Function>
 consteval Property toClass(const char* name, const char* className) {
     constexpr Kind kind = kindOf<detail::ResultOf<Function>>();

@@ -21,7 +21,7 @@ public:
     RecordStore(const RecordStore&) = delete;
     RecordStore& operator=(const RecordStore&) = delete;
 
-    // A new zeroed record at the end, nullptr when memory is short. Moves the other records.
+    // Appends a zeroed record; nullptr when memory is short. The other records move.
     void* append();
     void* at(int index) const { return records_ + recordSize_ * static_cast<std::size_t>(index); }
     int count() const { return count_; }
@@ -31,7 +31,7 @@ public:
     // Leaves only record `index` of the appended ones.
     void keepOnly(int index);
     void commit() { kept_ = count_; }
-    // The array with what was committed, the caller's from now on. nullptr when it holds nothing.
+    // Hands the array over to the caller, with what was committed; nullptr when it holds nothing.
     void* release();
 
 private:
@@ -50,10 +50,10 @@ template <class Record>
 class RecordArray {
 public:
     explicit RecordArray(RecordStore& store) : store_(store) {}
-    // A zeroed record, valid until the next append; nullptr when memory is short.
+    // Appends a zeroed record, which is valid until the next append; nullptr when memory is short.
     Record* append() { return static_cast<Record*>(store_.append()); }
     void removeLast() { store_.removeLast(); }
-    // Of the caller's array, the records it had before included.
+    // Counts the caller's array, including the records that it had before.
     int count() const { return store_.count(); }
 
 private:

@@ -18,7 +18,7 @@ bool isJob(const char* instanceId) {
     return instanceId != nullptr && std::strstr(instanceId, "clp-job") != nullptr;
 }
 
-// Without a daemon that answers there are no such jobs: the others are served all the same.
+// Without a daemon that answers there are no such jobs; the others are served all the same.
 int appendAll(RecordArray<ConcreteJobRecord>& jobs, Detail detail) {
     const DynamicLibrary library(packetLibrary);
     const auto request = library.find<decltype(&SMP_Frame_Jobs_Req)>("SMP_Frame_Jobs_Req");

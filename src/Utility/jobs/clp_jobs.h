@@ -14,7 +14,7 @@ int append(RecordArray<ConcreteJobRecord>& jobs, const char* instanceId);
 
 namespace ph {
 
-// A job's record out of its row, in the class's file.
+// Makes a job's record from its row; defined in the class's file.
 int appendJob(RecordArray<ConcreteJobRecord>& jobs, const StoredJobRow& row, Detail detail);
 
 extern const ClassFamily family_ConcreteJob;

@@ -113,7 +113,7 @@ ph::MethodAnswer getErrors(ph::MethodCall& call) {
     const char* const instanceId = call.key(0);
     const JobError error =
         instanceId != nullptr ? readError(instanceId) : JobError{.isRead = true, .row = {}};
-    // A job without an error is told from one that is not, or no longer, there.
+    // A job without an error must be told apart from one that does not exist any more.
     if (error.isRead && error.row == nullptr && !exists(call.keys))
         return call.refuse(CMPI_RC_ERR_FAILED, "Given instance does not exist");
     CMPIValue value{};

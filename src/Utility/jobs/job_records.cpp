@@ -20,7 +20,7 @@ bool hasEnded(int state) {
     return state == ph::JobState::Completed || state == ph::JobState::Exception;
 }
 
-// Runs work(handle) on the temporary database: 0, or -1 when it, opening or closing fails.
+// Runs work(handle) on the temporary database. Returns -1 when the work, opening or closing fails, else 0.
 template <class Work>
 int onTemporaryDatabase(Work work) {
     SMASH_DB_HANDLE handle = nullptr;

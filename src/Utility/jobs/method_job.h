@@ -26,7 +26,7 @@ public:
         Failed
     };
 
-    // Object path of the job, in the namespace of the method's object.
+    // Makes the job's object path, in the namespace of the method's object.
     bool makePath(const CMPIBroker* broker, const CMPIObjectPath* ref);
     bool hasPath() const { return path_ != nullptr; }
     // Records the job as running, calls bool `change()`, and records how it ended: job state 7 and
@@ -39,7 +39,7 @@ public:
             return complete() ? Outcome::Done : Outcome::Unrecorded;
         return fail() ? Outcome::Failed : Outcome::Unrecorded;
     }
-    // The job as out-argument "Job".
+    // Hands the job out as argument "Job".
     bool returnReference(CMPIArgs* out) const;
 
 private:
@@ -51,10 +51,10 @@ private:
     char instanceId_[64] = "";
 };
 
-// An in-argument; none for one that is missing or null.
+// Looks an in-argument up; one that is missing or null gives nothing.
 std::optional<CMPIData> argument(const CMPIArgs* in, const char* name);
 
-// An in-argument that is a reference to an instance of this class; nullptr for any other.
+// Returns an in-argument that refers to an instance of this class; nullptr for any other.
 const CMPIObjectPath* referenceArgument(const CMPIArgs* in, const char* name, const char* className);
 
 // Returns a method's value to the client, as an integer of 32 bits.

@@ -27,12 +27,12 @@ inline constexpr std::size_t maxKeys = 8;
 // Values of keys in the order of a key list; NULL for a key that is a number.
 class KeyValues {
 public:
-    // Success, or what CheckForValidObjectPath says.
+    // Success, or the status of CheckForValidObjectPath.
     CMPIStatus read(const CMPIBroker* broker, const CMPIObjectPath* ref, std::span<const char* const> keys);
     // For requests that do not tell their client which key is wrong.
     bool areRead(const CMPIBroker* broker, const CMPIObjectPath* ref, std::span<const char* const> keys);
 
-    // As the caller of an exported function read them, which may be not at all.
+    // The caller of an exported function has read them, or passes none.
     void assign(CMPIString* const* values, std::size_t count);
 
     operator CMPIString**() { return values_; }

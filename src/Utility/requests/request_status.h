@@ -13,13 +13,13 @@ struct Refusal {
     const char* message = nullptr;
 };
 
-// A status with this code and message. A broker that cannot make the message leaves the code alone to speak.
+// A status with this code and message. When the broker cannot make the message, the status has the code only.
 CMPIStatus fail(const CMPIBroker* broker, CMPIrc code, const char* message);
-// The same with code 1, failed.
+// Makes the same with code 1 (failed).
 inline CMPIStatus fail(const CMPIBroker* broker, const char* message) {
     return fail(broker, CMPI_RC_ERR_FAILED, message);
 }
-// The first into a request's status, which may be NULL.
+// Writes the first status into a request's, which may be NULL.
 void fail(const CMPIBroker* broker, CMPIStatus* status, CMPIrc code, const char* message);
 
 // For functions with room for a text instead of a status: writes the reason and returns -1.

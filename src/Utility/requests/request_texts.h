@@ -11,7 +11,7 @@ const char* textOf(const CMPIData& value);
 const char* propertyText(const CMPIInstance* instance, const char* name);
 const char* keyText(const CMPIObjectPath* path, const char* name);
 
-// Names of classes have no case.
+// Class names compare without regard to case.
 bool isOfClass(const CMPIObjectPath* path, const char* className);
 
 } // namespace ph

@@ -10,7 +10,7 @@
 
 namespace {
 
-// Six numbers in `format`, each cut to 8 bits; nothing is written when there are fewer.
+// Reads six numbers in `format`, each cut to 8 bits; when there are fewer, nothing is written.
 int scanMac(const char* text, const char* format, uint8_t* mac) {
     unsigned int field[6];
 #pragma GCC diagnostic push
@@ -28,7 +28,7 @@ int refuseAddress(const char* message) {
     return -1;
 }
 
-// The next colon-separated field, colons before it skipped.
+// Returns the next colon-separated field and skips colons before it.
 std::string_view nextField(std::string_view& text) {
     text.remove_prefix(std::min(text.find_first_not_of(':'), text.size()));
     const std::string_view field = text.substr(0, text.find(':'));

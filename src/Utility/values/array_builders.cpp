@@ -8,7 +8,7 @@
 
 namespace {
 
-// An array of `size` elements; setElement(array, i) sets element i and says whether it could.
+// Makes an array of `size` elements; setElement(array, i) sets element i and says whether it could.
 template <class SetElement>
 CMPIArray* buildArray(const CMPIBroker* broker, int size, CMPIType type, SetElement setElement) {
     if (size < 0)

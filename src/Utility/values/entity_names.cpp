@@ -7,7 +7,7 @@
 namespace {
 
 // Package types of CIM_PhysicalPackage for IPMI entity IDs (IPMI 2.0, table 43-13), in ascending order.
-// Clients compare the names: trailing blanks and letters are as they have always been.
+// Clients compare the names, so that trailing blanks and spelling must not change.
 struct Entity {
     int id;
     int packageType;

@@ -18,7 +18,7 @@ void copyText(char (&field)[N], const char* text) {
     field[length] = '\0';
 }
 
-// The field holds the whole text.
+// Tells whether the field can hold the whole text.
 template <std::size_t N>
 bool fits(const char (&)[N], const char* text) {
     return std::strlen(text) < N;
@@ -31,7 +31,7 @@ void setList(int (&field)[N], std::initializer_list<int> values) {
     std::copy_n(values.begin(), std::min(values.size(), N - 1), field);
 }
 
-// The same for a list ended by FFFFh.
+// Does the same for a list ended by FFFFh.
 template <std::size_t N>
 void setSlots(std::uint16_t (&field)[N], std::initializer_list<std::uint16_t> values) {
     std::fill_n(field, N, std::uint16_t{0xFFFF});

@@ -13,12 +13,12 @@
 namespace ph {
 namespace {
 
-// A missing text counts as a value of its own: 0, false or no string.
+// A missing text is a value too: 0, false or no string.
 const char* textOf(const CMPIData& data) {
     return data.value.string != nullptr ? CMGetCharsPtr(data.value.string, nullptr) : nullptr;
 }
 
-// The text of a string that stands for an integer, NULL for 0. False: it stands for none.
+// Finds the text of a string that stands for an integer, NULL for 0. Returns false when it stands for none.
 bool integerText(const CMPIData& data, int signedFlag, const char*& text) {
     text = data.type == CMPI_string ? textOf(data) : nullptr;
     return data.type == CMPI_string && (text == nullptr || IsValidIntValue(text, signedFlag) == 1);
@@ -50,7 +50,7 @@ int getInteger(const CMPIData& data, CMPIType nativeType, Native* result) {
     return 0;
 }
 
-// Elements of an array value through `convert`, in a zeroed heap buffer with `slot` bytes for each.
+// Converts the elements of an array value into a zeroed heap buffer with `slot` bytes for each.
 template <class Element, class Convert>
 int getArray(const CMPIData& data, Element** buffer, CMPICount* count, std::size_t slot, Convert convert) {
     if (data.value.array == nullptr)

@@ -6,17 +6,17 @@
 
 namespace ph {
 
-// 1 when the typed getter of `type` reads `data` as `value`, else 0.
+// Returns 1 when the typed getter of `type` reads `data` as `value`, else 0.
 int MatchDataValue(const CMPIData& data, CMPIType type, const CMPIValue& value);
 
-// 1 for two single values that are the same: both null, or equal at their type; a string equals the number or
-// boolean it reads as. Values of other different types are never equal.
+// Returns 1 for two single values that are the same: both null, or equal at their type; a string equals the
+// number or boolean it reads as. Values of other different types are never equal.
 int CompareDataValues(const CMPIData& a, const CMPIData& b);
 
-// The same for arrays too: as many elements, equal in order.
+// Compares arrays too, which have the same number of elements, equal in order.
 bool sameValue(const CMPIData& a, const CMPIData& b);
 
-// 0, false, 0.0, nothing.
+// Tells whether a value is 0, false, 0.0 or null.
 bool isZero(const CMPIData& data);
 
 } // namespace ph
