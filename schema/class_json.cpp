@@ -73,6 +73,7 @@ ordered_json toJson(const Class& described) {
             {"modify", described.modifies},
             {"create", described.creates},
             {"delete", described.deletes},
+            {"source", described.source},
             {"namespaces",
              std::vector<std::string_view>(described.nameSpaces.begin(), described.nameSpaces.end())}};
 }

@@ -105,6 +105,7 @@ std::vector<Class> load() {
                    .modifies = table.modifies,
                    .creates = table.creates,
                    .deletes = table.deletes,
+                   .source = table.source,
                    .nameSpaces = table.nameSpaces};
         addFeatures(each, table);
         each.servedPropertyCount = bringForward(each.properties, table.servedProperties);

@@ -10,6 +10,7 @@ struct ClassTable {
     std::string_view name, superclass;
     bool isAbstract, isAssociation, isIndication, isOurs;
     bool enumerates, modifies, creates, deletes;
+    std::string_view source;
     std::span<const std::string_view> nameSpaces;
     std::span<const Property> properties;
     std::span<const Method> methods;

@@ -41,6 +41,7 @@ struct DeclaredClass {
     std::vector<DeclaredMethod> methods = {};
     // What is served.
     bool enumerates = false, modifies = false, creates = false, deletes = false;
+    std::string source = {}; // where its values come from
     std::vector<std::string> nameSpaces = {}, servedProperties = {}, servedMethods = {};
 };
 

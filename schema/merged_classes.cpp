@@ -101,6 +101,7 @@ void mergeClass(const DeclaredClass& served, DeclaredClasses& classes) {
     target.modifies = served.modifies;
     target.creates = served.creates;
     target.deletes = served.deletes;
+    target.source = served.source;
     target.nameSpaces = served.nameSpaces;
     for (const DeclaredElement& property : served.properties)
         mergeProperty(property, classes, target);

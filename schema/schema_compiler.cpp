@@ -113,6 +113,7 @@ std::string classRow(TableWriter& tables, const DeclaredClass& each) {
     for (const bool flag : {each.isAbstract, each.isAssociation, each.isIndication, each.isOurs,
                             each.enumerates, each.modifies, each.creates, each.deletes})
         row += std::string(", ") + text(flag);
+    row += ", " + literal(each.source);
     for (const std::string& table :
          {tables.names(each.nameSpaces), tables.properties(each.properties), tables.methods(each.methods),
           tables.names(each.servedProperties), tables.names(each.servedMethods)})

@@ -49,6 +49,7 @@ DeclaredClass describe(const ph::ClassFamily& family) {
     description.modifies = family.modify != nullptr;
     description.creates = family.create != nullptr;
     description.deletes = family.remove != nullptr;
+    description.source = family.source;
     description.nameSpaces = nameSpacesOf(family.isInInterop ? Placement::Both : Placement::Implementation);
     return description;
 }
@@ -59,6 +60,7 @@ DeclaredClass describe(const associations::AssociationClass& association) {
                               .superclass = textOf(association.superclass),
                               .isAssociation = true,
                               .enumerates = true,
+                              .source = "the elements that it associates",
                               .nameSpaces = nameSpacesOf(association.placement)};
     for (const associations::End& end : association.ends)
         description.properties.push_back(
@@ -72,6 +74,7 @@ DeclaredClass describeProfiles() {
     DeclaredClass description{.name = associations::profileClass,
                               .superclass = associations::profileSuperclass,
                               .enumerates = true,
+                              .source = "docs/profiles.md",
                               .nameSpaces = nameSpacesOf(Placement::Interop)};
     for (const auto& property : associations::profileProperties())
         description.properties.push_back(
@@ -92,6 +95,7 @@ std::vector<DeclaredClass> describeServed() {
     all.push_back({.name = "CIM_AlertIndication",
                    .superclass = "CIM_ProcessIndication",
                    .isIndication = true,
+                   .source = "SEL records and the event pipe",
                    .nameSpaces = nameSpacesOf(Placement::Both)});
     return all;
 }

@@ -133,6 +133,7 @@ int get(ph::RecordArray<Record>& entries, CMPIString** keyValues) {
 
 constexpr ph::ClassDefinition<Record> definition{.name = "CIM_LogEntry",
                                                  .superclass = "CIM_RecordForLog",
+                                                 .source = "Get SEL Entry",
                                                  .keys = g_LogEntryKeyList,
                                                  .properties = properties,
                                                  .stream = stream,

@@ -100,16 +100,18 @@ constexpr ph::Method methods[] = {{.name = "ClearLog",
                                    .carryOut = clearLog,
                                    .job = ph::JobReport{.notCreated = {CMPI_RC_ERR_FAILED, ph::noJobPath}}}};
 
-constexpr ph::ClassDefinition<Record> definition{.name = "CIM_RecordLog",
-                                                 .superclass = "CIM_Log",
-                                                 .keys = g_RecordLogKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate,
-                                                 .methods = methods,
-                                                 .invocation = {.keys = ph::Invocation::Keys::AfterName,
-                                                                .badKeys = notThisLog,
-                                                                .exists = namesThisLog,
-                                                                .missing = notThisLog}};
+constexpr ph::ClassDefinition<Record> definition{
+    .name = "CIM_RecordLog",
+    .superclass = "CIM_Log",
+    .source = "Get SEL Info, Get SEL Allocation Info, Clear SEL; what a full log does (OEM)",
+    .keys = g_RecordLogKeyList,
+    .properties = properties,
+    .enumerate = enumerate,
+    .methods = methods,
+    .invocation = {.keys = ph::Invocation::Keys::AfterName,
+                   .badKeys = notThisLog,
+                   .exists = namesThisLog,
+                   .missing = notThisLog}};
 
 } // namespace
 

@@ -31,6 +31,7 @@ int enumerate(ph::RecordArray<Record>& all, ph::Detail detail) {
 
 constexpr ph::ClassDefinition<Record> definition{.name = "CIM_RecordLogCapabilities",
                                                  .superclass = "CIM_EnabledLogicalElementCapabilities",
+                                                 .source = "one fixed instance",
                                                  .keys = g_RecordLogCapabilitiesKeyList,
                                                  .properties = properties,
                                                  .enumerate = enumerate};

@@ -92,6 +92,7 @@ constexpr ph::Method methods[] = {{.name = ph::requestStateChange,
 constexpr ph::ClassDefinition<Record> definition{
     .name = className,
     .superclass = "CIM_EnabledLogicalElement",
+    .source = "Get and Set User Name, Get and Set User Access, Set User Password",
     .keys = g_AccountKeyList,
     .properties = properties,
     .enumerate = enumerate,

@@ -33,6 +33,7 @@ int enumerate(ph::RecordArray<Record>& all, ph::Detail detail) {
 
 constexpr ph::ClassDefinition<Record> definition{.name = "CIM_AccountManagementCapabilities",
                                                  .superclass = "CIM_EnabledLogicalElementCapabilities",
+                                                 .source = "one fixed instance; Get User Access",
                                                  .keys = g_AccountManagementCapabilitiesKeyList,
                                                  .properties = properties,
                                                  .enumerate = enumerate};

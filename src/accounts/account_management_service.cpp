@@ -49,6 +49,7 @@ constexpr ph::Method methods[] = {
 constexpr ph::ClassDefinition<Record> definition{
     .name = className,
     .superclass = "CIM_SecurityService",
+    .source = "one fixed instance; Set User Name, Access and Password",
     .keys = g_AccountManagementServiceKeyList,
     .properties = properties,
     .enumerate = enumerate,

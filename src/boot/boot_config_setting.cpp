@@ -95,6 +95,7 @@ constexpr ph::Method methods[] = {{.name = "ChangeBootOrder",
 constexpr ph::ClassDefinition<Record> definition{
     .name = "CIM_BootConfigSetting",
     .superclass = "CIM_SettingData",
+    .source = "the boot flags (system boot options, parameter 5)",
     .keys = g_BootConfigSettingKeyList,
     .properties = properties,
     .enumerate = enumerate,

@@ -102,6 +102,7 @@ constexpr ph::Method methods[] = {{.name = "SetBootConfigRole",
 constexpr ph::ClassDefinition<Record> definition{
     .name = className,
     .superclass = "CIM_Service",
+    .source = "one fixed instance; Get and Set System Boot Options 0 to 5",
     .keys = g_BootServiceKeyList,
     .properties = properties,
     .enumerate = enumerate,

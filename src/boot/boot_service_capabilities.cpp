@@ -37,6 +37,7 @@ int enumerate(ph::RecordArray<Record>& all, ph::Detail) {
 
 constexpr ph::ClassDefinition<Record> definition{.name = "CIM_BootServiceCapabilities",
                                                  .superclass = "CIM_EnabledLogicalElementCapabilities",
+                                                 .source = "one fixed instance; Get System Boot Options",
                                                  .keys = g_BootServiceCapabilitiesKeyList,
                                                  .properties = properties,
                                                  .enumerate = enumerate};

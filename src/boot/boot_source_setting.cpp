@@ -33,11 +33,13 @@ int enumerate(ph::RecordArray<Record>& records, ph::Detail) {
     return ph::boot::appendAll(records, ph::boot::sources(), append);
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = "CIM_BootSourceSetting",
-                                                 .superclass = "CIM_SettingData",
-                                                 .keys = g_BootSourceSettingKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate};
+constexpr ph::ClassDefinition<Record> definition{
+    .name = "CIM_BootSourceSetting",
+    .superclass = "CIM_SettingData",
+    .source = "the device selectors of the boot flags (system boot options, parameter 5)",
+    .keys = g_BootSourceSettingKeyList,
+    .properties = properties,
+    .enumerate = enumerate};
 
 } // namespace
 

@@ -49,13 +49,15 @@ bool exists(CMPIString* const* keyValues) {
 
 constexpr ph::Method methods[] = {ph::computer::stateChangeMethod(changeState)};
 
-constexpr ph::ClassDefinition<Record> definition{.name = className,
-                                                 .superclass = "CIM_ComputerSystem",
-                                                 .keys = g_HostComputerSystemKeyList,
-                                                 .properties = ph::computer::properties,
-                                                 .enumerate = enumerate,
-                                                 .methods = methods,
-                                                 .invocation = ph::computer::invocation(exists)};
+constexpr ph::ClassDefinition<Record> definition{
+    .name = className,
+    .superclass = "CIM_ComputerSystem",
+    .source = "tables device (Get System GUID) and fru (FRU of the system board); Chassis Control",
+    .keys = g_HostComputerSystemKeyList,
+    .properties = ph::computer::properties,
+    .enumerate = enumerate,
+    .methods = methods,
+    .invocation = ph::computer::invocation(exists)};
 
 } // namespace
 

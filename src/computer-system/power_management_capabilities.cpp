@@ -44,6 +44,7 @@ int get(ph::RecordArray<Record>& all, CMPIString** keyValues) {
 
 constexpr ph::ClassDefinition<Record> definition{.name = "CIM_PowerManagementCapabilities",
                                                  .superclass = "CIM_Capabilities",
+                                                 .source = "table power_capabilities",
                                                  .keys = g_PowerManagementCapabilitiesKeyList,
                                                  .properties = properties,
                                                  .enumerate = enumerate,

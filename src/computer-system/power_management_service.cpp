@@ -149,6 +149,7 @@ constexpr ph::Method methods[] = {{.name = methodName,
 
 constexpr ph::ClassDefinition<Record> definition{.name = className,
                                                  .superclass = "CIM_Service",
+                                                 .source = "table power_service; Chassis Control",
                                                  .keys = g_PowerManagementServiceKeyList,
                                                  .properties = properties,
                                                  .enumerate = enumerate,

@@ -54,13 +54,15 @@ bool exists(CMPIString* const* keyValues) {
 
 constexpr ph::Method methods[] = {ph::computer::stateChangeMethod(changeState)};
 
-constexpr ph::ClassDefinition<Record> definition{.name = className,
-                                                 .superclass = "CIM_ComputerSystem",
-                                                 .keys = g_SPComputerSystemKeyList,
-                                                 .properties = ph::computer::properties,
-                                                 .enumerate = enumerate,
-                                                 .methods = methods,
-                                                 .invocation = ph::computer::invocation(exists)};
+constexpr ph::ClassDefinition<Record> definition{
+    .name = className,
+    .superclass = "CIM_ComputerSystem",
+    .source = "table device (Get Device ID, Get Device GUID); the file /conf/spcs_reqstatechange_reboot",
+    .keys = g_SPComputerSystemKeyList,
+    .properties = ph::computer::properties,
+    .enumerate = enumerate,
+    .methods = methods,
+    .invocation = ph::computer::invocation(exists)};
 
 } // namespace
 

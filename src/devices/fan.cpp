@@ -28,12 +28,14 @@ int get(ph::RecordArray<Record>& fans, CMPIString** keyValues) {
     return ph::getEntityDevice(deviceClass, fans, keyValues);
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = deviceClass.name,
-                                                 .superclass = "CIM_CoolingDevice",
-                                                 .keys = g_FanKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate,
-                                                 .get = get};
+constexpr ph::ClassDefinition<Record> definition{
+    .name = deviceClass.name,
+    .superclass = "CIM_CoolingDevice",
+    .source = "table entity_device (sensors of SDR types 01h and 02h); Get Sensor Reading",
+    .keys = g_FanKeyList,
+    .properties = properties,
+    .enumerate = enumerate,
+    .get = get};
 
 } // namespace
 

@@ -27,12 +27,14 @@ int get(ph::RecordArray<Record>& supplies, CMPIString** keyValues) {
     return ph::getEntityDevice(deviceClass, supplies, keyValues);
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = deviceClass.name,
-                                                 .superclass = "CIM_LogicalDevice",
-                                                 .keys = g_PowerSupplyKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate,
-                                                 .get = get};
+constexpr ph::ClassDefinition<Record> definition{
+    .name = deviceClass.name,
+    .superclass = "CIM_LogicalDevice",
+    .source = "tables entity_device and power_supply_info (sensors, FRU multirecord 00h); Get Sensor Reading",
+    .keys = g_PowerSupplyKeyList,
+    .properties = properties,
+    .enumerate = enumerate,
+    .get = get};
 
 } // namespace
 

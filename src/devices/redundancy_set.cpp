@@ -160,11 +160,14 @@ int enumerate(ph::RecordArray<Record>& sets, ph::Detail detail) {
     return 0;
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = "CIM_RedundancySet",
-                                                 .superclass = "CIM_SystemSpecificCollection",
-                                                 .keys = g_RedundancySetKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate};
+constexpr ph::ClassDefinition<Record> definition{
+    .name = "CIM_RedundancySet",
+    .superclass = "CIM_SystemSpecificCollection",
+    .source = "tables compact_sdr, entity_device and entity_association (SDR types 08h and 09h); Get Sensor "
+              "Reading",
+    .keys = g_RedundancySetKeyList,
+    .properties = properties,
+    .enumerate = enumerate};
 
 } // namespace
 

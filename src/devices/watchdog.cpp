@@ -233,6 +233,7 @@ constexpr ph::Method methods[] = {
 constexpr ph::ClassDefinition<Record> definition{
     .name = className,
     .superclass = "CIM_LogicalDevice",
+    .source = "Get, Set and Reset Watchdog Timer",
     .keys = g_WatchdogKeyList,
     .properties = properties,
     .enumerate = enumerate,

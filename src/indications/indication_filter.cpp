@@ -265,6 +265,9 @@ CMPIStatus remove(const ph::Request& request) {
 
 constexpr ph::ClassDefinition<Record> definition{.name = className,
                                                  .superclass = "CIM_ManagedElement",
+                                                 .source =
+                                                     "PEF configuration parameters 5 and 6 (Get and Set PEF "
+                                                     "Configuration Parameters); table cimxml_filter",
                                                  .keys = g_IndicationFilterKeyList,
                                                  .properties = properties,
                                                  .enumerate = enumerate,

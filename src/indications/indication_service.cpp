@@ -56,6 +56,7 @@ CMPIStatus modify(const ph::Request& request) {
 
 constexpr ph::ClassDefinition<Record> definition{.name = className,
                                                  .superclass = "CIM_Service",
+                                                 .source = "table indication_service",
                                                  .keys = g_IndicationServiceKeyList,
                                                  .properties = properties,
                                                  .enumerate = enumerate,

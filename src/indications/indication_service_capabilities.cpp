@@ -29,6 +29,7 @@ int enumerate(ph::RecordArray<Record>& all, ph::Detail detail) {
 
 constexpr ph::ClassDefinition<Record> definition{.name = "CIM_IndicationServiceCapabilities",
                                                  .superclass = "CIM_Capabilities",
+                                                 .source = "one fixed instance",
                                                  .keys = g_IndicationServiceCapabilitiesKeyList,
                                                  .properties = properties,
                                                  .enumerate = enumerate,

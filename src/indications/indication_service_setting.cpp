@@ -47,6 +47,7 @@ CMPIStatus modify(const ph::Request& request) {
 
 constexpr ph::ClassDefinition<Record> definition{.name = className,
                                                  .superclass = "CIM_SettingData",
+                                                 .source = "table indication_service",
                                                  .keys = g_IndicationServiceSettingDataKeyList,
                                                  .properties = properties,
                                                  .enumerate = enumerate,

@@ -55,6 +55,7 @@ template <const LanDestinationClass& family>
 constexpr ClassDefinition<ListenerDestinationRecord> lanDestinationDefinition{
     .name = family.name,
     .superclass = "CIM_ListenerDestination",
+    .source = "LAN configuration parameters 17, 18 and 19; for mail, alert mail texts (OEM)",
     .keys = family.keys,
     .properties = destinationProperties,
     .enumerate = [](RecordArray<ListenerDestinationRecord>& records,

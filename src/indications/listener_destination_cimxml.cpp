@@ -126,6 +126,7 @@ CMPIStatus remove(const ph::Request& request) {
 
 constexpr ph::ClassDefinition<Record> definition{.name = className,
                                                  .superclass = "CIM_ListenerDestination",
+                                                 .source = "table cimxml_destination",
                                                  .keys = g_ListenerDestinationCIMXMLKeyList,
                                                  .properties = destinationProperties,
                                                  .enumerate = enumerate,

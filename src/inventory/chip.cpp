@@ -11,12 +11,14 @@ constexpr ph::inventory::PhysicalClass physicalClass{
     "CIM_Chip",
     [](const PackageRow& row, SMASH_DB_HANDLE, Record& element) { return PH_Fill_Chip(&row, &element); }};
 
-constexpr ph::ClassDefinition<Record> definition{.name = physicalClass.name,
-                                                 .superclass = "CIM_PhysicalComponent",
-                                                 .keys = g_ChipKeyList,
-                                                 .properties = ph::inventory::elementProperties,
-                                                 .enumerate = ph::inventory::enumerate<physicalClass>,
-                                                 .get = ph::inventory::get<physicalClass>};
+constexpr ph::ClassDefinition<Record> definition{
+    .name = physicalClass.name,
+    .superclass = "CIM_PhysicalComponent",
+    .source = "table package (FRU inventory, SDR types 10h, 11h and 12h)",
+    .keys = g_ChipKeyList,
+    .properties = ph::inventory::elementProperties,
+    .enumerate = ph::inventory::enumerate<physicalClass>,
+    .get = ph::inventory::get<physicalClass>};
 
 } // namespace
 

@@ -66,6 +66,8 @@ constexpr ph::Method methods[] = {ph::computer::stateChangeMethod(changeState)};
 constexpr ph::ClassDefinition<Record> definition{
     .name = className,
     .superclass = "CIM_EnabledLogicalElement",
+    .source = "Get System Info Parameters 2 to 5; Get Chassis Status, Get ACPI Power State, Get Sensor "
+              "Reading; Chassis Control",
     .keys = g_OperatingSystemKeyList,
     .properties = properties,
     .enumerate = enumerate,

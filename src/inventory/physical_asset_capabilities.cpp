@@ -37,6 +37,7 @@ int enumerate(ph::RecordArray<Record>& all, ph::Detail detail) {
 
 constexpr ph::ClassDefinition<Record> definition{.name = "CIM_PhysicalAssetCapabilities",
                                                  .superclass = "CIM_Capabilities",
+                                                 .source = "table package",
                                                  .keys = g_PhysicalAssetCapabilitiesKeyList,
                                                  .properties = properties,
                                                  .enumerate = enumerate};

@@ -66,6 +66,7 @@ int enumerate(ph::RecordArray<Record>& identities, ph::Detail /*detail*/) {
 
 constexpr ph::ClassDefinition<Record> definition{.name = "CIM_SoftwareIdentity",
                                                  .superclass = "CIM_LogicalElement",
+                                                 .source = "Get Device ID; Get System Info Parameters 1",
                                                  .keys = g_SoftwareIdentityKeyList,
                                                  .properties = properties,
                                                  .enumerate = enumerate};

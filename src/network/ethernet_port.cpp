@@ -157,6 +157,7 @@ constexpr ph::Method methods[] = {{.name = ph::requestStateChange,
 constexpr ph::ClassDefinition<Record> definition{
     .name = className,
     .superclass = "CIM_NetworkPort",
+    .source = "Get Channel Info; LAN configuration parameter 5; LAN, bond, PHY and Ethernet settings (OEM)",
     .keys = g_EthernetPortKeyList,
     .properties = properties,
     .enumerate = enumerate,

@@ -28,6 +28,7 @@ int enumerate(ph::RecordArray<Record>& settings, ph::Detail) {
 
 constexpr ph::ClassDefinition<Record> definition{.name = "CIM_IPAssignmentSettingData",
                                                  .superclass = "CIM_SettingData",
+                                                 .source = "two fixed instances",
                                                  .keys = g_IPAssignmentSettingDataKeyList,
                                                  .properties = properties,
                                                  .enumerate = enumerate};

@@ -50,6 +50,7 @@ constexpr ph::Method methods[] = {{.name = "ApplySettingToIPProtocolEndpoint",
 constexpr ph::ClassDefinition<Record> definition{
     .name = className,
     .superclass = "CIM_Service",
+    .source = "one fixed instance; Set LAN Configuration Parameters",
     .keys = g_IPConfigurationServiceKeyList,
     .properties = properties,
     .enumerate = enumerate,

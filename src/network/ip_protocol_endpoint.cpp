@@ -127,11 +127,13 @@ int enumerate(ph::RecordArray<Record>& endpoints, ph::Detail detail) {
     return 0;
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = className,
-                                                 .superclass = "CIM_ProtocolEndpoint",
-                                                 .keys = g_IPProtocolEndpointKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate};
+constexpr ph::ClassDefinition<Record> definition{
+    .name = className,
+    .superclass = "CIM_ProtocolEndpoint",
+    .source = "Get LAN Configuration Parameters 3, 4, 6, 12, 51, 56, 59 and 64",
+    .keys = g_IPProtocolEndpointKeyList,
+    .properties = properties,
+    .enumerate = enumerate};
 
 } // namespace
 

@@ -78,11 +78,13 @@ std::uint16_t enabledState(int enable) {
     return enable == CIM_LAN_DISABLED ? ph::EnabledState::Disabled : ph::EnabledState::Enabled;
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = className,
-                                                 .superclass = "CIM_ProtocolEndpoint",
-                                                 .keys = g_LANEndpointKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate};
+constexpr ph::ClassDefinition<Record> definition{
+    .name = className,
+    .superclass = "CIM_ProtocolEndpoint",
+    .source = "Get Channel Info; LAN configuration parameters 5, 20 and 21; LAN enables (OEM)",
+    .keys = g_LANEndpointKeyList,
+    .properties = properties,
+    .enumerate = enumerate};
 
 } // namespace
 

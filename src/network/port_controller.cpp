@@ -41,6 +41,7 @@ int enumerate(ph::RecordArray<Record>& controllers, ph::Detail) {
 
 constexpr ph::ClassDefinition<Record> definition{.name = className,
                                                  .superclass = "CIM_Controller",
+                                                 .source = "one fixed instance",
                                                  .keys = g_PortControllerKeyList,
                                                  .properties = properties,
                                                  .enumerate = enumerate};

@@ -208,6 +208,7 @@ CMPIStatus modify(const ph::Request& request) {
 
 constexpr ph::ClassDefinition<Record> definition{.name = className,
                                                  .superclass = "CIM_IPAssignmentSettingData",
+                                                 .source = "table static_ip",
                                                  .keys = g_StaticIPAssignmentSettingDataKeyList,
                                                  .properties = properties,
                                                  .enumerate = enumerate,

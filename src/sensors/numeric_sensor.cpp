@@ -119,6 +119,8 @@ bool skip(const Record& record) {
 
 constexpr ph::ClassDefinition<Record> definition{.name = sensorClass.name,
                                                  .superclass = "CIM_Sensor",
+                                                 .source =
+                                                     "table full_sdr (SDR type 01h); Get Sensor Reading",
                                                  .keys = g_NumericSensorKeyList,
                                                  .properties = properties,
                                                  .enumerate = enumerate,

@@ -47,13 +47,15 @@ bool skip(const Record& record) {
     return ph::isUnreadable(record);
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = sensorClass.name,
-                                                 .superclass = "CIM_LogicalDevice",
-                                                 .keys = g_SensorKeyList,
-                                                 .properties = ph::sensorProperties,
-                                                 .enumerate = enumerate,
-                                                 .get = get,
-                                                 .skip = skip};
+constexpr ph::ClassDefinition<Record> definition{
+    .name = sensorClass.name,
+    .superclass = "CIM_LogicalDevice",
+    .source = "table compact_sdr (SDR types 01h and 02h); Get Sensor Reading",
+    .keys = g_SensorKeyList,
+    .properties = ph::sensorProperties,
+    .enumerate = enumerate,
+    .get = get,
+    .skip = skip};
 
 } // namespace
 

@@ -126,6 +126,7 @@ constexpr ph::Method methods[] = {{.name = ph::requestStateChange,
 constexpr ph::ClassDefinition<Record> definition{
     .name = className,
     .superclass = "CIM_Service",
+    .source = "Get Service Configuration (OEM); for CLPProtocolService the processes of smashclpd",
     .keys = g_ProtocolServiceKeyList,
     .properties = properties,
     .enumerate = enumerate,

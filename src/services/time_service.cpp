@@ -151,6 +151,7 @@ constexpr ph::Method methods[] = {
 constexpr ph::ClassDefinition<Record> definition{
     .name = className,
     .superclass = "CIM_Service",
+    .source = "one fixed instance; Get and Set SEL Time, Get and Set SEL Time UTC Offset",
     .keys = g_TimeServiceKeyList,
     .properties = properties,
     .enumerate = enumerate,

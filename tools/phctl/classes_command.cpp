@@ -76,6 +76,8 @@ void printClass(const schema::Class& described) {
     for (const std::string_view nameSpace : described.nameSpaces)
         std::cout << ' ' << nameSpace;
     std::cout << '\n';
+    if (!described.source.empty())
+        std::cout << "Source: " << described.source << '\n';
     for (const schema::Method& method : described.servedMethods())
         std::cout << "Method: " << signature(method) << '\n';
 }

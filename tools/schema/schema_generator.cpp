@@ -3,6 +3,7 @@
 //     schema_generator <directory>
 //
 //     classes.json                what is served
+//     classes.md                  the same for people
 //     ProviderHelper.mof          the classes that DMTF's schema lacks
 //     ProviderHelperFull.mof      all classes that an object manager without DMTF's schema needs
 //     ProviderHelperQualifiers.mof  the qualifier types of those
@@ -10,6 +11,7 @@
 //     ProviderHelperModule.mof    provider registration as PG_Provider* instances
 //     ProviderHelperPrefixed.*    classes PH_X : CIM_X for object managers that keep CIM_X for themselves, and
 //                                 their registration in both forms, beside that of the module
+#include "class_document.h"
 #include "mof.h"
 #include "registration.h"
 #include "schema/class_json.h"
@@ -48,6 +50,7 @@ int main(int argc, char** argv) try {
         content(file);
     };
     write("classes.json", writeJson);
+    write("classes.md", document::writeClasses);
     write("ProviderHelper.mof", [](std::ostream& out) {
         out << "// provider-helper " PH_VERSION
                ": the classes that the DMTF CIM Schema 2.41 lacks. For object\n"

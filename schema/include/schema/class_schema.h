@@ -65,6 +65,7 @@ struct Class {
     bool isOurs = false; // DMTF has no such class
     // Tells which operations beside getting are not refused.
     bool enumerates = false, modifies = false, creates = false, deletes = false;
+    std::string_view source = {};                      // IPMI commands, tables and files that tell of it
     std::span<const std::string_view> nameSpaces = {}; // that serve it; none: others derive from it
 
     // Own features and inherited ones. Those that are served come first, in the order of publication.

@@ -47,11 +47,12 @@ struct Invocation {
     Closes closes = Closes::Never;
 };
 
-// What a class states of itself. The first four are needed; the others have defaults.
+// What a class states of itself. The first five are needed; the others have defaults.
 template <class Record>
 struct ClassDefinition {
     const char* name;       // "CIM_…"
     const char* superclass; // for the class's schema; nullptr: none
+    const char* source;     // for the class's description: IPMI commands, tables and files that tell of it
     std::span<const char* const> keys;
     std::span<const Property> properties; // in publication order, keys first
     // Appends the records and returns 0; after -1, nothing counts as appended. A class without it is only
@@ -78,6 +79,7 @@ struct ClassDefinition {
 struct ClassFamily {
     const char* name;
     const char* superclass;
+    const char* source;
     std::span<const char* const> keys;
     std::span<const Property> properties;
     std::size_t recordSize;
@@ -123,10 +125,12 @@ consteval bool ownsTexts(std::span<const Property> properties) {
 template <class Record, const ClassDefinition<Record>& definition>
 constexpr ClassFamily eraseTypes() {
     static_assert(keysDescribed(definition.keys, definition.properties));
+    static_assert(definition.source != nullptr, "The class's description says where its values come from.");
     static_assert(definition.stream == nullptr ||
                   (definition.enumerate == nullptr && !ownsTexts(definition.properties)));
     ClassFamily family{definition.name,
                        definition.superclass,
+                       definition.source,
                        definition.keys,
                        definition.properties,
                        sizeof(Record),

@@ -130,15 +130,17 @@ constexpr ph::Parameter getErrorsParameters[] = {
 constexpr ph::Method methods[] = {
     {.name = "GetErrors", .parameters = getErrorsParameters, .carryOut = getErrors}};
 
-constexpr ph::ClassDefinition<Record> definition{.name = "CIM_ConcreteJob",
-                                                 .superclass = "CIM_Job",
-                                                 .keys = g_ConcreteJobKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate,
-                                                 .get = get,
-                                                 .remove = remove,
-                                                 .methods = methods,
-                                                 .invocation = {.keys = ph::Invocation::Keys::AfterName}};
+constexpr ph::ClassDefinition<Record> definition{
+    .name = "CIM_ConcreteJob",
+    .superclass = "CIM_Job",
+    .source = "table concrete_job of the temporary database; the CLP daemon",
+    .keys = g_ConcreteJobKeyList,
+    .properties = properties,
+    .enumerate = enumerate,
+    .get = get,
+    .remove = remove,
+    .methods = methods,
+    .invocation = {.keys = ph::Invocation::Keys::AfterName}};
 
 } // namespace
 

@@ -15,7 +15,11 @@ constexpr Property properties[] = {
 };
 
 constexpr ph::ClassDefinition<Record> definition{
-    .name = "CIM_Error", .superclass = nullptr, .keys = {}, .properties = properties};
+    .name = "CIM_Error",
+    .superclass = nullptr,
+    .source = "table job_error of the temporary database; the CLP daemon",
+    .keys = {},
+    .properties = properties};
 
 } // namespace
 
