@@ -14,8 +14,8 @@ namespace {
 using testing::Contains;
 using testing::IsSupersetOf;
 
-std::string content(const std::string& name) {
-    std::ifstream file(std::string(SCHEMA_FILES) + '/' + name);
+std::string content(const std::string& name, const std::string& directory = SCHEMA_FILES) {
+    std::ifstream file(directory + '/' + name);
     EXPECT_TRUE(file) << name;
     return {std::istreambuf_iterator<char>(file), {}};
 }
@@ -69,6 +69,11 @@ TEST(SchemaFiles, theExtensionHasWhatDmtfLacks) {
             ours.emplace(each.name);
     const auto declared = matches(content("ProviderHelper.mof"), "\nclass (\\w+)");
     EXPECT_EQ(std::set<std::string>(declared.begin(), declared.end()), ours);
+}
+
+TEST(SchemaFiles, areDescribedInTheDocuments) {
+    EXPECT_TRUE(content("classes.md") == content("classes.md", DOCUMENTS))
+        << "docs/classes.md is not what the build wrote: copy " << SCHEMA_FILES << "/classes.md over it.";
 }
 
 TEST(SchemaFiles, registerEveryClass) {
