@@ -71,8 +71,8 @@ typedef struct {
 PH_DECLARE_CLASS_FAMILY(BootSourceSetting, BootSourceSettingRecord);
 PH_EXPORT extern const char* const g_BootSourceSettingKeyList[1];
 
-/* What the boot flags say: InstanceIDs of the configuration that is the next one, and of its source. Without a
- * source the system firmware's order holds. Both are empty for a BMC without boot flags. */
+/* PHBootChoice tells what the boot flags say: the InstanceIDs of the configuration that is the next one, and of
+ * its source. Without a source the system firmware's order holds. Both are empty for a BMC without boot flags. */
 typedef struct {
     char configuration[64];
     char source[64];

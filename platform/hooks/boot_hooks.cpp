@@ -16,7 +16,7 @@ using ipmi::command::setSystemBootOptions;
 
 using FlagBytes = std::array<std::uint8_t, boot::flagsSize>;
 
-// How BMCs answer for a command or a parameter that they do not have.
+// BMCs answer so for a command or a parameter that they do not have.
 bool meansMissing(std::uint8_t code) {
     return code == boot::parameterNotSupported || code == completion::invalidCommand ||
            code == completion::invalidCommandForLun || completion::meansAbsent(code);
@@ -43,7 +43,7 @@ std::array<std::uint8_t, N> valueOf(const ipmi::Answer& answer) {
     return value;
 }
 
-// Returns the completion code.
+// Returns the completion code of the answer.
 std::uint8_t writeParameter(ipmi::Transport& bmc, std::uint8_t number, std::span<const std::uint8_t> value) {
     std::array<std::uint8_t, 1 + boot::flagsSize> storage;
     ipmi::Writer request(storage);

@@ -31,7 +31,7 @@ class Flags {
 public:
     bool read() { return session_.open() && CIM_GetBootFlags(session_.get(), &flags_, hookTimeout) == 0; }
     bool areThere() const { return flags_.isSupported != 0; }
-    // Of flags that hold; without them none.
+    // Returns the device of flags that hold; without such flags there is none.
     std::uint8_t device() const {
         return flags_.isValid != 0 ? flags_.device : std::uint8_t{CIM_BOOT_NO_OVERRIDE};
     }

@@ -47,7 +47,7 @@ constexpr ph::Parameter changeBootOrderParameters[] = {
     {"Job", CMPI_ref, ph::Direction::Out, "CIM_ConcreteJob"},
 };
 
-// Element `index` of the argument, which is an array of references; nullptr: it is no boot source.
+// Returns element `index` of an array of references; nullptr when it is no boot source.
 const ph::boot::Source* sourceAt(const CMPIArray* array, CMPICount index) {
     CMPIStatus status = ph::success;
     const CMPIData data = CMGetArrayElementAt(array, index, &status);

@@ -47,7 +47,7 @@ constexpr Property properties[] = {
     PH_PROPERTY_IF(Record, MonitoredEntityOnLastExpiration, hasExpired),
 };
 
-// The timer, in a session that stays open for its change.
+// Timer holds a session that stays open between reading the timer and changing it.
 class Timer {
 public:
     bool read() {
@@ -132,7 +132,7 @@ const PHPropertyRow* find(const PHPropertyList& changes, const char* name) {
     return nullptr;
 }
 
-// nullptr, or why not.
+// Returns nullptr, or why the timer cannot have the changes.
 const char* apply(const PHPropertyList& changes, CIM_WatchdogTimer& timer) {
     for (const Settable& settable : settables) {
         const PHPropertyRow* change = find(changes, settable.name);
@@ -143,7 +143,7 @@ const char* apply(const PHPropertyList& changes, CIM_WatchdogTimer& timer) {
     return timer.use == 0 ? "The timer was never used: MonitoredEntity has to be set" : nullptr;
 }
 
-// What the request changes; a status with the reason when it must not.
+// Finds what the request changes. The status has the reason when it must not.
 CMPIStatus readChanges(const ph::Request& request, const Record& record, PHPropertyList& changes) {
     CMPIStatus status = ph::success;
     const CMPIInstance* current =

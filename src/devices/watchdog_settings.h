@@ -10,10 +10,11 @@ namespace ph::watchdog {
 inline constexpr std::uint32_t resolution = 100'000; // microseconds that the timer counts in
 
 std::uint16_t entityOf(std::uint8_t use);
-// Of the timers that ran out, by bits: unknown unless it is only one.
+// Returns the entity of the timer that ran out. `expired` has a bit for each use; when there are several, it is
+// unknown which was the last.
 std::uint16_t lastEntity(std::uint8_t expired);
 std::uint16_t actionOf(const CIM_WatchdogTimer& timer);
-// In microseconds; 0 for an interval of more than 32 bits, which is one of 72 minutes.
+// Returns microseconds, or 0 for an interval that has more than 32 bits of them, which is one of 72 minutes.
 std::uint32_t intervalOf(const CIM_WatchdogTimer& timer);
 
 // These return false, and change nothing, for what the timer cannot have.

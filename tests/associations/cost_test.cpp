@@ -83,6 +83,15 @@ TEST_F(Cost, ofAnEnumerationIsOnePassOverEachEnd) {
                             "CIM_IPProtocolEndpoint(SystemName)"));
 }
 
+TEST_F(Cost, ofWhatIsLiveIsPaidOnceAndOnlyIfItIsWanted) {
+    const ObjectPath once = element("CIM_BootConfigSetting", "Once");
+    const auto cost = [&](const char* property) {
+        return messages(
+            [&] { return broker.references(once, {.resultClass = "CIM_OrderedComponent"}, {{property}}); });
+    };
+    EXPECT_EQ(cost("AssignedSequence"), cost("GroupComponent") + 1);
+}
+
 // The cache answers with what it was first filled with: it has to be filled with everything.
 TEST_F(Cost, ofSensorsIsPaidOnceWithTheCacheOfArrays) {
     features().words[CORE_FEATURE_INSTANCE_ARRAY_CACHE] = 1;

@@ -39,7 +39,7 @@ TEST_F(Filters, leaveWhatTheyName) {
         {host, {.assocClass = "CIM_Component", .resultClass = "CIM_System"}, {"CIM_SPComputerSystem"}},
         {host, {.resultClass = "CIM_NumericSensor"}, {"CIM_NumericSensor"}},
         {host, {.resultClass = "CIM_Sensor"}, {"CIM_NumericSensor", "CIM_Sensor"}},
-        {host, {.resultClass = "CIM_Service"}, {"CIM_PowerManagementService"}},
+        {host, {.resultClass = "CIM_Service"}, {"CIM_BootService", "CIM_PowerManagementService"}},
         {host,
          {.assocClass = "CIM_AssociatedSensor", .role = "DEPENDENT"},
          {"CIM_NumericSensor", "CIM_Sensor"}},

@@ -202,6 +202,24 @@ TEST_F(AssociationInstances, ownPropertiesSayWhatIsSo) {
     for (const char* use : {"IsCurrent", "IsNext"})
         EXPECT_THAT(values("CIM_ElementSettingData", endpoint, use), ElementsAre("1", "2"));
     EXPECT_THAT(values("CIM_ElementSettingData", endpoint, "IsDefault"), ElementsAre("0", "0"));
+    // Boot flags: none hold, and then those of a boot from the network, once.
+    const ObjectPath once = element("CIM_BootConfigSetting", "Once");
+    const auto bootUses = [&] {
+        const auto references =
+            broker.references(element("CIM_HostComputerSystem"), {.resultClass = "CIM_ElementSettingData"})
+                .instances;
+        return testing::PrintToString(textsOf(references, "IsDefault")) +
+               testing::PrintToString(textsOf(references, "IsNext")) +
+               testing::PrintToString(values("CIM_OrderedComponent", once, "AssignedSequence"));
+    };
+    EXPECT_EQ(bootUses(),
+              R"({ "1", "2" }{ "1", "2" }{ "0", "0", "0", "0", "0", "0", "0", "0", "0", "0", "0" })");
+    broker.invokeMethod(
+        once, "ChangeBootOrder",
+        {{"Source", arrayOf(CMPI_ref, {reference(element("CIM_BootSourceSetting", "Network"))})}});
+    EXPECT_EQ(bootUses(),
+              R"({ "1", "2" }{ "2", "3" }{ "1", "0", "0", "0", "0", "0", "0", "0", "0", "0", "0" })");
+    broker.invokeMethod(once, "ChangeBootOrder", {{"Source", arrayOf(CMPI_ref, {})}});
     constexpr const char* powered = "CIM_AssociatedPowerManagementService";
     EXPECT_THAT(values(powered, element("CIM_SPComputerSystem"), "PowerState"), ElementsAre("2"));
     const ObjectPath host = element("CIM_HostComputerSystem");

@@ -33,6 +33,9 @@ struct BmcOptions {
     std::vector<unsigned> states;
     std::string availability;
     std::string bond;
+    std::optional<std::string> watchdogUse, watchdogAction;
+    std::optional<double> watchdogSeconds;
+    bool isStarted = false, isStopped = false;
     std::vector<std::string> commands;
     std::optional<unsigned> code, shortTo, late;
     bool isSilent = false;
@@ -145,6 +148,29 @@ int setAvailability(const Options& options) {
 
 int setBond(const Options& options) {
     machine(options).setBond(options->bond == "on");
+    return done;
+}
+
+int setWatchdog(const Options& options) {
+    nlohmann::ordered_json changes = nlohmann::ordered_json::object();
+    if (options->watchdogUse)
+        changes["use"] = *options->watchdogUse;
+    if (options->watchdogAction)
+        changes["action"] = *options->watchdogAction;
+    if (options->watchdogSeconds)
+        changes["interval"] = static_cast<unsigned>(*options->watchdogSeconds * 10);
+    auto bmc = machine(options);
+    if (!changes.empty())
+        bmc.setWatchdog(changes);
+    if (options->isStarted)
+        bmc.startWatchdog();
+    else if (options->isStopped)
+        bmc.stopWatchdog();
+    return done;
+}
+
+int restartHost(const Options& options) {
+    machine(options).restartHost();
     return done;
 }
 
@@ -269,6 +295,22 @@ void addBmcCommand(CLI::App& app, Chosen& chosen) {
     command = add("set-bond", "Bond the LANs that the machine has for it, or use each alone", setBond);
     command->add_option("HOW", options->bond, "on or off")->required()->check(CLI::IsMember({"on", "off"}));
     command->footer("Example:\n  phctl bmc set-bond on");
+
+    command = add("watchdog", "Do what the host does with its watchdog timer", setWatchdog);
+    command->add_option("--use", options->watchdogUse, "Who is watched over")
+        ->check(CLI::IsMember({"bios-frb2", "bios-post", "os-load", "os", "oem"}));
+    command->add_option("--action", options->watchdogAction, "What happens when it runs out")
+        ->check(CLI::IsMember({"none", "hard-reset", "power-down", "power-cycle"}));
+    command->add_option("--interval", options->watchdogSeconds, "Seconds until then, in steps of 0.1")
+        ->check(CLI::Range(0.0, 6553.5));
+    command->add_flag("--stop", options->isStopped, "Stop it")
+        ->excludes(command->add_flag("--start", options->isStarted, "Start it, or start it again"));
+    command->footer("Printed by `phctl bmc show watchdog`.\n\nExample:\n"
+                    "  phctl bmc watchdog --use os --action hard-reset --interval 30 --start");
+
+    command = add("restart-host", "Let the host restart by itself", restartHost);
+    command->footer(
+        "What it boots from is printed by `phctl bmc show boot`.\n\nExample:\n  phctl bmc restart-host");
 
     command = add("fault", "Make commands fail", addFaults);
     command->add_option("COMMAND", options->commands, "Name of an IPMI command, or NETFN:COMMAND")

@@ -42,7 +42,7 @@ struct BootOptions {
     static std::vector<BootDevice> everyDevice();
 
     bool isValid() const { return (flags[0] & ipmi::boot::flagsValid) != 0; }
-    // Something begins a boot that clears the valid bit, unless parameter 3 has this bit.
+    // Clears the valid bit, as what begins a boot does, unless parameter 3 has this bit.
     void clearValid(std::uint8_t unless);
 };
 

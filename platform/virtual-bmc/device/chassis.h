@@ -26,7 +26,7 @@ struct Chassis {
     // Takes what has happened by now into `isOn`.
     void settle(std::int64_t now);
 
-    // What commands and the watchdog do to a host.
+    // Commands and the watchdog do this to a host.
     void powerDown();
     void powerCycle(std::int64_t time);
     void reset();

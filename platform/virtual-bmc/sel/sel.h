@@ -56,7 +56,7 @@ struct Sel {
     // Does the same for an event of a sensor, which comes into a state or leaves it. Throws Error.
     static std::optional<std::uint16_t> addEvent(State& state, const SensorRef& sensor, std::uint8_t offset,
                                                  bool isDeassertion);
-    // The same with all that an event has, and when it happened.
+    // Does the same with all that an event has, and with the time when it happened.
     static std::optional<std::uint16_t> addEvent(State& state, const SensorRef& sensor,
                                                  std::array<std::uint8_t, 3> data, std::uint32_t time,
                                                  bool isDeassertion = false);
