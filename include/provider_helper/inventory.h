@@ -8,8 +8,8 @@
 extern "C" {
 #endif
 
-/* A physical element, in the class that entity IDs are mapped to. A text that is empty is not known, and is not
- * published. The rows say when they were read: what was plugged in or out since then does not show. */
+/* A physical element, whose class follows from its IPMI entity ID. A text that is empty is not known, and is not
+ * published. Elements are those that the last sync found: changes of the hardware since then do not show. */
 typedef struct {
     char Tag[256];               /* key; that of the PackageRow */
     char CreationClassName[256]; /* key */
@@ -45,13 +45,13 @@ PH_DECLARE_CLASS_FAMILY(Chip, PhysicalElementRecord);
 PH_EXPORT int PH_Fill_Chip(const PackageRow* row, PhysicalElementRecord* record);
 PH_EXPORT extern const char* const g_ChipKeyList[2];
 
-/* Power supplies, fans, management modules, batteries, disks. `supply` may be NULL. */
+/* These are power supplies, fans, management modules, batteries and disks. `supply` may be NULL. */
 PH_DECLARE_CLASS_FAMILY(PhysicalPackage, PhysicalElementRecord);
 PH_EXPORT int PH_Fill_PhysicalPackage(const PackageRow* row, const PowerSupplyInfoRow* supply,
                                       PhysicalElementRecord* record);
 PH_EXPORT extern const char* const g_PhysicalPackageKeyList[2];
 
-/* Of each physical element. */
+/* Every physical element has its capabilities. */
 typedef struct {
     char InstanceID[320]; /* key; "PhysicalAssetCapabilities:<Tag>" */
     char ElementName[128];

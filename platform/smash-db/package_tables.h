@@ -1,4 +1,4 @@
-// Physical packages, and what their FRUs say.
+// Physical packages, and the ratings of power supplies.
 #pragma once
 
 #include "smash-db/table.h"

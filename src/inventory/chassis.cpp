@@ -15,11 +15,11 @@ using ph::inventory::Record;
 
 constexpr std::uint16_t notKnown = 0, isSo = 1; // DMTF RackMountable and MultipleSystemSupport
 
-// What an SMBIOS system enclosure type (SMBIOS 3, 7.4.1) is in CIM, which has not all of them.
+// The CIM value of an SMBIOS system enclosure type (SMBIOS 3, 7.4.1). CIM does not have all types.
 struct ChassisType {
     std::uint8_t smbios;
     std::uint16_t cim;
-    const char* description; // of what CIM calls other
+    const char* description; // for values that CIM calls other
     bool isRackMountable = false;
     bool holdsSystems = false; // several ones
 };
@@ -36,7 +36,7 @@ constexpr ChassisType chassisTypes[] = {
     {0x24, ph::ChassisPackageType::Other, "Stick PC"},
 };
 
-// The numbers that both have for the same.
+// These numbers mean the same in SMBIOS and CIM.
 constexpr bool isShared(std::uint8_t smbios) {
     return (smbios >= 0x03 && smbios <= 0x16) || smbios == 0x18 || smbios == 0x1A || smbios == 0x1B ||
            (smbios >= 0x1E && smbios <= 0x20);

@@ -22,7 +22,7 @@ ElementName entityNameOf(const PackageRow& row) {
     return name;
 }
 
-// The class of the body of an entity, "TBD" where none is assigned.
+// Returns the class of the body of an entity, "TBD" where none is assigned.
 const char* physicalClassOf(std::uint8_t entityId) {
     return entityId < std::size(entity_id_mapping) ? entity_id_mapping[entityId].physicalClass : "TBD";
 }

@@ -38,23 +38,23 @@ inline constexpr Property elementProperties[] = {
     PH_PROPERTY_IF(Record, CanBeFRUed, hasFru),
 };
 
-// Those of CIM_PhysicalPackage and its subclasses.
+// CIM_PhysicalPackage and its subclasses have these too.
 inline constexpr Property packageProperties[] = {
     PH_PROPERTY(Record, PackageType),
     PH_PROPERTY_IF(Record, OtherPackageType, isGiven<&Record::OtherPackageType>),
 };
 inline constexpr auto packageElementProperties = joined(elementProperties, packageProperties);
 
-// Whether the package is an instance of one of the classes of physical elements.
+// Returns whether the package is an instance of one of the classes of physical elements.
 bool isServed(const PackageRow& row);
 
 struct ElementName {
     char text[128];
 };
-// The name that the locator gives, else the entity's name and instance.
+// Returns the name that the locator gives, else the entity's name and instance.
 ElementName nameOf(const PackageRow& row);
 
-// The keys excepted.
+// These fill everything but the keys.
 void fillElement(const PackageRow& row, Record& element);
 void fillPackageType(const PackageRow& row, Record& element);
 
@@ -67,7 +67,7 @@ struct PhysicalClass {
 int enumerate(const PhysicalClass& physicalClass, RecordArray<Record>& elements, Detail detail);
 int get(const PhysicalClass& physicalClass, RecordArray<Record>& elements, CMPIString** keyValues);
 
-// The same as members of a class's definition.
+// These are for a class's definition.
 template <const PhysicalClass& physicalClass>
 int enumerate(RecordArray<Record>& elements, Detail detail) {
     return enumerate(physicalClass, elements, detail);

@@ -20,7 +20,7 @@ struct PresenceState {
 
 constexpr std::uint8_t deviceAbsentOrPresent = 0x08, sensorSpecific = 0x6F;
 
-// One that says so in both cases stands before one that only does while it is asserted.
+// A state that tells presence in both cases stands before one that tells it only while it is asserted.
 constexpr PresenceState presenceStates[] = {
     {0x00, deviceAbsentOrPresent, 1, Presence::Present, Presence::Absent},
     {0x07, sensorSpecific, 7, Presence::Present, Presence::Absent},  // processor
@@ -42,7 +42,7 @@ const PresenceState* presenceState(const CompactSdr& sensor) {
     return found != std::end(presenceStates) ? found : nullptr;
 }
 
-// Nothing where the sensor has no reading at present, or cannot be read.
+// Returns nothing where the sensor has no reading at present, or cannot be read.
 std::optional<std::uint16_t> readStates(ipmi::Transport& bmc, std::uint8_t sensorNumber) {
     constexpr std::uint8_t scanningEnabled = 0x40, unavailable = 0x20;
     try {

@@ -1,4 +1,4 @@
-// Whether an entity is there, as far as its sensors tell.
+// Finds out whether an entity is there, as far as its sensors tell.
 #pragma once
 
 #include "ipmi/transport.h"
@@ -12,7 +12,7 @@ namespace smash {
 
 enum class Presence { Unknown, Present, Absent };
 
-// Reads those of the sensors that are about the presence of the entity. Where they differ it is there.
+// Reads those sensors that tell the presence of the entity. Where they contradict each other, it is present.
 Presence readPresence(ipmi::Transport& bmc, std::span<const CompactSdr> sensors, std::uint8_t entityId,
                       std::uint8_t entityInstance);
 

@@ -15,7 +15,7 @@ using Places = std::initializer_list<std::string*>;
 
 constexpr std::uint8_t english = 25;
 
-// Reads the texts of an area in their order there; nullptr stands for one not kept.
+// Reads the texts of an area in the order of their fields; nullptr stands for a field that is not kept.
 void readTexts(ipmi::Reader& area, std::uint8_t language, Places places) {
     for (std::string* const place : places) {
         auto text = readFruField(area, language);
@@ -101,7 +101,7 @@ FruDevices::Device FruDevices::readDevice(std::uint8_t id) {
     const auto remark = [&](const std::string& reason) {
         remarks_.push_back({"FRU device " + std::to_string(id), reason});
     };
-    // Whether it could be done; what the BMC does not return and what is malformed is remarked.
+    // Returns whether the work could be done. A BMC that refuses it and malformed contents are remarked.
     const auto attempt = [&](const std::string& part, auto&& work) {
         try {
             work();

@@ -1,4 +1,4 @@
-// What FRU devices say of the parts they are on (Platform Management FRU Information Storage Definition 1.0).
+// The contents of FRU devices (Platform Management FRU Information Storage Definition 1.0).
 #pragma once
 
 #include "smash-db/sync/sync.h"
@@ -11,7 +11,7 @@
 
 namespace smash {
 
-// A text that is not there is empty.
+// The areas of a FRU device that could be read. A text that is missing is empty.
 struct FruContents {
     struct Chassis {
         std::uint8_t type = 0; // SMBIOS system enclosure type
@@ -24,7 +24,6 @@ struct FruContents {
     struct Product {
         std::string manufacturer, product, partNumber, version, serialNumber, assetTag;
     };
-    // Areas that are missing, or cannot be read.
     std::optional<Chassis> chassis;
     std::optional<Board> board;
     std::optional<Product> product;

@@ -45,7 +45,7 @@ std::vector<std::uint8_t> FruDevice::readArea(std::size_t offset) {
     return readChecked(offset, length);
 }
 
-// In units of addresses.
+// Address and count are in units of bytes or words.
 void FruDevice::append(std::vector<std::uint8_t>& bytes, std::size_t address, std::size_t count) {
     std::uint8_t request[4];
     ipmi::Writer(request)

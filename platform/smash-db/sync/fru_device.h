@@ -1,4 +1,4 @@
-// Reading the bytes of a FRU device that the BMC answers for (IPMI 2.0 34).
+// Reads the bytes of a FRU device that the BMC answers for (IPMI 2.0 34).
 #pragma once
 
 #include "ipmi/transport.h"
@@ -9,7 +9,7 @@
 
 namespace smash {
 
-// A FRU's contents are not as the Platform Management FRU Information Storage Definition has them.
+// Thrown for contents that contradict the Platform Management FRU Information Storage Definition.
 struct MalformedFru : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
@@ -20,9 +20,9 @@ public:
 
     // These throw MalformedFru, and what ipmi::run throws. Offsets are in bytes.
     std::vector<std::uint8_t> read(std::size_t offset, std::size_t count);
-    // The same for bytes whose sum must be 0.
+    // Reads bytes whose sum must be 0.
     std::vector<std::uint8_t> readChecked(std::size_t offset, std::size_t count);
-    // An area that has its length, in multiples of eight bytes, in its second byte.
+    // Reads an area that has its length, in multiples of eight bytes, in its second byte.
     std::vector<std::uint8_t> readArea(std::size_t offset);
 
 private:

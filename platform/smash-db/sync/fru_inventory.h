@@ -8,12 +8,12 @@
 
 namespace smash {
 
-// FRU device 0 is the BMC's own, and needs no locator. It is taken for that of the system board.
+// FRU device 0 is the BMC's own and needs no locator. It is assumed to be on the system board.
 inline constexpr std::uint8_t ownFruDevice = 0;
 inline constexpr std::uint8_t systemBoard = 7; // entity ID
 
-// Row of each located FRU device with a board or a product area, the first one of an entity. There is always a
-// row of the system board: where no locator leads to one, it is FRU device 0, or blank.
+// Makes a row of the first FRU device of each entity that has a board or a product area. There is always a row of
+// the system board: where no locator leads to one, the row is that of FRU device 0, or blank.
 std::vector<FruRecord> readFrus(FruDevices& devices, std::span<const EntityLocator> locators,
                                 const std::function<void(std::size_t, std::size_t)>& progress);
 

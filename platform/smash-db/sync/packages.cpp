@@ -13,7 +13,7 @@ namespace smash {
 namespace {
 
 constexpr std::uint8_t systemChassis = 23;  // entity ID
-constexpr std::uint8_t instanceBits = 0x7F; // bit 7 of an entity instance is none of it
+constexpr std::uint8_t instanceBits = 0x7F; // bit 7 tells a container from a physical entity
 
 using Entity = std::pair<std::uint8_t, std::uint8_t>; // ID and instance
 
@@ -52,11 +52,11 @@ void noteFruData(PackageRow& row) {
             row.hasFruData = 1;
 }
 
-// The product area of the device that has the chassis area describes the whole system, any other the part that
-// it is on.
+// A product area describes the part that its device is on, but the whole system where the device has the chassis
+// area too.
 void describe(PackageRow& row, const FruContents& contents) {
     if (contents.chassis && row.entityId == systemChassis)
-        return; // described by its area, behind all others
+        return; // its area describes it, when all packages are known
     if (contents.board) {
         copyText(row.manufacturer, contents.board->manufacturer);
         copyText(row.model, contents.board->product);
@@ -148,7 +148,7 @@ private:
             absent_.insert(entity);
             return;
         }
-        // The BMC's own device, which no record speaks of, is only known by its contents.
+        // The BMC's own device needs no locator; then only its contents tell that it exists.
         if (!isLocated(fruDeviceId) && !device.contents)
             return;
         PackageRow row = makeRow(entity, fruDeviceId, name);
@@ -186,7 +186,7 @@ private:
             found_.packages.push_back(makeRow(entity, std::nullopt, name));
     }
 
-    // Fans, and often supplies and processors, have no locator: that they are there their sensors say.
+    // Fans, and often supplies and processors, have no locator, but sensors.
     void addWatched(const CompactSdr& sensor) {
         constexpr std::uint8_t processor = 3, powerSupply = 10, fan = 29;
         for (const std::uint8_t id : {processor, powerSupply, fan})
@@ -194,7 +194,7 @@ private:
                 addEntity({sensor.entityId, sensor.entityInstance}, "");
     }
 
-    // A chassis area describes the system chassis, whichever device has it.
+    // The chassis area describes the system chassis, whichever device has it.
     void describeChassis() {
         if (chassisFru_ == nullptr)
             return;

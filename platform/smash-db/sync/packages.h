@@ -15,7 +15,8 @@ struct Packages {
     std::vector<PowerSupplyInfoRow> powerSupplies;
 };
 
-// What is not installed has no row. docs/sdr-mapping.md says how that is found out, and what the rows hold.
+// Makes the rows of the packages that are installed. docs/sdr-mapping.md says how that is found out, and what the
+// rows hold.
 Packages readPackages(ipmi::Transport& bmc, const SdrMapping& records, FruDevices& devices);
 
 } // namespace smash

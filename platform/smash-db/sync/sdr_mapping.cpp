@@ -193,7 +193,7 @@ FullSdr mapFull(ipmi::Reader& reader, const SdrRecord& record) {
     return row;
 }
 
-// Bytes 6 to the end of a locator. In all of them the entity begins at byte 13 (IPMI 2.0 tables 43-7 to 43-9).
+// Reads a locator from byte 6 on. All locators have the entity at byte 13 (IPMI 2.0 tables 43-7 to 43-9).
 EntityLocator mapLocator(ipmi::Reader& reader, std::uint8_t type) {
     const std::uint8_t address = reader.u8() & 0xFE;
     const std::uint8_t fruDeviceId = reader.u8();

@@ -15,7 +15,7 @@
 
 namespace smash {
 
-// Where something of an entity is: a FRU device, a management controller, or any other device.
+// A record that locates something of an entity: a FRU device, a management controller, or another device.
 struct EntityLocator {
     std::uint8_t entityId = 0;
     std::uint8_t entityInstance = 0;

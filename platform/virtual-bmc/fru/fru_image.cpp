@@ -110,7 +110,7 @@ Bytes productArea(const ProductArea& product, const Place& place) {
     return area;
 }
 
-// The only record of a multirecord area.
+// Makes a multirecord area with this record only.
 Bytes powerSupplyRecord(const PowerSupplyRecord& supply) {
     constexpr std::uint8_t powerSupplyInformation = 0x00, lastOfFormat2 = 0x82;
     std::uint8_t storage[24];
@@ -157,7 +157,8 @@ std::vector<std::uint8_t> fruImage(const Fru& fru, const Place& place) {
     if (fru.product)
         image[4] = append(productArea(*fru.product, Place{&place, "product"}));
     if (fru.powerSupply)
-        image[5] = append(powerSupplyRecord(*fru.powerSupply)); // the last one, as its length is no multiple
+        image[5] = append(
+            powerSupplyRecord(*fru.powerSupply)); // the last area, because its length is no multiple of 8
     appendChecksum(image);
     image.insert(image.end(), areas.begin(), areas.end());
     return image;

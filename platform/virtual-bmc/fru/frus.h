@@ -35,7 +35,7 @@ struct PowerSupplyRecord {
     std::uint16_t peakVoltAmperes = 0xFFFF; // VA; not specified
     std::uint8_t inrushCurrent = 0xFF;      // A; not specified
     std::uint8_t inrushInterval = 0;        // ms
-    // Of the input's ranges, the second of which is optional.
+    // The input has one range or two.
     std::uint16_t lowVoltage1 = 0, highVoltage1 = 0, lowVoltage2 = 0, highVoltage2 = 0; // 10 mV
     std::uint8_t lowFrequency = 0, highFrequency = 0;                                   // Hz
     std::uint8_t dropoutTolerance = 0;                                                  // ms

@@ -211,7 +211,7 @@ consteval std::array<Property, A + B> joined(const std::array<Property, A>& firs
     return all;
 }
 
-// The same for a table that is not joined itself.
+// Does the same with a plain table.
 template <std::size_t A, std::size_t B>
 consteval std::array<Property, A + B> joined(const Property (&first)[A], const Property (&second)[B]) {
     return joined(std::to_array(first), second);
