@@ -40,15 +40,25 @@ PH_DECLARE_CLASS_FAMILY(Fan, FanRecord);
 PH_EXPORT int PH_Fill_Fan(const EntityDeviceRow* row, FanRecord* record);
 PH_EXPORT extern const char* const g_FanKeyList[4];
 
-/* The health of a supply is rolled up from its discrete sensors, as PH_DeviceInstance does it. */
+/* A supply's ratings are those of its FRU (PowerSupplyInfoRow). Those that it does not give are not published, except
+ * TotalOutputPower. The health of a supply is rolled up from its discrete sensors, as PH_DeviceInstance does it. */
 typedef struct {
     EntityDeviceRecord device;
-    uint32_t TotalOutputPower; /* mW; 0 unknown */
+    uint32_t TotalOutputPower;      /* mW; 0 unknown */
+    uint32_t Range1InputVoltageLow; /* mV */
+    uint32_t Range1InputVoltageHigh;
+    uint32_t Range1InputFrequencyLow; /* Hz; 0 direct current */
+    uint32_t Range1InputFrequencyHigh;
+    uint32_t Range2InputVoltageLow;
+    uint32_t Range2InputVoltageHigh;
+    uint32_t Range2InputFrequencyLow;
+    uint32_t Range2InputFrequencyHigh;
 } PowerSupplyRecord;
 
 PH_DECLARE_CLASS_FAMILY(PowerSupply, PowerSupplyRecord);
-/* Fills the record as PH_Fill_Fan does. */
-PH_EXPORT int PH_Fill_PowerSupply(const EntityDeviceRow* row, PowerSupplyRecord* record);
+/* Fills the record as PH_Fill_Fan does; `info` may be NULL. */
+PH_EXPORT int PH_Fill_PowerSupply(const EntityDeviceRow* row, const PowerSupplyInfoRow* info,
+                                  PowerSupplyRecord* record);
 PH_EXPORT extern const char* const g_PowerSupplyKeyList[4];
 
 /* ---- Redundancy ---------------------------------------------------------------------------------------- */

@@ -11,13 +11,38 @@ using ph::Property;
 
 static_assert(offsetof(Record, device) == 0, "the properties of every device lie where they are shared");
 
+bool hasRange1(const Record& supply) {
+    return supply.Range1InputVoltageHigh != 0;
+}
+
+bool hasRange2(const Record& supply) {
+    return supply.Range2InputVoltageHigh != 0;
+}
+
 constexpr Property supplyProperties[] = {
     PH_PROPERTY(Record, TotalOutputPower),
+    PH_PROPERTY_IF(Record, Range1InputVoltageLow, hasRange1),
+    PH_PROPERTY_IF(Record, Range1InputVoltageHigh, hasRange1),
+    PH_PROPERTY_IF(Record, Range1InputFrequencyLow, hasRange1),
+    PH_PROPERTY_IF(Record, Range1InputFrequencyHigh, hasRange1),
+    PH_PROPERTY_IF(Record, Range2InputVoltageLow, hasRange2),
+    PH_PROPERTY_IF(Record, Range2InputVoltageHigh, hasRange2),
+    PH_PROPERTY_IF(Record, Range2InputFrequencyLow, hasRange2),
+    PH_PROPERTY_IF(Record, Range2InputFrequencyHigh, hasRange2),
 };
 constexpr auto properties = ph::joined(ph::entityDeviceProperties, supplyProperties);
 
-constexpr ph::EntityDeviceClass<Record> deviceClass{"CIM_PowerSupply", PH_Fill_PowerSupply,
-                                                    &ph::DeviceReader::rollUp};
+int fill(const EntityDeviceRow* row, Record* supply) {
+    ph::Database database;
+    PowerSupplyInfoRow* info = nullptr;
+    if (!database.open() ||
+        db_get_power_supply_info(database.get(), row->entityId, row->entityInstance, &info) != 0)
+        return -1;
+    const ph::HeapPtr<PowerSupplyInfoRow> owner(info);
+    return PH_Fill_PowerSupply(row, info, supply);
+}
+
+constexpr ph::EntityDeviceClass<Record> deviceClass{"CIM_PowerSupply", fill, &ph::DeviceReader::rollUp};
 
 int enumerate(ph::RecordArray<Record>& supplies, ph::Detail detail) {
     return ph::enumerateEntityDevices(deviceClass, supplies, detail);
@@ -38,8 +63,20 @@ constexpr ph::ClassDefinition<Record> definition{
 
 } // namespace
 
-int PH_Fill_PowerSupply(const EntityDeviceRow* row, PowerSupplyRecord* record) {
+int PH_Fill_PowerSupply(const EntityDeviceRow* row, const PowerSupplyInfoRow* info,
+                        PowerSupplyRecord* record) {
+    constexpr std::uint32_t milliwatts = 1000; // in a watt
+    constexpr std::uint32_t millivolts = 10;   // in the row's unit of 10 mV
     ph::fillEntityDevice(*row, record->device);
+    if (info == nullptr)
+        return 0;
+    record->TotalOutputPower = info->capacity * milliwatts;
+    record->Range1InputVoltageLow = info->lowVoltage1 * millivolts;
+    record->Range1InputVoltageHigh = info->highVoltage1 * millivolts;
+    record->Range2InputVoltageLow = info->lowVoltage2 * millivolts;
+    record->Range2InputVoltageHigh = info->highVoltage2 * millivolts;
+    record->Range1InputFrequencyLow = record->Range2InputFrequencyLow = info->lowFrequency;
+    record->Range1InputFrequencyHigh = record->Range2InputFrequencyHigh = info->highFrequency;
     return 0;
 }
 

@@ -94,8 +94,11 @@ private:
         return found;
     }
     bool contains(const CompactSdr& sensor, const EntityDeviceRow& device) const {
+        constexpr unsigned isContainer =
+            0x80; // bit 7 of a sensor's entity instance, which associations have not
+        const unsigned instance = sensor.entityInstance & ~isContainer;
         return std::ranges::any_of(associations_.all(), [&](const EntityAssociationRow& each) {
-            return each.containerId == sensor.entityId && each.containerInstance == sensor.entityInstance &&
+            return each.containerId == sensor.entityId && each.containerInstance == instance &&
                    each.entityId == device.entityId && each.entityInstance == device.entityInstance;
         });
     }

@@ -6,10 +6,11 @@
 
 class DeviceFixture : public ManagedBmc {
 protected:
-    // Makes another machine, with these sensors and entity associations, and reads it into the database.
-    void serve(const std::string& sensors, const std::string& associations = "[]") {
+    // Makes another machine, with these sensors and entity associations and FRUs, and reads it into the database.
+    void serve(const std::string& sensors, const std::string& associations = "[]",
+               const std::string& frus = "[]") {
         createBmc(R"({"sensors": )" + sensors + R"(, "sdrRepository": {"associations": )" + associations +
-                  "}}");
+                  R"(}, "frus": )" + frus + "}");
         synchronise(stateFile);
         platformCalls.clear();
     }

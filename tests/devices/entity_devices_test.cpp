@@ -21,9 +21,15 @@ constexpr const char* model = R"([
     {"number": 7, "name": "Board", "readingType": "severity", "record": "compact", "supportedStates": [0, 1]}])";
 constexpr const char* cooling = R"([{"entity": 30, "contains": [{"entity": 29, "entityInstance": 2}]}])";
 
+constexpr const char* frus = R"([
+    {"id": 1, "name": "PSU1", "entity": 10, "powerSupply": {"capacity": 880, "lowVoltage1": 10000, "highVoltage1": 12700,
+     "lowVoltage2": 20000, "highVoltage2": 24000, "lowFrequency": 47, "highFrequency": 63}},
+    {"id": 2, "name": "PSU2", "entity": 10, "entityInstance": 2,
+     "powerSupply": {"capacity": 3000, "lowVoltage1": 4000, "highVoltage1": 7200}}])";
+
 class EntityDevices : public DeviceFixture {
 protected:
-    EntityDevices() { serve(model, cooling); }
+    EntityDevices() { serve(model, cooling, frus); }
 };
 
 TEST_F(EntityDevices, areDescribedByRowsAndSensors) {
@@ -34,8 +40,15 @@ TEST_F(EntityDevices, areDescribedByRowsAndSensors) {
                             "OperationalStatus={2}", "VariableSpeed=TRUE", "ActiveCooling=TRUE"));
     EXPECT_THAT(rows(fans, {"ElementName", "VariableSpeed"}),
                 ElementsAre("Fan 1 FALSE", "Fan 2 TRUE", "Cooling Unit 1 TRUE"));
-    EXPECT_THAT(rows(supplies, {"ElementName", "TotalOutputPower"}),
-                ElementsAre("Power Supply 1 0", "Power Supply 2 0"));
+    EXPECT_THAT(
+        rows(supplies, {"ElementName", "TotalOutputPower", "Range1InputVoltageLow", "Range1InputVoltageHigh",
+                        "Range1InputFrequencyLow", "Range1InputFrequencyHigh", "Range2InputVoltageLow",
+                        "Range2InputVoltageHigh", "Range2InputFrequencyHigh"}),
+        ElementsAre("Power Supply 1 880000 100000 127000 47 63 200000 240000 63",
+                    "Power Supply 2 3000000 40000 72000 0 0 <none> <none> <none>"));
+    serve(model);
+    EXPECT_THAT(rows(supplies, {"TotalOutputPower", "Range1InputVoltageHigh"}),
+                ElementsAre("0 <none>", "0 <none>"));
 }
 
 TEST_F(EntityDevices, showTheirHealth) {
