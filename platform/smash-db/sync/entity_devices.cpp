@@ -40,8 +40,11 @@ constexpr PresenceRule presenceRules[] = {
     {powerSupplySensor, sensorSpecific, 0x01, 0x00},    // presence detected
 };
 
+// Bit 7 of a sensor's entity instance says that its entity is no physical one, but a container of such.
+constexpr std::uint8_t isContainer = 0x80;
+
 bool isOf(const CompactSdr& sensor, std::uint8_t entityId, std::uint8_t entityInstance) {
-    return sensor.entityId == entityId && sensor.entityInstance == entityInstance;
+    return sensor.entityId == entityId && (sensor.entityInstance & ~isContainer) == entityInstance;
 }
 
 bool isOf(const CompactSdr& sensor, const EntityDeviceRow& device) {
@@ -50,7 +53,7 @@ bool isOf(const CompactSdr& sensor, const EntityDeviceRow& device) {
 
 // A sensor of redundancy is about several devices, and makes none of its entity.
 bool makesDevice(const CompactSdr& sensor) {
-    return sensor.eventReadingType != redundancyType &&
+    return sensor.eventReadingType != redundancyType && (sensor.entityInstance & isContainer) == 0 &&
            std::ranges::any_of(deviceKinds, [&](const DeviceKind& kind) {
                return sensor.entityId == kind.entityId && sensor.ipmiSensorType == kind.sensorType;
            });
