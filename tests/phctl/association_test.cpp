@@ -35,11 +35,17 @@ TEST_F(AssociationVerbs, walkFromAProfileToAReading) {
                 HasSubstr("= 2400  (24.00 degrees C)"));
 }
 
-TEST_F(AssociationVerbs, walkFromAFanToItsSpeedAndItsRedundancy) {
-    const auto fan = path("CIM_Fan", "29.2");
+TEST_F(AssociationVerbs, walkFromTheChassisToAFanItsSpeedAndItsRedundancy) {
     const auto next = [](const std::string& from, const char* association, const char* to) {
         return succeed({"ain", from, "--assoc-class", association, "--result-class", to, "--json"}).json();
     };
+    const auto packages = next(path("CIM_Chassis", "23."), "CIM_Container", "CIM_PhysicalPackage");
+    std::string fan;
+    for (const auto& package : packages)
+        if (const auto devices = next(package, "CIM_Realizes", "CIM_Fan");
+            devices == nlohmann::json::array({path("CIM_Fan", "29.2")}))
+            fan = devices[0];
+    ASSERT_NE(fan, "") << packages.dump();
     const auto tachometers = next(fan, "CIM_AssociatedSensor", "CIM_NumericSensor");
     ASSERT_EQ(tachometers.size(), 1U) << tachometers.dump();
     EXPECT_THAT(tachometers[0], HasSubstr(":FAN2"));
