@@ -111,7 +111,8 @@ class InstanceOperations(served.ServedTest):
 class AssociationOperations(served.ServedTest):
     def test_of_classes(self):
         host = class_name(HOST)
-        filters = {"AssocClass": class_name("CIM_SystemDevice"), "ResultRole": "partcomponent"}
+        filters = {"AssocClass": class_name("CIM_SystemDevice"), "ResultClass": class_name("CIM_Sensor"),
+                   "ResultRole": "partcomponent"}
         names = [each.find(".//CLASSNAME").get("NAME")
                  for each in self.client.items("AssociatorNames", ObjectName=host, **filters)]
         self.assertEqual(names, [SENSOR, "CIM_Sensor"])
