@@ -59,7 +59,7 @@ struct TestPartRecord {
 };
 constexpr ph::Property partProperties[] = {PH_PROPERTY(TestPartRecord, ElementName)};
 constexpr ph::ClassDefinition<TestPartRecord> partDefinition{
-    .name = "CIM_TestPart", .superclass = nullptr, .keys = {}, .properties = partProperties};
+    .name = "CIM_TestPart", .superclass = nullptr, .source = "", .keys = {}, .properties = partProperties};
 constexpr ph::ClassFamily partFamily = ph::detail::eraseTypes<TestPartRecord, partDefinition>();
 
 // The first item has an owner, and a part that is named as it is.
@@ -156,6 +156,7 @@ CMPIStatus remove(const ph::Request&) {
 
 constexpr ph::ClassDefinition<TestItemRecord> definition{.name = "CIM_TestItem",
                                                          .superclass = nullptr,
+                                                         .source = "",
                                                          .keys = itemKeys,
                                                          .properties = itemProperties,
                                                          .enumerate = enumerate,

@@ -2,6 +2,9 @@
 // not.
 #include "scripted_bmc.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include <tuple>
 
 namespace {
@@ -12,8 +15,8 @@ using SystemInfo = HookTest;
 
 Bytes block(std::uint8_t number, std::initializer_list<std::uint8_t> head, const std::string& text) {
     Bytes answer{0x00, 0x11, number};
-    answer.insert(answer.end(), head);
-    answer.insert(answer.end(), text.begin(), text.end());
+    std::ranges::copy(head, std::back_inserter(answer));
+    std::ranges::copy(text, std::back_inserter(answer));
     return answer;
 }
 
