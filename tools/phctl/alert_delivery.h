@@ -24,7 +24,7 @@ public:
     // else reads from the event pipe.
     void listen(bool isWanted);
     // Whether the library has what it must not lose.
-    bool isInUse() const { return watch_ != nullptr; }
+    bool isInUse() const { return manager_ != nullptr; }
 
 private:
     void prepare();
