@@ -36,6 +36,7 @@ class Wbemcli(served.ServedTest):
     def test_every_class(self):
         classes = self.server.json("classes")
         above = {each["name"]: each["superclass"] for each in classes}
+        above["CIM_PhysicalFrame"] = "CIM_PhysicalPackage"  # which only has subclasses here
 
         def is_a(name, ancestor):
             return name == ancestor or (name in above and is_a(above[name], ancestor))
