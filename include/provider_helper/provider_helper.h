@@ -6,7 +6,6 @@
 #include "provider_helper/alert_delivery.h"
 #include "provider_helper/boot.h"
 #include "provider_helper/computer_system.h"
-#include "provider_helper/devices.h"
 #include "provider_helper/indications.h"
 #include "provider_helper/inventory.h"
 #include "provider_helper/jobs.h"
@@ -17,5 +16,6 @@
 #include "provider_helper/software.h"
 #include "provider_helper/tables.h"
 #include "provider_helper/utility.h"
+#include "provider_helper/watchdog.h"
 
 #endif

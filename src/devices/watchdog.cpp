@@ -1,6 +1,6 @@
 // CIM_Watchdog: the BMC's watchdog timer, which watches over the host's software.
+#include "provider_helper/watchdog.h"
 #include "devices/watchdog_settings.h"
-#include "provider_helper/devices.h"
 #include "Utility/back-ends/back_ends.h"
 #include "Utility/engine/class_family.h"
 #include "Utility/engine/hosted_element.h"

@@ -1,6 +1,6 @@
 // The watchdog, against the timer of the virtual BMC.
 #include "managed_bmc.h"
-#include "provider_helper/devices.h"
+#include "provider_helper/watchdog.h"
 
 namespace {
 

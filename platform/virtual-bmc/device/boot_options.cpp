@@ -185,8 +185,11 @@ void BootOptions::settle(State& state, std::int64_t now) {
             options.clearValid(0);
     }
     const auto& options = state.get<BootOptions>();
-    if (options.isValid() && (options.validBitClearing & boot::keepWithoutCommand) == 0 &&
-        options.validSince + options.validTime <= now)
+    if (!options.isValid() || (options.validBitClearing & boot::keepWithoutCommand) != 0)
+        return;
+    if (options.validSince == 0) // those of a model hold from the start
+        state.edit<BootOptions>().validSince = now;
+    else if (options.validSince + options.validTime <= now)
         state.edit<BootOptions>().clearValid(boot::keepWithoutCommand);
 }
 
