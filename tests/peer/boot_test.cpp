@@ -39,6 +39,7 @@ TEST_F(PeerBoot, setsTheDeviceThatIpmitoolSees) {
 }
 
 TEST_F(PeerBoot, findsTheWatchdogAsIpmitoolDoes) {
+    write("/conf/system_names.ini", "[names]\nsp = sim\nhost = server\n");
     EXPECT_THAT(ipmitool("mc watchdog get"), HasSubstr("Watchdog Timer Is:      Stopped"));
     EXPECT_EQ(get("CIM_Watchdog", "EnabledState"), "3");
     EXPECT_EQ(get("CIM_Watchdog", "MonitoredEntity"), "0");
