@@ -6,6 +6,7 @@
 #include "provider_helper/alert_delivery.h"
 #include "provider_helper/boot.h"
 #include "provider_helper/computer_system.h"
+#include "provider_helper/devices.h"
 #include "provider_helper/indications.h"
 #include "provider_helper/inventory.h"
 #include "provider_helper/jobs.h"

@@ -28,7 +28,8 @@ std::string decode(std::uint8_t encoding, std::span<const std::uint8_t> bytes) {
     throw std::runtime_error("the text has an encoding that IPMI does not know");
 }
 
-// What a BMC sends of a block, which may be less at the end of a text. None: it has not got it.
+// Returns the answer with a block, which may be short at the end of a text; nothing when the BMC has not got
+// it.
 std::optional<ipmi::Answer> readBlock(ipmi::Transport& bmc, std::uint8_t parameter, std::uint8_t block) {
     constexpr std::uint8_t notSupported = 0x80; // of this command
     const std::uint8_t request[] = {0, parameter, block, 0};

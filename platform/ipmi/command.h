@@ -97,7 +97,7 @@ inline Answer run(Transport& transport, CommandCode command,
     return run(transport, command, std::span(request.begin(), request.size()));
 }
 
-// The same of a command that BMCs may lack: none where this one does.
+// Runs a command that BMCs may lack. Returns nothing where this one does; any other code throws.
 std::optional<Answer> askIfKnown(Transport& transport, CommandCode command,
                                  std::span<const std::uint8_t> request = {});
 

@@ -28,7 +28,7 @@ void appendUtf8(std::string& text, char32_t character) {
 
 constexpr char32_t replacement = 0xFFFD;
 
-// One character of UTF-8, whose bytes are taken off; what is none is a replacement of one byte.
+// Takes one character of UTF-8 off. A byte that begins none is taken as U+FFFD.
 char32_t takeCharacter(Bytes& bytes) {
     const std::uint8_t first = bytes[0];
     const std::size_t length = first < 0x80 ? 1 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;

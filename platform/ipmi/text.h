@@ -1,5 +1,5 @@
-// Texts of IPMI records and parameters as UTF-8. A text ends with its first NUL. Control characters, which no
-// text of a CIM instance may hold, become '_', and what is no character U+FFFD.
+// These decode texts of IPMI records and parameters to UTF-8. A text ends with its first NUL. Control
+// characters, which no text of a CIM instance may hold, become '_'; what is no character becomes U+FFFD.
 #pragma once
 
 #include <cstdint>

@@ -11,7 +11,7 @@ bool isSameName(const char* left, const char* right);
 // Whether a class is another, or derives from it. One that is not known derives from none.
 bool isA(const char* className, const char* ancestor);
 
-// Where a class is served; what is not known where the elements are.
+// Returns where a class is served; for one that is not known, the namespace of the elements.
 Placement placementOf(const char* className);
 
 } // namespace associations

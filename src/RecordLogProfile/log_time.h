@@ -11,7 +11,7 @@ public:
     LogTime();
     // Returns false when the C library cannot break the time down. `text` holds 26 characters.
     bool write(std::uint32_t seconds, char* text) const;
-    // The SEL time of a point in time, in seconds since 1970 UTC.
+    // Returns the SEL time of a point in time that is given in seconds since 1970 UTC.
     std::int64_t at(std::int64_t utcSeconds) const { return utcSeconds + offset_; }
 
 private:

@@ -7,7 +7,7 @@
 namespace ph::indications {
 namespace {
 
-// What a client may change. While a delivery is tried again no other alert is delivered: that has a limit.
+// What a client may change, and how far: while a delivery is tried again, no other alert is delivered.
 struct Settable {
     const char* name;
     std::uint32_t most;
@@ -30,7 +30,7 @@ CMPIData valueOf(const PHPropertyRow& row) {
     return data;
 }
 
-// As the property's own type, or a text of it.
+// Takes a number of the property's own type, or a text with one.
 bool readNumber(const CMPIData& data, std::uint32_t& value) {
     std::uint16_t narrow = 0;
     if (data.state != CMPI_goodValue)

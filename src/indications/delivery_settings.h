@@ -7,7 +7,7 @@
 
 namespace ph::indications {
 
-// The row's part of a record.
+// Fills in what a record has of the row.
 template <class Record>
 void fillDelivery(Record& record, const IndicationServiceRow& row) {
     record.FilterCreationEnabled = row.filterCreationEnabled != 0;
@@ -17,7 +17,7 @@ void fillDelivery(Record& record, const IndicationServiceRow& row) {
     record.SubscriptionRemovalTimeInterval = row.subscriptionRemovalTimeInterval;
 }
 
-// Appends a record for each row with `append`: 0 or -1.
+// Calls append(row) for each row. Returns 0, or -1 when that does or the rows cannot be read.
 template <class Append>
 int forEachService(Append append) {
     Rows<IndicationServiceRow> rows;

@@ -76,7 +76,7 @@ constexpr ph::ClassDefinition<Record> definition{
 
 // ---- Filling
 
-// Empty where the BMC does not tell.
+// A system info parameter; the text is empty where the BMC does not tell.
 struct InfoText {
     InfoText(ph::IpmiSession& session, std::uint8_t parameter) {
         if (CIM_GetSystemInfo(session.get(), parameter, text, ph::hookTimeout) != 0)
@@ -104,7 +104,7 @@ void fillNames(ph::IpmiSession& session, Record& record) {
     ph::copyText(record.OtherTypeDescription, record.ElementName);
 }
 
-// ACPI states of the system as IPMI numbers them.
+// Returns whether an ACPI state, as IPMI numbers them, is one of sleep.
 bool isAsleep(std::uint8_t acpiState) {
     constexpr std::uint8_t s1 = 1, s3 = 3, sleeping = 8, g1 = 9;
     return (acpiState >= s1 && acpiState <= s3) || acpiState == sleeping || acpiState == g1;

@@ -10,7 +10,7 @@ constexpr std::uint8_t osBoot = 0x1F, osStop = 0x20, acpiPowerState = 0x22;
 constexpr std::uint8_t sensorSpecific = 0x6F;
 constexpr std::uint8_t lastAcpiState = 9; // of those that sensor and command number alike
 
-// States that are no good, or pass.
+// The states that mean trouble, or that something is going on.
 struct Meaning {
     std::uint8_t sensorType;
     unsigned offset;
@@ -35,7 +35,7 @@ bool isWatching(const CompactSdr& sdr) {
            sdr.eventReadingType == sensorSpecific && sdr.ownerId == bmc && sdr.ownerLun == 0;
 }
 
-// Its state bits; none for a sensor that has no reading.
+// Returns a sensor's state bits; 0 for one that has no reading.
 unsigned readStates(IpmiSession& session, std::uint8_t sensorNumber) {
     constexpr std::uint8_t unavailable = 0x20, scanning = 0x40;
     CIM_SensorReading reading{};

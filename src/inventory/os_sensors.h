@@ -8,14 +8,14 @@
 
 namespace ph {
 
-// What they tell; without any, that all is well.
+// What the sensors tell. Without any of them all is taken to be well.
 struct OsCondition {
     std::uint16_t operationalStatus = OperationalStatus::OK;
     std::uint16_t healthState = HealthState::OK;
     bool isShuttingDown = false;
     std::uint8_t acpiState = CIM_ACPI_UNKNOWN; // as Get ACPI Power State has it
 
-    // false when the rows of the sensors cannot be read; a sensor that cannot be tells nothing.
+    // Returns false when the rows of the sensors cannot be read. A sensor without a reading tells nothing.
     bool read(IpmiSession& session);
 };
 

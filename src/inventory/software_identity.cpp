@@ -43,8 +43,8 @@ Record* append(ph::RecordArray<Record>& identities, const char* name) {
     return identity;
 }
 
-// The host's first: a BMC that falls silent at it does not tell its own either, and is not taken for one that
-// has none of the host.
+// The host's version is asked for first: a BMC that falls silent then fails the second question too, and is
+// not taken for one that does not know the host's version.
 int enumerate(ph::RecordArray<Record>& identities, ph::Detail /*detail*/) {
     ph::IpmiSession session;
     char version[CIM_SYSTEM_INFO_SIZE] = "";

@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::size_t mostNumbers = 4;
 
-// The next word, which is taken off; empty at the end.
+// Takes the next word off; it is empty at the end.
 std::string_view takeWord(std::string_view& text) {
     constexpr std::string_view separators = " \t,;:()[]_-/";
     const auto begin = text.find_first_not_of(separators);
@@ -24,7 +24,7 @@ std::optional<std::uint16_t> number(std::string_view text) {
     return error == std::errc{} && end == text.data() + text.size() ? std::optional(value) : std::nullopt;
 }
 
-// Those between the dots; none when anything else is among them.
+// Returns the numbers between the dots; none when there is anything else among them.
 std::vector<std::uint16_t> numbersOf(std::string_view word) {
     if (word.starts_with('v') || word.starts_with('V'))
         word.remove_prefix(1);

@@ -13,7 +13,7 @@ struct Version {
     std::optional<std::uint16_t> build;
 };
 
-// The first word of two to four numbers with dots between them, such as "2.1.14", with or without a "v"
+// Reads the first word of two to four numbers with dots between them, such as "2.1.14", with or without a "v"
 // before it. The build is its fourth number, or that behind the word "build". A number of more than 16 bits
 // is not read.
 Version readVersion(std::string_view text);

@@ -13,7 +13,7 @@ namespace chrono = std::chrono;
 
 constexpr int secondsPerDay = 24 * 60 * 60;
 
-// Takes a number of so many digits off the text; -1 when they are none.
+// Takes a number of so many digits off the text. Returns -1 when they are none.
 int take(std::string_view& text, std::size_t digits) {
     const std::string_view part = text.substr(0, digits);
     int number = -1;
@@ -23,7 +23,7 @@ int take(std::string_view& text, std::size_t digits) {
     return isNumber ? number : -1;
 }
 
-// Takes one of these characters off; NUL when it is none of them.
+// Takes a character off. Returns it, or NUL when it is none of these.
 char takeOneOf(std::string_view& text, std::string_view characters) {
     const char first = text.empty() ? '\0' : text.front();
     text.remove_prefix(text.empty() ? 0 : 1);

@@ -15,12 +15,12 @@ struct ClockTime {
     std::int64_t utcSeconds() const { return seconds - std::int64_t{60} * offset; }
 };
 
-// Of "yyyymmddHHMMSS.mmmmmm+ooo"; its fraction of a second is left behind. None for an interval, for fields
-// that are not significant ("*"), and for what no clock shows.
+// Reads "yyyymmddHHMMSS.mmmmmm+ooo" without its fraction of a second. Returns nothing for an interval, for
+// fields that are not significant ("*"), and for what no clock shows.
 std::optional<ClockTime> parseClockTime(const char* text);
 
 inline constexpr std::size_t clockTextSize = 96; // bytes that there must be for such a text
-// Writes it; one whose offset has no room there in UTC.
+// Writes such a text. A time whose offset has more than three digits is written in UTC.
 void writeClockTime(ClockTime time, char* text);
 
 } // namespace ph

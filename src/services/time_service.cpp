@@ -91,7 +91,7 @@ ph::MethodAnswer readClock(ph::MethodCall& call) {
     return returnTime(call.request, text) ? ph::MethodAnswer(ph::methodDone) : call.refuse(notTold);
 }
 
-// None where TimeData is no point in time.
+// Returns nothing where TimeData is no point in time.
 std::optional<ph::ClockTime> givenTime(const CMPIArgs* in) {
     const auto time = ph::argument(in, timeParameter);
     if (!time || time->type != CMPI_dateTime || time->value.dateTime == nullptr)
@@ -106,7 +106,7 @@ bool setSeconds(ph::IpmiSession& session, std::int64_t seconds) {
            CIM_SetSELTime(session.get(), static_cast<std::uint32_t>(seconds), ph::hookTimeout) == 0;
 }
 
-// The offset first: a clock that it does not suit is never seen, and an offset can be put back.
+// Sets the offset first, because an offset can be put back, but a clock that has moved on cannot.
 bool setClock(ph::IpmiSession& session, ph::ClockTime time) {
     std::int16_t former = CIM_SEL_UTC_OFFSET_NONE;
     if (CIM_GetSELTimeUTCOffset(session.get(), &former, ph::hookTimeout) != 0)

@@ -13,14 +13,14 @@ constexpr const char* hostClass = "CIM_HostComputerSystem";
 constexpr const char* association = "CIM_AssociatedPowerManagementService";
 constexpr const char* property = "PowerState";
 
-// The state in the words of DMTF's value map; the number for one that it does not have.
+// Returns the state in the words of DMTF's value map, or as a number where that has no words.
 std::string meaningOf(const std::string& state) {
     const auto& values = schema::find(association)->property(property)->values;
     const auto known = std::ranges::find(values, state, &schema::Value::value);
     return known != values.end() ? std::string(known->meaning) : state;
 }
 
-// Beside what was asked for: a failure of its own is not the request's.
+// Asks beside what the user asked for: a failure here does not fail the command.
 broker::Reply ask(Requester& requester, const broker::ObjectPath& host) {
     try {
         return requester.execute({.operation = broker::Request::Operation::References,

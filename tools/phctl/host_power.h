@@ -5,8 +5,8 @@
 
 namespace phctl {
 
-// Prints a line for each of the instances that is the host: "Power: On". None where nobody knows, and for an
-// answer that leaves properties out.
+// Prints "Power: On" for each of the instances that is the host. It prints nothing where the BMC does not
+// tell, and where the user asked for some properties only.
 void printHostPower(Requester& requester, const std::vector<broker::Instance>& instances,
                     const broker::PropertyList& wanted);
 

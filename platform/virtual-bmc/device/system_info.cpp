@@ -38,13 +38,13 @@ bool hasAny(const SystemInfo& info) {
     return std::ranges::any_of(parameters, [&](const Parameter& each) { return !(info.*each.text).empty(); });
 }
 
-// What the parameter reads as now.
+// Returns what the parameter reads as now.
 std::string current(const State& state, const Parameter& parameter) {
     const bool isThere = !parameter.needsRunningHost || state.get<Chassis>().isOnNow();
     return isThere ? state.get<SystemInfo>().*parameter.text : std::string();
 }
 
-// Where a block's part of the text begins.
+// Returns where a block's part of the text begins.
 std::size_t offsetOf(std::size_t block) {
     return block == 0 ? 0 : block * blockSize - headSize;
 }

@@ -12,7 +12,7 @@ struct SystemInfo {
     std::string firmwareVersion;
     std::string systemName;
     std::string primaryOsName;
-    // Of the operating system, which sets them when it starts: they are empty while the host is off.
+    // The operating system sets these when it starts; they read empty while the host is off.
     std::string osName;
     std::string osVersion;
 

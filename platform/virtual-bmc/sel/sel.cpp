@@ -223,7 +223,7 @@ std::uint8_t getSelPolicy(State& state, ipmi::Reader, ipmi::Writer& answer) {
     return ipmi::completion::success;
 }
 
-// By the log's own clock.
+// Writes a time as the log's own clock shows it.
 std::string timeText(std::uint32_t seconds) {
     const std::time_t time = seconds;
     std::tm parts{};

@@ -182,7 +182,7 @@ namespace engine {
 int enumerateAll(const ClassFamily& family, void** records, int* count, int namesOnly);
 int get(const ClassFamily& family, void** record, CMPIString** keyValues);
 void clean(const ClassFamily& family, void** records, int count);
-// Whether the class has the instance that these keys name, out of its names alone.
+// Returns whether the class has the instance that these keys name. Only names are enumerated.
 bool hasInstance(const ClassFamily& family, CMPIString** keyValues);
 CMPIObjectPath* makePath(const ClassFamily& family, const CMPIBroker* broker, const CMPIObjectPath* ref,
                          const void* record, CMPIStatus* status);
