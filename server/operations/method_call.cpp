@@ -15,8 +15,8 @@ using cimxml::ErrorCode;
 
 // What IPMI lets operators do (IPMI 2.0, appendix G): chassis control, and the event log. All else that a
 // method does is for administrators.
-constexpr const char* operatorsClasses[] = {"CIM_HostComputerSystem", "CIM_PowerManagementService",
-                                            "CIM_RecordLog"};
+constexpr const char* operatorsClasses[] = {"CIM_HostComputerSystem", "CIM_OperatingSystem",
+                                            "CIM_PowerManagementService", "CIM_RecordLog", "CIM_TimeService"};
 
 Access accessNeeded(const std::string& className) {
     return std::any_of(std::begin(operatorsClasses), std::end(operatorsClasses),
