@@ -34,7 +34,6 @@ esac)sh");
 
     // "2" on, "8" off.
     std::string powerState() {
-        const auto rp = broker.references(only("CIM_HostComputerSystem").path, {.resultClass = "CIM_AssociatedPowerManagementService"}); if (rp.instances.empty()) return rp.message + " none";
         return textOf(broker
                           .references(only("CIM_HostComputerSystem").path,
                                       {.resultClass = "CIM_AssociatedPowerManagementService"})

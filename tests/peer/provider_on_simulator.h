@@ -14,6 +14,8 @@ protected:
     explicit ProviderOnSimulator(const std::string& moreCommands = {})
         : bmc(ph_test::thresholdSensors(1), sysroot.place("/chassis").string(), moreCommands) {
         storeSession(bmc.settings());
+        // Associations look the library up there.
+        std::filesystem::create_symlink(PH_LIBRARY, sysroot.place("/usr/local/lib/libProviderHelper.so"));
         write("/conf/system_names.ini", "[names]\nsp = sim\n");
         broker.loadProvider(PROVIDERS, "ProviderHelperProviders");
     }

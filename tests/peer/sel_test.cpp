@@ -83,9 +83,9 @@ TEST_F(PeerSel, theTimeServiceSetsTheClockThatIpmitoolReads) {
         {"ManagedElement", reference(path("CIM_SPComputerSystem", {{"Name", text("sim")}}))}};
     broker::Reply reply = broker.invokeMethod(service, "ManageTime", arguments);
     ASSERT_TRUE(reply.ok()) << reply.message;
-    EXPECT_THAT(ipmitool("sel time get"), testing::AnyOf(testing::HasSubstr("01/02/2030 03:04:"),
-                                                         testing::HasSubstr("01/02/30 03:04:")));
-    ipmitool("sel time set '05/04/2024 12:30:00'");
+    // ipmitool writes and reads times in the form of the locale, which is C.
+    EXPECT_THAT(ipmitool("sel time get"), testing::HasSubstr("01/02/30 03:04:"));
+    ipmitool("sel time set '05/04/24 12:30:00'");
     arguments[0].value = {CMPI_boolean, true};
     reply = broker.invokeMethod(service, "ManageTime", arguments);
     ASSERT_TRUE(reply.ok()) << reply.message;
