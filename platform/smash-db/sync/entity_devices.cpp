@@ -1,5 +1,7 @@
 #include "smash-db/sync/entity_devices.h"
 
+#include "smash-db/sync/presence_sensors.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -9,10 +11,8 @@ namespace {
 // IPMI 2.0 tables 42-1, 42-3, 43-13 and 43-15.
 constexpr std::uint8_t fanSensor = 0x04;
 constexpr std::uint8_t powerSupplySensor = 0x08;
-constexpr std::uint8_t entityPresenceSensor = 0x25;
 constexpr std::uint8_t presenceType = 0x08;
 constexpr std::uint8_t redundancyType = 0x0B;
-constexpr std::uint8_t sensorSpecific = 0x6F;
 constexpr std::uint16_t unspecifiedUnit = 0;
 
 // An entity is a device when it has a sensor of the type.
@@ -25,19 +25,6 @@ constexpr DeviceKind deviceKinds[] = {
     {29, fanSensor}, // fan
     {30, fanSensor}, // cooling unit
     {powerSupply, powerSupplySensor},
-};
-
-// A rule names sensors that tell whether their entity is installed; the most explicit ones come first.
-struct PresenceRule {
-    std::uint8_t sensorType; // 0: any
-    std::uint8_t eventReadingType;
-    std::uint8_t presentStates; // bits
-    std::uint8_t absentStates;
-};
-constexpr PresenceRule presenceRules[] = {
-    {entityPresenceSensor, sensorSpecific, 0x05, 0x02}, // present, disabled; absent
-    {0, presenceType, 0x02, 0x01},                      // inserted; removed
-    {powerSupplySensor, sensorSpecific, 0x01, 0x00},    // presence detected
 };
 
 // Bit 7 of a sensor's entity instance says that its entity is no physical one, but a container of such.
@@ -84,14 +71,12 @@ void findTachometer(EntityDeviceRow& fan, const SdrMapping& sensors) {
 void findPresence(EntityDeviceRow& device, const SdrMapping& sensors) {
     for (const PresenceRule& rule : presenceRules)
         for (const CompactSdr& sensor : sensors.sensors) {
-            const auto present = static_cast<std::uint8_t>(rule.presentStates & sensor.supportedStates);
-            const auto absent = static_cast<std::uint8_t>(rule.absentStates & sensor.supportedStates);
-            if (!isOf(sensor, device) || sensor.eventReadingType != rule.eventReadingType ||
-                (rule.sensorType != 0 && sensor.ipmiSensorType != rule.sensorType) || (present | absent) == 0)
+            const auto states = presenceStates(rule, sensor);
+            if (!states || !isOf(sensor, device))
                 continue;
             device.presenceSensor = sensor.sensorNumber;
-            device.presentStates = present;
-            device.absentStates = absent;
+            device.presentStates = states->present;
+            device.absentStates = states->absent;
             return;
         }
 }
