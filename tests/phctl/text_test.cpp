@@ -111,6 +111,7 @@ TEST(Arguments, arraysAreListsOrRepeated) {
     EXPECT_EQ(broker::toText(parse(CMPI_stringA, {"a\\,b,c\\\\,d\\e"})), R"({"a,b", "c\", "d\e"})");
     EXPECT_EQ(broker::toText(parse(CMPI_stringA, {""})), "{}");
     EXPECT_EQ(broker::toText(parse(CMPI_refA, {"CIM_X.A=1,B=2"})), "{root/cimv2:CIM_X.A=1,B=2}");
+    EXPECT_EQ(broker::toText(parse(CMPI_refA, {""})), "{}");
     EXPECT_THROW(parse(CMPI_uint16A, {"1,,2"}), UsageError);
 }
 

@@ -177,11 +177,14 @@ Value parseValue(const std::string& name, CMPIType type, const std::vector<std::
             throw UsageError(name + " is no array, and was given " + std::to_string(texts.size()) + " times");
         return parseScalar(name, elementType, texts.front(), nameSpace);
     }
-    // Commas are part of an object path.
     Value::Array elements;
-    for (const std::string& text : texts)
+    for (const std::string& text : texts) {
+        if (text.empty()) // an array without elements
+            continue;
+        // Commas are part of an object path.
         for (const std::string& element : elementType == CMPI_ref ? std::vector{text} : splitList(text))
             elements.push_back(parseScalar(name, elementType, element, nameSpace));
+    }
     return {type, std::move(elements)};
 }
 
