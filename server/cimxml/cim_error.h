@@ -29,7 +29,7 @@ enum class ErrorCode : unsigned {
     LastCode = 28
 };
 
-// The operation is answered with an ERROR element.
+// Thrown to answer the operation with an ERROR element.
 class CimError : public std::runtime_error {
 public:
     CimError(ErrorCode errorCode, const std::string& description)
@@ -37,7 +37,7 @@ public:
     ErrorCode code;
 };
 
-// The request is answered with an HTTP status and a CIMError header (DSP0200, 7.3).
+// Thrown to answer the request with an HTTP status and a CIMError header (DSP0200, 7.3).
 class BadRequest : public std::runtime_error {
 public:
     BadRequest(int httpStatus, const char* cimError, const std::string& description)

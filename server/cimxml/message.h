@@ -38,7 +38,7 @@ struct ExtrinsicCall {
 // Values without a TYPE are strings, and numbers of the widest type.
 struct Call {
     std::string name;
-    // An error of its own: the other calls of the message are not concerned.
+    // The call's own error, which does not concern the other calls of the message.
     std::variant<IntrinsicCall, ExtrinsicCall, CimError> content;
     bool isExtrinsic = false;
 };

@@ -22,7 +22,7 @@ pugi::xml_node require(pugi::xml_node parent, const char* name) {
     return child;
 }
 
-// Of versions 2.x and 1.x every one is understood.
+// Every version 2.x and 1.x is understood.
 void checkVersion(pugi::xml_node element, const char* name, std::string_view major, const char* error) {
     const std::string_view version = element.attribute(name).value();
     if (version.empty())
@@ -101,7 +101,7 @@ Call readCall(pugi::xml_node request) {
 } // namespace
 
 Message readMessage(std::string_view text) {
-    // A byte order mark, or bytes that XML cannot carry: nothing that another reader would read differently.
+    // Refuses a byte order mark, and bytes that XML cannot carry: another reader might read them differently.
     if (text.starts_with("\xEF\xBB\xBF"))
         text.remove_prefix(3);
     if (interop::xmlText(text) != text)

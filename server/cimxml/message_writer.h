@@ -16,11 +16,11 @@ using Body = std::function<void(XmlWriter&)>;
 struct Response {
     std::string name; // of the operation or the method
     bool isExtrinsic = false;
-    // What IMETHODRESPONSE or METHODRESPONSE holds, or why there is nothing.
+    // Writes what IMETHODRESPONSE or METHODRESPONSE holds, or why there is nothing.
     std::variant<Body, CimError> content;
 };
 
-// Asked for one response after the other, so that only one is held at a time.
+// It is asked for one response after the other, so that only one is held at a time.
 using NextResponse = std::function<Response(const Call& call)>;
 
 void writeMessage(XmlWriter& xml, const Message& message, const NextResponse& next);

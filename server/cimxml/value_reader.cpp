@@ -104,7 +104,7 @@ void readNameSpacePath(pugi::xml_node element, broker::ObjectPath& path) {
     path.nameSpace = readNameSpace(element.child("LOCALNAMESPACEPATH"));
 }
 
-// The elements of an array, each of the type or null.
+// Reads the elements of an array, each of the type or null.
 template <class Read>
 Value readArray(pugi::xml_node array, CMPIType type, Read read) {
     Value::Array elements;

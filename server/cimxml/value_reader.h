@@ -10,27 +10,27 @@
 
 namespace cimxml {
 
-// How deep elements may be in each other, those of embedded instances counted from their instance.
+// Limits how deep elements may be in each other; those of embedded instances count from their instance.
 constexpr int deepest = 64;
 
-// Parses a text into the document. DOCTYPE is refused: nothing declares entities. Throws BadRequest.
+// Parses a text into the document. DOCTYPE is refused, so that nothing declares entities. Throws BadRequest.
 void parseDocument(pugi::xml_document& document, std::string_view text);
 
 // All below throw CimError for what does not fit.
 
 std::string elementText(pugi::xml_node element);
-// A mandatory attribute.
+// Returns a mandatory attribute.
 std::string attribute(pugi::xml_node element, const char* name);
-// "root/cimv2" of a LOCALNAMESPACEPATH.
+// Returns "root/cimv2" of a LOCALNAMESPACEPATH.
 std::string readNameSpace(pugi::xml_node localNameSpacePath);
-// INSTANCENAME, LOCALINSTANCEPATH, INSTANCEPATH, and with a class's name alone CLASSNAME, LOCALCLASSPATH and
-// CLASSPATH.
+// Reads INSTANCENAME, LOCALINSTANCEPATH, INSTANCEPATH, and with a class's name alone CLASSNAME,
+// LOCALCLASSPATH and CLASSPATH.
 broker::ObjectPath readPath(pugi::xml_node element);
 bool isPath(pugi::xml_node element);
 broker::Instance readInstance(pugi::xml_node instance);
-// The instance that the text of a string value is.
+// Reads the instance that a string value holds as text.
 broker::Instance readEmbeddedInstance(const std::string& text);
-// What a PARAMVALUE or a PROPERTY… element holds. Without a type it is what the value looks like.
+// Reads what a PARAMVALUE or a PROPERTY… element holds. Without a type it is what the value looks like.
 broker::Value readValue(pugi::xml_node holder, const char* typeAttribute);
 
 } // namespace cimxml

@@ -38,7 +38,7 @@ struct Magnitude {
     std::uint64_t size = 0;
 };
 
-// [+-]decimal, 0xhexadecimal or binaryB.
+// Reads an integer: [+-]decimal, 0xhexadecimal or binaryB.
 std::optional<Magnitude> integer(std::string_view text) {
     Magnitude result;
     text = trimmed(text);
@@ -115,7 +115,7 @@ std::optional<broker::Value> parseBoolean(std::string_view text) {
     return std::nullopt;
 }
 
-// One character of the basic plane.
+// Reads one character of the basic plane.
 std::optional<broker::Value> parseCharacter(const std::string& text) {
     for (const std::uint32_t size : {1, 2, 3}) {
         if (text.size() != size)

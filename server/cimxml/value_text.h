@@ -9,21 +9,23 @@
 
 namespace cimxml {
 
-// "uint16", "reference", …; nothing for what is no type of CIM. "instance" is none.
+// Returns the type named "uint16", "reference" and so on; nothing for what is no type of CIM. "instance" is
+// none.
 std::optional<CMPIType> typeNamed(std::string_view name);
-// The TYPE attribute: an embedded instance is a string, and an array is of its elements' type.
+// Returns the TYPE attribute: an embedded instance is a string, and an array has the type of its elements.
 std::string typeAttribute(CMPIType type);
 
 bool isReference(CMPIType type);
 bool isEmbedded(CMPIType type);
 bool isNumber(CMPIType type);
 
-// A single value of a type, neither a reference nor an embedded instance; nothing where the text is none.
+// Reads a single value of a type, neither a reference nor an embedded instance; nothing where the text is
+// none.
 std::optional<broker::Value> parseValue(CMPIType type, const std::string& text);
-// A number of whatever type holds it.
+// Reads a number, of whatever type holds it.
 std::optional<broker::Value> parseNumber(const std::string& text);
 
-// The text of such a value that is not null.
+// Returns the text of such a value that is not null.
 std::string valueText(const broker::Value& value);
 
 } // namespace cimxml

@@ -10,16 +10,16 @@ namespace cimxml {
 
 void writeNameSpacePath(XmlWriter& xml, const std::string& nameSpace); // LOCALNAMESPACEPATH
 void writeInstanceName(XmlWriter& xml, const broker::ObjectPath& path);
-// INSTANCEPATH; CLASSPATH for a path of a class.
+// Writes INSTANCEPATH; CLASSPATH for a path of a class.
 void writeFullPath(XmlWriter& xml, const broker::ObjectPath& path);
-// As much of it as the path has: INSTANCEPATH, LOCALINSTANCEPATH or INSTANCENAME.
+// Writes as much as the path has: INSTANCEPATH, LOCALINSTANCEPATH or INSTANCENAME.
 void writePath(XmlWriter& xml, const broker::ObjectPath& path);
 
 // The class that introduced a property; empty: none is written.
 using OriginOf = std::function<std::string(const std::string& property)>;
 void writeInstance(XmlWriter& xml, const broker::Instance& instance, const OriginOf& originOf = {});
 
-// VALUE, VALUE.ARRAY, VALUE.REFERENCE or VALUE.REFARRAY; nothing for null.
+// Writes VALUE, VALUE.ARRAY, VALUE.REFERENCE or VALUE.REFARRAY; nothing for null.
 void writeValue(XmlWriter& xml, const broker::Value& value);
 void writeReturnValue(XmlWriter& xml, const broker::Value& value);
 void writeParameter(XmlWriter& xml, const std::string& name, const broker::Value& value);

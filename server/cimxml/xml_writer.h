@@ -19,8 +19,8 @@ public:
 
     explicit XmlWriter(Sink sink) : sink_(std::move(sink)) {}
 
-    // An element with what `body` writes in it. It has an end tag even if that is nothing: parsers of some
-    // clients know the short form of few elements.
+    // Writes an element with what `body` writes in it. It has an end tag even if that is nothing: parsers of
+    // some clients know the short form of few elements.
     template <class Body>
     void element(const char* name, std::initializer_list<Attribute> attributes, Body body) {
         begin(name, attributes);

@@ -10,7 +10,7 @@ namespace server {
 class Authentication {
 public:
     virtual ~Authentication() = default;
-    // Access::None where the password does not fit. From several threads at once.
+    // Returns Access::None where the password does not fit. Several threads may call it at once.
     virtual Access check(const std::string& user, const std::string& password) = 0;
 };
 

@@ -35,11 +35,11 @@ public:
 protected:
     using Deadline = std::chrono::steady_clock::time_point;
 
-    // At most `size` bytes at once: their number, 0 at the end, -1 with errno, which is EAGAIN where `events`
-    // have to be awaited.
+    // Transfer at most `size` bytes at once. They return their number, 0 at the end, or -1 with errno, which
+    // is EAGAIN where `events` have to be awaited.
     virtual ssize_t receive(char* data, std::size_t size, short& events);
     virtual ssize_t send(const char* data, std::size_t size, short& events);
-    // Whether one of the events came.
+    // Tells whether one of the events came.
     bool wait(short events, Deadline deadline) const;
     Deadline within(std::chrono::milliseconds time) const { return std::chrono::steady_clock::now() + time; }
 

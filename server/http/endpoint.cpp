@@ -20,7 +20,7 @@ struct Credentials {
     ~Credentials() { explicit_bzero(password.data(), password.size()); }
 };
 
-// Of an Authorization header; false for another scheme, or what is none.
+// Reads an Authorization header; false for another scheme, or for what is none.
 bool readCredentials(const std::string& header, Credentials& credentials) {
     constexpr std::string_view scheme = "Basic ";
     if (!broker::sameName(header.substr(0, scheme.size()), scheme))
@@ -57,7 +57,7 @@ bool isLoopback(const std::string& host) {
     return false;
 }
 
-// The names of a message's calls, as far as a line has place.
+// Returns the names of a message's calls, as far as a line has place.
 std::string describe(const cimxml::Message& message) {
     std::string text;
     for (const cimxml::Call& call : message.calls) {
@@ -75,7 +75,7 @@ void refuse(httplib::Response& response, int status, const char* cimError, const
     response.set_content(text + "\n", "text/plain; charset=utf-8");
 }
 
-// Headers that a page in somebody's browser cannot send, and that have to agree with the message.
+// Checks headers that a page in somebody's browser cannot send, and that have to agree with the message.
 void checkHeaders(const httplib::Request& request, const cimxml::Message* message) {
     const auto mismatch = [](const std::string& text) { throw BadRequest(400, "header-mismatch", text); };
     if (message == nullptr) {

@@ -21,11 +21,11 @@ public:
 
     void answer(const httplib::Request& request, httplib::Response& response,
                 const httplib::ContentReader& content);
-    // Of the request that this thread answers.
+    // The entry of the request that this thread answers.
     static RequestNotes& notes();
 
 private:
-    // False, with the response made, for who may not ask.
+    // Returns false, with the response made, for a client that may not ask.
     bool identify(const httplib::Request& request, httplib::Response& response, Caller& caller) const;
 
     Service& service_;

@@ -17,7 +17,7 @@
 namespace server {
 namespace {
 
-// A request's head: what comes with a body of the largest size.
+// The size of a request's head, which comes with a body of the largest size.
 constexpr std::size_t headSize = 64 * 1024;
 constexpr std::size_t requestsOfConnection = 10'000;
 
@@ -25,7 +25,7 @@ constexpr std::string_view busy =
     "HTTP/1.1 503 Service Unavailable\r\nRetry-After: 5\r\nContent-Length: 0\r\n"
     "Connection: close\r\n\r\n";
 
-// What a log line may not have: a client's text that makes lines of its own.
+// A client's text must not make lines of its own in the log.
 std::string printable(std::string text) {
     for (char& c : text)
         if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F)
@@ -84,7 +84,8 @@ public:
         Post("/cimom/?",
              [this](const httplib::Request& request, httplib::Response& response,
                     const httplib::ContentReader& content) { endpoint_.answer(request, response, content); });
-        // What went wrong, as with a BMC that is asked for its users, is not for who has not logged in.
+        // A client that has not logged in is not told what went wrong, as with a BMC that is asked for its
+        // users.
         set_exception_handler(
             [this](const httplib::Request&, httplib::Response& response, const std::exception_ptr& problem) {
                 response.status = 500;
@@ -94,7 +95,7 @@ public:
         set_keep_alive_max_count(requestsOfConnection);
         set_logger([this](const httplib::Request& request, const httplib::Response& response) {
             log(request, response);
-            // What follows a request that was not understood, or not read to its end, is not one.
+            // What follows a request that was not understood, or not read to its end, is no request.
             constexpr int unread[] = {400, 413, 414};
             if (current != nullptr &&
                 std::find(std::begin(unread), std::end(unread), response.status) != std::end(unread))
@@ -126,7 +127,7 @@ public:
     }
 
 private:
-    // In place of the library's own, which has no deadline for a request.
+    // This replaces the library's own, which has no deadline for a request.
     bool process_and_close_socket(int socket) override {
         try {
             serve(socket);

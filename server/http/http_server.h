@@ -26,7 +26,7 @@ struct HttpOptions {
 
 class HttpServer {
 public:
-    // Listens at once. Throws std::runtime_error.
+    // The constructor listens at once. It throws std::runtime_error.
     HttpServer(Service& service, HttpOptions options);
     ~HttpServer();
     HttpServer(const HttpServer&) = delete;
@@ -35,7 +35,7 @@ public:
     int port() const;
     // Answers until it is stopped.
     void run();
-    // Takes no more requests, and lets those end that are under way. From any thread.
+    // Takes no more requests, and lets those end that are under way. Any thread may call it.
     void stop();
 
 private:

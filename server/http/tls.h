@@ -12,7 +12,7 @@ namespace server {
 // A certificate with its key.
 class TlsContext {
 public:
-    // Of PEM files. Throws std::runtime_error.
+    // Reads PEM files. Throws std::runtime_error.
     TlsContext(const std::string& certificateFile, const std::string& keyFile);
 
     // Makes the socket a connection; nullptr when the client does not agree on a session.

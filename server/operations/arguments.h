@@ -22,7 +22,7 @@ struct ArgumentRow {
 
 class Arguments {
 public:
-    // Throws CimError for parameters that are unknown, given twice, missing or of another kind.
+    // Throw CimError for parameters that are unknown, given twice, missing or of another kind.
     Arguments(const std::vector<cimxml::Parameter>& given, std::span<const ArgumentRow> declared);
 
     bool flag(std::string_view name, bool otherwise) const;

@@ -35,7 +35,7 @@ constexpr OwnRow ownClasses[] = {{"CIM_Namespace", interopNameSpace},
                                  {"CIM_IndicationFilter", interopNameSpace},
                                  {"CIM_ListenerDestinationCIMXML", interopNameSpace}};
 
-// With instances there, or embedded ones.
+// These classes have instances there, or embedded ones.
 std::vector<const schema::Class*> servedIn(std::string_view nameSpace) {
     std::vector<const schema::Class*> classes;
     for (const schema::Class& each : schema::servedClasses())

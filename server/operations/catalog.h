@@ -14,17 +14,17 @@ inline constexpr const char* elementNameSpace = "root/cimv2";
 inline constexpr const char* interopNameSpace = PH_INTEROP_NAMESPACE;
 
 std::vector<std::string> nameSpaces();
-// In its usual spelling. Throws CimError.
+// Returns the namespace in its usual spelling. Throws CimError.
 std::string requireNameSpace(std::string_view nameSpace);
 
-// The classes of a namespace: those that are served there, and what they derive from, without order.
+// Returns the classes of a namespace: those that are served there, and what they derive from, without order.
 const std::set<const schema::Class*>& classesIn(std::string_view nameSpace);
-// nullptr where the schema does not know it: another provider module may serve it. Throws CimError for a
-// class that is known and not in the namespace.
+// Returns nullptr where the schema does not know it: another provider module may serve it. Throws CimError
+// for a class that is known and not in the namespace.
 const schema::Class* findClass(std::string_view className, std::string_view nameSpace);
-// Throws for one that is not known, too.
+// Does the same, but throws for a class that is not known, too.
 const schema::Class& requireClass(std::string_view className, std::string_view nameSpace);
-// The class itself and those that derive from it, as far as they have instances there.
+// Returns the class itself and those that derive from it, as far as they have instances there.
 std::vector<const schema::Class*> instantiated(const schema::Class& found, std::string_view nameSpace);
 
 } // namespace server

@@ -72,8 +72,8 @@ cimxml::Body createInstance(const Operation& operation) {
     return returnItems(std::move(reply.paths), cimxml::writeInstanceName);
 }
 
-// What a client changes that sends back the whole instance that it got: properties with other values than
-// those of now. Keys are part of the path.
+// Finds what a client changes that sends back the whole instance that it got: properties whose values differ
+// from the present ones. Keys are part of the path.
 void keepChanges(const Operation& operation, const schema::Class& found, broker::Instance& instance) {
     const broker::Reply now = operation.objects.execute(
         {.operation = Request::Operation::GetInstance, .path = instance.path}, operation.caller);

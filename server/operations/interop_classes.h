@@ -15,9 +15,10 @@ public:
 protected:
     ReadOnlyClass(broker::Broker& broker, const char* className) : OwnClass(className), broker_(broker) {}
     virtual std::vector<broker::Instance> instances() const = 0;
-    // A new one, with the class's keys and what else is given. Other properties are null.
+    // Makes an instance with the class's keys and what else is given. Other properties are null.
     broker::Instance make(const broker::NamedValues& properties) const;
-    // CIM_SPComputerSystem's, which the server is on; the machine's where the BMC does not answer.
+    // Returns the name of CIM_SPComputerSystem, which the server runs on; that of the machine where the BMC
+    // does not answer.
     std::string systemName() const;
 
 private:

@@ -15,7 +15,7 @@ class OwnClass {
 public:
     explicit OwnClass(const char* className) : className_(className) {}
     virtual ~OwnClass() = default;
-    // Requests on the class and its instances, but for their associations.
+    // Answers requests on the class and its instances, but not on their associations.
     bool answers(const broker::Request& request) const;
     // Throws CimError.
     virtual broker::Reply execute(const broker::Request& request, const Caller& caller) = 0;

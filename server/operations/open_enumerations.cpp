@@ -12,7 +12,7 @@ namespace {
 using cimxml::CimError;
 using cimxml::ErrorCode;
 
-// Nobody guesses the enumeration of another client.
+// Nobody must be able to guess the enumeration of another client.
 std::string newContext() {
     std::random_device random;
     std::string context;

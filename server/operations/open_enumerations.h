@@ -25,9 +25,9 @@ struct Piece {
 class OpenEnumerations {
 public:
     using Clock = std::chrono::steady_clock;
-    // How long an enumeration stays open that nobody pulls from.
+    // The time that an enumeration stays open when nobody pulls from it.
     static constexpr std::chrono::seconds usualTimeout{60}, longestTimeout{600};
-    // Pieces are limited too: an enumeration that is pulled from makes its time-out anew.
+    // Pieces are limited too, because each pull begins the time-out anew.
     static constexpr std::size_t mostOpen = 64, largestPiece = 10'000;
 
     // All below throw CimError, as for a context that is not open in this namespace or is another user's.

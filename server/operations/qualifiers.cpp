@@ -180,7 +180,7 @@ void writeQualifiers(XmlWriter& xml, const schema::Method& method) {
 }
 
 void writeQualifiers(XmlWriter& xml, const schema::Parameter& parameter) {
-    // In is true where nothing is said.
+    // In is true unless it is declared otherwise.
     if (!parameter.isIn)
         write(xml, "In", {"FALSE"});
     writeFlag(xml, "Out", parameter.isOut);

@@ -47,7 +47,7 @@ void enumerate(const Operation& operation, Request::Operation kind, const broker
     }
 }
 
-// Without inherited properties of subclasses: those of the class that is enumerated alone.
+// The list has only properties of the class that is enumerated, not those that subclasses add.
 broker::PropertyList wantedProperties(const Operation& operation) {
     broker::PropertyList wanted = operation.arguments.texts("PropertyList");
     const schema::Class* found = schema::find(operation.arguments.className("ClassName"));

@@ -12,7 +12,7 @@ public:
     explicit Service(broker::Broker& broker) : objects_(broker) {}
     void add(std::unique_ptr<OwnClass> own) { objects_.add(std::move(own)); }
 
-    // From several threads at once.
+    // Several threads may call it at once.
     cimxml::Response answer(const cimxml::Call& call, const Caller& caller);
 
 private:

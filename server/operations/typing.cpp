@@ -54,7 +54,7 @@ Value toSingle(Value value, CMPIType type, const schema::Element& declared, cons
         refuse(declared);
     if (value.type == type)
         return value;
-    // A number is no text, where a client says of what type its value is.
+    // A number is not taken for a text where a client says of what type its value is.
     if (type == CMPI_string)
         refuse(declared);
     if (auto typed = cimxml::parseValue(type, cimxml::valueText(value)))

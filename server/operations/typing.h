@@ -14,13 +14,13 @@ namespace server {
 // All below throw CimError for what does not fit. A class that the schema does not know is left as it is:
 // another provider module may serve it.
 
-// The value in a declared type: what came without a type is a text.
+// Returns the value in a declared type; what came without a type is a text.
 broker::Value toType(broker::Value value, const schema::Element& declared, const std::string& nameSpace);
-// A path's class and keys; a namespace where it has none.
+// Types a path's class and keys, and adds a namespace where it has none.
 void complete(broker::ObjectPath& path, const std::string& nameSpace);
 // Properties that the class has not are refused.
 void complete(broker::Instance& instance, const std::string& nameSpace);
-// The arguments of a method.
+// Types the arguments of a method.
 void complete(broker::NamedValues& arguments, const schema::Method& method, const std::string& nameSpace);
 
 } // namespace server

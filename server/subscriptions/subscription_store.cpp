@@ -121,7 +121,7 @@ void SubscriptionStore::check(const Subscription& subscription) {
         refuse("Filter is no CIM_IndicationFilter");
     if (!broker::sameName(subscription.handler.className, "CIM_ListenerDestinationCIMXML"))
         refuse("Handler is no CIM_ListenerDestinationCIMXML");
-    // A line of the file, with a tab between.
+    // A line of the file has a tab between the paths.
     for (const auto& [path, name] :
          {std::pair{&subscription.filter, "Filter"}, {&subscription.handler, "Handler"}})
         if (broker::toText(*path).find_first_of("\t\n") != std::string::npos)

@@ -23,7 +23,7 @@ public:
     std::vector<Subscription> all();
     // Throws CimError for another kind of filter or destination, or one that is not there.
     static void check(const Subscription& subscription);
-    // One that was checked. False when there is one already.
+    // One that was checked. Returns false when there is one already.
     bool add(const Subscription& subscription);
     bool remove(const Subscription& subscription);
     // The URLs of the destinations whose filters select the CIM_AlertIndication.

@@ -1,4 +1,4 @@
-// Users of a file of passwords.
+// Users whose passwords are in a file.
 #pragma once
 
 #include "http/authentication.h"
