@@ -100,8 +100,7 @@ constexpr ph::ClassDefinition<Record> definition{
     .properties = properties,
     .enumerate = enumerate,
     .methods = methods,
-    .invocation = {.exists = ph::hasInstance<Record, PH_Get_BootConfigSetting, PH_Clean_BootConfigSetting>,
-                   .missing = ph::noSuchInstance}};
+    .invocation = {.isLookedUp = true, .missing = ph::noSuchInstance}};
 
 } // namespace
 

@@ -107,8 +107,7 @@ constexpr ph::ClassDefinition<Record> definition{
     .properties = properties,
     .enumerate = enumerate,
     .methods = methods,
-    .invocation = {.exists = ph::hasInstance<Record, PH_Get_BootService, PH_Clean_BootService>,
-                   .missing = ph::noSuchInstance}};
+    .invocation = {.isLookedUp = true, .missing = ph::noSuchInstance}};
 
 } // namespace
 

@@ -239,8 +239,7 @@ constexpr ph::ClassDefinition<Record> definition{
     .enumerate = enumerate,
     .modify = modify,
     .methods = methods,
-    .invocation = {.exists = ph::hasInstance<Record, PH_Get_Watchdog, PH_Clean_Watchdog>,
-                   .missing = ph::noSuchInstance}};
+    .invocation = {.isLookedUp = true, .missing = ph::noSuchInstance}};
 
 } // namespace
 

@@ -16,14 +16,9 @@ constexpr ph::inventory::PhysicalClass physicalClass{
     "CIM_Card",
     [](const PackageRow& row, SMASH_DB_HANDLE, Record& element) { return PH_Fill_Card(&row, &element); }};
 
-constexpr ph::ClassDefinition<Record> definition{
-    .name = physicalClass.name,
-    .superclass = "CIM_PhysicalPackage",
-    .source = "table package (FRU inventory, SDR types 10h, 11h and 12h)",
-    .keys = g_CardKeyList,
-    .properties = properties,
-    .enumerate = ph::inventory::enumerate<physicalClass>,
-    .get = ph::inventory::get<physicalClass>};
+constexpr auto definition = ph::inventory::define<physicalClass>(
+    "CIM_PhysicalPackage", "table package (FRU inventory, SDR types 10h, 11h and 12h)", g_CardKeyList,
+    properties);
 
 } // namespace
 

@@ -70,14 +70,9 @@ constexpr ph::inventory::PhysicalClass physicalClass{
     "CIM_Chassis",
     [](const PackageRow& row, SMASH_DB_HANDLE, Record& element) { return PH_Fill_Chassis(&row, &element); }};
 
-constexpr ph::ClassDefinition<Record> definition{
-    .name = physicalClass.name,
-    .superclass = "CIM_PhysicalFrame",
-    .source = "table package (FRU inventory, SDR types 10h, 11h and 12h)",
-    .keys = g_ChassisKeyList,
-    .properties = properties,
-    .enumerate = ph::inventory::enumerate<physicalClass>,
-    .get = ph::inventory::get<physicalClass>};
+constexpr auto definition = ph::inventory::define<physicalClass>(
+    "CIM_PhysicalFrame", "table package (FRU inventory, SDR types 10h, 11h and 12h)", g_ChassisKeyList,
+    properties);
 
 } // namespace
 

@@ -11,14 +11,9 @@ constexpr ph::inventory::PhysicalClass physicalClass{
     "CIM_Chip",
     [](const PackageRow& row, SMASH_DB_HANDLE, Record& element) { return PH_Fill_Chip(&row, &element); }};
 
-constexpr ph::ClassDefinition<Record> definition{
-    .name = physicalClass.name,
-    .superclass = "CIM_PhysicalComponent",
-    .source = "table package (FRU inventory, SDR types 10h, 11h and 12h)",
-    .keys = g_ChipKeyList,
-    .properties = ph::inventory::elementProperties,
-    .enumerate = ph::inventory::enumerate<physicalClass>,
-    .get = ph::inventory::get<physicalClass>};
+constexpr auto definition = ph::inventory::define<physicalClass>(
+    "CIM_PhysicalComponent", "table package (FRU inventory, SDR types 10h, 11h and 12h)", g_ChipKeyList,
+    ph::inventory::elementProperties);
 
 } // namespace
 

@@ -67,14 +67,20 @@ struct PhysicalClass {
 int enumerate(const PhysicalClass& physicalClass, RecordArray<Record>& elements, Detail detail);
 int get(const PhysicalClass& physicalClass, RecordArray<Record>& elements, CMPIString** keyValues);
 
-// These are for a class's definition.
+// Makes the definition of such a class.
 template <const PhysicalClass& physicalClass>
-int enumerate(RecordArray<Record>& elements, Detail detail) {
-    return enumerate(physicalClass, elements, detail);
-}
-template <const PhysicalClass& physicalClass>
-int get(RecordArray<Record>& elements, CMPIString** keyValues) {
-    return get(physicalClass, elements, keyValues);
+constexpr ClassDefinition<Record> define(const char* superclass, const char* source,
+                                         std::span<const char* const> keys,
+                                         std::span<const Property> properties) {
+    return {.name = physicalClass.name,
+            .superclass = superclass,
+            .source = source,
+            .keys = keys,
+            .properties = properties,
+            .enumerate = [](RecordArray<Record>& elements,
+                            Detail detail) { return enumerate(physicalClass, elements, detail); },
+            .get = [](RecordArray<Record>& elements,
+                      CMPIString** keyValues) { return get(physicalClass, elements, keyValues); }};
 }
 
 } // namespace ph::inventory

@@ -28,14 +28,9 @@ int fill(const PackageRow& row, SMASH_DB_HANDLE database, Record& element) {
 
 constexpr ph::inventory::PhysicalClass physicalClass{"CIM_PhysicalPackage", fill};
 
-constexpr ph::ClassDefinition<Record> definition{
-    .name = physicalClass.name,
-    .superclass = "CIM_PhysicalElement",
-    .source = "tables package and power_supply_info (FRU inventory, SDR types 10h, 11h and 12h)",
-    .keys = g_PhysicalPackageKeyList,
-    .properties = properties,
-    .enumerate = ph::inventory::enumerate<physicalClass>,
-    .get = ph::inventory::get<physicalClass>};
+constexpr auto definition = ph::inventory::define<physicalClass>(
+    "CIM_PhysicalElement", "tables package and power_supply_info (FRU inventory, SDR types 10h, 11h and 12h)",
+    g_PhysicalPackageKeyList, properties);
 
 } // namespace
 

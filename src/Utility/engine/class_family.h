@@ -230,14 +230,6 @@ void clean(const ClassFamily& family, Record** records, int count) {
 
 } // namespace engine
 
-// For Invocation::exists: whether the class has an instance with these keys, by its PH_Get_X and PH_Clean_X.
-template <class Record, int (*get)(Record**, CMPIString**), void (*clean)(Record**, int)>
-bool hasInstance(CMPIString* const* keys) {
-    Record* record = nullptr;
-    const bool isThere = get(&record, const_cast<CMPIString**>(keys)) == 0;
-    clean(&record, record != nullptr ? 1 : 0);
-    return isThere;
-}
 inline constexpr Refusal noSuchInstance{CMPI_RC_ERR_NOT_FOUND,
                                         "There is no such instance, or it cannot be read"};
 
