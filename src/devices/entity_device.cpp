@@ -1,7 +1,6 @@
 #include "devices/entity_device.h"
 
 #include "sensors/device_health.h"
-#include "tables/sensor_names.h"
 
 #include <cstdio>
 #include <iterator>
@@ -9,18 +8,9 @@
 namespace ph {
 namespace {
 
-const EntityMapping& mappingOf(std::uint8_t entityId) {
-    constexpr std::size_t unspecified = 0;
-    return entity_id_mapping[entityId < std::size(entity_id_mapping) ? entityId : unspecified];
-}
-
 constexpr const char* removed = "Device Removed/Device Absent"; // of a presence sensor
 
 } // namespace
-
-const char* logicalClassOf(std::uint8_t entityId) {
-    return mappingOf(entityId).logicalClass;
-}
 
 EntityDeviceId idOf(const EntityDeviceRow& row) {
     EntityDeviceId id;

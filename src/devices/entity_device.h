@@ -3,6 +3,7 @@
 
 #include "provider_helper/devices.h"
 #include "sensors/reading.h"
+#include "tables/sensor_names.h"
 #include "Utility/engine/class_family.h"
 #include "Utility/engine/hosted_element.h"
 
@@ -21,9 +22,6 @@ inline constexpr Property entityDeviceProperties[] = {
     PH_PROPERTY(EntityDeviceRecord, EnabledState),       PH_PROPERTY(EntityDeviceRecord, RequestedState),
     PH_PROPERTY(EntityDeviceRecord, HealthState),        PH_PROPERTY(EntityDeviceRecord, OperationalStatus),
 };
-
-// Names the class that an entity is of by its function; "TBD" where none is assigned.
-const char* logicalClassOf(std::uint8_t entityId);
 
 struct EntityDeviceId {
     char text[sizeof(EntityDeviceRecord::DeviceID)];
@@ -56,7 +54,7 @@ private:
 template <class Record>
 struct EntityDeviceClass {
     const char* name;
-    int (*fill)(const EntityDeviceRow*, Record*);
+    int (*fill)(const EntityDeviceRow& row, SMASH_DB_HANDLE database, Record& record); // which is open
     void (DeviceReader::*readHealth)(const EntityDeviceRow&, EntityDeviceRecord&);
 };
 
@@ -65,13 +63,15 @@ template <class Record>
 int enumerateEntityDevices(const EntityDeviceClass<Record>& deviceClass, RecordArray<Record>& devices,
                            Detail detail, const char* onlyId = nullptr) {
     char systemName[256] = "";
+    Database database;
     Rows<EntityDeviceRow> rows;
-    if (PH_GetHostSystemName(systemName) != 0 || !rows.read(db_get_all_entity_devices))
+    if (PH_GetHostSystemName(systemName) != 0 || !database.open() ||
+        !rows.read(database.get(), db_get_all_entity_devices))
         return -1;
     DeviceReader reader;
     for (const EntityDeviceRow& row : rows.all()) {
         const EntityDeviceId id = idOf(row);
-        if (std::strcmp(logicalClassOf(row.entityId), deviceClass.name) != 0 ||
+        if (std::strcmp(mappingOf(row.entityId).logicalClass, deviceClass.name) != 0 ||
             (onlyId != nullptr && std::strcmp(id.text, onlyId) != 0))
             continue;
         Record* record = devices.append();
@@ -82,7 +82,7 @@ int enumerateEntityDevices(const EntityDeviceClass<Record>& deviceClass, RecordA
         copyText(device.DeviceID, id.text);
         if (detail == Detail::Names)
             continue;
-        if (deviceClass.fill(&row, record) != 0 || (!reader.isOpen() && !reader.open()))
+        if (deviceClass.fill(row, database.get(), *record) != 0 || (!reader.isOpen() && !reader.open()))
             return -1;
         (reader.*deviceClass.readHealth)(row, device);
         reader.readState(row, device);

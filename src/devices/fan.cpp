@@ -17,8 +17,10 @@ constexpr Property fanProperties[] = {
 };
 constexpr auto properties = ph::joined(ph::entityDeviceProperties, fanProperties);
 
-constexpr ph::EntityDeviceClass<Record> deviceClass{"CIM_Fan", PH_Fill_Fan,
-                                                    &ph::DeviceReader::readTachometer};
+constexpr ph::EntityDeviceClass<Record> deviceClass{
+    "CIM_Fan",
+    [](const EntityDeviceRow& row, SMASH_DB_HANDLE, Record& fan) { return PH_Fill_Fan(&row, &fan); },
+    &ph::DeviceReader::readTachometer};
 
 int enumerate(ph::RecordArray<Record>& fans, ph::Detail detail) {
     return ph::enumerateEntityDevices(deviceClass, fans, detail);

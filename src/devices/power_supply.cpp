@@ -32,14 +32,12 @@ constexpr Property supplyProperties[] = {
 };
 constexpr auto properties = ph::joined(ph::entityDeviceProperties, supplyProperties);
 
-int fill(const EntityDeviceRow* row, Record* supply) {
-    ph::Database database;
+int fill(const EntityDeviceRow& row, SMASH_DB_HANDLE database, Record& supply) {
     PowerSupplyInfoRow* info = nullptr;
-    if (!database.open() ||
-        db_get_power_supply_info(database.get(), row->entityId, row->entityInstance, &info) != 0)
+    if (db_get_power_supply_info(database, row.entityId, row.entityInstance, &info) != 0)
         return -1;
     const ph::HeapPtr<PowerSupplyInfoRow> owner(info);
-    return PH_Fill_PowerSupply(row, info, supply);
+    return PH_Fill_PowerSupply(&row, info, &supply);
 }
 
 constexpr ph::EntityDeviceClass<Record> deviceClass{"CIM_PowerSupply", fill, &ph::DeviceReader::rollUp};

@@ -103,7 +103,7 @@ private:
         });
     }
     static bool isOfOneClass(std::uint8_t entityId, std::uint8_t otherId) {
-        return std::strcmp(ph::logicalClassOf(entityId), ph::logicalClassOf(otherId)) == 0;
+        return std::strcmp(ph::mappingOf(entityId).logicalClass, ph::mappingOf(otherId).logicalClass) == 0;
     }
     static const MemberKind* kindOf(const CompactSdr& sensor) {
         for (const MemberKind& kind : memberKinds)

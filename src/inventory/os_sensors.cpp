@@ -1,5 +1,7 @@
 #include "inventory/os_sensors.h"
 
+#include "sensors/reading.h"
+
 #include <bit>
 #include <bitset>
 
@@ -37,12 +39,11 @@ bool isWatching(const CompactSdr& sdr) {
 
 // Returns a sensor's state bits; 0 for one that has no reading.
 unsigned readStates(IpmiSession& session, std::uint8_t sensorNumber) {
-    constexpr std::uint8_t unavailable = 0x20, scanning = 0x40;
-    CIM_SensorReading reading{};
-    if (CIM_GetSensorReading(session.get(), sensorNumber, &reading, hookTimeout) != 0 ||
-        reading.completionCode != 0 || (reading.flags & unavailable) != 0 || (reading.flags & scanning) == 0)
+    constexpr std::uint8_t scanning = 0x40;
+    const auto [availability, answer] = readSensor(session.get(), sensorNumber);
+    if (availability != ReadingAvailability::Available || (answer.flags & scanning) == 0)
         return 0;
-    return reading.statesLow | (reading.statesHigh & 0x7FU) << 8;
+    return answer.statesLow | (answer.statesHigh & 0x7FU) << 8;
 }
 
 void apply(const CompactSdr& sdr, unsigned states, OsCondition& condition) {

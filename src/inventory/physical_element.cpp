@@ -12,23 +12,14 @@
 namespace ph::inventory {
 namespace {
 
-const char* entityName(std::uint8_t entityId) {
-    return entityId < std::size(entity_id_mapping) ? entity_id_mapping[entityId].name : "Other";
-}
-
 ElementName entityNameOf(const PackageRow& row) {
     ElementName name;
-    std::snprintf(name.text, sizeof name.text, "%s %d", entityName(row.entityId), row.entityInstance);
+    std::snprintf(name.text, sizeof name.text, "%s %d", mappingOf(row.entityId).name, row.entityInstance);
     return name;
 }
 
-// Returns the class of the body of an entity, "TBD" where none is assigned.
-const char* physicalClassOf(std::uint8_t entityId) {
-    return entityId < std::size(entity_id_mapping) ? entity_id_mapping[entityId].physicalClass : "TBD";
-}
-
 bool isOf(const PhysicalClass& physicalClass, const PackageRow& row) {
-    return std::strcmp(physicalClassOf(row.entityId), physicalClass.name) == 0;
+    return std::strcmp(mappingOf(row.entityId).physicalClass, physicalClass.name) == 0;
 }
 
 int append(const PhysicalClass& physicalClass, RecordArray<Record>& elements, const PackageRow& row,
@@ -50,8 +41,9 @@ DateTime manufactureDate(const Record& element) {
 
 bool isServed(const PackageRow& row) {
     const char* const served[] = {"CIM_Chassis", "CIM_Card", "CIM_Chip", "CIM_PhysicalPackage"};
-    return std::ranges::any_of(
-        served, [&](const char* name) { return std::strcmp(name, physicalClassOf(row.entityId)) == 0; });
+    return std::ranges::any_of(served, [&](const char* name) {
+        return std::strcmp(name, mappingOf(row.entityId).physicalClass) == 0;
+    });
 }
 
 ElementName nameOf(const PackageRow& row) {

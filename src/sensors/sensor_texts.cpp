@@ -13,10 +13,6 @@ const char* typeName(unsigned type, const char* beyond) {
     return type < std::size(sensor_type_names) ? sensor_type_names[type].name : beyond;
 }
 
-const char* entityName(unsigned entityId) {
-    return entityId < std::size(entity_id_mapping) ? entity_id_mapping[entityId].name : "Other";
-}
-
 // The name is empty for the reserved sensor types, which lie between the last named and the first OEM one.
 const char* captionName(const CompactSdr& sdr) {
     const unsigned type = sdr.eventReadingType;
@@ -32,7 +28,7 @@ int PH_Fill_Caption_Description_ElementName_Sensor(const CompactSdr* sdr, Sensor
     ph::formatIdentity(record->ElementName, sdr->name, *sdr);
     std::snprintf(record->Description, sizeof(record->Description), "%s(%d.%d.%d):%s for %s %d", sdr->name,
                   sdr->sensorNumber, sdr->ownerId, sdr->ownerLun,
-                  ph::typeName(sdr->ipmiSensorType, "OEM RESERVED"), ph::entityName(sdr->entityId),
+                  ph::typeName(sdr->ipmiSensorType, "OEM RESERVED"), ph::mappingOf(sdr->entityId).name,
                   sdr->entityInstance);
     record->Caption[0] = '\0';
     if (const char* name = ph::captionName(*sdr); *name != '\0')

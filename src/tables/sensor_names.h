@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <iterator>
 
 namespace ph {
 
@@ -23,5 +24,11 @@ struct EntityMapping {
 
 // Row i is IPMI entity ID i. IDs from 54 on have no name.
 extern const EntityMapping entity_id_mapping[54];
+
+// Returns the row of an entity ID; one without a name is "Other", of no class.
+inline const EntityMapping& mappingOf(unsigned entityId) {
+    static constexpr EntityMapping other{nullptr, "TBD", "TBD", "Other"};
+    return entityId < std::size(entity_id_mapping) ? entity_id_mapping[entityId] : other;
+}
 
 } // namespace ph
