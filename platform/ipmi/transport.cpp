@@ -3,6 +3,8 @@
 #include "ipmi/local_device.h"
 #include "ipmi/transport_library.h"
 
+#include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace ipmi {
@@ -13,19 +15,43 @@ ExchangeObserver& observer() {
     return instance;
 }
 
-class ObservedTransport final : public Transport {
+std::optional<Clock::time_point>& processDeadline() {
+    static std::optional<Clock::time_point> instance;
+    return instance;
+}
+
+// A transport as the whole process wants it: observed, and within its time.
+class ProcessTransport final : public Transport {
 public:
-    explicit ObservedTransport(std::unique_ptr<Transport> transport) : transport_(std::move(transport)) {}
+    explicit ProcessTransport(std::unique_ptr<Transport> transport) : transport_(std::move(transport)) {
+        if (processDeadline())
+            transport_->endBy(*processDeadline());
+    }
 
     std::size_t exchange(std::uint8_t netFn, std::uint8_t command, std::span<const std::uint8_t> request,
                          std::span<std::uint8_t> answer) override {
-        const std::size_t size = transport_->exchange(netFn, command, request, answer);
-        observer()(netFn, command, request, answer.first(size));
-        return size;
+        if (processDeadline() && Clock::now() >= *processDeadline())
+            throw DeadlineError("the time of the command is over");
+        try {
+            const std::size_t size = transport_->exchange(netFn, command, request, answer);
+            observe(netFn, command, request, answer.first(size));
+            return size;
+        } catch (const TransportError&) {
+            observe(netFn, command, request, {});
+            throw;
+        }
     }
-    void endBy(Clock::time_point deadline) override { transport_->endBy(deadline); }
+    void endBy(Clock::time_point deadline) override {
+        transport_->endBy(processDeadline() ? std::min(deadline, *processDeadline()) : deadline);
+    }
 
 private:
+    static void observe(std::uint8_t netFn, std::uint8_t command, std::span<const std::uint8_t> request,
+                        std::span<const std::uint8_t> answer) {
+        if (observer())
+            observer()(netFn, command, request, answer);
+    }
+
     std::unique_ptr<Transport> transport_;
 };
 
@@ -75,11 +101,22 @@ void observeExchanges(ExchangeObserver newObserver) {
     observer() = std::move(newObserver);
 }
 
+void endExchangesBy(Clock::time_point deadline) {
+    processDeadline() = deadline;
+}
+
 std::unique_ptr<Transport> openTransport(const SessionSettings& settings) {
-    auto transport = open(settings);
-    if (observer())
-        return std::make_unique<ObservedTransport>(std::move(transport));
-    return transport;
+    if (!observer() && !processDeadline())
+        return open(settings);
+    SessionSettings limited = settings;
+    if (processDeadline()) {
+        const auto left = std::chrono::ceil<std::chrono::seconds>(*processDeadline() - Clock::now());
+        if (left.count() <= 0)
+            throw DeadlineError("the time of the command is over");
+        limited.timeout =
+            static_cast<int>(std::min<std::chrono::seconds::rep>(limited.timeout, left.count()));
+    }
+    return std::make_unique<ProcessTransport>(open(limited));
 }
 
 } // namespace ipmi

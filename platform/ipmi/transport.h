@@ -64,13 +64,18 @@ struct SessionSettings {
     ~SessionSettings() { explicit_bzero(password.data(), password.size()); }
 };
 
-// Called after each exchange, with network function, command, request and answer.
+// Called after each exchange, with network function, command, request and answer; an empty one when there was
+// none.
 using ExchangeObserver =
     std::function<void(std::uint8_t netFn, std::uint8_t command, std::span<const std::uint8_t> request,
                        std::span<const std::uint8_t> answer)>;
 // For tools that show how far a long request is: transports opened from now on, in the whole process, tell
 // `observer`. To be called before other threads open any.
 PH_IPMI_EXPORT void observeExchanges(ExchangeObserver observer);
+
+// For tools that have only so much time: whatever the process asks of a BMC over transports that are opened from
+// now on ends by then, as after Transport::endBy.
+PH_IPMI_EXPORT void endExchangesBy(Clock::time_point deadline);
 
 // Opens the transport that the settings name. Throws TransportError; its text names the BMC, never the
 // password.

@@ -27,7 +27,7 @@ protected:
     static std::string print(const std::vector<Instance>& instances,
                              const broker::PropertyList& wanted = {}) {
         std::ostringstream out;
-        phctl::printInstances(out, instances, wanted, 0);
+        phctl::printInstances(out, instances, {.wanted = wanted});
         return out.str();
     }
 };

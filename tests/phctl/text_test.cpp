@@ -32,7 +32,7 @@ protected:
     static void SetUpTestSuite() { phctl::useUtf8(); }
     static std::string print(const phctl::Table& table, std::size_t width = 0) {
         std::ostringstream out;
-        table.print(out, width);
+        table.print(out, {.width = width});
         return out.str();
     }
 };
@@ -50,11 +50,28 @@ TEST_F(Layout, columnsAreThoseOfTheTerminalNotBytes) {
                             "none          -\n");
 }
 
-TEST_F(Layout, linesAreCutOnlyToAWidth) {
-    phctl::Table table({"A", "B"});
-    table.add({"Lüfter", "x"});
-    EXPECT_EQ(print(table, 4), "A  …\nLüf…\n");
-    EXPECT_EQ(phctl::cut("温度計", 4), "温…"); // a wide character does not stand half
+TEST_F(Layout, textsGoOnBelowAndWhatDoesNotFitIsNamed) {
+    phctl::Table table({"Name", "Reading", "Description"});
+    table.add({"Lüfter", "3300", "Fan for the cooling unit of the board"});
+    EXPECT_EQ(print(table, 40), "Name    Reading  Description\n"
+                                "Lüfter     3300  Fan for the cooling\n"
+                                "                 unit of the board\n");
+    EXPECT_TRUE(table.fits(29));
+    EXPECT_FALSE(table.fits(28));
+    EXPECT_EQ(print(table, 28), "Name    Reading\n"
+                                "Lüfter     3300\n"
+                                "Not shown for want of room: Description (--wide)\n");
+    EXPECT_THAT(phctl::wrap("温度計", 4),
+                testing::ElementsAre("温度", "計")); // a wide one does not stand half
+}
+
+TEST_F(Layout, coloursAreForTerminals) {
+    phctl::Table table({"State"});
+    table.add({"Critical"}, phctl::Colour::Red);
+    std::ostringstream out;
+    table.print(out, {.width = 0, .hasColours = true});
+    EXPECT_EQ(out.str(), "State\n\x1B[31mCritical\x1B[0m\n");
+    EXPECT_EQ(print(table), "State\nCritical\n");
 }
 
 TEST_F(Layout, whatABmcSaysCannotSteerTheTerminal) {

@@ -26,7 +26,6 @@ TEST_F(Usage, wrongCommandLinesEndWithStatus2AndSayWhatIsWrong) {
         {{"ei", "CIM_Sensor", "--jsn"}, "--jsn"},
         {{"ei", "CIM_Sensor.DeviceID=\"x\""}, "expected a class"},
         {{"gi", "CIM_Sensor.DeviceID=x"}, "single quotes"},
-        {{"ain", "CIM_Sensor"}, "has no keys"},
         {{"mi", "CIM_Sensor.DeviceID=\"x\"", "EnabledState"}, "expected Name=value"},
         {{"mi", "CIM_Sensor.DeviceID=\"x\"", "EnabledState=on"},
          "EnabledState: \"on\" is not a uint16 (0 to 65535)"},

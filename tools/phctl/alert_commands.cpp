@@ -3,7 +3,7 @@
 #include "errors.h"
 #include "ipmi/pef_configuration.h"
 #include "machine.h"
-#include "session_options.h"
+#include "secrets.h"
 
 #include <arpa/inet.h>
 #include <memory>
@@ -85,7 +85,7 @@ int setServer(const Options& options) {
     add("authenticate", options.authenticates);
     add("startTls", options.startsTls);
     if (!options.passwordFile.empty())
-        changes["password"] = readPassword(options.passwordFile);
+        changes["password"] = readSecret("--password-file", options.passwordFile);
     openMachine(options.stateFile).setMailServer(options.channel, options.isSecondary, changes);
     return done;
 }

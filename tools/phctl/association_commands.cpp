@@ -1,9 +1,8 @@
 // ai, ain, ri, rin: what an object is associated with, and the associations themselves.
-#include "arguments.h"
 #include "commands.h"
 #include "errors.h"
 #include "reply_output.h"
-#include "requests.h"
+#include "selection.h"
 
 #include <memory>
 
@@ -13,7 +12,7 @@ namespace {
 using Operation = broker::Request::Operation;
 
 struct AssociationOptions : RequestOptions {
-    std::string path;
+    Target target;
     broker::AssociationFilter filter;
     std::vector<std::string> properties;
 };
@@ -31,37 +30,35 @@ struct Verb {
 constexpr Verb verbs[] = {
     {"ai", "associators", "Print the objects that an object is associated with", Operation::Associators,
      false, false,
-     "phctl ai \"$(phctl ein CIM_HostComputerSystem)\" --assoc-class CIM_SystemDevice \\\n"
+     "phctl ai CIM_HostComputerSystem --assoc-class CIM_SystemDevice \\\n"
      "      --properties ElementName,CurrentReading,BaseUnits,CurrentState"},
     {"ain", "associator-names", "Print the paths of the objects that an object is associated with",
      Operation::AssociatorNames, true, false,
-     "phctl ain \"$(phctl ein CIM_SPComputerSystem)\" --result-class CIM_Service\n"
-     "  phctl ain \"$(phctl ein CIM_RegisteredProfile | grep DSP1004)\" \\\n"
-     "      --assoc-class CIM_ElementConformsToProfile --role ConformantStandard"},
+     "phctl ain CIM_SPComputerSystem --result-class CIM_Service\n"
+     "  phctl ain CIM_RegisteredProfile '*DSP1004*' --assoc-class CIM_ElementConformsToProfile \\\n"
+     "      --role ConformantStandard"},
     {"ri", "references", "Print the associations of an object", Operation::References, false, true,
-     "phctl ri \"$(phctl ein CIM_IPProtocolEndpoint | head -n 1)\" --result-class CIM_ElementSettingData"},
+     "phctl ein CIM_IPProtocolEndpoint | head -n 1 | phctl ri - --result-class CIM_ElementSettingData"},
     {"rin", "reference-names", "Print the paths of the associations of an object", Operation::ReferenceNames,
-     true, true, "phctl rin \"$(phctl ein CIM_RecordLog)\" --role Antecedent"},
+     true, true, "phctl rin CIM_RecordLog --role Antecedent"},
 };
 
 int ask(const AssociationOptions& options, const Verb& verb) {
     const broker::PropertyList wanted =
         options.properties.empty() ? broker::PropertyList() : options.properties;
-    const broker::ObjectPath path = parsePath(options.path, options.nameSpace);
-    if (path.keys.empty())
-        throw UsageError("\"" + options.path +
-                         "\" has no keys: the path of an instance is wanted, as ein prints it");
-    const auto reply = Requester(options).execute(
+    Requester requester(options);
+    const broker::ObjectPath path = selectOne(requester, options.target, options.nameSpace);
+    const auto reply = requester.execute(
         {.operation = verb.operation, .path = path, .properties = wanted, .filter = options.filter});
     if (verb.isNames)
         printPaths(reply.paths, options.json);
     else
-        printInstances(reply.instances, wanted, options.json);
+        printInstances(reply.instances, wanted, options);
     return done;
 }
 
 void addOptions(CLI::App& command, const Verb& verb, AssociationOptions& options) {
-    command.add_option("PATH", options.path, "Object path, in single quotes for the shell")->required();
+    options.target.addTo(command);
     auto& filter = options.filter;
     if (verb.isReferences) {
         command.add_option("--result-class,--assoc-class", filter.resultClass,
@@ -75,10 +72,12 @@ void addOptions(CLI::App& command, const Verb& verb, AssociationOptions& options
     command.add_option("--role", filter.role, "The object's role in the association, such as Antecedent");
     if (!verb.isReferences)
         command.add_option("--result-role", filter.resultRole, "The role of the associated objects");
-    if (!verb.isNames)
+    if (!verb.isNames) {
+        options.addPresentationTo(command);
         command.add_option("--properties", options.properties, "Names of the wanted properties, with commas")
             ->delimiter(',')
             ->allow_extra_args(false);
+    }
     options.addTo(command);
 }
 

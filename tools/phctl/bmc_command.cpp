@@ -225,7 +225,7 @@ int listFaults(const Options& options) {
     else if (list.empty())
         std::cout << "No faults\n";
     else
-        table.print(std::cout, 0);
+        table.print(std::cout);
     return done;
 }
 

@@ -60,7 +60,7 @@ void printList() {
         table.add({std::string(each.name), each.superclass.empty() ? "-" : std::string(each.superclass),
                    operationsOf(each), methods.empty() ? "-" : methods});
     }
-    table.print(std::cout, terminalWidth(STDOUT_FILENO));
+    table.print(std::cout, layoutOf(STDOUT_FILENO));
 }
 
 void printClass(const schema::Class& described) {
@@ -71,7 +71,7 @@ void printClass(const schema::Class& described) {
     Table properties({"Property", "Type", "Key"});
     for (const schema::Property& property : described.servedProperties())
         properties.add({std::string(property.name), typeOf(property), property.isKey ? "key" : ""});
-    properties.print(std::cout, 0);
+    properties.print(std::cout);
     std::cout << "\nOperations: " << operationsOf(described) << "\nNamespaces:";
     for (const std::string_view nameSpace : described.nameSpaces)
         std::cout << ' ' << nameSpace;

@@ -45,7 +45,7 @@ int send(const char* url, const char* text) {
 
 Delivery toDelivery(const std::string& url, const broker::Instance& indication) {
     std::ostringstream properties;
-    printInstance(properties, indication, {});
+    printInstance(properties, indication);
     return {url, false, {{"indication", toJson(indication)}}, properties.str()};
 }
 

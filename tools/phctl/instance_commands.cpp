@@ -6,6 +6,8 @@
 #include "instance_output.h"
 #include "reply_output.h"
 #include "requests.h"
+#include "secrets.h"
+#include "selection.h"
 #include "served_classes.h"
 #include "text_layout.h"
 
@@ -20,8 +22,9 @@ using broker::Request;
 using Operation = Request::Operation;
 
 struct InstanceOptions : RequestOptions {
-    std::string target; // a class, or an object path
+    Target target;
     std::vector<std::string> properties, values;
+    SecretValues secrets;
 };
 using Options = std::shared_ptr<InstanceOptions>;
 
@@ -41,14 +44,10 @@ void checkProperties(const broker::PropertyList& names, const std::string& class
 }
 
 broker::ObjectPath classPath(const InstanceOptions& options) {
-    broker::ObjectPath path = parsePath(options.target, options.nameSpace);
+    broker::ObjectPath path = parsePath(options.target.text, options.nameSpace);
     if (!path.keys.empty())
-        throw UsageError("expected a class instead of the object path " + options.target);
+        throw UsageError("expected a class instead of the object path " + options.target.text);
     return path;
-}
-
-broker::ObjectPath instancePath(const InstanceOptions& options) {
-    return parsePath(options.target, options.nameSpace);
 }
 
 // A new instance with the values of the command line.
@@ -58,7 +57,11 @@ broker::Instance givenInstance(const InstanceOptions& options, broker::ObjectPat
     const auto served =
         described != nullptr ? described->servedProperties() : std::span<const schema::Property>();
     std::vector<std::string> unknown;
-    instance.properties = parseArguments(options.values, declared(served), options.nameSpace, unknown);
+    std::vector<std::string> values = options.values;
+    options.secrets.appendTo(values);
+    if (values.empty())
+        throw UsageError("expected Name=value");
+    instance.properties = parseArguments(values, declared(served), options.nameSpace, unknown);
     if (described != nullptr)
         for (const std::string& name : unknown)
             remarks.unknown(described->name, "property", name, namesOf(served));
@@ -78,7 +81,7 @@ int enumerateInstances(const Options& options) {
     Requester requester(*options);
     const auto reply = requester.execute(
         {.operation = Operation::EnumerateInstances, .path = path, .properties = wanted}, remarks);
-    printInstances(reply.instances, wanted, options->json);
+    printInstances(reply.instances, wanted, *options);
     if (!options->json)
         printHostPower(requester, reply.instances, wanted);
     return done;
@@ -93,34 +96,59 @@ int enumerateNames(const Options& options) {
 
 int getInstance(const Options& options) {
     const auto wanted = propertyList(options);
-    Remarks remarks;
-    const auto path = instancePath(*options);
-    checkProperties(wanted, path.className, remarks);
     Requester requester(*options);
-    const auto reply =
-        requester.execute({.operation = Operation::GetInstance, .path = path, .properties = wanted}, remarks);
-    if (reply.instances.empty())
-        throw Failure("the provider returned no instance");
-    if (options->json) {
-        printJson(std::cout, toJson(reply.instances.front()));
-        return done;
+    auto found = nlohmann::ordered_json::array();
+    const auto paths = select(requester, options->target, options->nameSpace);
+    for (const broker::ObjectPath& path : paths) {
+        Remarks remarks;
+        checkProperties(wanted, path.className, remarks);
+        const auto reply = requester.execute(
+            {.operation = Operation::GetInstance, .path = path, .properties = wanted}, remarks);
+        if (reply.instances.empty())
+            throw Failure("the provider returned no instance");
+        const Presentation how = presentationOf(*options, reply.instances, wanted);
+        if (options->json) {
+            found.push_back(toJson(reply.instances.front(), how));
+            continue;
+        }
+        if (&path != &paths.front())
+            std::cout << '\n';
+        printInstance(std::cout, reply.instances.front(), how);
+        printHostPower(requester, reply.instances, wanted);
     }
-    printInstance(std::cout, reply.instances.front(), wanted, labelsFor(reply.instances));
-    printHostPower(requester, reply.instances, wanted);
+    if (options->json)
+        printJson(std::cout, paths.size() == 1 && !options->target.meansSeveral() ? found.front() : found);
     return done;
 }
 
+// The name of the instance stands before the values where the command line has one.
+void takeName(Target& target, std::vector<std::string>& values) {
+    if (!target.isClass() || values.empty())
+        return;
+    const schema::Class* described = servedClass(target.text);
+    const std::string& first = values.front();
+    const std::size_t sign = first.find('=');
+    if (sign != std::string::npos &&
+        (described == nullptr || servedProperty(*described, first.substr(0, sign)) != nullptr))
+        return;
+    target.name = first;
+    values.erase(values.begin());
+}
+
 int modifyInstance(const Options& options) {
+    takeName(options->target, options->values);
+    Requester requester(*options);
     Remarks remarks;
-    broker::Instance instance = givenInstance(*options, instancePath(*options), remarks);
+    broker::Instance instance =
+        givenInstance(*options, selectOne(requester, options->target, options->nameSpace), remarks);
     std::vector<std::string> names;
     for (const auto& property : instance.properties)
         names.push_back(property.name);
-    Requester(*options).execute({.operation = Operation::ModifyInstance,
-                                 .path = instance.path,
-                                 .instance = instance,
-                                 .properties = names},
-                                remarks);
+    requester.execute({.operation = Operation::ModifyInstance,
+                       .path = instance.path,
+                       .instance = instance,
+                       .properties = names},
+                      remarks);
     if (!options->json)
         std::cout << "Changed " << printable(broker::toText(instance.path)) << '\n';
     else
@@ -145,8 +173,9 @@ int createInstance(const Options& options) {
 }
 
 int deleteInstance(const Options& options) {
-    const auto path = instancePath(*options);
-    Requester(*options).execute({.operation = Operation::DeleteInstance, .path = path});
+    Requester requester(*options);
+    const auto path = selectOne(requester, options->target, options->nameSpace);
+    requester.execute({.operation = Operation::DeleteInstance, .path = path});
     if (options->json)
         printJson(std::cout, {{"path", broker::toText(path)}});
     else
@@ -158,38 +187,33 @@ struct Verb {
     const char* name;
     const char* longName;
     const char* description;
-    const char* target;
+    bool isOfClass; // or else of an instance
     bool takesProperties;
     bool takesValues;
     int (*run)(const Options&);
     const char* examples;
 };
 
-constexpr char pathExample[] =
-    "'CIM_HostComputerSystem.Name=\"host\",CreationClassName=\"CIM_HostComputerSystem\"'";
-
 constexpr Verb verbs[] = {
-    {"ei", "enumerate-instances", "Print all instances of a class", "CLASS", true, false, enumerateInstances,
-     "phctl ei CIM_HostComputerSystem\n"
+    {"ei", "enumerate-instances", "Print all instances of a class", true, true, false, enumerateInstances,
+     "  phctl ei CIM_HostComputerSystem --words\n"
      "  phctl ei CIM_NumericSensor --properties ElementName,CurrentReading,BaseUnits,CurrentState\n"
      "  phctl ei CIM_Sensor --json"},
-    {"ein", "enumerate-instance-names", "Print the object paths of all instances of a class", "CLASS", false,
-     false, enumerateNames, "phctl ein CIM_NumericSensor"},
-    {"gi", "get-instance", "Print one instance", "PATH", true, false, getInstance,
-     "phctl gi \"$(phctl ein CIM_NumericSensor | head -n 1)\"\n"
-     "  phctl gi {path}"},
-    {"mi", "modify-instance", "Change properties of an instance", "PATH", false, true, modifyInstance,
-     "phctl mi {path} ElementName=rack-7"},
-    {"ci", "create-instance", "Create an instance", "CLASS", false, true, createInstance,
-     "phctl ci CIM_X Name=first Size=3"},
-    {"di", "delete-instance", "Delete an instance", "PATH", false, false, deleteInstance, "phctl di {path}"},
+    {"ein", "enumerate-instance-names", "Print the object paths of all instances of a class", true, false,
+     false, enumerateNames, "  phctl ein CIM_NumericSensor"},
+    {"gi", "get-instance", "Print one instance, or those that fit", false, true, false, getInstance,
+     "  phctl gi CIM_NumericSensor 'CPU1 Temp'\n"
+     "  phctl gi CIM_NumericSensor 'FAN*' --properties ElementName,CurrentReading\n"
+     "  phctl gi 'CIM_NumericSensor.DeviceID=\"*Temp*\"'\n"
+     "  phctl ein CIM_RegisteredProfile | phctl gi -"},
+    {"mi", "modify-instance", "Change properties of an instance", false, false, true, modifyInstance,
+     "  phctl mi CIM_Account ADMIN --from-file UserPassword=password.txt"},
+    {"ci", "create-instance", "Create an instance", true, false, true, createInstance,
+     "  phctl ci CIM_IndicationFilter Name=alerts Query='SELECT * FROM CIM_AlertIndication' "
+     "QueryLanguage=WQL"},
+    {"di", "delete-instance", "Delete an instance", false, false, false, deleteInstance,
+     "  phctl di CIM_IndicationFilter alerts"},
 };
-
-std::string withPath(std::string text) {
-    constexpr std::string_view mark = "{path}";
-    const std::size_t place = text.find(mark);
-    return place == std::string::npos ? text : text.replace(place, mark.size(), pathExample);
-}
 
 } // namespace
 
@@ -197,26 +221,27 @@ void addInstanceCommands(CLI::App& app, Chosen& chosen) {
     for (const Verb& verb : verbs) {
         CLI::App* command = app.add_subcommand(verb.name, verb.description);
         command->alias(verb.longName);
-        command->footer("Examples:\n  " + withPath(verb.examples));
+        command->footer(std::string("Examples:\n") + verb.examples);
         const auto options = std::make_shared<InstanceOptions>();
-        const bool isClass = std::string_view(verb.target) == "CLASS";
-        command
-            ->add_option(verb.target, options->target,
-                         isClass ? "Class name" : "Object path, in single quotes for the shell")
-            ->required();
-        if (verb.takesValues)
-            command
-                ->add_option(
-                    "VALUES", options->values,
-                    "Name=value, typed as the class says; arrays with commas (a\\,b is one element), or "
-                    "repeated")
-                ->required();
-        if (verb.takesProperties)
+        if (verb.isOfClass)
+            command->add_option("CLASS", options->target.text, "Class name")->required();
+        else
+            options->target.addTo(*command, !verb.takesValues);
+        if (verb.takesValues) {
+            command->add_option(
+                "VALUES", options->values,
+                "Name=value, typed as the class says; arrays with commas (a\\,b is one element), or "
+                "repeated");
+            options->secrets.addTo(*command);
+        }
+        if (verb.takesProperties) {
             command
                 ->add_option("--properties", options->properties,
                              "Names of the wanted properties, with commas")
                 ->delimiter(',')
                 ->allow_extra_args(false);
+            options->addPresentationTo(*command);
+        }
         options->addTo(*command);
         command->callback(
             [&chosen, options, run = verb.run] { chosen = [options, run] { return run(options); }; });

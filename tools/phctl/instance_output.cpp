@@ -1,7 +1,7 @@
 #include "instance_output.h"
 
 #include "reading_text.h"
-#include "text_layout.h"
+#include "value_words.h"
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
@@ -30,9 +30,16 @@ std::string meaningOf(const NamedValues& properties, std::string_view name, cons
     return reading.empty() ? logEntryText(properties, name, sensors) : reading;
 }
 
-std::string cellText(const NamedValues& properties, const std::string& name) {
-    const Value* value = broker::find(properties, name);
-    return value != nullptr ? broker::toText(*value) : "-";
+// A value as text, with its words where they are wanted.
+std::string textOf(const Instance& instance, std::string_view name, const Value& value, bool hasWords,
+                   std::string (*toText)(const Value&)) {
+    const std::string words = hasWords ? valueWords(instance.path.className, name, value) : std::string();
+    return toText(value) + (words.empty() ? "" : " (" + words + ')');
+}
+
+std::string cellText(const Instance& instance, const std::string& name, bool hasWords) {
+    const Value* value = broker::find(instance.properties, name);
+    return value != nullptr ? textOf(instance, name, *value, hasWords, broker::toText) : "-";
 }
 
 // Returns the names of the columns: those wanted, or all that any instance has.
@@ -54,23 +61,22 @@ struct Column {
     bool isMeaning;
 };
 
-std::vector<Column> columnsOf(const std::vector<Instance>& instances, const PropertyList& wanted,
-                              const SensorLabels& sensors) {
+std::vector<Column> columnsOf(const std::vector<Instance>& instances, const Presentation& how) {
     std::vector<Column> columns;
-    for (const std::string& name : columnNames(instances, wanted)) {
+    for (const std::string& name : columnNames(instances, how.wanted)) {
         columns.push_back({name, name, false});
         for (const auto& [property, title] : meaningColumns)
             if (broker::sameName(name, property) &&
                 std::any_of(instances.begin(), instances.end(), [&](const Instance& instance) {
-                    return !meaningOf(instance.properties, name, sensors).empty();
+                    return !meaningOf(instance.properties, name, how.sensors).empty();
                 }))
                 columns.push_back({title, name, true});
     }
     return columns;
 }
 
-void printTable(std::ostream& out, const std::vector<Instance>& instances, const std::vector<Column>& columns,
-                const SensorLabels& sensors, std::size_t width) {
+Table tableOf(const std::vector<Instance>& instances, const std::vector<Column>& columns,
+              const Presentation& how) {
     std::vector<std::string> head;
     head.reserve(columns.size());
     for (const Column& column : columns)
@@ -81,33 +87,18 @@ void printTable(std::ostream& out, const std::vector<Instance>& instances, const
         row.reserve(columns.size());
         for (const Column& column : columns) {
             const std::string text = column.isMeaning
-                                         ? meaningOf(instance.properties, column.property, sensors)
-                                         : cellText(instance.properties, column.property);
+                                         ? meaningOf(instance.properties, column.property, how.sensors)
+                                         : cellText(instance, column.property, how.hasWords);
             row.push_back(text.empty() && column.isMeaning ? "-" : text);
         }
         table.add(std::move(row));
     }
-    table.print(out, width);
+    return table;
 }
 
-void printProperties(std::ostream& out, const NamedValues& properties, const PropertyList& wanted,
-                     const SensorLabels& sensors) {
-    std::size_t width = 0;
-    NamedValues shown;
-    for (const auto& property : properties) {
-        if (wanted && std::none_of(wanted->begin(), wanted->end(), [&](const std::string& name) {
-                return broker::sameName(name, property.name);
-            }))
-            continue;
-        width = std::max(width, displayWidth(property.name));
-        shown.push_back(property);
-    }
-    for (const auto& [name, value] : shown) {
-        out << "  " << name << std::string(width - displayWidth(name), ' ') << " = " << valueText(value);
-        if (const std::string meaning = meaningOf(properties, name, sensors); !meaning.empty())
-            out << "  (" << printable(meaning) << ')';
-        out << '\n';
-    }
+bool isWanted(const PropertyList& wanted, const std::string& name) {
+    return !wanted || std::ranges::any_of(
+                          *wanted, [&](const std::string& each) { return broker::sameName(each, name); });
 }
 
 ordered_json elements(const Value::Array& array) {
@@ -124,23 +115,34 @@ std::string valueText(const Value& value) {
     return printable(value.as<std::string>() != nullptr ? '"' + text + '"' : text);
 }
 
-void printInstance(std::ostream& out, const Instance& instance, const PropertyList& wanted,
-                   const SensorLabels& sensors) {
+void printInstance(std::ostream& out, const Instance& instance, const Presentation& how) {
     out << printable(broker::toText(instance.path)) << '\n';
-    printProperties(out, instance.properties, wanted, sensors);
+    std::size_t width = 0;
+    for (const auto& property : instance.properties)
+        if (isWanted(how.wanted, property.name))
+            width = std::max(width, displayWidth(property.name));
+    for (const auto& [name, value] : instance.properties) {
+        if (!isWanted(how.wanted, name))
+            continue;
+        out << "  " << name << std::string(width - displayWidth(name), ' ') << " = "
+            << textOf(instance, name, value, how.hasWords, valueText);
+        if (const std::string meaning = meaningOf(instance.properties, name, how.sensors); !meaning.empty())
+            out << "  (" << printable(meaning) << ')';
+        out << '\n';
+    }
 }
 
-void printInstances(std::ostream& out, const std::vector<Instance>& instances, const PropertyList& wanted,
-                    std::size_t width, const SensorLabels& sensors) {
+void printInstances(std::ostream& out, const std::vector<Instance>& instances, const Presentation& how) {
     if (instances.empty())
         return;
-    const auto columns = columnsOf(instances, wanted, sensors);
+    const auto columns = columnsOf(instances, how);
     if (columns.size() <= mostColumns)
-        return printTable(out, instances, columns, sensors, width);
+        if (const Table table = tableOf(instances, columns, how); table.fits(how.layout.width))
+            return table.print(out, how.layout);
     for (const Instance& instance : instances) {
         if (&instance != &instances.front())
             out << '\n';
-        printInstance(out, instance, wanted, sensors);
+        printInstance(out, instance, how);
     }
 }
 
@@ -169,6 +171,18 @@ ordered_json toJson(const NamedValues& values) {
 
 ordered_json toJson(const Instance& instance) {
     return {{"path", broker::toText(instance.path)}, {"properties", toJson(instance.properties)}};
+}
+
+ordered_json toJson(const Instance& instance, const Presentation& how) {
+    ordered_json json = toJson(instance);
+    if (!how.hasWords)
+        return json;
+    auto words = ordered_json::object();
+    for (const auto& [name, value] : instance.properties)
+        if (const std::string text = valueWords(instance.path.className, name, value); !text.empty())
+            words[name] = text;
+    json["words"] = std::move(words);
+    return json;
 }
 
 void printJson(std::ostream& out, const ordered_json& json) {

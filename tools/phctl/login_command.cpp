@@ -2,7 +2,7 @@
 #include "commands.h"
 #include "errors.h"
 #include "machine.h"
-#include "session_options.h"
+#include "secrets.h"
 #include "text_layout.h"
 
 #include <cstring>
@@ -17,7 +17,7 @@ struct Options {
 };
 
 int logIn(const Options& options) {
-    std::string password = readPassword(options.passwordFile);
+    std::string password = readSecret("--password-file", options.passwordFile);
     const bool isIn = openMachine(options.stateFile).letsIn(options.user, password);
     explicit_bzero(password.data(), password.size());
     if (!isIn)

@@ -42,7 +42,7 @@ void printTable(std::ostream& out, const ordered_json& rows) {
             cells.push_back(row.contains(name) ? plainText(row[name]) : "");
         table.add(std::move(cells));
     }
-    table.print(out, terminalWidth(STDOUT_FILENO));
+    table.print(out, layoutOf(STDOUT_FILENO));
 }
 
 void printObject(std::ostream& out, const ordered_json& object) {

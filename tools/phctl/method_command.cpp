@@ -4,7 +4,8 @@
 #include "database.h"
 #include "errors.h"
 #include "instance_output.h"
-#include "requests.h"
+#include "secrets.h"
+#include "selection.h"
 #include "served_classes.h"
 #include "text_layout.h"
 
@@ -23,11 +24,14 @@ using broker::Value;
 using Operation = broker::Request::Operation;
 
 struct MethodOptions : RequestOptions {
-    std::string path, method;
-    std::vector<std::string> arguments;
+    Target target;
+    std::vector<std::string> call; // of the name, the method and its arguments
+    SecretValues secrets;
     bool wait = false;
-    unsigned timeout = 300;
 };
+
+// How long a job has to end, without --timeout.
+constexpr unsigned secondsOfJob = 300;
 
 // Method values of CIM_EnabledLogicalElement and its kin; any other one is a refusal.
 constexpr std::int64_t completed = 0;
@@ -36,27 +40,56 @@ constexpr std::int64_t jobStarted = 4096;
 // CIM_ConcreteJob.JobState: 7 completed; what follows are the other ends.
 constexpr std::uint64_t jobCompleted = 7;
 
-broker::Request makeRequest(const MethodOptions& options, Remarks& remarks) {
+struct Call {
+    Target target;
+    std::string method;
+    std::vector<std::string> arguments;
+};
+
+// A name may stand between class and method.
+Call callOf(const MethodOptions& options) {
+    Call call{options.target, {}, options.call};
+    const auto take = [&] {
+        if (call.arguments.empty())
+            throw UsageError("the method is missing");
+        const std::string word = call.arguments.front();
+        call.arguments.erase(call.arguments.begin());
+        return word;
+    };
+    call.method = take();
+    if (!call.target.isClass() || call.arguments.empty())
+        return call;
+    const schema::Class* described = servedClass(call.target.text);
+    const bool isMethod = described != nullptr && servedMethod(*described, call.method) != nullptr;
+    if (!isMethod && call.arguments.front().find('=') == std::string::npos) {
+        call.target.name = call.method;
+        call.method = take();
+    }
+    return call;
+}
+
+broker::Request makeRequest(Requester& requester, const MethodOptions& options, Remarks& remarks) {
+    Call call = callOf(options);
+    options.secrets.appendTo(call.arguments);
     broker::Request request{.operation = Operation::InvokeMethod,
-                            .path = parsePath(options.path, options.nameSpace),
-                            .method = options.method};
+                            .path = selectOne(requester, call.target, options.nameSpace),
+                            .method = call.method};
     std::vector<schema::Parameter> parameters;
     std::vector<std::string> unknown;
     const schema::Class* described = servedClass(request.path.className);
-    const schema::Method* method = described != nullptr ? servedMethod(*described, options.method) : nullptr;
+    const schema::Method* method = described != nullptr ? servedMethod(*described, call.method) : nullptr;
     if (method != nullptr) {
         request.method = method->name;
         std::ranges::copy_if(method->parameters, std::back_inserter(parameters), &schema::Parameter::isIn);
     }
-    request.arguments =
-        parseArguments(options.arguments, declared(std::span<const schema::Parameter>(parameters)),
-                       options.nameSpace, unknown);
+    request.arguments = parseArguments(
+        call.arguments, declared(std::span<const schema::Parameter>(parameters)), options.nameSpace, unknown);
     if (method != nullptr)
         for (const std::string& name : unknown)
             remarks.unknown(std::string(described->name) + '.' + std::string(method->name), "argument", name,
                             namesOf(parameters));
     else if (described != nullptr)
-        remarks.unknown(described->name, "method", options.method, namesOf(described->servedMethods()));
+        remarks.unknown(described->name, "method", call.method, namesOf(described->servedMethods()));
     return request;
 }
 
@@ -92,7 +125,8 @@ broker::Instance follow(Requester& requester, broker::ObjectPath path, const Met
     constexpr std::chrono::milliseconds pause(250);
     if (path.nameSpace.empty())
         path.nameSpace = options.nameSpace.empty() ? defaultNameSpace(path.className) : options.nameSpace;
-    const auto end = Clock::now() + std::chrono::seconds(options.timeout);
+    const unsigned seconds = options.timeout > 0 ? options.timeout : secondsOfJob;
+    const auto end = Clock::now() + std::chrono::seconds(seconds);
     for (;;) {
         const auto reply = requester.execute({.operation = Operation::GetInstance, .path = path});
         if (reply.instances.empty())
@@ -101,13 +135,13 @@ broker::Instance follow(Requester& requester, broker::ObjectPath path, const Met
             return reply.instances.front();
         if (Clock::now() >= end)
             throw Failure("the job " + broker::toText(path) + " did not end within " +
-                          std::to_string(options.timeout) + " s");
+                          std::to_string(seconds) + " s");
         std::this_thread::sleep_for(pause);
     }
 }
 
 // Prints instances, as GetErrors returns them, one below the other.
-void printArgument(const std::string& name, const Value& value) {
+void printArgument(const std::string& name, const Value& value, const Presentation& how) {
     Value::Array elements;
     if (const auto* array = value.as<Value::Array>())
         elements = *array;
@@ -120,32 +154,33 @@ void printArgument(const std::string& name, const Value& value) {
     for (std::size_t i = 0; i < elements.size(); ++i) {
         std::cout << name << (value.isArray() ? '[' + std::to_string(i) + ']' : "") << " = ";
         if (const auto* instance = elements[i].as<Value::Embedded>())
-            printInstance(std::cout, **instance, {});
+            printInstance(std::cout, **instance, how);
     }
 }
 
 int callMethod(const MethodOptions& options) {
     Remarks remarks;
-    const broker::Request request = makeRequest(options, remarks);
     Requester requester(options);
+    const broker::Request request = makeRequest(requester, options, remarks);
     const broker::Reply reply = requester.execute(request, remarks);
     const Value result = reply.values.empty() ? Value{} : reply.values.front();
     bool succeeded = isSuccess(result);
 
+    const Presentation how{.hasWords = options.words};
     nlohmann::ordered_json json{{"returnValue", toJson(result)}, {"arguments", toJson(reply.arguments)}};
     if (!options.json) {
         std::cout << "ReturnValue = " << valueText(result) << '\n';
         for (const auto& [name, value] : reply.arguments)
-            printArgument(name, value);
+            printArgument(name, value, how);
         std::cout.flush(); // the job may take a while
     }
     const broker::ObjectPath* path = options.wait ? returnedJob(reply.arguments) : nullptr;
     if (path != nullptr) {
         const broker::Instance job = follow(requester, *path, options);
         succeeded = succeeded && stateOf(job) == jobCompleted;
-        json["job"] = toJson(job);
+        json["job"] = toJson(job, how);
         if (!options.json)
-            printInstance(std::cout, job, {});
+            printInstance(std::cout, job, how);
     }
     if (options.json)
         printJson(std::cout, json);
@@ -163,17 +198,19 @@ void addMethodCommand(CLI::App& app, Chosen& chosen) {
     command->footer(
         "Exit status 1 when the method's value is neither 0 (completed) nor 4096 (job started), or the "
         "awaited job\nended otherwise than completed.\n\nExamples:\n"
-        "  phctl cm \"$(phctl ein CIM_HostComputerSystem)\" RequestStateChange RequestedState=2 --wait\n"
+        "  phctl cm CIM_HostComputerSystem RequestStateChange RequestedState=2 --wait\n"
         "  phctl cm 'CIM_ConcreteJob.InstanceID=\"1\"' GetErrors");
     const auto options = std::make_shared<MethodOptions>();
-    command->add_option("PATH", options->path, "Object path, in single quotes for the shell")->required();
-    command->add_option("METHOD", options->method, "Method name")->required();
-    command->add_option(
-        "ARGUMENTS", options->arguments,
-        "Name=value, typed as the class says; arrays with commas (a\\,b is one element), or repeated; "
-        "embedded instances as JSON");
+    options->target.addTo(*command, false);
+    command
+        ->add_option("METHOD", options->call,
+                     "Method, and its arguments as Name=value, typed as the class says; arrays with commas "
+                     "(a\\,b is one element), or repeated; "
+                     "embedded instances as JSON")
+        ->required();
+    options->secrets.addTo(*command);
+    command->add_flag("--words", options->words, "Print what a value means beside it, as in 5 (OK)");
     command->add_flag("--wait", options->wait, "Follow the job that the method returns to its end");
-    command->add_option("--timeout", options->timeout, "Seconds to wait for it")->capture_default_str();
     options->addTo(*command);
     command->callback([&chosen, options] { chosen = [options] { return callMethod(*options); }; });
 }

@@ -45,7 +45,7 @@ std::string toText(const Delivery& delivery) {
 
 Delivery toSubscriber(const broker::Instance& indication) {
     std::ostringstream properties;
-    printInstance(properties, indication, {});
+    printInstance(properties, indication);
     return {"the subscriber", true, {{"indication", toJson(indication)}}, properties.str()};
 }
 

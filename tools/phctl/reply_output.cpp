@@ -1,8 +1,6 @@
 #include "reply_output.h"
 
 #include "database.h"
-#include "instance_output.h"
-#include "text_layout.h"
 
 #include <algorithm>
 #include <iostream>
@@ -19,14 +17,22 @@ SensorLabels labelsFor(const std::vector<broker::Instance>& instances) {
     return tellsOfEvents ? sensorLabels() : SensorLabels();
 }
 
+Presentation presentationOf(const RequestOptions& options, const std::vector<broker::Instance>& instances,
+                            const broker::PropertyList& wanted) {
+    return {.wanted = wanted,
+            .hasWords = options.words,
+            .layout = layoutOf(STDOUT_FILENO, options.wide),
+            .sensors = options.json ? SensorLabels() : labelsFor(instances)};
+}
+
 void printInstances(const std::vector<broker::Instance>& instances, const broker::PropertyList& wanted,
-                    bool asJson) {
-    if (!asJson)
-        return printInstances(std::cout, instances, wanted, terminalWidth(STDOUT_FILENO),
-                              labelsFor(instances));
+                    const RequestOptions& options) {
+    const Presentation how = presentationOf(options, instances, wanted);
+    if (!options.json)
+        return printInstances(std::cout, instances, how);
     auto list = nlohmann::ordered_json::array();
     for (const broker::Instance& instance : instances)
-        list.push_back(toJson(instance));
+        list.push_back(toJson(instance, how));
     printJson(std::cout, list);
 }
 

@@ -49,18 +49,12 @@ std::string_view withoutTail(std::string_view message) {
     return message.substr(0, message.find_last_not_of(" \n") + 1);
 }
 
-std::string failureText(const broker::Request& request, const broker::Reply& reply, const Remarks& remarks) {
-    std::string text = broker::codeName(reply.code) + " (" + std::to_string(reply.code) + ')';
-    if (const auto message = withoutTail(reply.message); !message.empty())
-        text.append(": ").append(message);
-    if (reply.code == CMPI_RC_ERR_INVALID_CLASS)
-        text += didYouMean(request.path.className, classNames());
-    if (!remarks.text().empty())
-        text += " (" + remarks.text() + ')';
-    if (reply.code == CMPI_RC_ERR_FAILED)
-        if (const std::string reason = diagnose(); !reason.empty())
-            text += " (" + reason + ')';
-    return text;
+// The database, or a BMC that cannot be reached, come before what the BMC refused: that may be usual.
+std::string reasonOfFailure(const ExchangeWatch& watch) {
+    if (watch.hasSilence())
+        return watch.lastFailure();
+    const std::string reason = diagnose();
+    return !reason.empty() ? reason : watch.lastFailure();
 }
 
 // The library waits for a BMC that may still be starting. Only the user makes a virtual one.
@@ -80,6 +74,13 @@ void RequestOptions::addTo(CLI::App& command) {
     command.add_option("--namespace", nameSpace, "CIM namespace instead of the one that serves the class");
     command.add_option("--module", module, "Provider module to load instead of the installed one");
     command.add_option("--user", user, "Principal that the request comes from");
+    command.add_option("--timeout", timeout, "Seconds that the whole command may take")
+        ->check(CLI::Range(1, 86400));
+}
+
+void RequestOptions::addPresentationTo(CLI::App& command) {
+    command.add_flag("--words", words, "Print what a value means beside it, as in 5 (OK)");
+    command.add_flag("--wide", wide, "Make tables as wide as they are, not as the terminal is");
 }
 
 void loadProviders(broker::Broker& broker, const std::string& module) {
@@ -102,27 +103,52 @@ void Remarks::unknown(std::string_view className, const char* kind, const std::s
 }
 
 Requester::Requester(const RequestOptions& options)
-    : progress_(std::make_shared<LogProgress>(std::cerr, isatty(STDERR_FILENO) != 0)) {
-    ipmi::observeExchanges([progress = progress_](auto netFn, auto command, auto sent, auto answer) {
-        progress->exchanged(netFn, command, sent, answer);
+    : watch_(std::make_shared<ExchangeWatch>(std::cerr, isatty(STDERR_FILENO) != 0)) {
+    ipmi::observeExchanges([watch = watch_](auto netFn, auto command, auto sent, auto answer) {
+        watch->exchanged(netFn, command, sent, answer);
     });
+    if (options.timeout > 0)
+        limit_ =
+            std::make_unique<TimeLimit>(options.timeout, [watch = watch_] { return watch->lastFailure(); });
     const ProviderOutput redirected;
     loadProviders(broker_, options.module);
     broker_.setUser(options.user);
 }
 
-broker::Reply Requester::execute(const broker::Request& request, const Remarks& remarks) {
+std::string Requester::failureText(const broker::Request& request, const broker::Reply& reply,
+                                   const Remarks& remarks) const {
+    std::string text = broker::codeName(reply.code) + " (" + std::to_string(reply.code) + ')';
+    if (const auto message = withoutTail(reply.message); !message.empty())
+        text.append(": ").append(message);
+    if (reply.code == CMPI_RC_ERR_INVALID_CLASS)
+        text += didYouMean(request.path.className, classNames());
+    if (!remarks.text().empty())
+        text += " (" + remarks.text() + ')';
+    if (reply.code == CMPI_RC_ERR_FAILED)
+        if (const std::string reason = reasonOfFailure(*watch_); !reason.empty())
+            text += " (" + reason + ')';
+    return text;
+}
+
+broker::Reply Requester::ask(const broker::Request& request, const Remarks& remarks) {
     if (needsInstanceArrays(request))
         provideInstanceArrays();
+    watch_->begin();
     broker::Reply reply = [&] {
         const ProviderOutput redirected;
         return broker_.execute(request);
     }();
-    progress_->clear();
+    watch_->end();
     if (!reply.ok())
         throw Failure(failureText(request, reply, remarks));
-    if (!remarks.text().empty())
-        std::cerr << "phctl: warning: " << printable(remarks.text()) << '\n';
+    return reply;
+}
+
+broker::Reply Requester::execute(const broker::Request& request, const Remarks& remarks) {
+    broker::Reply reply = ask(request, remarks);
+    for (const std::string& warning : {remarks.text(), unreadableSensors()})
+        if (!warning.empty())
+            std::cerr << "phctl: warning: " << printable(warning) << '\n';
     return reply;
 }
 

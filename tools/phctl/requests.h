@@ -2,7 +2,8 @@
 #pragma once
 
 #include "broker/broker.h"
-#include "log_progress.h"
+#include "exchange_watch.h"
+#include "time_limit.h"
 
 #include <CLI/CLI.hpp>
 #include <memory>
@@ -14,11 +15,15 @@ namespace phctl {
 // Options of every command that asks the providers.
 struct RequestOptions {
     bool json = false;
+    bool words = false, wide = false;
     std::string nameSpace; // empty: the one that serves the class
     std::string module;    // empty: where the installation has it
     std::string user;
+    unsigned timeout = 0; // seconds; 0: none
 
     void addTo(CLI::App& command);
+    // --words and --wide, of commands that print instances.
+    void addPresentationTo(CLI::App& command);
 };
 
 // Loads the provider module, after making sure that it works on the right machine. Throws Failure.
@@ -43,14 +48,23 @@ class Requester {
 public:
     explicit Requester(const RequestOptions& options);
 
-    // Executes the request, and shows progress where it reads a long log. Remarks go to stderr, with the
-    // error when it fails. Throws Failure.
+    // Executes the request, and shows progress where it waits or reads a long log. Remarks, and which sensors
+    // could not be read, go to stderr; where it fails, with the error. Throws Failure.
     broker::Reply execute(const broker::Request& request, const Remarks& remarks = {});
+    // The same without a word to stderr.
+    broker::Reply ask(const broker::Request& request, const Remarks& remarks = {});
+
+    // Tells which sensors the last request could not read; empty when it could all.
+    std::string unreadableSensors() const { return watch_->unreadableSensors(); }
 
     broker::Broker& broker() { return broker_; }
 
 private:
-    std::shared_ptr<LogProgress> progress_;
+    std::string failureText(const broker::Request& request, const broker::Reply& reply,
+                            const Remarks& remarks) const;
+
+    std::shared_ptr<ExchangeWatch> watch_;
+    std::unique_ptr<TimeLimit> limit_;
     broker::Broker broker_;
 };
 

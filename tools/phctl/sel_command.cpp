@@ -83,7 +83,7 @@ int list(const SelOptions& options) {
     else if (shown.empty())
         std::cout << "The event log is empty\n";
     else
-        table.print(std::cout, terminalWidth(STDOUT_FILENO));
+        table.print(std::cout, layoutOf(STDOUT_FILENO));
     return done;
 }
 

@@ -2,13 +2,13 @@
 
 #include "errors.h"
 #include "names.h"
+#include "secrets.h"
 
 #include <charconv>
 #include <cstdlib>
 #include <filesystem>
 #include <freeipmi/api/ipmi-api.h>
 #include <freeipmi/spec/ipmi-privilege-level-spec.h>
-#include <fstream>
 #include <iostream>
 #include <span>
 
@@ -101,14 +101,6 @@ void setHost(SessionSettings& settings, const std::string& text) {
 
 } // namespace
 
-std::string readPassword(const std::string& file) {
-    std::ifstream stream(file == "-" ? "/dev/stdin" : file);
-    std::string line;
-    if (!std::getline(stream, line))
-        throw UsageError("--password-file: cannot read a line of " + file);
-    return line;
-}
-
 void SessionOptions::addTo(CLI::App& command) {
     virtual_ =
         command.add_option("--virtual", stateFile_, "The virtual BMC [of this state file]")->expected(0, 1);
@@ -147,7 +139,7 @@ void SessionOptions::addTo(CLI::App& command) {
 
 std::string SessionOptions::password() const {
     if (!passwordFile_.empty())
-        return readPassword(passwordFile_);
+        return readSecret("--password-file", passwordFile_);
     if (!passwordVariable_.empty()) {
         const char* value = std::getenv(passwordVariable_.c_str());
         if (value == nullptr)

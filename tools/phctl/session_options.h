@@ -28,7 +28,4 @@ private:
     int retransmission_ = 0;
 };
 
-// Reads the first line of what --password-file names, which is standard input for "-". Throws UsageError.
-std::string readPassword(const std::string& file);
-
 } // namespace phctl

@@ -38,7 +38,7 @@ void print(const smash::SyncReport& report) {
     table.add({std::to_string(report.sensors), "CIM_Sensor"});
     table.add({std::to_string(report.frus), "FRU inventory"});
     table.add({std::to_string(report.packages), "physical packages"});
-    table.print(std::cout, 0);
+    table.print(std::cout);
     std::cout << "from " << report.recordsRead << " sensor data records, in " << databaseFile().string()
               << '\n';
     for (const auto& [source, reason] : report.remarks)

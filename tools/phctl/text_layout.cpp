@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <clocale>
+#include <cstdlib>
 #include <cwchar>
 #include <ostream>
 #include <sys/ioctl.h>
@@ -11,7 +12,8 @@
 namespace phctl {
 namespace {
 
-constexpr std::string_view ellipsis = "…";
+constexpr std::string_view gap = "  ";
+constexpr std::size_t narrowestText = 12; // columns that a text keeps
 
 struct Character {
     std::size_t bytes;
@@ -32,6 +34,31 @@ Character next(std::string_view text) {
 bool isNumber(std::string_view text) {
     return !text.empty() && text.find_first_not_of("+-.0123456789") == std::string_view::npos &&
            text.find_first_of("0123456789") != std::string_view::npos;
+}
+
+constexpr std::string_view plain = "\x1B[0m";
+
+std::string_view escapeOf(Colour colour) {
+    switch (colour) {
+    case Colour::Yellow:
+        return "\x1B[33m";
+    case Colour::Red:
+        return "\x1B[31m";
+    case Colour::Grey:
+        return "\x1B[90m";
+    case Colour::None:
+        break;
+    }
+    return "";
+}
+
+// Returns the columns that a line takes, with the gaps.
+template <class Column>
+std::size_t total(const std::vector<Column>& columns, std::size_t Column::*width) {
+    std::size_t sum = columns.empty() ? 0 : (columns.size() - 1) * gap.size();
+    for (const Column& column : columns)
+        sum += column.*width;
+    return sum;
 }
 
 } // namespace
@@ -69,67 +96,118 @@ std::size_t displayWidth(std::string_view text) {
     return width;
 }
 
-std::string cut(const std::string& text, std::size_t columns) {
-    if (displayWidth(text) <= columns)
-        return text;
-    std::size_t end = 0;
-    for (std::size_t width = 0; end < text.size();) {
-        const Character character = next(std::string_view(text).substr(end));
-        width += static_cast<std::size_t>(std::max(character.width, 0));
-        if (width + 1 > columns)
-            break;
-        end += character.bytes;
+std::vector<std::string> wrap(std::string_view text, std::size_t columns) {
+    std::vector<std::string> lines;
+    while (displayWidth(text) > columns) {
+        std::size_t end = 0, blank = 0;
+        for (std::size_t width = 0; end < text.size();) {
+            const Character character = next(text.substr(end));
+            width += static_cast<std::size_t>(std::max(character.width, 0));
+            if (text[end] == ' ')
+                blank = end;
+            if (width > columns && end > 0)
+                break;
+            end += character.bytes;
+        }
+        const std::size_t lineEnd = blank > 0 ? blank : end;
+        lines.emplace_back(text.substr(0, lineEnd));
+        text.remove_prefix(blank > 0 ? lineEnd + 1 : lineEnd);
     }
-    return text.substr(0, end).append(ellipsis);
+    lines.emplace_back(text);
+    return lines;
 }
 
-std::size_t terminalWidth(int descriptor) {
+Layout layoutOf(int descriptor, bool wide) {
     constexpr std::size_t usual = 80;
-    winsize size{};
     if (isatty(descriptor) == 0)
-        return 0;
-    return ioctl(descriptor, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : usual;
+        return {};
+    const char* const noColour = std::getenv("NO_COLOR");
+    Layout layout{.width = 0, .hasColours = noColour == nullptr || *noColour == '\0'};
+    winsize size{};
+    if (!wide)
+        layout.width = ioctl(descriptor, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : usual;
+    return layout;
 }
 
-void Table::add(std::vector<std::string> row) {
-    for (std::string& cell : row)
+void Table::add(std::vector<std::string> cells, Colour colour) {
+    for (std::string& cell : cells)
         cell = printable(cell);
-    row.resize(head_.size());
-    rows_.push_back(std::move(row));
+    cells.resize(head_.size());
+    rows_.push_back({std::move(cells), colour});
 }
 
-void Table::print(std::ostream& out, std::size_t width) const {
-    constexpr std::string_view gap = "  ";
-    struct Column {
-        std::size_t width;
-        bool isNumeric;
-    };
+std::vector<Table::Column> Table::columns() const {
     std::vector<Column> columns;
     for (std::size_t i = 0; i < head_.size(); ++i) {
-        Column column{displayWidth(head_[i]), false};
+        const std::size_t headWidth = displayWidth(head_[i]);
+        Column column{headWidth, headWidth, false};
         bool hasText = false;
-        for (const auto& row : rows_) {
-            const bool isNumeric = isNumber(row[i]);
-            column.width = std::max(column.width, displayWidth(row[i]));
+        for (const Row& row : rows_) {
+            const std::string& cell = row.cells[i];
+            const bool isNumeric = isNumber(cell);
+            column.width = std::max(column.width, displayWidth(cell));
             column.isNumeric = column.isNumeric || isNumeric;
-            hasText = hasText || !(isNumeric || row[i].empty() || row[i] == "-");
+            hasText = hasText || !(isNumeric || cell.empty() || cell == "-");
         }
         column.isNumeric = column.isNumeric && !hasText;
+        column.least =
+            column.isNumeric ? column.width : std::max(headWidth, std::min(column.width, narrowestText));
         columns.push_back(column);
     }
-    const auto printRow = [&](const std::vector<std::string>& row) {
+    return columns;
+}
+
+bool Table::fits(std::size_t width) const {
+    return width == 0 || total(columns(), &Column::least) <= width;
+}
+
+void Table::printRow(std::ostream& out, const std::vector<Column>& columns, const Row& row,
+                     bool hasColours) const {
+    std::vector<std::vector<std::string>> cells;
+    std::size_t height = 1;
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        cells.push_back(wrap(row.cells[i], columns[i].width));
+        height = std::max(height, cells.back().size());
+    }
+    for (std::size_t y = 0; y < height; ++y) {
         std::string line;
-        for (std::size_t i = 0; i < row.size(); ++i) {
-            const std::string blanks(columns[i].width - displayWidth(row[i]), ' ');
+        for (std::size_t i = 0; i < columns.size(); ++i) {
+            const std::string cell = y < cells[i].size() ? cells[i][y] : std::string();
+            const std::string blanks(columns[i].width - displayWidth(cell), ' ');
             line += i == 0 ? "" : gap;
-            line += columns[i].isNumeric ? blanks + row[i] : row[i] + blanks;
+            line += columns[i].isNumeric ? blanks + cell : cell + blanks;
         }
         line.erase(line.find_last_not_of(' ') + 1);
-        out << (width > 0 ? cut(line, width) : line) << '\n';
-    };
-    printRow(head_);
-    for (const auto& row : rows_)
-        printRow(row);
+        if (hasColours && row.colour != Colour::None)
+            out << escapeOf(row.colour) << line << plain << '\n';
+        else
+            out << line << '\n';
+    }
+}
+
+void Table::print(std::ostream& out, const Layout& layout) const {
+    std::vector<Column> shown = columns();
+    if (layout.width > 0) {
+        while (shown.size() > 1 && total(shown, &Column::least) > layout.width)
+            shown.pop_back();
+        // Texts give way, the widest first, until the others are as wide.
+        while (total(shown, &Column::width) > layout.width) {
+            const auto widest = std::ranges::max_element(
+                shown, {}, [](const Column& each) { return each.width > each.least ? each.width : 0; });
+            if (widest->width <= widest->least)
+                break;
+            --widest->width;
+        }
+    }
+    printRow(out, shown, {head_, Colour::None}, false);
+    for (const Row& row : rows_)
+        printRow(out, shown, row, layout.hasColours);
+    if (shown.size() == head_.size())
+        return;
+    out << "Not shown for want of room:";
+    for (std::size_t i = shown.size(); i < head_.size(); ++i)
+        out << (i == shown.size() ? " " : ", ") << head_[i];
+    out << " (--wide)\n";
 }
 
 } // namespace phctl

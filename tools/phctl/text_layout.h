@@ -18,23 +18,51 @@ std::string printable(std::string_view text);
 // Counts the columns that a printable text takes.
 std::size_t displayWidth(std::string_view text);
 
-// Cuts the text to a number of columns; "…" is the last one of a text that was cut.
-std::string cut(const std::string& text, std::size_t columns);
+// Breaks a printable text into lines of at most so many columns (one or more), at blanks where it has some.
+std::vector<std::string> wrap(std::string_view text, std::size_t columns);
 
-// Returns the columns of the terminal behind a descriptor; 0 when it is not a terminal.
-std::size_t terminalWidth(int descriptor);
+// What the text is printed on.
+struct Layout {
+    std::size_t width = 0; // columns; 0: no limit
+    bool hasColours = false;
+};
+
+// Returns the layout of the terminal behind a descriptor; NO_COLOR in the environment turns colours off.
+// Anything else than a terminal has no limit and no colours, as has the width of a `wide` layout.
+Layout layoutOf(int descriptor, bool wide = false);
+
+enum class Colour { None, Yellow, Red, Grey };
 
 // Prints rows under a head line, in aligned columns. Columns that hold only numbers are flush right.
 class Table {
 public:
     explicit Table(std::vector<std::string> head) : head_(std::move(head)) {}
-    void add(std::vector<std::string> row); // as many cells as the head has
-    // Lines are cut to `width` columns; 0 means no limit.
-    void print(std::ostream& out, std::size_t width) const;
+    // Takes as many cells as the head has. The whole line gets the colour.
+    void add(std::vector<std::string> cells, Colour colour = Colour::None);
+
+    // Tells whether all columns fit, the texts among them as narrow as they may become.
+    bool fits(std::size_t width) const;
+
+    // Makes the widest texts go on below, at a blank where there is one, until the columns fit. If they do not,
+    // the last columns are left out, and named below the table. Values are never cut.
+    void print(std::ostream& out, const Layout& layout = {}) const;
 
 private:
+    struct Column {
+        std::size_t width;
+        std::size_t least;
+        bool isNumeric;
+    };
+    struct Row {
+        std::vector<std::string> cells;
+        Colour colour;
+    };
+    std::vector<Column> columns() const;
+    void printRow(std::ostream& out, const std::vector<Column>& columns, const Row& row,
+                  bool hasColours) const;
+
     std::vector<std::string> head_;
-    std::vector<std::vector<std::string>> rows_;
+    std::vector<Row> rows_;
 };
 
 } // namespace phctl

@@ -1,0 +1,124 @@
+#include "exchange_watch.h"
+
+#include "ipmi/command.h"
+#include "ipmi_commands.h"
+
+#include <ostream>
+
+namespace phctl {
+namespace {
+
+constexpr int noAnswer = -1;
+constexpr std::chrono::seconds patience(2);
+constexpr std::chrono::seconds period(1);
+constexpr std::string_view eraseLine = "\r\x1B[K";
+
+} // namespace
+
+void ExchangeWatch::Wait::begin() {
+    end();
+    isEnding_ = false;
+    last_ = std::chrono::steady_clock::now();
+    thread_ = std::thread([this] { run(); });
+}
+
+void ExchangeWatch::Wait::end() {
+    {
+        const std::lock_guard lock(mutex_);
+        isEnding_ = true;
+    }
+    changed_.notify_all();
+    if (thread_.joinable())
+        thread_.join();
+}
+
+void ExchangeWatch::Wait::progress() {
+    const std::lock_guard lock(mutex_);
+    last_ = std::chrono::steady_clock::now();
+}
+
+void ExchangeWatch::Wait::run() {
+    bool isShown = false;
+    std::unique_lock lock(mutex_);
+    while (!changed_.wait_for(lock, period, [this] { return isEnding_; })) {
+        const auto waited =
+            std::chrono::floor<std::chrono::seconds>(std::chrono::steady_clock::now() - last_);
+        const bool isWaiting = waited >= patience;
+        if (isTerminal_ && isWaiting)
+            out_ << eraseLine << "Waiting for the BMC: " << waited.count() << " s" << std::flush;
+        else if (isTerminal_ && isShown)
+            out_ << eraseLine << std::flush;
+        else if (!isTerminal_ && isWaiting && !isShown)
+            out_ << "Waiting for the BMC" << std::endl;
+        isShown = isWaiting;
+    }
+    if (isTerminal_ && isShown)
+        out_ << eraseLine << std::flush;
+}
+
+void ExchangeWatch::begin() {
+    {
+        const std::lock_guard lock(mutex_);
+        unreadable_.clear();
+        failure_ = 0;
+        hasSilence_ = false;
+    }
+    wait_.begin();
+}
+
+void ExchangeWatch::end() {
+    wait_.end();
+    log_.clear();
+}
+
+void ExchangeWatch::exchanged(std::uint8_t netFn, std::uint8_t command, Bytes request, Bytes answer) {
+    const Reason reason = answer.empty() ? noAnswer : answer[0];
+    if (reason == 0) {
+        wait_.progress();
+        log_.exchanged(netFn, command, request, answer);
+        return;
+    }
+    const std::lock_guard lock(mutex_);
+    failed_ = {netFn, command};
+    failure_ = reason;
+    hasSilence_ = hasSilence_ || reason == noAnswer;
+    if (failed_ == ipmi::command::getSensorReading && !request.empty())
+        unreadable_[reason].insert(request[0]);
+}
+
+std::string ExchangeWatch::textOf(Reason reason) {
+    if (reason == noAnswer)
+        return "the BMC did not answer";
+    char code[12];
+    std::snprintf(code, sizeof code, "%02Xh", static_cast<unsigned>(reason));
+    return std::string("completion code ") + code + ", " +
+           ipmi::completionCodeText(static_cast<std::uint8_t>(reason));
+}
+
+std::string ExchangeWatch::unreadableSensors() const {
+    const std::lock_guard lock(mutex_);
+    std::size_t count = 0;
+    std::string reasons;
+    for (const auto& [reason, sensors] : unreadable_) {
+        count += sensors.size();
+        reasons += (reasons.empty() ? "" : "; ") +
+                   (unreadable_.size() > 1 ? std::to_string(sensors.size()) + " with " : std::string()) +
+                   textOf(reason);
+    }
+    if (count == 0)
+        return {};
+    return std::to_string(count) + (count == 1 ? " sensor" : " sensors") + " could not be read and " +
+           (count == 1 ? "is" : "are") + " left out: " + reasons;
+}
+
+std::string ExchangeWatch::lastFailure() const {
+    const std::lock_guard lock(mutex_);
+    return failure_ == 0 ? std::string() : toText(failed_) + ": " + textOf(failure_);
+}
+
+bool ExchangeWatch::hasSilence() const {
+    const std::lock_guard lock(mutex_);
+    return hasSilence_;
+}
+
+} // namespace phctl

@@ -1,0 +1,28 @@
+// Ends a command that takes too long.
+#pragma once
+
+#include <condition_variable>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <thread>
+
+namespace phctl {
+
+// While it lives, exchanges with the BMC end within the time. A provider that is not back a moment later, since it
+// sleeps before it tries again, is not waited for: the process ends with status 1 and the reason.
+class TimeLimit {
+public:
+    TimeLimit(unsigned seconds, std::function<std::string()> reason);
+    ~TimeLimit();
+    TimeLimit(const TimeLimit&) = delete;
+    TimeLimit& operator=(const TimeLimit&) = delete;
+
+private:
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    bool isEnding_ = false;
+    std::thread thread_;
+};
+
+} // namespace phctl
