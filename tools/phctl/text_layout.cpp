@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <clocale>
+#include <cstdlib>
 #include <cwchar>
 #include <ostream>
 #include <sys/ioctl.h>
@@ -32,6 +33,22 @@ Character next(std::string_view text) {
 bool isNumber(std::string_view text) {
     return !text.empty() && text.find_first_not_of("+-.0123456789") == std::string_view::npos &&
            text.find_first_of("0123456789") != std::string_view::npos;
+}
+
+constexpr std::string_view plain = "\x1B[0m";
+
+std::string_view escapeOf(Colour colour) {
+    switch (colour) {
+    case Colour::Yellow:
+        return "\x1B[33m";
+    case Colour::Red:
+        return "\x1B[31m";
+    case Colour::Grey:
+        return "\x1B[90m";
+    case Colour::None:
+        break;
+    }
+    return "";
 }
 
 } // namespace
@@ -91,14 +108,20 @@ std::size_t terminalWidth(int descriptor) {
     return ioctl(descriptor, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : usual;
 }
 
-void Table::add(std::vector<std::string> row) {
-    for (std::string& cell : row)
-        cell = printable(cell);
-    row.resize(head_.size());
-    rows_.push_back(std::move(row));
+Layout layoutOf(int descriptor, bool wide) {
+    const char* const noColour = std::getenv("NO_COLOR");
+    return {.width = wide ? 0 : terminalWidth(descriptor),
+            .hasColours = isatty(descriptor) != 0 && (noColour == nullptr || *noColour == '\0')};
 }
 
-void Table::print(std::ostream& out, std::size_t width) const {
+void Table::add(std::vector<std::string> cells, Colour colour) {
+    for (std::string& cell : cells)
+        cell = printable(cell);
+    cells.resize(head_.size());
+    rows_.push_back({std::move(cells), colour});
+}
+
+void Table::print(std::ostream& out, const Layout& layout) const {
     constexpr std::string_view gap = "  ";
     struct Column {
         std::size_t width;
@@ -108,16 +131,17 @@ void Table::print(std::ostream& out, std::size_t width) const {
     for (std::size_t i = 0; i < head_.size(); ++i) {
         Column column{displayWidth(head_[i]), false};
         bool hasText = false;
-        for (const auto& row : rows_) {
-            const bool isNumeric = isNumber(row[i]);
-            column.width = std::max(column.width, displayWidth(row[i]));
+        for (const Row& row : rows_) {
+            const std::string& cell = row.cells[i];
+            const bool isNumeric = isNumber(cell);
+            column.width = std::max(column.width, displayWidth(cell));
             column.isNumeric = column.isNumeric || isNumeric;
-            hasText = hasText || !(isNumeric || row[i].empty() || row[i] == "-");
+            hasText = hasText || !(isNumeric || cell.empty() || cell == "-");
         }
         column.isNumeric = column.isNumeric && !hasText;
         columns.push_back(column);
     }
-    const auto printRow = [&](const std::vector<std::string>& row) {
+    const auto printRow = [&](const std::vector<std::string>& row, Colour colour) {
         std::string line;
         for (std::size_t i = 0; i < row.size(); ++i) {
             const std::string blanks(columns[i].width - displayWidth(row[i]), ' ');
@@ -125,11 +149,13 @@ void Table::print(std::ostream& out, std::size_t width) const {
             line += columns[i].isNumeric ? blanks + row[i] : row[i] + blanks;
         }
         line.erase(line.find_last_not_of(' ') + 1);
-        out << (width > 0 ? cut(line, width) : line) << '\n';
+        const std::string_view escape = layout.hasColours ? escapeOf(colour) : "";
+        out << escape << (layout.width > 0 ? cut(line, layout.width) : line) << (escape.empty() ? "" : plain)
+            << '\n';
     };
-    printRow(head_);
-    for (const auto& row : rows_)
-        printRow(row);
+    printRow(head_, Colour::None);
+    for (const Row& row : rows_)
+        printRow(row.cells, row.colour);
 }
 
 } // namespace phctl

@@ -24,17 +24,36 @@ std::string cut(const std::string& text, std::size_t columns);
 // Returns the columns of the terminal behind a descriptor; 0 when it is not a terminal.
 std::size_t terminalWidth(int descriptor);
 
+// What the text is printed on.
+struct Layout {
+    std::size_t width = 0; // columns; 0: no limit
+    bool hasColours = false;
+};
+
+// Returns the layout of the terminal behind a descriptor; NO_COLOR in the environment turns colours off.
+// Anything else than a terminal has no limit and no colours, as has the width of a `wide` layout.
+Layout layoutOf(int descriptor, bool wide = false);
+
+enum class Colour { None, Yellow, Red, Grey };
+
 // Prints rows under a head line, in aligned columns. Columns that hold only numbers are flush right.
 class Table {
 public:
     explicit Table(std::vector<std::string> head) : head_(std::move(head)) {}
-    void add(std::vector<std::string> row); // as many cells as the head has
-    // Lines are cut to `width` columns; 0 means no limit.
-    void print(std::ostream& out, std::size_t width) const;
+    // Takes as many cells as the head has. The whole line gets the colour.
+    void add(std::vector<std::string> cells, Colour colour = Colour::None);
+    // Lines are cut to the layout's width.
+    void print(std::ostream& out, const Layout& layout) const;
+    void print(std::ostream& out, std::size_t width) const { print(out, Layout{.width = width}); }
 
 private:
+    struct Row {
+        std::vector<std::string> cells;
+        Colour colour;
+    };
+
     std::vector<std::string> head_;
-    std::vector<std::vector<std::string>> rows_;
+    std::vector<Row> rows_;
 };
 
 } // namespace phctl
