@@ -1,5 +1,6 @@
 #include "smash-db/schema.h"
 
+#include "smash-db/conversion_table.h"
 #include "smash-db/device_tables.h"
 #include "smash-db/indication_tables.h"
 #include "smash-db/inventory_tables.h"
@@ -12,18 +13,18 @@
 namespace smash {
 namespace {
 
-constexpr const Table* smashTables[] = {&sessionTable,           &deviceTable,       &fruTable,
-                                        &compactSdrTable,        &fullSdrTable,      &powerServiceTable,
-                                        &powerCapabilitiesTable, &staticIpTable,     &cimxmlFilterTable,
-                                        &cimxmlDestinationTable, &eventMessageTable, &entityDeviceTable,
-                                        &entityAssociationTable, &packageTable,      &powerSupplyInfoTable,
-                                        &indicationServiceTable};
+constexpr const Table* smashTables[] = {&sessionTable,           &deviceTable,          &fruTable,
+                                        &compactSdrTable,        &fullSdrTable,         &powerServiceTable,
+                                        &powerCapabilitiesTable, &staticIpTable,        &cimxmlFilterTable,
+                                        &cimxmlDestinationTable, &eventMessageTable,    &entityDeviceTable,
+                                        &entityAssociationTable, &packageTable,         &powerSupplyInfoTable,
+                                        &indicationServiceTable, &sensorConversionTable};
 
 constexpr const Table* temporaryTables[] = {&jobTable, &jobSequenceTable, &jobErrorTable};
 
 } // namespace
 
-constexpr Schema smashSchema{"/conf/smash.db", 3, false, smashTables};
+constexpr Schema smashSchema{"/conf/smash.db", 4, false, smashTables};
 // The name must not begin with "/tmp/smash": such files are removed when the CLP daemon is started.
 constexpr Schema temporarySchema{"/tmp/method_jobs.db", 2, true, temporaryTables};
 

@@ -34,7 +34,7 @@ SdrBuilder common(SdrBuilder sdr, const SimSensor& sensor) {
 std::vector<std::uint8_t> fullSdr(const SimSensor& sensor) {
     const auto& limits = sensor.thresholds;
     return common(SdrBuilder::full(sensor.type, sensor.eventReadingType, sensor.name), sensor)
-        .set(21, {0, sensor.unit, 0, 0}) // unsigned; base unit; no modifier; linear
+        .set(21, {sensor.units, sensor.unit, sensor.modifierUnit, sensor.linearization})
         .set(25, {byte(sensor.m), byte((sensor.m >> 2) & 0xC0), byte(sensor.b), byte((sensor.b >> 2) & 0xC0)})
         .set(30, {byte((sensor.rExponent << 4) | (sensor.bExponent & 0x0F))})
         .set(35, {0xFF, 0, limits[5], limits[4], limits[3], limits[2], limits[1], limits[0], 1, 1})

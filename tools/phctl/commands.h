@@ -14,6 +14,7 @@ void addAssociationCommands(CLI::App& app, Chosen& chosen);
 void addMethodCommand(CLI::App& app, Chosen& chosen);
 void addClassesCommand(CLI::App& app, Chosen& chosen);
 void addMonitorCommand(CLI::App& app, Chosen& chosen);
+void addSensorsCommand(CLI::App& app, Chosen& chosen);
 void addServeCommand(CLI::App& app, Chosen& chosen);
 void addSyncCommand(CLI::App& app, Chosen& chosen);
 void addBmcCommand(CLI::App& app, Chosen& chosen);

@@ -152,16 +152,21 @@ void requireBmc(const SessionSettings& settings) {
         throw Failure("there is no virtual BMC " + settings.address + ": run `phctl bmc create MODEL` first");
 }
 
+SessionSettings knownBmc() {
+    if (!exists(databaseFile()))
+        throw Failure("there is no database " + databaseFile().string() + ": run `phctl sync` first");
+    const auto row = sessionRow();
+    if (!row)
+        throw Failure(databaseFile().string() + " does not say where the BMC is: run `phctl sync --help`");
+    SessionSettings settings = settingsOf(*row);
+    requireBmc(settings);
+    return settings;
+}
+
 std::string diagnose() {
     constexpr int secondsToAnswer = 3;
     try {
-        if (!exists(databaseFile()))
-            return "there is no database " + databaseFile().string() + ": run `phctl sync` first";
-        const auto row = sessionRow();
-        if (!row)
-            return databaseFile().string() + " does not say where the BMC is: run `phctl sync --help`";
-        SessionSettings settings = settingsOf(*row);
-        requireBmc(settings);
+        SessionSettings settings = knownBmc();
         settings.timeout = secondsToAnswer;
         ipmi::openTransport(settings);
     } catch (const std::exception& error) {

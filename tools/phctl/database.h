@@ -33,6 +33,9 @@ void setSessionRow(const IPMISessionInfo& row);
 ipmi::SessionSettings settingsOf(const IPMISessionInfo& row);
 SessionRow rowOf(const ipmi::SessionSettings& settings);
 
+// Returns the BMC of the session row. Throws Failure where there is none.
+ipmi::SessionSettings knownBmc();
+
 // Reads the sensors of the last sync. There are none when they cannot be read, as they only make events
 // readable.
 SensorLabels sensorLabels();

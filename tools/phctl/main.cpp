@@ -58,6 +58,7 @@ int run(int argc, char** argv) {
     addMethodCommand(app, chosen);
     addClassesCommand(app, chosen);
     addMonitorCommand(app, chosen);
+    addSensorsCommand(app, chosen);
     addServeCommand(app, chosen);
     addSyncCommand(app, chosen);
     addBmcCommand(app, chosen);

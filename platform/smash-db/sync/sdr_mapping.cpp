@@ -99,20 +99,26 @@ Integer toInteger(double value) {
 }
 
 // Bytes 21 to 47 of a full record.
-void readAnalog(ipmi::Reader& reader, FullSdr& row) {
-    const std::uint8_t units = reader.u8();
-    row.analogFormat = units >> 6;
-    row.rateUnits = units >> 3 & 0x07;
-    row.baseUnits = reader.u8();
-    reader.skip(1); // modifier unit
-    row.isLinear = (reader.u8() & 0x7F) == 0;
+void readAnalog(ipmi::Reader& reader, FullSdr& row, SensorConversionRow& conversion) {
+    copyText(conversion.source, row.common.source);
+    conversion.units = reader.u8();
+    conversion.baseUnit = reader.u8();
+    conversion.modifierUnit = reader.u8();
+    conversion.linearization = reader.u8() & 0x7F;
+    row.analogFormat = conversion.units >> 6;
+    row.rateUnits = conversion.units >> 3 & 0x07;
+    row.baseUnits = conversion.baseUnit;
+    row.isLinear = conversion.linearization == 0;
 
     const unsigned mTolerance = reader.u16();
     const unsigned bAccuracy = reader.u16();
     const unsigned accuracyDirection = reader.u8();
-    row.exponents = reader.u8();
+    conversion.exponents = reader.u8();
+    row.exponents = conversion.exponents;
     row.m = signExtend((mTolerance & 0xFF) | (mTolerance >> 6 & 0x300), 10);
     row.b = signExtend((bAccuracy & 0xFF) | (bAccuracy >> 6 & 0x300), 10);
+    conversion.m = row.m;
+    conversion.b = row.b;
     const double step = std::abs(row.m) * std::pow(10.0, signExtend(row.exponents >> 4, 4)) * 100;
     const unsigned tolerance = mTolerance >> 8 & 0x3F; // half raw steps
     const unsigned accuracy = (bAccuracy >> 8 & 0x3F) | (accuracyDirection & 0xF0) << 2;
@@ -182,10 +188,10 @@ std::vector<CompactSdr> mapCompact(ipmi::Reader& reader, const SdrRecord& record
     return rows;
 }
 
-FullSdr mapFull(ipmi::Reader& reader, const SdrRecord& record) {
+FullSdr mapFull(ipmi::Reader& reader, const SdrRecord& record, SensorConversionRow& conversion) {
     FullSdr row = {};
     row.common = readCommon(reader, record);
-    readAnalog(reader, row);
+    readAnalog(reader, row, conversion);
     const std::string idString = readIdString(reader);
     requireServed(reader, row.common);
     setName(row.common, idString);
@@ -237,13 +243,17 @@ void SdrMapping::add(const SdrRecord& record, std::vector<SyncRemark>& remarks) 
     reader.skip(1); // length
     try {
         switch (type) {
-        case fullSensor:
-            if (const FullSdr row = mapFull(reader, record); row.common.eventReadingType == threshold)
+        case fullSensor: {
+            SensorConversionRow conversion = {};
+            const FullSdr row = mapFull(reader, record, conversion);
+            conversions.push_back(conversion);
+            if (row.common.eventReadingType == threshold)
                 publish(numericSensors, row, remarks);
             else
                 for (const CompactSdr& state : rowsOf(row.common))
                     publish(sensors, state, remarks);
             break;
+        }
         case compactSensor:
             for (const CompactSdr& row : mapCompact(reader, record))
                 publish(sensors, row, remarks);

@@ -1,7 +1,8 @@
-// What each SDR becomes: rows of CIM_NumericSensor and CIM_Sensor, entities with the FRU devices to read, and entity
+// What each SDR becomes: rows of CIM_NumericSensor and CIM_Sensor with the conversion of their readings, entities with the FRU devices to read, and entity
 // associations. The mapping is described in docs/sdr-mapping.md.
 #pragma once
 
+#include "smash-db/conversion_table.h"
 #include "smash-db/sync/sdr_repository.h"
 
 #include <platform/smash_db.h>
@@ -36,6 +37,7 @@ public:
 
     std::vector<FullSdr> numericSensors;
     std::vector<CompactSdr> sensors;
+    std::vector<SensorConversionRow> conversions; // of the full records that are served
     std::vector<EntityLocator> locators;
     std::vector<EntityAssociationRow> associations;
 

@@ -114,6 +114,7 @@ void store(SQLite::Database& database, Inventory& inventory) {
     replaceAll<PowerSupplyInfoRow>(database, powerSupplyInfoTable, inventory.packages.powerSupplies);
     replaceAll<FullSdr>(database, fullSdrTable, inventory.sensors.numericSensors);
     replaceAll<CompactSdr>(database, compactSdrTable, inventory.sensors.sensors);
+    replaceAll<SensorConversionRow>(database, sensorConversionTable, inventory.sensors.conversions);
     replaceAll<EntityDeviceRow>(database, entityDeviceTable, inventory.entityDevices);
     replaceAll<EntityAssociationRow>(database, entityAssociationTable, inventory.sensors.associations);
     replaceAll(database, powerServiceTable, powerServices());

@@ -1,7 +1,7 @@
 // The sensors: what their data records say, and how they read at the moment.
 #pragma once
 
-#include "virtual-bmc/sensors/reading_factors.h"
+#include "ipmi/reading_factors.h"
 #include "virtual-bmc/state/part.h"
 #include "virtual-bmc/virtual_bmc.h"
 
@@ -11,6 +11,9 @@
 #include <vector>
 
 namespace vbmc {
+
+using ipmi::AnalogFormat;
+using ipmi::ReadingFactors;
 
 // A raw reading. A number in JSON is in the sensor's unit, a text ("0x50") the raw reading itself.
 struct Level {

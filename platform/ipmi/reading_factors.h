@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <optional>
 
-namespace vbmc {
+namespace ipmi {
 
 enum class AnalogFormat : std::uint8_t { Unsigned, OnesComplement, TwosComplement, None };
 
@@ -25,4 +25,4 @@ struct ReadingFactors {
     std::uint8_t greatestRaw() const;
 };
 
-} // namespace vbmc
+} // namespace ipmi

@@ -1,12 +1,13 @@
-#include "virtual-bmc/sensors/reading_factors.h"
+#include "ipmi/reading_factors.h"
 
 #include <gmock/gmock.h>
 
 namespace {
 
-using vbmc::AnalogFormat;
-using vbmc::ReadingFactors;
+using ipmi::AnalogFormat;
+using ipmi::ReadingFactors;
 
+constexpr std::uint8_t naturalLogarithm = 0x01;
 constexpr std::uint8_t reciprocal = 0x07;
 constexpr std::uint8_t squareRoot = 0x0A;
 
@@ -25,6 +26,9 @@ TEST(ReadingFactors, convertBothWays) {
         {"two's complement", {AnalogFormat::TwosComplement, 0, 1}, 0xFF, -1},
         {"two's complement, least", {AnalogFormat::TwosComplement, 0, 1}, 0x80, -128},
         {"exponents and offset", {AnalogFormat::Unsigned, 0, 6, -16, 2, -2}, 67, -11.98},
+        {"raw 0 with an offset", {AnalogFormat::Unsigned, 0, 2, 3, 1, -1}, 0, 3},
+        {"more than 32 bits hold", {AnalogFormat::Unsigned, 0, 500, 0, 0, 6}, 250, 125e9},
+        {"logarithm", {AnalogFormat::Unsigned, naturalLogarithm, 1}, 1, 0},
         {"negative factor", {AnalogFormat::Unsigned, 0, -2, 5, 2, 0}, 202, 96},
         {"reciprocal", {AnalogFormat::Unsigned, reciprocal, 2, 0, 0, -6}, 100, 5000},
         {"square root", {AnalogFormat::Unsigned, squareRoot, 100, 0, 0, 0}, 64, 80},

@@ -1,10 +1,10 @@
-#include "virtual-bmc/sensors/reading_factors.h"
+#include "ipmi/reading_factors.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
 
-namespace vbmc {
+namespace ipmi {
 namespace {
 
 int operand(AnalogFormat format, std::uint8_t raw) {
@@ -87,4 +87,4 @@ std::uint8_t ReadingFactors::greatestRaw() const {
     return format == AnalogFormat::OnesComplement || format == AnalogFormat::TwosComplement ? 0x7F : 0xFF;
 }
 
-} // namespace vbmc
+} // namespace ipmi
