@@ -24,9 +24,10 @@ protected:
     static Outcome succeed(const std::vector<std::string>& arguments) {
         Outcome outcome = phctl(arguments);
         EXPECT_EQ(outcome.status, 0) << outcome.err;
-        if (!outcome.err.empty())
+        if (!outcome.err.empty()) {
             EXPECT_THAT(outcome.err,
                         testing::MatchesRegex("phctl: warning: [0-9]+ sensors? could not be read .*\n"));
+        }
         return outcome;
     }
 

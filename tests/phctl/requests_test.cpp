@@ -83,16 +83,16 @@ TEST_F(Requests, tablesAreAsWideAsTheTerminal) {
     std::vector<std::string> command = {"ei", "CIM_Chassis", "--properties",
                                         "ElementName,CreationClassName,Tag"};
     const auto widest = [&] {
-        const auto onTerminal = ph_test::phctlOnTerminal(command, 40);
+        const auto onTerminal = ph_test::phctlOnTerminal(command, 66);
         EXPECT_EQ(onTerminal.status, 0);
         std::size_t width = 0;
         for (const std::string& line : lines(onTerminal.out))
             width = std::max(width, line.size());
         return width;
     };
-    EXPECT_LE(widest(), 40u);
+    EXPECT_LE(widest(), 66u);
     command.emplace_back("--wide");
-    EXPECT_GT(widest(), 40u);
+    EXPECT_GT(widest(), 66u);
 }
 
 TEST_F(Requests, changedSensorsAreSeen) {
@@ -159,10 +159,8 @@ TEST_F(Requests, instancesAreNamed) {
 }
 
 TEST_F(Requests, timeLimitsEndACommand) {
-    succeed({"bmc", "fault", "get-sensor-reading", "--silent"});
-    const auto begin = std::chrono::steady_clock::now();
-    EXPECT_THAT(phctl({"ei", "CIM_NumericSensor", "--timeout", "2"}).status, 1);
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
+    succeed({"bmc", "fault", "get-sensor-reading", "--late", "400"});
+    EXPECT_THAT(fail({"ei", "CIM_NumericSensor", "--timeout", "1"}, 1), HasSubstr("1 s (--timeout)"));
 }
 
 TEST_F(Requests, refusalsNameStatusAndReason) {
@@ -183,7 +181,7 @@ TEST_F(Requests, refusalsNameStatusAndReason) {
     };
     for (const auto& [arguments, error] : cases)
         EXPECT_EQ(fail(arguments, 1), error);
-    EXPECT_THAT(fail({"gi", "CIM_HostComputerSystem.Name=\"o'brien\""}, 1),
+    EXPECT_THAT(fail({"gi", "CIM_HostComputerSystem.Name=\"o'brien\",CreationClassName=\"CIM_X\""}, 1),
                 StartsWith("phctl: CMPI_RC_ERR_FAILED (1): Failed to Get Instance"));
 }
 

@@ -44,13 +44,18 @@ const CompactSdr& commonOf(const FullSdr& row) {
 }
 
 template <class Row>
-void addLabels(const Database& database, int (*get)(SMASH_DB_HANDLE, Row**, int*), SensorLabels& labels) {
+std::vector<Row> rowsOf(const Database& database, int (*get)(SMASH_DB_HANDLE, Row**, int*)) {
     Row* rows = nullptr;
     int count = 0;
     if (get(database.get(), &rows, &count) != 0)
-        return;
+        return {};
     const std::unique_ptr<Row, decltype(&std::free)> owner(rows, std::free);
-    for (const Row& row : std::span(rows, static_cast<std::size_t>(count))) {
+    return {rows, rows + count};
+}
+
+template <class Row>
+void addLabels(const std::vector<Row>& rows, SensorLabels& labels) {
+    for (const Row& row : rows) {
         const CompactSdr& sensor = commonOf(row);
         labels.emplace(SensorKey{sensor.ownerId, sensor.ownerLun, sensor.sensorNumber},
                        SensorLabel{sensor.name, sensor.ipmiSensorType});
@@ -100,9 +105,18 @@ void setSessionRow(const IPMISessionInfo& row) {
 SensorLabels sensorLabels() {
     SensorLabels labels;
     const Database database = open(db_init);
-    addLabels(database, db_get_all_full_sdrs, labels);
-    addLabels(database, db_get_all_compact_sdrs, labels);
+    addLabels(rowsOf(database, db_get_all_full_sdrs), labels);
+    addLabels(rowsOf(database, db_get_all_compact_sdrs), labels);
     return labels;
+}
+
+std::size_t sensorCount(std::string_view className) {
+    const bool isNumeric = broker::sameName(className, "CIM_NumericSensor");
+    if ((!isNumeric && !broker::sameName(className, "CIM_Sensor")) || !exists(databaseFile()))
+        return 0;
+    const Database database = open(db_init);
+    return isNumeric ? rowsOf(database, db_get_all_full_sdrs).size()
+                     : rowsOf(database, db_get_all_compact_sdrs).size();
 }
 
 SessionSettings settingsOf(const IPMISessionInfo& row) {

@@ -40,6 +40,9 @@ ipmi::SessionSettings knownBmc();
 // readable.
 SensorLabels sensorLabels();
 
+// Counts the sensors that the database has of a class; 0 for any other class, and where it cannot be read.
+std::size_t sensorCount(std::string_view className);
+
 // "the BMC at 192.0.2.7:623 (user admin)"
 std::string describe(const ipmi::SessionSettings& settings);
 

@@ -161,6 +161,7 @@ void addEventCommand(CLI::App& bmc, Chosen& chosen) {
     command->footer("Writes to the indication monitor's pipe, " SEL_EVENT_PIPE
                     ", what the machine's event filters and alert policies\nsend to e-mail destinations and "
                     "listeners.\n\nExamples:\n"
+                    "  phctl monitor                   # in another shell\n"
                     "  phctl bmc event 'CPU1 Temp' 9\n"
                     "  phctl bmc event 'PSU1 Status' 3 --deasserted --to mail:1:3\n"
                     "  phctl bmc event --record '02 00000000 2000 04 01 30 01 59 7d 78' --to cimxml:7");

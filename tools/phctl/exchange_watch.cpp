@@ -3,12 +3,14 @@
 #include "ipmi/command.h"
 #include "ipmi_commands.h"
 
+#include <algorithm>
 #include <ostream>
 
 namespace phctl {
 namespace {
 
-constexpr int noAnswer = -1;
+constexpr int noAnswer = -1, shortAnswer = -2;
+constexpr std::size_t shortestReading = 3; // completion code, reading, flags
 constexpr std::chrono::seconds patience(2);
 constexpr std::chrono::seconds period(1);
 constexpr std::string_view eraseLine = "\r\x1B[K";
@@ -72,7 +74,10 @@ void ExchangeWatch::end() {
 }
 
 void ExchangeWatch::exchanged(std::uint8_t netFn, std::uint8_t command, Bytes request, Bytes answer) {
-    const Reason reason = answer.empty() ? noAnswer : answer[0];
+    const bool isReading = ipmi::CommandCode{netFn, command} == ipmi::command::getSensorReading;
+    const Reason reason = answer.empty()                                                   ? noAnswer
+                          : answer[0] == 0 && isReading && answer.size() < shortestReading ? shortAnswer
+                                                                                           : answer[0];
     if (reason == 0) {
         wait_.progress();
         log_.exchanged(netFn, command, request, answer);
@@ -82,20 +87,22 @@ void ExchangeWatch::exchanged(std::uint8_t netFn, std::uint8_t command, Bytes re
     failed_ = {netFn, command};
     failure_ = reason;
     hasSilence_ = hasSilence_ || reason == noAnswer;
-    if (failed_ == ipmi::command::getSensorReading && !request.empty())
+    if (isReading && !request.empty())
         unreadable_[reason].insert(request[0]);
 }
 
 std::string ExchangeWatch::textOf(Reason reason) {
     if (reason == noAnswer)
         return "the BMC did not answer";
+    if (reason == shortAnswer)
+        return "the BMC's answer was too short";
     char code[12];
     std::snprintf(code, sizeof code, "%02Xh", static_cast<unsigned>(reason));
     return std::string("completion code ") + code + ", " +
            ipmi::completionCodeText(static_cast<std::uint8_t>(reason));
 }
 
-std::string ExchangeWatch::unreadableSensors() const {
+std::string ExchangeWatch::unreadableSensors(std::size_t missing) const {
     const std::lock_guard lock(mutex_);
     std::size_t count = 0;
     std::string reasons;
@@ -105,8 +112,11 @@ std::string ExchangeWatch::unreadableSensors() const {
                    (unreadable_.size() > 1 ? std::to_string(sensors.size()) + " with " : std::string()) +
                    textOf(reason);
     }
+    count = std::max(count, missing);
     if (count == 0)
         return {};
+    if (reasons.empty())
+        reasons = hasSilence_ ? textOf(noAnswer) : "the BMC says nothing of them";
     return std::to_string(count) + (count == 1 ? " sensor" : " sensors") + " could not be read and " +
            (count == 1 ? "is" : "are") + " left out: " + reasons;
 }

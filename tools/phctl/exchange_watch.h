@@ -30,8 +30,9 @@ public:
     // An exchange; an empty answer is none.
     void exchanged(std::uint8_t netFn, std::uint8_t command, Bytes request, Bytes answer);
 
-    // Tells which sensors could not be read and why: "2 sensors could not be read: …"; empty when all could.
-    std::string unreadableSensors() const;
+    // Tells how many sensors could not be read and why: "2 sensors could not be read: …"; empty when all could.
+    // `missing` are those that are known to lack: after a message without an answer a session asks no more.
+    std::string unreadableSensors(std::size_t missing) const;
     // Tells what the last refused or unanswered exchange was; empty when there was none.
     std::string lastFailure() const;
     // Tells whether the BMC left a message unanswered.

@@ -28,6 +28,8 @@ struct InstanceOptions : RequestOptions {
 };
 using Options = std::shared_ptr<InstanceOptions>;
 
+constexpr char systemClass[] = "CIM_SPComputerSystem";
+
 broker::PropertyList propertyList(const Options& options) {
     return options->properties.empty() ? broker::PropertyList() : options->properties;
 }
@@ -137,10 +139,18 @@ void takeName(Target& target, std::vector<std::string>& values) {
 
 int modifyInstance(const Options& options) {
     takeName(options->target, options->values);
-    Requester requester(*options);
+    // Values are read before anything is asked, unless only standard input tells their class.
     Remarks remarks;
-    broker::Instance instance =
-        givenInstance(*options, selectOne(requester, options->target, options->nameSpace), remarks);
+    broker::Instance instance;
+    const bool isInput = options->target.isInput();
+    if (!isInput)
+        instance = givenInstance(*options, parsePath(options->target.text, options->nameSpace), remarks);
+    Requester requester(*options);
+    broker::ObjectPath path = selectOne(requester, options->target, options->nameSpace);
+    if (isInput)
+        instance = givenInstance(*options, std::move(path), remarks);
+    else
+        instance.path = std::move(path);
     std::vector<std::string> names;
     for (const auto& property : instance.properties)
         names.push_back(property.name);
@@ -156,10 +166,33 @@ int modifyInstance(const Options& options) {
     return done;
 }
 
+// Fills the keys in that say of which class an instance is, and of which system: the service processor hosts
+// what clients make.
+void completeKeys(broker::Instance& instance, Requester& requester) {
+    const schema::Class* described = servedClass(instance.path.className);
+    const auto fill = [&](const char* name, const auto& makeValue) {
+        const schema::Property* property = described != nullptr ? servedProperty(*described, name) : nullptr;
+        if (property == nullptr || !property->isKey || broker::find(instance.path.keys, name) != nullptr)
+            return;
+        const broker::Value value{CMPI_string, std::string(makeValue())};
+        broker::set(instance.path.keys, name, value);
+        broker::set(instance.properties, name, value);
+    };
+    fill("CreationClassName", [&] { return described->name; });
+    fill("SystemCreationClassName", [] { return systemClass; });
+    fill("SystemName", [&] {
+        const auto system = selectOne(requester, {.text = systemClass, .name = {}}, {});
+        const broker::Value* name = broker::find(system.keys, "Name");
+        return name != nullptr ? broker::toText(*name) : std::string();
+    });
+}
+
 int createInstance(const Options& options) {
     Remarks remarks;
-    const broker::Instance instance = givenInstance(*options, classPath(*options), remarks);
-    const auto reply = Requester(*options).execute(
+    broker::Instance instance = givenInstance(*options, classPath(*options), remarks);
+    Requester requester(*options);
+    completeKeys(instance, requester);
+    const auto reply = requester.execute(
         {.operation = Operation::CreateInstance, .path = instance.path, .instance = instance}, remarks);
     nlohmann::ordered_json created = nullptr;
     if (!reply.paths.empty())
@@ -207,11 +240,11 @@ constexpr Verb verbs[] = {
      "  phctl gi 'CIM_NumericSensor.DeviceID=\"*Temp*\"'\n"
      "  phctl ein CIM_RegisteredProfile | phctl gi -"},
     {"mi", "modify-instance", "Change properties of an instance", false, false, true, modifyInstance,
-     "  phctl mi CIM_Account ADMIN --from-file UserPassword=password.txt"},
+     "  phctl mi CIM_Account 'IPMI User-2' --from-file UserPassword=password.txt"},
     {"ci", "create-instance", "Create an instance", true, false, true, createInstance,
-     "  phctl ci CIM_IndicationFilter Name=alerts Query='SELECT * FROM CIM_AlertIndication' "
-     "QueryLanguage=WQL"},
+     "  phctl ci CIM_IndicationFilter Name=alerts Query='SELECT * FROM CIM_AlertIndication'"},
     {"di", "delete-instance", "Delete an instance", false, false, false, deleteInstance,
+     "  phctl ci CIM_IndicationFilter Name=alerts Query='SELECT * FROM CIM_AlertIndication'\n"
      "  phctl di CIM_IndicationFilter alerts"},
 };
 
@@ -230,8 +263,10 @@ void addInstanceCommands(CLI::App& app, Chosen& chosen) {
         if (verb.takesValues) {
             command->add_option(
                 "VALUES", options->values,
-                "Name=value, typed as the class says; arrays with commas (a\\,b is one element), or "
-                "repeated");
+                std::string(
+                    "Name=value, typed as the class says; arrays with commas (a\\,b is one element), or "
+                    "repeated") +
+                    (verb.isOfClass ? "; keys that name class and system are filled in" : ""));
             options->secrets.addTo(*command);
         }
         if (verb.takesProperties) {

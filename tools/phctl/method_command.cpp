@@ -126,7 +126,8 @@ broker::Instance follow(Requester& requester, broker::ObjectPath path, const Met
     if (path.nameSpace.empty())
         path.nameSpace = options.nameSpace.empty() ? defaultNameSpace(path.className) : options.nameSpace;
     const unsigned seconds = options.timeout > 0 ? options.timeout : secondsOfJob;
-    const auto end = Clock::now() + std::chrono::seconds(seconds);
+    // The last question has to be answered within the time too.
+    const auto end = requester.deadline().value_or(Clock::now() + std::chrono::seconds(seconds)) - pause;
     for (;;) {
         const auto reply = requester.execute({.operation = Operation::GetInstance, .path = path});
         if (reply.instances.empty())
@@ -199,7 +200,7 @@ void addMethodCommand(CLI::App& app, Chosen& chosen) {
         "Exit status 1 when the method's value is neither 0 (completed) nor 4096 (job started), or the "
         "awaited job\nended otherwise than completed.\n\nExamples:\n"
         "  phctl cm CIM_HostComputerSystem RequestStateChange RequestedState=2 --wait\n"
-        "  phctl cm 'CIM_ConcreteJob.InstanceID=\"1\"' GetErrors");
+        "  phctl cm CIM_ConcreteJob '*' GetErrors");
     const auto options = std::make_shared<MethodOptions>();
     options->target.addTo(*command, false);
     command

@@ -132,7 +132,7 @@ void addMonitorCommand(CLI::App& app, Chosen& chosen) {
         "Print what a client of the object manager gets that subscribes to alerts, too: all new "
         "events of the BMC's log");
     command->footer("Examples:\n  phctl monitor --count 1\n  phctl monitor --subscribe\n"
-                    "  phctl bmc event ... (in another shell)");
+                    "  phctl bmc event 'CPU1 Temp' 9   # in another shell");
     command->callback([&chosen, options] { chosen = [options] { return monitor(options); }; });
 }
 

@@ -9,6 +9,7 @@
 #include "served_classes.h"
 #include "text_layout.h"
 
+#include <algorithm>
 #include <iostream>
 #include <string_view>
 
@@ -47,6 +48,16 @@ bool needsInstanceArrays(const broker::Request& request) {
 // Some messages of providers end with blanks or a line end.
 std::string_view withoutTail(std::string_view message) {
     return message.substr(0, message.find_last_not_of(" \n") + 1);
+}
+
+// Counts the sensors of which an enumeration brought nothing.
+std::size_t missingSensors(const broker::Request& request, const broker::Reply& reply) {
+    using Operation = broker::Request::Operation;
+    const bool enumerates = request.operation == Operation::EnumerateInstances ||
+                            request.operation == Operation::EnumerateInstanceNames;
+    const std::size_t known = enumerates ? sensorCount(request.path.className) : 0;
+    const std::size_t brought = std::max(reply.instances.size(), reply.paths.size());
+    return known > brought ? known - brought : 0;
 }
 
 // The database, or a BMC that cannot be reached, come before what the BMC refused: that may be usual.
@@ -139,8 +150,11 @@ broker::Reply Requester::ask(const broker::Request& request, const Remarks& rema
         return broker_.execute(request);
     }();
     watch_->end();
+    if (limit_)
+        limit_->check();
     if (!reply.ok())
         throw Failure(failureText(request, reply, remarks));
+    missing_ = missingSensors(request, reply);
     return reply;
 }
 

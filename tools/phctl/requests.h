@@ -7,6 +7,7 @@
 
 #include <CLI/CLI.hpp>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -55,7 +56,12 @@ public:
     broker::Reply ask(const broker::Request& request, const Remarks& remarks = {});
 
     // Tells which sensors the last request could not read; empty when it could all.
-    std::string unreadableSensors() const { return watch_->unreadableSensors(); }
+    std::string unreadableSensors() const { return watch_->unreadableSensors(missing_); }
+
+    // Returns when --timeout ends the command, if it does.
+    std::optional<std::chrono::steady_clock::time_point> deadline() const {
+        return limit_ ? std::optional(limit_->end()) : std::nullopt;
+    }
 
     broker::Broker& broker() { return broker_; }
 
@@ -65,6 +71,7 @@ private:
 
     std::shared_ptr<ExchangeWatch> watch_;
     std::unique_ptr<TimeLimit> limit_;
+    std::size_t missing_ = 0; // sensors of the last request's class that it did not bring
     broker::Broker broker_;
 };
 

@@ -16,7 +16,6 @@ namespace {
 using broker::ObjectPath;
 using Operation = broker::Request::Operation;
 
-constexpr std::string_view standardInput = "-";
 // Keys that all instances of a class share.
 constexpr std::string_view commonKeys[] = {"CreationClassName", "SystemCreationClassName", "SystemName"};
 constexpr std::size_t mostNamed = 5; // of too many instances
@@ -139,7 +138,7 @@ std::vector<Candidate> meant(Requester& requester, const Target& target, const s
     if (!target.name.empty() && !target.isClass())
         throw UsageError("a name follows a class: " + target.text + " is none");
     std::vector<Candidate> found;
-    if (target.text == standardInput) {
+    if (target.isInput()) {
         for (ObjectPath& path : pathsOfInput(nameSpace))
             found.push_back({std::move(path), {}});
         return found;
@@ -182,11 +181,11 @@ void Target::addTo(CLI::App& command, bool withName) {
 }
 
 bool Target::isClass() const {
-    return text != standardInput && text.find_first_of(".=\"") == std::string::npos;
+    return !isInput() && text.find_first_of(".=\"") == std::string::npos;
 }
 
 bool Target::meansSeveral() const {
-    return text == standardInput || (isClass() && name.empty()) || hasWildcard(text) || hasWildcard(name);
+    return isInput() || (isClass() && name.empty()) || hasWildcard(text) || hasWildcard(name);
 }
 
 std::vector<ObjectPath> select(Requester& requester, const Target& target, const std::string& nameSpace) {

@@ -22,6 +22,7 @@ struct Target {
     void addTo(CLI::App& command, bool withName = true);
     // Tells whether the text is a class, after which a name may follow.
     bool isClass() const;
+    bool isInput() const { return text == "-"; }
     // Tells whether more than one instance may be meant.
     bool meansSeveral() const;
 };

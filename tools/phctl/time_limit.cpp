@@ -7,18 +7,17 @@
 
 namespace phctl {
 
-TimeLimit::TimeLimit(unsigned seconds, std::function<std::string()> reason) {
-    constexpr std::chrono::milliseconds moment(500);
-    const auto deadline = ipmi::Clock::now() + std::chrono::seconds(seconds);
-    ipmi::endExchangesBy(deadline);
-    thread_ = std::thread([this, end = deadline + moment, seconds, reason = std::move(reason)] {
+TimeLimit::TimeLimit(unsigned seconds, std::function<std::string()> reason)
+    : seconds_(seconds),
+      reason_(std::move(reason)),
+      deadline_(std::chrono::steady_clock::now() + std::chrono::seconds(seconds)) {
+    ipmi::endExchangesBy(deadline_);
+    thread_ = std::thread([this] {
+        constexpr std::chrono::milliseconds moment(500);
         std::unique_lock lock(mutex_);
-        if (changed_.wait_until(lock, end, [this] { return isEnding_; }))
+        if (changed_.wait_until(lock, deadline_ + moment, [this] { return isEnding_; }))
             return;
-        const std::string why = reason();
-        complain("no answer within " + std::to_string(seconds) + " s (--timeout)" +
-                     (why.empty() ? "" : ": " + why),
-                 failed);
+        complain(text(), failed);
         _exit(failed);
     });
 }
@@ -30,6 +29,17 @@ TimeLimit::~TimeLimit() {
     }
     changed_.notify_all();
     thread_.join();
+}
+
+void TimeLimit::check() const {
+    if (std::chrono::steady_clock::now() >= deadline_)
+        throw Failure(text());
+}
+
+std::string TimeLimit::text() const {
+    const std::string reason = reason_();
+    return "there was not enough time: the command may take " + std::to_string(seconds_) + " s (--timeout)" +
+           (reason.empty() ? "" : "; " + reason);
 }
 
 } // namespace phctl

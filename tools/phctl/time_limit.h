@@ -1,6 +1,7 @@
 // Ends a command that takes too long.
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <mutex>
@@ -15,10 +16,18 @@ class TimeLimit {
 public:
     TimeLimit(unsigned seconds, std::function<std::string()> reason);
     ~TimeLimit();
+    // Throws Failure when the time is over: what came back may be half of it.
+    void check() const;
+    std::chrono::steady_clock::time_point end() const { return deadline_; }
     TimeLimit(const TimeLimit&) = delete;
     TimeLimit& operator=(const TimeLimit&) = delete;
 
 private:
+    std::string text() const;
+
+    const unsigned seconds_;
+    const std::function<std::string()> reason_;
+    const std::chrono::steady_clock::time_point deadline_;
     std::mutex mutex_;
     std::condition_variable changed_;
     bool isEnding_ = false;
