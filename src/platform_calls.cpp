@@ -5,7 +5,6 @@
 
 extern "C" {
 
-// NOLINTBEGIN(bugprone-reserved-identifier): the linker's names
 #define FORWARD(name, failure, parameters, ...)                                                              \
     decltype(name) __real_##name;                                                                            \
     int __wrap_##name parameters {                                                                           \
@@ -15,6 +14,5 @@ extern "C" {
 #define TEXT(name)
 
 #include "platform_calls.inc"
-// NOLINTEND(bugprone-reserved-identifier)
 
 } // extern "C"

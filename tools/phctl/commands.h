@@ -16,6 +16,7 @@ void addClassesCommand(CLI::App& app, Chosen& chosen);
 void addMonitorCommand(CLI::App& app, Chosen& chosen);
 void addServeCommand(CLI::App& app, Chosen& chosen);
 void addSyncCommand(CLI::App& app, Chosen& chosen);
+void addCheckPlatformCommand(CLI::App& app, Chosen& chosen);
 void addBmcCommand(CLI::App& app, Chosen& chosen);
 // These are parts of it.
 void addSelCommand(CLI::App& bmc, Chosen& chosen);

@@ -60,6 +60,7 @@ int run(int argc, char** argv) {
     addMonitorCommand(app, chosen);
     addServeCommand(app, chosen);
     addSyncCommand(app, chosen);
+    addCheckPlatformCommand(app, chosen);
     addBmcCommand(app, chosen);
     try {
         app.parse(argc, argv);
