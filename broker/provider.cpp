@@ -35,7 +35,7 @@ Provider::Provider(State& state, const std::string& file, const std::string& nam
     : state_(state),
       name_(name),
       classes_(std::move(classes)),
-      module_(dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE)) {
+      module_(dlopen(file.c_str(), RTLD_LAZY | RTLD_LOCAL | RTLD_NODELETE)) {
     if (module_ == nullptr)
         throw LoadError(dlerror());
     for (const char* kind : {"InstanceMI", "MethodMI", "AssociationMI", "IndicationMI"})

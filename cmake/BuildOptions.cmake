@@ -27,12 +27,16 @@ add_compile_definitions(_GNU_SOURCE _FILE_OFFSET_BITS=64 _TIME_BITS=64)
 add_library(ph_options INTERFACE)
 target_compile_options(ph_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion
                                             -Werror -fstack-protector-strong)
-target_link_options(ph_options INTERFACE -Wl,-z,relro,-z,now,-z,defs)
+# What calls the platform's libraries has PH_CALLS_PLATFORM: a function is looked up when it is called, so that a platform
+# without it serves all the rest.
+target_link_options(ph_options INTERFACE
+    -Wl,-z,relro,-z,$<IF:$<BOOL:$<TARGET_PROPERTY:PH_CALLS_PLATFORM>>,lazy,now>,-z,defs)
 if(PH_SANITIZE)
     add_compile_options(-fsanitize=${PH_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     add_link_options(-fsanitize=${PH_SANITIZE})
     # A sanitized library resolves the runtime's symbols in the program.
-    set_property(TARGET ph_options PROPERTY INTERFACE_LINK_OPTIONS -Wl,-z,relro,-z,now)
+    set_property(TARGET ph_options PROPERTY INTERFACE_LINK_OPTIONS
+        -Wl,-z,relro,-z,$<IF:$<BOOL:$<TARGET_PROPERTY:PH_CALLS_PLATFORM>>,lazy,now>)
     if(PH_LIBFUZZER)
         add_compile_options(-fsanitize=fuzzer-no-link)
         target_compile_options(ph_options INTERFACE -Wno-error) # warnings are those of g++; clang has others

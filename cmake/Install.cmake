@@ -1,8 +1,8 @@
 # Where everything goes: the libraries and phctl for the machine that runs them; headers, a CMake package and a
 # pkg-config file for providers of other makers that use libProviderHelper.
 #
-# Only ProviderHelper itself is offered to them. The libraries under it are the platform's, which a BMC vendor may
-# replace: the dynamic linker finds them beside it.
+# Providers are offered ProviderHelper itself. The libraries under it are the platform's, which a BMC vendor may replace: the
+# dynamic linker finds them beside it. For the vendor there are stubs of their functions, and examples.
 
 include(CMakePackageConfigHelpers)
 set(packageDir ${CMAKE_INSTALL_LIBDIR}/cmake/ProviderHelper)
@@ -57,17 +57,22 @@ configure_file(cmake/packages/provider-helper-server.service.in provider-helper-
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/provider-helper-server.service COMPONENT phctl
         DESTINATION lib/systemd/system)
 
-install(DIRECTORY include/provider_helper include/platform DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT dev)
+# Below a folder of ours: "platform" and "cmpi" are anybody's names.
+set(includeDir ${CMAKE_INSTALL_INCLUDEDIR}/provider-helper)
+install(DIRECTORY include/provider_helper include/platform DESTINATION ${includeDir} COMPONENT dev)
+install(DIRECTORY examples DESTINATION ${dataDir} COMPONENT dev)
+install(TARGETS CIMAPIHooks-stubs CIMTRZHooks-stubs CIMOEMHooks-stubs smashdb-stubs smtp-stubs
+        ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT dev)
 if(PH_CMPI_INCLUDE_DIR)
     set(cmpiIncludeDir ${PH_CMPI_INCLUDE_DIR}) # its owner installs it
 else()
-    install(DIRECTORY include/cmpi DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT dev)
-    set(cmpiIncludeDir ${CMAKE_INSTALL_INCLUDEDIR}/cmpi)
+    install(DIRECTORY include/cmpi DESTINATION ${includeDir} COMPONENT dev)
+    set(cmpiIncludeDir ${includeDir}/cmpi)
 endif()
 
 configure_package_config_file(cmake/ProviderHelperConfig.cmake.in ProviderHelperConfig.cmake
                               INSTALL_DESTINATION ${packageDir}
-                              PATH_VARS CMAKE_INSTALL_INCLUDEDIR CMAKE_INSTALL_LIBDIR cmpiIncludeDir)
+                              PATH_VARS includeDir CMAKE_INSTALL_LIBDIR cmpiIncludeDir)
 write_basic_package_version_file(ProviderHelperConfigVersion.cmake COMPATIBILITY SameMinorVersion)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/ProviderHelperConfig.cmake
               ${CMAKE_CURRENT_BINARY_DIR}/ProviderHelperConfigVersion.cmake DESTINATION ${packageDir} COMPONENT dev)

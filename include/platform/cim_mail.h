@@ -16,8 +16,8 @@ extern "C" {
 #endif
 
 /* Reads whom an alert destination of the e-mail kind mails, and with which texts. `userId` is a slot of
- * the BMC's user table, 0 for nobody. `subject` holds 64 bytes and `message` 256, which may all be text:
- * the buffers of a caller have one more, and end with a NUL. */
+ * the BMC's user table, 0 for nobody. A subject has at most 64 bytes and a message 256; the buffers of a
+ * caller have one byte more, for the NUL at the end. */
 enum { CIM_EMAIL_SUBJECT_SIZE = 64, CIM_EMAIL_MESSAGE_SIZE = 256 };
 int CIM_TRZGetEmailDest(IPMI20_SESSION_T* session, uint8_t selector, uint8_t* userId, char* subject,
                         char* message, uint8_t channel, int timeout);

@@ -5,6 +5,11 @@
 #ifndef PLATFORM_SHARED_FILE_H
 #define PLATFORM_SHARED_FILE_H
 
+/* In strict ISO C, <fcntl.h> has the flags below only for those who ask for POSIX. */
+#if defined(__STRICT_ANSI__) && !defined(_POSIX_C_SOURCE) && !defined(_GNU_SOURCE)
+#define _POSIX_C_SOURCE 200809L
+#endif
+
 #include <errno.h>
 #include <fcntl.h>
 #include <stdbool.h>
@@ -12,6 +17,10 @@
 #include <unistd.h>
 
 #include "platform/sysroot.h"
+
+#ifndef O_NOFOLLOW
+#error "Include this header before those of the system, or define _POSIX_C_SOURCE as 200809L."
+#endif
 
 /* What lstat or fstat told of a regular file of this process's user or of root's, under no other name. */
 static inline bool PH_IsTrustedFile(const struct stat* status) {

@@ -105,6 +105,8 @@ std::vector<std::string> PlatformCalls::hooks() const {
     int name parameters {                                                                                    \
         return forward<decltype(name)>(#name, failure, __VA_ARGS__);                                         \
     }
+#define OPTIONAL FORWARD
+#define TEXT(name)
 
 extern "C" {
 

@@ -17,6 +17,7 @@ void addMonitorCommand(CLI::App& app, Chosen& chosen);
 void addSensorsCommand(CLI::App& app, Chosen& chosen);
 void addServeCommand(CLI::App& app, Chosen& chosen);
 void addSyncCommand(CLI::App& app, Chosen& chosen);
+void addCheckPlatformCommand(CLI::App& app, Chosen& chosen);
 void addBmcCommand(CLI::App& app, Chosen& chosen);
 // These are parts of it.
 void addSelCommand(CLI::App& bmc, Chosen& chosen);

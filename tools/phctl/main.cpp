@@ -61,6 +61,7 @@ int run(int argc, char** argv) {
     addSensorsCommand(app, chosen);
     addServeCommand(app, chosen);
     addSyncCommand(app, chosen);
+    addCheckPlatformCommand(app, chosen);
     addBmcCommand(app, chosen);
     try {
         app.parse(argc, argv);

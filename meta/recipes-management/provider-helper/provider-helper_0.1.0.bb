@@ -20,7 +20,8 @@ FILES:${PN} = "${libdir}/libProviderHelper.so.*"
 FILES:${PN}-platform = "${libdir}/lib*.so"
 FILES:${PN}-providers = "${libdir}/cmpi ${datadir}/provider-helper/schema ${bindir}/deploy-check"
 FILES:phctl = "${bindir}/phctl ${datadir}/provider-helper/models ${datadir}/bash-completion ${nonarch_libdir}/systemd"
-FILES:${PN}-dev = "${includedir} ${libdir}/libProviderHelper.so ${libdir}/cmake ${libdir}/pkgconfig"
+FILES:${PN}-dev = "${includedir} ${libdir}/libProviderHelper.so ${libdir}/cmake ${libdir}/pkgconfig \
+                   ${datadir}/provider-helper/examples"
 # Their names have no version, and the linker's search is where they belong.
 INSANE_SKIP:${PN}-platform = "dev-so"
 RDEPENDS:${PN}-providers = "bash ${PN}"
