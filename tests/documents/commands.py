@@ -18,9 +18,9 @@ import tempfile
 
 PHCTL = pathlib.Path(os.environ["PH_PHCTL"])
 SOURCE = pathlib.Path(os.environ["PH_SOURCE_DIR"])
-ENDLESS = re.compile(r"phctl (monitor|serve)\b|--watch\b")
+ENDLESS = re.compile(r"phctl (monitor|serve)\b(?!.*--count)|--watch\b")
 ELSEWHERE = re.compile(r"--lan \[?(192\.0\.2\.|2001:db8:)|--local\b")
-COMMAND = re.compile(r"(phctl|export|[a-z]+=)\b")
+COMMAND = re.compile(r"(phctl|export|mkdir|[a-z]+=\$)")
 PATIENCE = 3  # seconds
 
 
@@ -47,25 +47,29 @@ class Shell:
         self.endless = []
         for name in ("bmc.password", "password.txt", "secret"):
             pathlib.Path(scratch, name).write_text("Secret-12345\n", encoding="utf-8")
-        pathlib.Path(scratch, "users").write_text(
-            "admin:" + subprocess.run(["openssl", "passwd", "-6", "secret"], check=True, capture_output=True,
-                                      text=True).stdout, encoding="utf-8")
+        hashed = subprocess.run(["openssl", "passwd", "-6", "secret"], check=True, capture_output=True, text=True)
+        pathlib.Path(scratch, "users").write_text(f"admin:{hashed.stdout.strip()}:administer\n", encoding="utf-8")
+        self.ports = {"5988": free_port(), "5989": free_port()}
 
     def adapt(self, command):
         """What must not be touched here, and ports that others may have."""
         command = command.replace("/tmp/", self.scratch + "/").replace("0.0.0.0", "127.0.0.1")
-        return re.sub(r"\b598[89]\b", lambda _: free_port(), command)
+        command = re.sub(r"\b598[89]\b", lambda found: self.ports[found.group()], command)
+        if "--listen" not in command:
+            command = command.replace("phctl serve", "phctl serve --listen 127.0.0.1:" + self.ports["5988"])
+        return command
 
     def run(self, command):
         """Returns why the command does not do what its document promises, or None."""
         script = self.adapt(command)
         endless = ENDLESS.search(command)
-        if endless and "--listen" not in script and " serve" in script:
-            script = script.replace("phctl serve", "phctl serve --listen 127.0.0.1:0")
+        if endless:
+            self.close() # only one follows the pipe or has the port
+            script = "exec " + re.sub(r" +&? *(#.*)?$", "", script)
         if re.match(r"(export|[a-z]+=)", script):
             self.settings.append(script)
             script = ""
-        whole = "\n".join(["set -e", *self.settings, ("exec " if endless else "") + script.rstrip("& ")])
+        whole = "\n".join(["set -e", *self.settings, script])
         process = subprocess.Popen(["bash", "-c", whole], cwd=self.scratch, env=self.environment,
                                    stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
                                    text=True)
@@ -91,6 +95,7 @@ class Shell:
         for process in self.endless:
             process.terminate()
             process.communicate(timeout=60)
+        self.endless = []
 
 
 def commands_of(text):
@@ -101,7 +106,7 @@ def commands_of(text):
             fenced = not fenced
         elif fenced or line.startswith("    "):
             code.append(line.strip())
-    joined = "\n".join(code).replace("\\\n", "")
+    joined = re.sub(r"\\\n|(?<=\|)\n", " ", "\n".join(code))
     return [line.removeprefix("$ ") for line in joined.splitlines()
             if COMMAND.match(line.removeprefix("$ ")) and line not in ("phctl",)]
 

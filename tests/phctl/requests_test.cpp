@@ -81,7 +81,7 @@ TEST_F(Requests, unknownPropertiesAreToldAndTheRestIsServed) {
 
 TEST_F(Requests, tablesAreAsWideAsTheTerminal) {
     std::vector<std::string> command = {"ei", "CIM_Chassis", "--properties",
-                                        "ElementName,CreationClassName,Tag"};
+                                        "Manufacturer,Model,ElementName,Tag,SerialNumber"};
     const auto widest = [&] {
         const auto onTerminal = ph_test::phctlOnTerminal(command, 66);
         EXPECT_EQ(onTerminal.status, 0);

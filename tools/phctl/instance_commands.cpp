@@ -242,10 +242,12 @@ constexpr Verb verbs[] = {
     {"mi", "modify-instance", "Change properties of an instance", false, false, true, modifyInstance,
      "  phctl mi CIM_Account 'IPMI User-2' --from-file UserPassword=password.txt"},
     {"ci", "create-instance", "Create an instance", true, false, true, createInstance,
-     "  phctl ci CIM_IndicationFilter Name=alerts Query='SELECT * FROM CIM_AlertIndication'"},
+     "  phctl ci CIM_IndicationFilter Name=IndicationFilter:IPMIPEF-4-9 Query='SELECT * FROM "
+     "CIM_AlertIndication'"},
     {"di", "delete-instance", "Delete an instance", false, false, false, deleteInstance,
-     "  phctl ci CIM_IndicationFilter Name=alerts Query='SELECT * FROM CIM_AlertIndication'\n"
-     "  phctl di CIM_IndicationFilter alerts"},
+     "  phctl ci CIM_IndicationFilter Name=IndicationFilter:IPMIPEF-4-9 Query='SELECT * FROM "
+     "CIM_AlertIndication'\n"
+     "  phctl di CIM_IndicationFilter IPMIPEF-4-9"},
 };
 
 } // namespace

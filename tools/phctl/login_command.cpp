@@ -38,7 +38,8 @@ void addLoginCommand(CLI::App& bmc, Chosen& chosen) {
         ->add_option("--password-file", options->passwordFile,
                      "File whose first line is the password; - is standard input")
         ->required();
-    command->footer("Example:\n  phctl bmc login eva --password-file - <<<'her password'");
+    command->footer("Example:\n  phctl mi CIM_Account 'IPMI User-2' --from-file UserPassword=password.txt\n  "
+                    "phctl bmc login root --password-file password.txt");
     command->callback([&chosen, options] { chosen = [options] { return logIn(*options); }; });
 }
 

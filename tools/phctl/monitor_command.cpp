@@ -131,7 +131,7 @@ void addMonitorCommand(CLI::App& app, Chosen& chosen) {
         "--subscribe", options->subscribe,
         "Print what a client of the object manager gets that subscribes to alerts, too: all new "
         "events of the BMC's log");
-    command->footer("Examples:\n  phctl monitor --count 1\n  phctl monitor --subscribe\n"
+    command->footer("Examples:\n  phctl monitor\n  phctl monitor --subscribe\n"
                     "  phctl bmc event 'CPU1 Temp' 9   # in another shell");
     command->callback([&chosen, options] { chosen = [options] { return monitor(options); }; });
 }

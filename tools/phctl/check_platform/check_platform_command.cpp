@@ -114,7 +114,7 @@ void print(const std::vector<Report>& reports, bool all) {
         counts[static_cast<std::size_t>(reports[i].outcome)] += alike;
         i += alike;
     }
-    table.print(std::cout, 0);
+    table.print(std::cout, layoutOf(STDOUT_FILENO));
     const char* separator = "";
     for (std::size_t outcome = 0; outcome < counts.size(); ++outcome) {
         std::cout << separator << counts[outcome] << ' ' << nameOf(static_cast<Outcome>(outcome));
