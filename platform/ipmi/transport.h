@@ -10,6 +10,8 @@
 #include <span>
 #include <stdexcept>
 #include <string>
+#include <utility>
+#include <vector>
 
 // The library is built with hidden symbols. What crosses it, exceptions included, is marked.
 #define PH_IPMI_EXPORT __attribute__((visibility("default")))
@@ -19,6 +21,27 @@ namespace ipmi {
 // Thrown when there is no answer: the BMC cannot be reached, refused the session or stopped answering.
 struct PH_IPMI_EXPORT TransportError : std::runtime_error {
     using std::runtime_error::runtime_error;
+};
+
+// What a BMC found wrong with a session that was to be opened, as far as it tells.
+enum class SessionProblem {
+    UserName,
+    Password,
+    Key, // K_g, the BMC's own
+    Privilege,
+    CipherSuite,
+    Authentication, // none that both sides have
+    Version,        // it does not speak IPMI 2.0, or does not say so
+    Protocol,       // messages that are not as IPMI 2.0 has them
+};
+
+// Thrown when a BMC refuses a session.
+struct PH_IPMI_EXPORT SessionError : TransportError {
+    SessionError(const std::string& text, SessionProblem reason, std::vector<std::uint8_t> suites = {})
+        : TransportError(text), problem(reason), offeredSuites(std::move(suites)) {}
+
+    SessionProblem problem;
+    std::vector<std::uint8_t> offeredSuites; // of a wrong cipher suite, where the BMC tells: IDs that it has
 };
 
 // Thrown when there is no time left for another message; none was sent.
