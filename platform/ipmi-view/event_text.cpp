@@ -1,5 +1,7 @@
 #include "ipmi-view/event_text.h"
 
+#include "ipmi-view/conversion.h"
+#include "ipmi-view/sensor_state.h"
 #include "ipmi/sensor_types.h"
 
 #include <array>
@@ -11,8 +13,7 @@
 namespace view {
 namespace {
 
-constexpr std::uint8_t threshold = 0x01; // event types, IPMI 2.0 table 42-1
-constexpr std::uint8_t sensorSpecific = 0x6F;
+constexpr std::uint8_t sensorSpecific = 0x6F; // event type, IPMI 2.0 table 42-1
 constexpr std::uint32_t unspecifiedTime = CIM_SEL_TIME_NONE;
 
 std::string hexadecimal(unsigned byte) {
@@ -64,9 +65,9 @@ Contents thirdByte(const SensorEvent& event) {
 }
 
 std::string quantityText(const char* name, const Quantity& quantity, bool withUnit) {
-    std::string text = std::string(name) + ' ' + numberText(quantity.value);
+    std::string text = std::string(name) + ' ' + readingText(quantity.value);
     if (withUnit && !quantity.unit.empty())
-        text += (quantity.unit.starts_with('%') ? "" : " ") + quantity.unit;
+        text += ' ' + quantity.unit;
     return text;
 }
 
@@ -116,18 +117,6 @@ std::string logTimeText(std::uint32_t seconds) {
     return text;
 }
 
-std::string numberText(double value) {
-    char digits[350]; // as long as the largest number is
-    std::snprintf(digits, sizeof digits, "%.3f", value);
-    std::string text = digits;
-    if (text.find('.') != std::string::npos) {
-        text.erase(text.find_last_not_of('0') + 1);
-        if (text.back() == '.')
-            text.pop_back();
-    }
-    return text == "-0" ? "0" : text;
-}
-
 EventText describeEvent(const SensorEvent& given, const SensorLabels& sensors) {
     const auto known = sensors.find(given.sensor);
     const SensorLabel* const label = known != sensors.end() ? &known->second : nullptr;
@@ -142,7 +131,7 @@ EventText describeEvent(const SensorEvent& given, const SensorLabels& sensors) {
                    .isAssertion = !event.isDeassertion,
                    .reading = {},
                    .threshold = {}};
-    if (event.eventType == threshold && label != nullptr && label->quantity)
+    if (event.eventType == thresholdReadingType && label != nullptr && label->quantity)
         addQuantities(text, event, *label);
     else if (event.eventType == sensorSpecific && event.sensorType)
         addExtension(text, event);

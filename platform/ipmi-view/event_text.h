@@ -60,7 +60,4 @@ EventText describeRecord(std::span<const std::uint8_t, 16> selRecord, const Sens
 // from the BMC's start because nobody has set it (IPMI 2.0 37); "-" for an unspecified time.
 std::string logTimeText(std::uint32_t seconds);
 
-// A number as people write it: at most three decimals, without zeros at the end.
-std::string numberText(double value);
-
 } // namespace view

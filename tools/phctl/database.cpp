@@ -1,21 +1,16 @@
 #include "database.h"
 
 #include "errors.h"
+#include "session_hints.h"
 #include "virtual-bmc/virtual_bmc.h"
 
 #include <cstdlib>
-#include <memory>
 #include <platform/sysroot.h>
 
 namespace phctl {
 namespace {
 
 using ipmi::SessionSettings;
-
-struct CloseDatabase {
-    void operator()(SMASH_DB_HANDLE handle) const { db_close(handle); }
-};
-using Database = std::unique_ptr<SmashDatabase, CloseDatabase>;
 
 Database open(int (*opener)(SMASH_DB_HANDLE*)) {
     SMASH_DB_HANDLE handle = nullptr;
@@ -34,27 +29,6 @@ void copy(char (&field)[size], const std::string& text, const char* what) {
         throw UsageError(std::string(what) + " is longer than " + std::to_string(size - 1) + " characters");
     text.copy(field, size - 1);
     field[text.size()] = '\0';
-}
-
-const CompactSdr& commonOf(const CompactSdr& row) {
-    return row;
-}
-const CompactSdr& commonOf(const FullSdr& row) {
-    return row.common;
-}
-
-template <class Row>
-void addLabels(const Database& database, int (*get)(SMASH_DB_HANDLE, Row**, int*), SensorLabels& labels) {
-    Row* rows = nullptr;
-    int count = 0;
-    if (get(database.get(), &rows, &count) != 0)
-        return;
-    const std::unique_ptr<Row, decltype(&std::free)> owner(rows, std::free);
-    for (const Row& row : std::span(rows, static_cast<std::size_t>(count))) {
-        const CompactSdr& sensor = commonOf(row);
-        labels.emplace(SensorKey{sensor.ownerId, sensor.ownerLun, sensor.sensorNumber},
-                       SensorLabel{sensor.name, sensor.ipmiSensorType});
-    }
 }
 
 std::filesystem::path place(const char* absolutePath) {
@@ -95,14 +69,6 @@ void setSessionRow(const IPMISessionInfo& row) {
     const Database database = open(smash_db_init);
     if (db_set_ipmi_session_info(database.get(), &row) != 0)
         throw Failure(db_last_error());
-}
-
-SensorLabels sensorLabels() {
-    SensorLabels labels;
-    const Database database = open(db_init);
-    addLabels(database, db_get_all_full_sdrs, labels);
-    addLabels(database, db_get_all_compact_sdrs, labels);
-    return labels;
 }
 
 SessionSettings settingsOf(const IPMISessionInfo& row) {
@@ -170,7 +136,7 @@ std::string diagnose() {
         settings.timeout = secondsToAnswer;
         ipmi::openTransport(settings);
     } catch (const std::exception& error) {
-        return error.what();
+        return explain(error);
     }
     // A provider may look for a row that nobody has stored yet, which is no reason for a failure.
     const std::string error = db_last_error();

@@ -1,11 +1,11 @@
 // The SMASH database's session row, and why requests fail that need it.
 #pragma once
 
-#include "event_text.h"
 #include "ipmi/transport.h"
 
 #include <cstring>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <platform/smash_db.h>
 #include <string>
@@ -15,6 +15,11 @@ namespace phctl {
 // Throws UsageError when PH_SYSROOT names no folder.
 void checkSysroot();
 std::filesystem::path databaseFile();
+
+struct CloseDatabase {
+    void operator()(SMASH_DB_HANDLE handle) const { db_close(handle); }
+};
+using Database = std::unique_ptr<SmashDatabase, CloseDatabase>;
 
 // A session row whose password does not outlive it.
 struct SessionRow : IPMISessionInfo {
@@ -35,10 +40,6 @@ SessionRow rowOf(const ipmi::SessionSettings& settings);
 
 // Returns the BMC of the session row. Throws Failure where there is none.
 ipmi::SessionSettings knownBmc();
-
-// Reads the sensors of the last sync. There are none when they cannot be read, as they only make events
-// readable.
-SensorLabels sensorLabels();
 
 // "the BMC at 192.0.2.7:623 (user admin)"
 std::string describe(const ipmi::SessionSettings& settings);

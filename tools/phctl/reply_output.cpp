@@ -1,7 +1,7 @@
 #include "reply_output.h"
 
-#include "database.h"
 #include "instance_output.h"
+#include "sensor_labels.h"
 #include "text_layout.h"
 
 #include <algorithm>

@@ -122,7 +122,7 @@ broker::Reply Requester::execute(const broker::Request& request, const Remarks& 
     if (!reply.ok())
         throw Failure(failureText(request, reply, remarks));
     if (!remarks.text().empty())
-        std::cerr << "phctl: warning: " << printable(remarks.text()) << '\n';
+        warn(remarks.text());
     return reply;
 }
 
