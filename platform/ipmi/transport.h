@@ -23,8 +23,9 @@ struct PH_IPMI_EXPORT TransportError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// What a BMC found wrong with a session that was to be opened, as far as it tells.
+// Why there is no session, as far as the BMC tells.
 enum class SessionProblem {
+    NoAnswer, // not even to what needs no session
     UserName,
     Password,
     Key, // K_g, the BMC's own
@@ -35,7 +36,7 @@ enum class SessionProblem {
     Protocol,       // messages that are not as IPMI 2.0 has them
 };
 
-// Thrown when a BMC refuses a session.
+// Thrown when a session cannot be opened.
 struct PH_IPMI_EXPORT SessionError : TransportError {
     SessionError(const std::string& text, SessionProblem reason, std::vector<std::uint8_t> suites = {})
         : TransportError(text), problem(reason), offeredSuites(std::move(suites)) {}

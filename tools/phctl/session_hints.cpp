@@ -16,6 +16,8 @@ struct Hint {
 
 // The situations of the workarounds are those that FreeIPMI documents.
 constexpr Hint hints[] = {
+    {SessionProblem::NoAnswer,
+     "check the address and the port, and that the BMC has IPMI over LAN switched on"},
     {SessionProblem::UserName, "check --user; a user without a right on this channel is refused like this "
                                "too, and BMCs that do not tell of "
                                "their users want --workaround authcap"},

@@ -138,7 +138,11 @@ void LanTransport::probe() const {
     const std::uint8_t request[] = {presentChannel | withIpmi20Data, IPMI_PRIVILEGE_LEVEL_ADMIN};
     std::uint8_t answer[maxMessage];
     constexpr CommandCode ask = command::getChannelAuthenticationCapabilities;
-    context.exchange(ask.netFn, ask.number, request, answer);
+    try {
+        context.exchange(ask.netFn, ask.number, request, answer);
+    } catch (const TransportError& error) {
+        throw SessionError(error.what(), SessionProblem::NoAnswer);
+    }
 }
 
 // Throws SessionError where FreeIPMI knows what the BMC refuses.
