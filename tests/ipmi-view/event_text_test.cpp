@@ -73,7 +73,7 @@ TEST(EventText, decodesEventData) {
         {0x01, 0x30, 0x01, {0x09, 125, 120}, ""}, // the bytes are unspecified
         {0x01, 0x31, 0x01, {0x59, 125, 120}, ""}, // nobody knows how this sensor reads
         {0x08, 0x41, 0x6F, {0xC6, 0xFF, 0xFF}, ""},
-        {0x23, 0x50, 0x6F, {0xC1, 0x03, 0xFF}, "Timer use at expiration = OS Load; Interrupt type = none"},
+        {0x23, 0x50, 0x6F, {0xC1, 0x03, 0xFF}, "Timer use at expiration = OS Load ; Interrupt type = none"},
     };
     for (const auto& each : cases) {
         const Record record = {0,

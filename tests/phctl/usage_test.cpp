@@ -100,7 +100,7 @@ TEST_F(Usage, errorsAreJsonWhereTheOutputIs) {
         EXPECT_EQ(json["status"], outcome.status);
         return json["error"].get<std::string>();
     };
-    EXPECT_THAT(error({"ei", "CIM_Sensr", "--json"}), HasSubstr("CIM_Sensr"));
+    EXPECT_THAT(error({"ei", "CIM_Sensr", "--json"}), HasSubstr("does not serve the class"));
     EXPECT_THAT(error({"bmc", "show", "--state", "/nowhere.state", "--json"}), HasSubstr("/nowhere.state"));
     EXPECT_THAT(error({"ei", "--json"}), HasSubstr("CLASS is required"));
 }

@@ -12,7 +12,7 @@ namespace {
 std::string recordDataText(const std::string& data, const SensorLabels& sensors) {
     // Sensor number, channel and owner's LUN, owner, event type, event data.
     std::array<unsigned, 7> bytes{};
-    if (std::sscanf(data.c_str(), "*%u.%u.%u*%*u %*u*%*u*%*u*%*u*%*u*%*u*%*u*%*[a-z]*%u*%u*%u*%u*", &bytes[0],
+    if (std::sscanf(data.c_str(), "*%u.%u.%u*%*u %*u*%*u*%*u*%*u*%*u*%*u*%*[a-z]*%u*%u*%u*%u*", &bytes[0],
                     &bytes[1], &bytes[2], &bytes[3], &bytes[4], &bytes[5],
                     &bytes[6]) != static_cast<int>(bytes.size()) ||
         std::ranges::any_of(bytes, [](unsigned byte) { return byte > 0xFF; }))
