@@ -1,18 +1,12 @@
 #include "hooks/session.h"
+#include "ipmi/chassis_control.h"
 #include "ipmi/command.h"
 
 #include <stdexcept>
 
 namespace {
 
-enum class Control : std::uint8_t { // IPMI 2.0 table 28-4
-    PowerDown = 0,
-    PowerUp = 1,
-    PowerCycle = 2,
-    HardReset = 3,
-    DiagnosticInterrupt = 4,
-    SoftShutdown = 5
-};
+using Control = ipmi::ChassisControl;
 
 int controlChassis(const char* hook, const IPMI20_SESSION_T* session, int timeout, Control control) {
     return hooks::guarded(hook, [&] {

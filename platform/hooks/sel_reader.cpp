@@ -8,16 +8,17 @@ namespace completion = ipmi::completion;
 
 namespace sel {
 
-CIM_SELInfo readInfo(ipmi::Transport& bmc) {
+Info readInfo(ipmi::Transport& bmc) {
     const auto answer = ipmi::run(bmc, ipmi::command::getSelInfo);
     auto reader = answer.reader();
-    reader.skip(1); // version
-    CIM_SELInfo info{};
+    Info info{};
+    info.version = reader.u8();
     info.entries = reader.u16();
     info.freeBytes = reader.u16();
     info.lastAddition = reader.u32();
     info.lastErasure = reader.u32();
     answer.verify(reader);
+    info.operations = reader.u8(); // 0 where a BMC leaves it out
     return info;
 }
 

@@ -13,7 +13,16 @@ inline constexpr std::uint16_t firstRecord = 0x0000; // as the ID asked for
 inline constexpr std::uint16_t noNextRecord = 0xFFFF;
 inline constexpr std::uint8_t wholeRecord = 0xFF; // as the number of bytes asked for
 
-CIM_SELInfo readInfo(ipmi::Transport& bmc);
+constexpr std::uint16_t idOf(const std::uint8_t (&bytes)[2]) {
+    return static_cast<std::uint16_t>(bytes[0] | bytes[1] << 8);
+}
+
+// All that Get SEL Info tells.
+struct Info : CIM_SELInfo {
+    std::uint8_t version;    // BCD, the major number in bits 3 to 0
+    std::uint8_t operations; // bit 7 overflow, 3 Delete, 2 Partial Add, 1 Reserve, 0 Get SEL Allocation Info
+};
+Info readInfo(ipmi::Transport& bmc);
 
 // Makes a reservation; 0 for a BMC that works without.
 std::uint16_t makeReservation(ipmi::Transport& bmc);

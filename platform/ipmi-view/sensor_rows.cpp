@@ -1,6 +1,5 @@
 #include "ipmi-view/sensor_rows.h"
 
-#include "smash-db/conversion_table.h"
 #include "smash-db/database.h"
 #include "smash-db/inventory_tables.h"
 #include "smash-db/rows.h"
@@ -33,11 +32,9 @@ ipmi::ReadingFactors factorsOf(int format, int linearization, int m, int b, int 
             .resultExponent = signedNibble(exponents >> 4)};
 }
 
-Conversions readConversions(const SQLite::Database& database) {
+Conversions conversionsOf(std::span<const smash::SensorConversionRow> rows) {
     Conversions conversions;
-    const auto rows =
-        smash::read(smash::select(database, smash::sensorConversionTable), smash::sensorConversionTable);
-    for (const auto& row : rowsOf(rows))
+    for (const auto& row : rows)
         conversions[row.source] = {
             .factors = factorsOf(row.units >> 6, row.linearization, row.m, row.b, row.exponents),
             .units = row.units,
@@ -80,27 +77,36 @@ SensorRow sensorOf(const FullSdr& row, const Conversions& conversions) {
 }
 
 template <class Row>
-void add(std::vector<SensorRow>& sensors, const SQLite::Database& database, const smash::TableOf<Row>& table,
-         const Conversions& conversions) {
-    const auto rows = smash::read(smash::select(database, table, "ORDER BY rowid"), table);
-    for (const Row& row : rowsOf(rows))
-        sensors.push_back(sensorOf(row, conversions));
+smash::Rows<Row> readAll(const SQLite::Database& database, const smash::TableOf<Row>& table) {
+    return smash::read(smash::select(database, table, "ORDER BY rowid"), table);
 }
 
 } // namespace
 
+std::vector<SensorRow> sensorRowsOf(std::span<const FullSdr> numericSensors,
+                                    std::span<const CompactSdr> sensors,
+                                    std::span<const smash::SensorConversionRow> conversionRows) {
+    const Conversions conversions = conversionsOf(conversionRows);
+    std::vector<SensorRow> rows;
+    std::set<std::pair<std::uint16_t, std::uint8_t>> known; // record and number
+    const auto add = [&](SensorRow row) {
+        if (known.insert({row.recordId, row.number}).second)
+            rows.push_back(std::move(row));
+    };
+    for (const FullSdr& row : numericSensors)
+        add(sensorOf(row, conversions));
+    for (const CompactSdr& row : sensors)
+        add(sensorOf(row, conversions));
+    std::ranges::stable_sort(rows, {}, &SensorRow::recordId);
+    return rows;
+}
+
 std::vector<SensorRow> readSensorRows() {
     const auto database = smash::open(smash::smashSchema, smash::OpenMode::Existing);
-    const Conversions conversions = readConversions(database);
-    std::vector<SensorRow> all, sensors;
-    add(all, database, smash::fullSdrTable, conversions);
-    add(all, database, smash::compactSdrTable, conversions);
-    std::set<std::pair<std::uint16_t, std::uint8_t>> known; // record and number
-    for (SensorRow& sensor : all)
-        if (known.insert({sensor.recordId, sensor.number}).second)
-            sensors.push_back(std::move(sensor));
-    std::ranges::stable_sort(sensors, {}, &SensorRow::recordId);
-    return sensors;
+    const auto numericSensors = readAll(database, smash::fullSdrTable);
+    const auto sensors = readAll(database, smash::compactSdrTable);
+    const auto conversions = readAll(database, smash::sensorConversionTable);
+    return sensorRowsOf(rowsOf(numericSensors), rowsOf(sensors), rowsOf(conversions));
 }
 
 } // namespace view

@@ -3,9 +3,12 @@
 
 #include "ipmi-view/conversion.h"
 #include "ipmi-view/sensor_state.h"
+#include "smash-db/conversion_table.h"
 
 #include <array>
 #include <optional>
+#include <platform/smash_db_inventory.h>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -33,8 +36,12 @@ struct SensorRow {
     bool isThreshold() const { return readingType == thresholdReadingType; }
 };
 
-// Reads the sensors in the order of their records. A sensor-specific one, of which the database has a row for each
-// state, is one sensor here. Throws std::runtime_error.
+// Makes the sensors of rows, in the order of their records. A sensor-specific one, of which there is a row for each
+// state, is one sensor here.
+std::vector<SensorRow> sensorRowsOf(std::span<const FullSdr> numericSensors,
+                                    std::span<const CompactSdr> sensors,
+                                    std::span<const smash::SensorConversionRow> conversions);
+// Makes those of the database. Throws std::runtime_error.
 std::vector<SensorRow> readSensorRows();
 
 } // namespace view

@@ -64,6 +64,7 @@ inline constexpr CommandCode getUserAccess{netFn::app, 0x44};
 inline constexpr CommandCode setUserName{netFn::app, 0x45};
 inline constexpr CommandCode getUserName{netFn::app, 0x46};
 inline constexpr CommandCode setUserPassword{netFn::app, 0x47};
+inline constexpr CommandCode getChannelCipherSuites{netFn::app, 0x54};
 inline constexpr CommandCode setSystemInfo{netFn::app, 0x58};
 inline constexpr CommandCode getSystemInfo{netFn::app, 0x59};
 

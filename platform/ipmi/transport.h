@@ -10,6 +10,8 @@
 #include <span>
 #include <stdexcept>
 #include <string>
+#include <utility>
+#include <vector>
 
 // The library is built with hidden symbols. What crosses it, exceptions included, is marked.
 #define PH_IPMI_EXPORT __attribute__((visibility("default")))
@@ -19,6 +21,28 @@ namespace ipmi {
 // Thrown when there is no answer: the BMC cannot be reached, refused the session or stopped answering.
 struct PH_IPMI_EXPORT TransportError : std::runtime_error {
     using std::runtime_error::runtime_error;
+};
+
+// Why there is no session, as far as the BMC tells.
+enum class SessionProblem {
+    NoAnswer, // not even to what needs no session
+    UserName,
+    Password,
+    Key, // K_g, the BMC's own
+    Privilege,
+    CipherSuite,
+    Authentication, // none that both sides have
+    Version,        // it does not speak IPMI 2.0, or does not say so
+    Protocol,       // messages that are not as IPMI 2.0 has them
+};
+
+// Thrown when a session cannot be opened.
+struct PH_IPMI_EXPORT SessionError : TransportError {
+    SessionError(const std::string& text, SessionProblem reason, std::vector<std::uint8_t> suites = {})
+        : TransportError(text), problem(reason), offeredSuites(std::move(suites)) {}
+
+    SessionProblem problem;
+    std::vector<std::uint8_t> offeredSuites; // of a wrong cipher suite, where the BMC tells: IDs that it has
 };
 
 // Thrown when there is no time left for another message; none was sent.

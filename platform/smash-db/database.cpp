@@ -29,13 +29,6 @@ int waitForLock(void*, int times) {
 
 constexpr mode_t privateMode = S_IRUSR | S_IWUSR; // the file holds the BMC's password
 
-std::string resolve(const char* absolutePath) {
-    char path[4096];
-    if (PH_SysrootPath(absolutePath, path, sizeof path) != 0)
-        throw std::runtime_error(std::string(absolutePath) + ": the path is too long");
-    return path;
-}
-
 // Thrown for a file that is no database of this schema.
 struct WrongFile : std::runtime_error {
     using std::runtime_error::runtime_error;
@@ -168,8 +161,15 @@ SQLite::Database openTemporary(const std::string& path, const Schema& schema, Op
 
 } // namespace
 
+std::string fileOf(const Schema& schema) {
+    char path[4096];
+    if (PH_SysrootPath(schema.path, path, sizeof path) != 0)
+        throw std::runtime_error(std::string(schema.path) + ": the path is too long");
+    return path;
+}
+
 SQLite::Database open(const Schema& schema, OpenMode mode) {
-    const std::string path = resolve(schema.path);
+    const std::string path = fileOf(schema);
     try {
         return schema.isTemporary ? openTemporary(path, schema, mode) : openFile(path, schema, mode);
     } catch (const std::exception& error) {

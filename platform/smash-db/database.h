@@ -4,14 +4,18 @@
 #include "smash-db/schema.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
+#include <string>
 
 namespace smash {
+
+// Where the schema's file is. Throws std::runtime_error for a path that is too long.
+std::string fileOf(const Schema& schema);
 
 enum class OpenMode { Existing, CreateMissing };
 
 // Opens the schema's file, which is created with mode 0600. Throws std::runtime_error, which names the file,
 // when it is missing, locked, no database, shorter than it says or of another schema. A file that is there is
-// never repaired or replaced: what it holds may matter to somebody. Only a temporary one, which holds nothing
+// not repaired or replaced here: what it holds may matter to somebody (see repair.h). Only a temporary one, which holds nothing
 // of worth, is then set aside and made anew, as long as it is a file of this user; one of somebody else's, a
 // link or a pipe is refused.
 SQLite::Database open(const Schema& schema, OpenMode mode);

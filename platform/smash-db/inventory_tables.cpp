@@ -66,6 +66,12 @@ constexpr auto fullSdrColumns =
                                                      SMASH_COLUMN(FullSdr, accuracy),
                                                      SMASH_COLUMN(FullSdr, isLinear)}));
 
+constexpr std::array sdrRepositoryColumns = {
+    SMASH_COLUMN(SdrRepositoryRow, records),
+    SMASH_COLUMN(SdrRepositoryRow, lastAddition),
+    SMASH_COLUMN(SdrRepositoryRow, lastErase),
+};
+
 } // namespace
 
 constexpr TableOf<IPMISessionInfo> sessionTable{"ipmi_session", sessionColumns, 0};
@@ -73,5 +79,6 @@ constexpr TableOf<DeviceRecord> deviceTable{"device", deviceColumns, 1};
 constexpr TableOf<FruRecord> fruTable{"fru", fruColumns, 2};
 constexpr TableOf<CompactSdr> compactSdrTable{"compact_sdr", compactSdrColumns, 1};
 constexpr TableOf<FullSdr> fullSdrTable{"full_sdr", fullSdrColumns, 1};
+constexpr TableOf<SdrRepositoryRow> sdrRepositoryTable{"sdr_repository", sdrRepositoryColumns, 0};
 
 } // namespace smash

@@ -7,10 +7,19 @@
 
 namespace smash {
 
+// What Get SDR Repository Info told when the sensors were read. Times are the BMC's, in seconds; 0 where it leaves
+// them out.
+struct SdrRepositoryRow {
+    std::uint16_t records;
+    std::uint32_t lastAddition;
+    std::uint32_t lastErase;
+};
+
 extern const TableOf<IPMISessionInfo> sessionTable;
 extern const TableOf<DeviceRecord> deviceTable;
 extern const TableOf<FruRecord> fruTable;
 extern const TableOf<CompactSdr> compactSdrTable;
 extern const TableOf<FullSdr> fullSdrTable;
+extern const TableOf<SdrRepositoryRow> sdrRepositoryTable;
 
 } // namespace smash

@@ -13,12 +13,13 @@
 namespace smash {
 namespace {
 
-constexpr const Table* smashTables[] = {&sessionTable,           &deviceTable,          &fruTable,
-                                        &compactSdrTable,        &fullSdrTable,         &powerServiceTable,
-                                        &powerCapabilitiesTable, &staticIpTable,        &cimxmlFilterTable,
-                                        &cimxmlDestinationTable, &eventMessageTable,    &entityDeviceTable,
-                                        &entityAssociationTable, &packageTable,         &powerSupplyInfoTable,
-                                        &indicationServiceTable, &sensorConversionTable};
+constexpr const Table* smashTables[] = {
+    &sessionTable,           &deviceTable,           &fruTable,
+    &compactSdrTable,        &fullSdrTable,          &powerServiceTable,
+    &powerCapabilitiesTable, &staticIpTable,         &cimxmlFilterTable,
+    &cimxmlDestinationTable, &eventMessageTable,     &entityDeviceTable,
+    &entityAssociationTable, &packageTable,          &powerSupplyInfoTable,
+    &indicationServiceTable, &sensorConversionTable, &sdrRepositoryTable};
 
 constexpr const Table* temporaryTables[] = {&jobTable, &jobSequenceTable, &jobErrorTable};
 

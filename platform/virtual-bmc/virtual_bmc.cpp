@@ -5,6 +5,7 @@
 #include "virtual-bmc/state/json_fields.h"
 #include "virtual-bmc/state/state_file.h"
 
+#include <ctime>
 #include <fcntl.h>
 
 namespace vbmc {
@@ -66,6 +67,9 @@ void createFromText(const std::filesystem::path& stateFile, std::string_view mod
     } catch (const Error& error) {
         throw Error(modelName + ": " + error.what());
     }
+    // A machine that replaces another one has newer sensor data records.
+    if (auto& repository = state.edit<SdrRepository>(); repository.lastAddition == 0)
+        repository.lastAddition = static_cast<std::uint32_t>(std::time(nullptr));
     StateFile::create(stateFile, state, existing);
 }
 

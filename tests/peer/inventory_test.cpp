@@ -1,8 +1,10 @@
 // FRU devices of OpenIPMI's BMC simulator, with ipmitool as the witness of what they say.
+#include "ipmi-view/fru.h"
 #include "provider_on_simulator.h"
 #include "sdr_builder.h"
 #include "virtual-bmc/virtual_bmc.h"
 
+#include <map>
 #include <sstream>
 
 namespace {
@@ -13,7 +15,7 @@ constexpr char model[] = R"({"frus": [
      "board": {"manufactured": "2024-03-01", "manufacturer": "Board Maker", "product": "Board", "serialNumber": "B-SERIAL",
                "partNumber": "B-PART"},
      "product": {"manufacturer": "Server Maker", "product": "Server", "version": "v3", "serialNumber": "P-SERIAL",
-                 "assetTag": "Rack 7"}},
+                 "assetTag": "Rack 7", "fileId": "F-1"}},
     {"id": 1, "name": "", "product": {"manufacturer": "Supply Maker", "product": "Supply", "serialNumber": "S-SERIAL",
                                       "version": "v1", "partNumber": "S-PART"},
      "powerSupply": {"capacity": 880, "hotSwap": true}}]})";
@@ -111,6 +113,31 @@ TEST_F(PeerInventory, isWhatIpmitoolPrints) {
     ASSERT_NE(info, nullptr);
     EXPECT_EQ(info->capacity, 880);
     std::free(info);
+}
+
+TEST_F(PeerInventory, fieldsAreWhatIpmitoolPrints) {
+    const auto session = ipmi::openTransport(bmc.settings());
+    auto devices = view::findFruDevices(*session);
+    ASSERT_EQ(devices.size(), 2u);
+    for (view::FruDevice& device : devices)
+        view::readFru(*session, device);
+    const std::string fru = ipmitool("fru print 0");
+    const std::map<std::string, const char*> labels = {
+        {"Chassis Type", "Chassis Type"},           {"Chassis Serial number", "Chassis Serial"},
+        {"Board Manufacturer", "Board Mfg  "},      {"Board Product", "Board Product"},
+        {"Board Serial number", "Board Serial"},    {"Board Part number", "Board Part Number"},
+        {"Product Manufacturer", "Product Manuf"},  {"Product Name", "Product Name"},
+        {"Product Version", "Product Version"},     {"Product Serial number", "Product Serial"},
+        {"Product Asset tag", "Product Asset Tag"}, {"Chassis Part number", "Chassis Part Number"},
+        {"Product FRU file ID", "Product FRU ID"}};
+    std::size_t compared = 0;
+    for (const view::FruField& field : view::fieldsOf(*devices[0].contents))
+        if (const auto label = labels.find(std::string(field.area) + ' ' + field.name);
+            label != labels.end()) {
+            EXPECT_EQ(field.value, printed(fru, label->second)) << label->first;
+            ++compared;
+        }
+    EXPECT_EQ(compared, 13u);
 }
 
 } // namespace

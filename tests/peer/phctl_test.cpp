@@ -193,6 +193,30 @@ TEST_F(PhctlPeer, aWrongPasswordIsRefusedAtOnceAndChangesNothing) {
     EXPECT_EQ(phctl({"sync"}).status, 0);
 }
 
+// The simulator wants a workaround, and has few cipher suites.
+TEST_F(PhctlPeer, aRefusedSessionIsToldWithWhatMayHelp) {
+    const auto settings = bmc->settings();
+    const std::vector<std::string> session = {
+        "power",           "--lan",           settings.address + ':' + std::to_string(settings.port),
+        "--user",          settings.userName, "--password-env",
+        "PH_TEST_PASSWORD"};
+    const struct {
+        std::vector<std::string> options;
+        const char* hint;
+    } cases[] = {
+        {{}, "--workaround opensesspriv"},
+        {{"--workaround", "opensesspriv", "--cipher-suite", "17"}, "the BMC has the cipher suites "},
+        {{"--workaround", "opensesspriv", "--user", "nobody"}, "check --user"},
+    };
+    for (const auto& [options, hint] : cases) {
+        auto arguments = session;
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        const Outcome outcome = phctl(arguments);
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_THAT(outcome.err, HasSubstr(hint));
+    }
+}
+
 TEST_F(PhctlPeer, aBmcThatHangsEndsTheSyncInTimeAndKeepsTheDatabase) {
     const auto before = instances("CIM_NumericSensor").size();
     bmc->pause();

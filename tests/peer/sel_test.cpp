@@ -1,7 +1,10 @@
 // The event log of OpenIPMI's BMC simulator, with ipmitool as the witness of ids, times and bytes.
+#include "ipmi-view/event_log.h"
+#include "ipmi-view/event_text.h"
 #include "provider_on_simulator.h"
 
 #include <cstdio>
+#include <platform/sel_record.h>
 #include <sstream>
 
 namespace {
@@ -61,6 +64,31 @@ TEST_F(PeerSel, entriesAreWhatIpmitoolLists) {
     ASSERT_EQ(entry.size(), 6U);
     EXPECT_THAT(entry[3], testing::StartsWith("5 20240504123"));
     EXPECT_THAT(entry[4], "6");
+}
+
+// "Pre-Init 67", "05/04/24" and the rest of what ipmitool says of a record, in the words of phctl.
+std::string inItsWords(const view::SelRecord& record, const view::EventText& text) {
+    char words[160];
+    const unsigned id = PH_SelRecordId(record.data());
+    const unsigned type = PH_SelRecordType(record.data());
+    if (!PH_IsSelOem(record.data())) {
+        const std::string direction = *text.isAssertion ? "Asserted" : "Deasserted";
+        std::snprintf(words, sizeof words, "%x|%s|%s|%s", id, text.time.substr(0, 8).c_str(),
+                      text.event.c_str(), direction.c_str());
+        return words;
+    }
+    std::snprintf(words, sizeof words, "%x|%s|OEM record %02x", id, text.time.substr(0, 10).c_str(), type);
+    return words;
+}
+
+TEST_F(PeerSel, recordsAreDecodedAsIpmitoolDoes) {
+    std::cout << ipmitool("sel list") << ipmitool("-c sel list") << ipmitool("sel elist")
+              << ipmitool("sel info");
+    const auto session = ipmi::openTransport(bmc.settings());
+    for (const view::SelRecord& record : view::readEventLog(*session)) {
+        const auto text = view::describeRecord(record, {});
+        std::cout << inItsWords(record, text) << "   " << text.time << ' ' << text.whole() << '\n';
+    }
 }
 
 TEST_F(PeerSel, clearLogEmptiesIt) {

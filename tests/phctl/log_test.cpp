@@ -36,6 +36,7 @@ TEST_F(Log, recordsAreListedInWords) {
     EXPECT_EQ(last[0], (nlohmann::json{{"id", 3},
                                        {"time", "2024-05-04 12:30:40"},
                                        {"sensor", "Temperature sensor FEh"},
+                                       {"sensorType", "Temperature"},
                                        {"state", "deasserted"},
                                        {"event", "Upper Critical - going high"},
                                        {"record", "030002702a366620000401fe81597d78"}}));

@@ -43,6 +43,11 @@ TEST_F(Usage, wrongCommandLinesEndWithStatus2AndSayWhatIsWrong) {
         {{"sync", "--lan", "host", "--user", "a-name-with-more-than-31-characters"}, "longer than 31"},
         {{"bmc", "set-reading", "FAN1", "fast"}, "\"fast\" is no number"},
         {{"bmc", "set-reading", "FAN1", "256", "--raw"}, "0 to 255"},
+        {{"bmc", "set-reading", "FAN1", "0x100"}, "0x00 to 0xFF"},
+        {{"power", "up"}, "up not in {status,on,off"},
+        {{"sel", "delete", "0"}, "no ID of a record"},
+        {{"fru", "first"}, "neither `list` nor the ID"},
+        {{"--bmc", "../up", "bmcs"}, "is no name"},
         {{"bmc", "set-states", "PSU1 Status", "15"}, "15"},
         {{"bmc", "fault", "get-sensor-readin", "--silent"}, "did you mean get-sensor-reading?"},
         {{"bmc", "fault", "0x04:0x100", "--silent"}, "NETFN:COMMAND"},
@@ -62,9 +67,11 @@ TEST_F(Usage, wrongCommandLinesEndWithStatus2AndSayWhatIsWrong) {
 }
 
 TEST_F(Usage, everyCommandHelpsWithAnExample) {
-    std::istringstream commands(",ei,ein,gi,mi,ci,di,cm,classes,sync,bmc,bmc create,bmc show,bmc set-reading,"
-                                "bmc set-states,bmc set-availability,bmc set-bond,bmc fault,bmc sel,"
-                                "bmc sel list,bmc sel add,bmc sel fill,bmc sel clear,bmc sel policy");
+    std::istringstream commands(
+        ",ei,ein,gi,mi,ci,di,cm,classes,sync,bmc,bmc create,bmc show,bmc set-reading,"
+        "bmc set-states,bmc set-availability,bmc set-bond,bmc fault,bmc sel,"
+        "bmc sel list,bmc sel add,bmc sel fill,bmc sel clear,bmc sel policy,"
+        "bmc faults,bmc clear,bmcs,fru,power,sel,sel list,sel info,sel clear,sel delete");
     for (std::string command; std::getline(commands, command, ',');) {
         std::istringstream words(command);
         std::vector<std::string> arguments{std::istream_iterator<std::string>(words), {}};
@@ -76,10 +83,34 @@ TEST_F(Usage, everyCommandHelpsWithAnExample) {
 
 TEST_F(Usage, failuresOfTheMachineEndWithStatus1) {
     EXPECT_THAT(fail({"bmc", "create", PH_MODEL}, 1), HasSubstr("bmc.state"));
-    EXPECT_THAT(fail({"bmc", "create", "no-such-model", "--replace"}, 1), HasSubstr("no-such-model"));
+    EXPECT_THAT(
+        fail({"bmc", "create", "sample-sever", "--replace"}, 1),
+        HasSubstr("no model sample-sever; did you mean sample-server?; installed are: sample-server"));
     EXPECT_THAT(fail({"bmc", "set-reading", "no such sensor", "1"}, 1), HasSubstr("no such sensor"));
     EXPECT_THAT(fail({"bmc", "show", "--state", "/nowhere.state"}, 1), HasSubstr("/nowhere.state"));
     EXPECT_THAT(fail({"ei", "CIM_Sensor", "--module", "/nowhere.so"}, 1), HasSubstr("/nowhere.so"));
+}
+
+TEST_F(Usage, errorsAreJsonWhereTheOutputIs) {
+    const auto error = [](const std::vector<std::string>& arguments) {
+        const Outcome outcome = phctl(arguments);
+        EXPECT_EQ(outcome.out, "");
+        const auto json = nlohmann::json::parse(outcome.err);
+        EXPECT_EQ(json["status"], outcome.status);
+        return json["error"].get<std::string>();
+    };
+    EXPECT_THAT(error({"ei", "CIM_Sensr", "--json"}), HasSubstr("does not serve the class"));
+    EXPECT_THAT(error({"bmc", "show", "--state", "/nowhere.state", "--json"}), HasSubstr("/nowhere.state"));
+    EXPECT_THAT(error({"ei", "--json"}), HasSubstr("CLASS is required"));
+}
+
+TEST_F(Usage, rawReadingsAreHexadecimal) {
+    succeed({"bmc", "set-reading", "CPU1 Temp", "0x20"});
+    const std::string raw = succeed({"bmc", "show", "sensors"}).out;
+    succeed({"bmc", "set-reading", "CPU1 Temp", "33", "--raw"});
+    EXPECT_NE(succeed({"bmc", "show", "sensors"}).out, raw);
+    succeed({"bmc", "set-reading", "CPU1 Temp", "32", "--raw"});
+    EXPECT_EQ(succeed({"bmc", "show", "sensors"}).out, raw);
 }
 
 TEST_F(Usage, aWrongRootIsTold) {
@@ -107,6 +138,30 @@ TEST_F(Usage, visiblePasswordsAreWarnedOf) {
     const Outcome outcome = phctl({"sync", "--lan", "127.0.0.1:9", "--password", "secret", "--timeout", "1"});
     EXPECT_THAT(outcome.err,
                 AllOf(HasSubstr("warning: other users can see a password"), Not(HasSubstr("secret"))));
+}
+
+// Every command goes to the BMC of the configuration, whatever PH_SYSROOT says.
+TEST_F(Usage, configurationsKeepBmcsApart) {
+    const std::string state = sysroot->place("/tmp/state");
+    setenv("XDG_STATE_HOME", state.c_str(), 1);
+    EXPECT_THAT(fail({"ei", "CIM_Sensor", "--bmc", "one"}, 2), HasSubstr("there is no configuration one"));
+    EXPECT_EQ(phctl({"--bmc", "one", "sync", "--virtual", "/nowhere.state"}).status, 1);
+    EXPECT_EQ(succeed({"bmcs", "--json"}).json().size(), 0u) << "of a BMC that is not there nothing stays";
+    for (const char* name : {"one", "two.2"}) {
+        succeed({"--bmc", name, "bmc", "create", PH_MODEL});
+        EXPECT_EQ(phctl({"--bmc", name, "sync"}).status, 0);
+    }
+    EXPECT_EQ(std::filesystem::status(state + "/provider-helper/one").permissions(),
+              std::filesystem::perms::owner_all);
+    succeed({"power", "off", "--bmc", "one"});
+    EXPECT_THAT(succeed({"power", "--bmc", "one"}).out, testing::StartsWith("Power: off\n"));
+    EXPECT_THAT(succeed({"--bmc=two.2", "power"}).out, testing::StartsWith("Power: on\n"));
+    const auto listed = succeed({"bmcs", "--json"}).json();
+    ASSERT_EQ(listed.size(), 2u);
+    EXPECT_EQ(listed[0]["name"], "one");
+    EXPECT_THAT(listed[1]["bmc"], HasSubstr("two.2/var/lib/virtual-bmc/bmc.state"));
+    EXPECT_THAT(fail({"--bmc", "two", "ei", "CIM_Sensor"}, 2), HasSubstr("there are: one, two.2"));
+    unsetenv("XDG_STATE_HOME");
 }
 
 class MissingParts : public SysrootFixture {
@@ -178,10 +233,38 @@ TEST_F(MissingParts, syncReportsRowsRemarksAndSparseProgress) {
     EXPECT_GE(report["numericSensors"].get<int>(), 40);
     EXPECT_GE(report["sensors"].get<int>(), 60);
     EXPECT_EQ(report["remarks"][0]["source"], "device GUID");
-    EXPECT_THAT(outcome.err, testing::ContainsRegex("Sensor data records: ([0-9]+) of [0-9]+\n"));
-    EXPECT_LE(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 20);
-    EXPECT_THAT(phctl({"sync"}).out,
-                AllOf(HasSubstr("CIM_NumericSensor\n"), HasSubstr("Remark: device GUID: ")));
+    EXPECT_EQ(report["remarks"][0]["dropped"], false);
+    EXPECT_EQ(outcome.err, "") << "programs read it as errors";
+    const Outcome plain = phctl({"sync"});
+    EXPECT_THAT(plain.err, testing::ContainsRegex("Sensor data records: ([0-9]+) of [0-9]+\n"));
+    EXPECT_LE(std::count(plain.err.begin(), plain.err.end(), '\n'), 20);
+    EXPECT_THAT(plain.out, AllOf(HasSubstr("CIM_NumericSensor\n"), HasSubstr("Remark: device GUID: ")));
+}
+
+TEST_F(MissingParts, syncFailsForDroppedRecordsAndRepairsTheDatabase) {
+    ASSERT_EQ(phctl({"bmc", "create", PH_MODEL}).status, 0);
+    ASSERT_EQ(phctl({"bmc", "fault", "read-fru-data", "--short", "4", "--skip", "3", "--calls", "1"}).status,
+              0);
+    Outcome outcome = phctl({"sync"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.out, testing::ContainsRegex("\nDropped: FRU device 0: "));
+    EXPECT_EQ(phctl({"sync"}).status, 0);
+
+    // Damage behind the first pages leaves the session row; damage of the header leaves nothing.
+    {
+        std::fstream raw(database(), std::ios::in | std::ios::out | std::ios::binary);
+        const auto size = std::filesystem::file_size(database());
+        raw.seekp(static_cast<std::streamoff>(size / 2));
+        raw << std::string(size / 2, 'x');
+    }
+    outcome = phctl({"sync"});
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_THAT(outcome.err, HasSubstr("it is now " + database() + ".damaged"));
+    EXPECT_EQ(phctl({"ei", "CIM_NumericSensor"}).status, 0);
+    write("/conf/smash.db", std::string(5000, 'x'));
+    EXPECT_THAT(fail({"sync"}), HasSubstr("does not say where the BMC is"));
+    EXPECT_EQ(phctl({"sync", "--virtual"}).status, 0);
+    EXPECT_EQ(phctl({"sync"}).status, 0);
 }
 
 } // namespace

@@ -1,4 +1,6 @@
 #include "database_fixture.h"
+#include "smash-db/inventory_tables.h"
+#include "smash-db/repair.h"
 
 #include <functional>
 #include <gmock/gmock.h>
@@ -26,6 +28,7 @@ struct Damage {
     void (*apply)(const fs::path& path); // to a database that is in order
     const char* reason;
     bool isCreated = false; // by smash_db_init
+    bool isDamage = false;  // of a file of ours, which may be made anew
 };
 
 void PrintTo(const Damage& damage, std::ostream* out) {
@@ -35,21 +38,23 @@ void PrintTo(const Damage& damage, std::ostream* out) {
 const Damage damages[] = {
     {"missing", [](const fs::path& path) { fs::remove(path); }, "No such file", true},
     {"empty", [](const fs::path& path) { overwrite(path, ""); }, "schema version 0", true},
-    {"text", [](const fs::path& path) { overwrite(path, std::string(9000, 'x')); }, "not a database"},
-    {"onlyAHeader", [](const fs::path& path) { fs::resize_file(path, 100); }, "malformed"},
+    {"text", [](const fs::path& path) { overwrite(path, std::string(9000, 'x')); }, "not a database", false,
+     true},
+    {"onlyAHeader", [](const fs::path& path) { fs::resize_file(path, 100); }, "malformed", false, true},
     {"cutByAPage", [](const fs::path& path) { fs::resize_file(path, fs::file_size(path) - 4096); },
-     "malformed"},
+     "malformed", false, true},
     {"cutWithinAPage",
      [](const fs::path& path) {
          execute(path, "CREATE TABLE last (page)"); // no part of the schema stands in the page that is cut
          fs::resize_file(path, fs::file_size(path) - 1);
      },
-     "cut short"},
+     "cut short", false, true},
     {"ofALaterVersion", [](const fs::path& path) { execute(path, "PRAGMA user_version = 99"); },
      "schema version 99 instead of 4"},
-    {"withoutATable", [](const fs::path& path) { execute(path, "DROP TABLE fru"); }, "no such table: fru"},
+    {"withoutATable", [](const fs::path& path) { execute(path, "DROP TABLE fru"); }, "no such table: fru",
+     false, true},
     {"withoutAColumn", [](const fs::path& path) { execute(path, "ALTER TABLE fru DROP COLUMN model"); },
-     "no such column: model"},
+     "no such column: model", false, true},
     {"ofAnotherProgram",
      [](const fs::path& path) {
          fs::remove(path);
@@ -82,6 +87,8 @@ TEST_P(BadFile, isRefusedByNameAndLeftAlone) {
     };
     const std::string before = contents();
 
+    EXPECT_EQ(smash::findDamage(smash::smashSchema).has_value(), GetParam().isDamage);
+
     SMASH_DB_HANDLE opened = nullptr;
     EXPECT_EQ(db_init(&opened), 1);
     EXPECT_EQ(opened, nullptr);
@@ -108,10 +115,21 @@ TEST_F(DatabaseFixture, damageWithinAPageGivesAnErrorInsteadOfRows) {
         raw.seekp((page - 1) * 4096);
         raw << std::string(4096, '\x5A');
     }
+    EXPECT_TRUE(smash::findDamage(smash::smashSchema));
+    EXPECT_FALSE(smash::holdsRows(smash::smashSchema, smash::fruTable));
     handle = openDatabase(db_init);
     EXPECT_EQ(getRow(db_get_fru_by_entity_id, handle, 7), nullptr);
     EXPECT_THAT(db_last_error(), HasSubstr(path.string()));
     EXPECT_EQ(getAll(db_get_all_full_sdrs, handle).count, 0) << "the other tables are in order";
+
+    IPMISessionInfo session = {};
+    session.port = 6230;
+    ASSERT_EQ(db_set_ipmi_session_info(handle.get(), &session), 0);
+    handle.reset();
+    EXPECT_EQ(smash::rebuild(smash::smashSchema), path.string() + ".damaged");
+    EXPECT_FALSE(smash::findDamage(smash::smashSchema));
+    handle = openDatabase(db_init);
+    EXPECT_EQ(getRow(db_get_ipmi_session_info, handle)->port, 6230) << "what can be read is kept";
 }
 
 TEST_F(DatabaseFixture, olderVersionGetsTheTablesItLacks) {

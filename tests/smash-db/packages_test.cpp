@@ -37,7 +37,7 @@ protected:
     }
     std::string remarks() const {
         std::string lines;
-        for (const auto& [source, reason] : report.remarks)
+        for (const auto& [source, reason, isLoss] : report.remarks)
             lines += source + ": " + reason + "\n";
         return lines;
     }

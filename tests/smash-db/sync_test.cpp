@@ -1,4 +1,5 @@
 // What a sync makes of a virtual BMC, whatever the BMC has and however it behaves.
+#include "smash-db/sync/staleness.h"
 #include "smash-db/sync/sync.h"
 
 #include "bmc_session.h"
@@ -9,6 +10,17 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 #include <SQLiteCpp/SQLiteCpp.h>
+#include <unistd.h>
+
+namespace {
+std::vector<useconds_t> pauses;
+}
+
+// The pauses of a sync that waits for other clients.
+extern "C" int usleep(useconds_t microseconds) {
+    pauses.push_back(microseconds);
+    return 0;
+}
 
 namespace {
 
@@ -218,7 +230,11 @@ TEST_F(Sync, readsARecordAgainWhoseReservationWasLost) {
         if (command == getSdr || command == reserveSdrs)
             loseReservation();
     };
-    EXPECT_THROW(sync(), std::runtime_error) << "of a BMC that cancels every one";
+    pauses.clear();
+    EXPECT_THAT([&] { sync(); }, testing::ThrowsMessage<std::runtime_error>(HasSubstr("another client")));
+    EXPECT_GE(pauses.size(), 10u);
+    EXPECT_TRUE(std::ranges::is_sorted(pauses) && pauses.front() < pauses.back() &&
+                pauses.back() <= 1'000'000);
     EXPECT_EQ(contents(), expected);
 }
 
@@ -256,10 +272,31 @@ TEST_F(Sync, servesTheRecordsBesideABadOne) {
                 answer = {0xCE};
         };
         const auto report = sync();
-        EXPECT_THAT(report.remarks, SizeIs(1));
+        ASSERT_THAT(report.remarks, SizeIs(1));
+        EXPECT_TRUE(report.remarks[0].isLoss);
         EXPECT_THAT(text(report), HasSubstr(item.reason));
         EXPECT_EQ(contents(), expected);
     }
+}
+
+TEST_F(Sync, knowsWhetherTheBmcsRecordsAreNewer) {
+    constexpr std::uint8_t getRepositoryInfo = 0x20;
+    Bytes info = {0x00, 0x51, 5, 0, 0xFF, 0xFF, 1, 2, 3, 4, 5, 6, 7, 8, 0x22};
+    alter = [&](std::uint8_t command, const Bytes&, Bytes& answer) {
+        if (command == getRepositoryInfo)
+            answer = info;
+    };
+    EXPECT_THROW(smash::isStale(*this), std::runtime_error) << "there is no database";
+    sync();
+    EXPECT_FALSE(smash::isStale(*this));
+    for (const std::size_t byte : {2, 6, 13}) { // records, last addition, last erase
+        ++info[byte];
+        EXPECT_TRUE(smash::isStale(*this)) << byte;
+        --info[byte];
+    }
+    info.resize(4); // some leave the times out
+    sync();
+    EXPECT_FALSE(smash::isStale(*this));
 }
 
 TEST_F(Sync, endsAtARepositoryThatRunsInCircles) {

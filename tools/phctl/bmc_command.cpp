@@ -6,9 +6,11 @@
 #include "ipmi_commands.h"
 #include "machine.h"
 #include "machine_text.h"
+#include "names.h"
 #include "private_root.h"
 #include "text_layout.h"
 
+#include <algorithm>
 #include <charconv>
 #include <iostream>
 #include <memory>
@@ -47,16 +49,34 @@ vbmc::VirtualBmc machine(const Options& options) {
     return openMachine(options->stateFile);
 }
 
+fs::path modelFolder() {
+    return (fs::read_symlink("/proc/self/exe").parent_path() / PH_MODEL_DIR).lexically_normal();
+}
+
+std::vector<std::string> installedModels() {
+    std::vector<std::string> names;
+    std::error_code error; // no folder: no models
+    for (const fs::directory_entry& entry : fs::directory_iterator(modelFolder(), error))
+        if (entry.path().extension() == ".json")
+            names.push_back(entry.path().stem());
+    std::ranges::sort(names);
+    return names;
+}
+
 // A file, or the name of a model that is installed.
 fs::path modelFile(const std::string& model) {
-    if (fs::exists(model) || model.find('/') != std::string::npos)
+    if (fs::exists(model))
         return model;
-    const fs::path programs = fs::read_symlink("/proc/self/exe").parent_path();
-    const fs::path installed = programs / PH_MODEL_DIR / model;
     for (const char* ending : {"", ".json"})
-        if (fs::path file = installed.string() + ending; fs::exists(file))
-            return file.lexically_normal();
-    return model;
+        if (fs::path file = modelFolder() / (model + ending); fs::exists(file))
+            return file;
+    const auto models = installedModels();
+    std::string text = "there is no model " + model + didYouMean(model, models);
+    for (bool isFirst = true; const std::string& each : models) {
+        text += (isFirst ? "; installed are: " : ", ") + each;
+        isFirst = false;
+    }
+    throw Failure(text + "; or name a file (docs/virtual-bmc.md describes models)");
 }
 
 int create(const Options& options) {
@@ -102,26 +122,35 @@ int show(const Options& options) {
     return done;
 }
 
-template <class Number>
-std::optional<Number> number(std::string_view text) {
-    Number value{};
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    return error == std::errc{} && end == text.data() + text.size() ? std::optional(value) : std::nullopt;
+// Raw readings are hexadecimal here as in models.
+bool isHexadecimal(std::string_view text) {
+    return text.starts_with("0x") || text.starts_with("0X");
+}
+
+std::uint8_t rawReading(const std::string& text) {
+    const std::size_t prefix = isHexadecimal(text) ? 2 : 0;
+    std::uint8_t raw = 0;
+    const char* const end = text.data() + text.size();
+    const auto [last, error] = std::from_chars(text.data() + prefix, end, raw, prefix > 0 ? 16 : 10);
+    if (error != std::errc{} || last != end)
+        throw UsageError('"' + text + "\" is no raw reading (0 to 255, or 0x00 to 0xFF)");
+    return raw;
 }
 
 int setReading(const Options& options) {
     auto bmc = machine(options);
-    if (options->isRaw) {
-        const auto raw = number<std::uint8_t>(options->value);
-        if (!raw)
-            throw UsageError('"' + options->value + "\" is no raw reading (0 to 255)");
-        bmc.setRawReading(options->sensor, *raw);
-    } else {
-        const auto value = number<double>(options->value);
-        if (!value)
-            throw UsageError('"' + options->value + "\" is no number");
-        bmc.setReading(options->sensor, *value);
+    const std::string& text = options->value;
+    if (options->isRaw || isHexadecimal(text)) {
+        bmc.setRawReading(options->sensor, rawReading(text));
+        return done;
     }
+    double value = 0;
+    const char* const end = text.data() + text.size();
+    const auto [last, error] = std::from_chars(text.data(), end, value);
+    if (error != std::errc{} || last != end)
+        throw UsageError('"' + text +
+                         "\" is no number in the sensor's unit, and no raw reading such as 0x20");
+    bmc.setReading(options->sensor, value);
     return done;
 }
 
@@ -272,9 +301,14 @@ void addBmcCommand(CLI::App& app, Chosen& chosen) {
 
     command = add("set-reading", "Set the reading of a threshold sensor", setReading);
     addSensor(command);
-    command->add_option("VALUE", options->value, "Reading in the sensor's unit")->required();
+    command->add_option("VALUE", options->value, "Reading in the sensor's unit, or as its raw byte: 0x20")
+        ->required();
     command->add_flag("--raw", options->isRaw, "VALUE is the raw byte");
-    command->footer("Examples:\n  phctl bmc set-reading 'CPU1 Temp' 98\n  phctl bmc set-reading 5 -12.5");
+    command->footer("Examples:\n"
+                    "  phctl bmc set-reading 'CPU1 Temp' 98\n"
+                    "  phctl bmc set-reading 5 -12.5\n"
+                    "  phctl bmc set-reading 3 0x20         # the raw byte\n"
+                    "  phctl bmc set-reading 3 32 --raw     # the same");
 
     command = add("set-states", "Set the states of a discrete sensor", setStates);
     addSensor(command);
@@ -334,7 +368,13 @@ void addBmcCommand(CLI::App& app, Chosen& chosen) {
 
     command = add("faults", "List the faults that are set", listFaults);
     command->add_flag("--json", options->json, "Print JSON");
-    add("clear", "Remove all faults", clearFaults);
+    command->footer("`phctl bmc fault` sets them, `phctl bmc clear` removes them.\n\nExamples:\n"
+                    "  phctl bmc faults\n"
+                    "  phctl bmc faults --json");
+    command = add("clear", "Remove all faults", clearFaults);
+    command->footer(
+        "It takes back what `phctl bmc fault` set; the machine's state stays. The event log is cleared by "
+        "`phctl bmc sel\nclear`.\n\nExample:\n  phctl bmc clear");
     addSelCommand(*bmc, chosen);
     addAlertCommands(*bmc, chosen);
     addLoginCommand(*bmc, chosen);

@@ -18,6 +18,10 @@ void addSensorsCommand(CLI::App& app, Chosen& chosen);
 void addServeCommand(CLI::App& app, Chosen& chosen);
 void addSyncCommand(CLI::App& app, Chosen& chosen);
 void addCheckPlatformCommand(CLI::App& app, Chosen& chosen);
+void addEventLogCommand(CLI::App& app, Chosen& chosen);
+void addPowerCommand(CLI::App& app, Chosen& chosen);
+void addFruCommand(CLI::App& app, Chosen& chosen);
+void addBmcsCommand(CLI::App& app, Chosen& chosen);
 void addBmcCommand(CLI::App& app, Chosen& chosen);
 // These are parts of it.
 void addSelCommand(CLI::App& bmc, Chosen& chosen);

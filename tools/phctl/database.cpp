@@ -1,21 +1,17 @@
 #include "database.h"
 
+#include "broker/value.h"
 #include "errors.h"
+#include "session_hints.h"
 #include "virtual-bmc/virtual_bmc.h"
 
 #include <cstdlib>
-#include <memory>
 #include <platform/sysroot.h>
 
 namespace phctl {
 namespace {
 
 using ipmi::SessionSettings;
-
-struct CloseDatabase {
-    void operator()(SMASH_DB_HANDLE handle) const { db_close(handle); }
-};
-using Database = std::unique_ptr<SmashDatabase, CloseDatabase>;
 
 Database open(int (*opener)(SMASH_DB_HANDLE*)) {
     SMASH_DB_HANDLE handle = nullptr;
@@ -36,30 +32,14 @@ void copy(char (&field)[size], const std::string& text, const char* what) {
     field[text.size()] = '\0';
 }
 
-const CompactSdr& commonOf(const CompactSdr& row) {
-    return row;
-}
-const CompactSdr& commonOf(const FullSdr& row) {
-    return row.common;
-}
-
 template <class Row>
-std::vector<Row> rowsOf(const Database& database, int (*get)(SMASH_DB_HANDLE, Row**, int*)) {
+std::size_t rowCount(const Database& database, int (*get)(SMASH_DB_HANDLE, Row**, int*)) {
     Row* rows = nullptr;
     int count = 0;
     if (get(database.get(), &rows, &count) != 0)
-        return {};
-    const std::unique_ptr<Row, decltype(&std::free)> owner(rows, std::free);
-    return {rows, rows + count};
-}
-
-template <class Row>
-void addLabels(const std::vector<Row>& rows, SensorLabels& labels) {
-    for (const Row& row : rows) {
-        const CompactSdr& sensor = commonOf(row);
-        labels.emplace(SensorKey{sensor.ownerId, sensor.ownerLun, sensor.sensorNumber},
-                       SensorLabel{sensor.name, sensor.ipmiSensorType});
-    }
+        return 0;
+    std::free(rows);
+    return static_cast<std::size_t>(count);
 }
 
 std::filesystem::path place(const char* absolutePath) {
@@ -102,21 +82,12 @@ void setSessionRow(const IPMISessionInfo& row) {
         throw Failure(db_last_error());
 }
 
-SensorLabels sensorLabels() {
-    SensorLabels labels;
-    const Database database = open(db_init);
-    addLabels(rowsOf(database, db_get_all_full_sdrs), labels);
-    addLabels(rowsOf(database, db_get_all_compact_sdrs), labels);
-    return labels;
-}
-
 std::size_t sensorCount(std::string_view className) {
     const bool isNumeric = broker::sameName(className, "CIM_NumericSensor");
     if ((!isNumeric && !broker::sameName(className, "CIM_Sensor")) || !exists(databaseFile()))
         return 0;
     const Database database = open(db_init);
-    return isNumeric ? rowsOf(database, db_get_all_full_sdrs).size()
-                     : rowsOf(database, db_get_all_compact_sdrs).size();
+    return isNumeric ? rowCount(database, db_get_all_full_sdrs) : rowCount(database, db_get_all_compact_sdrs);
 }
 
 SessionSettings settingsOf(const IPMISessionInfo& row) {
@@ -184,7 +155,7 @@ std::string diagnose() {
         settings.timeout = secondsToAnswer;
         ipmi::openTransport(settings);
     } catch (const std::exception& error) {
-        return error.what();
+        return explain(error);
     }
     // A provider may look for a row that nobody has stored yet, which is no reason for a failure.
     const std::string error = db_last_error();

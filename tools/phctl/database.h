@@ -1,20 +1,26 @@
 // The SMASH database's session row, and why requests fail that need it.
 #pragma once
 
-#include "event_text.h"
 #include "ipmi/transport.h"
 
 #include <cstring>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <platform/smash_db.h>
 #include <string>
+#include <string_view>
 
 namespace phctl {
 
 // Throws UsageError when PH_SYSROOT names no folder.
 void checkSysroot();
 std::filesystem::path databaseFile();
+
+struct CloseDatabase {
+    void operator()(SMASH_DB_HANDLE handle) const { db_close(handle); }
+};
+using Database = std::unique_ptr<SmashDatabase, CloseDatabase>;
 
 // A session row whose password does not outlive it.
 struct SessionRow : IPMISessionInfo {
@@ -36,11 +42,8 @@ SessionRow rowOf(const ipmi::SessionSettings& settings);
 // Returns the BMC of the session row. Throws Failure where there is none.
 ipmi::SessionSettings knownBmc();
 
-// Reads the sensors of the last sync. There are none when they cannot be read, as they only make events
-// readable.
-SensorLabels sensorLabels();
-
-// Counts the sensors that the database has of a class; 0 for any other class, and where it cannot be read.
+// Counts the instances of a class of sensors that the database has; 0 for any other class, and where it cannot be
+// read.
 std::size_t sensorCount(std::string_view className);
 
 // "the BMC at 192.0.2.7:623 (user admin)"

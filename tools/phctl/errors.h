@@ -1,4 +1,4 @@
-// How a command ends that does not succeed: one line on stderr, and an exit status.
+// How a command ends that does not succeed: one line on stderr, and an exit status. Warnings are lines there too.
 #pragma once
 
 #include <stdexcept>
@@ -18,7 +18,12 @@ struct Failure : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// Prints the line, and returns the status.
+// From now on lines on stderr are JSON objects, for programs: {"error": "…", "status": 1}, {"warning": "…"}.
+void complainInJson();
+
+// Prints "phctl: TEXT", and returns the status.
 int complain(const std::string& text, int status);
+// Prints "phctl: warning: TEXT".
+void warn(const std::string& text);
 
 } // namespace phctl

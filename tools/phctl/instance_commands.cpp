@@ -9,6 +9,7 @@
 #include "secrets.h"
 #include "selection.h"
 #include "served_classes.h"
+#include "stale_warning.h"
 #include "text_layout.h"
 
 #include <iostream>
@@ -75,6 +76,10 @@ broker::Instance givenInstance(const InstanceOptions& options, broker::ObjectPat
     return instance;
 }
 
+bool isSensor(const std::string& className) {
+    return broker::sameName(className, "CIM_Sensor") || broker::sameName(className, "CIM_NumericSensor");
+}
+
 int enumerateInstances(const Options& options) {
     const auto wanted = propertyList(options);
     Remarks remarks;
@@ -84,6 +89,8 @@ int enumerateInstances(const Options& options) {
     const auto reply = requester.execute(
         {.operation = Operation::EnumerateInstances, .path = path, .properties = wanted}, remarks);
     printInstances(reply.instances, wanted, *options);
+    if (isSensor(path.className))
+        warnIfStale();
     if (!options->json)
         printHostPower(requester, reply.instances, wanted);
     return done;
@@ -118,6 +125,8 @@ int getInstance(const Options& options) {
         printInstance(std::cout, reply.instances.front(), how);
         printHostPower(requester, reply.instances, wanted);
     }
+    if (isSensor(paths.front().className))
+        warnIfStale();
     if (options->json)
         printJson(std::cout, paths.size() == 1 && !options->target.meansSeveral() ? found.front() : found);
     return done;

@@ -1,6 +1,7 @@
 #include "machine.h"
 
 #include "database.h"
+#include "errors.h"
 
 namespace phctl {
 
@@ -11,8 +12,12 @@ fs::path machineFile(const std::string& name) {
         return fs::absolute(name);
     if (const auto row = sessionRow()) {
         const auto settings = settingsOf(*row);
-        if (settings.interfaceType == ipmi::SessionSettings::VirtualBmc)
-            return settings.address;
+        if (settings.interfaceType != ipmi::SessionSettings::VirtualBmc)
+            throw Failure(
+                "requests go to " + describe(settings) +
+                ", which is not a virtual BMC, and `phctl bmc` operates no other: name one with --state "
+                "FILE, or give it a configuration of its own with --bmc NAME");
+        return settings.address;
     }
     return vbmc::defaultStateFile();
 }

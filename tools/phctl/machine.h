@@ -8,7 +8,8 @@
 
 namespace phctl {
 
-// Returns the state file of this name; for an empty name, that of the machine that requests reach.
+// Returns the state file of this name; for an empty name, that of the machine that requests reach. Throws Failure
+// when that is no virtual one.
 std::filesystem::path machineFile(const std::string& name);
 // Throws Failure when there is no such machine.
 vbmc::VirtualBmc openMachine(const std::string& name);

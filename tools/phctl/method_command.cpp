@@ -187,7 +187,7 @@ int callMethod(const MethodOptions& options) {
         printJson(std::cout, json);
     if (!isSuccess(result) && returnedJob(reply.arguments) == nullptr) // which would have said why
         if (const std::string reason = diagnose(); !reason.empty())
-            std::cerr << "phctl: " << printable(reason) << '\n';
+            complain(reason, failed);
     return succeeded ? done : failed;
 }
 

@@ -31,7 +31,9 @@ std::string whyNotHere(const ipmi::SessionSettings& settings, const char* root, 
         return {};
     return describe(settings) +
            " is another machine than this one, whose commands would be run and whose /conf would be written: "
-           "set PH_SYSROOT to a folder for that BMC, and run `phctl sync` under it";
+           "give that BMC a configuration of its own (`phctl --bmc NAME sync` with its options), or set "
+           "PH_SYSROOT to "
+           "a folder for it, and run `phctl sync` under it";
 }
 
 void requirePrivateRoot(const ipmi::SessionSettings& settings) {

@@ -1,6 +1,6 @@
 #include "reply_output.h"
 
-#include "database.h"
+#include "sensor_labels.h"
 
 #include <algorithm>
 #include <iostream>

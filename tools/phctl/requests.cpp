@@ -9,7 +9,6 @@
 #include "served_classes.h"
 #include "text_layout.h"
 
-#include <algorithm>
 #include <iostream>
 #include <string_view>
 
@@ -50,14 +49,15 @@ std::string_view withoutTail(std::string_view message) {
     return message.substr(0, message.find_last_not_of(" \n") + 1);
 }
 
-// Counts the sensors of which an enumeration brought nothing.
-std::size_t missingSensors(const broker::Request& request, const broker::Reply& reply) {
+// Tells of sensors that the reply lacks. Names are those of all sensors.
+std::string unreadableSensorsOf(const ExchangeWatch& watch, const broker::Request& request,
+                                const broker::Reply& reply) {
     using Operation = broker::Request::Operation;
-    const bool enumerates = request.operation == Operation::EnumerateInstances ||
-                            request.operation == Operation::EnumerateInstanceNames;
-    const std::size_t known = enumerates ? sensorCount(request.path.className) : 0;
-    const std::size_t brought = std::max(reply.instances.size(), reply.paths.size());
-    return known > brought ? known - brought : 0;
+    if (request.operation == Operation::EnumerateInstanceNames)
+        return {};
+    const std::size_t known =
+        request.operation == Operation::EnumerateInstances ? sensorCount(request.path.className) : 0;
+    return watch.unreadableSensors(known > reply.instances.size() ? known - reply.instances.size() : 0);
 }
 
 // The database, or a BMC that cannot be reached, come before what the BMC refused: that may be usual.
@@ -154,7 +154,7 @@ broker::Reply Requester::ask(const broker::Request& request, const Remarks& rema
         limit_->check();
     if (!reply.ok())
         throw Failure(failureText(request, reply, remarks));
-    missing_ = missingSensors(request, reply);
+    unreadableSensors_ = unreadableSensorsOf(*watch_, request, reply);
     return reply;
 }
 
@@ -162,7 +162,7 @@ broker::Reply Requester::execute(const broker::Request& request, const Remarks& 
     broker::Reply reply = ask(request, remarks);
     for (const std::string& warning : {remarks.text(), unreadableSensors()})
         if (!warning.empty())
-            std::cerr << "phctl: warning: " << printable(warning) << '\n';
+            warn(warning);
     return reply;
 }
 

@@ -56,7 +56,7 @@ public:
     broker::Reply ask(const broker::Request& request, const Remarks& remarks = {});
 
     // Tells which sensors the last request could not read; empty when it could all.
-    std::string unreadableSensors() const { return watch_->unreadableSensors(missing_); }
+    const std::string& unreadableSensors() const { return unreadableSensors_; }
 
     // Returns when --timeout ends the command, if it does.
     std::optional<std::chrono::steady_clock::time_point> deadline() const {
@@ -71,7 +71,7 @@ private:
 
     std::shared_ptr<ExchangeWatch> watch_;
     std::unique_ptr<TimeLimit> limit_;
-    std::size_t missing_ = 0; // sensors of the last request's class that it did not bring
+    std::string unreadableSensors_;
     broker::Broker broker_;
 };
 

@@ -1,17 +1,14 @@
 // bmc sel: looks at the virtual BMC's event log, adds to it, clears it.
 #include "commands.h"
 #include "errors.h"
+#include "event_log_output.h"
 #include "event_options.h"
-#include "event_text.h"
 #include "instance_output.h"
 #include "machine.h"
-#include "text_layout.h"
 
 #include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
-#include <platform/sel_record.h>
-#include <unistd.h>
 
 namespace phctl {
 namespace {
@@ -27,8 +24,6 @@ struct SelOptions {
     std::string policy;
 };
 
-using SelRecord = std::array<std::uint8_t, 16>;
-
 void report(const SelOptions& options, const ordered_json& json, const std::string& text) {
     if (options.json)
         printJson(std::cout, json);
@@ -36,54 +31,20 @@ void report(const SelOptions& options, const ordered_json& json, const std::stri
         std::cout << text << '\n';
 }
 
-std::string hexadecimal(std::span<const std::uint8_t> bytes) {
-    std::string text;
-    for (const unsigned byte : bytes) {
-        char digits[4];
-        std::snprintf(digits, sizeof digits, "%02x", byte);
-        text += digits;
-    }
-    return text;
-}
-
-SensorLabels labelsOf(const ordered_json& machine) {
+view::SensorLabels labelsOf(const ordered_json& machine) {
     constexpr std::uint8_t bmc = 0x20; // owner of all its sensors
-    SensorLabels labels;
+    view::SensorLabels labels;
     if (machine.contains("sensors"))
         for (const auto& sensor : machine["sensors"])
-            labels.emplace(SensorKey{bmc, 0, sensor["number"].get<std::uint8_t>()},
-                           SensorLabel{sensor["name"].get<std::string>(), 0});
+            labels.emplace(view::SensorKey{bmc, 0, sensor["number"].get<std::uint8_t>()},
+                           view::SensorLabel{sensor["name"].get<std::string>(), 0});
     return labels;
 }
 
 int list(const SelOptions& options) {
     auto machine = openMachine(options.stateFile);
-    const SensorLabels sensors = labelsOf(machine.describe());
-    const auto records = machine.selRecords();
-    std::span<const SelRecord> shown(records);
-    if (options.last > 0 && options.last < shown.size())
-        shown = shown.last(options.last);
-    Table table({"ID", "Time", "Sensor", "State", "Event"});
-    auto rows = ordered_json::array();
-    for (const SelRecord& record : shown) {
-        const EventText text = describeRecord(record, sensors);
-        const unsigned id = PH_SelRecordId(record.data());
-        if (options.json)
-            rows.push_back({{"id", id},
-                            {"time", text.time},
-                            {"sensor", text.sensor},
-                            {"state", text.state()},
-                            {"event", text.event},
-                            {"record", hexadecimal(record)}});
-        else
-            table.add({std::to_string(id), text.time, text.sensor, text.state(), text.event});
-    }
-    if (options.json)
-        printJson(std::cout, rows);
-    else if (shown.empty())
-        std::cout << "The event log is empty\n";
-    else
-        table.print(std::cout, layoutOf(STDOUT_FILENO));
+    const view::SensorLabels sensors = labelsOf(machine.describe());
+    printEventLog(machine.selRecords(), sensors, options.last, options.json);
     return done;
 }
 

@@ -6,6 +6,7 @@
 #include "ipmi/sensor_types.h"
 #include "names.h"
 #include "sensor_table.h"
+#include "stale_warning.h"
 #include "text_layout.h"
 
 #include <algorithm>
@@ -152,7 +153,9 @@ int showSensors(const SensorsOptions& options) {
     const auto sensors = chosenSensors(options);
     if (options.watch->count() > 0)
         return watch(options, settings, sensors);
-    print(options, read(*ipmi::openTransport(settings), options, sensors));
+    const auto bmc = ipmi::openTransport(settings);
+    print(options, read(*bmc, options, sensors));
+    warnIfStale(*bmc);
     return done;
 }
 

@@ -9,7 +9,6 @@
 #include <filesystem>
 #include <freeipmi/api/ipmi-api.h>
 #include <freeipmi/spec/ipmi-privilege-level-spec.h>
-#include <iostream>
 #include <span>
 
 namespace phctl {
@@ -147,9 +146,8 @@ std::string SessionOptions::password() const {
         return value;
     }
     if (!password_.empty())
-        std::cerr << "phctl: warning: other users can see a password in the list of processes; use "
-                     "--password-file or "
-                     "--password-env\n";
+        warn(
+            "other users can see a password in the list of processes; use --password-file or --password-env");
     return password_;
 }
 

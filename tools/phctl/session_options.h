@@ -13,6 +13,7 @@ class SessionOptions {
 public:
     void addTo(CLI::App& command);
 
+    bool isGiven() const { return isLocal_ || virtual_->count() > 0 || lan_->count() > 0; }
     // Returns the BMC that the options name, if they name one. Throws UsageError.
     std::optional<ipmi::SessionSettings> settings() const;
 

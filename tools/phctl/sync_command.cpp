@@ -1,14 +1,17 @@
 // sync: fills the SMASH database from the BMC.
+#include "bmc_connection.h"
 #include "commands.h"
 #include "database.h"
 #include "errors.h"
 #include "instance_output.h"
 #include "private_root.h"
 #include "progress.h"
-#include "session_options.h"
+#include "smash-db/inventory_tables.h"
+#include "smash-db/repair.h"
 #include "smash-db/sync/sync.h"
 #include "text_layout.h"
 
+#include <algorithm>
 #include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -18,15 +21,14 @@ namespace phctl {
 namespace {
 
 struct SyncOptions {
-    SessionOptions session;
+    BmcConnection connection;
     bool json = false;
-    int timeout = 30;
 };
 
 nlohmann::ordered_json toJson(const smash::SyncReport& report) {
     auto remarks = nlohmann::ordered_json::array();
-    for (const auto& [source, reason] : report.remarks)
-        remarks.push_back({{"source", source}, {"reason", reason}});
+    for (const auto& [source, reason, isLoss] : report.remarks)
+        remarks.push_back({{"source", source}, {"reason", reason}, {"dropped", isLoss}});
     return {{"records", report.recordsRead}, {"numericSensors", report.numericSensors},
             {"sensors", report.sensors},     {"frus", report.frus},
             {"packages", report.packages},   {"remarks", remarks}};
@@ -41,41 +43,54 @@ void print(const smash::SyncReport& report) {
     table.print(std::cout);
     std::cout << "from " << report.recordsRead << " sensor data records, in " << databaseFile().string()
               << '\n';
-    for (const auto& [source, reason] : report.remarks)
-        std::cout << "Remark: " << printable(source) << ": " << printable(reason) << '\n';
+    for (const auto& [source, reason, isLoss] : report.remarks)
+        std::cout << (isLoss ? "Dropped: " : "Remark: ") << printable(source) << ": " << printable(reason)
+                  << '\n';
 }
 
-ipmi::SessionSettings knownSettings() {
-    const auto row = sessionRow();
-    if (!row)
-        throw Failure(databaseFile().string() +
-                      " does not say where the BMC is: name it with --virtual, --lan or --local");
-    return settingsOf(*row);
+// The database is this program's own: a damaged one is made anew, as long as it is known which BMC it is of.
+void repairDatabase(bool isBmcGiven) {
+    const auto damage = smash::findDamage(smash::smashSchema);
+    if (!damage)
+        return;
+    const std::string problem = databaseFile().string() + " is damaged (" + *damage + ')';
+    if (!isBmcGiven && !smash::holdsRows(smash::smashSchema, smash::sessionTable))
+        throw Failure(problem + " and does not say where the BMC is: name it with --virtual, --lan or "
+                                "--local, to have a new one");
+    warn(problem + ": it is now " + smash::rebuild(smash::smashSchema) +
+         ", and a new one has what could be read of it");
 }
 
 int synchronise(const SyncOptions& options) {
-    const auto given = options.session.settings();
-    ipmi::SessionSettings settings = given ? settingsOf(rowOf(*given)) : knownSettings();
-    settings.timeout = options.timeout;
+    repairDatabase(options.connection.isGiven());
+    const SessionRow row = options.connection.row();
+    const ipmi::SessionSettings settings = options.connection.settings(row);
     requirePrivateRoot(settings);
     requireBmc(settings);
-    std::cerr << "Reading " << describe(settings) << std::endl;
+    const bool isForPeople = !options.json || isatty(STDERR_FILENO) != 0;
+    if (isForPeople)
+        std::cerr << "Reading " << describe(settings) << std::endl;
     const auto bmc = ipmi::openTransport(settings);
     // The session row is stored once the BMC answers, even if what it says is of no use.
-    if (given)
-        setSessionRow(rowOf(*given));
+    if (options.connection.isGiven())
+        setSessionRow(row);
     smash::SyncReport report;
     {
         Progress progress(std::cerr, isatty(STDERR_FILENO) != 0);
         report = smash::sync(*bmc, [&](std::string_view phase, std::size_t step, std::size_t total) {
-            progress.show(phase, step, total);
+            if (isForPeople)
+                progress.show(phase, step, total);
         });
     }
     if (options.json)
         printJson(std::cout, toJson(report));
     else
         print(report);
-    return done;
+    const auto dropped = std::ranges::count_if(report.remarks, &smash::SyncRemark::isLoss);
+    return dropped == 0 ? done
+                        : complain("the database lacks what was dropped: " + std::to_string(dropped) +
+                                       (dropped == 1 ? " record" : " records"),
+                                   failed);
 }
 
 } // namespace
@@ -84,17 +99,17 @@ void addSyncCommand(CLI::App& app, Chosen& chosen) {
     CLI::App* command = app.add_subcommand("sync", "Read the BMC's inventory and sensors into the database");
     command->footer(
         "The options that name a BMC are kept in the database, for providers and later calls; without them "
-        "the BMC\nthat is known is read.\n\nExamples:\n"
+        "the BMC\nthat is known is read. A damaged database is set aside, and made anew with what can be "
+        "read of "
+        "it.\nStatus 1: the BMC could not be read, or the database lacks records that had to be "
+        "dropped.\n\nExamples:\n"
         "  phctl sync\n"
         "  phctl sync --virtual\n"
         "  phctl sync --lan 192.0.2.7 --user admin --password-file bmc.password\n"
         "  phctl sync --lan [2001:db8::7]:6230 --user admin --password-env BMC_PASSWORD "
         "--workaround opensesspriv");
     const auto options = std::make_shared<SyncOptions>();
-    options->session.addTo(*command);
-    command->add_option("--timeout", options->timeout, "Seconds that the BMC has for an answer")
-        ->check(CLI::Range(1, 600))
-        ->capture_default_str();
+    options->connection.addTo(*command);
     command->add_flag("--json", options->json, "Print the report as JSON");
     command->callback([&chosen, options] { chosen = [options] { return synchronise(*options); }; });
 }

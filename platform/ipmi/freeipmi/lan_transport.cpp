@@ -56,6 +56,56 @@ unsigned longestWait(unsigned timeout, unsigned retransmission) {
     return wait;
 }
 
+struct Refusal {
+    int error;
+    SessionProblem problem;
+};
+
+constexpr Refusal refusals[] = {
+    {IPMI_ERR_USERNAME_INVALID, SessionProblem::UserName},
+    {IPMI_ERR_PASSWORD_INVALID, SessionProblem::Password},
+    {IPMI_ERR_PASSWORD_VERIFICATION_TIMEOUT, SessionProblem::Password},
+    {IPMI_ERR_K_G_INVALID, SessionProblem::Key},
+    {IPMI_ERR_PRIVILEGE_LEVEL_INSUFFICIENT, SessionProblem::Privilege},
+    {IPMI_ERR_PRIVILEGE_LEVEL_CANNOT_BE_OBTAINED, SessionProblem::Privilege},
+    {IPMI_ERR_CIPHER_SUITE_ID_UNAVAILABLE, SessionProblem::CipherSuite},
+    {IPMI_ERR_AUTHENTICATION_TYPE_UNAVAILABLE, SessionProblem::Authentication},
+    {IPMI_ERR_IPMI_2_0_UNAVAILABLE, SessionProblem::Version},
+    {IPMI_ERR_SESSION_TIMEOUT, SessionProblem::Protocol},
+    {IPMI_ERR_BAD_COMPLETION_CODE, SessionProblem::Protocol},
+    {IPMI_ERR_BAD_RMCPPLUS_STATUS_CODE, SessionProblem::Protocol},
+    {IPMI_ERR_IPMI_ERROR, SessionProblem::Protocol},
+};
+
+// The IDs of the cipher suites that the BMC has, out of records of different lengths, each behind a tag of its own
+// (IPMI 2.0 22.15, table 22-18). An answer with less than 16 bytes of them is the last.
+std::vector<std::uint8_t> readCipherSuites(FreeIpmiContext& bmc) {
+    constexpr std::uint8_t ipmiPayload = 0x00, bySuite = 0x80, lastIndex = 0x3F;
+    constexpr std::uint8_t standardSuite = 0xC0, oemSuite = 0xC1;
+    constexpr std::size_t wholePart = 16;
+    std::vector<std::uint8_t> records;
+    for (std::uint8_t index = 0; index <= lastIndex; ++index) {
+        const std::uint8_t request[] = {presentChannel, ipmiPayload,
+                                        static_cast<std::uint8_t>(bySuite | index)};
+        std::uint8_t answer[maxMessage];
+        constexpr CommandCode ask = command::getChannelCipherSuites;
+        const std::size_t size = bmc.exchange(ask.netFn, ask.number, request, answer);
+        Reader reader(std::span<const std::uint8_t>(answer, size));
+        if (reader.u8() != completion::success)
+            break;
+        reader.skip(1); // channel
+        const auto part = reader.rest();
+        records.insert(records.end(), part.begin(), part.end());
+        if (part.size() < wholePart)
+            break;
+    }
+    std::vector<std::uint8_t> suites;
+    for (std::size_t i = 0; i + 1 < records.size(); ++i)
+        if (records[i] == standardSuite || records[i] == oemSuite)
+            suites.push_back(records[++i]);
+    return suites;
+}
+
 } // namespace
 
 LanTransport::LanTransport(const SessionSettings& settings)
@@ -70,9 +120,7 @@ LanTransport::LanTransport(const SessionSettings& settings)
     open();
 }
 
-// Asks what can be asked without a session, so that an absent BMC costs seconds, not the timeout of a session
-// whose BMC may be slow.
-void LanTransport::probe() const {
+FreeIpmiContext LanTransport::openWithoutSession() const {
     FreeIpmiContext context(host_);
     const unsigned timeout = std::min(messageTimeout_, probeTimeout);
     if (ipmi_ctx_open_outofband(context.get(), host_.c_str(), nullptr, nullptr, IPMI_AUTHENTICATION_TYPE_NONE,
@@ -80,10 +128,38 @@ void LanTransport::probe() const {
                                 std::min(retransmission_, retransmissionFor(timeout)),
                                 IPMI_WORKAROUND_FLAGS_DEFAULT, IPMI_FLAGS_NOSESSION) < 0)
         context.fail("cannot reach the BMC");
+    return context;
+}
+
+// Asks what can be asked without a session, so that an absent BMC costs seconds, not the timeout of a session
+// whose BMC may be slow.
+void LanTransport::probe() const {
+    FreeIpmiContext context = openWithoutSession();
     const std::uint8_t request[] = {presentChannel | withIpmi20Data, IPMI_PRIVILEGE_LEVEL_ADMIN};
     std::uint8_t answer[maxMessage];
     constexpr CommandCode ask = command::getChannelAuthenticationCapabilities;
-    context.exchange(ask.netFn, ask.number, request, answer);
+    try {
+        context.exchange(ask.netFn, ask.number, request, answer);
+    } catch (const TransportError& error) {
+        throw SessionError(error.what(), SessionProblem::NoAnswer);
+    }
+}
+
+// Throws SessionError where FreeIPMI knows what the BMC refuses.
+void LanTransport::refuse(const std::string& what) const {
+    const auto* const known = std::ranges::find(refusals, ipmi_ctx_errnum(context_->get()), &Refusal::error);
+    if (known == std::end(refusals))
+        context_->fail(what);
+    std::vector<std::uint8_t> suites;
+    if (known->problem == SessionProblem::CipherSuite) {
+        try {
+            FreeIpmiContext context = openWithoutSession();
+            suites = readCipherSuites(context);
+        } catch (const TransportError&) { // it is only for advice
+        }
+    }
+    throw SessionError(host_ + ": " + what + ": " + ipmi_ctx_errormsg(context_->get()), known->problem,
+                       std::move(suites));
 }
 
 // FreeIPMI takes the copy of an answer that the network delivered twice for the answer to its next message,
@@ -99,7 +175,7 @@ void LanTransport::open() {
                 static_cast<unsigned>(settings_.workaroundFlags), IPMI_FLAGS_DEFAULT) >= 0)
             break;
         if (ipmi_ctx_errnum(context_->get()) != IPMI_ERR_SUCCESS)
-            context_->fail(problem);
+            refuse(problem);
         if (attempt == openAttempts)
             throw TransportError(host_ + ": " + problem + ": answers arrive twice or out of order");
     }

@@ -18,7 +18,9 @@ public:
     void endBy(Clock::time_point deadline) override { deadline_ = deadline; }
 
 private:
+    FreeIpmiContext openWithoutSession() const;
     void probe() const;
+    [[noreturn]] void refuse(const std::string& what) const;
     void open();
     void requireTime() const;
 

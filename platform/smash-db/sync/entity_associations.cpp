@@ -58,7 +58,7 @@ void addEntityAssociations(ipmi::Reader& record, bool isDeviceRelative,
     for (Entity& part : parts)
         part = readEntity(record, isDeviceRelative);
     if (!record.ok())
-        throw Unusable("the record ends before its last field");
+        throw MalformedSdr("the record ends before its last field");
     if (!isOurs)
         throw Unusable("the entity belongs to another controller");
     if (!areRanges) {
@@ -71,7 +71,7 @@ void addEntityAssociations(ipmi::Reader& record, bool isDeviceRelative,
         const Entity first = parts[i];
         const Entity last = parts[i + 1];
         if (first.id != last.id || first.instance > last.instance)
-            throw Unusable("its range of entities ends before it begins");
+            throw MalformedSdr("its range of entities ends before it begins");
         for (unsigned instance = first.instance; first.id != 0 && instance <= last.instance; ++instance)
             add(container, {first.id, static_cast<std::uint8_t>(instance)}, associations);
     }

@@ -15,49 +15,62 @@ using Places = std::initializer_list<std::string*>;
 
 constexpr std::uint8_t english = 25;
 
-// Reads the texts of an area in the order of their fields; nullptr stands for a field that is not kept.
-void readTexts(ipmi::Reader& area, std::uint8_t language, Places places) {
+std::span<const std::uint8_t> withoutChecksum(const Bytes& area) {
+    return std::span(area).first(area.size() - 1);
+}
+
+// Reads the texts of an area in the order of their fields, and those behind them.
+void readTexts(ipmi::Reader& area, std::uint8_t language, Places places, std::vector<std::string>& custom) {
     for (std::string* const place : places) {
         auto text = readFruField(area, language);
         if (!area.ok())
             throw MalformedFru("one of its fields lies beyond its end");
         if (!text)
             return;
-        if (place != nullptr)
-            *place = std::move(*text);
+        *place = std::move(*text);
+    }
+    // Areas without an end mark are filled up with zeros, which read as empty fields.
+    while (auto text = readFruField(area, language)) {
+        if (!area.ok())
+            return;
+        if (!text->empty())
+            custom.push_back(std::move(*text));
     }
 }
 
 FruContents::Chassis readChassis(FruDevice& device, std::size_t offset) {
     const Bytes bytes = device.readArea(offset);
-    ipmi::Reader area(bytes);
+    ipmi::Reader area(withoutChecksum(bytes));
     area.skip(2); // format version, length
     FruContents::Chassis chassis;
     chassis.type = area.u8();
-    readTexts(area, english, {&chassis.partNumber, &chassis.serialNumber});
+    readTexts(area, english, {&chassis.partNumber, &chassis.serialNumber}, chassis.custom);
     return chassis;
 }
 
 FruContents::Board readBoard(FruDevice& device, std::size_t offset) {
     const Bytes bytes = device.readArea(offset);
-    ipmi::Reader area(bytes);
+    ipmi::Reader area(withoutChecksum(bytes));
     area.skip(2);
     const std::uint8_t language = area.u8();
     FruContents::Board board;
     board.manufactured = area.u24();
-    readTexts(area, language, {&board.manufacturer, &board.product, &board.serialNumber, &board.partNumber});
+    readTexts(area, language,
+              {&board.manufacturer, &board.product, &board.serialNumber, &board.partNumber, &board.fileId},
+              board.custom);
     return board;
 }
 
 FruContents::Product readProduct(FruDevice& device, std::size_t offset) {
     const Bytes bytes = device.readArea(offset);
-    ipmi::Reader area(bytes);
+    ipmi::Reader area(withoutChecksum(bytes));
     area.skip(2);
     const std::uint8_t language = area.u8();
     FruContents::Product product;
     readTexts(area, language,
               {&product.manufacturer, &product.product, &product.partNumber, &product.version,
-               &product.serialNumber, &product.assetTag});
+               &product.serialNumber, &product.assetTag, &product.fileId},
+              product.custom);
     return product;
 }
 
@@ -98,8 +111,8 @@ const FruDevices::Device& FruDevices::read(std::uint8_t id) {
 
 FruDevices::Device FruDevices::readDevice(std::uint8_t id) {
     Device read;
-    const auto remark = [&](const std::string& reason) {
-        remarks_.push_back({"FRU device " + std::to_string(id), reason});
+    const auto remark = [&](const std::string& reason, bool isLoss = true) {
+        remarks_.push_back({"FRU device " + std::to_string(id), reason, isLoss});
     };
     // Returns whether the work could be done. A BMC that refuses it and malformed contents are remarked.
     const auto attempt = [&](const std::string& part, auto&& work) {
@@ -111,7 +124,7 @@ FruDevices::Device FruDevices::readDevice(std::uint8_t id) {
         } catch (const ipmi::CompletionCodeError& error) {
             constexpr std::uint8_t notPresent = 0xCB;
             read.isAbsent = part.empty() && error.code == notPresent;
-            remark(part + error.what());
+            remark(part + error.what(), !part.empty()); // a device that a locator names need not be there
         } catch (const ipmi::ShortAnswerError& error) {
             remark(part + error.what());
         }
@@ -133,7 +146,7 @@ FruDevices::Device FruDevices::readDevice(std::uint8_t id) {
     readArea("product area: ", 4, contents.product, readProduct);
     readArea("multirecord area: ", 5, contents.powerSupply, readPowerSupply);
     if (header[2] == 0 && header[3] == 0 && header[4] == 0 && header[5] == 0)
-        remark("it has no area that is known");
+        remark("it has no area that is known", false);
     read.contents = std::move(contents);
     return read;
 }

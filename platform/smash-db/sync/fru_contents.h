@@ -11,18 +11,22 @@
 
 namespace smash {
 
-// The areas of a FRU device that could be read. A text that is missing is empty.
+// The areas of a FRU device that could be read. A text that is missing is empty; `custom` are the maker's own
+// fields, behind those that have a meaning.
 struct FruContents {
     struct Chassis {
         std::uint8_t type = 0; // SMBIOS system enclosure type
         std::string partNumber, serialNumber;
+        std::vector<std::string> custom;
     };
     struct Board {
         std::uint32_t manufactured = 0; // minutes since 1996-01-01; 0: unspecified
-        std::string manufacturer, product, serialNumber, partNumber;
+        std::string manufacturer, product, serialNumber, partNumber, fileId;
+        std::vector<std::string> custom;
     };
     struct Product {
-        std::string manufacturer, product, partNumber, version, serialNumber, assetTag;
+        std::string manufacturer, product, partNumber, version, serialNumber, assetTag, fileId;
+        std::vector<std::string> custom;
     };
     std::optional<Chassis> chassis;
     std::optional<Board> board;

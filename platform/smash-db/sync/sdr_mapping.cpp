@@ -65,7 +65,7 @@ CompactSdr readCommon(ipmi::Reader& reader, const SdrRecord& record) {
 void requireServed(const ipmi::Reader& reader, const CompactSdr& row, unsigned sensors = 1) {
     constexpr unsigned reservedNumber = 0xFF;
     if (!reader.ok())
-        throw Unusable("the record ends before its last field");
+        throw MalformedSdr("the record ends before its last field");
     if (row.ownerId != bmcAddress || row.ownerLun != 0) {
         char owner[64];
         std::snprintf(owner, sizeof owner, "the sensor belongs to controller %02Xh, LUN %d", row.ownerId,
@@ -73,7 +73,7 @@ void requireServed(const ipmi::Reader& reader, const CompactSdr& row, unsigned s
         throw Unusable(owner);
     }
     if (row.sensorNumber + sensors > reservedNumber)
-        throw Unusable("its sensor numbers go beyond FEh");
+        throw MalformedSdr("its sensor numbers go beyond FEh");
 }
 
 // The name's place in `row`, where `suffix` is kept whole.
@@ -209,7 +209,7 @@ EntityLocator mapLocator(ipmi::Reader& reader, std::uint8_t type) {
     locator.entityId = reader.u8();
     locator.entityInstance = reader.u8();
     if (!reader.ok())
-        throw Unusable("the record ends before its last field");
+        throw MalformedSdr("the record ends before its last field");
     if (type == fruDeviceLocator && address == bmcAddress && (access & 0x98) == 0x80)
         locator.fruDeviceId = fruDeviceId;
     reader.skip(1); // OEM
@@ -274,6 +274,8 @@ void SdrMapping::add(const SdrRecord& record, std::vector<SyncRemark>& remarks) 
         default: // OEM: no sensor
             break;
         }
+    } catch (const MalformedSdr& error) {
+        remarks.push_back({sourceOf(record), error.what(), true});
     } catch (const Unusable& error) {
         remarks.push_back({sourceOf(record), error.what()});
     }

@@ -24,9 +24,14 @@ struct EntityLocator {
     std::optional<std::uint8_t> fruDeviceId = {}; // that the BMC answers for
 };
 
-// Thrown for a record that cannot be served, with the reason.
+// Thrown for a record that is not served, with the reason.
 struct Unusable : std::runtime_error {
     using std::runtime_error::runtime_error;
+};
+
+// Thrown for one that contradicts IPMI.
+struct MalformedSdr : Unusable {
+    using Unusable::Unusable;
 };
 
 class SdrMapping {

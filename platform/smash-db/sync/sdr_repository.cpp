@@ -6,6 +6,7 @@
 #include <bitset>
 #include <cstdio>
 #include <stdexcept>
+#include <unistd.h>
 
 namespace smash {
 namespace {
@@ -16,8 +17,11 @@ constexpr std::uint16_t firstRecord = 0x0000;
 constexpr std::uint16_t endOfRepository = 0xFFFF;
 constexpr std::size_t headerSize = 5; // record ID, SDR version, record type, length of what follows
 
-// A BMC that adds records while it starts cancels reservations for a while; a BMC that always does is broken.
+// Another client that reads the repository takes the reservation away, and so does a BMC that adds records while
+// it starts: the pauses let each of them come to its end. They are over after some five seconds a record.
 constexpr int maxCancellations = 10;
+constexpr unsigned firstPause = 10'000; // microseconds; each is twice the one before
+constexpr unsigned longestPause = 1'000'000;
 
 std::string sourceOf(std::uint16_t recordId) {
     char text[32];
@@ -36,14 +40,20 @@ public:
 
     // Reads a record and, even when that is Unreadable, the ID of the one after it.
     SdrRecord read(std::uint16_t id, std::uint16_t& next) {
+        unsigned pause = firstPause;
         for (int cancellations = 0;; ++cancellations) {
             try {
                 return readReserved(id, next);
             } catch (const ipmi::CompletionCodeError& error) {
-                if (error.code != ipmi::completion::reservationCanceled || cancellations == maxCancellations)
+                if (error.code != ipmi::completion::reservationCanceled)
                     throw;
-                reserve();
             }
+            if (cancellations == maxCancellations)
+                throw std::runtime_error("another client reads the BMC's sensor data records and takes the "
+                                         "reservation each time: try again when it has finished");
+            usleep(pause);
+            pause = std::min(2 * pause, longestPause);
+            reserve();
         }
     }
 
@@ -111,25 +121,29 @@ private:
     std::size_t partSize_ = 64; // nearly all records in one part
 };
 
-std::uint16_t recordCount(ipmi::Transport& bmc) {
-    const auto answer = ipmi::run(bmc, ipmi::command::getSdrRepositoryInfo);
-    auto reader = answer.reader();
-    reader.skip(1); // SDR version
-    const std::uint16_t count = reader.u16();
-    answer.verify(reader);
-    return count;
-}
-
 } // namespace
 
 std::string sourceOf(const SdrRecord& record) {
     return sourceOf(record.id);
 }
 
+SdrRepositoryRow readSdrRepositoryInfo(ipmi::Transport& bmc) {
+    const auto answer = ipmi::run(bmc, ipmi::command::getSdrRepositoryInfo);
+    auto reader = answer.reader();
+    reader.skip(1); // SDR version
+    SdrRepositoryRow row{};
+    row.records = reader.u16();
+    answer.verify(reader);
+    reader.skip(2); // free space
+    row.lastAddition = reader.u32();
+    row.lastErase = reader.u32();
+    return row;
+}
+
 std::vector<SdrRecord> readSdrRepository(ipmi::Transport& bmc, std::vector<SyncRemark>& remarks,
                                          const std::function<void(std::size_t, std::size_t)>& progress) {
     std::vector<SdrRecord> records;
-    const std::size_t total = recordCount(bmc);
+    const std::size_t total = readSdrRepositoryInfo(bmc).records;
     progress(0, total);
     if (total == 0)
         return records;
@@ -138,7 +152,7 @@ std::vector<SdrRecord> readSdrRepository(ipmi::Transport& bmc, std::vector<SyncR
     for (std::uint16_t id = firstRecord; id != endOfRepository;) {
         if (visited.test(id)) {
             remarks.push_back(
-                {sourceOf(id), "a later record names it as the next one; no further ones were read"});
+                {sourceOf(id), "a later record names it as the next one; no further ones were read", true});
             break;
         }
         visited.set(id);
@@ -146,7 +160,7 @@ std::vector<SdrRecord> readSdrRepository(ipmi::Transport& bmc, std::vector<SyncR
         try {
             records.push_back(repository.read(id, next));
         } catch (const Unreadable& error) {
-            remarks.push_back({sourceOf(id), error.what()});
+            remarks.push_back({sourceOf(id), error.what(), true});
         }
         progress(records.size(), std::max(total, records.size()));
         id = next;

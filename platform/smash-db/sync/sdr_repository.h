@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ipmi/transport.h"
+#include "smash-db/inventory_tables.h"
 #include "smash-db/sync/sync.h"
 
 #include <cstdint>
@@ -17,6 +18,9 @@ struct SdrRecord {
 };
 
 std::string sourceOf(const SdrRecord& record); // "SDR record 0x0012"
+
+// Reads Get SDR Repository Info (IPMI 2.0 33.9). Throws what ipmi::run throws.
+SdrRepositoryRow readSdrRepositoryInfo(ipmi::Transport& bmc);
 
 // All records in the order of the repository; what cannot be read alone is left out and remarked. `progress`
 // is told how many records were read of how many the BMC has. Throws when the BMC stops answering, or has no

@@ -97,6 +97,7 @@ void addIndicationService(SQLite::Database& database) {
 }
 
 struct Inventory {
+    SdrRepositoryRow repository;
     std::array<DeviceRecord, 2> devices;
     std::vector<FruRecord> frus;
     SdrMapping sensors;
@@ -112,6 +113,7 @@ void store(SQLite::Database& database, Inventory& inventory) {
     replaceAll<FruRecord>(database, fruTable, inventory.frus);
     replaceAll<PackageRow>(database, packageTable, inventory.packages.packages);
     replaceAll<PowerSupplyInfoRow>(database, powerSupplyInfoTable, inventory.packages.powerSupplies);
+    replaceAll<SdrRepositoryRow>(database, sdrRepositoryTable, std::span(&inventory.repository, 1));
     replaceAll<FullSdr>(database, fullSdrTable, inventory.sensors.numericSensors);
     replaceAll<CompactSdr>(database, compactSdrTable, inventory.sensors.sensors);
     replaceAll<SensorConversionRow>(database, sensorConversionTable, inventory.sensors.conversions);
@@ -140,6 +142,8 @@ SyncReport sync(ipmi::Transport& bmc, const SyncProgress& progress) {
     phase("device")(0, 1);
     inventory.devices = readDevices(bmc, report.remarks);
     phase("device")(1, 1);
+    // Before the records: what is added while they are read makes the database an old one.
+    inventory.repository = readSdrRepositoryInfo(bmc);
     const auto records = readSdrRepository(bmc, report.remarks, phase("SDR"));
     for (const SdrRecord& record : records)
         inventory.sensors.add(record, report.remarks);

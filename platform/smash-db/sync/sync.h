@@ -15,6 +15,9 @@ namespace smash {
 struct SyncRemark {
     std::string source; // "SDR record 0x0012", "FRU device 3", "device GUID"
     std::string reason;
+    // It was dropped because it could not be read or is malformed. Otherwise it is something that BMCs may be
+    // without, or that is not served.
+    bool isLoss = false;
 };
 
 struct SyncReport {

@@ -1,5 +1,6 @@
 #include "virtual-bmc/device/chassis.h"
 
+#include "ipmi/chassis_control.h"
 #include "virtual-bmc/state/json_fields.h"
 #include "virtual-bmc/state/state.h"
 
@@ -10,14 +11,7 @@ namespace {
 
 namespace completion = ipmi::completion;
 
-enum class Control : std::uint8_t { // IPMI 2.0 table 28-4
-    PowerDown = 0,
-    PowerUp = 1,
-    PowerCycle = 2,
-    HardReset = 3,
-    DiagnosticInterrupt = 4,
-    SoftShutdown = 5
-};
+using Control = ipmi::ChassisControl;
 
 Chassis settled(Chassis chassis) {
     chassis.settle(Chassis::now());

@@ -154,8 +154,8 @@ std::uint8_t getSdrRepositoryInfo(State& state, ipmi::Reader, ipmi::Writer& answ
     answer.u8(sdrVersion)
         .u16(static_cast<std::uint16_t>(Records(state).count()))
         .u16(unspecified) // free space
-        .u32(0)           // times of the last addition and erase
-        .u32(0)
+        .u32(state.get<SdrRepository>().lastAddition)
+        .u32(0) // time of the last erase
         .u8(operations);
     return completion::success;
 }
@@ -281,6 +281,7 @@ void SdrRepository::fields(Fields& fields) {
     fields("rawRecords", rawRecords);
     fields.number("largestPart", largestPart, 1, 0xFF);
     fields("reservation", reservation);
+    fields("lastAddition", lastAddition);
 }
 
 void SdrRepository::check(const Place& place) const {

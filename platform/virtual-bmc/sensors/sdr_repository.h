@@ -74,6 +74,7 @@ struct SdrRepository {
     std::vector<std::vector<std::uint8_t>> rawRecords;
     std::uint8_t largestPart = 0xFF; // that Get SDR returns
     std::uint16_t reservation = 0;   // the last one given
+    std::uint32_t lastAddition = 0;  // seconds since 1970; 0: when the machine was made
 
     static constexpr const char* name = "sdrRepository";
     static std::span<const Command> commands();

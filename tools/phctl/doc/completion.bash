@@ -9,9 +9,18 @@ _phctl_options() {
 }
 
 _phctl() {
-    local current=${COMP_WORDS[COMP_CWORD]} words=() word
+    local current=${COMP_WORDS[COMP_CWORD]} words=() word i
+    if [ "${COMP_WORDS[COMP_CWORD - 1]}" = --bmc ]; then
+        mapfile -t COMPREPLY < <(compgen -W "$(phctl bmcs 2>/dev/null | awk 'NR > 1 {print $1}')" -- "$current")
+        return
+    fi
     # The command and its own commands, up to the first argument.
-    for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
+    for ((i = 1; i < COMP_CWORD; ++i)); do
+        word=${COMP_WORDS[i]}
+        if [ "$word" = --bmc ]; then
+            ((++i))
+            continue
+        fi
         [[ $word == -* ]] && break
         _phctl_commands "${words[@]}" | tr ' ' '\n' | grep -qx -- "$word" || break
         words+=("$word")
@@ -23,7 +32,7 @@ _phctl() {
         candidates=$(_phctl_commands "${words[@]}")
         if [ -z "$candidates" ]; then
             case ${words[*]} in
-            bmc* | sync* | monitor*) ;;
+            bmc* | fru | monitor* | power | sel* | sync*) ;;
             ?*) candidates=$(phctl classes 2>/dev/null | awk '/^CIM_/ {print $1}') ;;
             esac
         fi
