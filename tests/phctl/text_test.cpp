@@ -56,11 +56,16 @@ TEST_F(Layout, textsGoOnBelowAndWhatDoesNotFitIsNamed) {
     EXPECT_EQ(print(table, 40), "Name    Reading  Description\n"
                                 "Lüfter     3300  Fan for the cooling\n"
                                 "                 unit of the board\n");
-    EXPECT_TRUE(table.fits(29));
-    EXPECT_FALSE(table.fits(28));
-    EXPECT_EQ(print(table, 28), "Name    Reading\n"
+    EXPECT_TRUE(table.fits(28));
+    EXPECT_FALSE(table.fits(27));
+    EXPECT_EQ(print(table, 27), "Name    Reading\n"
                                 "Lüfter     3300\n"
                                 "Not shown for want of room: Description (--wide)\n");
+    phctl::Table other({"Name", "Reading", "Description"}, {"Reading"});
+    other.add({"Lüfter", "3300", "Fan"});
+    EXPECT_EQ(print(other, 27), "Name    Description\n"
+                                "Lüfter  Fan\n"
+                                "Not shown for want of room: Reading (--wide)\n");
     EXPECT_THAT(phctl::wrap("温度計", 4),
                 testing::ElementsAre("温度", "計")); // a wide one does not stand half
 }

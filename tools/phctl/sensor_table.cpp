@@ -75,7 +75,7 @@ void printSensors(std::ostream& out, const std::vector<SensorLine>& lines, const
     std::vector<std::string> head = {"Sensor", "Reading", "Unit", "State", "Event"};
     for (const auto& column : thresholdColumns)
         head.emplace_back(column.title);
-    Table table(head);
+    Table table(head, {"LNR", "UNR", "LNC", "UNC"}); // critical thresholds stay longest
     std::map<std::string, std::size_t> problems;
     std::size_t unreadable = 0;
     for (const SensorLine& line : lines) {

@@ -5,6 +5,7 @@
 #include <clocale>
 #include <cstdlib>
 #include <cwchar>
+#include <iterator>
 #include <ostream>
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -13,7 +14,7 @@ namespace phctl {
 namespace {
 
 constexpr std::string_view gap = "  ";
-constexpr std::size_t narrowestText = 12; // columns that a text keeps
+constexpr std::size_t narrowestText = 10, narrowestName = 20; // columns that a text keeps
 
 struct Character {
     std::size_t bytes;
@@ -140,7 +141,7 @@ std::vector<Table::Column> Table::columns() const {
     std::vector<Column> columns;
     for (std::size_t i = 0; i < head_.size(); ++i) {
         const std::size_t headWidth = displayWidth(head_[i]);
-        Column column{headWidth, headWidth, false};
+        Column column{i, headWidth, headWidth, false};
         bool hasText = false;
         for (const Row& row : rows_) {
             const std::string& cell = row.cells[i];
@@ -150,8 +151,10 @@ std::vector<Table::Column> Table::columns() const {
             hasText = hasText || !(isNumeric || cell.empty() || cell == "-");
         }
         column.isNumeric = column.isNumeric && !hasText;
+        // The first column names what the others are about.
+        const std::size_t narrowest = i == 0 ? narrowestName : narrowestText;
         column.least =
-            column.isNumeric ? column.width : std::max(headWidth, std::min(column.width, narrowestText));
+            column.isNumeric ? column.width : std::max(headWidth, std::min(column.width, narrowest));
         columns.push_back(column);
     }
     return columns;
@@ -165,8 +168,8 @@ void Table::printRow(std::ostream& out, const std::vector<Column>& columns, cons
                      bool hasColours) const {
     std::vector<std::vector<std::string>> cells;
     std::size_t height = 1;
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-        cells.push_back(wrap(row.cells[i], columns[i].width));
+    for (const Column& column : columns) {
+        cells.push_back(wrap(row.cells[column.index], column.width));
         height = std::max(height, cells.back().size());
     }
     for (std::size_t y = 0; y < height; ++y) {
@@ -185,11 +188,27 @@ void Table::printRow(std::ostream& out, const std::vector<Column>& columns, cons
     }
 }
 
+std::string Table::leave(std::vector<Column>& columns) const {
+    auto gone = std::prev(columns.end());
+    for (const std::string& title : leaving_) {
+        const auto found = std::ranges::find(
+            columns, title, [&](const Column& column) -> const std::string& { return head_[column.index]; });
+        if (found != columns.end()) {
+            gone = found;
+            break;
+        }
+    }
+    const std::string title = head_[gone->index];
+    columns.erase(gone);
+    return title;
+}
+
 void Table::print(std::ostream& out, const Layout& layout) const {
     std::vector<Column> shown = columns();
+    std::string left;
     if (layout.width > 0) {
         while (shown.size() > 1 && total(shown, &Column::least) > layout.width)
-            shown.pop_back();
+            left += (left.empty() ? " " : ", ") + leave(shown);
         // Texts give way, the widest first, until the others are as wide.
         while (total(shown, &Column::width) > layout.width) {
             const auto widest = std::ranges::max_element(
@@ -202,12 +221,8 @@ void Table::print(std::ostream& out, const Layout& layout) const {
     printRow(out, shown, {head_, Colour::None}, false);
     for (const Row& row : rows_)
         printRow(out, shown, row, layout.hasColours);
-    if (shown.size() == head_.size())
-        return;
-    out << "Not shown for want of room:";
-    for (std::size_t i = shown.size(); i < head_.size(); ++i)
-        out << (i == shown.size() ? " " : ", ") << head_[i];
-    out << " (--wide)\n";
+    if (!left.empty())
+        out << "Not shown for want of room:" << left << " (--wide)\n";
 }
 
 } // namespace phctl

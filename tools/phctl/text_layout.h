@@ -36,7 +36,9 @@ enum class Colour { None, Yellow, Red, Grey };
 // Prints rows under a head line, in aligned columns. Columns that hold only numbers are flush right.
 class Table {
 public:
-    explicit Table(std::vector<std::string> head) : head_(std::move(head)) {}
+    // `leaving` are the columns that go first where there is no room, in this order; then the last ones do.
+    explicit Table(std::vector<std::string> head, std::vector<std::string> leaving = {})
+        : head_(std::move(head)), leaving_(std::move(leaving)) {}
     // Takes as many cells as the head has. The whole line gets the colour.
     void add(std::vector<std::string> cells, Colour colour = Colour::None);
 
@@ -44,11 +46,12 @@ public:
     bool fits(std::size_t width) const;
 
     // Makes the widest texts go on below, at a blank where there is one, until the columns fit. If they do not,
-    // the last columns are left out, and named below the table. Values are never cut.
+    // columns are left out, and named below the table. Values are never cut.
     void print(std::ostream& out, const Layout& layout = {}) const;
 
 private:
     struct Column {
+        std::size_t index;
         std::size_t width;
         std::size_t least;
         bool isNumeric;
@@ -61,7 +64,10 @@ private:
     void printRow(std::ostream& out, const std::vector<Column>& columns, const Row& row,
                   bool hasColours) const;
 
-    std::vector<std::string> head_;
+    // Takes a column out, and returns its title.
+    std::string leave(std::vector<Column>& columns) const;
+
+    std::vector<std::string> head_, leaving_;
     std::vector<Row> rows_;
 };
 
