@@ -13,8 +13,8 @@ constexpr const char* missingRow = "phctl checks this";
 
 // Decimal numbers, separated by commas.
 bool isList(const std::string& text) {
-    return text.find_first_not_of("0123456789,") == text.npos && !text.starts_with(',') &&
-           !text.ends_with(',') && text.find(",,") == text.npos;
+    return text.find_first_not_of("0123456789,") == std::string::npos && !text.starts_with(',') &&
+           !text.ends_with(',') && text.find(",,") == std::string::npos;
 }
 
 template <class Row>
