@@ -28,7 +28,7 @@ add_library(ph_options INTERFACE)
 target_compile_options(ph_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion
                                             -Werror -fstack-protector-strong)
 # What calls the platform's libraries has PH_CALLS_PLATFORM: a function is looked up when it is called, so that a platform
-# without it serves all the rest.
+# without it serves all the rest. The price is that the table of these addresses stays writable (partial RELRO).
 target_link_options(ph_options INTERFACE
     -Wl,-z,relro,-z,$<IF:$<BOOL:$<TARGET_PROPERTY:PH_CALLS_PLATFORM>>,lazy,now>,-z,defs)
 if(PH_SANITIZE)

@@ -1,7 +1,7 @@
 /* CIM hooks: the BMC's network interfaces beyond what IPMI describes. For the common rules see cim_hooks.h.
  *
  * The reference platform asks with OEM commands (docs/oem-commands.md, "Network"). On a BMC without them each
- * function does what its comment says. */
+ * function does what its comment says: what cannot be known is a failure. */
 #ifndef PLATFORM_CIM_NETWORK_H
 #define PLATFORM_CIM_NETWORK_H
 
@@ -20,7 +20,7 @@ enum { CIM_INTERFACE_NAME_SIZE = 32 };
 int CIM_GetLANIndex(IPMI20_SESSION_T* session, uint8_t lanIndex, char* name, int timeout);
 
 /* Whether a LAN is up, and for what. Setting CIM_LAN_DISABLED fails for the last LAN that works: somebody
- * has to reach the BMC. Without the command, a LAN reads as enabled for both and cannot be set.
+ * has to reach the BMC. Without the command all of them fail.
  * LIBIPMI_HL_GetLANEnable is the older name. */
 enum { CIM_LAN_DISABLED = 0, CIM_LAN_IPV4 = 1, CIM_LAN_IPV6 = 2, CIM_LAN_BOTH = 3 };
 int CIM_GetLANEnable(IPMI20_SESSION_T* session, uint8_t lanIndex, uint8_t* enable, int timeout);

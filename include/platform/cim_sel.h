@@ -76,8 +76,7 @@ int CIM_GetSELEntry(IPMI20_SESSION_T* session, const CIM_SELEntryRequest* reques
                     int timeout);
 
 /* What a full log does: 1 it drops the oldest record, 0 it drops new events. IPMI has no command for it, the
- * reference platform an OEM one (30h, 60h; docs/oem-commands.md). A BMC without that is taken to do what the
- * overflow flag of Get SEL Info is there for: it drops new events. */
+ * reference platform an OEM one (30h, 60h; docs/oem-commands.md). On a BMC without that it fails. */
 int CIM_GetSELPolicy(IPMI20_SESSION_T* session, uint8_t* policy, int timeout);
 
 /* Erases all records: Reserve SEL and Clear SEL (31.4, 31.9; 0Ah, 42h and 47h). Returns when the BMC says

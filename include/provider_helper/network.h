@@ -25,14 +25,16 @@ typedef struct {
     char Name[64];
     uint16_t PortType;         /* 51 (10-100BaseT) at 100 Mb/s, else 50 (10BaseT) */
     char* NetworkAddresses[8]; /* ended by NULL; the MAC's first 15 characters */
-    uint16_t Capabilities[16]; /* ended by FFFFh; 3 wake-on-LAN, 0 unknown */
+    uint16_t
+        Capabilities[16]; /* ended by FFFFh; 3 wake-on-LAN, 0 unknown; none where the BMC tells nothing of
+                                  duplex, auto-negotiation and MTU either */
     uint16_t EnabledCapabilities[16];
     uint16_t LinkTechnology;   /* 2 Ethernet */
     char PermanentAddress[64]; /* the whole MAC */
     bool FullDuplex;
     bool AutoSense;
     uint64_t ActiveMaximumTransmissionUnit; /* bytes */
-    uint16_t EnabledState;                  /* 2 enabled, 3 disabled */
+    uint16_t EnabledState;                  /* 2 enabled, 3 disabled, 0 unknown */
     uint16_t RequestedState;                /* last state asked for, 0 when none was */
     uint64_t Speed;                         /* Mb/s times 8388608 in 32 bits: 1000 Mb/s reads 4093640704 */
     uint64_t MaxSpeed;

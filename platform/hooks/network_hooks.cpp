@@ -36,13 +36,10 @@ int readLanEnable(const char* hook, const IPMI20_SESSION_T* session, int timeout
                   std::uint8_t* enable) {
     return hooks::guarded(hook, [&] {
         require(enable != nullptr);
-        *enable = CIM_LAN_BOTH;
-        if (const auto answer =
-                hooks::askOem(hooks::sessionOf(session, timeout), oem::getLanEnable, {lanIndex})) {
-            auto reader = answer->reader();
-            *enable = reader.u8();
-            answer->verify(reader);
-        }
+        const auto answer = hooks::runOem(hooks::sessionOf(session, timeout), oem::getLanEnable, {lanIndex});
+        auto reader = answer.reader();
+        *enable = reader.u8();
+        answer.verify(reader);
     });
 }
 

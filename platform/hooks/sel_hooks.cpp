@@ -78,14 +78,10 @@ int CIM_GetSELEntry(IPMI20_SESSION_T* session, const CIM_SELEntryRequest* reques
 
 int CIM_GetSELPolicy(IPMI20_SESSION_T* session, uint8_t* policy, int timeout) {
     return hooks::guarded(__func__, [&] {
-        auto& bmc = hooks::sessionOf(session, timeout);
-        required(policy) = 0;
-        if (!bmc.hasOemCommands())
-            return;
-        const auto answer = ipmi::ask(bmc, ipmi::oem::getSelPolicy, {});
-        const auto data = answer.data();
-        if (answer.code() == completion::success && data.size() == 1 && data[0] <= 1)
-            *policy = data[0];
+        const auto answer = hooks::runOem(hooks::sessionOf(session, timeout), ipmi::oem::getSelPolicy);
+        if (answer.data().size() != 1 || answer.data()[0] > 1)
+            throw std::runtime_error("the BMC's answer is no policy");
+        required(policy) = answer.data()[0];
     });
 }
 

@@ -10,6 +10,7 @@
 #include "Utility/values/record_fields.h"
 
 #include <cstdio>
+#include <optional>
 #include <string>
 
 constexpr const char* const g_EthernetPortKeyList[4] = {"DeviceID", "SystemCreationClassName",
@@ -23,6 +24,18 @@ using ph::Property;
 
 constexpr const char* className = "CIM_EthernetPort";
 
+// What the BMC does not tell is left out.
+bool hasMac(const Record& port) {
+    return port.PermanentAddress[0] != '\0';
+}
+bool hasState(const Record& port) {
+    return port.EnabledState != ph::EnabledState::Unknown;
+}
+// A port with settings has capabilities, if only unknown ones.
+bool hasSettings(const Record& port) {
+    return port.Capabilities[0] != ph::noSlot;
+}
+
 constexpr Property properties[] = {
     PH_KEY(Record, DeviceID),
     PH_KEY(Record, SystemCreationClassName),
@@ -31,27 +44,29 @@ constexpr Property properties[] = {
     PH_PROPERTY(Record, ElementName),
     PH_PROPERTY(Record, Name),
     PH_PROPERTY(Record, PortType),
-    PH_PROPERTY(Record, NetworkAddresses),
-    PH_PROPERTY(Record, Capabilities),
-    PH_PROPERTY(Record, EnabledCapabilities),
+    PH_PROPERTY_IF(Record, NetworkAddresses, hasMac),
+    PH_PROPERTY_IF(Record, Capabilities, hasSettings),
+    PH_PROPERTY_IF(Record, EnabledCapabilities, hasSettings),
     PH_PROPERTY(Record, LinkTechnology),
-    PH_PROPERTY(Record, PermanentAddress),
-    PH_PROPERTY(Record, EnabledState),
+    PH_PROPERTY_IF(Record, PermanentAddress, hasMac),
+    PH_PROPERTY_IF(Record, EnabledState, hasState),
     PH_PROPERTY(Record, Speed),
     PH_PROPERTY(Record, MaxSpeed),
     PH_PROPERTY(Record, RequestedSpeed),
     PH_PROPERTY(Record, RequestedState),
-    PH_PROPERTY(Record, FullDuplex),
-    PH_PROPERTY(Record, AutoSense),
-    PH_PROPERTY(Record, ActiveMaximumTransmissionUnit),
+    PH_PROPERTY_IF(Record, FullDuplex, hasSettings),
+    PH_PROPERTY_IF(Record, AutoSense, hasSettings),
+    PH_PROPERTY_IF(Record, ActiveMaximumTransmissionUnit, hasSettings),
 };
 
 constexpr std::uint32_t bitsPerMegabit = 1024 * 1024 * 8; // per Mb/s, as clients of these ports know it
 
-bool isEnabled(IPMI20_SESSION_T* session, const Lan& lan) {
-    std::uint8_t enable = CIM_LAN_DISABLED;
-    return lan.isBond || (LIBIPMI_HL_GetLANEnable(session, lan.index, &enable, ph::hookTimeout) == 0 &&
-                          enable != CIM_LAN_DISABLED);
+// Returns nothing when the BMC does not tell.
+std::optional<bool> isEnabled(IPMI20_SESSION_T* session, const Lan& lan) {
+    std::uint8_t enable = CIM_LAN_BOTH;
+    if (!lan.isBond && LIBIPMI_HL_GetLANEnable(session, lan.index, &enable, ph::hookTimeout) != 0)
+        return std::nullopt;
+    return enable != CIM_LAN_DISABLED;
 }
 
 // The speed in Mb/s is in bits 8 to 23 of the PHY word.
@@ -62,11 +77,20 @@ std::uint16_t readSpeed(IPMI20_SESSION_T* session, const Lan& lan) {
                : 0;
 }
 
-int fill(Record& port, IPMI20_SESSION_T* session, const Lan& lan, const CIM_NWExtEthCfg& configuration) {
+int fill(Record& port, IPMI20_SESSION_T* session, const Lan& lan, const CIM_NWExtEthCfg& configuration,
+         bool isDefault) {
     const ph::MacText mac = ph::readMac(LIBIPMI_HL_GetMACAddress, session, lan);
-    const bool enabled = isEnabled(session, lan);
+    const auto enabled = isEnabled(session, lan);
     const std::uint16_t speed = readSpeed(session, lan);
-    return PH_Fill_EthernetPort(&port, mac.text, lan.interfaceName, &configuration, &speed, enabled);
+    const int result = PH_Fill_EthernetPort(&port, mac.text, lan.interfaceName, &configuration, &speed,
+                                            enabled.value_or(false));
+    if (!enabled)
+        port.EnabledState = ph::EnabledState::Unknown;
+    if (isDefault) { // the platform's guess
+        ph::setSlots(port.Capabilities, {});
+        ph::setSlots(port.EnabledCapabilities, {});
+    }
+    return result;
 }
 
 int enumerate(ph::RecordArray<Record>& ports, ph::Detail detail) {
@@ -87,7 +111,7 @@ int enumerate(ph::RecordArray<Record>& ports, ph::Detail detail) {
         ph::setHostedKeys(*port, ph::processorClass, systemName, className);
         std::snprintf(port->DeviceID, sizeof(port->DeviceID), "%s%d:%s:%d", "EthernetPort", position,
                       lan.interfaceName, lan.index);
-        if (detail == ph::Detail::All && fill(*port, session.get(), lan, configuration) != 0)
+        if (detail == ph::Detail::All && fill(*port, session.get(), lan, configuration, isDefault != 0) != 0)
             return -1;
     }
     return 0;

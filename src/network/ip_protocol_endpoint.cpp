@@ -23,8 +23,12 @@ using ph::Property;
 
 constexpr const char* className = "CIM_IPProtocolEndpoint";
 
-bool isIpv4(const Record& endpoint) {
-    return endpoint.ProtocolIFType == ph::ProtocolIFType::IPv4;
+// A LAN whose configuration the BMC does not tell has an endpoint without these.
+bool hasIpv4Address(const Record& endpoint) {
+    return endpoint.ProtocolIFType == ph::ProtocolIFType::IPv4 && endpoint.IPv4Address[0] != '\0';
+}
+bool hasOrigin(const Record& endpoint) {
+    return endpoint.AddressOrigin != ph::AddressOrigin::Unknown;
 }
 bool isIpv6(const Record& endpoint) {
     return endpoint.ProtocolIFType == ph::ProtocolIFType::IPv6;
@@ -40,18 +44,18 @@ constexpr Property properties[] = {
     PH_PROPERTY(Record, EnabledState),
     PH_PROPERTY(Record, RequestedState),
     PH_PROPERTY(Record, ElementName),
-    PH_PROPERTY_IF(Record, IPv4Address, isIpv4),
+    PH_PROPERTY_IF(Record, IPv4Address, hasIpv4Address),
     PH_PROPERTY_IF(Record, IPv6Address, isIpv6),
-    PH_PROPERTY_IF(Record, SubnetMask, isIpv4),
+    PH_PROPERTY_IF(Record, SubnetMask, hasIpv4Address),
     PH_PROPERTY_IF(Record, IPv6AddressType, isIpv6),
     PH_PROPERTY_IF(Record, IPv6SubnetPrefixLength, isIpv6),
-    PH_PROPERTY(Record, AddressOrigin),
+    PH_PROPERTY_IF(Record, AddressOrigin, hasOrigin),
 };
 
 // One address of a LAN, as it becomes an endpoint.
 struct Address {
     int ipVersion = 4;
-    int origin = ph::AddressOrigin::Static;
+    int origin = ph::AddressOrigin::Unknown;
     char text[64] = "";
     char subnetMask[64] = ""; // version 4
     int prefixLength = 0;     // version 6
@@ -66,9 +70,9 @@ void setKeys(Record& endpoint, const char* systemName, const char* interfaceName
 
 Address readIpv4(IPMI20_SESSION_T* session, const Lan& lan) {
     CIM_IPv4NetworkCfg configuration{};
-    if (CIM_GetIPv4NetworkCfg(session, &configuration, lan.channel, ph::hookTimeout) != 0)
-        configuration = {};
     Address address;
+    if (CIM_GetIPv4NetworkCfg(session, &configuration, lan.channel, ph::hookTimeout) != 0)
+        return address;
     address.origin = configuration.source == CIM_ADDRESS_SOURCE_DYNAMIC ? ph::AddressOrigin::Dhcp
                                                                         : ph::AddressOrigin::Static;
     ConvertIPnumToStr(configuration.address, address.text);
@@ -80,8 +84,9 @@ Address readIpv4(IPMI20_SESSION_T* session, const Lan& lan) {
 // one, or when no static address is left in the configuration.
 int ipv6Origin(IPMI20_SESSION_T* session, const Lan& lan) {
     CIM_IPv6NetworkCfg configuration{};
-    if (CIM_GetIPv6NetworkCfg(session, &configuration, lan.channel, ph::hookTimeout) != 0 ||
-        configuration.source != CIM_ADDRESS_SOURCE_DYNAMIC)
+    if (CIM_GetIPv6NetworkCfg(session, &configuration, lan.channel, ph::hookTimeout) != 0)
+        return ph::AddressOrigin::Unknown;
+    if (configuration.source != CIM_ADDRESS_SOURCE_DYNAMIC)
         return ph::AddressOrigin::Static;
     char configured[64] = "";
     ConvertIP6numToStr(configuration.address, configured);

@@ -20,6 +20,13 @@ using ph::Property;
 
 constexpr const char* className = "CIM_LANEndpoint";
 
+bool hasMac(const Record& endpoint) {
+    return endpoint.MACAddress[0] != '\0';
+}
+bool hasLanId(const Record& endpoint) {
+    return endpoint.LANID[0] != '\0';
+}
+
 constexpr Property properties[] = {
     PH_KEY(Record, Name),
     PH_KEY(Record, SystemCreationClassName),
@@ -27,25 +34,33 @@ constexpr Property properties[] = {
     PH_KEY(Record, SystemName),
     PH_PROPERTY(Record, NameFormat),
     PH_PROPERTY(Record, ProtocolIFType),
-    PH_PROPERTY(Record, MACAddress),
-    PH_PROPERTY(Record, LANID),
+    PH_PROPERTY_IF(Record, MACAddress, hasMac),
+    PH_PROPERTY_IF(Record, LANID, hasLanId),
     PH_PROPERTY(Record, EnabledState),
     PH_PROPERTY(Record, RequestedState),
     PH_PROPERTY(Record, ElementName),
 };
 
+constexpr int unknownEnable = 0xFF; // none of CIM_LAN_…
+
 int readEnable(IPMI20_SESSION_T* session, const Lan& lan) {
     std::uint8_t enable = CIM_LAN_BOTH;
-    if (!lan.isBond && CIM_GetLANEnable(session, lan.index, &enable, ph::hookTimeout) != 0)
-        enable = CIM_LAN_DISABLED;
-    return enable;
+    return lan.isBond || CIM_GetLANEnable(session, lan.index, &enable, ph::hookTimeout) == 0 ? enable
+                                                                                             : unknownEnable;
 }
 
-int readVlanId(IPMI20_SESSION_T* session, const Lan& lan) {
+struct LanId {
+    char text[8] = ""; // empty when the BMC does not tell
+};
+
+LanId readLanId(IPMI20_SESSION_T* session, const Lan& lan) {
     std::uint8_t enabled = 0;
     std::uint16_t id = 0;
     std::uint8_t priority = 0;
-    return CIM_GetVlanStatus(session, &enabled, &id, &priority, lan.channel, ph::hookTimeout) == 0 ? id : 0;
+    LanId lanId;
+    if (CIM_GetVlanStatus(session, &enabled, &id, &priority, lan.channel, ph::hookTimeout) == 0)
+        std::snprintf(lanId.text, sizeof(lanId.text), "%d", id);
+    return lanId;
 }
 
 int enumerate(ph::RecordArray<Record>& endpoints, ph::Detail detail) {
@@ -63,10 +78,8 @@ int enumerate(ph::RecordArray<Record>& endpoints, ph::Detail detail) {
         if (detail == ph::Detail::Names)
             continue;
         const ph::MacText mac = ph::readMac(CIM_Get_MACAddress, session.get(), lan);
-        char lanId[8];
-        std::snprintf(lanId, sizeof(lanId), "%d", readVlanId(session.get(), lan));
         if (PH_Fill_LANEndpoint(lan.interfaceName, endpoint, mac.text, readEnable(session.get(), lan),
-                                lanId) != 0)
+                                readLanId(session.get(), lan).text) != 0)
             return -1;
     }
     return 0;

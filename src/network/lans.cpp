@@ -40,10 +40,9 @@ void readName(IPMI20_SESSION_T* session, Lan& lan) {
 MacText readMac(int (*hook)(IPMI20_SESSION_T*, std::uint8_t*, std::uint8_t, int), IPMI20_SESSION_T* session,
                 const Lan& lan) {
     std::uint8_t mac[6] = {};
-    if (hook(session, mac, lan.channel, hookTimeout) != 0)
-        std::ranges::fill(mac, std::uint8_t{0});
     MacText result{};
-    ConvertMACNumToMACFormatStr(mac, result.text);
+    if (hook(session, mac, lan.channel, hookTimeout) == 0)
+        ConvertMACNumToMACFormatStr(mac, result.text);
     return result;
 }
 

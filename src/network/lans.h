@@ -23,8 +23,8 @@ void readName(IPMI20_SESSION_T* session, Lan& lan);
 struct MacText {
     char text[18];
 };
-// Writes a channel's MAC address "00:1A:…", read by either of the two hooks; zeros when the BMC does not
-// answer.
+// Writes a channel's MAC address "00:1A:…", read by either of the two hooks; empty when the BMC does not
+// tell.
 MacText readMac(int (*hook)(IPMI20_SESSION_T*, std::uint8_t*, std::uint8_t, int), IPMI20_SESSION_T* session,
                 const Lan& lan);
 

@@ -22,6 +22,11 @@ using Record = ProtocolServiceRecord;
 constexpr const char* className = "CIM_ProtocolService";
 constexpr std::size_t nameKey = 3;
 
+// A service whose state the BMC does not tell is not disabled: it has no state.
+bool isKnown(const Record& service) {
+    return service.OperationalStatus[0] != ph::OperationalStatus::Unknown;
+}
+
 constexpr ph::Property properties[] = {
     PH_KEY(Record, SystemCreationClassName),
     PH_KEY(Record, CreationClassName),
@@ -30,9 +35,9 @@ constexpr ph::Property properties[] = {
     PH_PROPERTY(Record, ElementName),
     PH_PROPERTY(Record, OtherProtocol),
     PH_PROPERTY(Record, Protocol),
-    PH_PROPERTY(Record, MaxConnections),
+    PH_PROPERTY_IF(Record, MaxConnections, isKnown),
     PH_PROPERTY(Record, RequestedState),
-    PH_PROPERTY(Record, EnabledState),
+    PH_PROPERTY_IF(Record, EnabledState, isKnown),
     PH_PROPERTY(Record, HealthState),
     PH_PROPERTY(Record, OperationalStatus),
 };

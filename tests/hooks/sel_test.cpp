@@ -280,15 +280,17 @@ TEST_F(Sel, roomComesFromTheAllocationOrTheFreeBytes) {
 }
 
 TEST_F(Sel, policyIsAnOemCommandThatMostBmcsDoNotKnow) {
-    const std::pair<Bytes, int> cases[] = {{{0x00, 0x01}, 1}, {{0x00, 0x00}, 0}, {{0xC1}, 0},
-                                           {{0xD4}, 0},       {{0x00, 0x05}, 0}, {{0x00, 0x01, 0x02}, 0}};
+    constexpr int none = 9;
+    const std::pair<Bytes, int> cases[] = {{{0x00, 0x01}, 1},    {{0x00, 0x00}, 0},
+                                           {{0xC1}, none},       {{0xD4}, none},
+                                           {{0x00, 0x05}, none}, {{0x00, 0x01, 0x02}, none}};
     for (const auto& item : cases) {
         bmc.respond = [&](const Bytes& request) {
             EXPECT_EQ(request, (Bytes{0x30, 0x60}));
             return item.first;
         };
-        std::uint8_t policy = 9;
-        EXPECT_EQ(CIM_GetSELPolicy(&session, &policy, 30), 0);
+        std::uint8_t policy = none;
+        EXPECT_EQ(CIM_GetSELPolicy(&session, &policy, 30) == 0, item.second != none);
         EXPECT_EQ(policy, item.second);
     }
 }

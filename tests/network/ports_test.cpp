@@ -135,16 +135,24 @@ TEST_F(Ports, areListedByABmcThatSaysLittle) {
          {oem::getInterfaceName, oem::getLanEnable, oem::getBond, oem::getPhy, oem::getEthernetSettings})
         bmc().addFault(
             {.netFn = code.netFn, .command = code.number, .value = ipmi::completion::invalidCommand});
-    auto port = instance("CIM_EthernetPort", 1);
+    const auto port = instance("CIM_EthernetPort", 1);
     EXPECT_EQ(textOf(port, "DeviceID"), "EthernetPort2:eth1:2");
-    EXPECT_EQ(textOf(port, "EnabledState"), "2");
     EXPECT_EQ(textOf(port, "Speed"), "0");
-    EXPECT_EQ(textOf(port, "ActiveMaximumTransmissionUnit"), "1500");
+    for (const char* property : {"EnabledState", "Capabilities", "EnabledCapabilities", "FullDuplex",
+                                 "AutoSense", "ActiveMaximumTransmissionUnit"})
+        EXPECT_EQ(textOf(port, property), "<none>") << property;
+    EXPECT_EQ(get("CIM_LANEndpoint", "EnabledState"), "0");
 
-    addFault(ipmi::command::getLanConfiguration);
-    EXPECT_EQ(get("CIM_EthernetPort", "PermanentAddress"), "00:00:00:00:00:00");
-    EXPECT_EQ(get("CIM_LANEndpoint", "LANID"), "0");
-    EXPECT_EQ(get("CIM_IPProtocolEndpoint", "IPv4Address"), "0.0.0.0");
+    bmc().addFault({.netFn = ipmi::command::getLanConfiguration.netFn,
+                    .command = ipmi::command::getLanConfiguration.number,
+                    .value = ipmi::completion::insufficientPrivilege});
+    const std::pair<const char*, std::vector<const char*>> unknown[] = {
+        {"CIM_EthernetPort", {"PermanentAddress", "NetworkAddresses"}},
+        {"CIM_LANEndpoint", {"MACAddress", "LANID"}},
+        {"CIM_IPProtocolEndpoint", {"IPv4Address", "SubnetMask", "AddressOrigin"}}};
+    for (const auto& [className, properties] : unknown)
+        for (const char* property : properties)
+            EXPECT_EQ(get(className, property), "<none>") << property << " is no value";
 
     std::filesystem::remove(stateFile);
     for (const char* className : {"CIM_EthernetPort", "CIM_LANEndpoint", "CIM_IPProtocolEndpoint"})

@@ -73,10 +73,12 @@ TEST_F(Services, areTenEachSwitchedByItsBit) {
     EXPECT_THAT(request("AnyOtherService", 2), Refuses(CMPI_RC_ERR_NOT_FOUND, "No such service"));
 }
 
-TEST_F(Services, aBmcThatDoesNotTellHasThemDisabledAndUnknown) {
+TEST_F(Services, aBmcThatDoesNotTellHasThemWithoutAState) {
     failCommand(getConfiguration);
     const auto ssh = services.get(path("SSHProtocolService")).instances.at(0);
-    EXPECT_EQ(textOf(ssh, "EnabledState"), "3");
+    EXPECT_EQ(textOf(ssh, "EnabledState"), "<none>");
+    EXPECT_EQ(textOf(ssh, "MaxConnections"), "<none>");
+    EXPECT_EQ(textOf(ssh, "HealthState"), "0");
     EXPECT_EQ(textOf(ssh, "OperationalStatus"), "{0}");
     std::filesystem::remove(stateFile);
     EXPECT_EQ(services.enumerate().message, "Failed to Enumerate Instance");

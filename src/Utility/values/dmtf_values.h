@@ -136,7 +136,7 @@ namespace ProtocolIFType { // CIM_ProtocolEndpoint
 enum : std::uint16_t { EthernetCsmaCd = 6, IPv4 = 4096, IPv6 = 4097 };
 }
 namespace AddressOrigin { // CIM_IPProtocolEndpoint
-enum : std::uint16_t { Static = 3, Dhcp = 4, DhcpV6 = 7, IPv6Auto = 8 };
+enum : std::uint16_t { Unknown = 0, Static = 3, Dhcp = 4, DhcpV6 = 7, IPv6Auto = 8 };
 }
 namespace Protocol { // CIM_ProtocolService
 enum : std::uint16_t { Other = 1, Ssh = 2, Telnet = 3, SmClp = 4 };

@@ -31,10 +31,12 @@ void setList(int (&field)[N], std::initializer_list<int> values) {
     std::copy_n(values.begin(), std::min(values.size(), N - 1), field);
 }
 
+inline constexpr std::uint16_t noSlot = 0xFFFF; // ends a list
+
 // Does the same for a list ended by FFFFh.
 template <std::size_t N>
 void setSlots(std::uint16_t (&field)[N], std::initializer_list<std::uint16_t> values) {
-    std::fill_n(field, N, std::uint16_t{0xFFFF});
+    std::fill_n(field, N, noSlot);
     std::copy_n(values.begin(), std::min(values.size(), N - 1), field);
 }
 

@@ -1,59 +1,10 @@
-// The SMASH database: what its tables hold and how they refer to one another.
+// The SMASH database: its handles and the inventory, and how the tables refer to one another.
+#include "check_platform/database_texts.h"
 #include "check_platform/rows.h"
-#include "check_platform/table_check.h"
 
 namespace phctl::check {
-
-#define PH_TEXTS(Row, ...)                                                                                   \
-    namespace {                                                                                              \
-    constexpr TextField texts##Row[] = {__VA_ARGS__};                                                        \
-    }                                                                                                        \
-    template <>                                                                                              \
-    const std::span<const TextField> textsOf<Row> = texts##Row;
-
-PH_TEXTS(CompactSdr, PH_TEXT(CompactSdr, deviceId), PH_TEXT(CompactSdr, name),
-         PH_TEXT(CompactSdr, otherSensorType), PH_TEXT(CompactSdr, source))
-PH_TEXTS(FullSdr, PH_TEXT(FullSdr, common.deviceId), PH_TEXT(FullSdr, common.name),
-         PH_TEXT(FullSdr, common.otherSensorType), PH_TEXT(FullSdr, common.source))
-PH_TEXTS(PackageRow, PH_TEXT(PackageRow, tag), PH_TEXT(PackageRow, name), PH_TEXT(PackageRow, manufacturer),
-         PH_TEXT(PackageRow, model), PH_TEXT(PackageRow, serialNumber), PH_TEXT(PackageRow, partNumber),
-         PH_TEXT(PackageRow, version), PH_TEXT(PackageRow, assetTag))
-PH_TEXTS(PowerServiceRow, PH_TEXT(PowerServiceRow, name), PH_TEXT(PowerServiceRow, elementName),
-         PH_TEXT(PowerServiceRow, operationalStatus))
-PH_TEXTS(PowerCapabilitiesRow, PH_TEXT(PowerCapabilitiesRow, instanceId),
-         PH_TEXT(PowerCapabilitiesRow, elementName), PH_TEXT(PowerCapabilitiesRow, powerChangeCapabilities),
-         PH_TEXT(PowerCapabilitiesRow, powerStatesSupported),
-         PH_TEXT(PowerCapabilitiesRow, requestedPowerStatesSupported))
-PH_TEXTS(IndicationServiceRow, PH_TEXT(IndicationServiceRow, name))
-PH_TEXTS(CimxmlFilterRow, PH_TEXT(CimxmlFilterRow, name), PH_TEXT(CimxmlFilterRow, query))
-PH_TEXTS(CimxmlDestinationRow, PH_TEXT(CimxmlDestinationRow, name),
-         PH_TEXT(CimxmlDestinationRow, destination))
-PH_TEXTS(StaticIPRow, PH_TEXT(StaticIPRow, key), PH_TEXT(StaticIPRow, IPv4Address),
-         PH_TEXT(StaticIPRow, GatewayIPv4Address), PH_TEXT(StaticIPRow, SubnetMask),
-         PH_TEXT(StaticIPRow, IPv6Address), PH_TEXT(StaticIPRow, GatewayIPv6Address))
-PH_TEXTS(StoredJobRow, PH_TEXT(StoredJobRow, instanceId), PH_TEXT(StoredJobRow, job.elementName),
-         PH_TEXT(StoredJobRow, job.kind), PH_TEXT(StoredJobRow, job.jobStatus),
-         PH_TEXT(StoredJobRow, job.minutesToKeep), PH_TEXT(StoredJobRow, job.operationalStatus))
-PH_TEXTS(JobErrorRow, PH_TEXT(JobErrorRow, errorSource))
-PH_TEXTS(DeviceRecord, PH_TEXT(DeviceRecord, deviceId), PH_TEXT(DeviceRecord, guid))
-PH_TEXTS(FruRecord, PH_TEXT(FruRecord, manufacturer), PH_TEXT(FruRecord, model),
-         PH_TEXT(FruRecord, serialNumber), PH_TEXT(FruRecord, partNumber))
-PH_TEXTS(IPMISessionInfo, PH_TEXT(IPMISessionInfo, address), PH_TEXT(IPMISessionInfo, userName),
-         PH_TEXT(IPMISessionInfo, password), PH_TEXT(IPMISessionInfo, interfaceType),
-         PH_TEXT(IPMISessionInfo, cipherSuite), PH_TEXT(IPMISessionInfo, workaroundFlags),
-         PH_TEXT(IPMISessionInfo, retransmission), PH_TEXT(IPMISessionInfo, privilegeLevel))
-template <>
-const std::span<const TextField> textsOf<EntityDeviceRow>{};
-template <>
-const std::span<const TextField> textsOf<EntityAssociationRow>{};
-template <>
-const std::span<const TextField> textsOf<PowerSupplyInfoRow>{};
-
 namespace {
 
-constexpr const char* jobs = "tmp_db_init";
-constexpr const char* settings = "smash_db_init";
-constexpr const char* missingRow = "phctl checks this";
 constexpr std::uint8_t systemBoard = 7, powerSupply = 10; // IPMI entity IDs
 
 // ---- Handles
@@ -214,48 +165,6 @@ void getSupplies(Probe& probe) {
         throw NotPossible("the database has no power supply");
 }
 
-// ---- Settings and jobs
-
-// Decimal numbers, separated by commas.
-bool isList(const std::string& text) {
-    return text.find_first_not_of("0123456789,") == text.npos && !text.starts_with(',') &&
-           !text.ends_with(',') && text.find(",,") == text.npos;
-}
-
-template <class Row>
-void judgeLists(Call& call, const Row& row, std::size_t first) {
-    for (const auto& field : textsOf<Row>.subspan(first))
-        call.expect(isList(textOf(row, field)), std::string(field.name) + " is no list of numbers");
-}
-
-void getPowerServices(Probe& probe) {
-    checkAll<PowerServiceRow>(probe, [](Call& call, const PowerServiceRow& row) {
-        judgeLists(call, row, 2);
-        call.expect(row.started <= 1, "started is neither 0 nor 1");
-    });
-}
-
-void getPowerCapabilities(Probe& probe) {
-    checkAll<PowerCapabilitiesRow>(
-        probe, [](Call& call, const PowerCapabilitiesRow& row) { judgeLists(call, row, 2); });
-}
-
-void getJobs(Probe& probe) {
-    checkAll<StoredJobRow>(
-        probe,
-        [](Call& call, const StoredJobRow& row) {
-            call.expect(isList(row.job.operationalStatus), "operationalStatus is no list of numbers");
-            call.expect(row.job.percentComplete >= 0 && row.job.percentComplete <= 100,
-                        "percentComplete is none");
-        },
-        jobs);
-}
-
-template <class Row>
-void getAllSettings(Probe& probe) {
-    checkAll<Row>(probe, nullptr, settings);
-}
-
 void getSensor(Probe& probe) {
     checkOne<CompactSdr>(probe, "db_get_all_compact_sdrs");
 }
@@ -265,135 +174,6 @@ void getNumericSensor(Probe& probe) {
 void getPackage(Probe& probe) {
     checkOne<PackageRow>(probe, "db_get_all_packages");
 }
-void getPowerService(Probe& probe) {
-    checkOne<PowerServiceRow>(probe, "db_get_all_power_mgt_service");
-}
-void getPowerCapability(Probe& probe) {
-    checkOne<PowerCapabilitiesRow>(probe, "db_get_all_power_mgt_capabilities");
-}
-void getJob(Probe& probe) {
-    checkOne<StoredJobRow>(probe, "db_get_all_concretejob", jobs);
-}
-
-// A job without an error is a success with NULL.
-void getError(Probe& probe) {
-    const auto stored = rowsOf<StoredJobRow>(probe, "db_get_all_concretejob", jobs);
-    if (stored.empty())
-        throw NotPossible("there is no job");
-    for (const StoredJobRow& job : stored) {
-        Out<JobErrorRow*> error("the error");
-        auto call = probe.call<decltype(db_get_error_info)>(job.instanceId, probe.database(jobs),
-                                                            job.instanceId, error);
-        if (const auto owner = owned(call, error, 1); owner != nullptr)
-            judgeTexts(call, *owner);
-    }
-}
-
-// These fill a row whose name is given.
-template <class Row>
-void getByName(Probe& probe, const char* all) {
-    for (const Row& listed : rowsOf<Row>(probe, all, settings)) {
-        Row named{};
-        std::memcpy(named.name, listed.name, sizeof named.name);
-        Out<Row> row("the row", named);
-        if (auto call = probe.call<int(SMASH_DB_HANDLE, Row*)>(textOf(listed, textsOf<Row>[0]),
-                                                               probe.database(settings), row)) {
-            judgeTexts(call, *row);
-            for (const TextField& field : textsOf<Row>)
-                call.expect(textOf(*row, field) == textOf(listed, field),
-                            std::string(field.name) + " is another than in the list");
-        }
-    }
-    Row none{};
-    std::strncpy(none.name, missingRow, sizeof none.name - 1);
-    Out<Row> row("the row", none);
-    auto call =
-        probe.call<int(SMASH_DB_HANDLE, Row*)>("a name that no row has", probe.database(settings), row);
-    call.expectFailure("a name that no row has");
-    call.expect(!call.isMade() || std::memcmp(&*row, &none, sizeof none) == 0,
-                "it fails and changes the row");
-}
-
-void getFilter(Probe& probe) {
-    getByName<CimxmlFilterRow>(probe, "db_get_all_indication_filter_cimxml");
-}
-void getDestination(Probe& probe) {
-    getByName<CimxmlDestinationRow>(probe, "db_get_all_listener_destination");
-}
-
-// ---- Changes, which are taken back
-
-template <class Row>
-struct NamedTable {
-    const char* get;
-    const char* set;
-    const char* remove;
-};
-constexpr NamedTable<CimxmlFilterRow> filters{"db_get_indication_filter_cimxml",
-                                              "db_set_indication_filter_cimxml",
-                                              "db_delete_indication_filter_cimxml"};
-constexpr NamedTable<CimxmlDestinationRow> destinations{
-    "db_get_listener_destination", "db_set_listener_destination", "db_delete_listener_destination"};
-
-template <class Row>
-Row newRow() {
-    Row row{};
-    std::strncpy(row.name, missingRow, sizeof row.name - 1);
-    return row;
-}
-
-template <class Row>
-void setRow(Probe& probe, const NamedTable<Row>& table) {
-    const Row row = newRow<Row>();
-    if (auto call = probe.call<int(SMASH_DB_HANDLE, const Row*)>("a row, removed again",
-                                                                 probe.database(settings), &row)) {
-        Row stored = row;
-        probe.use<int(SMASH_DB_HANDLE, Row*)>(table.get, probe.database(settings), &stored);
-        call.expect(std::memcmp(&stored, &row, sizeof row) == 0, "what it stores is not read");
-        probe.use<int(SMASH_DB_HANDLE, const char*)>(table.remove, probe.database(settings), row.name);
-    }
-}
-
-template <class Row>
-void removeRow(Probe& probe, const NamedTable<Row>& table) {
-    Row row = newRow<Row>();
-    probe
-        .call<int(SMASH_DB_HANDLE, const char*)>("a name that no row has", probe.database(settings), row.name)
-        .expectFailure("a name that no row has");
-    probe.use<int(SMASH_DB_HANDLE, const Row*)>(table.set, probe.database(settings), &row);
-    probe.call<int(SMASH_DB_HANDLE, const char*)>("a row that was stored for this", probe.database(settings),
-                                                  row.name);
-}
-
-void setFilter(Probe& probe) {
-    setRow(probe, filters);
-}
-void removeFilter(Probe& probe) {
-    removeRow(probe, filters);
-}
-void setDestination(Probe& probe) {
-    setRow(probe, destinations);
-}
-void removeDestination(Probe& probe) {
-    removeRow(probe, destinations);
-}
-
-void addJob(Probe& probe) {
-    ConcreteJobRow job{};
-    std::strncpy(job.elementName, missingRow, sizeof job.elementName - 1);
-    std::strncpy(job.minutesToKeep, "1", sizeof job.minutesToKeep - 1);
-    OutText instanceId("the InstanceID", sizeof(StoredJobRow::instanceId));
-    if (auto call = probe.call<decltype(db_set_concretejob)>("a job, removed again", probe.database(jobs),
-                                                             &job, instanceId)) {
-        call.expect(*static_cast<const char*>(instanceId) != '\0', "the InstanceID is empty");
-        probe.use<decltype(db_delete_concretejob)>("db_delete_concretejob", probe.database(jobs),
-                                                   static_cast<const char*>(instanceId));
-    }
-}
-
-constexpr const char* staged = "it would change what clients have staged";
-constexpr const char* ofJobs = "methods call it for jobs of theirs";
-
 constexpr Row rows[] = {
     {"db_init", openHandle},
     {"tmp_db_init", openHandle},
@@ -413,33 +193,6 @@ constexpr Row rows[] = {
     {"db_get_all_packages", getPackages},
     {"db_get_package", getPackage},
     {"db_get_power_supply_info", getSupplies},
-    {"db_get_all_power_mgt_service", getPowerServices},
-    {"db_get_power_mgt_service", getPowerService},
-    {"db_get_all_power_mgt_capabilities", getPowerCapabilities},
-    {"db_get_power_mgt_capabilities", getPowerCapability},
-    {"db_get_all_indication_service", getAllSettings<IndicationServiceRow>},
-    {"db_set_indication_service", nullptr, true, "it would change how alerts are delivered"},
-    {"db_get_all_indication_filter_cimxml", getAllSettings<CimxmlFilterRow>},
-    {"db_get_indication_filter_cimxml", getFilter},
-    {"db_set_indication_filter_cimxml", setFilter, true},
-    {"db_delete_indication_filter_cimxml", removeFilter, true},
-    {"db_get_all_listener_destination", getAllSettings<CimxmlDestinationRow>},
-    {"db_get_listener_destination", getDestination},
-    {"db_set_listener_destination", setDestination, true},
-    {"db_delete_listener_destination", removeDestination, true},
-    {"db_get_all_static_ip_assignment_settingdata", getAllSettings<StaticIPRow>},
-    {"db_init_static_ip_assignment_settingdata", nullptr, true, staged},
-    {"db_set_static_ip_assignment_settingdata", nullptr, true, staged},
-    {"db_delete_static_ip", nullptr, true, staged},
-    {"db_get_all_concretejob", getJobs},
-    {"db_get_concretejob", getJob},
-    {"db_set_concretejob", addJob, true},
-    {"db_modify_concretejob", nullptr, true, ofJobs},
-    {"db_delete_concretejob", nullptr, true, ofJobs},
-    {"db_get_error_info", getError},
-    {"db_set_error_info", nullptr, true, ofJobs},
-    {"db_get_clp_error_info", getError},
-    {"db_get_MessageID", nullptr, true, "it numbers a text for good"},
 };
 
 } // namespace

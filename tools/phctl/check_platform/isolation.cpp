@@ -102,7 +102,7 @@ public:
 private:
     void take(std::string_view bytes) {
         text_ += bytes;
-        for (std::size_t end; (end = text_.find('\n')) != text_.npos; text_.erase(0, end + 1))
+        for (std::size_t end; (end = text_.find('\n')) != std::string::npos; text_.erase(0, end + 1))
             handle(json::parse(text_.substr(0, end)));
     }
 

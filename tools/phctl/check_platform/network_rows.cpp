@@ -104,7 +104,7 @@ void getInterfaceName(Probe& probe) {
                                                               probe.timeout())) {
             const std::string_view text(name, strnlen(name, CIM_INTERFACE_NAME_SIZE));
             call.expect(!text.empty(), "the name is empty");
-            call.expect(text.find_first_of(" /") == text.npos, "the name has a blank or '/'");
+            call.expect(text.find_first_of(" /") == std::string::npos, "the name has a blank or '/'");
         }
     }
 }

@@ -36,7 +36,7 @@ std::string OutText::fault() const {
 
 std::string faultOfText(const std::string& name, std::string_view field) {
     const std::size_t length = field.find('\0');
-    if (length == field.npos)
+    if (length == std::string::npos)
         return name + " does not end within its " + std::to_string(field.size()) + " bytes";
     const std::string text(field.substr(0, length));
     if (std::mbstowcs(nullptr, text.c_str(), 0) == static_cast<std::size_t>(-1)) // see useUtf8

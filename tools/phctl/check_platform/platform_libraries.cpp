@@ -19,6 +19,16 @@ bool isStub(const void* function) {
         stubs, [=](const Range& range) { return address >= range.begin && address < range.end; });
 }
 
+// Of libraries that are opened by path, a private root may have none yet: then it is the installed one.
+std::string fileOf(const std::string& name) {
+    if (name.front() != '/')
+        return name;
+    const std::filesystem::path place = phctl::placeOf(name.c_str());
+    const auto installed = phctl::installedLibrary(place.filename().c_str());
+    return exists(place) || installed.empty() || secure_getenv("PH_SYSROOT") == nullptr ? place.string()
+                                                                                        : installed.string();
+}
+
 } // namespace
 
 // Libraries that have stubs call this when they are loaded.
@@ -35,8 +45,7 @@ Libraries::Libraries(const char* also) {
     if (std::ranges::find(names, also) == names.end())
         names.emplace_back(also);
     for (const std::string& name : names) {
-        const std::string place = name.front() == '/' ? placeOf(name.c_str()).string() : name;
-        void* const handle = dlopen(place.c_str(), RTLD_LAZY | RTLD_GLOBAL);
+        void* const handle = dlopen(fileOf(name).c_str(), RTLD_LAZY | RTLD_GLOBAL);
         libraries_.push_back({name, handle, handle == nullptr ? dlerror() : ""});
     }
 }

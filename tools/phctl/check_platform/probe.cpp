@@ -167,7 +167,7 @@ std::string Probe::reasonOfFailure() {
     const std::string log(text, length > 0 ? static_cast<std::size_t>(length) : 0);
     const std::string mark = std::string(": ") + function_ + ": ";
     const std::size_t found = log.rfind(mark);
-    if (found == log.npos)
+    if (found == std::string::npos)
         return {};
     const std::size_t begin = found + mark.size();
     return log.substr(begin, log.find('\n', begin) - begin);

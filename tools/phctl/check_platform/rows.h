@@ -27,6 +27,7 @@ std::span<const Group> allGroups();
 // Parts of it.
 std::span<const Row> supportRows();
 std::span<const Row> databaseRows();
+std::span<const Row> settingRows();
 std::span<const Row> sessionRows();
 std::span<const Row> systemRows();
 std::span<const Row> sensorRows();
@@ -36,6 +37,9 @@ std::span<const Row> userRows();
 std::span<const Row> alertRows();
 std::span<const Row> mailRows();
 std::span<const Row> nameRows();
+std::span<const Row> mailingRows();
 std::span<const Row> eventTextRows();
+std::span<const Row> postingRows();
+std::span<const Row> clpRows();
 
 } // namespace phctl::check

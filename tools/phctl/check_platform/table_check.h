@@ -26,7 +26,7 @@ struct TextField {
 
 // The texts of a row; the first identifies it, if it has one.
 template <class Row>
-extern const std::span<const TextField> textsOf;
+inline constexpr std::span<const TextField> textsOf{};
 
 template <class Row>
 std::string textOf(const Row& row, const TextField& field) {
