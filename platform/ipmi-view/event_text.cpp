@@ -79,9 +79,10 @@ void addQuantities(EventText& text, const SensorEvent& event, const SensorLabel&
     if (text.reading)
         text.detail = quantityText("reading", *text.reading, !text.threshold);
     if (text.threshold) {
-        const bool goesHigh = offsetOf(event) % 2 == 1;
+        // An event that ends tells of a reading that came back over its threshold.
+        const bool isAbove = (offsetOf(event) % 2 == 1) != event.isDeassertion;
         if (text.reading)
-            text.detail += goesHigh ? " > " : " < ";
+            text.detail += isAbove ? " > " : " < ";
         text.detail += quantityText("threshold", *text.threshold, true);
     }
 }

@@ -88,7 +88,7 @@ bool holdsRows(const Schema& schema, const Table& table) {
 
 std::string rebuild(const Schema& schema) {
     const std::string path = fileOf(schema);
-    const std::string aside = path + ".damaged";
+    std::string aside = path + ".damaged";
     rename(path + "-journal", aside + "-journal");
     rename(path, aside);
     auto fresh = open(schema, OpenMode::CreateMissing);

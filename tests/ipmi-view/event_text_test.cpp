@@ -67,7 +67,7 @@ TEST(EventText, decodesEventData) {
         const char* detail;
     } cases[] = {
         {0x01, 0x30, 0x01, {0x59, 125, 120}, "reading 62.5 > threshold 60 degrees C"},
-        {0x01, 0x30, 0x81, {0x50, 5, 10}, "reading 2.5 < threshold 5 degrees C"},
+        {0x01, 0x30, 0x81, {0x50, 12, 10}, "reading 6 > threshold 5 degrees C"},
         {0x01, 0x30, 0x01, {0x49, 125, 120}, "reading 62.5 degrees C"},
         {0x01, 0x30, 0x01, {0x19, 125, 120}, "threshold 60 degrees C"},
         {0x01, 0x30, 0x01, {0x09, 125, 120}, ""}, // the bytes are unspecified

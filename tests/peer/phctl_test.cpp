@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 #include <map>
+#include <regex>
 #include <sstream>
 
 namespace {
@@ -148,7 +149,8 @@ TEST_F(PhctlPeer, statesAreThoseThatIpmitoolReads) {
     EXPECT_THAT(printed, testing::ContainsRegex("Presence .*Present"));
 }
 
-// ipmitool's columns "Temperature Temp 1", "Upper Critical going high", "Asserted" in the words of phctl.
+// ipmitool's columns "Temperature Temp 1", "Upper Critical going high", "Asserted" and what it says of reading and
+// threshold, in the words of phctl.
 std::vector<std::string> listedEvents(const IpmiSim& bmc) {
     std::vector<std::string> events;
     std::istringstream lines(bmc.ipmitool("-c sel elist"));
@@ -163,7 +165,12 @@ std::vector<std::string> listedEvents(const IpmiSim& bmc) {
         cells[4].erase(cells[4].find_last_not_of(' ') + 1);
         cells[4].insert(going, "- ");
         std::string& event = events.emplace_back(cells[3].substr(cells[3].find(' ') + 1));
-        event.append(": ").append(cells[4]).append(cells[5] == "Asserted" ? ", asserted" : ", deasserted");
+        event.append(": ").append(cells[4]);
+        if (cells.size() > 6) // "Reading 125 > Threshold 120 degrees C"
+            event.append(" (")
+                .append(std::regex_replace(cells[6], std::regex("R(eading.*)T"), "r$1t"))
+                .append(")");
+        event.append(cells[5] == "Asserted" ? ", asserted" : ", deasserted");
     }
     return events;
 }
@@ -196,16 +203,16 @@ TEST_F(PhctlPeer, aWrongPasswordIsRefusedAtOnceAndChangesNothing) {
 // The simulator wants a workaround, and has few cipher suites.
 TEST_F(PhctlPeer, aRefusedSessionIsToldWithWhatMayHelp) {
     const auto settings = bmc->settings();
-    const std::vector<std::string> session = {
-        "power",           "--lan",           settings.address + ':' + std::to_string(settings.port),
-        "--user",          settings.userName, "--password-env",
-        "PH_TEST_PASSWORD"};
+    const std::vector<std::string> session = {"power", "--lan",
+                                              settings.address + ':' + std::to_string(settings.port),
+                                              "--password-env", "PH_TEST_PASSWORD"};
     const struct {
         std::vector<std::string> options;
         const char* hint;
     } cases[] = {
-        {{}, "--workaround opensesspriv"},
-        {{"--workaround", "opensesspriv", "--cipher-suite", "17"}, "the BMC has the cipher suites "},
+        {{"--user", settings.userName}, "--workaround opensesspriv"},
+        {{"--user", settings.userName, "--workaround", "opensesspriv", "--cipher-suite", "17"},
+         "the BMC has the cipher suites "},
         {{"--workaround", "opensesspriv", "--user", "nobody"}, "check --user"},
     };
     for (const auto& [options, hint] : cases) {

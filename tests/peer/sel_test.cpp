@@ -3,7 +3,9 @@
 #include "ipmi-view/event_text.h"
 #include "provider_on_simulator.h"
 
+#include <cctype>
 #include <cstdio>
+#include <cstring>
 #include <platform/sel_record.h>
 #include <sstream>
 
@@ -66,29 +68,50 @@ TEST_F(PeerSel, entriesAreWhatIpmitoolLists) {
     EXPECT_THAT(entry[4], "6");
 }
 
-// "Pre-Init 67", "05/04/24" and the rest of what ipmitool says of a record, in the words of phctl.
-std::string inItsWords(const view::SelRecord& record, const view::EventText& text) {
-    char words[160];
-    const unsigned id = PH_SelRecordId(record.data());
-    const unsigned type = PH_SelRecordType(record.data());
-    if (!PH_IsSelOem(record.data())) {
-        const std::string direction = *text.isAssertion ? "Asserted" : "Deasserted";
-        std::snprintf(words, sizeof words, "%x|%s|%s|%s", id, text.time.substr(0, 8).c_str(),
-                      text.event.c_str(), direction.c_str());
-        return words;
-    }
-    std::snprintf(words, sizeof words, "%x|%s|OEM record %02x", id, text.time.substr(0, 10).c_str(), type);
-    return words;
+// Without blanks, signs and case, in which the two differ.
+std::string plain(const std::string& text) {
+    std::string letters;
+    for (const unsigned char character : text)
+        if (std::isalnum(character) != 0)
+            letters += static_cast<char>(std::tolower(character));
+    return letters;
+}
+
+// What phctl says of a record, in the order of ipmitool: ID, seconds since the start, sensor or OEM record, the rest.
+std::string inItsOrder(const view::SelRecord& record, const view::EventText& text) {
+    unsigned hours = 0, minutes = 0, seconds = 0;
+    char words[160] = "";
+    int length = std::snprintf(words, sizeof words, "%x ", PH_SelRecordId(record.data()));
+    if (std::sscanf(text.time.c_str(), "Pre-Init +%u:%u:%u", &hours, &minutes, &seconds) == 3)
+        length += std::snprintf(words + length, sizeof words - static_cast<std::size_t>(length),
+                                "Pre-Init %010u ", hours * 3600 + minutes * 60 + seconds);
+    if (PH_IsSelSystemEvent(record.data()))
+        std::snprintf(words + length, sizeof words - static_cast<std::size_t>(length), "%s #0x%02x %s %s",
+                      text.sensorType.c_str(), PH_SelSensorNumber(record.data()), text.event.c_str(),
+                      text.state().c_str());
+    std::string line = words;
+    if (PH_IsSelOem(record.data()))
+        line += text.event;
+    for (const char* ours : {"h of manufacturer", "h:"})
+        if (const auto place = line.find(ours); place != std::string::npos)
+            line.erase(place, std::strlen(ours));
+    return plain(line);
 }
 
 TEST_F(PeerSel, recordsAreDecodedAsIpmitoolDoes) {
-    std::cout << ipmitool("sel list") << ipmitool("-c sel list") << ipmitool("sel elist")
-              << ipmitool("sel info");
+    std::vector<std::string> printed, decoded;
+    std::istringstream lines(ipmitool("-c sel list"));
+    for (std::string line; std::getline(lines, line);)
+        printed.push_back(plain(line));
     const auto session = ipmi::openTransport(bmc.settings());
-    for (const view::SelRecord& record : view::readEventLog(*session)) {
-        const auto text = view::describeRecord(record, {});
-        std::cout << inItsWords(record, text) << "   " << text.time << ' ' << text.whole() << '\n';
-    }
+    for (const view::SelRecord& record : view::readEventLog(*session))
+        decoded.push_back(inItsOrder(record, view::describeRecord(record, {})));
+    ASSERT_EQ(printed.size(), 4u);
+    EXPECT_EQ(decoded, printed);
+    view::deleteRecord(*session, 2);
+    EXPECT_THAT(ipmitool("-c sel list"), testing::Not(testing::HasSubstr("OEM record c5")));
+    view::clearEventLog(*session);
+    EXPECT_THAT(ipmitool("sel list"), testing::HasSubstr("SEL has no entries"));
 }
 
 TEST_F(PeerSel, clearLogEmptiesIt) {

@@ -243,7 +243,7 @@ TEST_F(MissingParts, syncReportsRowsRemarksAndSparseProgress) {
 
 TEST_F(MissingParts, syncFailsForDroppedRecordsAndRepairsTheDatabase) {
     ASSERT_EQ(phctl({"bmc", "create", PH_MODEL}).status, 0);
-    ASSERT_EQ(phctl({"bmc", "fault", "read-fru-data", "--short", "4", "--skip", "3", "--calls", "1"}).status,
+    ASSERT_EQ(phctl({"bmc", "fault", "read-fru-data", "--short", "1", "--skip", "3", "--calls", "1"}).status,
               0);
     Outcome outcome = phctl({"sync"});
     EXPECT_EQ(outcome.status, 1);

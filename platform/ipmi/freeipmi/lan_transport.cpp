@@ -150,15 +150,19 @@ void LanTransport::refuse(const std::string& what) const {
     const auto* const known = std::ranges::find(refusals, ipmi_ctx_errnum(context_->get()), &Refusal::error);
     if (known == std::end(refusals))
         context_->fail(what);
+    SessionProblem problem = known->problem;
     std::vector<std::uint8_t> suites;
-    if (known->problem == SessionProblem::CipherSuite) {
+    if (problem == SessionProblem::CipherSuite || problem == SessionProblem::Protocol) {
         try {
             FreeIpmiContext context = openWithoutSession();
             suites = readCipherSuites(context);
         } catch (const TransportError&) { // it is only for advice
         }
+        // BMCs answer a suite that they have not in many ways.
+        if (!suites.empty() && std::ranges::count(suites, settings_.cipherSuite) == 0)
+            problem = SessionProblem::CipherSuite;
     }
-    throw SessionError(host_ + ": " + what + ": " + ipmi_ctx_errormsg(context_->get()), known->problem,
+    throw SessionError(host_ + ": " + what + ": " + ipmi_ctx_errormsg(context_->get()), problem,
                        std::move(suites));
 }
 
