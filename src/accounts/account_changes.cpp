@@ -2,9 +2,9 @@
 #include "accounts/account.h"
 #include "accounts/user_slots.h"
 #include "Utility/back-ends/back_ends.h"
+#include "Utility/requests/changes.h"
 #include "Utility/values/dmtf_values.h"
 
-#include <cstdio>
 #include <cstring>
 
 namespace ph {
@@ -28,15 +28,9 @@ CMPIStatus readChanges(const Request& request, const AccountRecord& record, PHPr
         PH_MakeInst_Account(request.broker, request.context, request.ref, nullptr, &record, 0, 2, &status);
     if (current == nullptr)
         return status;
-    const PHPropertyList allowed = modifiableProperties();
-    char refused[PH_REFUSED_NAMES_SIZE] = "";
-    const int result =
-        getModifiableProperties(request.instance, current, request.properties, &allowed, &changes, refused);
-    if (result != 0 || refused[0] != '\0') {
-        char message[sizeof("Invalid Property(s): ") + sizeof(refused)];
-        std::snprintf(message, sizeof(message), "Invalid Property(s): %s", refused);
-        return fail(request.broker, message);
-    }
+    status = ph::readChanges(request, current, modifiableProperties(), changes, CMPI_RC_ERR_FAILED);
+    if (status.rc != CMPI_RC_OK)
+        return status;
     return changes.count > 0 ? success
                              : fail(request.broker, "Invalid parameters / No modifyable properties");
 }

@@ -1,6 +1,7 @@
 // What clients say about an account.
 #include "accounts/account.h"
 #include "Utility/back-ends/back_ends.h"
+#include "Utility/requests/changes.h"
 #include "Utility/requests/request_texts.h"
 #include "Utility/values/record_fields.h"
 
@@ -54,8 +55,7 @@ std::uint8_t slotWithPasswordForm(const AccountRecord& record) {
 int PH_Fill_Account_Struct_for_MI(const PHPropertyList* modifiable, AccountRecord* record) {
     for (int i = 0; i < modifiable->count; ++i) {
         const PHPropertyRow& row = modifiable->rows[i];
-        CMPIData data{row.type, row.state, {}};
-        std::memcpy(&data.value, &row.value, sizeof(row.value));
+        const CMPIData data = ph::valueOf(row);
         if (std::strcmp(row.name, "UserID") == 0 ? !ph::takeUserId(data, *record)
                                                  : !ph::takePassword(data, *record))
             return -1;

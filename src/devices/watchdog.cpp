@@ -4,10 +4,10 @@
 #include "Utility/back-ends/back_ends.h"
 #include "Utility/engine/class_family.h"
 #include "Utility/engine/hosted_element.h"
+#include "Utility/requests/changes.h"
 #include "Utility/requests/request_status.h"
 #include "Utility/values/dmtf_values.h"
 
-#include <cstdio>
 #include <iterator>
 
 constexpr const char* const g_WatchdogKeyList[4] = {"SystemCreationClassName", "CreationClassName",
@@ -112,10 +112,7 @@ PHPropertyList settableProperties() {
 }
 
 bool numberOf(const PHPropertyRow& row, CMPIType type, std::uint64_t& number) {
-    CMPIData data{};
-    data.type = row.type;
-    data.state = row.state;
-    std::memcpy(&data.value, &row.value, sizeof(row.value));
+    const CMPIData data = ph::valueOf(row);
     std::uint32_t wide = 0;
     std::uint16_t narrow = 0;
     if (data.state != CMPI_goodValue ||
@@ -150,15 +147,7 @@ CMPIStatus readChanges(const ph::Request& request, const Record& record, PHPrope
         PH_MakeInst_Watchdog(request.broker, request.context, request.ref, nullptr, &record, 0, 2, &status);
     if (current == nullptr)
         return status;
-    const PHPropertyList allowed = settableProperties();
-    char refused[PH_REFUSED_NAMES_SIZE] = "";
-    if (getModifiableProperties(request.instance, current, request.properties, &allowed, &changes, refused) ==
-            0 &&
-        refused[0] == '\0')
-        return ph::success;
-    char message[sizeof("Invalid Property(s): ") + sizeof(refused)];
-    std::snprintf(message, sizeof(message), "Invalid Property(s): %s", refused);
-    return ph::fail(request.broker, CMPI_RC_ERR_INVALID_PARAMETER, message);
+    return ph::readChanges(request, current, settableProperties(), changes);
 }
 
 struct Current {

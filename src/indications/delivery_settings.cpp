@@ -1,4 +1,5 @@
 #include "indications/delivery_settings.h"
+#include "Utility/requests/changes.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -22,14 +23,6 @@ constexpr Settable settables[] = {
      [](IndicationServiceRow& row, std::uint32_t value) { row.deliveryRetryInterval = value; }},
 };
 
-CMPIData valueOf(const PHPropertyRow& row) {
-    CMPIData data{};
-    data.type = row.type;
-    data.state = row.state;
-    std::memcpy(&data.value, &row.value, sizeof(row.value));
-    return data;
-}
-
 // Takes a number of the property's own type, or a text with one.
 bool readNumber(const CMPIData& data, std::uint32_t& value) {
     std::uint16_t narrow = 0;
@@ -41,12 +34,9 @@ bool readNumber(const CMPIData& data, std::uint32_t& value) {
     return true;
 }
 
-CMPIStatus refuse(const Request& request, const char* format, const char* name) {
-    char message[PH_REFUSED_NAMES_SIZE + 32];
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wformat-nonliteral"
-    std::snprintf(message, sizeof(message), format, name);
-#pragma GCC diagnostic pop
+CMPIStatus refuseValue(const Request& request, const char* name) {
+    char message[sizeof(PHPropertyRow::name) + 32];
+    std::snprintf(message, sizeof(message), "%s Parameter is Invalid", name);
     return fail(request.broker, CMPI_RC_ERR_INVALID_PARAMETER, message);
 }
 
@@ -58,7 +48,7 @@ CMPIStatus apply(const Request& request, const PHPropertyList& changes, Indicati
         std::uint32_t value = 0;
         if (settable == std::end(settables) || !readNumber(valueOf(changes.rows[i]), value) ||
             value > settable->most)
-            return refuse(request, "%s Parameter is Invalid", changes.rows[i].name);
+            return refuseValue(request, changes.rows[i].name);
         settable->set(row, value);
     }
     return success;
@@ -70,13 +60,10 @@ CMPIStatus modifyDelivery(const Request& request, const CMPIInstance* current, c
     PHPropertyList allowed{}, changes{};
     for (const Settable& settable : settables)
         AddTo_DefaultList(allowed.rows, settable.name, allowed.count++);
-    char refused[PH_REFUSED_NAMES_SIZE] = "";
     if (current == nullptr)
         return fail(request.broker, "SetInstance Failed");
-    if (getModifiableProperties(request.instance, current, request.properties, &allowed, &changes, refused) !=
-            0 ||
-        *refused != '\0')
-        return refuse(request, "Invalid Property(s): %s", refused);
+    if (const CMPIStatus status = readChanges(request, current, allowed, changes); status.rc != CMPI_RC_OK)
+        return status;
 
     Database database;
     Rows<IndicationServiceRow> rows;

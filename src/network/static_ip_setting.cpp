@@ -2,6 +2,7 @@
 #include "provider_helper/network.h"
 #include "Utility/back-ends/back_ends.h"
 #include "Utility/engine/class_family.h"
+#include "Utility/requests/changes.h"
 #include "Utility/requests/request_status.h"
 #include "Utility/requests/request_texts.h"
 #include "Utility/values/record_fields.h"
@@ -118,14 +119,6 @@ bool mayBe(const Settable& settable, const CMPIData& data) {
     return settable.form == Form::Ipv4 ? IsValidIP(text) == 0 : inet_pton(AF_INET6, text, &address) == 1;
 }
 
-CMPIData dataOf(const PHPropertyRow& row) {
-    CMPIData data{};
-    data.type = row.type;
-    data.state = row.state;
-    std::memcpy(&data.value, &row.value, sizeof(row.value));
-    return data;
-}
-
 // The properties that may be set, with the values they take when a request lists but does not give them.
 bool makeDefaults(const CMPIBroker* broker, PHPropertyList& list) {
     for (const Settable& settable : settables) {
@@ -172,9 +165,7 @@ bool findChanges(const ph::Request& request, const Record& record, PHPropertyLis
         return false;
     }
     if (*refused != '\0') {
-        char message[PH_REFUSED_NAMES_SIZE + 32];
-        std::snprintf(message, sizeof(message), "Invalid Property(s): %s", refused);
-        status = ph::fail(request.broker, CMPI_RC_ERR_INVALID_PARAMETER, message);
+        status = ph::refuseProperties(request.broker, refused);
         return false;
     }
     return SIPASD_Modify_Condition(request.broker, &modifiable, &status) == 0;
@@ -199,7 +190,7 @@ CMPIStatus modify(const ph::Request& request) {
         return status;
     bool done = true;
     for (int i = 0; done && i < modifiable.count; ++i)
-        done = SetProperty(current.record, modifiable.rows[i].name, dataOf(modifiable.rows[i])) == 0;
+        done = SetProperty(current.record, modifiable.rows[i].name, ph::valueOf(modifiable.rows[i])) == 0;
     return done && store(*current.record)
                ? ph::success
                : ph::fail(request.broker, CMPI_RC_ERR_FAILED,
@@ -233,7 +224,7 @@ int SIPASD_Modify_Condition(const CMPIBroker* broker, const PHPropertyList* modi
     for (int i = 0; i < modifiable->count; ++i) {
         const PHPropertyRow& row = modifiable->rows[i];
         const Settable* settable = findSettable(row.name);
-        if (settable != nullptr && mayBe(*settable, dataOf(row)))
+        if (settable != nullptr && mayBe(*settable, ph::valueOf(row)))
             continue;
         char message[128];
         std::snprintf(message, sizeof(message), "%s Parameter is Invalid",

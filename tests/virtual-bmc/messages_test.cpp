@@ -134,9 +134,13 @@ TEST_F(Messages, settingsOfSensors) {
 TEST_F(Messages, repository) {
     const auto bmc = open();
     constexpr std::uint8_t oemRecord = 10; // after 7 sensors and 2 FRU devices
+    const Bytes info = ask(*bmc, storage, 0x20, {});
+    ASSERT_EQ(info.size(), 15u);
+    EXPECT_EQ(Bytes(info.begin(), info.begin() + 6), (Bytes{0, 0x51, 10, 0, 0xFF, 0xFF}));
+    EXPECT_NE(Bytes(info.begin() + 6, info.begin() + 10), Bytes(4)); // when the records came
+    EXPECT_EQ(Bytes(info.begin() + 10, info.end()), (Bytes{0, 0, 0, 0, 0x22}));
     expectAll(*bmc, storage,
               {
-                  {"info", 0x20, {}, {0, 0x51, 10, 0, 0xFF, 0xFF, 0, 0, 0, 0, 0, 0, 0, 0, 0x22}},
                   {"first", 0x23, {0, 0, 0, 0, 0, 5}, {0, 2, 0, 1, 0, 0x51, 0x01, 47}},
                   {"by its ID", 0x23, {0, 0, 3, 0, 0, 5}, {0, 4, 0, 3, 0, 0x51, 0x02, 32}},
                   {"last, whole",
