@@ -48,6 +48,7 @@ TEST_F(Usage, wrongCommandLinesEndWithStatus2AndSayWhatIsWrong) {
         {{"sel", "delete", "0"}, "no ID of a record"},
         {{"fru", "first"}, "neither `list` nor the ID"},
         {{"--bmc", "../up", "bmcs"}, "is no name"},
+        {{"--bmc", "", "power", "off"}, "is no name"},
         {{"bmc", "set-states", "PSU1 Status", "15"}, "15"},
         {{"bmc", "fault", "get-sensor-readin", "--silent"}, "did you mean get-sensor-reading?"},
         {{"bmc", "fault", "0x04:0x100", "--silent"}, "NETFN:COMMAND"},

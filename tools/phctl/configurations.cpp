@@ -65,16 +65,16 @@ std::vector<std::string> configurations() {
     return names;
 }
 
-Configuration::Configuration(const std::string& name, bool mayBeNew) {
-    if (name.empty())
+Configuration::Configuration(const std::optional<std::string>& name, bool mayBeNew) {
+    if (!name)
         return;
-    if (!isName(name))
-        throw UsageError("--bmc: \"" + name + "\" is no name: letters, digits, dots and dashes, at most " +
+    if (!isName(*name))
+        throw UsageError("--bmc: \"" + *name + "\" is no name: letters, digits, dots and dashes, at most " +
                          std::to_string(longestName));
-    const fs::path folder = configurationsFolder() / name;
+    const fs::path folder = configurationsFolder() / *name;
     if (!fs::is_directory(folder)) {
         if (!mayBeNew)
-            refuseUnknown(name);
+            refuseUnknown(*name);
         create_directories(folder.parent_path());
         makeFolder(folder);
         newFolder_ = folder;

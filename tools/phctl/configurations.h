@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,9 +16,9 @@ std::vector<std::string> configurations();
 // Makes the configuration's folder this process's PH_SYSROOT. To be made before anything is read.
 class Configuration {
 public:
-    // An empty name stands for none. Throws UsageError for a name that is none, and for one that does not exist,
+    // Without a name it does nothing. Throws UsageError for a name that is none, and for one that does not exist,
     // unless it `mayBeNew`: then its folder is made, for its owner alone as it will hold a password.
-    Configuration(const std::string& name, bool mayBeNew);
+    Configuration(const std::optional<std::string>& name, bool mayBeNew);
     // Removes a new folder that got no database.
     ~Configuration();
     Configuration(const Configuration&) = delete;

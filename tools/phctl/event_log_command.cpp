@@ -26,9 +26,9 @@ struct LogOptions {
 };
 
 int list(const LogOptions& options) {
-    LogProgress progress(std::cerr, isatty(STDERR_FILENO) != 0);
-    ipmi::observeExchanges([&progress](auto netFn, auto command, auto sent, auto answer) {
-        progress.exchanged(netFn, command, sent, answer);
+    const auto progress = std::make_shared<LogProgress>(std::cerr, isatty(STDERR_FILENO) != 0);
+    ipmi::observeExchanges([progress](auto netFn, auto command, auto sent, auto answer) {
+        progress->exchanged(netFn, command, sent, answer);
     });
     const auto bmc = options.connection.open();
     const auto records = view::readEventLog(*bmc);
@@ -36,8 +36,7 @@ int list(const LogOptions& options) {
     const SensorLabels sensors = records.empty()                ? SensorLabels()
                                  : options.connection.isGiven() ? sensorLabels(*bmc)
                                                                 : sensorLabels();
-    progress.clear();
-    ipmi::observeExchanges({});
+    progress->clear();
     printEventLog(records, sensors, options.last, options.json);
     return done;
 }

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <optional>
 #include <span>
 
 namespace phctl {
@@ -68,7 +69,7 @@ int run(int argc, char** argv) {
     app.set_version_flag("--version", "phctl " PH_VERSION);
     app.require_subcommand(1);
     app.fallthrough(); // its options may stand behind a command
-    std::string bmc;
+    std::optional<std::string> bmc;
     app.add_option("--bmc", bmc,
                    "Name of a configuration (`phctl bmcs`), whose folder takes the place of PH_SYSROOT");
     Chosen chosen;

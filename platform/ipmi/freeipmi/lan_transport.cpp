@@ -152,7 +152,9 @@ void LanTransport::refuse(const std::string& what) const {
         context_->fail(what);
     SessionProblem problem = known->problem;
     std::vector<std::uint8_t> suites;
-    if (problem == SessionProblem::CipherSuite || problem == SessionProblem::Protocol) {
+    // A session that is opened anew has a deadline, and one that timed out would cost the time once more.
+    const bool hasTime = lastAnswer_ == Clock::time_point() && known->error != IPMI_ERR_SESSION_TIMEOUT;
+    if (hasTime && (problem == SessionProblem::CipherSuite || problem == SessionProblem::Protocol)) {
         try {
             FreeIpmiContext context = openWithoutSession();
             suites = readCipherSuites(context);
