@@ -65,9 +65,13 @@ Reading decodeReading(const SensorRow& sensor, std::span<const std::uint8_t> ans
         reading.states =
             static_cast<std::uint16_t>(sensor.isThreshold() ? low & 0x3F : low | (high & 0x7F) << 8);
     }
+    judge(sensor, reading);
+    return reading;
+}
+
+void judge(const SensorRow& sensor, Reading& reading) {
     reading.severity = severityOf(sensor.readingType, sensor.type, reading.states);
     reading.events = stateNames(sensor.readingType, sensor.type, reading.states);
-    return reading;
 }
 
 Reading readSensor(ipmi::Transport& bmc, const SensorRow& sensor) {

@@ -21,6 +21,9 @@ struct Reading {
 // the reading is compared with the thresholds of the row.
 Reading decodeReading(const SensorRow& sensor, std::span<const std::uint8_t> answer);
 
+// Sets severity and events from the states.
+void judge(const SensorRow& sensor, Reading& reading);
+
 // Reads a sensor. That it cannot be read is told in the result. Throws ipmi::TransportError.
 Reading readSensor(ipmi::Transport& bmc, const SensorRow& sensor);
 

@@ -3,6 +3,7 @@
 #include "cimxml/cim_error.h"
 
 #include <algorithm>
+#include <charconv>
 #include <openssl/evp.h>
 
 namespace server {
@@ -92,6 +93,19 @@ void checkHeaders(const httplib::Request& request, const cimxml::Message* messag
         mismatch("the header CIMMethod is another method than the message's");
 }
 
+// Prometheus says how long it waits. The answer has to be there a little earlier.
+std::chrono::milliseconds patienceOf(const httplib::Request& request) {
+    using std::chrono::milliseconds;
+    constexpr double margin = 500, longest = 3'600'000;
+    const std::string header = request.get_header_value("X-Prometheus-Scrape-Timeout-Seconds");
+    double seconds = 0;
+    const auto [end, error] = std::from_chars(header.data(), header.data() + header.size(), seconds);
+    if (error != std::errc{} || !(seconds > 0))
+        return milliseconds::max();
+    const double whole = std::min(seconds * 1000, longest);
+    return milliseconds(static_cast<std::int64_t>(std::max(whole - margin, whole / 2)));
+}
+
 } // namespace
 
 RequestNotes& Endpoint::notes() {
@@ -123,6 +137,18 @@ bool Endpoint::identify(const httplib::Request& request, httplib::Response& resp
     response.set_header("WWW-Authenticate", "Basic realm=\"cimom\"");
     refuse(response, 401, nullptr, "A user's name and password are needed");
     return false;
+}
+
+void Endpoint::answerMetrics(const httplib::Request& request, httplib::Response& response) const {
+    Caller caller;
+    if (!identify(request, response, caller))
+        return;
+    const bool isOpenMetrics =
+        request.get_header_value("Accept").find("application/openmetrics-text") != std::string::npos;
+    response.set_content(
+        metrics_(isOpenMetrics ? MetricsFormat::OpenMetrics : MetricsFormat::Prometheus, patienceOf(request)),
+        isOpenMetrics ? "application/openmetrics-text; version=1.0.0; charset=utf-8"
+                      : "text/plain; version=0.0.4; charset=utf-8");
 }
 
 void Endpoint::answer(const httplib::Request& request, httplib::Response& response,

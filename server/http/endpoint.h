@@ -1,8 +1,9 @@
-// A POST with a CIM-XML message, and its answer.
+// What the server answers: a POST with a CIM-XML message, and a GET of metrics.
 #pragma once
 
 #include "http/authentication.h"
 #include "http/connection.h"
+#include "http/metrics.h"
 #include "operations/service.h"
 
 #include <memory>
@@ -16,11 +17,12 @@ struct RequestNotes {
 
 class Endpoint {
 public:
-    Endpoint(Service& service, std::shared_ptr<Authentication> authentication)
-        : service_(service), authentication_(std::move(authentication)) {}
+    Endpoint(Service& service, std::shared_ptr<Authentication> authentication, Metrics metrics)
+        : service_(service), authentication_(std::move(authentication)), metrics_(std::move(metrics)) {}
 
     void answer(const httplib::Request& request, httplib::Response& response,
                 const httplib::ContentReader& content);
+    void answerMetrics(const httplib::Request& request, httplib::Response& response) const;
     // The entry of the request that this thread answers.
     static RequestNotes& notes();
 
@@ -30,6 +32,7 @@ private:
 
     Service& service_;
     std::shared_ptr<Authentication> authentication_;
+    Metrics metrics_;
 };
 
 } // namespace server

@@ -69,7 +69,7 @@ class HttpServer::Listener : public httplib::Server {
 public:
     Listener(Service& service, HttpOptions options)
         : options_(std::move(options)),
-          endpoint_(service, options_.authentication),
+          endpoint_(service, options_.authentication, options_.metrics),
           stopping_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
         if (stopping_ == -1)
             throw std::runtime_error("eventfd failed");
@@ -84,6 +84,10 @@ public:
         Post("/cimom/?",
              [this](const httplib::Request& request, httplib::Response& response,
                     const httplib::ContentReader& content) { endpoint_.answer(request, response, content); });
+        if (options_.metrics)
+            Get("/metrics", [this](const httplib::Request& request, httplib::Response& response) {
+                endpoint_.answerMetrics(request, response);
+            });
         // A client that has not logged in is not told what went wrong, as with a BMC that is asked for its
         // users.
         set_exception_handler(

@@ -3,6 +3,7 @@
 
 #include "http/authentication.h"
 #include "http/limits.h"
+#include "http/metrics.h"
 #include "operations/service.h"
 
 #include <functional>
@@ -13,6 +14,7 @@ namespace server {
 
 class TlsContext;
 
+// CIM-XML at /cimom, metrics at /metrics.
 struct HttpOptions {
     std::string address = "127.0.0.1";
     int port = 5988; // 0: one that is free
@@ -21,6 +23,7 @@ struct HttpOptions {
     ConnectionLimits limits = {};                        // of its own size
     std::shared_ptr<Authentication> authentication = {}; // none: everybody may do everything
     std::shared_ptr<const TlsContext> tls = {};          // none: plain
+    Metrics metrics = {};                                // none: there is no /metrics
     std::function<void(const std::string& line)> log = {};
 };
 

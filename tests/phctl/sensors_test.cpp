@@ -73,4 +73,27 @@ TEST_F(PhctlSensors, watchGoesOnOverABmcThatDoesNotAnswer) {
     EXPECT_EQ(tables, 2u) << outcome.out;
 }
 
+// CIM says "Normal" above an upper threshold, has no percentage, and says nothing of redundancy that was lost.
+TEST_F(PhctlSensors, areComputedBesideWhatCimSays) {
+    succeed({"bmc", "set-reading", "CPU1 Temp", "98"});
+    succeed({"bmc", "set-states", "Fan Redundancy", "1"});
+    const auto cpu = numericSensor("CPU1 Temp");
+    EXPECT_EQ(cpu["properties"]["CurrentState"], "Normal");
+    EXPECT_EQ(cpu["computed"]["state"], "critical");
+    EXPECT_EQ(cpu["computed"]["reading"], 98);
+    EXPECT_EQ(numericSensor("Fan Duty")["computed"]["unit"], "percent");
+    const auto fans = instance("CIM_Sensor", "ElementName", "Fan Redundancy(");
+    EXPECT_NE(fans["properties"]["CurrentState"], "Redundancy Lost");
+    EXPECT_EQ(fans["computed"]["events"], nlohmann::json({"Redundancy Lost"}));
+
+    const std::string printed = succeed({"gi", cpu["path"]}).out;
+    EXPECT_THAT(printed,
+                testing::ContainsRegex("CurrentState += \"Normal\"  \\(critical: Upper Non-Critical, Upper "
+                                       "Critical\\)\n"));
+    EXPECT_THAT(printed, testing::ContainsRegex("UpperThresholdCritical += 9500  \\(95 degrees C\\)\n"));
+    const std::string table =
+        succeed({"ei", "CIM_NumericSensor", "--properties", "ElementName,CurrentReading,CurrentState"}).out;
+    EXPECT_THAT(table, testing::ContainsRegex("Fan Duty.* 4500 +45 percent +Normal +nominal"));
+}
+
 } // namespace

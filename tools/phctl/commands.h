@@ -15,6 +15,7 @@ void addMethodCommand(CLI::App& app, Chosen& chosen);
 void addClassesCommand(CLI::App& app, Chosen& chosen);
 void addMonitorCommand(CLI::App& app, Chosen& chosen);
 void addSensorsCommand(CLI::App& app, Chosen& chosen);
+void addMetricsCommand(CLI::App& app, Chosen& chosen);
 void addServeCommand(CLI::App& app, Chosen& chosen);
 void addSyncCommand(CLI::App& app, Chosen& chosen);
 void addCheckPlatformCommand(CLI::App& app, Chosen& chosen);

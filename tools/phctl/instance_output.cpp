@@ -1,5 +1,6 @@
 #include "instance_output.h"
 
+#include "computed_readings.h"
 #include "reading_text.h"
 #include "value_words.h"
 
@@ -22,12 +23,18 @@ constexpr std::size_t mostColumns = 8;
 constexpr struct {
     const char* property;
     const char* title;
-} meaningColumns[] = {{"CurrentReading", "Reading"}, {"CreationTimeStamp", "Time"}, {"RecordData", "Event"}};
+} meaningColumns[] = {{"CurrentReading", "Reading"},
+                      {"CurrentState", "State"},
+                      {"CreationTimeStamp", "Time"},
+                      {"RecordData", "Event"}};
 
 // Puts a property's value into words; empty where it needs none.
-std::string meaningOf(const NamedValues& properties, std::string_view name, const SensorLabels& sensors) {
-    const std::string reading = readingText(properties, name);
-    return reading.empty() ? logEntryText(properties, name, sensors) : reading;
+std::string meaningOf(const Instance& instance, std::string_view name, const SensorLabels& sensors) {
+    if (const auto computed = computedReading(instance))
+        if (const std::string text = computedText(*computed, name); !text.empty())
+            return text;
+    const std::string reading = readingText(instance.properties, name);
+    return reading.empty() ? logEntryText(instance.properties, name, sensors) : reading;
 }
 
 // A value as text, with its words where they are wanted.
@@ -68,7 +75,7 @@ std::vector<Column> columnsOf(const std::vector<Instance>& instances, const Pres
         for (const auto& [property, title] : meaningColumns)
             if (broker::sameName(name, property) &&
                 std::any_of(instances.begin(), instances.end(), [&](const Instance& instance) {
-                    return !meaningOf(instance.properties, name, how.sensors).empty();
+                    return !meaningOf(instance, name, how.sensors).empty();
                 }))
                 columns.push_back({title, name, true});
     }
@@ -87,7 +94,7 @@ Table tableOf(const std::vector<Instance>& instances, const std::vector<Column>&
         row.reserve(columns.size());
         for (const Column& column : columns) {
             const std::string text = column.isMeaning
-                                         ? meaningOf(instance.properties, column.property, how.sensors)
+                                         ? meaningOf(instance, column.property, how.sensors)
                                          : cellText(instance, column.property, how.hasWords);
             row.push_back(text.empty() && column.isMeaning ? "-" : text);
         }
@@ -126,7 +133,7 @@ void printInstance(std::ostream& out, const Instance& instance, const Presentati
             continue;
         out << "  " << name << std::string(width - displayWidth(name), ' ') << " = "
             << textOf(instance, name, value, how.hasWords, valueText);
-        if (const std::string meaning = meaningOf(instance.properties, name, how.sensors); !meaning.empty())
+        if (const std::string meaning = meaningOf(instance, name, how.sensors); !meaning.empty())
             out << "  (" << printable(meaning) << ')';
         out << '\n';
     }
@@ -170,7 +177,11 @@ ordered_json toJson(const NamedValues& values) {
 }
 
 ordered_json toJson(const Instance& instance) {
-    return {{"path", broker::toText(instance.path)}, {"properties", toJson(instance.properties)}};
+    ordered_json json = {{"path", broker::toText(instance.path)},
+                         {"properties", toJson(instance.properties)}};
+    if (const auto computed = computedReading(instance))
+        json["computed"] = computedJson(computed->sensor, computed->reading);
+    return json;
 }
 
 ordered_json toJson(const Instance& instance, const Presentation& how) {

@@ -31,7 +31,7 @@ void printInstances(std::ostream& out, const std::vector<broker::Instance>& inst
                     const Presentation& how = {});
 
 // Numbers, booleans, null and arrays as those of JSON; datetimes as DMTF's texts; references as path texts;
-// instances as {"path": …, "properties": {…}}.
+// instances as {"path": …, "properties": {…}}, a sensor's with "computed" as computedJson makes it.
 nlohmann::ordered_json toJson(const broker::Value& value);
 nlohmann::ordered_json toJson(const broker::NamedValues& values);
 nlohmann::ordered_json toJson(const broker::Instance& instance);

@@ -79,6 +79,7 @@ int run(int argc, char** argv) {
     addClassesCommand(app, chosen);
     addMonitorCommand(app, chosen);
     addSensorsCommand(app, chosen);
+    addMetricsCommand(app, chosen);
     addServeCommand(app, chosen);
     addSyncCommand(app, chosen);
     addCheckPlatformCommand(app, chosen);

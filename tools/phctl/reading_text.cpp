@@ -1,8 +1,8 @@
 #include "reading_text.h"
 
+#include "ipmi-view/conversion.h"
+
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <freeipmi/spec/ipmi-sensor-units-spec.h>
 #include <optional>
 
@@ -57,10 +57,7 @@ std::string readingText(const broker::NamedValues& properties, std::string_view 
         return {};
     if (broker::sameName(name, "CurrentReading") && isUnknown(properties))
         return {};
-    char number[40];
-    std::snprintf(number, sizeof number, "%s%lld.%02lld", *value < 0 ? "-" : "", std::llabs(*value / 100),
-                  std::llabs(*value % 100));
-    std::string text = number;
+    std::string text = view::readingText(static_cast<double>(*value) / 100);
     if (*unit > IPMI_SENSOR_UNIT_UNSPECIFIED && *unit <= IPMI_SENSOR_UNIT_GRAMS)
         text += std::string(" ") + ipmi_sensor_units[*unit];
     const auto rate = integer(properties, "RateUnits").value_or(IPMI_SENSOR_RATE_UNIT_NONE);

@@ -1,5 +1,6 @@
 #include "requests.h"
 
+#include "computed_readings.h"
 #include "database.h"
 #include "errors.h"
 #include "libraries.h"
@@ -117,6 +118,7 @@ Requester::Requester(const RequestOptions& options)
     : watch_(std::make_shared<ExchangeWatch>(std::cerr, isatty(STDERR_FILENO) != 0)) {
     ipmi::observeExchanges([watch = watch_](auto netFn, auto command, auto sent, auto answer) {
         watch->exchanged(netFn, command, sent, answer);
+        keepReading(netFn, command, sent, answer);
     });
     if (options.timeout > 0)
         limit_ =

@@ -1,5 +1,6 @@
 // serve: the providers behind CIM-XML over HTTP.
 #include "alert_delivery.h"
+#include "bmc_metrics.h"
 #include "commands.h"
 #include "database.h"
 #include "errors.h"
@@ -34,6 +35,7 @@ struct ServeOptions {
     bool generates = false;
     bool bmcUsers = false;
     std::string usersFile;
+    unsigned metricsTimeout = 9; // seconds; Prometheus waits for 10 by default
 };
 using Options = std::shared_ptr<ServeOptions>;
 
@@ -139,7 +141,15 @@ int serve(const Options& options) {
     sigaddset(&ending, SIGTERM);
     pthread_sigmask(SIG_BLOCK, &ending, nullptr);
 
-    const server::HttpOptions http = httpOptions(*options);
+    server::HttpOptions http = httpOptions(*options);
+    const auto metrics = bmcMetrics(options->metricsTimeout);
+    http.metrics = [&](server::MetricsFormat format, std::chrono::milliseconds patience) {
+        return metrics
+            ->collect(format == server::MetricsFormat::OpenMetrics ? view::MetricsFormat::OpenMetrics
+                                                                   : view::MetricsFormat::Prometheus,
+                      patience)
+            .text;
+    };
     const ProviderOutput redirected;
     auto broker = std::make_unique<broker::Broker>();
     broker->beStrict(declaredType);
@@ -167,7 +177,8 @@ int serve(const Options& options) {
 } // namespace
 
 void addServeCommand(CLI::App& app, Chosen& chosen) {
-    CLI::App* command = app.add_subcommand("serve", "Answer WBEM clients: CIM-XML over HTTP");
+    CLI::App* command =
+        app.add_subcommand("serve", "Answer WBEM clients, CIM-XML over HTTP, and Prometheus at /metrics");
     const auto options = std::make_shared<ServeOptions>();
     command->add_option("--listen", options->listen, "Address and port; port 0 is one that is free")
         ->capture_default_str();
@@ -190,6 +201,11 @@ void addServeCommand(CLI::App& app, Chosen& chosen) {
             "access read, operate or administer")
         ->check(CLI::ExistingFile)
         ->excludes(bmcUsers);
+    command
+        ->add_option("--metrics-timeout", options->metricsTimeout,
+                     "Seconds after which /metrics says that the BMC does not answer")
+        ->check(CLI::Range(1, 600))
+        ->capture_default_str();
     command->add_option("--module", options->module, "Provider module to load instead of the installed one");
     command->footer("Without --bmc-users and --users-file everybody may do everything: on loopback only.\n"
                     "Example:\n  phctl serve &\n  wbemcli ein http://localhost:5988/root/cimv2:CIM_Sensor");
