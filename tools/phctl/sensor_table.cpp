@@ -94,8 +94,11 @@ void printSensors(std::ostream& out, const std::vector<SensorLine>& lines, const
         }
         out << '\n';
     }
-    out << "States are computed from the threshold and state bits of each reading; CurrentState of CIM may "
-           "say otherwise.\n";
+    constexpr std::string_view note =
+        "States are computed from the threshold and state bits of each reading; "
+        "CurrentState of CIM may say otherwise.";
+    for (const std::string& line : wrap(note, layout.width > 0 ? layout.width : note.size()))
+        out << line << '\n';
 }
 
 ordered_json computedJson(const view::SensorRow& sensor, const view::Reading& reading) {
