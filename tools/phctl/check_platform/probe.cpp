@@ -1,5 +1,6 @@
 #include "check_platform/probe.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <fcntl.h>
@@ -35,13 +36,15 @@ int openLog() {
 
 // ---- One call
 
-Call::Call(Probe& probe, std::string arguments) : probe_(&probe), arguments_(std::move(arguments)) {}
-
-Call::Call(Call&& other) noexcept = default;
+Call::Call(Probe& probe, std::string arguments, std::vector<Output*> outputs,
+           const std::function<int()>& work)
+    : probe_(probe), arguments_(std::move(arguments)) {
+    probe_.make(*this, std::move(outputs), work);
+}
 
 Call::~Call() {
-    if (probe_ != nullptr && !isSkipped_)
-        probe_->report(*this);
+    if (!isSkipped_)
+        probe_.report(*this);
 }
 
 void Call::expect(bool holds, const std::string& fault) {
@@ -62,7 +65,7 @@ void Call::addFault(const std::string& fault) {
 
 void Call::enter(const char* step) const {
     if (isMade_)
-        probe_->tell({{"step", step}});
+        probe_.tell({{"step", step}});
 }
 
 // ---- All calls of a function
@@ -90,13 +93,11 @@ void Probe::allow(int seconds) const {
     tell({{"allow", seconds}});
 }
 
-Call Probe::make(std::string words, std::vector<Output*> outputs, const std::function<int()>& work) {
-    Call call(*this, std::move(words));
+void Probe::make(Call& call, std::vector<Output*> outputs, const std::function<int()>& work) {
     std::erase(outputs, nullptr);
-    if (calls_++ < settings_.first) {
-        call.isSkipped_ = true;
-        return call;
-    }
+    call.isSkipped_ = calls_++ < settings_.first;
+    if (call.isSkipped_)
+        return;
     tell({{"call", call.arguments_}});
     makeOnce(call, outputs, 0xA5, work);
     const auto isUntouched = [](const Output* output) { return output->isUntouched(); };
@@ -106,7 +107,6 @@ Call Probe::make(std::string words, std::vector<Output*> outputs, const std::fun
         for (const Output* output : outputs)
             call.expect(!call || !output->isUntouched(), "it succeeds without writing " + output->name());
     }
-    return call;
 }
 
 void Probe::makeOnce(Call& call, const std::vector<Output*>& outputs, std::uint8_t pattern,

@@ -27,8 +27,8 @@ class Probe;
 // One call that was made, until it is reported.
 class Call {
 public:
-    Call(Call&& other) noexcept;
-    Call& operator=(Call&&) = delete;
+    Call(const Call&) = delete;
+    Call& operator=(const Call&) = delete;
     ~Call(); // reports it
 
     // It was made and has succeeded: what it handed out may be looked at.
@@ -49,9 +49,9 @@ public:
 
 private:
     friend class Probe;
-    Call(Probe& probe, std::string arguments);
+    Call(Probe& probe, std::string arguments, std::vector<Output*> outputs, const std::function<int()>& work);
 
-    Probe* probe_;
+    Probe& probe_;
     std::string arguments_;
     bool isMade_ = false;
     bool isSkipped_ = false; // an earlier process has reported it
@@ -85,7 +85,8 @@ public:
     template <class Function, class... Arguments>
     Call call(std::string words, Arguments&&... arguments) {
         auto* const function = find<Function>(function_);
-        return make(std::move(words), {outputOf(arguments)...}, [&] { return function(arguments...); });
+        return Call(*this, std::move(words), {outputOf(arguments)...},
+                    [&] { return function(arguments...); });
     }
 
     // Calls another function, which has a check of its own, on the way to this one. Throws NotPossible when
@@ -125,7 +126,7 @@ private:
     Function* find(const char* name) const {
         return reinterpret_cast<Function*>(libraries_.find(name));
     }
-    Call make(std::string words, std::vector<Output*> outputs, const std::function<int()>& work);
+    void make(Call& call, std::vector<Output*> outputs, const std::function<int()>& work);
     void makeOnce(Call& call, const std::vector<Output*>& outputs, std::uint8_t pattern,
                   const std::function<int()>& work);
     void report(const Call& call);
