@@ -1,7 +1,9 @@
 // What phctl says to wrong usage, and where what it needs is missing.
 #include "phctl_fixture.h"
 
+#include <cstring>
 #include <iterator>
+#include <platform/smash_db.h>
 #include <sstream>
 
 namespace {
@@ -187,6 +189,21 @@ TEST_F(MissingParts, areNamedWithTheCommandThatMakesThem) {
     ASSERT_EQ(phctl({"bmc", "create", PH_MODEL}).status, 0);
     std::filesystem::remove(machine());
     EXPECT_THAT(fail({"ei", "CIM_HostComputerSystem"}), HasSubstr("there is no virtual BMC " + machine()));
+}
+
+TEST_F(MissingParts, aBmcThatIsNotVirtualIsNotOperated) {
+    ASSERT_EQ(phctl({"bmc", "create", PH_MODEL}).status, 0);
+    SMASH_DB_HANDLE handle = nullptr;
+    ASSERT_EQ(smash_db_init(&handle), 0);
+    IPMISessionInfo lan = {};
+    std::strcpy(lan.address, "192.0.2.7");
+    std::strcpy(lan.interfaceType, "0");
+    EXPECT_EQ(db_set_ipmi_session_info(handle, &lan), 0);
+    EXPECT_EQ(db_close(handle), 0);
+    for (const char* command : {"show", "clear", "faults"})
+        EXPECT_THAT(fail({"bmc", command}),
+                    AllOf(HasSubstr("the BMC at 192.0.2.7"), HasSubstr("is not a virtual BMC")));
+    EXPECT_EQ(phctl({"bmc", "show", "--state", machine()}).status, 0);
 }
 
 TEST_F(MissingParts, aNewRootHasRoomForJobs) {
