@@ -93,9 +93,8 @@ Table tableOf(const std::vector<Instance>& instances, const std::vector<Column>&
         std::vector<std::string> row;
         row.reserve(columns.size());
         for (const Column& column : columns) {
-            const std::string text = column.isMeaning
-                                         ? meaningOf(instance, column.property, how.sensors)
-                                         : cellText(instance, column.property, how.hasWords);
+            const std::string text = column.isMeaning ? meaningOf(instance, column.property, how.sensors)
+                                                      : cellText(instance, column.property, how.hasWords);
             row.push_back(text.empty() && column.isMeaning ? "-" : text);
         }
         table.add(std::move(row));
