@@ -187,6 +187,7 @@ TEST_F(MissingParts, areNamedWithTheCommandThatMakesThem) {
                 HasSubstr("there is no virtual BMC " + machine() + ": run `phctl bmc"));
     EXPECT_THAT(fail({"bmc", "show"}), HasSubstr("there is no virtual BMC " + machine()));
     ASSERT_EQ(phctl({"bmc", "create", PH_MODEL}).status, 0);
+    EXPECT_THAT(fail({"ei", "CIM_NumericSensor"}), HasSubstr("has no sensors: run `phctl sync` first"));
     std::filesystem::remove(machine());
     EXPECT_THAT(fail({"ei", "CIM_HostComputerSystem"}), HasSubstr("there is no virtual BMC " + machine()));
 }

@@ -159,7 +159,12 @@ std::string diagnose() {
     }
     // A provider may look for a row that nobody has stored yet, which is no reason for a failure.
     const std::string error = db_last_error();
-    return error.find("no such row") == std::string::npos ? error : "";
+    if (error.find("no such row") == std::string::npos && !error.empty())
+        return error;
+    const Database database = open(db_init);
+    const bool hasSensors =
+        rowCount(database, db_get_all_full_sdrs) > 0 || rowCount(database, db_get_all_compact_sdrs) > 0;
+    return hasSensors ? "" : databaseFile().string() + " has no sensors: run `phctl sync` first";
 }
 
 } // namespace phctl
