@@ -20,7 +20,7 @@ namespace {
 
 constexpr double notKnown = std::numeric_limits<double>::quiet_NaN();
 
-std::string orNotKnown(std::string text) {
+std::string orNotKnown(const std::string& text) {
     return text.empty() ? "N/A" : text;
 }
 

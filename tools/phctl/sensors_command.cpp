@@ -82,6 +82,7 @@ std::vector<view::SensorRow> chosenSensors(const SensorsOptions& options) {
     for (const std::string& pattern : options.names)
         if (std::ranges::none_of(all, [&](const auto& sensor) { return matches(pattern, sensor); })) {
             std::vector<std::string> names;
+            names.reserve(all.size());
             for (const view::SensorRow& sensor : all)
                 names.push_back(sensor.name);
             throw UsageError("there is no sensor " + pattern + didYouMean(pattern, names));
