@@ -62,7 +62,8 @@ void repairDatabase(bool isBmcGiven) {
 }
 
 int synchronise(const SyncOptions& options) {
-    repairDatabase(options.connection.isGiven());
+    if (!options.connection.isGiven())
+        repairDatabase(false); // it is to say where the BMC is
     const SessionRow row = options.connection.row();
     const ipmi::SessionSettings settings = options.connection.settings(row);
     requirePrivateRoot(settings);
@@ -72,8 +73,10 @@ int synchronise(const SyncOptions& options) {
         std::cerr << "Reading " << describe(settings) << std::endl;
     const auto bmc = ipmi::openTransport(settings);
     // The session row is stored once the BMC answers, even if what it says is of no use.
-    if (options.connection.isGiven())
+    if (options.connection.isGiven()) {
+        repairDatabase(true);
         setSessionRow(row);
+    }
     smash::SyncReport report;
     {
         Progress progress(std::cerr, isatty(STDERR_FILENO) != 0);
