@@ -24,7 +24,7 @@ std::string orNotKnown(const std::string& text) {
     return text.empty() ? "N/A" : text;
 }
 
-// "Dell Inc. (674)"
+// "NAME (NUMBER)", or the number of one whose name is not known.
 std::string manufacturerText(std::uint32_t number) {
     char name[256] = "";
     const int length = ipmi_iana_enterprise_numbers_string(number, name, sizeof name);
