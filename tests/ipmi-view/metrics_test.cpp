@@ -65,7 +65,7 @@ using Bytes = std::vector<std::uint8_t>;
 // A BMC with answers by network function and command; it gives none to a command without.
 struct PartialBmc : ipmi::Transport {
     std::map<std::pair<int, int>, Bytes> answers = {
-        {{0x06, 0x01}, {0x00, 0x20, 0x01, 0x02, 0x14, 0x02, 0xBF, 0xA2, 0x02, 0x00, 0x48, 0x50}},
+        {{0x06, 0x01}, {0x00, 0x20, 0x01, 0x02, 0x14, 0x02, 0xBF, 0xFE, 0xFF, 0x0F, 0x48, 0x50}},
         {{0x06, 0x59}, {0xC1}},
         {{0x00, 0x01}, {0x00, 0x21, 0x00, 0x04}}, // on; drive fault
         {{0x0A, 0x40}, {0x00, 0x51, 0x07, 0x00, 0xF0, 0x03, 0, 0, 0, 0, 0, 0, 0, 0, 0x00}},
@@ -94,8 +94,8 @@ class CollectedMetrics : public testing::Test {
 TEST_F(CollectedMetrics, areThoseThatTheBmcTells) {
     PartialBmc bmc;
     const std::string all = collect(bmc);
-    for (const char* line : {"ipmi_bmc_info{firmware_revision=\"2.14\",manufacturer_id=\"Dell Inc. "
-                             "(674)\",system_firmware_version=\"N/A\","
+    for (const char* line : {"ipmi_bmc_info{firmware_revision=\"2.14\",manufacturer_id=\"1048574\",system_"
+                             "firmware_version=\"N/A\","
                              "bmc_url=\"N/A\"} 1\n",
                              "ipmi_chassis_power_state 1\n", "ipmi_chassis_drive_fault_state 0\n",
                              "ipmi_chassis_cooling_fault_state 1\n", "ipmi_sel_logs_count 7\n",
