@@ -1,4 +1,5 @@
 // `phctl sensors` against OpenIPMI's BMC simulator over RMCP+, with ipmitool as the witness of each reading.
+#include "elapsed.h"
 #include "ipmi_sim.h"
 #include "phctl_program.h"
 #include "sysroot_fixture.h"
@@ -86,14 +87,21 @@ void expectAlike(const nlohmann::json& number, const std::string& witness, const
     EXPECT_NEAR(number.get<double>(), value, 0.000501 + std::abs(value) * 1e-12) << line;
 }
 
-TEST(SensorsPeer, readingsAndStatesAreThoseThatIpmitoolPrints) {
-    const IpmiSim bmc(sensors());
+class SensorsPeer : public testing::Test {
+protected:
+    void SetUp() override {
+        const auto settings = bmc.settings();
+        const Outcome synced =
+            phctl({"sync", "--lan", settings.address + ':' + std::to_string(settings.port), "--user",
+                   settings.userName, "--workaround", "opensesspriv", "--password", settings.password});
+        ASSERT_EQ(synced.status, 0) << synced.err;
+    }
+
+    const IpmiSim bmc{sensors()};
     const Sysroot sysroot;
-    const auto settings = bmc.settings();
-    const Outcome synced =
-        phctl({"sync", "--lan", settings.address + ':' + std::to_string(settings.port), "--user",
-               settings.userName, "--workaround", "opensesspriv", "--password", settings.password});
-    ASSERT_EQ(synced.status, 0) << synced.err;
+};
+
+TEST_F(SensorsPeer, readingsAndStatesAreThoseThatIpmitoolPrints) {
     const Outcome outcome = phctl({"sensors", "--json"});
     ASSERT_EQ(outcome.status, 0) << outcome.err;
     const auto published = outcome.json();
@@ -118,6 +126,16 @@ TEST(SensorsPeer, readingsAndStatesAreThoseThatIpmitoolPrints) {
             expectAlike(sensor["thresholds"][name], cells[4 + i++], line);
     }
     EXPECT_EQ(compared, sensors().size());
+}
+
+TEST_F(SensorsPeer, metricsComeInTimeFromABmcThatHangs) {
+    EXPECT_THAT(phctl({"metrics"}).out, testing::HasSubstr("ipmi_up{collector=\"ipmi\"} 1\n"));
+    bmc.pause();
+    Outcome outcome;
+    EXPECT_LT(seconds([&] { outcome = phctl({"metrics", "--timeout", "3"}); }), 5);
+    bmc.resume();
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.out, testing::HasSubstr("ipmi_up{collector=\"ipmi\"} 0\n"));
 }
 
 } // namespace
