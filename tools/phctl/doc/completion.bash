@@ -32,7 +32,7 @@ _phctl() {
         candidates=$(_phctl_commands "${words[@]}")
         if [ -z "$candidates" ]; then
             case ${words[*]} in
-            bmc* | fru | monitor* | power | sel* | sync*) ;;
+            bmc* | fru | metrics | monitor* | power | sel* | sensors | serve | sync*) ;;
             ?*) candidates=$(phctl classes 2>/dev/null | awk '/^CIM_/ {print $1}') ;;
             esac
         fi
