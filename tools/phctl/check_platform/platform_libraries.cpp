@@ -45,8 +45,14 @@ Libraries::Libraries(const char* also) {
     if (std::ranges::find(names, also) == names.end())
         names.emplace_back(also);
     for (const std::string& name : names) {
-        void* const handle = dlopen(fileOf(name).c_str(), RTLD_LAZY | RTLD_GLOBAL);
-        libraries_.push_back({name, handle, handle == nullptr ? dlerror() : ""});
+        void* handle = dlopen(fileOf(name).c_str(), RTLD_LAZY | RTLD_GLOBAL);
+        const std::string fault = handle == nullptr ? dlerror() : "";
+        // A sanitizer calls dlopen in the program's place, and then the program's search path does not count. One
+        // that is found and cannot be loaded is a fault of its own.
+        const std::string installed = phctl::installedLibrary(name.c_str());
+        if (!installed.empty() && fault.starts_with(name + ": cannot open shared object file"))
+            handle = dlopen(installed.c_str(), RTLD_LAZY | RTLD_GLOBAL);
+        libraries_.push_back({name, handle, handle == nullptr ? fault : ""});
     }
 }
 

@@ -51,7 +51,11 @@ std::unique_ptr<Row, void (*)(void*)> owned(Call& call, Out<Row*>& rows, std::si
     }
     if (*rows != nullptr) {
         call.enter("what it handed out, which is to be a block of the heap");
-        call.expect(malloc_usable_size(*rows) >= count * sizeof(Row), "the block is smaller than its rows");
+        if (malloc_usable_size(*rows) < count * sizeof(Row)) {
+            call.addFault("the block is smaller than its rows");
+            std::free(*rows);
+            return {nullptr, release};
+        }
     }
     return {*rows, release};
 }
