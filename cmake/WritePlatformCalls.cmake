@@ -1,6 +1,6 @@
 # Writes OUTPUT: FORWARD(name, failure, parameters, arguments…) for each function of the platform that HEADERS declare and
-# EXCEPT does not name, OPTIONAL(…) for those that a platform may lack, and TEXT(name) for those that return one. WRAP, if given, gets the linker's options that send
-# all uses of the former to __wrap_<name>.
+# EXCEPT does not name, OPTIONAL(…) for those that a platform may lack, and TEXT(name) for those that return one. WRAP, if
+# given, gets the linker's options that send all uses of the former to __wrap_<name>.
 cmake_minimum_required(VERSION 3.25)
 foreach(header IN LISTS HEADERS)
     file(READ ${header} text)

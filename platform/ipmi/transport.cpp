@@ -4,6 +4,7 @@
 #include "ipmi/transport_library.h"
 
 #include <algorithm>
+#include <mutex>
 #include <optional>
 #include <utility>
 
@@ -12,6 +13,12 @@ namespace {
 
 ExchangeObserver& observer() {
     static ExchangeObserver instance;
+    return instance;
+}
+
+std::mutex openFailureMutex;
+std::string& openFailure() {
+    static std::string instance;
     return instance;
 }
 
@@ -95,17 +102,7 @@ std::unique_ptr<Transport> open(const SessionSettings& settings) {
                          " is unknown; 0 is LAN, 1 the local device, 2 the virtual BMC");
 }
 
-} // namespace
-
-void observeExchanges(ExchangeObserver newObserver) {
-    observer() = std::move(newObserver);
-}
-
-void endExchangesBy(Clock::time_point deadline) {
-    processDeadline() = deadline;
-}
-
-std::unique_ptr<Transport> openTransport(const SessionSettings& settings) {
+std::unique_ptr<Transport> openForProcess(const SessionSettings& settings) {
     if (!observer() && !processDeadline())
         return open(settings);
     SessionSettings limited = settings;
@@ -117,6 +114,33 @@ std::unique_ptr<Transport> openTransport(const SessionSettings& settings) {
             static_cast<int>(std::min<std::chrono::seconds::rep>(limited.timeout, left.count()));
     }
     return std::make_unique<ProcessTransport>(open(limited));
+}
+
+} // namespace
+
+void observeExchanges(ExchangeObserver newObserver) {
+    observer() = std::move(newObserver);
+}
+
+void endExchangesBy(Clock::time_point deadline) {
+    processDeadline() = deadline;
+}
+
+std::string lastOpenFailure() {
+    const std::lock_guard lock(openFailureMutex);
+    return openFailure();
+}
+
+std::unique_ptr<Transport> openTransport(const SessionSettings& settings) {
+    try {
+        return openForProcess(settings);
+    } catch (const DeadlineError&) {
+        throw;
+    } catch (const TransportError& error) {
+        const std::lock_guard lock(openFailureMutex);
+        openFailure() = error.what();
+        throw;
+    }
 }
 
 } // namespace ipmi

@@ -101,6 +101,9 @@ PH_IPMI_EXPORT void observeExchanges(ExchangeObserver observer);
 // now on ends by then, as after Transport::endBy.
 PH_IPMI_EXPORT void endExchangesBy(Clock::time_point deadline);
 
+// Returns why a transport could last not be opened, for tools whose providers do not tell; empty when none failed.
+PH_IPMI_EXPORT std::string lastOpenFailure();
+
 // Opens the transport that the settings name. Throws TransportError; its text names the BMC, never the
 // password.
 PH_IPMI_EXPORT std::unique_ptr<Transport> openTransport(const SessionSettings& settings);

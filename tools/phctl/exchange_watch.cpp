@@ -123,7 +123,7 @@ std::string ExchangeWatch::unreadableSensors(std::size_t missing) const {
 
 std::string ExchangeWatch::lastFailure() const {
     const std::lock_guard lock(mutex_);
-    return failure_ == 0 ? std::string() : toText(failed_) + ": " + textOf(failure_);
+    return failure_ == 0 ? ipmi::lastOpenFailure() : toText(failed_) + ": " + textOf(failure_);
 }
 
 bool ExchangeWatch::hasSilence() const {

@@ -33,7 +33,8 @@ public:
     // Tells how many sensors could not be read and why: "2 sensors could not be read: …"; empty when all could.
     // `missing` are those that are known to lack: after a message without an answer a session asks no more.
     std::string unreadableSensors(std::size_t missing) const;
-    // Tells what the last refused or unanswered exchange was; empty when there was none.
+    // Tells what the last refused or unanswered exchange was, or why there was no session; empty when all went
+    // well.
     std::string lastFailure() const;
     // Tells whether the BMC left a message unanswered.
     bool hasSilence() const;
