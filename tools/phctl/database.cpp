@@ -158,7 +158,7 @@ std::string diagnose() {
         return explain(error);
     }
     // A provider may look for a row that nobody has stored yet, which is no reason for a failure.
-    const std::string error = db_last_error();
+    std::string error = db_last_error();
     if (error.find("no such row") == std::string::npos && !error.empty())
         return error;
     const Database database = open(db_init);

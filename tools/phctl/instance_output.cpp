@@ -31,7 +31,7 @@ constexpr struct {
 // Puts a property's value into words; empty where it needs none.
 std::string meaningOf(const Instance& instance, std::string_view name, const SensorLabels& sensors) {
     if (const auto computed = computedReading(instance))
-        if (const std::string text = computedText(*computed, name); !text.empty())
+        if (std::string text = computedText(*computed, name); !text.empty())
             return text;
     const std::string reading = readingText(instance.properties, name);
     return reading.empty() ? logEntryText(instance.properties, name, sensors) : reading;

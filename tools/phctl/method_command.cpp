@@ -52,7 +52,7 @@ Call callOf(const MethodOptions& options) {
     const auto take = [&] {
         if (call.arguments.empty())
             throw UsageError("the method is missing");
-        const std::string word = call.arguments.front();
+        std::string word = call.arguments.front();
         call.arguments.erase(call.arguments.begin());
         return word;
     };

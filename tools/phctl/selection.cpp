@@ -129,7 +129,7 @@ bool isComplete(const ObjectPath& path) {
     std::vector<std::string> known;
     for (const Candidate& candidate : candidates)
         known.insert(known.end(), candidate.names.begin(), candidate.names.end());
-    const std::string unreadable = requester.unreadableSensors();
+    const std::string& unreadable = requester.unreadableSensors();
     throw Failure(className + " has no instance of the name \"" + name + '"' + didYouMean(name, known) +
                   (unreadable.empty() ? "" : " (" + unreadable + ')'));
 }

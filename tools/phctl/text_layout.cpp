@@ -198,7 +198,7 @@ std::string Table::leave(std::vector<Column>& columns) const {
             break;
         }
     }
-    const std::string title = head_[gone->index];
+    std::string title = head_[gone->index];
     columns.erase(gone);
     return title;
 }
