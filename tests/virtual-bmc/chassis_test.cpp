@@ -78,7 +78,7 @@ TEST_F(Chassis, actsOnTheHostAsItIs) {
 
 // By the clock: nobody has to ask in between, and another session sees it.
 TEST_F(Chassis, takesItsTime) {
-    start(R"("softOffDelay": 100, "cycleInterval": 100)");
+    start(R"("softOffDelay": 700, "cycleInterval": 700)");
     ASSERT_EQ(control(soft), 0);
     EXPECT_TRUE(isOn());
     bmc = open();
