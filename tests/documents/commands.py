@@ -21,7 +21,7 @@ SOURCE = pathlib.Path(os.environ["PH_SOURCE_DIR"])
 ENDLESS = re.compile(r"phctl (monitor|serve)\b(?!.*--count)|--watch\b")
 ELSEWHERE = re.compile(r"--lan \[?(192\.0\.2\.|2001:db8:)|--local\b")
 UNMADE = re.compile(r"--bmc rack1\b") # configured with such a BMC
-COMMAND = re.compile(r"(phctl|export|mkdir|curl|[a-z]+=\$)")
+COMMAND = re.compile(r"(phctl|export|mkdir|curl|wbemcli|[a-z]+=\$)")
 PATIENCE = 3  # seconds
 
 
