@@ -1,6 +1,7 @@
 // What became of a call of one of the platform's functions.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 namespace phctl::check {
@@ -19,7 +20,7 @@ struct Report {
     std::string arguments; // which of its calls, in words
     Outcome outcome = Outcome::NotCalled;
     std::string remark; // why it is that outcome
-    long milliseconds = 0;
+    std::int64_t milliseconds = 0;
 };
 
 const char* nameOf(Outcome outcome); // "works", "refused", …

@@ -6,6 +6,7 @@
 #include "check_platform/output.h"
 #include "check_platform/platform_libraries.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <nlohmann/json_fwd.hpp>
@@ -57,7 +58,7 @@ private:
     bool isSkipped_ = false; // an earlier process has reported it
     bool isFailureExpected_ = false;
     int result_ = -1;
-    long milliseconds_ = 0;
+    std::int64_t milliseconds_ = 0;
     std::string remark_;
     std::vector<std::string> faults_;
 };
