@@ -1,10 +1,10 @@
 #include "arguments.h"
 
 #include "errors.h"
+#include "numbers.h"
 #include "served_classes.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <limits>
 #include <nlohmann/json.hpp>
@@ -18,45 +18,27 @@ using broker::Value;
     throw UsageError(name + ": \"" + text + "\" is not " + expected);
 }
 
-template <class Number>
-bool readNumber(std::string_view text, Number& number, int base = 10) {
-    const auto [end, error] = [&] {
-        if constexpr (std::is_floating_point_v<Number>)
-            return std::from_chars(text.data(), text.data() + text.size(), number);
-        else
-            return std::from_chars(text.data(), text.data() + text.size(), number, base);
-    }();
-    return error == std::errc{} && end == text.data() + text.size();
-}
-
-bool isHexadecimal(std::string_view text) {
-    return text.starts_with("0x") || text.starts_with("0X");
-}
-
 // The width of one of the eight CMPI integer types, in bits.
 int widthOf(CMPIType type) {
     return 8 << (type >> 4 & 3);
 }
 
 Value parseUnsigned(const std::string& name, CMPIType type, const std::string& text) {
-    const std::string_view digits = text;
-    std::uint64_t number = 0;
-    const bool read =
-        isHexadecimal(text) ? readNumber(digits.substr(2), number, 16) : readNumber(digits, number);
+    const auto number = readInteger<std::uint64_t>(text);
     const std::uint64_t highest = std::numeric_limits<std::uint64_t>::max() >> (64 - widthOf(type));
-    if (!read || number > highest)
+    if (!number || *number > highest)
         fail(name, text, "a " + broker::typeName(type) + " (0 to " + std::to_string(highest) + ")");
-    return {type, number};
+    return {type, *number};
 }
 
 Value parseSigned(const std::string& name, CMPIType type, const std::string& text) {
     const std::int64_t highest = std::numeric_limits<std::int64_t>::max() >> (64 - widthOf(type));
-    std::int64_t number = 0;
-    if (!readNumber(std::string_view(text), number) || number > highest || number < -highest - 1)
+    const auto number = readNumber<std::int64_t>(text);
+    if (!number || *number > highest || *number < -highest - 1)
         fail(name, text,
              "a " + broker::typeName(type) + " (" + std::to_string(-highest - 1) + " to " +
                  std::to_string(highest) + ")");
-    return {type, number};
+    return {type, *number};
 }
 
 Value parseScalar(const std::string& name, CMPIType type, const std::string& text,
@@ -78,10 +60,10 @@ Value parseScalar(const std::string& name, CMPIType type, const std::string& tex
         return parseSigned(name, type, text);
     case CMPI_real32:
     case CMPI_real64: {
-        double number = 0;
-        if (!readNumber(std::string_view(text), number) || !std::isfinite(number))
+        const auto number = readNumber<double>(text);
+        if (!number || !std::isfinite(*number))
             fail(name, text, "a number");
-        return {type, number};
+        return {type, *number};
     }
     case CMPI_string:
         return {type, text};

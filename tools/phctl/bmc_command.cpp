@@ -7,11 +7,11 @@
 #include "machine.h"
 #include "machine_text.h"
 #include "names.h"
+#include "numbers.h"
 #include "private_root.h"
 #include "text_layout.h"
 
 #include <algorithm>
-#include <charconv>
 #include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -71,12 +71,9 @@ fs::path modelFile(const std::string& model) {
         if (fs::path file = modelFolder() / (model + ending); fs::exists(file))
             return file;
     const auto models = installedModels();
-    std::string text = "there is no model " + model + didYouMean(model, models);
-    for (bool isFirst = true; const std::string& each : models) {
-        text += (isFirst ? "; installed are: " : ", ") + each;
-        isFirst = false;
-    }
-    throw Failure(text + "; or name a file (docs/virtual-bmc.md describes models)");
+    throw Failure("there is no model " + model + didYouMean(model, models) +
+                  (models.empty() ? "" : "; installed are: " + joined(models)) +
+                  "; or name a file (docs/virtual-bmc.md describes models)");
 }
 
 int create(const Options& options) {
@@ -122,35 +119,26 @@ int show(const Options& options) {
     return done;
 }
 
-// Raw readings are hexadecimal here as in models.
-bool isHexadecimal(std::string_view text) {
-    return text.starts_with("0x") || text.starts_with("0X");
-}
-
 std::uint8_t rawReading(const std::string& text) {
-    const std::size_t prefix = isHexadecimal(text) ? 2 : 0;
-    std::uint8_t raw = 0;
-    const char* const end = text.data() + text.size();
-    const auto [last, error] = std::from_chars(text.data() + prefix, end, raw, prefix > 0 ? 16 : 10);
-    if (error != std::errc{} || last != end)
+    const auto raw = readInteger<std::uint8_t>(text);
+    if (!raw)
         throw UsageError('"' + text + "\" is no raw reading (0 to 255, or 0x00 to 0xFF)");
-    return raw;
+    return *raw;
 }
 
 int setReading(const Options& options) {
     auto bmc = machine(options);
     const std::string& text = options->value;
+    // Raw readings are hexadecimal here as in models.
     if (options->isRaw || isHexadecimal(text)) {
         bmc.setRawReading(options->sensor, rawReading(text));
         return done;
     }
-    double value = 0;
-    const char* const end = text.data() + text.size();
-    const auto [last, error] = std::from_chars(text.data(), end, value);
-    if (error != std::errc{} || last != end)
+    const auto value = readNumber<double>(text);
+    if (!value)
         throw UsageError('"' + text +
                          "\" is no number in the sensor's unit, and no raw reading such as 0x20");
-    bmc.setReading(options->sensor, value);
+    bmc.setReading(options->sensor, *value);
     return done;
 }
 

@@ -1,6 +1,7 @@
 #include "computed_readings.h"
 
 #include "ipmi/commands.h"
+#include "served_classes.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -29,14 +30,11 @@ struct DeviceId {
 constexpr unsigned wholeSensor = 99;
 
 std::optional<DeviceId> deviceIdOf(const broker::Instance& instance) {
-    const bool isSensor = std::ranges::any_of(
-        std::initializer_list<const char*>{"CIM_Sensor", "CIM_NumericSensor"},
-        [&](const char* name) { return broker::sameName(instance.path.className, name); });
     const broker::Value* value = broker::find(instance.path.keys, "DeviceID");
     const auto* text = value != nullptr ? value->as<std::string>() : nullptr;
     DeviceId id;
     int end = 0;
-    if (!isSensor || text == nullptr ||
+    if (!isSensorClass(instance.path.className) || text == nullptr ||
         std::sscanf(text->c_str(), "%*u.%u.%*u.%u.%x.%u:%n", &id.number, &id.type, &id.readingType,
                     &id.offset, &end) != 4 ||
         end == 0)

@@ -31,13 +31,10 @@ const char* folderOf(const char* variable) {
 
 [[noreturn]] void refuseUnknown(const std::string& name) {
     const auto known = configurations();
-    std::string text = "--bmc: there is no configuration " + name + didYouMean(name, known);
-    for (bool isFirst = true; const std::string& each : known) {
-        text += (isFirst ? "; there are: " : ", ") + each;
-        isFirst = false;
-    }
-    throw UsageError(text + " (`phctl --bmc " + name + " sync` with the BMC's options, or `phctl --bmc " +
-                     name + " bmc create MODEL`, makes it)");
+    throw UsageError("--bmc: there is no configuration " + name + didYouMean(name, known) +
+                     (known.empty() ? "" : "; there are: " + joined(known)) + " (`phctl --bmc " + name +
+                     " sync` with the BMC's options, or `phctl --bmc " + name +
+                     " bmc create MODEL`, makes it)");
 }
 
 void makeFolder(const fs::path& folder) {

@@ -2,6 +2,7 @@
 
 #include "broker/value.h"
 #include "errors.h"
+#include "served_classes.h"
 #include "session_hints.h"
 #include "virtual-bmc/virtual_bmc.h"
 
@@ -83,11 +84,11 @@ void setSessionRow(const IPMISessionInfo& row) {
 }
 
 std::size_t sensorCount(std::string_view className) {
-    const bool isNumeric = broker::sameName(className, "CIM_NumericSensor");
-    if ((!isNumeric && !broker::sameName(className, "CIM_Sensor")) || !exists(databaseFile()))
+    if (!isSensorClass(className) || !exists(databaseFile()))
         return 0;
     const Database database = open(db_init);
-    return isNumeric ? rowCount(database, db_get_all_full_sdrs) : rowCount(database, db_get_all_compact_sdrs);
+    return broker::sameName(className, "CIM_NumericSensor") ? rowCount(database, db_get_all_full_sdrs)
+                                                            : rowCount(database, db_get_all_compact_sdrs);
 }
 
 SessionSettings settingsOf(const IPMISessionInfo& row) {

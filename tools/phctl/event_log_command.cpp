@@ -7,6 +7,7 @@
 #include "ipmi-view/sel_info.h"
 #include "ipmi/command.h"
 #include "log_progress.h"
+#include "numbers.h"
 #include "sensor_labels.h"
 
 #include <iostream>
@@ -91,15 +92,10 @@ int clear(const LogOptions& options) {
 }
 
 std::uint16_t recordId(const std::string& text) {
-    unsigned long id = 0;
-    std::size_t length = 0;
-    try {
-        id = std::stoul(text, &length, 0);
-    } catch (const std::logic_error&) {
-    }
-    if (length != text.size() || id == 0 || id >= 0xFFFF)
+    const auto id = readId(text);
+    if (!id || *id == 0 || *id >= 0xFFFF)
         throw UsageError('"' + text + "\" is no ID of a record (1 to 65534, or 0x1 to 0xFFFE)");
-    return static_cast<std::uint16_t>(id);
+    return static_cast<std::uint16_t>(*id);
 }
 
 int remove(const LogOptions& options) {

@@ -4,6 +4,7 @@
 #include "errors.h"
 #include "instance_output.h"
 #include "ipmi-view/fru.h"
+#include "numbers.h"
 #include "text_layout.h"
 
 #include <iostream>
@@ -68,15 +69,10 @@ void printList(const std::vector<FruDevice>& devices) {
 }
 
 std::uint8_t deviceId(const std::string& text) {
-    unsigned long id = 0;
-    std::size_t length = 0;
-    try {
-        id = std::stoul(text, &length, 0);
-    } catch (const std::logic_error&) {
-    }
-    if (length != text.size() || id > 0xFE)
+    const auto id = readId(text);
+    if (!id || *id > 0xFE)
         throw UsageError('"' + text + "\" is neither `list` nor the ID of a FRU device (0 to 254)");
-    return static_cast<std::uint8_t>(id);
+    return static_cast<std::uint8_t>(*id);
 }
 
 int run(const FruOptions& options) {

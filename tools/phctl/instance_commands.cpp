@@ -76,10 +76,6 @@ broker::Instance givenInstance(const InstanceOptions& options, broker::ObjectPat
     return instance;
 }
 
-bool isSensor(const std::string& className) {
-    return broker::sameName(className, "CIM_Sensor") || broker::sameName(className, "CIM_NumericSensor");
-}
-
 int enumerateInstances(const Options& options) {
     const auto wanted = propertyList(options);
     Remarks remarks;
@@ -89,7 +85,7 @@ int enumerateInstances(const Options& options) {
     const auto reply = requester.execute(
         {.operation = Operation::EnumerateInstances, .path = path, .properties = wanted}, remarks);
     printInstances(reply.instances, wanted, *options);
-    if (isSensor(path.className))
+    if (isSensorClass(path.className))
         warnIfStale();
     if (!options->json)
         printHostPower(requester, reply.instances, wanted);
@@ -125,7 +121,7 @@ int getInstance(const Options& options) {
         printInstance(std::cout, reply.instances.front(), how);
         printHostPower(requester, reply.instances, wanted);
     }
-    if (isSensor(paths.front().className))
+    if (isSensorClass(paths.front().className))
         warnIfStale();
     if (options->json)
         printJson(std::cout, paths.size() == 1 && !options->target.meansSeveral() ? found.front() : found);

@@ -28,14 +28,26 @@ constexpr struct {
                       {"CreationTimeStamp", "Time"},
                       {"RecordData", "Event"}};
 
-// Puts a property's value into words; empty where it needs none.
-std::string meaningOf(const Instance& instance, std::string_view name, const SensorLabels& sensors) {
-    if (const auto computed = computedReading(instance))
-        if (std::string text = computedText(*computed, name); !text.empty())
-            return text;
-    const std::string reading = readingText(instance.properties, name);
-    return reading.empty() ? logEntryText(instance.properties, name, sensors) : reading;
-}
+// Puts the values of an instance into words.
+class Meanings {
+public:
+    Meanings(const Instance& instance, const SensorLabels& sensors)
+        : instance_(instance), sensors_(sensors), computed_(computedReading(instance)) {}
+
+    // Empty for a property that needs none.
+    std::string of(std::string_view name) const {
+        if (computed_)
+            if (std::string text = computedText(*computed_, name); !text.empty())
+                return text;
+        const std::string reading = readingText(instance_.properties, name);
+        return reading.empty() ? logEntryText(instance_.properties, name, sensors_) : reading;
+    }
+
+private:
+    const Instance& instance_;
+    const SensorLabels& sensors_;
+    const std::optional<SensorLine> computed_;
+};
 
 // A value as text, with its words where they are wanted.
 std::string textOf(const Instance& instance, std::string_view name, const Value& value, bool hasWords,
@@ -75,7 +87,7 @@ std::vector<Column> columnsOf(const std::vector<Instance>& instances, const Pres
         for (const auto& [property, title] : meaningColumns)
             if (broker::sameName(name, property) &&
                 std::any_of(instances.begin(), instances.end(), [&](const Instance& instance) {
-                    return !meaningOf(instance, name, how.sensors).empty();
+                    return !Meanings(instance, how.sensors).of(name).empty();
                 }))
                 columns.push_back({title, name, true});
     }
@@ -90,10 +102,11 @@ Table tableOf(const std::vector<Instance>& instances, const std::vector<Column>&
         head.push_back(column.title);
     Table table(head);
     for (const Instance& instance : instances) {
+        const Meanings meanings(instance, how.sensors);
         std::vector<std::string> row;
         row.reserve(columns.size());
         for (const Column& column : columns) {
-            const std::string text = column.isMeaning ? meaningOf(instance, column.property, how.sensors)
+            const std::string text = column.isMeaning ? meanings.of(column.property)
                                                       : cellText(instance, column.property, how.hasWords);
             row.push_back(text.empty() && column.isMeaning ? "-" : text);
         }
@@ -123,6 +136,7 @@ std::string valueText(const Value& value) {
 
 void printInstance(std::ostream& out, const Instance& instance, const Presentation& how) {
     out << printable(broker::toText(instance.path)) << '\n';
+    const Meanings meanings(instance, how.sensors);
     std::size_t width = 0;
     for (const auto& property : instance.properties)
         if (isWanted(how.wanted, property.name))
@@ -132,7 +146,7 @@ void printInstance(std::ostream& out, const Instance& instance, const Presentati
             continue;
         out << "  " << name << std::string(width - displayWidth(name), ' ') << " = "
             << textOf(instance, name, value, how.hasWords, valueText);
-        if (const std::string meaning = meaningOf(instance, name, how.sensors); !meaning.empty())
+        if (const std::string meaning = meanings.of(name); !meaning.empty())
             out << "  (" << printable(meaning) << ')';
         out << '\n';
     }

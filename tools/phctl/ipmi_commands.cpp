@@ -2,9 +2,9 @@
 
 #include "errors.h"
 #include "names.h"
+#include "numbers.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstdio>
 #include <optional>
 
@@ -61,15 +61,6 @@ constexpr Row commands[] = {
     {"get-lan-configuration", ipmi::command::getLanConfiguration},
 };
 
-std::optional<std::uint8_t> byte(std::string_view text) {
-    const bool isHexadecimal = text.starts_with("0x") || text.starts_with("0X");
-    text.remove_prefix(isHexadecimal ? 2 : 0);
-    std::uint8_t value = 0;
-    const auto [end, error] =
-        std::from_chars(text.data(), text.data() + text.size(), value, isHexadecimal ? 16 : 10);
-    return error == std::errc{} && end == text.data() + text.size() ? std::optional(value) : std::nullopt;
-}
-
 std::vector<std::string> names() {
     std::vector<std::string> all;
     for (const Row& row : commands)
@@ -84,8 +75,8 @@ ipmi::CommandCode parseIpmiCommand(const std::string& text) {
         if (text == row.name)
             return row.command;
     if (const std::size_t colon = text.find(':'); colon != std::string::npos) {
-        const auto netFn = byte(std::string_view(text).substr(0, colon));
-        const auto command = byte(std::string_view(text).substr(colon + 1));
+        const auto netFn = readInteger<std::uint8_t>(std::string_view(text).substr(0, colon));
+        const auto command = readInteger<std::uint8_t>(std::string_view(text).substr(colon + 1));
         if (netFn && command && *netFn <= 0x3F)
             return {*netFn, *command};
     }

@@ -58,4 +58,11 @@ std::string didYouMean(std::string_view name, const std::vector<std::string>& ca
     return best.empty() ? best : "; did you mean " + best + "?";
 }
 
+std::string joined(const std::vector<std::string>& names) {
+    std::string text;
+    for (const std::string& name : names)
+        text += (text.empty() ? "" : ", ") + name;
+    return text;
+}
+
 } // namespace phctl

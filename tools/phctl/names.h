@@ -14,4 +14,7 @@ std::string nearest(std::string_view name, const std::vector<std::string>& candi
 // Returns "; did you mean X?", or nothing.
 std::string didYouMean(std::string_view name, const std::vector<std::string>& candidates);
 
+// Returns all of them, with commas.
+std::string joined(const std::vector<std::string>& names);
+
 } // namespace phctl

@@ -1,6 +1,7 @@
 #include "sensor_table.h"
 
 #include "ipmi/sensor_types.h"
+#include "names.h"
 
 #include <cmath>
 #include <map>
@@ -21,13 +22,6 @@ constexpr struct {
 } thresholdColumns[] = {{2, "LNR", "lowerNonRecoverable"}, {1, "LC", "lowerCritical"},
                         {0, "LNC", "lowerNonCritical"},    {3, "UNC", "upperNonCritical"},
                         {4, "UC", "upperCritical"},        {5, "UNR", "upperNonRecoverable"}};
-
-std::string join(const std::vector<std::string>& texts) {
-    std::string joined;
-    for (const std::string& text : texts)
-        joined += (joined.empty() ? "" : ", ") + text;
-    return joined.empty() ? "-" : joined;
-}
 
 Colour colourOf(Severity severity) {
     switch (severity) {
@@ -54,7 +48,9 @@ std::vector<std::string> cellsOf(const SensorLine& line) {
     const std::string unit = sensor.conversion ? sensor.conversion->unit() : "";
     std::vector<std::string> cells = {sensor.name, reading.value ? view::readingText(*reading.value) : "-",
                                       unit.empty() ? "-" : unit, view::nameOf(reading.severity),
-                                      reading.problem.empty() ? join(reading.events) : reading.problem};
+                                      !reading.problem.empty() ? reading.problem
+                                      : reading.events.empty() ? "-"
+                                                               : joined(reading.events)};
     for (const auto& column : thresholdColumns)
         cells.push_back(thresholdText(sensor, column.threshold));
     return cells;

@@ -52,13 +52,10 @@ std::vector<std::string> knownTypes() {
 }
 
 void require(const std::string& option, const std::string& value, const std::vector<std::string>& known) {
-    std::string list;
-    for (const std::string& each : known) {
-        if (plain(each) == plain(value))
-            return;
-        list += (list.empty() ? "" : ", ") + each;
-    }
-    throw UsageError(option + ": there is no " + value + didYouMean(value, known) + "; known are " + list);
+    if (std::ranges::any_of(known, [&](const std::string& each) { return plain(each) == plain(value); }))
+        return;
+    throw UsageError(option + ": there is no " + value + didYouMean(value, known) + "; known are " +
+                     joined(known));
 }
 
 void check(const SensorsOptions& options) {

@@ -38,4 +38,8 @@ std::vector<std::string> classNames() {
     return namesOf(schema::servedClasses());
 }
 
+bool isSensorClass(std::string_view className) {
+    return broker::sameName(className, "CIM_Sensor") || broker::sameName(className, "CIM_NumericSensor");
+}
+
 } // namespace phctl

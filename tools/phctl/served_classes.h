@@ -30,4 +30,7 @@ std::vector<std::string> namesOf(const All& all) {
 
 std::vector<std::string> classNames();
 
+// CIM_Sensor and CIM_NumericSensor, whose instances are read from the BMC.
+bool isSensorClass(std::string_view className);
+
 } // namespace phctl

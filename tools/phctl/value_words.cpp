@@ -1,26 +1,19 @@
 #include "value_words.h"
 
+#include "numbers.h"
 #include "schema/class_schema.h"
-
-#include <charconv>
-#include <optional>
 
 namespace phctl {
 namespace {
 
-std::optional<std::int64_t> number(std::string_view text) {
-    std::int64_t value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    return error == std::errc{} && end == text.data() + text.size() ? std::optional(value) : std::nullopt;
-}
-
 // "32768..65535", "..10" or "100..", of which a missing end is open.
 bool isInRange(std::string_view range, std::string_view text) {
     const std::size_t dots = range.find("..");
-    const auto value = number(text);
+    const auto value = readNumber<std::int64_t>(text);
     if (dots == std::string_view::npos || !value)
         return false;
-    const auto first = number(range.substr(0, dots)), last = number(range.substr(dots + 2));
+    const auto first = readNumber<std::int64_t>(range.substr(0, dots)),
+               last = readNumber<std::int64_t>(range.substr(dots + 2));
     return (first || last) && (!first || *first <= *value) && (!last || *value <= *last);
 }
 
