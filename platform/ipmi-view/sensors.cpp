@@ -8,12 +8,6 @@ namespace {
 constexpr std::uint8_t isUnavailable = 0x20;
 constexpr std::uint8_t isScanning = 0x40;
 
-std::string describeCode(std::uint8_t code) {
-    char number[16];
-    std::snprintf(number, sizeof number, " (%02Xh)", code);
-    return ipmi::completionCodeText(code) + std::string(number);
-}
-
 // Compares as the BMC would: at or below a lower threshold, at or above an upper one.
 std::uint16_t compare(const SensorRow& sensor, double value) {
     unsigned states = 0;
@@ -45,7 +39,7 @@ Reading decodeReading(const SensorRow& sensor, std::span<const std::uint8_t> ans
     const std::uint8_t raw = reader.u8();
     const std::uint8_t flags = reader.u8();
     if (code != ipmi::completion::success)
-        return {.problem = describeCode(code)};
+        return {.problem = ipmi::describeCompletionCode(code)};
     if (!reader.ok())
         return {.problem = "the answer is too short"};
     if ((flags & isUnavailable) != 0)

@@ -55,12 +55,6 @@ std::string describe(CommandCode command, const std::string& problem) {
     return name + problem;
 }
 
-std::string describeCode(std::uint8_t code) {
-    char number[16];
-    std::snprintf(number, sizeof number, " (%02Xh)", code);
-    return completionCodeText(code) + std::string(number);
-}
-
 } // namespace
 
 const char* completionCodeText(std::uint8_t code) {
@@ -74,8 +68,14 @@ const char* completionCodeText(std::uint8_t code) {
     return "reserved completion code";
 }
 
+std::string describeCompletionCode(std::uint8_t code) {
+    char number[16];
+    std::snprintf(number, sizeof number, " (%02Xh)", code);
+    return completionCodeText(code) + std::string(number);
+}
+
 CompletionCodeError::CompletionCodeError(CommandCode commandCode, std::uint8_t completionCode)
-    : std::runtime_error(describe(commandCode, describeCode(completionCode))),
+    : std::runtime_error(describe(commandCode, describeCompletionCode(completionCode))),
       command(commandCode),
       code(completionCode) {}
 

@@ -49,6 +49,8 @@ constexpr bool meansAbsent(std::uint8_t code) {
 
 // What a completion code means; codes that belong to one command or to an OEM are named by their range.
 const char* completionCodeText(std::uint8_t code);
+// The same with the code: "node busy (C0h)".
+std::string describeCompletionCode(std::uint8_t code);
 
 // The BMC answered with a completion code other than 00h.
 struct PH_IPMI_EXPORT CompletionCodeError : std::runtime_error {

@@ -4,6 +4,7 @@
 #include "ipmi_commands.h"
 
 #include <algorithm>
+#include <condition_variable>
 #include <ostream>
 
 namespace phctl {
@@ -19,19 +20,8 @@ constexpr std::string_view eraseLine = "\r\x1B[K";
 
 void ExchangeWatch::Wait::begin() {
     end();
-    isEnding_ = false;
     last_ = std::chrono::steady_clock::now();
-    thread_ = std::thread([this] { run(); });
-}
-
-void ExchangeWatch::Wait::end() {
-    {
-        const std::lock_guard lock(mutex_);
-        isEnding_ = true;
-    }
-    changed_.notify_all();
-    if (thread_.joinable())
-        thread_.join();
+    thread_ = std::jthread([this](const std::stop_token& stop) { run(stop); });
 }
 
 void ExchangeWatch::Wait::progress() {
@@ -39,10 +29,13 @@ void ExchangeWatch::Wait::progress() {
     last_ = std::chrono::steady_clock::now();
 }
 
-void ExchangeWatch::Wait::run() {
+void ExchangeWatch::Wait::run(const std::stop_token& stop) {
     bool isShown = false;
-    std::unique_lock lock(mutex_);
-    while (!changed_.wait_for(lock, period, [this] { return isEnding_; })) {
+    std::condition_variable_any never;
+    for (std::unique_lock lock(mutex_);;) {
+        never.wait_for(lock, stop, period, [] { return false; });
+        if (stop.stop_requested())
+            break;
         const auto waited =
             std::chrono::floor<std::chrono::seconds>(std::chrono::steady_clock::now() - last_);
         const bool isWaiting = waited >= patience;

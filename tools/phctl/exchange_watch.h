@@ -5,7 +5,6 @@
 #include "log_progress.h"
 
 #include <chrono>
-#include <condition_variable>
 #include <cstdint>
 #include <map>
 #include <mutex>
@@ -47,23 +46,21 @@ private:
     class Wait {
     public:
         Wait(std::ostream& out, bool isTerminal) : out_(out), isTerminal_(isTerminal) {}
-        ~Wait() { end(); }
+        ~Wait() = default;
         Wait(const Wait&) = delete;
         Wait& operator=(const Wait&) = delete;
         void begin();
-        void end();
+        void end() { thread_ = {}; }
         void progress(); // the BMC answered
 
     private:
-        void run();
+        void run(const std::stop_token& stop);
 
         std::ostream& out_;
         const bool isTerminal_;
         std::mutex mutex_;
-        std::condition_variable changed_;
-        bool isEnding_ = false;
         std::chrono::steady_clock::time_point last_;
-        std::thread thread_;
+        std::jthread thread_;
     };
 
     LogProgress log_;

@@ -3,6 +3,8 @@
 #include "errors.h"
 #include "ipmi/transport.h"
 
+#include <condition_variable>
+#include <mutex>
 #include <unistd.h>
 
 namespace phctl {
@@ -12,23 +14,17 @@ TimeLimit::TimeLimit(unsigned seconds, std::function<std::string()> reason)
       reason_(std::move(reason)),
       deadline_(std::chrono::steady_clock::now() + std::chrono::seconds(seconds)) {
     ipmi::endExchangesBy(deadline_);
-    thread_ = std::thread([this] {
+    thread_ = std::jthread([this](const std::stop_token& stop) {
         constexpr std::chrono::milliseconds moment(500);
-        std::unique_lock lock(mutex_);
-        if (changed_.wait_until(lock, deadline_ + moment, [this] { return isEnding_; }))
+        std::mutex mutex;
+        std::condition_variable_any never;
+        std::unique_lock lock(mutex);
+        never.wait_until(lock, stop, deadline_ + moment, [] { return false; });
+        if (stop.stop_requested())
             return;
         complain(text(), failed);
         _exit(failed);
     });
-}
-
-TimeLimit::~TimeLimit() {
-    {
-        const std::lock_guard lock(mutex_);
-        isEnding_ = true;
-    }
-    changed_.notify_all();
-    thread_.join();
 }
 
 void TimeLimit::check() const {

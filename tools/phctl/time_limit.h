@@ -2,9 +2,7 @@
 #pragma once
 
 #include <chrono>
-#include <condition_variable>
 #include <functional>
-#include <mutex>
 #include <string>
 #include <thread>
 
@@ -15,10 +13,10 @@ namespace phctl {
 class TimeLimit {
 public:
     TimeLimit(unsigned seconds, std::function<std::string()> reason);
-    ~TimeLimit();
     // Throws Failure when the time is over: what came back may be half of it.
     void check() const;
     std::chrono::steady_clock::time_point end() const { return deadline_; }
+    ~TimeLimit() = default;
     TimeLimit(const TimeLimit&) = delete;
     TimeLimit& operator=(const TimeLimit&) = delete;
 
@@ -28,10 +26,7 @@ private:
     const unsigned seconds_;
     const std::function<std::string()> reason_;
     const std::chrono::steady_clock::time_point deadline_;
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    bool isEnding_ = false;
-    std::thread thread_;
+    std::jthread thread_;
 };
 
 } // namespace phctl
