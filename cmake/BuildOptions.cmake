@@ -24,25 +24,34 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 # 64-bit off_t and time_t on the 32-bit target: state files and SEL times outlive 2038.
 add_compile_definitions(_GNU_SOURCE _FILE_OFFSET_BITS=64 _TIME_BITS=64)
 
-add_library(ph_options INTERFACE)
-target_compile_options(ph_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion
-                                            -Werror -fstack-protector-strong)
+add_library(ph_build_options INTERFACE)
+target_compile_options(ph_build_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion
+                                                  -Werror)
 # What calls the platform's libraries has PH_CALLS_PLATFORM: a function is looked up when it is called, so that a platform
 # without it serves all the rest. The price is that the table of these addresses stays writable (partial RELRO).
-target_link_options(ph_options INTERFACE
-    -Wl,-z,relro,-z,$<IF:$<BOOL:$<TARGET_PROPERTY:PH_CALLS_PLATFORM>>,lazy,now>,-z,defs)
+target_link_options(ph_build_options INTERFACE
+    -Wl,-z,relro,-z,$<IF:$<BOOL:$<TARGET_PROPERTY:PH_CALLS_PLATFORM>>,lazy,now>)
+if(NOT PH_SANITIZE) # a sanitized library resolves the runtime's symbols in the program
+    target_link_options(ph_build_options INTERFACE -Wl,-z,defs)
+endif()
+
+# What users run, as opposed to tests, is hardened, or sanitized.
+add_library(ph_options INTERFACE)
+target_link_libraries(ph_options INTERFACE ph_build_options)
 if(PH_SANITIZE)
-    add_compile_options(-fsanitize=${PH_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    # Little optimization: the inline functions of the standard library are sanitized where they are called.
+    target_compile_options(ph_options INTERFACE -O1 -fsanitize=${PH_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    target_compile_definitions(ph_options INTERFACE _GLIBCXX_ASSERTIONS)
     add_link_options(-fsanitize=${PH_SANITIZE})
-    # A sanitized library resolves the runtime's symbols in the program.
-    set_property(TARGET ph_options PROPERTY INTERFACE_LINK_OPTIONS
-        -Wl,-z,relro,-z,$<IF:$<BOOL:$<TARGET_PROPERTY:PH_CALLS_PLATFORM>>,lazy,now>)
     if(PH_LIBFUZZER)
-        add_compile_options(-fsanitize=fuzzer-no-link)
-        target_compile_options(ph_options INTERFACE -Wno-error) # warnings are those of g++; clang has others
+        target_compile_options(ph_options INTERFACE -fsanitize=fuzzer-no-link)
+        target_compile_options(ph_build_options INTERFACE -Wno-error) # warnings are those of g++; clang has others
     endif()
-elseif(NOT CMAKE_BUILD_TYPE STREQUAL Debug)
-    target_compile_options(ph_options INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+else()
+    target_compile_options(ph_options INTERFACE -fstack-protector-strong)
+    if(NOT CMAKE_BUILD_TYPE STREQUAL Debug)
+        target_compile_options(ph_options INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+    endif()
 endif()
 
 find_package(Threads REQUIRED)

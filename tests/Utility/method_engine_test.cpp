@@ -53,13 +53,10 @@ protected:
         family.invocation = rules;
         calledWith.clear();
         CMPIResult* result = scope->makeResult();
-        const CMPIStatus status = ph::engine::invoke(
-            family, {.broker = handle,
-                     .context = scope->makeContext(),
-                     .result = result,
-                     .ref = scope->make(broker::ObjectPath{"", "root/cimv2", className, keyValues}),
-                     .method = method,
-                     .out = scope->makeArgs()});
+        const CMPIStatus status =
+            ph::engine::invoke(family, handle, scope->makeContext(), result,
+                               scope->make(broker::ObjectPath{"", "root/cimv2", className, keyValues}),
+                               method, nullptr, scope->makeArgs());
         return {status.rc, broker::toString(status.msg), broker::toReply(result)};
     }
 

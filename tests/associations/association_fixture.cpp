@@ -1,4 +1,5 @@
 #include "association_fixture.h"
+#include "paths.h"
 
 #include "bmc_session.h"
 
@@ -12,7 +13,7 @@ namespace {
 
 template <class Symbol>
 Symbol* libraryHas(const char* name) {
-    void* library = dlopen(PH_LIBRARY, RTLD_LAZY);
+    void* library = dlopen(paths::library, RTLD_LAZY);
     return library != nullptr ? reinterpret_cast<Symbol*>(dlsym(library, name)) : nullptr;
 }
 
@@ -41,9 +42,9 @@ unsigned int sleep(unsigned int) {
 
 void Associations::SetUpTestSuite() {
     sysroot = std::make_unique<Sysroot>();
-    vbmc::create(stateFile(), PH_SAMPLE_SERVER);
+    vbmc::create(stateFile(), paths::sampleServer);
     synchronise(stateFile());
-    std::filesystem::create_symlink(PH_LIBRARY, sysroot->place("/usr/local/lib/libProviderHelper.so"));
+    std::filesystem::create_symlink(paths::library, sysroot->place("/usr/local/lib/libProviderHelper.so"));
 }
 
 void Associations::TearDownTestSuite() {
@@ -51,7 +52,7 @@ void Associations::TearDownTestSuite() {
 }
 
 void Associations::SetUp() {
-    broker.loadProvider(PROVIDER_MODULE, "ProviderHelper");
+    broker.loadProvider(paths::providerModule, "ProviderHelper");
     askedArrays.clear();
 }
 

@@ -1,5 +1,6 @@
 // Requests through a loaded provider, and providers' own requests.
 #include "broker/broker.h"
+#include "paths.h"
 
 #include <gmock/gmock.h>
 
@@ -31,7 +32,7 @@ Instance item(const std::string& name) {
 
 class Requests : public testing::Test {
 protected:
-    void SetUp() override { broker.loadProvider(TEST_PROVIDER, "Test"); }
+    void SetUp() override { broker.loadProvider(paths::brokerTestProvider, "Test"); }
     void TearDown() override { EXPECT_EQ(broker.liveObjects(), 0U); }
 
     Broker broker;
@@ -116,7 +117,7 @@ TEST_P(RequestsOf, associations) {
 }
 
 TEST_F(Requests, everyProviderIsAskedForAssociations) {
-    broker.loadProvider(TEST_PROVIDER, "Test", {"CIM_Other"});
+    broker.loadProvider(paths::brokerTestProvider, "Test", {"CIM_Other"});
     EXPECT_EQ(broker.associatorNames(path("CIM_Item")).paths.size(), 2U);
     EXPECT_EQ(broker.associatorNames(path("CIM_Broken")).code, CMPI_RC_ERR_FAILED);
     Broker empty;
@@ -146,7 +147,7 @@ TEST_F(Requests, doneIsTheProvidersWord) {
 
 TEST_F(Requests, classesAreServedByTheFirstModuleThatNamesThem) {
     Broker narrow;
-    narrow.loadProvider(TEST_PROVIDER, "Test", {"CIM_Item"});
+    narrow.loadProvider(paths::brokerTestProvider, "Test", {"CIM_Item"});
     EXPECT_TRUE(narrow.enumerateInstances(path("cim_item")).ok());
     const Reply reply = narrow.enumerateInstances(path("CIM_Broken"));
     EXPECT_EQ(reply.code, CMPI_RC_ERR_INVALID_CLASS);
@@ -174,7 +175,7 @@ TEST_F(Requests, loadErrorsSayWhatIsMissing) {
         return {};
     };
     EXPECT_THAT(error("/nowhere/module.so", "Test"), HasSubstr("/nowhere/module.so"));
-    EXPECT_THAT(error(TEST_PROVIDER, "Other"), HasSubstr("Other_Create_InstanceMI"));
+    EXPECT_THAT(error(paths::brokerTestProvider, "Other"), HasSubstr("Other_Create_InstanceMI"));
 }
 
 TEST_F(Requests, indicationsReachTheHandler) {

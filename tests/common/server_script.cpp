@@ -1,4 +1,5 @@
 #include "server_script.h"
+#include "paths.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -46,7 +47,7 @@ pid_t start(std::vector<std::string> words, std::unique_ptr<FILE, CloseFile>& ou
 ServerScript::ServerScript(const std::string& script, std::filesystem::path record,
                            std::vector<std::string> arguments)
     : record_(std::move(record)) {
-    std::vector<std::string> words{SERVER_SCRIPTS "/" + script, "--record", record_.string()};
+    std::vector<std::string> words{std::string(paths::scripts) + "/" + script, "--record", record_.string()};
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::unique_ptr<FILE, CloseFile> out;
     process_ = start(std::move(words), out);

@@ -2,26 +2,20 @@
 // no session, handle or object left behind.
 #include "conformance_fixture.h"
 #include "failing_allocation.h"
+#include "sampling.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 namespace {
 
 using broker::Reply;
 using broker::Request;
 
-// An emulated processor, which has the same failures, tries only each so many of them (PH_FAULT_STEP).
-unsigned step() {
-    const char* text = std::getenv("PH_FAULT_STEP");
-    return text != nullptr ? std::max(1U, static_cast<unsigned>(std::strtoul(text, nullptr, 10))) : 1;
-}
-
 // Requests allocate and call once a record and property: of many places those tried are spread over all.
 std::vector<unsigned> tried(unsigned count) {
     constexpr unsigned mostTried = 24;
     std::vector<unsigned> numbers;
-    const unsigned most = std::min(count, mostTried / step());
+    const unsigned most = std::min(count, std::max(1U, mostTried / sampling()));
     for (unsigned i = 0; i < most; ++i)
         numbers.push_back(1 + (most > 1 ? i * (count - 1) / (most - 1) : 0));
     return numbers;
@@ -62,7 +56,7 @@ TEST_P(ConformanceFaults, survivesAllocationsThatFail) {
         platformCalls.records = false;
         const Reply undisturbed = tested.answer(request);
         bool hasFailed = true;
-        for (unsigned nth = 1; hasFailed; nth += step()) {
+        for (unsigned nth = 1; hasFailed; nth += sampling()) {
             SCOPED_TRACE("allocation " + std::to_string(nth) + " fails");
             machine().restore();
             failAllocation(nth);

@@ -1,4 +1,5 @@
 // What tools/deploy-check says of machines that lack one thing or another.
+#include "paths.h"
 #include "sysroot_fixture.h"
 
 #include <array>
@@ -20,8 +21,8 @@ protected:
     };
     // With these commands before the machine's own, which no object manager is to be among.
     Outcome run(const std::string& arguments = {}) const {
-        const std::string command = "PATH='" + sysroot.place("/manager").string() +
-                                    "':/usr/bin:/bin '" DEPLOY_CHECK "' " + arguments + " 2>&1";
+        const std::string command = "PATH='" + sysroot.place("/manager").string() + "':/usr/bin:/bin '" +
+                                    paths::deployCheck + "' " + arguments + " 2>&1";
         std::FILE* const output = popen(command.c_str(), "r");
         Outcome outcome{};
         std::array<char, 4096> part{};
@@ -34,7 +35,7 @@ protected:
     void deploy() const {
         const auto link = [&](std::string_view path) {
             std::filesystem::create_directories(sysroot.place(path).parent_path());
-            std::filesystem::create_symlink(PROVIDER_MODULE, sysroot.place(path));
+            std::filesystem::create_symlink(paths::providerModule, sysroot.place(path));
         };
         link("/usr/local/lib/cmpi/libProviderHelperProviders.so");
         for (const char* name : {"libProviderHelper.so", "libinterop_provider.so", "libEventLogDes.so"})
@@ -55,7 +56,7 @@ protected:
                                                std::string(sensorClass) + " };' ;; esac");
     }
     static std::string registration() {
-        std::ifstream file(REGISTRATION);
+        std::ifstream file(paths::moduleRegistration);
         return {std::istreambuf_iterator<char>(file), {}};
     }
 };

@@ -1,4 +1,5 @@
 // SEL records in words, through the library as it is opened at run time.
+#include "paths.h"
 #include "platform/event_descriptions.h"
 
 #include <array>
@@ -38,7 +39,7 @@ private:
     struct Close {
         void operator()(void* library) const { dlclose(library); }
     };
-    std::unique_ptr<void, Close> library_{dlopen(EVENT_TEXTS, RTLD_LAZY)};
+    std::unique_ptr<void, Close> library_{dlopen(paths::eventTexts, RTLD_LAZY)};
 };
 
 // A system event; the upper half of data 1 says what data 2 and 3 hold, which must not disturb.

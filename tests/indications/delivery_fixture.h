@@ -2,6 +2,7 @@
 #pragma once
 
 #include "managed_bmc.h"
+#include "paths.h"
 #include "provider_helper/alert_delivery.h"
 #include "sensor_rows.h"
 
@@ -30,7 +31,7 @@ protected:
     void install(const char* module, const char* absolutePath) const {
         std::filesystem::create_symlink(module, sysroot.place(absolutePath));
     }
-    void installEventTexts(const char* module = PH_EVENT_TEXTS) const {
+    void installEventTexts(const char* module = paths::standInEventTexts) const {
         install(module, "/usr/local/lib/libEventLogDes.so");
     }
 

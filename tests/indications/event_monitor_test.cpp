@@ -2,6 +2,7 @@
 // test.
 #include "broker/object_manager.h"
 #include "delivery_fixture.h"
+#include "paths.h"
 
 #include <atomic>
 #include <cmpimacs.h>
@@ -114,7 +115,7 @@ TEST_F(EventMonitor, doesNotStartWithoutItsSurroundings) {
                   ReadSELEvents_And_Deliver(nullptr);
               }),
               std::pair(std::string("QOM Linkage error - Unable to start indication monitor thread \n"), 3));
-    install(PH_INTEROP, "/usr/local/lib/libinterop_provider.so");
+    install(paths::standInInterop, "/usr/local/lib/libinterop_provider.so");
     EXPECT_THAT(inProcess([] {
                     PH_Init_Indication(); // no broker yet
                     ReadSELEvents_And_Deliver(nullptr);
@@ -153,7 +154,7 @@ TEST_F(EventMonitor, removesThePipe) {
 }
 
 TEST_F(EventMonitor, deliversWhateverThePipeHolds) {
-    install(PH_INTEROP, "/usr/local/lib/libinterop_provider.so");
+    install(paths::standInInterop, "/usr/local/lib/libinterop_provider.so");
     const broker::ObjectManager objectManager(broker);
     PH_Init_Indication();
     ASSERT_NE(g_InteropLibHandle, nullptr);

@@ -1,5 +1,6 @@
 // Events of the log as alerts.
 #include "delivery_fixture.h"
+#include "paths.h"
 
 namespace {
 
@@ -106,7 +107,7 @@ TEST_F(SelAlerts, doWithoutTheDescriptionLibrary) {
 }
 
 TEST_F(SelAlerts, askNoFurtherWhereAnEntryIsMissing) {
-    installEventTexts(PH_EVENT_TEXTS_WITHOUT_SEVERITY);
+    installEventTexts(paths::standInEventTextsWithoutSeverity);
     const AlertRecord alert = alertOf(thresholdEvent());
     EXPECT_STREQ(alert.MessageArguments[4], "Temperature");
     EXPECT_STREQ(alert.Description, "");

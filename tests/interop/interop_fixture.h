@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cim_values.h"
+#include "paths.h"
 #include "platform/interop.h"
 
 #include <dlfcn.h>
@@ -39,7 +40,7 @@ private:
     template <class Function>
     static Function find(const char* entry) {
         // Stays open, as in an object manager.
-        static void* const library = dlopen(INTEROP_LIBRARY, RTLD_LAZY);
+        static void* const library = dlopen(paths::interopLibrary, RTLD_LAZY);
         return library != nullptr ? reinterpret_cast<Function>(dlsym(library, entry)) : nullptr;
     }
     GenerateIndicationResponse generate_ =

@@ -1,6 +1,7 @@
 // Which libraries a process loads for its sessions. This program is not linked to libphipmi: it loads a copy,
 // beside which it puts the libraries that it wants found.
 #include "ipmi/transport.h"
+#include "paths.h"
 
 #include <dlfcn.h>
 #include <gmock/gmock.h>
@@ -33,7 +34,7 @@ bool isLoaded(const char* name) {
 class TransportLibrary : public SysrootFixture {
 protected:
     void SetUp() override {
-        fs::copy(fs::path(PH_LIBRARIES) / "libphipmi.so", sysroot.place("/usr/local/lib"));
+        fs::copy(fs::path(paths::libraries) / "libphipmi.so", sysroot.place("/usr/local/lib"));
         void* const library = dlopen(sysroot.place("/usr/local/lib/libphipmi.so").c_str(), RTLD_NOW);
         ASSERT_NE(library, nullptr) << dlerror();
         open_ = reinterpret_cast<decltype(open_)>(
@@ -41,7 +42,7 @@ protected:
         ASSERT_NE(open_, nullptr) << dlerror();
     }
     void provide(const char* library, const char* as) const {
-        fs::copy(fs::path(PH_LIBRARIES) / library, sysroot.place("/usr/local/lib") / as,
+        fs::copy(fs::path(paths::libraries) / library, sysroot.place("/usr/local/lib") / as,
                  fs::copy_options::overwrite_existing);
     }
     // Empty for a transport that opens.

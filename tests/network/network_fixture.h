@@ -4,6 +4,7 @@
 #include "ipmi/lan_configuration.h"
 #include "ipmi/oem_commands.h"
 #include "managed_bmc.h"
+#include "paths.h"
 #include "provider_helper/network.h"
 
 inline constexpr char twoLans[] = R"({"lans": [
@@ -18,7 +19,7 @@ inline constexpr char twoLans[] = R"({"lans": [
 
 class Network : public ManagedBmc {
 protected:
-    Network() : ManagedBmc(twoLans) { broker.loadProvider(TEST_PROVIDERS, "ProviderHelper"); }
+    Network() : ManagedBmc(twoLans) { broker.loadProvider(paths::providerModule, "ProviderHelper"); }
 
     // A member of what the BMC says of a LAN ("eth0").
     std::string lan(const char* name, const char* member) const {

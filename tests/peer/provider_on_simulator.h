@@ -5,6 +5,7 @@
 #include "bmc_session.h"
 #include "cim_values.h"
 #include "ipmi_sim.h"
+#include "paths.h"
 
 #include <gmock/gmock.h>
 #include <sysroot_fixture.h>
@@ -15,9 +16,9 @@ protected:
         : bmc(ph_test::thresholdSensors(1), sysroot.place("/chassis").string(), moreCommands) {
         storeSession(bmc.settings());
         // Associations look the library up there.
-        std::filesystem::create_symlink(PH_LIBRARY, sysroot.place("/usr/local/lib/libProviderHelper.so"));
+        std::filesystem::create_symlink(paths::library, sysroot.place("/usr/local/lib/libProviderHelper.so"));
         write("/conf/system_names.ini", "[names]\nsp = sim\n");
-        broker.loadProvider(PROVIDERS, "ProviderHelperProviders");
+        broker.loadProvider(paths::providerModule, "ProviderHelperProviders");
     }
 
     std::string ipmitool(const std::string& arguments) const { return bmc.ipmitool(arguments); }

@@ -1,4 +1,5 @@
 // The virtual BMC's alerts: where they go, and what an event gives rise to.
+#include "paths.h"
 #include "phctl_fixture.h"
 
 #include <array>
@@ -18,7 +19,7 @@ using Bytes = std::vector<std::uint8_t>;
 
 class Alerts : public ph_test::PhctlTest {
 protected:
-    void SetUp() override { succeed({"bmc", "create", PH_MODEL, "--replace"}); }
+    void SetUp() override { succeed({"bmc", "create", paths::sampleServer, "--replace"}); }
 
     static nlohmann::json shown(const std::string& part) {
         return succeed({"bmc", "show", part, "--json"}).json()[part];

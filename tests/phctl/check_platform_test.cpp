@@ -1,4 +1,5 @@
 // check-platform: on the reference platform, and on one that breaks its contract everywhere.
+#include "paths.h"
 #include "phctl_fixture.h"
 
 #include <algorithm>
@@ -59,7 +60,7 @@ TEST_F(CheckPlatform, noFunctionIsForgotten) {
     std::set<std::string> declared{
 #include "platform_functions.inc"
     };
-    const LibraryFolder stubs(PH_STUB_PLATFORM);
+    const LibraryFolder stubs(paths::stubPlatform);
     for (const json& call : check({}, 0)) {
         const std::string name = call["function"];
         if (declared.erase(name) > 0) {
@@ -71,7 +72,7 @@ TEST_F(CheckPlatform, noFunctionIsForgotten) {
 }
 
 TEST_F(CheckPlatform, whatBreaksTheContractIsTold) {
-    const LibraryFolder bad(PH_BAD_PLATFORM);
+    const LibraryFolder bad(paths::badPlatform);
     const json calls = check({"--timeout", "1"}, 1);
     const struct {
         const char* function;

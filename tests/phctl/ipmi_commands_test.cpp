@@ -1,4 +1,5 @@
 // What is asked of a BMC over IPMI, beside the providers: its power, its event log, its FRU devices.
+#include "paths.h"
 #include "phctl_fixture.h"
 
 namespace {
@@ -11,7 +12,7 @@ using testing::HasSubstr;
 
 class IpmiCommands : public ph_test::PhctlTest {
 protected:
-    void SetUp() override { succeed({"bmc", "create", PH_MODEL, "--replace"}); }
+    void SetUp() override { succeed({"bmc", "create", paths::sampleServer, "--replace"}); }
 };
 
 TEST_F(IpmiCommands, powerIsToldAndChanged) {
@@ -64,7 +65,7 @@ TEST_F(IpmiCommands, sensorsOfEventsAreThoseOfTheBmcThatIsAsked) {
 TEST_F(IpmiCommands, frusAreReadFieldByField) {
     const auto first = succeed({"fru", "0", "--json"}).json()[0];
     EXPECT_EQ(first["problems"].size(), 0u);
-    const auto model = nlohmann::json::parse(std::ifstream(PH_MODEL))["frus"][0];
+    const auto model = nlohmann::json::parse(std::ifstream(paths::sampleServer))["frus"][0];
     std::size_t found = 0;
     for (const auto& field : first["fields"])
         found += field["area"] == "Board" && field["name"] == "Serial number" &&

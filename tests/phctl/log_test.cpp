@@ -1,4 +1,5 @@
 // The event log: the virtual BMC's from outside, and its entries as they are read.
+#include "paths.h"
 #include "phctl_fixture.h"
 
 #include <fstream>
@@ -13,7 +14,7 @@ using testing::HasSubstr;
 
 class Log : public ph_test::PhctlTest {
 protected:
-    void SetUp() override { succeed({"bmc", "create", PH_MODEL, "--replace"}); }
+    void SetUp() override { succeed({"bmc", "create", paths::sampleServer, "--replace"}); }
 
     static void addSamples() {
         EXPECT_EQ(succeed({"bmc", "sel", "add", "CPU1 Temp", "9"}).out, "Added record 1\n");

@@ -1,4 +1,5 @@
 // cm: method values, out-arguments, and the jobs that methods start.
+#include "paths.h"
 #include "phctl_fixture.h"
 
 #include <chrono>
@@ -18,7 +19,7 @@ using Methods = ph_test::PhctlTest;
 Outcome start(const std::string& method, const std::string& polls, const std::string& end,
               const std::vector<std::string>& options) {
     std::vector<std::string> arguments = {
-        "cm", "CIM_Thing.Name=\"x\"", method, "Polls=" + polls, "End=" + end, "--module", PH_JOB_MODULE};
+        "cm", "CIM_Thing.Name=\"x\"", method, "Polls=" + polls, "End=" + end, "--module", paths::jobProvider};
     arguments.insert(arguments.end(), options.begin(), options.end());
     return phctl(arguments);
 }

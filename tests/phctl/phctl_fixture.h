@@ -2,6 +2,7 @@
 // sync.
 #pragma once
 
+#include "paths.h"
 #include "phctl_program.h"
 #include "sysroot_fixture.h"
 
@@ -14,7 +15,7 @@ class PhctlTest : public testing::Test {
 protected:
     static void SetUpTestSuite() {
         sysroot = std::make_unique<Sysroot>();
-        ASSERT_EQ(phctl({"bmc", "create", PH_MODEL}).status, 0);
+        ASSERT_EQ(phctl({"bmc", "create", paths::sampleServer}).status, 0);
         ASSERT_EQ(phctl({"sync"}).status, 0);
     }
     static void TearDownTestSuite() { sysroot.reset(); }

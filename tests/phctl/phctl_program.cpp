@@ -1,4 +1,5 @@
 #include "phctl_program.h"
+#include "paths.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -43,7 +44,7 @@ std::vector<std::string> commandLine(const std::vector<std::string>& arguments) 
     std::istringstream emulator(PH_EMULATOR);
     for (std::string word; std::getline(emulator, word, '|');)
         words.push_back(word);
-    words.emplace_back(PH_PHCTL);
+    words.emplace_back(paths::phctl);
     words.insert(words.end(), arguments.begin(), arguments.end());
     return words;
 }

@@ -1,4 +1,5 @@
 // What phctl says to wrong usage, and where what it needs is missing.
+#include "paths.h"
 #include "phctl_fixture.h"
 
 #include <cstring>
@@ -85,7 +86,7 @@ TEST_F(Usage, everyCommandHelpsWithAnExample) {
 }
 
 TEST_F(Usage, failuresOfTheMachineEndWithStatus1) {
-    EXPECT_THAT(fail({"bmc", "create", PH_MODEL}, 1), HasSubstr("bmc.state"));
+    EXPECT_THAT(fail({"bmc", "create", paths::sampleServer}, 1), HasSubstr("bmc.state"));
     EXPECT_THAT(
         fail({"bmc", "create", "sample-sever", "--replace"}, 1),
         HasSubstr("no model sample-sever; did you mean sample-server?; installed are: sample-server"));
@@ -151,7 +152,7 @@ TEST_F(Usage, configurationsKeepBmcsApart) {
     EXPECT_EQ(phctl({"--bmc", "one", "sync", "--virtual", "/nowhere.state"}).status, 1);
     EXPECT_EQ(succeed({"bmcs", "--json"}).json().size(), 0u) << "of a BMC that is not there nothing stays";
     for (const char* name : {"one", "two.2"}) {
-        succeed({"--bmc", name, "bmc", "create", PH_MODEL});
+        succeed({"--bmc", name, "bmc", "create", paths::sampleServer});
         EXPECT_EQ(phctl({"--bmc", name, "sync"}).status, 0);
     }
     EXPECT_EQ(std::filesystem::status(state + "/provider-helper/one").permissions(),
@@ -186,14 +187,14 @@ TEST_F(MissingParts, areNamedWithTheCommandThatMakesThem) {
     EXPECT_THAT(fail({"sync", "--virtual"}),
                 HasSubstr("there is no virtual BMC " + machine() + ": run `phctl bmc"));
     EXPECT_THAT(fail({"bmc", "show"}), HasSubstr("there is no virtual BMC " + machine()));
-    ASSERT_EQ(phctl({"bmc", "create", PH_MODEL}).status, 0);
+    ASSERT_EQ(phctl({"bmc", "create", paths::sampleServer}).status, 0);
     EXPECT_THAT(fail({"ei", "CIM_NumericSensor"}), HasSubstr("has no sensors: run `phctl sync` first"));
     std::filesystem::remove(machine());
     EXPECT_THAT(fail({"ei", "CIM_HostComputerSystem"}), HasSubstr("there is no virtual BMC " + machine()));
 }
 
 TEST_F(MissingParts, aBmcThatIsNotVirtualIsNotOperated) {
-    ASSERT_EQ(phctl({"bmc", "create", PH_MODEL}).status, 0);
+    ASSERT_EQ(phctl({"bmc", "create", paths::sampleServer}).status, 0);
     SMASH_DB_HANDLE handle = nullptr;
     ASSERT_EQ(smash_db_init(&handle), 0);
     IPMISessionInfo lan = {};
@@ -209,7 +210,7 @@ TEST_F(MissingParts, aBmcThatIsNotVirtualIsNotOperated) {
 
 TEST_F(MissingParts, aNewRootHasRoomForJobs) {
     std::filesystem::remove_all(sysroot.place("/tmp"));
-    ASSERT_EQ(phctl({"bmc", "create", PH_MODEL}).status, 0);
+    ASSERT_EQ(phctl({"bmc", "create", paths::sampleServer}).status, 0);
     ASSERT_EQ(phctl({"sync"}).status, 0);
     std::string port = phctl({"ein", "CIM_EthernetPort"}).out;
     port.resize(port.find('\n'));
@@ -235,7 +236,7 @@ TEST_F(MissingParts, damagedFilesAreNamed) {
 
 TEST_F(MissingParts, aMachineElsewhereIsReachedThroughTheDatabase) {
     const std::string file = sysroot.place("/tmp/other.state");
-    ASSERT_EQ(phctl({"bmc", "create", PH_MODEL, "--state", file}).status, 0);
+    ASSERT_EQ(phctl({"bmc", "create", paths::sampleServer, "--state", file}).status, 0);
     EXPECT_FALSE(std::filesystem::exists(machine()));
     ASSERT_EQ(phctl({"sync"}).status, 0);
     ASSERT_EQ(phctl({"bmc", "set-reading", "CPU1 Temp", "60"}).status, 0);
@@ -244,7 +245,7 @@ TEST_F(MissingParts, aMachineElsewhereIsReachedThroughTheDatabase) {
 }
 
 TEST_F(MissingParts, syncReportsRowsRemarksAndSparseProgress) {
-    ASSERT_EQ(phctl({"bmc", "create", PH_MODEL}).status, 0);
+    ASSERT_EQ(phctl({"bmc", "create", paths::sampleServer}).status, 0);
     ASSERT_EQ(phctl({"bmc", "fault", "get-device-guid", "--code", "0xC1"}).status, 0);
     const Outcome outcome = phctl({"sync", "--virtual", "--json"});
     ASSERT_EQ(outcome.status, 0) << outcome.err;
@@ -261,7 +262,7 @@ TEST_F(MissingParts, syncReportsRowsRemarksAndSparseProgress) {
 }
 
 TEST_F(MissingParts, syncFailsForDroppedRecordsAndRepairsTheDatabase) {
-    ASSERT_EQ(phctl({"bmc", "create", PH_MODEL}).status, 0);
+    ASSERT_EQ(phctl({"bmc", "create", paths::sampleServer}).status, 0);
     ASSERT_EQ(phctl({"bmc", "fault", "read-fru-data", "--short", "1", "--skip", "3", "--calls", "1"}).status,
               0);
     Outcome outcome = phctl({"sync"});

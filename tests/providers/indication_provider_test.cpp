@@ -1,6 +1,7 @@
 // The indication provider, loaded and unloaded as object managers do. The monitor that it starts stays: this
 // is a process of its own.
 #include "broker/object_manager.h"
+#include "paths.h"
 
 #include <platform/sel_event_message.h>
 
@@ -17,14 +18,14 @@ namespace {
 class IndicationProvider : public SysrootFixture {
 protected:
     IndicationProvider() {
-        std::filesystem::create_symlink(INTEROP_LIBRARY,
+        std::filesystem::create_symlink(paths::interopLibrary,
                                         sysroot.place("/usr/local/lib/libinterop_provider.so"));
     }
     // Loads the module, asks its provider to clean up, and unloads it whatever it answers: not every object
     // manager looks.
     void reload() {
         using Create = CMPIIndicationMI* (*)(const CMPIBroker*, const CMPIContext*, CMPIStatus*);
-        void* const module = dlopen(PROVIDER_MODULE, RTLD_NOW);
+        void* const module = dlopen(paths::providerModule, RTLD_NOW);
         const auto create = reinterpret_cast<Create>(dlsym(module, "ProviderHelper_Create_IndicationMI"));
         providers.push_back(create(broker.handle(), nullptr, nullptr));
         EXPECT_EQ(cleanUp(providers.back(), false), CMPI_RC_NEVER_UNLOAD);

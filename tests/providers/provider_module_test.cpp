@@ -1,6 +1,7 @@
 // Requests down the whole road: broker, provider module, library, hooks, virtual BMC and database.
 #include "bmc_session.h"
 #include "cim_values.h"
+#include "paths.h"
 #include "virtual-bmc/virtual_bmc.h"
 
 #include <platform/support.h>
@@ -45,9 +46,9 @@ protected:
     // A database that was filled from the sample server.
     void SetUp() override {
         const auto stateFile = sysroot.place("/var/lib/virtual-bmc/bmc.state");
-        vbmc::create(stateFile, PH_SAMPLE_SERVER);
+        vbmc::create(stateFile, paths::sampleServer);
         synchronise(stateFile);
-        broker.loadProvider(PROVIDER_MODULE, "ProviderHelper");
+        broker.loadProvider(paths::providerModule, "ProviderHelper");
     }
     void TearDown() override { EXPECT_EQ(broker.liveObjects(), 0U); }
 
@@ -145,7 +146,7 @@ TEST_F(ProviderModule, unknownClassesAreRefused) {
 TEST_F(ProviderModule, entryPointsForEveryObjectManager) {
     for (const char* name : {"ProviderHelper", "ProviderHelperProviders"}) {
         Broker other;
-        other.loadProvider(PROVIDER_MODULE, name);
+        other.loadProvider(paths::providerModule, name);
         EXPECT_TRUE(other.enumerateInstanceNames(path("CIM_HostComputerSystem")).ok()) << name;
         EXPECT_EQ(other.deleteInstance(path("CIM_Sensor")).code, CMPI_RC_ERR_NOT_SUPPORTED) << name;
         EXPECT_EQ(other.invokeMethod(path("CIM_Sensor"), "Reset").code, CMPI_RC_ERR_NOT_SUPPORTED) << name;
@@ -155,7 +156,7 @@ TEST_F(ProviderModule, entryPointsForEveryObjectManager) {
 
 TEST_F(ProviderModule, statusIsOptional) {
     using Create = CMPIInstanceMI* (*)(const CMPIBroker*, const CMPIContext*, CMPIStatus*);
-    void* module = dlopen(PROVIDER_MODULE, RTLD_NOW);
+    void* module = dlopen(paths::providerModule, RTLD_NOW);
     ASSERT_NE(module, nullptr) << dlerror();
     const auto create = reinterpret_cast<Create>(dlsym(module, "ProviderHelper_Create_InstanceMI"));
     ASSERT_NE(create, nullptr);

@@ -1,4 +1,5 @@
 // The files that object managers are given.
+#include "paths.h"
 #include "schema/class_schema.h"
 
 #include <fstream>
@@ -14,7 +15,7 @@ namespace {
 using testing::Contains;
 using testing::IsSupersetOf;
 
-std::string content(const std::string& name, const std::string& directory = SCHEMA_FILES) {
+std::string content(const std::string& name, const std::string& directory = paths::schemaFiles) {
     std::ifstream file(directory + '/' + name);
     EXPECT_TRUE(file) << name;
     return {std::istreambuf_iterator<char>(file), {}};
@@ -72,8 +73,9 @@ TEST(SchemaFiles, theExtensionHasWhatDmtfLacks) {
 }
 
 TEST(SchemaFiles, areDescribedInTheDocuments) {
-    EXPECT_TRUE(content("classes.md") == content("classes.md", DOCUMENTS))
-        << "docs/classes.md is not what the build wrote: copy " << SCHEMA_FILES << "/classes.md over it.";
+    EXPECT_TRUE(content("classes.md") == content("classes.md", paths::documents))
+        << "docs/classes.md is not what the build wrote: copy " << paths::schemaFiles
+        << "/classes.md over it.";
 }
 
 TEST(SchemaFiles, registerEveryClass) {

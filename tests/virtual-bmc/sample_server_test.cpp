@@ -1,4 +1,5 @@
 // The sample server, as sync finds it.
+#include "paths.h"
 #include "virtual_bmc_fixture.h"
 
 #include "smash-db/sync/sync.h"
@@ -14,7 +15,7 @@ using testing::IsEmpty;
 class SampleServer : public VirtualBmcFixture {
 protected:
     void SetUp() override {
-        vbmc::create(stateFile, PH_SAMPLE_SERVER);
+        vbmc::create(stateFile, paths::sampleServer);
         bmc = open();
         report = smash::sync(*bmc);
         sensors = vbmc::VirtualBmc(stateFile).describe()["sensors"];

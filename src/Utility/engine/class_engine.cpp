@@ -302,32 +302,53 @@ bool collectMatching(const ClassFamily& family, RecordStore& store, CMPIString**
     return found;
 }
 
+// Reads and writes a pointer to records whose type the engine does not know: all pointers look alike.
+void* pointerAt(const void* address) {
+    void* pointer = nullptr;
+    std::memcpy(&pointer, address, sizeof pointer);
+    return pointer;
+}
+void setPointerAt(void* address, void* pointer) {
+    std::memcpy(address, &pointer, sizeof pointer);
+}
+
+CMPIStatus change(RequestHandler handler, const char* refusal, const Request& request) {
+    if (handler == nullptr)
+        return fail(request.broker, CMPI_RC_ERR_NOT_SUPPORTED, refusal);
+    try {
+        return handler(request);
+    } catch (...) {
+        return fail(request.broker, CMPI_RC_ERR_FAILED, "Out of memory");
+    }
+}
+
 } // namespace
 
-int enumerateAll(const ClassFamily& family, void** records, int* count, int namesOnly) {
-    RecordStore store(*records, *count, family.recordSize, family.properties);
+int enumerateAll(const ClassFamily& family, void* records, int* count, int namesOnly) {
+    RecordStore store(pointerAt(records), *count, family.recordSize, family.properties);
     const int result =
         guarded(-1, [&] { return family.enumerate(store, namesOnly != 0 ? Detail::Names : Detail::All); });
     if (result == 0)
         store.commit();
     const bool isKept = result == 0 || !family.failureFreesAll;
     *count = isKept ? store.committed() : 0;
-    *records = isKept ? store.release() : nullptr;
+    setPointerAt(records, isKept ? store.release() : nullptr);
     return result == 0 ? 0 : -1;
 }
 
-int get(const ClassFamily& family, void** record, CMPIString** keyValues) {
+int get(const ClassFamily& family, void* record, CMPIString** keyValues) {
     RecordStore store(nullptr, 0, family.recordSize, family.properties);
     const bool found = guarded(false, [&] { return collectMatching(family, store, keyValues); });
-    *record = store.release();
+    setPointerAt(record, store.release());
     return found ? 0 : -1;
 }
 
-void clean(const ClassFamily& family, void** records, int count) {
-    for (int i = 0; *records != nullptr && i < count; ++i)
-        cleanRecord(family.properties, static_cast<char*>(*records) + family.recordSize * i);
-    std::free(*records);
-    *records = nullptr;
+void clean(const ClassFamily& family, void* records, int count) {
+    void* const first = pointerAt(records);
+    for (int i = 0; first != nullptr && i < count; ++i)
+        cleanRecord(family.properties, static_cast<char*>(first) + family.recordSize * i);
+    std::free(first);
+    setPointerAt(records, nullptr);
 }
 
 bool hasInstance(const ClassFamily& family, CMPIString** keyValues) {
@@ -424,14 +445,28 @@ void getInstance(const ClassFamily& family, const CMPIBroker* broker, const CMPI
     fail(broker, status, CMPI_RC_ERR_FAILED, "Failed to Get Instance");
 }
 
-CMPIStatus change(RequestHandler handler, const char* refusal, const Request& request) {
-    if (handler == nullptr)
-        return fail(request.broker, CMPI_RC_ERR_NOT_SUPPORTED, refusal);
-    try {
-        return handler(request);
-    } catch (...) {
-        return fail(request.broker, CMPI_RC_ERR_FAILED, "Out of memory");
-    }
+CMPIStatus modify(const ClassFamily& family, const CMPIBroker* broker, const CMPIContext* context,
+                  const CMPIResult* result, const CMPIObjectPath* ref, const CMPIInstance* instance,
+                  const char** properties) {
+    return change(family.modify, "SetInstance not supported",
+                  {.broker = broker,
+                   .context = context,
+                   .result = result,
+                   .ref = ref,
+                   .instance = instance,
+                   .properties = properties});
+}
+
+CMPIStatus create(const ClassFamily& family, const CMPIBroker* broker, const CMPIContext* context,
+                  const CMPIResult* result, const CMPIObjectPath* ref, const CMPIInstance* instance) {
+    return change(family.create, "CreateInstance not supported",
+                  {.broker = broker, .context = context, .result = result, .ref = ref, .instance = instance});
+}
+
+CMPIStatus remove(const ClassFamily& family, const CMPIBroker* broker, const CMPIContext* context,
+                  const CMPIResult* result, const CMPIObjectPath* ref) {
+    return change(family.remove, "DeleteInstance not supported",
+                  {.broker = broker, .context = context, .result = result, .ref = ref});
 }
 
 } // namespace ph::engine

@@ -179,9 +179,10 @@ constexpr ClassFamily eraseTypes() {
 // The operations of a class family, see PH_DECLARE_CLASS_FAMILY (provider_helper/utility.h). None throws.
 namespace engine {
 
-int enumerateAll(const ClassFamily& family, void** records, int* count, int namesOnly);
-int get(const ClassFamily& family, void** record, CMPIString** keyValues);
-void clean(const ClassFamily& family, void** records, int count);
+// The first three have the address of the caller's typed pointer.
+int enumerateAll(const ClassFamily& family, void* records, int* count, int namesOnly);
+int get(const ClassFamily& family, void* record, CMPIString** keyValues);
+void clean(const ClassFamily& family, void* records, int count);
 // Returns whether the class has the instance that these keys name. Only names are enumerated.
 bool hasInstance(const ClassFamily& family, CMPIString** keyValues);
 CMPIObjectPath* makePath(const ClassFamily& family, const CMPIBroker* broker, const CMPIObjectPath* ref,
@@ -196,37 +197,22 @@ void enumerateNames(const ClassFamily& family, const CMPIBroker* broker, const C
                     const CMPIResult* result, CMPIStatus* status);
 void getInstance(const ClassFamily& family, const CMPIBroker* broker, const CMPIObjectPath* ref,
                  const char** properties, const CMPIResult* result, CMPIStatus* status);
-// Runs `handler`, or refuses with 7 (not supported) and `refusal` when the class has none.
-CMPIStatus change(RequestHandler handler, const char* refusal, const Request& request);
+// A class without a handler refuses with 7 (not supported).
+CMPIStatus modify(const ClassFamily& family, const CMPIBroker* broker, const CMPIContext* context,
+                  const CMPIResult* result, const CMPIObjectPath* ref, const CMPIInstance* instance,
+                  const char** properties);
+CMPIStatus create(const ClassFamily& family, const CMPIBroker* broker, const CMPIContext* context,
+                  const CMPIResult* result, const CMPIObjectPath* ref, const CMPIInstance* instance);
+CMPIStatus remove(const ClassFamily& family, const CMPIBroker* broker, const CMPIContext* context,
+                  const CMPIResult* result, const CMPIObjectPath* ref);
 // Carries out the method that the request names.
-CMPIStatus invoke(const ClassFamily& family, const Request& request);
+CMPIStatus invoke(const ClassFamily& family, const CMPIBroker* broker, const CMPIContext* context,
+                  const CMPIResult* result, const CMPIObjectPath* ref, const char* method, const CMPIArgs* in,
+                  CMPIArgs* out);
 // Carries out this method for an exported function of its own, with these keys where the class reads them
 // first. Sets the status, which may be NULL, to what is wrong.
 MethodAnswer carryOut(const ClassFamily& family, const Method& method, const Request& request,
                       CMPIString** keys, CMPIStatus* status);
-
-template <class Record>
-int enumerateAll(const ClassFamily& family, Record** records, int* count, int namesOnly) {
-    void* erased = *records;
-    const int result = enumerateAll(family, &erased, count, namesOnly);
-    *records = static_cast<Record*>(erased);
-    return result;
-}
-
-template <class Record>
-int get(const ClassFamily& family, Record** record, CMPIString** keyValues) {
-    void* erased = nullptr;
-    const int result = get(family, &erased, keyValues);
-    *record = static_cast<Record*>(erased);
-    return result;
-}
-
-template <class Record>
-void clean(const ClassFamily& family, Record** records, int count) {
-    void* erased = *records;
-    clean(family, &erased, count);
-    *records = static_cast<Record*>(erased);
-}
 
 } // namespace engine
 
@@ -294,32 +280,17 @@ inline constexpr Refusal noSuchInstance{CMPI_RC_ERR_NOT_FOUND,
     }                                                                                                        \
     CMPIStatus PH_MI_##X(const CMPIBroker* broker, const CMPIContext* context, const CMPIResult* result,     \
                          const CMPIObjectPath* ref, const CMPIInstance* instance, const char** properties) { \
-        return ph::engine::change(ph::family_##X.modify, "SetInstance not supported",                        \
-                                  {.broker = broker,                                                         \
-                                   .context = context,                                                       \
-                                   .result = result,                                                         \
-                                   .ref = ref,                                                               \
-                                   .instance = instance,                                                     \
-                                   .properties = properties});                                               \
+        return ph::engine::modify(ph::family_##X, broker, context, result, ref, instance, properties);       \
     }                                                                                                        \
     CMPIStatus PH_CI_##X(const CMPIBroker* broker, const CMPIContext* context, const CMPIResult* result,     \
                          const CMPIObjectPath* ref, const CMPIInstance* instance) {                          \
-        return ph::engine::change(                                                                           \
-            ph::family_##X.create, "CreateInstance not supported",                                           \
-            {.broker = broker, .context = context, .result = result, .ref = ref, .instance = instance});     \
+        return ph::engine::create(ph::family_##X, broker, context, result, ref, instance);                   \
     }                                                                                                        \
     CMPIStatus PH_DI_##X(const CMPIBroker* broker, const CMPIContext* context, const CMPIResult* result,     \
                          const CMPIObjectPath* ref) {                                                        \
-        return ph::engine::change(ph::family_##X.remove, "DeleteInstance not supported",                     \
-                                  {.broker = broker, .context = context, .result = result, .ref = ref});     \
+        return ph::engine::remove(ph::family_##X, broker, context, result, ref);                             \
     }                                                                                                        \
     CMPIStatus PH_IM_##X(const CMPIBroker* broker, const CMPIContext* context, const CMPIResult* result,     \
                          const CMPIObjectPath* ref, const char* method, const CMPIArgs* in, CMPIArgs* out) { \
-        return ph::engine::invoke(ph::family_##X, {.broker = broker,                                         \
-                                                   .context = context,                                       \
-                                                   .result = result,                                         \
-                                                   .ref = ref,                                               \
-                                                   .method = method,                                         \
-                                                   .in = in,                                                 \
-                                                   .out = out});                                             \
+        return ph::engine::invoke(ph::family_##X, broker, context, result, ref, method, in, out);            \
     }

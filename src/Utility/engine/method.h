@@ -42,6 +42,7 @@ struct JobReport {
 class MethodCall {
 public:
     explicit MethodCall(const Request& asked) : request(asked) {}
+    explicit MethodCall(Request&&) = delete; // it has to outlive the call
 
     const Request& request;
     KeyValues keys;

@@ -102,20 +102,29 @@ MethodAnswer answered(MethodCall& call, Answer answer) {
 
 } // namespace
 
-CMPIStatus invoke(const ClassFamily& family, const Request& request) {
+CMPIStatus invoke(const ClassFamily& family, const CMPIBroker* broker, const CMPIContext* context,
+                  const CMPIResult* result, const CMPIObjectPath* ref, const char* name, const CMPIArgs* in,
+                  CMPIArgs* out) {
     if (family.methods.empty())
-        return fail(request.broker, CMPI_RC_ERR_NOT_SUPPORTED, "Invoke Method not supported");
+        return fail(broker, CMPI_RC_ERR_NOT_SUPPORTED, "Invoke Method not supported");
     const Invocation& rules = family.invocation;
+    const Request request{.broker = broker,
+                          .context = context,
+                          .result = result,
+                          .ref = ref,
+                          .method = name,
+                          .in = in,
+                          .out = out};
     MethodCall call(request);
     const MethodAnswer answer = answered(call, [&]() -> MethodAnswer {
         if (const Method* method = accept(family, call))
             return carryOut(family, *method, call);
         if (rules.isTakenUpFirst)
-            returnValue(request.result, methodFailed);
+            returnValue(result, methodFailed);
         return std::nullopt;
     });
     if (rules.closes == Closes::Always || (rules.closes == Closes::WhenDone && answer == methodDone))
-        CMReturnDone(request.result);
+        CMReturnDone(result);
     return call.status;
 }
 
