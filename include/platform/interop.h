@@ -17,7 +17,9 @@ typedef int (*GenerateIndicationResponse)(const CMPIInstance* indication, char**
 
 /* "qom_send_indications": posts the text to a listener's URL and waits for its answer, for a bounded time
  * (the reference platform: 10 s). Returns 0 when the listener took it (HTTP status 2xx and no CIM error),
- * another number otherwise. */
+ * another number otherwise. Alerts wait for each other, so that a listener which is dead or hangs must not
+ * cost them that time again and again: the reference platform leaves it alone for a minute then, in which
+ * the function fails at once. */
 typedef int (*SendIndications)(const char* url, const char* text);
 
 /* "GetBroker", "GetContext": the object manager's broker, and a context for a thread of the library's own. */

@@ -1,5 +1,6 @@
 #include "interop/listener.h"
 
+#include "transfer/silent_peers.h"
 #include "transfer/transfer.h"
 
 #include <cstdio>
@@ -69,9 +70,30 @@ std::string withPathApart(const char* url) {
     return "http://" + std::string(host) + ':' + std::to_string(port) + (isApart ? "" : "/") + path;
 }
 
+// "http://<address>:<port>"
+std::string peerOf(const std::string& url) {
+    constexpr std::string_view separator = "://";
+    const std::size_t host = url.find(separator);
+    return host != url.npos ? url.substr(0, url.find_first_of("/?#", host + separator.size())) : url;
+}
+
+// A thread keeps its connections to listeners that keep theirs: a new one for each alert would cost more than
+// the alert.
+const transfer::Handle& connection() {
+    constexpr const char* protocols = "http,https";
+    thread_local const transfer::Handle own = transfer::make(protocols);
+    transfer::renew(own, protocols);
+    return own;
+}
+
 } // namespace
 
 bool deliver(const char* url, const char* message) {
+    static auto& silentListeners = *new transfer::SilentPeers; // the monitor thread sees the process end
+    const std::string target = withPathApart(url);
+    const std::string peer = peerOf(target);
+    if (silentListeners.contains(peer))
+        return false;
     Answer answer;
     transfer::Lines headers;
     headers.add("Content-Type: application/xml; charset=utf-8");
@@ -79,8 +101,8 @@ bool deliver(const char* url, const char* message) {
     headers.add("CIMExportMethod: ExportIndication");
     headers.add("Expect:"); // do not ask first
 
-    const auto http = transfer::make("http,https");
-    set(http, CURLOPT_URL, withPathApart(url).c_str());
+    const auto& http = connection();
+    set(http, CURLOPT_URL, target.c_str());
     set(http, CURLOPT_HTTP_VERSION, CURL_HTTP_VERSION_1_1 + 0L);
     set(http, CURLOPT_CONNECTTIMEOUT, connectSeconds);
     set(http, CURLOPT_TIMEOUT, totalSeconds);
@@ -91,8 +113,11 @@ bool deliver(const char* url, const char* message) {
     set(http, CURLOPT_WRITEDATA, &answer);
     set(http, CURLOPT_HEADERFUNCTION, takeHeader);
     set(http, CURLOPT_HEADERDATA, &answer);
-    if (curl_easy_perform(http.get()) != CURLE_OK)
+    if (const CURLcode code = curl_easy_perform(http.get()); code != CURLE_OK) {
+        if (transfer::hasWaited(http, code))
+            silentListeners.add(peer);
         return false;
+    }
     long status = 0;
     curl_easy_getinfo(http.get(), CURLINFO_RESPONSE_CODE, &status);
     return status / 100 == 2 && !answer.hasErrorHeader && !hasErrorElement(answer.body);

@@ -4,7 +4,8 @@
 namespace interop {
 
 // Posts an export message. Returns whether the listener took it, with an HTTP status of 2xx and without a CIM
-// error. Throws std::runtime_error.
+// error. One that kept an attempt waiting in vain less than a minute ago is not asked. Throws
+// std::runtime_error.
 bool deliver(const char* url, const char* message);
 
 } // namespace interop

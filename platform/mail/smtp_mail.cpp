@@ -5,6 +5,7 @@
 #include "mail/message.h"
 #include "platform/cim_mail.h"
 #include "platform/sysroot.h"
+#include "transfer/silent_peers.h"
 #include "transfer/transfer.h"
 
 #include <algorithm>
@@ -12,6 +13,7 @@
 #include <cctype>
 #include <climits>
 #include <cstring>
+#include <netinet/tcp.h>
 #include <optional>
 #include <unistd.h>
 
@@ -124,11 +126,24 @@ void secure(const transfer::Handle& smtp, const AlertMailRequest& request) {
     }
 }
 
+// Linux asks for a connection, again after one and three seconds, and gives up after seven. libcurl's own
+// time-out for connections would include the server's greeting, which may take longer.
+int giveUpConnecting(void*, curl_socket_t connection, curlsocktype) {
+    constexpr int repetitions = 2;
+    setsockopt(connection, IPPROTO_TCP, TCP_SYNCNT, &repetitions, sizeof repetitions);
+    return CURL_SOCKOPT_OK;
+}
+
 int send(const AlertMailRequest& request) {
+    static auto& silentServers = *new transfer::SilentPeers; // the monitor thread sees the process end
     const std::string host = hostName(request);
     const auto url = serverUrl(request, host);
     const auto message = makeMessage(request, host);
     if (!url || !message)
+        return -1;
+    // A server that speaks may have refused this recipient only.
+    const std::string mailbox = *url + ' ' + message->recipients.front();
+    if (silentServers.contains(*url) || silentServers.contains(mailbox))
         return -1;
     // All attempts send the same Message-ID: a server whose answer was lost can tell that it has the mail.
     const std::string wire = mail::compose(*message);
@@ -150,17 +165,24 @@ int send(const AlertMailRequest& request) {
     set(smtp, CURLOPT_HEADERFUNCTION, takeReply);
     set(smtp, CURLOPT_HEADERDATA, &conversation);
     set(smtp, CURLOPT_INFILESIZE_LARGE, static_cast<curl_off_t>(wire.size()));
+    set(smtp, CURLOPT_SOCKOPTFUNCTION, giveUpConnecting);
     secure(smtp, request);
 
     for (std::uint32_t attempt = 0;; ++attempt) {
         conversation.rest = wire;
-        if (curl_easy_perform(smtp.get()) == CURLE_OK)
+        const CURLcode code = curl_easy_perform(smtp.get());
+        if (code == CURLE_OK)
             return 0;
         long reply = 0;
         curl_easy_getinfo(smtp.get(), CURLINFO_RESPONSE_CODE, &reply);
         const bool isPermanent = reply >= 500 || (reply == readyForMessage && conversation.isRefused());
-        if (isPermanent || attempt == request.retries)
+        const bool hasWaited = transfer::hasWaited(smtp, code);
+        if (isPermanent || hasWaited || attempt == request.retries) {
+            const bool hasPaused = attempt > 0 && request.retryInterval > 0;
+            if (hasWaited || hasPaused)
+                silentServers.add(hasWaited || reply == 0 ? *url : mailbox);
             return -1;
+        }
         sleep(request.retryInterval);
     }
 }

@@ -1,5 +1,7 @@
 #include "transfer/transfer.h"
 
+#include <cerrno>
+
 namespace transfer {
 
 Handle make(const char* protocols) {
@@ -11,6 +13,12 @@ Handle make(const char* protocols) {
     Handle handle(curl_easy_init());
     if (!handle)
         throw std::runtime_error("no transfer");
+    renew(handle, protocols);
+    return handle;
+}
+
+void renew(const Handle& handle, const char* protocols) {
+    curl_easy_reset(handle.get());
     set(handle, CURLOPT_PROTOCOLS_STR, protocols);
     set(handle, CURLOPT_FOLLOWLOCATION, 0L);
     set(handle, CURLOPT_PROXY, "");
@@ -18,7 +26,12 @@ Handle make(const char* protocols) {
     set(handle, CURLOPT_NOSIGNAL,
         1L); // the process is an object manager's, with threads and handlers of its own
     set(handle, CURLOPT_SSLVERSION, CURL_SSLVERSION_TLSv1_2 + 0L);
-    return handle;
+}
+
+bool hasWaited(const Handle& handle, CURLcode failure) {
+    long error = 0;
+    curl_easy_getinfo(handle.get(), CURLINFO_OS_ERRNO, &error);
+    return failure == CURLE_OPERATION_TIMEDOUT || (failure == CURLE_COULDNT_CONNECT && error != ECONNREFUSED);
 }
 
 void Lines::add(const std::string& line) {

@@ -19,6 +19,9 @@ using Handle = std::unique_ptr<CURL, CloseTransfer>;
 // all. Throws std::runtime_error.
 Handle make(const char* protocols);
 
+// Makes a transfer like a new one, but for its open connections: the next one to the same peer goes over them.
+void renew(const Handle& handle, const char* protocols);
+
 // Throws std::runtime_error for an option or a value that libcurl does not take.
 template <class Value>
 void set(const Handle& handle, CURLoption option, Value value) {
@@ -26,6 +29,10 @@ void set(const Handle& handle, CURLoption option, Value value) {
     if (code != CURLE_OK)
         throw std::runtime_error(curl_easy_strerror(code));
 }
+
+// Tells whether a failed transfer waited in vain: no machine is at the address, or it does not answer. One where
+// nobody listens refuses the connection at once.
+bool hasWaited(const Handle& handle, CURLcode failure);
 
 // A list of header lines or addresses.
 class Lines {

@@ -1,6 +1,7 @@
 // Listeners that take indications, refuse them, or do neither.
 #include "interop_fixture.h"
 
+#include <deaf_port.h>
 #include <elapsed.h>
 #include <gmock/gmock.h>
 #include <thread>
@@ -40,6 +41,7 @@ TEST_F(Listener, ThatNeverEndsItsAnswerIsGivenUp) {
         threads.emplace_back([this, to = url()] {
             const double took = seconds([&] { EXPECT_NE(post(to, message), 0); });
             EXPECT_LT(took, 20) << to;
+            EXPECT_LT(seconds([&] { EXPECT_NE(post(to + "/other", message), 0); }), 1) << "it is left alone";
         });
         listeners.push_back(std::move(listener));
     }
@@ -47,11 +49,28 @@ TEST_F(Listener, ThatNeverEndsItsAnswerIsGivenUp) {
         thread.join();
 }
 
-TEST_F(Listener, IsNotThere) {
+TEST_F(Listener, IsOnADeadMachine) {
+    const DeafPort deaf;
+    const std::string to = "http://127.0.0.1:" + std::to_string(deaf.port()) + '/';
+    EXPECT_LT(seconds([&] { EXPECT_NE(post(to, message), 0); }), 8);
+    EXPECT_LT(seconds([&] { EXPECT_NE(post(to, message), 0); }), 1) << "it is left alone";
+}
+
+// Nobody loses time by a refused connection: the listener gets what comes after its start.
+TEST_F(Listener, IsNotThereForAWhile) {
     startListener();
+    const std::string port = std::to_string(listener->port());
     const std::string to = url();
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(post(to, message), 0);
+    const auto requests = listener->records(3);
+    for (const auto& request : requests)
+        EXPECT_EQ(request["connection"], requests[0]["connection"]) << "it stays open";
     listener.reset();
     EXPECT_NE(post(to, message), 0);
+    listener = std::make_unique<ServerScript>("indication_listener.py", sysroot.place("/requests"),
+                                              std::vector<std::string>{"--port", port});
+    EXPECT_EQ(post(to, message), 0);
 }
 
 TEST_F(Listener, IsReachedOverHttpOnly) {

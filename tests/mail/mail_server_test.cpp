@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <deaf_port.h>
 #include <elapsed.h>
 
 namespace {
@@ -81,11 +82,36 @@ TEST_F(MailServer, RefusesForGood) {
 TEST_F(MailServer, KeepsSilent) {
     startServer({"--delay", "60"});
     request.timeout = 1;
+    request.retries = 3;
+    request.retryInterval = 20;
+    const double took = seconds([&] { EXPECT_NE(send(), 0); });
+    EXPECT_GE(took, 1);
+    EXPECT_LT(took, 15) << "it is not tried again";
+    fill(request.recipient, "another@example.org");
+    EXPECT_LT(seconds([&] { EXPECT_NE(send(), 0); }), 1) << "it is left alone";
+}
+
+TEST_F(MailServer, RefusesOneRecipientForNow) {
+    startServer({"--refuse", "451 greylisted", "--stage", "recipient", "--refusals", "2"});
     request.retries = 1;
     request.retryInterval = 1;
-    const double took = seconds([&] { EXPECT_NE(send(), 0); });
-    EXPECT_GE(took, 3) << "two attempts and a pause";
-    EXPECT_LT(took, 15);
+    EXPECT_NE(send(), 0);
+    EXPECT_NE(send(), 0) << "it would take this one, and is not asked";
+    EXPECT_TRUE(server->records(2).back().contains("refused"));
+    fill(request.recipient, "another@example.org");
+    EXPECT_EQ(send(), 0);
+}
+
+// Connections to a full backlog are not answered, as on a machine that is switched off.
+TEST_F(MailServer, IsOnADeadMachine) {
+    const DeafPort deaf;
+    request.port = deaf.port();
+    request.timeout = 30;
+    request.retries = 3;
+    request.retryInterval = 3;
+    EXPECT_LT(seconds([&] { EXPECT_NE(send(), 0); }), 20)
+        << "one attempt, which does not take the whole time";
+    EXPECT_LT(seconds([&] { EXPECT_NE(send(), 0); }), 1) << "it is left alone";
 }
 
 TEST_F(MailServer, IsNotThere) {

@@ -4,6 +4,7 @@
 It prints "port N" when it listens, and goes on until it is ended or the one who started it is gone. Each request
 is a line of JSON in the record file:
   path, headers     of the HTTP request; header names in lower case
+  connection        the client's port
   body              text
   wellFormed        whether an XML parser takes the body
   message           ID of the export message
@@ -125,6 +126,7 @@ class Request(http.server.BaseHTTPRequestHandler):
         indication = describe(body)
         self.server.record({
             "path": self.path,
+            "connection": self.client_address[1],
             "headers": {name.lower(): value for name, value in self.headers.items()},
             "body": body.decode("utf-8", "backslashreplace"),
             **indication,
