@@ -5,7 +5,7 @@ cmake_minimum_required(VERSION 3.25)
 foreach(header IN LISTS HEADERS)
     file(READ ${header} text)
     string(REGEX REPLACE "/\\*([^*]|\\*+[^*/])*\\*+/" "" text "${text}")
-    string(REGEX MATCHALL "int ((CIM|OEM|LIBIPMI_HL|db|tmp_db|smash_db)_[A-Za-z0-9_]+|smtp_mail)\\([^()]*\\)( __attribute__..weak)?"
+    string(REGEX MATCHALL "int ((CIM|OEM|LIBIPMI_HL|db|tmp_db|smash_db)_[A-Za-z0-9_]+|smtp_mail)\\([^()]*\\)([ \n]+__attribute__..weak)?"
            declarations "${text}")
     foreach(declaration IN LISTS declarations)
         string(REGEX MATCH "int ([A-Za-z0-9_]+)(\\([^()]*\\))" ignored "${declaration}")

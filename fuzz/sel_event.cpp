@@ -31,14 +31,14 @@ int db_close(SMASH_DB_HANDLE) {
     --openHandles;
     return 0;
 }
-int db_get_all_compact_sdrs(SMASH_DB_HANDLE, CompactSdr** rows, int* count) {
+int db_get_compact_sdrs_of_event(SMASH_DB_HANDLE, int, CompactSdr** rows, int* count) {
     *count = 1;
     *rows = static_cast<CompactSdr*>(std::malloc(sizeof sensor));
     if (*rows != nullptr)
         **rows = sensor;
     return *rows != nullptr ? 0 : 1;
 }
-int db_get_all_full_sdrs(SMASH_DB_HANDLE, FullSdr** rows, int* count) {
+int db_get_full_sdrs_of_event(SMASH_DB_HANDLE, int, FullSdr** rows, int* count) {
     *count = 0;
     *rows = nullptr;
     return 0;

@@ -112,6 +112,13 @@ typedef struct {
 /* Read all rows in repository order; no rows is a success with a NULL array and count 0. */
 int db_get_all_compact_sdrs(SMASH_DB_HANDLE handle, CompactSdr** rows, int* count);
 int db_get_all_full_sdrs(SMASH_DB_HANDLE handle, FullSdr** rows, int* count);
+/* Read those that an event of this sensor number may be of, in the same order: all rows whose ElementName,
+ * "<name>(<sensor number>.<owner ID>.<owner LUN>)", has the number behind its first '('. Other rows may be among
+ * them. A platform may lack these functions: an alert then takes longer the more sensors there are. */
+int db_get_compact_sdrs_of_event(SMASH_DB_HANDLE handle, int sensorNumber, CompactSdr** rows, int* count)
+    __attribute__((weak));
+int db_get_full_sdrs_of_event(SMASH_DB_HANDLE handle, int sensorNumber, FullSdr** rows, int* count)
+    __attribute__((weak));
 /* Read the row with this deviceId; none is a failure. */
 int db_get_compact_sdr(SMASH_DB_HANDLE handle, const char* deviceId, CompactSdr** row);
 int db_get_full_sdr(SMASH_DB_HANDLE handle, const char* deviceId, FullSdr** row);

@@ -100,7 +100,7 @@ bool lacksTables(SQLite::Database& database, const Schema& schema) {
     return isBlank(database) || (version > 0 && version < schema.version);
 }
 
-// Later versions of a schema have further tables, and the old ones as they were.
+// Later versions of a schema have further tables and indexes, and the old ones as they were.
 void createTables(SQLite::Database& database, const Schema& schema) {
     SQLite::Transaction transaction(database, SQLite::TransactionBehavior::IMMEDIATE);
     if (!lacksTables(database, schema)) // another process was quicker
@@ -108,8 +108,12 @@ void createTables(SQLite::Database& database, const Schema& schema) {
     // By path, while SQLite holds the file: closing a descriptor of ours would drop its locks.
     if (chmod(database.getFilename().c_str(), privateMode) != 0)
         throw std::runtime_error(std::strerror(errno));
-    for (const Table* table : schema.tables)
+    for (const Table* table : schema.tables) {
         database.exec(createStatement(*table));
+        if (table->indexed != nullptr)
+            database.exec(std::string("CREATE INDEX IF NOT EXISTS ") + table->name + "_index ON " +
+                          table->name + " (" + table->indexed + ")");
+    }
     database.exec("PRAGMA user_version = " + std::to_string(schema.version));
     transaction.commit();
 }

@@ -6,6 +6,12 @@
 
 using namespace smash;
 
+namespace {
+
+constexpr const char* ofEvent = "WHERE " SMASH_EVENT_NUMBER " = ? ORDER BY rowid";
+
+} // namespace
+
 int db_get_ipmi_session_info(SMASH_DB_HANDLE handle, IPMISessionInfo** info) {
     return getRow(__func__, handle, info, sessionTable);
 }
@@ -33,6 +39,14 @@ int db_get_all_compact_sdrs(SMASH_DB_HANDLE handle, CompactSdr** rows, int* coun
 
 int db_get_all_full_sdrs(SMASH_DB_HANDLE handle, FullSdr** rows, int* count) {
     return getRows(__func__, handle, rows, count, fullSdrTable);
+}
+
+int db_get_compact_sdrs_of_event(SMASH_DB_HANDLE handle, int sensorNumber, CompactSdr** rows, int* count) {
+    return getRows(__func__, handle, rows, count, compactSdrTable, ofEvent, sensorNumber);
+}
+
+int db_get_full_sdrs_of_event(SMASH_DB_HANDLE handle, int sensorNumber, FullSdr** rows, int* count) {
+    return getRows(__func__, handle, rows, count, fullSdrTable, ofEvent, sensorNumber);
 }
 
 int db_get_compact_sdr(SMASH_DB_HANDLE handle, const char* deviceId, CompactSdr** row) {

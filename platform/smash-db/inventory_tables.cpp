@@ -77,8 +77,8 @@ constexpr std::array sdrRepositoryColumns = {
 constexpr TableOf<IPMISessionInfo> sessionTable{"ipmi_session", sessionColumns, 0};
 constexpr TableOf<DeviceRecord> deviceTable{"device", deviceColumns, 1};
 constexpr TableOf<FruRecord> fruTable{"fru", fruColumns, 2};
-constexpr TableOf<CompactSdr> compactSdrTable{"compact_sdr", compactSdrColumns, 1};
-constexpr TableOf<FullSdr> fullSdrTable{"full_sdr", fullSdrColumns, 1};
+constexpr TableOf<CompactSdr> compactSdrTable{"compact_sdr", compactSdrColumns, 1, SMASH_EVENT_NUMBER};
+constexpr TableOf<FullSdr> fullSdrTable{"full_sdr", fullSdrColumns, 1, SMASH_EVENT_NUMBER};
 constexpr TableOf<SdrRepositoryRow> sdrRepositoryTable{"sdr_repository", sdrRepositoryColumns, 0};
 
 } // namespace smash

@@ -20,6 +20,12 @@ extern const TableOf<DeviceRecord> deviceTable;
 extern const TableOf<FruRecord> fruTable;
 extern const TableOf<CompactSdr> compactSdrTable;
 extern const TableOf<FullSdr> fullSdrTable;
+// The number behind the first '(' of a sensor's ElementName, as an indexed term: its own number, unless its name
+// has a '('.
+#define SMASH_EVENT_NUMBER                                                                                   \
+    "CASE instr(name, '(') WHEN 0 THEN sensorNumber "                                                        \
+    "ELSE CAST(substr(name, instr(name, '(') + 1) AS INTEGER) END"
+
 extern const TableOf<SdrRepositoryRow> sdrRepositoryTable;
 
 } // namespace smash

@@ -25,7 +25,7 @@ constexpr const Table* temporaryTables[] = {&jobTable, &jobSequenceTable, &jobEr
 
 } // namespace
 
-constexpr Schema smashSchema{"/conf/smash.db", 4, false, smashTables};
+constexpr Schema smashSchema{"/conf/smash.db", 5, false, smashTables};
 // The name must not begin with "/tmp/smash": such files are removed when the CLP daemon is started.
 constexpr Schema temporarySchema{"/tmp/method_jobs.db", 2, true, temporaryTables};
 

@@ -25,14 +25,16 @@ struct Table {
     std::span<const Column> columns;
     std::size_t keyColumns; // the first ones, unique together; 0: the table holds one row
     std::size_t recordSize;
+    const char* indexed = nullptr; // a term that rows are searched by; nullptr: none but the key
 };
 
 // A table whose rows are `Record`s.
 template <class Record>
 struct TableOf : Table {
     static_assert(std::is_trivially_copyable_v<Record> && std::is_standard_layout_v<Record>);
-    constexpr TableOf(const char* tableName, std::span<const Column> tableColumns, std::size_t keys)
-        : Table{tableName, tableColumns, keys, sizeof(Record)} {}
+    constexpr TableOf(const char* tableName, std::span<const Column> tableColumns, std::size_t keys,
+                      const char* indexedTerm = nullptr)
+        : Table{tableName, tableColumns, keys, sizeof(Record), indexedTerm} {}
 };
 
 // A member's type without a column type does not compile.

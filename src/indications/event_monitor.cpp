@@ -45,22 +45,30 @@ void link(Function& function, void* library, const char* symbol) {
     function = reinterpret_cast<Function>(dlsym(library, symbol));
 }
 
-void deliverMail(const SelEventMessage& message, const AlertRecord& alert) {
+bool describe(const SelEventMessage& message, AlertRecord& alert) {
+    return SelToAlert(&message, &alert, message.destination, message.channel) == 0;
+}
+
+void deliverMail(const SelEventMessage& message) {
+    AlertRecord alert{};
     AlertMailRequest mail{};
-    if (ConvertAlertToMail(&alert, &mail, static_cast<std::uint8_t>(message.destination),
+    if (describe(message, alert) &&
+        ConvertAlertToMail(&alert, &mail, static_cast<std::uint8_t>(message.destination),
                            static_cast<std::uint8_t>(message.channel)) == 0)
         smtp_mail(&mail);
     explicit_bzero(&mail, sizeof(mail)); // the server's password
 }
 
-void deliverCimxml(const Attachment& attachment, const SelEventMessage& message, const AlertRecord& alert) {
+// An event for nobody costs nothing but the question who is there.
+void deliverCimxml(const Attachment& attachment, const SelEventMessage& message) {
     ph::Database database;
     if (GenerateCIMXML == nullptr || DeliverIndication == nullptr || !database.open())
         return;
     CimxmlDestinationRow listener{};
     std::snprintf(listener.name, sizeof(listener.name), "CIMXML-%d", message.destination);
+    AlertRecord alert{};
     CMPIInstance* made = nullptr;
-    if (db_get_listener_destination(database.get(), &listener) != 0 ||
+    if (db_get_listener_destination(database.get(), &listener) != 0 || !describe(message, alert) ||
         Create_AlertIndication_Instance(attachment.broker, attachment.context, &alert, &made, &message) != 0)
         return;
     const ph::CmpiPtr<CMPIInstance> indication(made);
@@ -85,13 +93,10 @@ int openPipe() {
 
 // A message that cannot be delivered is dropped.
 void deliver(const Attachment& attachment, const SelEventMessage& message) {
-    AlertRecord alert{};
-    if (SelToAlert(&message, &alert, message.destination, message.channel) != 0)
-        return;
     if (message.kind == SEL_EVENT_TO_MAIL)
-        deliverMail(message, alert);
+        deliverMail(message);
     else if (message.kind == SEL_EVENT_TO_CIMXML)
-        deliverCimxml(attachment, message, alert);
+        deliverCimxml(attachment, message);
 }
 
 // A short message leaves the end of the one before it in the buffer.

@@ -32,13 +32,27 @@ bool hasNumber(const char* elementName, int number) {
     return bracket != nullptr && std::sscanf(bracket, "(%d", &found) == 1 && found == number;
 }
 
+// The rows of a class's sensors that may have the event's number; all, where the platform does not search.
+template <class Sdr>
+struct SensorsOfEvent {
+    int (*find)(SMASH_DB_HANDLE, int sensorNumber, Sdr**, int*); // nullptr where it does not
+    typename ph::Rows<Sdr>::Getter getAll;
+
+    bool read(SMASH_DB_HANDLE database, int sensorNumber, ph::Rows<Sdr>& rows) const {
+        return find == nullptr ? rows.read(database, getAll)
+                               : rows.read(database, [&](SMASH_DB_HANDLE opened, Sdr** found, int* count) {
+                                     return find(opened, sensorNumber, found, count);
+                                 });
+    }
+};
+
 // Names the first of a class's sensors that has the event's number. The rows say enough: an alert waits for
 // no reading, and is delivered while the BMC does not answer. False when they cannot be read.
 template <class Sdr>
-bool nameSensor(SMASH_DB_HANDLE database, typename ph::Rows<Sdr>::Getter getAll, const std::uint8_t* record,
+bool nameSensor(SMASH_DB_HANDLE database, const SensorsOfEvent<Sdr>& sensors, const std::uint8_t* record,
                 AlertRecord& alert) {
     ph::Rows<Sdr> sdrs;
-    if (!sdrs.read(database, getAll))
+    if (!sensors.read(database, PH_SelSensorNumber(record), sdrs))
         return false;
     for (const Sdr& sdr : sdrs.all()) {
         const CompactSdr& sensor = ph::commonOf(sdr);
@@ -132,8 +146,10 @@ int SelToAlert(const SelEventMessage* message, AlertRecord* alert, int destinati
     ph::Database database;
     // A number that sensors of both kinds have means the numeric one.
     if (!database.open() ||
-        !nameSensor<CompactSdr>(database.get(), db_get_all_compact_sdrs, record, *alert) ||
-        !nameSensor<FullSdr>(database.get(), db_get_all_full_sdrs, record, *alert))
+        !nameSensor<CompactSdr>(database.get(), {db_get_compact_sdrs_of_event, db_get_all_compact_sdrs},
+                                record, *alert) ||
+        !nameSensor<FullSdr>(database.get(), {db_get_full_sdrs_of_event, db_get_all_full_sdrs}, record,
+                             *alert))
         return -1;
     std::snprintf(alert->EventID, sizeof(alert->EventID), "%02x", PH_SelRecordId(record));
     auto& arguments = alert->MessageArguments;

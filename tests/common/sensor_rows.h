@@ -40,6 +40,12 @@ protected:
                     [&](auto*, auto** rows, int* count) { return handOut(sensors, rows, *count); });
         PH_STAND_IN(db_get_all_full_sdrs,
                     [&](auto*, auto** rows, int* count) { return handOut(numericSensors, rows, *count); });
+        // All of them may be among those of an event.
+        PH_STAND_IN(db_get_compact_sdrs_of_event,
+                    [&](auto*, int, auto** rows, int* count) { return handOut(sensors, rows, *count); });
+        PH_STAND_IN(db_get_full_sdrs_of_event, [&](auto*, int, auto** rows, int* count) {
+            return handOut(numericSensors, rows, *count);
+        });
         PH_STAND_IN(db_get_compact_sdr,
                     [&](auto*, const char* id, auto** row) { return handOut(sensors, id, row); });
         PH_STAND_IN(db_get_full_sdr,

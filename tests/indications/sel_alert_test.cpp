@@ -126,7 +126,7 @@ TEST_F(SelAlerts, haveNoNumberWhereTheDatabaseFails) {
 }
 
 TEST_F(SelAlerts, failWithoutTheSensors) {
-    for (const char* function : {"db_init", "db_get_all_compact_sdrs", "db_get_all_full_sdrs"}) {
+    for (const char* function : {"db_init", "db_get_compact_sdrs_of_event", "db_get_full_sdrs_of_event"}) {
         platformCalls.broken = {function};
         AlertRecord alert{};
         const SelEventMessage message = thresholdEvent();

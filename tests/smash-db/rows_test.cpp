@@ -9,7 +9,9 @@
 
 namespace {
 
+using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
 
 template <class Record>
 Record blank() {
@@ -117,6 +119,37 @@ TEST_F(Rows, ofSensorsComeWholeAndInOrder) {
     expectSame(getRow(db_get_full_sdr, handle, numeric[500].common.deviceId), numeric[500]);
     expectSame(getRow(db_get_compact_sdr, handle, discrete[1].deviceId), discrete[1]);
     EXPECT_EQ(getRow(db_get_full_sdr, handle, "1000"), nullptr);
+}
+
+TEST_F(Rows, ofSensorsAreFoundByTheNumberOfAnEvent) {
+    const std::pair<const char*, std::uint8_t> names[] = {
+        {"Fan", 26},  {"Fan (26)", 9}, {"CPU( +26a) (5)", 10}, {"Fan (rear)", 26}, {"(5", 26},
+        {"Temp", 27}, {"Fan2", 26}};
+    std::vector<FullSdr> sensors;
+    for (const auto& [name, number] : names) {
+        auto& sensor = sensors.emplace_back(blank<FullSdr>());
+        smash::copyText(sensor.common.name, name);
+        smash::copyText(sensor.common.deviceId, name);
+        sensor.common.sensorNumber = number;
+    }
+    smash::replaceAll<FullSdr>(connection, smash::fullSdrTable, sensors);
+    const auto found = [&](int number) {
+        FullSdr* rows = nullptr;
+        int count = 0;
+        EXPECT_EQ(db_get_full_sdrs_of_event(handle.get(), number, &rows, &count), 0) << db_last_error();
+        std::vector<std::string> result;
+        for (int i = 0; i < count; ++i)
+            result.emplace_back(rows[i].common.name);
+        std::free(rows);
+        return result;
+    };
+    EXPECT_THAT(found(26), ElementsAre("Fan", "Fan (26)", "CPU( +26a) (5)", "Fan2"));
+    EXPECT_THAT(found(5), ElementsAre("(5"));
+    EXPECT_THAT(found(9), IsEmpty());
+    SQLite::Statement plan(connection,
+                           "EXPLAIN QUERY PLAN SELECT * FROM full_sdr WHERE " SMASH_EVENT_NUMBER " = ?");
+    ASSERT_TRUE(plan.executeStep());
+    EXPECT_THAT(plan.getColumn("detail").getString(), HasSubstr("USING INDEX full_sdr_index"));
 }
 
 TEST_F(Rows, ofEntitiesComeWhole) {

@@ -81,9 +81,10 @@ public:
         Database database;
         return database.open(opener) && read(database.get(), getAll);
     }
-    bool read(SMASH_DB_HANDLE handle, Getter getAll) {
+    template <class Get> // called like a Getter
+    bool read(SMASH_DB_HANDLE handle, Get get) {
         Row* rows = nullptr;
-        const bool isRead = getAll(handle, &rows, &count_) == 0;
+        const bool isRead = get(handle, &rows, &count_) == 0;
         rows_.reset(isRead ? rows : nullptr);
         return isRead;
     }

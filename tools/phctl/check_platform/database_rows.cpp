@@ -2,6 +2,9 @@
 #include "check_platform/database_texts.h"
 #include "check_platform/rows.h"
 
+#include <cstring>
+#include <map>
+
 namespace phctl::check {
 namespace {
 
@@ -171,6 +174,42 @@ void getSensor(Probe& probe) {
 void getNumericSensor(Probe& probe) {
     checkOne<FullSdr>(probe, "db_get_all_full_sdrs");
 }
+
+const CompactSdr& commonOf(const CompactSdr& sdr) {
+    return sdr;
+}
+const CompactSdr& commonOf(const FullSdr& sdr) {
+    return sdr.common;
+}
+
+// All sensors of a number are among those of its events; one with a '(' in its name has the number behind it.
+template <class Sdr>
+void checkOfEvent(Probe& probe, const char* all) {
+    std::map<std::uint8_t, std::set<std::string>> listed;
+    for (const Sdr& sdr : rowsOf<Sdr>(probe, all))
+        if (const CompactSdr& sensor = commonOf(sdr); strchr(sensor.name, '(') == nullptr)
+            listed[sensor.sensorNumber].emplace(sensor.deviceId);
+    for (auto& [number, sensors] : listed) {
+        Out<Sdr*> rows("the rows");
+        Out<int> count("the count");
+        auto call = probe.call<int(SMASH_DB_HANDLE, int, Sdr**, int*)>(
+            "sensor " + std::to_string(number), probe.database(), int{number}, rows, count);
+        const auto size = call && *count > 0 ? static_cast<std::size_t>(*count) : 0;
+        const auto owner = owned(call, rows, size);
+        if (!call || (owner == nullptr && size > 0))
+            continue;
+        for (const Sdr& sdr : std::span(owner.get(), size))
+            sensors.erase(commonOf(sdr).deviceId);
+        call.expect(sensors.empty(), "a sensor of this number is missing");
+        call.enter("free() of what it handed out");
+    }
+}
+void getSensorsOfEvent(Probe& probe) {
+    checkOfEvent<CompactSdr>(probe, "db_get_all_compact_sdrs");
+}
+void getNumericSensorsOfEvent(Probe& probe) {
+    checkOfEvent<FullSdr>(probe, "db_get_all_full_sdrs");
+}
 void getPackage(Probe& probe) {
     checkOne<PackageRow>(probe, "db_get_all_packages");
 }
@@ -186,8 +225,12 @@ constexpr Row rows[] = {
     {"db_get_fru_by_entity_id", getFru},
     {"db_get_all_compact_sdrs", getSensors},
     {"db_get_compact_sdr", getSensor},
+    {"db_get_compact_sdrs_of_event", getSensorsOfEvent, false,
+     "without it, all sensors are read for an alert"},
     {"db_get_all_full_sdrs", getNumericSensors},
     {"db_get_full_sdr", getNumericSensor},
+    {"db_get_full_sdrs_of_event", getNumericSensorsOfEvent, false,
+     "without it, all sensors are read for an alert"},
     {"db_get_all_entity_devices", getEntityDevices},
     {"db_get_all_entity_associations", getEntityAssociations},
     {"db_get_all_packages", getPackages},
