@@ -67,7 +67,7 @@ void SelWatch::removeFilter() {
     });
 }
 
-void SelWatch::deliver(const std::uint8_t (&record)[16]) const {
+void SelWatch::deliver(const std::uint8_t (&record)[16]) {
     SelEventMessage message{};
     std::copy(std::begin(record), std::end(record), message.record);
     AlertRecord alert{};
@@ -79,8 +79,14 @@ void SelWatch::deliver(const std::uint8_t (&record)[16]) const {
         alert.AlertingManagedElement[0] = alert.MessageArguments[0][0] = '\0';
     if (Create_AlertIndication_Instance(broker_, context_, &alert, &made, &message) != 0)
         return;
-    const objects::Owned<CMPIInstance> indication(made);
-    Deliver_SEL_Indication(broker_, context_, indication.get());
+    objects::Owned<CMPIInstance> indication(made);
+    if (!offerIndication(broker_, context_, PH_INTEROP_NAMESPACE, indication.get()))
+        pending_.add(context_, std::move(indication));
+}
+
+PendingDeliveries::Clock::time_point SelWatch::turn(SelFollower& follower) {
+    follower.poll([this](const auto& record) { deliver(record); });
+    return std::min(pending_.offer(context_), PendingDeliveries::Clock::now() + interval());
 }
 
 void SelWatch::run() {
@@ -93,17 +99,19 @@ void SelWatch::run() {
         isForgotten_ = false;
         if (!isWanted()) {
             follower.close();
+            pending_.clear();
             changed_.wait(lock);
             continue;
         }
         lock.unlock();
-        follower.poll([this](const auto& record) { deliver(record); });
+        const auto next = turn(follower);
         lock.lock();
         isFollowing_ = !isForgotten_;
         following_.notify_all();
-        changed_.wait_for(lock, interval(), [this] { return isEnding_ || isForgotten_ || !isWanted(); });
+        changed_.wait_until(lock, next, [this] { return isEnding_ || isForgotten_ || !isWanted(); });
     }
     lock.unlock();
     follower.close();
+    pending_.clear();
     CBDetachThread(broker_, context_);
 }

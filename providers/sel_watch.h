@@ -1,14 +1,18 @@
 // Delivers what the BMC writes into its event log as indications, while somebody subscribes.
 #pragma once
 
+#include "pending_deliveries.h"
+
 #include <cmpift.h>
 #include <condition_variable>
 #include <mutex>
 #include <thread>
 
+class SelFollower;
+
 class SelWatch {
 public:
-    explicit SelWatch(const CMPIBroker* broker) : broker_(broker) {}
+    explicit SelWatch(const CMPIBroker* broker) : broker_(broker), pending_(broker) {}
     ~SelWatch(); // waits for the event in hand
     SelWatch(const SelWatch&) = delete;
     SelWatch& operator=(const SelWatch&) = delete;
@@ -26,10 +30,13 @@ private:
     void follow(const CMPIContext* context);
     bool isWanted() const { return filters_ > 0 && isEnabled_; }
     void run();
-    void deliver(const std::uint8_t (&record)[16]) const;
+    void deliver(const std::uint8_t (&record)[16]);
+    // Takes what is new, and offers again what was not taken. Returns when to come again.
+    PendingDeliveries::Clock::time_point turn(SelFollower& follower);
 
     const CMPIBroker* broker_;
     const CMPIContext* context_ = nullptr; // of the thread
+    PendingDeliveries pending_;            // the thread's
     std::mutex mutex_;                     // of what follows
     std::condition_variable changed_, following_;
     unsigned filters_ = 0;
