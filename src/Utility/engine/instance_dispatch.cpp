@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstring>
 #include <ctime>
+#include <mutex>
 #include <strings.h>
 
 namespace ph {
@@ -46,8 +47,7 @@ GetInstArray findOwnGetter(const DynamicLibrary& self, const CMPIBroker* broker,
     return name[0] != '\0' ? findGetter(self, "PH_", name) : nullptr;
 }
 
-// Arrays of classes that are costly to collect and asked for once per associated element. A provider process
-// calls from one thread at a time, so there is no lock.
+// Arrays of classes that are costly to collect and asked for once per associated element.
 struct CacheEntry {
     char className[128];
     CMPIArray* array; // a clone that the cache owns
@@ -55,6 +55,9 @@ struct CacheEntry {
 };
 
 constexpr time_t cacheSeconds = 180;
+
+// Requests of several threads take turns at the entries, not at collecting the arrays.
+std::mutex cacheMutex;
 
 CacheEntry cache[] = {
     {"CIM_Sensor", nullptr, 0},
@@ -74,7 +77,16 @@ CacheEntry* findEntry(const char* className) {
     return nullptr;
 }
 
+// A clone of an array that is not too old; nullptr where there is none.
+CMPIArray* stored(const CacheEntry& entry) {
+    const std::lock_guard lock(cacheMutex);
+    const time_t now = std::time(nullptr);
+    const bool isFresh = entry.array != nullptr && now >= entry.stored && now - entry.stored < cacheSeconds;
+    return isFresh ? CMClone(entry.array, nullptr) : nullptr;
+}
+
 void store(CacheEntry& entry, const CMPIArray* array) {
+    const std::lock_guard lock(cacheMutex);
     if (entry.array != nullptr)
         CMRelease(entry.array);
     entry.array = CMClone(array, nullptr);
@@ -102,10 +114,9 @@ CMPIArray* PH_GetInstArray(const CMPIObjectPath* ref, const CMPIBroker* broker, 
     ph::CacheEntry* entry = ph::findEntry(className);
     if (entry == nullptr)
         return getter(ref, broker, context, properties);
-    const time_t now = std::time(nullptr);
-    if (entry->array != nullptr && now >= entry->stored && now - entry->stored < ph::cacheSeconds) {
+    if (CMPIArray* const cached = ph::stored(*entry)) {
         PH_LOG("\n %s Cached \n", className);
-        return CMClone(entry->array, nullptr);
+        return cached;
     }
     PH_LOG("\n %s Fetching New \n", className);
     CMPIArray* array = getter(ref, broker, context, properties);
