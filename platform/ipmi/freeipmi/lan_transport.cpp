@@ -41,6 +41,14 @@ void check(const SessionSettings& settings, const std::string& host) {
             "the privilege level is not one of IPMI 2.0");
 }
 
+// FreeIPMI sets libgcrypt up when it opens a session, and threads that open their first ones at the same time
+// would use it half set up. Once is enough for the process.
+void setUpCryptography() {
+    static const bool isSetUp = ipmi_rmcpplus_init() == 0;
+    if (!isSetUp)
+        throw TransportError("libgcrypt cannot be set up");
+}
+
 // Three messages for a timeout, of which the last waits for half of it: BMCs may be slow. A quarter to the
 // millisecond may end just before the timeout and so cost a fourth message.
 unsigned retransmissionFor(unsigned timeout) {
@@ -111,6 +119,7 @@ std::vector<std::uint8_t> readCipherSuites(FreeIpmiContext& bmc) {
 LanTransport::LanTransport(const SessionSettings& settings)
     : settings_(settings), host_(hostWithPort(settings_)) {
     check(settings_, host_);
+    setUpCryptography();
     const unsigned whole = static_cast<unsigned>(std::clamp(settings_.timeout, 1, 3600)) * 1000;
     messageTimeout_ = std::max(whole / messagesOfOpening, shortestMessageTimeout);
     retransmission_ = settings_.retransmission > 0
