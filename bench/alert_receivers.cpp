@@ -1,0 +1,125 @@
+// Alerts for listeners of which some take long, hang or are dead: what the good one gets, and when.
+//
+//   alert_receivers [EVENTS]     10000 by default, for each of the four in turn
+//
+// Exit status 1 when the good or the slow listener missed an alert, or got them in another order.
+#include "support/alert_machine.h"
+#include "support/http_sink.h"
+
+#include <arpa/inet.h>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+std::string url(int port) {
+    return "http://127.0.0.1:" + std::to_string(port) + '/';
+}
+
+double since(Clock::time_point begin) {
+    return std::chrono::duration<double>(Clock::now() - begin).count();
+}
+
+// A listener that answers, and what it was told.
+class Receiver {
+public:
+    explicit Receiver(std::chrono::milliseconds delay)
+        : sink_(delay, [this](const std::string& body) { take(body); }) {}
+
+    int port() const { return sink_.port(); }
+    // Waits for all alerts of this listener. Returns whether they came in order.
+    bool await(std::size_t count) {
+        for (auto seen = sink_.requests(); !sink_.await(count); seen = sink_.requests())
+            if (sink_.requests() == seen && ++idle_ > patience_)
+                return false;
+        return isInOrder_;
+    }
+    std::size_t requests() const { return sink_.requests(); }
+    double longestPause() const { return longestPause_; } // seconds
+
+private:
+    void take(const std::string& body) {
+        constexpr std::string_view before = "NAME=\"EventID\" TYPE=\"string\"><VALUE>";
+        const std::size_t at = body.find(before);
+        const long id = at != body.npos ? std::strtol(body.c_str() + at + before.size(), nullptr, 16) : -1;
+        isInOrder_ = isInOrder_ && id > lastId_;
+        lastId_ = id;
+        longestPause_ = std::max(longestPause_, since(lastTime_));
+        lastTime_ = Clock::now();
+    }
+
+    const int patience_ = 3; // of ten seconds each
+    int idle_ = 0;
+    bool isInOrder_ = true;
+    long lastId_ = -1;
+    double longestPause_ = 0;
+    Clock::time_point lastTime_ = Clock::now();
+    bench::HttpSink sink_;
+};
+
+// A port behind which nobody answers: connections come about up to the backlog, and no further.
+class SilentPort {
+public:
+    explicit SilentPort(int backlog) : socket_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+        address_.sin_family = AF_INET;
+        address_.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof address_;
+        if (bind(socket_, generic(), size) != 0 || listen(socket_, backlog) != 0 ||
+            getsockname(socket_, generic(), &size) != 0)
+            throw std::runtime_error("no listener on loopback");
+    }
+    ~SilentPort() {
+        close(socket_);
+        close(filler_);
+    }
+    SilentPort(const SilentPort&) = delete;
+    SilentPort& operator=(const SilentPort&) = delete;
+
+    int port() const { return ntohs(address_.sin_port); }
+    // The backlog of 0 is one connection: with this one, further ones are not answered, as by a dead machine.
+    void fill() {
+        filler_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        if (connect(filler_, generic(), sizeof address_) != 0)
+            throw std::runtime_error("no connection on loopback");
+    }
+
+private:
+    sockaddr* generic() { return reinterpret_cast<sockaddr*>(&address_); }
+
+    int socket_;
+    int filler_ = -1;
+    sockaddr_in address_{};
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const int events = argc > 1 ? std::atoi(argv[1]) : 10000;
+    constexpr std::chrono::milliseconds slowness{5};
+    Receiver good({}), slow(slowness);
+    SilentPort hanging(16), dead(0);
+    dead.fill();
+    constexpr int listeners = 4;
+    const auto& machine = bench::AlertMachine::only();
+    machine.make(100, {url(good.port()), url(slow.port()), url(hanging.port()), url(dead.port())});
+
+    const auto begin = Clock::now();
+    for (int i = 0; i < events; ++i)
+        if (!machine.write(1 + i % listeners, static_cast<std::uint16_t>(i)))
+            return 1;
+    const auto share = [&](int listener) {
+        return static_cast<std::size_t>((events + listeners - listener) / listeners);
+    };
+    const bool isGood = good.await(share(1)) && slow.await(share(2));
+    const double seconds = since(begin);
+    std::printf("%d events in %.1f s, %.0f a second\n", events, seconds, events / seconds);
+    std::printf("good: %zu of %zu, longest pause %.1f s\n", good.requests(), share(1), good.longestPause());
+    std::printf("slow (%d ms): %zu of %zu\n", static_cast<int>(slowness.count()), slow.requests(), share(2));
+    std::fflush(stdout);
+    _exit(isGood ? 0 : 1); // the monitor goes on
+}
