@@ -40,8 +40,7 @@ static_assert(sizeof(AlertMailRequest) == 4514, "layout shared with the platform
  * was to be authenticated to and offers no AUTH, that does not answer within the time-out, or whose machine
  * does not answer for 7 seconds. Alerts wait for each other: a server that kept one waiting in vain, in a
  * time-out or between attempts, is left alone for a minute, in which the function fails at once; where it
- * refused for now, only for this recipient.
- * Returns 0 when the server took the mail, another number
+ * refused for now, only for this recipient. Returns 0 when the server took the mail, another number
  * otherwise. The request is not kept; its secrets are not logged. */
 int smtp_mail(const AlertMailRequest* request);
 
