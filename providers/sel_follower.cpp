@@ -12,6 +12,12 @@ constexpr std::uint16_t firstRecord = 0x0000;
 constexpr std::uint16_t lastRecord = 0xFFFF; // as the ID of the next record: there is none
 constexpr std::uint8_t wholeRecord = 0xFF;
 
+// Completion codes by which BMCs say that a record is not there: it is not present, or its ID is out of range or
+// invalid, as in an empty log. Any other is of the moment, such as C0h (node busy) or 81h (an erasure is in progress).
+bool saysMissing(std::uint8_t completionCode) {
+    return completionCode == 0xCB || completionCode == 0xC9 || completionCode == 0xCC;
+}
+
 std::uint16_t nextOf(const CIM_SELEntry& entry) {
     return static_cast<std::uint16_t>(entry.nextRecordId[0] | entry.nextRecordId[1] << 8);
 }
@@ -54,7 +60,7 @@ void SelFollower::forget() {
     forgetSelPosition();
 }
 
-// Returns false when the BMC has no such record. Throws Lost where it gives no answer.
+// Returns false when the BMC has no such record. Throws Lost where it does not tell.
 bool SelFollower::read(std::uint16_t recordId, CIM_SELEntry& entry) {
     const CIM_SELEntryRequest request{
         .reservationId = {},
@@ -63,7 +69,7 @@ bool SelFollower::read(std::uint16_t recordId, CIM_SELEntry& entry) {
         .size = wholeRecord};
     CIM_SELEntryAnswer answer{};
     const int result = CIM_GetSELEntry(&session_, &request, &answer, timeout);
-    if (result != 0 && answer.completionCode == 0)
+    if (result != 0 && !saysMissing(answer.completionCode))
         throw Lost();
     entry = answer.entry;
     return result == 0;

@@ -20,7 +20,7 @@ constexpr std::string_view elementProperty = "AlertingManagedElement";
 constexpr std::uint8_t any = 0xFF;
 
 constexpr std::size_t querySize = 256;
-constexpr std::size_t clauseSize = 128;
+constexpr std::size_t clauseSize = 64;
 
 struct Severity {
     std::uint8_t bits; // of a platform event filter

@@ -112,6 +112,23 @@ TEST_F(SelFollowing, survivesClearsWrapsAndDeletions) {
     EXPECT_THAT(poll(follower), ElementsAre(14));
 }
 
+// A BMC that is busy, erases its log or answers nothing has not emptied its log.
+TEST_F(SelFollowing, takesNothingTwiceAfterABmcThatRefused) {
+    add(1);
+    SelFollower follower;
+    poll(follower);
+    add(2);
+    EXPECT_THAT(poll(follower), ElementsAre(2));
+    for (const std::uint8_t code : {0xC0, 0x81, 0xC3}) {
+        add(3);
+        vbmc::VirtualBmc(stateFile).addFault({.netFn = 0x0A, .command = 0x43, .value = code, .calls = 2});
+        EXPECT_THAT(poll(follower), IsEmpty());
+        EXPECT_THAT(poll(follower), IsEmpty());
+        EXPECT_THAT(poll(follower), ElementsAre(3));
+        EXPECT_THAT(poll(follower), IsEmpty());
+    }
+}
+
 TEST_F(SelFollowing, goesOnAfterARestart) {
     add(1);
     {
