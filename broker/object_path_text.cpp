@@ -112,8 +112,10 @@ private:
         Value value;
         if (sameName(word, "TRUE") || sameName(word, "FALSE"))
             value = {CMPI_boolean, sameName(word, "TRUE")};
-        else if (word.starts_with('-'))
+        else if (word.starts_with('-') && number<std::int64_t>(word, key) != 0)
             value = {CMPI_sint64, number<std::int64_t>(word, key)};
+        else if (word.starts_with('-'))
+            value = {CMPI_uint64, std::uint64_t{0}};
         else
             value = {CMPI_uint64, number<std::uint64_t>(word, key)};
         position_ = end;

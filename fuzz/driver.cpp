@@ -2,14 +2,18 @@
 // run, so that what fails can be found again; -runs=N says how many, -seed=N which.
 #include "target.h"
 
+#include <csignal>
 #include <cstring>
 #include <exception>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <random>
+#include <span>
 #include <string>
 #include <string_view>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -97,15 +101,30 @@ private:
     std::mt19937_64 random_;
 };
 
+std::span<const std::uint8_t> input;
+
+// Keeps the input that ended the program, in the folder that it runs in.
+void keepInput(int signal) {
+    const int file = open("crash-input", O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    constexpr char message[] = "the input is in crash-input\n";
+    if (file >= 0 && write(file, input.data(), input.size()) >= 0)
+        (void)!write(STDERR_FILENO, message, sizeof message - 1);
+    std::signal(signal, SIG_DFL);
+    std::raise(signal);
+}
+
 void feed(const Bytes& bytes) {
     // An allocation of its own size: the sanitizer sees what reads beyond it.
     const std::vector<std::uint8_t> exact(bytes);
+    input = exact;
     LLVMFuzzerTestOneInput(exact.data(), exact.size());
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
+    for (const int signal : {SIGABRT, SIGSEGV, SIGFPE})
+        std::signal(signal, keepInput);
     try {
         const Options options = parse(argc, argv);
         for (const Bytes& bytes : options.corpus)

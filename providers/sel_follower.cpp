@@ -110,14 +110,17 @@ SelFollower::Next SelFollower::findNext(const CIM_SELInfo& info) {
 }
 
 bool SelFollower::takeNew(const CIM_SELInfo& info, const Take& take) {
-    constexpr int mostRecords = 0xFFFE; // more would run in a circle
+    // More run in a circle, or came meanwhile and wait for the next call.
+    const int mostRecords = CIM_GetSELInfo != nullptr ? info.entries : 0xFFFE;
     const SelPosition before = *position_;
     bool hasTaken = false;
     Next next = findNext(info);
     for (int count = 0; next.id != lastRecord && count < mostRecords; ++count) {
         CIM_SELEntry entry{};
-        if (!read(next.id, entry))
-            break; // deleted meanwhile; the next call finds its way
+        if (!read(next.id, entry)) {
+            hasTaken = true; // deleted meanwhile, or refused for the moment; the next call finds its way
+            break;
+        }
         next.id = nextOf(entry);
         const bool isNew = !next.mayBeOld || !isOld(entry.record, before.last);
         if (isNew)
@@ -134,7 +137,8 @@ bool SelFollower::takeNew(const CIM_SELInfo& info, const Take& take) {
     std::memcpy(position_->first, first.record, sizeof(position_->first));
     if (before != *position_)
         saveSelPosition(*position_);
-    return hasTaken;
+    const bool isWhole = CIM_GetSELInfo == nullptr || (info.entries == 0) == (position_->isEmpty != 0);
+    return hasTaken || !isWhole;
 }
 
 void SelFollower::poll(const Take& take) {

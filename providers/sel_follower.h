@@ -36,7 +36,7 @@ private:
     CIM_SELInfo info();
     void begin(const CIM_SELInfo& info);
     Next findNext(const CIM_SELInfo& info);
-    bool takeNew(const CIM_SELInfo& info, const Take& take); // whether there was something
+    bool takeNew(const CIM_SELInfo& info, const Take& take); // whether there was something, or may be more
 
     IPMI20_SESSION_T session_{};
     bool isOpen_ = false;

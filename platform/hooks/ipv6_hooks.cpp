@@ -27,6 +27,8 @@ struct AddressSet {
     std::uint8_t prefixLength = 0;
     std::uint8_t status = 0;
 
+    // BMCs have anything there before an address is set.
+    std::uint8_t publishedPrefix() const { return std::min(prefixLength, longestPrefix); }
     bool isEnabled() const { return (source & lan::addressEnabled) != 0; }
     bool isActive() const { return status == lan::statusActive && address != decltype(address){}; }
 };
@@ -75,8 +77,9 @@ int changeStaticAddress(const char* hook, const IPMI20_SESSION_T* session, int t
 void append(CIM_IPv6Addresses& list, const AddressSet& set) {
     auto& entry = list.addresses[list.count++];
     std::ranges::copy(set.address, entry.address);
-    entry.prefixLength = set.prefixLength;
-    entry.origin = set.source & lan::sourceMask;
+    entry.prefixLength = set.publishedPrefix();
+    constexpr std::uint8_t lastOrigin = 2; // what is reserved beyond is dynamic, too
+    entry.origin = std::min<std::uint8_t>(set.source & lan::sourceMask, lastOrigin);
 }
 
 void appendActive(CIM_IPv6Addresses& list, const LanParameters& bmc, std::uint8_t number,
@@ -113,7 +116,7 @@ int CIM_GetIPv6NetworkCfg(IPMI20_SESSION_T* session, CIM_IPv6NetworkCfg* configu
         *configuration = {};
         configuration->source = isStatic ? CIM_ADDRESS_SOURCE_STATIC : CIM_ADDRESS_SOURCE_DYNAMIC;
         std::ranges::copy(set.address, configuration->address);
-        configuration->prefixLength = set.prefixLength;
+        configuration->prefixLength = set.publishedPrefix();
         bmc.readIfPresent(parameter::ipv6StaticRouter1, configuration->gateway);
     });
 }

@@ -87,7 +87,9 @@ int CIM_GetIPv4NetworkCfg(IPMI20_SESSION_T* session, CIM_IPv4NetworkCfg* configu
     return hooks::guarded(__func__, [&] {
         require(configuration != nullptr);
         const LanParameters lan(hooks::sessionOf(session, timeout), channel);
-        configuration->source = lan.readByte(parameter::ipv4Source) & 0x0F;
+        // IPMI has no names for the sources beyond "other".
+        configuration->source =
+            std::min<std::uint8_t>(lan.readByte(parameter::ipv4Source) & 0x0F, CIM_ADDRESS_SOURCE_OTHER);
         lan.read(parameter::ipv4Address, configuration->address);
         lan.read(parameter::subnetMask, configuration->netmask);
         lan.read(parameter::defaultGateway, configuration->gateway);

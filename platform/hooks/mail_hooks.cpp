@@ -61,8 +61,8 @@ ServerSettings readServer(Session& bmc, std::uint8_t channel, Server server) {
     const auto answer = hooks::runOem(bmc, oem::getMailServer, {channel, server});
     auto reader = answer.reader();
     ServerSettings settings{};
-    settings.isEnabled = reader.u8();
-    settings.security = reader.u8();
+    settings.isEnabled = reader.u8() & 1;
+    settings.security = reader.u8() & (CIM_SMTP_AUTHENTICATE | CIM_SMTP_STARTTLS);
     settings.port = reader.u16();
     std::ranges::copy(reader.bytes(sizeof settings.ipv4), settings.ipv4);
     std::ranges::copy(reader.bytes(sizeof settings.ipv6), settings.ipv6);

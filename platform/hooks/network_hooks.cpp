@@ -38,7 +38,7 @@ int readLanEnable(const char* hook, const IPMI20_SESSION_T* session, int timeout
         require(enable != nullptr);
         const auto answer = hooks::runOem(hooks::sessionOf(session, timeout), oem::getLanEnable, {lanIndex});
         auto reader = answer.reader();
-        *enable = reader.u8();
+        *enable = reader.u8() & CIM_LAN_BOTH;
         answer.verify(reader);
     });
 }
@@ -51,7 +51,7 @@ struct Bond {
 Bond decodeBond(const Answer& answer) {
     auto reader = answer.reader();
     Bond bond;
-    bond.configuration.enabled = reader.u8();
+    bond.configuration.enabled = reader.u8() & 1;
     bond.lanIndex = reader.u8();
     bond.configuration.mode = reader.u8();
     bond.configuration.milliseconds = reader.u16();

@@ -1,8 +1,11 @@
 #include "platform_calls.h"
 
 #include <algorithm>
+#include <chrono>
 #include <dlfcn.h>
 #include <optional>
+#include <string_view>
+#include <tuple>
 #include <type_traits>
 
 PlatformCalls platformCalls;
@@ -54,10 +57,39 @@ Function* real(const char* name) {
     return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
 }
 
+// The time of the call that lasts as long as this.
+template <class... Arguments>
+class TimeLimit {
+public:
+    explicit TimeLimit(const char* hook, Arguments... arguments) : hook_(hook) {
+        // The log's records have the time each.
+        if (std::string_view(hook).find("CIM_") != 0 || std::string_view(hook) == "CIM_GetSELRecords")
+            return;
+        if constexpr (std::is_same_v<std::tuple_element_t<sizeof...(Arguments) - 1, std::tuple<Arguments...>>,
+                                     int>)
+            seconds_ = std::get<sizeof...(Arguments) - 1>(std::tuple(arguments...));
+    }
+    ~TimeLimit() {
+        constexpr std::chrono::seconds lastMessage{1};
+        if (seconds_ > 0 && Clock::now() - start_ > std::chrono::seconds(seconds_) + lastMessage)
+            platformCalls.overdue.emplace_back(hook_);
+    }
+    TimeLimit(const TimeLimit&) = delete;
+    TimeLimit& operator=(const TimeLimit&) = delete;
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    const char* hook_;
+    int seconds_ = 0;
+    Clock::time_point start_ = Clock::now();
+};
+
 template <class Function, class... Arguments>
 int forward(const char* name, int failure, Arguments... arguments) {
     if (fails(name, arguments...))
         return failure;
+    const TimeLimit<Arguments...> limit(name, arguments...);
     const auto standIn = platformCalls.standIns.find(name);
     return standIn == platformCalls.standIns.end()
                ? real<Function>(name)(arguments...)

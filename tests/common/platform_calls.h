@@ -22,6 +22,9 @@ struct PlatformCalls {
     std::set<std::string, std::less<>> broken;             // functions that fail whenever they are called
     std::map<std::string, std::any, std::less<>> standIns; // functions that answer in the platform's place
 
+    // Hooks that came back later than their argument `timeout` allows, with a second for the last message.
+    std::vector<std::string> overdue;
+
     int openHandles = 0;                // of databases
     int openSessions = 0;               // of IPMI
     std::vector<unsigned> pauses;       // seconds of sleep(), which returns at once

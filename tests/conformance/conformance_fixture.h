@@ -2,9 +2,8 @@
 #pragma once
 
 #include "declared_type.h"
-#include "machine.h"
 #include "platform_calls.h"
-#include "served_class.h"
+#include "sample_requests.h"
 
 #include <gmock/gmock.h>
 
@@ -36,19 +35,11 @@ protected:
     }
     bool isEnumerated() const { return tested.description.enumerates; }
 
-    // A request that changes something and, if any of the class does, succeeds: of each operation, and of
-    // each method.
-    std::vector<broker::Request> changes();
-    // Those, and the others on the first instance.
-    std::vector<broker::Request> requests();
+    std::vector<broker::Request> changes() const { return sampleChanges(broker, machine(), tested); }
+    std::vector<broker::Request> requests() const { return sampleRequests(broker, machine(), tested); }
 
     broker::Broker broker;
     const ServedClass tested{broker, *schema::find(GetParam().name)};
-
-private:
-    broker::Instance first() const;
-    broker::Request modification(const broker::Instance& instance) const;
-    std::vector<broker::NamedValues> argumentsOf(const schema::Method& method);
 };
 
 // Failures are the same under every broker.

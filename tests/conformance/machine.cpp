@@ -1,6 +1,8 @@
 #include "machine.h"
 
-#include "managed_bmc.h"
+#include "bmc_session.h"
+#include "cim_values.h"
+#include "virtual-bmc/virtual_bmc.h"
 
 #include <provider_helper/provider_helper.h>
 
@@ -19,7 +21,7 @@ constexpr char model[] = R"({
              {"id": 1, "name": "Supply", "entity": 10, "product": {"partNumber": "P-1"}, "powerSupply": {"hotSwap": true}}],
     "sdrRepository": {"genericDevices": [{"name": "CPU1", "entity": 3}]},
     "systemInfo": {"firmwareVersion": "1.02", "osName": "Linux"},
-    "users": [{"id": 2, "name": "root"}, {"id": 3, "name": "operator", "privilege": "operator"}],
+    "users": [{"id": 2, "name": "root", "email": "root@example.org"}, {"id": 3, "name": "operator", "privilege": "operator"}],
     "services": [{"name": "web"}, {"name": "ssh"}],
     "chassis": {"softOffDelay": 0, "cycleInterval": 0},
     "watchdog": {"use": "os", "action": "hard-reset", "interval": 6000, "endsAt": 4102444800000},
@@ -39,6 +41,7 @@ constexpr char model[] = R"({
               "ipv4": {"source": "dhcp", "lease": {"address": "198.51.100.7", "netmask": "255.255.255.0"}}}],
     "alertDestinations": [{"channel": 1, "selector": 1, "kind": "e-mail", "user": 2},
                           {"channel": 1, "selector": 2, "kind": "trap", "ipv4": "192.0.2.9"}],
+    "mail": {"servers": [{"channel": 1, "enabled": true, "ipv4": "192.0.2.1"}]},
     "pef": {"filters": [
         {"number": 1, "bytes": "80 01 01 10 ff ff 01 ff 01 ff ff 00 00 00 00 00 00 00 00 00"}]}})";
 
@@ -60,12 +63,15 @@ void store() {
 
 } // namespace
 
-Machine::Machine() {
+Machine::Machine(int interfaceType) {
     sysroot_.standInForCommands();
     const fs::path stateFile = sysroot_.place("/var/lib/virtual-bmc/bmc.state");
     vbmc::createFromText(stateFile, model, "model");
     vbmc::VirtualBmc(stateFile).addSensorEvent("Inlet", 9, false);
     synchronise(stateFile);
+    ipmi::SessionSettings session = virtualBmc(stateFile);
+    session.interfaceType = interfaceType;
+    storeSession(session);
     store();
     before_ = files();
 }
@@ -73,7 +79,7 @@ Machine::Machine() {
 std::map<fs::path, Machine::File> Machine::files() const {
     std::map<fs::path, File> all;
     for (const auto& entry : fs::recursive_directory_iterator(sysroot_.place("/")))
-        if (entry.is_regular_file()) {
+        if (entry.is_regular_file() && !entry.is_symlink()) {
             std::ostringstream content;
             content << std::ifstream(entry.path()).rdbuf();
             all[entry.path()] = {content.str(), entry.status().permissions()};

@@ -3,16 +3,20 @@
 #pragma once
 
 #include "broker/broker.h"
+#include "ipmi/transport.h"
 
 #include <map>
 #include <sysroot_fixture.h>
 
 class Machine {
 public:
-    Machine();
+    // Sessions lead to the virtual BMC over this interface.
+    explicit Machine(int interfaceType = ipmi::SessionSettings::VirtualBmc);
 
     // Puts every file back as it was when the machine was made.
     void restore() const;
+
+    std::filesystem::path place(std::string_view absolutePath) const { return sysroot_.place(absolutePath); }
 
     // One that its class creates, or that a method takes; without properties where none can be.
     static broker::Instance newInstance(const std::string& className);

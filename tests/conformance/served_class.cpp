@@ -28,7 +28,7 @@ ClassFunctions functionsOf(std::string_view name) {
 } // namespace
 
 std::string toText(const broker::Request& request) {
-    constexpr const char* operations[] = {"EI", "EIN", "GI", "MI", "CI", "DI", "IM"};
+    constexpr const char* operations[] = {"EI", "EIN", "GI", "MI", "CI", "DI", "IM", "A", "AN", "R", "RN"};
     return std::string(operations[static_cast<int>(request.operation)]) + ' ' + request.method + ' ' +
            toText(request.path);
 }
