@@ -15,7 +15,8 @@
 
 namespace {
 
-constexpr std::size_t mostBytes = 2 << 20;
+// 2 MiB on a BMC of 32 bits; half as much again where pointers are twice as long.
+constexpr std::size_t mostBytes = sizeof(void*) == 4 ? 2 << 20 : 3 << 20;
 
 #if defined __SANITIZE_ADDRESS__ || defined __SANITIZE_THREAD__
 constexpr bool isOwnHeap = false;

@@ -119,11 +119,12 @@ TEST_F(SelFollowing, takesNothingTwiceAfterABmcThatRefused) {
     poll(follower);
     add(2);
     EXPECT_THAT(poll(follower), ElementsAre(2));
-    for (const std::uint8_t code : {0xC0, 0x81, 0xC3}) {
+    for (const std::uint8_t code : std::initializer_list<std::uint8_t>{0xC0, 0x81, 0xC3}) {
         add(3);
-        vbmc::VirtualBmc(stateFile).addFault({.netFn = 0x0A, .command = 0x43, .value = code, .calls = 2});
+        vbmc::VirtualBmc(stateFile).addFault({.netFn = 0x0A, .command = 0x43, .value = code});
         EXPECT_THAT(poll(follower), IsEmpty());
         EXPECT_THAT(poll(follower), IsEmpty());
+        vbmc::VirtualBmc(stateFile).clearFaults();
         EXPECT_THAT(poll(follower), ElementsAre(3));
         EXPECT_THAT(poll(follower), IsEmpty());
     }
