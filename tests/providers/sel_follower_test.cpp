@@ -120,6 +120,9 @@ TEST_F(SelFollowing, takesNothingTwiceAfterABmcThatRefused) {
     add(2);
     EXPECT_THAT(poll(follower), ElementsAre(2));
     for (const std::uint8_t code : std::initializer_list<std::uint8_t>{0xC0, 0x81, 0xC3}) {
+        SCOPED_TRACE(static_cast<int>(code));
+        clear();
+        EXPECT_THAT(poll(follower), IsEmpty());
         add(3);
         vbmc::VirtualBmc(stateFile).addFault({.netFn = 0x0A, .command = 0x43, .value = code});
         EXPECT_THAT(poll(follower), IsEmpty());
