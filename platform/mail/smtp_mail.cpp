@@ -155,8 +155,10 @@ int send(const AlertMailRequest& request) {
     for (const std::string& recipient : message->recipients)
         recipients.add("<" + recipient + ">");
     set(smtp, CURLOPT_URL, url->c_str());
-    const std::uint32_t timeout = request.timeout; // not aligned there
-    set(smtp, CURLOPT_TIMEOUT, static_cast<long>(std::clamp(timeout, 1U, longestTimeout)));
+    const std::uint32_t asked = request.timeout; // not aligned there
+    const auto timeout = static_cast<long>(std::clamp(asked, 1U, longestTimeout));
+    set(smtp, CURLOPT_TIMEOUT, timeout);
+    set(smtp, CURLOPT_SERVER_RESPONSE_TIMEOUT, timeout); // QUIT is not part of that
     set(smtp, CURLOPT_MAIL_FROM, ("<" + message->sender + ">").c_str());
     set(smtp, CURLOPT_MAIL_RCPT, recipients.list());
     set(smtp, CURLOPT_UPLOAD, 1L);
