@@ -54,5 +54,15 @@ else()
     endif()
 endif()
 
+# ph_small(<library>): with PH_SMALL, one of those that a BMC's flash holds is optimized as a whole.
+function(ph_small library)
+    if(PH_SMALL)
+        set_target_properties(${library} PROPERTIES INTERPROCEDURAL_OPTIMIZATION ON)
+    endif()
+endfunction()
+if(PH_SMALL)
+    target_compile_options(ph_options INTERFACE -Os)
+endif()
+
 find_package(Threads REQUIRED)
 find_package(PkgConfig REQUIRED)
