@@ -1,14 +1,14 @@
 #include "smash-db/sync/staleness.h"
 
-#include "smash-db/database.h"
+#include "smash-db/connection.h"
 #include "smash-db/rows.h"
 #include "smash-db/sync/sdr_repository.h"
 
 namespace smash {
 
 bool isStale(ipmi::Transport& bmc) {
-    const auto database = open(smashSchema, OpenMode::Existing);
-    const auto stored = read(select(database, sdrRepositoryTable), sdrRepositoryTable);
+    const auto database = connect(smashSchema);
+    const auto stored = read(select(*database, sdrRepositoryTable), sdrRepositoryTable);
     if (stored.count == 0)
         return false;
     const SdrRepositoryRow& then = *stored.records;
