@@ -82,6 +82,8 @@ int enumerateInstances(const Options& options) {
     const auto path = classPath(*options);
     checkProperties(wanted, path.className, remarks);
     Requester requester(*options);
+    if (isSensorClass(path.className))
+        askIfStale();
     const auto reply = requester.execute(
         {.operation = Operation::EnumerateInstances, .path = path, .properties = wanted}, remarks);
     printInstances(reply.instances, wanted, *options);
@@ -104,6 +106,8 @@ int getInstance(const Options& options) {
     Requester requester(*options);
     auto found = nlohmann::ordered_json::array();
     const auto paths = select(requester, options->target, options->nameSpace);
+    if (isSensorClass(paths.front().className))
+        askIfStale();
     for (const broker::ObjectPath& path : paths) {
         Remarks remarks;
         checkProperties(wanted, path.className, remarks);
