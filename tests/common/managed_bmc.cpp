@@ -1,5 +1,7 @@
 #include "managed_bmc.h"
 
+#include <algorithm>
+
 void PrintTo(const Job& job, std::ostream* stream) {
     *stream << job.name << " in state " << job.state << ", status " << job.status << ", " << job.errors
             << " errors";
