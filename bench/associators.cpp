@@ -21,7 +21,8 @@ void associate(benchmark::State& state, Ask ask) {
     const auto hosts =
         broker.enumerateInstanceNames(broker::parseObjectPath("root/cimv2:CIM_HostComputerSystem")).paths;
     for (auto _ : state)
-        if (hosts.empty() || ask(broker, hosts[0]) != static_cast<std::size_t>(count)) {
+        if (hosts.empty() ||
+            ask(broker, hosts[0]) < static_cast<std::size_t>(count)) { // a host has other devices, too
             state.SkipWithError("not every sensor was found");
             break;
         }
@@ -32,13 +33,17 @@ void associate(benchmark::State& state, Ask ask) {
 
 void associators(benchmark::State& state) {
     associate(state, [](broker::Broker& broker, const broker::ObjectPath& host) {
-        return broker.associators(host, {.assocClass = "CIM_SystemDevice"}).instances.size();
+        return broker
+            .associators(host, {.assocClass = "CIM_SystemDevice", .resultClass = "CIM_NumericSensor"})
+            .instances.size();
     });
 }
 
 void associatorNames(benchmark::State& state) {
     associate(state, [](broker::Broker& broker, const broker::ObjectPath& host) {
-        return broker.associatorNames(host, {.assocClass = "CIM_SystemDevice"}).paths.size();
+        return broker
+            .associatorNames(host, {.assocClass = "CIM_SystemDevice", .resultClass = "CIM_NumericSensor"})
+            .paths.size();
     });
 }
 

@@ -92,7 +92,7 @@ bool sameName(std::string_view left, std::string_view right) {
 
 const Value* find(const NamedValues& values, std::string_view name) {
     for (const NamedValue& entry : values)
-        if (sameName(entry.name, name))
+        if (entry.name.size() == name.size() && sameName(entry.name, name))
             return &entry.value;
     return nullptr;
 }

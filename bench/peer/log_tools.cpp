@@ -1,7 +1,7 @@
 // The event log of a BMC over RMCP+: this project beside the usual tools, and beside a bare loop of Get SEL
 // Entry over one session.
 //
-//     log_tools [ROUNDS]
+//     log_tools [--json FILE] [ROUNDS]
 #include "broker/broker.h"
 #include "ipmi/command.h"
 #include "ipmi_sim.h"
@@ -18,6 +18,8 @@
 
 namespace {
 
+constexpr char about[] =
+    "Reads the event log of a simulated BMC with this project and with other tools, process by process.";
 constexpr std::size_t recordCount = 3000;
 constexpr int sensorCount = 20;             // that the events are of
 constexpr char enumeration[] = "enumerate"; // argument of the process that only does that
@@ -77,7 +79,7 @@ int readBare(ipmi::Transport& bmc) {
     return 0;
 }
 
-int run(const std::string& program, int rounds) {
+void run(const std::string& program, const bench::ContestOptions& options) {
     const bench::PrivateRoot root;
     const ph_test::IpmiSim simulator(ph_test::thresholdSensors(sensorCount), {}, records());
     ipmi::SessionSettings settings = simulator.settings();
@@ -106,10 +108,9 @@ int run(const std::string& program, int rounds) {
         {"ipmi-sel, first run", command(ipmiSel), messages},
         {"ipmitool sel list", command(ipmitool), messages},
         {"bare loop of Get SEL Entry", command(loop), messages}};
-    bench::print(std::to_string(recordCount) + " SEL records of ipmi_sim over RMCP+, " +
-                     std::to_string(rounds) + " rounds",
-                 bench::contest(contestants, rounds));
-    return 0;
+    bench::report({bench::contest("log", std::to_string(recordCount) + " SEL records of ipmi_sim over RMCP+",
+                                  contestants, options.rounds)},
+                  options);
 }
 
 } // namespace
@@ -119,12 +120,11 @@ int main(int argc, char** argv) try {
         return readBare(*bmc);
     if (argc == 2 && std::string(argv[1]) == enumeration)
         return enumerate();
-    const int rounds = argc > 1 ? std::atoi(argv[1]) : 7;
-    if (rounds < 1) {
-        std::fprintf(stderr, "Usage: log_tools [ROUNDS]\n");
-        return 2;
-    }
-    return run(argv[0], rounds);
+    bench::ContestOptions options;
+    if (const auto status = bench::readOptions(argc, argv, about, options))
+        return *status;
+    run(argv[0], options);
+    return 0;
 } catch (const std::exception& error) {
     std::fprintf(stderr, "log_tools: %s\n", error.what());
     return 1;

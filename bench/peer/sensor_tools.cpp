@@ -1,7 +1,7 @@
 // All numeric sensors of a BMC over RMCP+: this project beside the usual tools, and beside a bare loop of the
-// same number of Get Sensor Reading exchanges over one session.
+// same number of Get Sensor Reading exchanges over one session; each a process of its own.
 //
-//     sensor_tools [ROUNDS]
+//     sensor_tools [--json FILE] [ROUNDS]
 #include "ipmi/command.h"
 #include "ipmi_sim.h"
 #include "support/contest.h"
@@ -13,6 +13,7 @@
 
 namespace {
 
+constexpr char about[] = "Reads the sensors of a simulated BMC with this project and with other tools.";
 constexpr int sensorCount = 180;
 
 int runLoop(ipmi::Transport& bmc) {
@@ -21,7 +22,7 @@ int runLoop(ipmi::Transport& bmc) {
     return 0;
 }
 
-int run(const char* program, int rounds) {
+void run(const char* program, const bench::ContestOptions& options) {
     const bench::PrivateRoot root;
     const ph_test::IpmiSim simulator(ph_test::thresholdSensors(sensorCount));
     ipmi::SessionSettings settings = simulator.settings();
@@ -44,16 +45,15 @@ int run(const char* program, int rounds) {
     const auto messages = [&] { return relay.requests(); };
     const auto command = [](const std::string& text) { return [text] { bench::runCommand(text); }; };
     bench::runCommand(ipmiSensors);
-    const auto results =
-        bench::contest({{"phctl ei CIM_NumericSensor", command(phctl + " ei CIM_NumericSensor"), messages},
-                        {"ipmi-sensors, warm SDR cache", command(ipmiSensors), messages},
-                        {"ipmitool sdr list", command(ipmitool), messages},
-                        {"bare loop of Get Sensor Reading", command(loop), messages}},
-                       rounds);
-    bench::print(std::to_string(sensorCount) + " numeric sensors of ipmi_sim over RMCP+, " +
-                     std::to_string(rounds) + " rounds",
-                 results);
-    return 0;
+    const std::vector<bench::Contestant> contestants = {
+        {"phctl ei CIM_NumericSensor", command(phctl + " ei CIM_NumericSensor"), messages},
+        {"ipmi-sensors, warm SDR cache", command(ipmiSensors), messages},
+        {"ipmitool sdr list", command(ipmitool), messages},
+        {"bare loop of Get Sensor Reading", command(loop), messages}};
+    bench::report(
+        {bench::contest("sensors", std::to_string(sensorCount) + " numeric sensors of ipmi_sim over RMCP+",
+                        contestants, options.rounds)},
+        options);
 }
 
 } // namespace
@@ -61,12 +61,11 @@ int run(const char* program, int rounds) {
 int main(int argc, char** argv) try {
     if (const auto bmc = bench::openLoop(argc, argv))
         return runLoop(*bmc);
-    const int rounds = argc > 1 ? std::atoi(argv[1]) : 7;
-    if (rounds < 1) {
-        std::fprintf(stderr, "Usage: sensor_tools [ROUNDS]\n");
-        return 2;
-    }
-    return run(argv[0], rounds);
+    bench::ContestOptions options;
+    if (const auto status = bench::readOptions(argc, argv, about, options))
+        return *status;
+    run(argv[0], options);
+    return 0;
 } catch (const std::exception& error) {
     std::fprintf(stderr, "sensor_tools: %s\n", error.what());
     return 1;

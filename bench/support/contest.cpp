@@ -1,52 +1,116 @@
 #include "support/contest.h"
 
 #include <algorithm>
+#include <charconv>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
 #include <stdexcept>
+#include <utility>
 
 namespace bench {
 
 namespace fs = std::filesystem;
 
-std::vector<Result> contest(const std::vector<Contestant>& contestants, int rounds) {
-    using Clock = std::chrono::steady_clock;
-    std::vector<std::vector<double>> seconds(contestants.size());
-    std::vector<Result> results;
-    for (const Contestant& contestant : contestants) {
-        const std::size_t before = contestant.count ? contestant.count() : 0;
-        contestant.run();
-        results.push_back({contestant.name, 0, 0, 0, contestant.count ? contestant.count() - before : 0});
-    }
-    for (int round = 0; round < rounds; ++round)
-        for (std::size_t i = 0; i < contestants.size(); ++i) {
-            const auto begin = Clock::now();
-            contestants[i].run();
-            seconds[i].push_back(std::chrono::duration<double>(Clock::now() - begin).count());
-        }
-    for (std::size_t i = 0; i < results.size(); ++i) {
-        std::ranges::sort(seconds[i]);
-        results[i].minimum = seconds[i].front();
-        results[i].median = seconds[i][seconds[i].size() / 2];
-        results[i].maximum = seconds[i].back();
-    }
-    return results;
+namespace {
+
+double median(std::vector<double> values) {
+    std::ranges::sort(values);
+    return values[values.size() / 2];
 }
 
-void print(const std::string& title, const std::vector<Result>& results) {
-    const Result& yardstick = results.back();
-    std::printf("%s\n%-44s %9s %8s %9s %8s %9s %9s\n", title.c_str(), "", "min ms", "ratio", "median ms",
-                "ratio", "max ms", "messages");
-    for (const Result& result : results) {
-        std::printf("%-44s %9.1f %8.2f %9.1f %8.2f %9.1f", result.name.c_str(), result.minimum * 1e3,
-                    result.minimum / yardstick.minimum, result.median * 1e3, result.median / yardstick.median,
-                    result.maximum * 1e3);
+// Of the rounds, each beside the yardstick's of the same round.
+double medianRatio(const std::vector<double>& seconds, const std::vector<double>& yardstick) {
+    std::vector<double> ratios;
+    for (std::size_t i = 0; i < seconds.size(); ++i)
+        ratios.push_back(seconds[i] / yardstick[i]);
+    return median(std::move(ratios));
+}
+
+void print(const Contest& contest) {
+    const auto& yardstick = contest.results.back().seconds;
+    std::printf("%s, %zu rounds\n%-48s %9s %6s %10s %6s %9s\n", contest.title.c_str(), yardstick.size(), "",
+                "min ms", "ratio", "median ms", "ratio", "messages");
+    for (const Result& result : contest.results) {
+        std::printf("%-48s %9.1f %6.2f %10.1f %6.2f", result.name.c_str(),
+                    std::ranges::min(result.seconds) * 1e3,
+                    std::ranges::min(result.seconds) / std::ranges::min(yardstick),
+                    median(result.seconds) * 1e3, medianRatio(result.seconds, yardstick));
         if (result.messages > 0)
             std::printf(" %9zu", result.messages);
         std::printf("\n");
     }
+    std::printf("\n");
+}
+
+nlohmann::ordered_json jsonOf(const Contest& contest) {
+    auto contestants = nlohmann::ordered_json::array();
+    for (const Result& result : contest.results)
+        contestants.push_back(
+            {{"name", result.name}, {"seconds", result.seconds}, {"messages", result.messages}});
+    return {{"id", contest.id}, {"title", contest.title}, {"contestants", std::move(contestants)}};
+}
+
+int complain(const char* program, const std::string& problem) {
+    std::fprintf(stderr, "%s: %s (--help)\n", program, problem.c_str());
+    return 2;
+}
+
+} // namespace
+
+std::optional<int> readOptions(int argc, char** argv, const char* about, ContestOptions& options) {
+    constexpr int mostRounds = 10'000;
+    for (int i = 1; i < argc; ++i) {
+        const std::string argument = argv[i];
+        if (argument == "--help" || argument == "-h") {
+            std::printf("Usage: %s [--json FILE] [ROUNDS]\n%s\n", argv[0], about);
+            return 0;
+        }
+        if (argument == "--json") {
+            if (++i == argc)
+                return complain(argv[0], "--json needs a file");
+            options.json = argv[i];
+            continue;
+        }
+        const auto [end, error] =
+            std::from_chars(argument.data(), argument.data() + argument.size(), options.rounds);
+        if (error != std::errc() || end != argument.data() + argument.size() || options.rounds < 1 ||
+            options.rounds > mostRounds)
+            return complain(argv[0], "expected a number of rounds instead of " + argument);
+    }
+    return std::nullopt;
+}
+
+Contest contest(std::string id, std::string title, const std::vector<Contestant>& contestants, int rounds) {
+    using Clock = std::chrono::steady_clock;
+    Contest contest{std::move(id), std::move(title), {}};
+    for (const Contestant& contestant : contestants) {
+        const std::size_t before = contestant.count ? contestant.count() : 0;
+        contestant.run();
+        contest.results.push_back({contestant.name, {}, contestant.count ? contestant.count() - before : 0});
+    }
+    for (int round = 1; round <= rounds; ++round) {
+        std::fprintf(stderr, "%s: round %d of %d\n", contest.id.c_str(), round, rounds);
+        for (std::size_t i = 0; i < contestants.size(); ++i) {
+            const auto begin = Clock::now();
+            contestants[i].run();
+            contest.results[i].seconds.push_back(std::chrono::duration<double>(Clock::now() - begin).count());
+        }
+    }
+    return contest;
+}
+
+void report(const std::vector<Contest>& contests, const ContestOptions& options) {
+    auto all = nlohmann::ordered_json::array();
+    for (const Contest& each : contests) {
+        print(each);
+        all.push_back(jsonOf(each));
+    }
+    if (!options.json.empty() && !(std::ofstream(options.json) << all.dump(1) << '\n' << std::flush))
+        throw std::runtime_error("cannot write " + options.json);
 }
 
 void runCommand(const std::string& command) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,17 +16,31 @@ struct Contestant {
 
 struct Result {
     std::string name;
-    double minimum = 0; // seconds
-    double median = 0;
-    double maximum = 0;
-    std::size_t messages = 0; // of one run
+    std::vector<double> seconds; // of each round
+    std::size_t messages = 0;    // of one run
 };
 
-// Runs each once to warm up, then `rounds` times in turn.
-std::vector<Result> contest(const std::vector<Contestant>& contestants, int rounds);
+struct ContestOptions {
+    int rounds = 7;
+    std::string json; // file for the raw figures; none when it is empty
+};
 
-// A table with each minimum and each median as a multiple of the last contestant's: the yardstick comes last.
-void print(const std::string& title, const std::vector<Result>& results);
+// Reads "[--json FILE] [ROUNDS]", and answers --help with `about`. Returns the exit status when the program is to end now.
+// Wrong arguments are told on stderr.
+std::optional<int> readOptions(int argc, char** argv, const char* about, ContestOptions& options);
+
+// A contest by itself. Runs each contestant once to warm up, then all of them in turn for so many rounds; tells on stderr
+// which round it is. The yardstick is the last contestant.
+struct Contest {
+    std::string id; // for programs: "sensors"
+    std::string title;
+    std::vector<Result> results;
+};
+Contest contest(std::string id, std::string title, const std::vector<Contestant>& contestants, int rounds);
+
+// Prints a table of each, with each minimum as a multiple of the yardstick's and the median of the ratios of all rounds,
+// and writes the raw figures where the options say so. Throws std::runtime_error.
+void report(const std::vector<Contest>& contests, const ContestOptions& options);
 
 // Runs a shell command with its output thrown away. Throws with its end when its status is not 0.
 void runCommand(const std::string& command);

@@ -2,9 +2,9 @@
 
 #include "ipmi/transport.h"
 #include "provider_helper/record_log.h"
+#include "support/counted_instances.h"
 #include "virtual-bmc/virtual_bmc.h"
 
-#include <cmpimacs.h>
 #include <fstream>
 #include <stdexcept>
 
@@ -24,21 +24,7 @@ std::string makeLogBmc(const std::string& root) {
 }
 
 std::size_t countLogEntries(const broker::Broker& broker) {
-    std::size_t count = 0;
-    CMPIResultFT table{};
-    table.returnInstance = [](const CMPIResult* result, const CMPIInstance*) {
-        ++*static_cast<std::size_t*>(const_cast<void*>(result->hdl));
-        return CMPIStatus{CMPI_RC_OK, nullptr};
-    };
-    const CMPIResult result{&count, &table};
-    broker::Scope request(broker);
-    CMPIStatus status{CMPI_RC_OK, nullptr};
-    PH_EI_LogEntry(broker.handle(), request.makeContext(),
-                   request.make(broker::parseObjectPath("root/cimv2:CIM_LogEntry")), nullptr, &result,
-                   &status);
-    if (status.rc != CMPI_RC_OK)
-        throw std::runtime_error(broker::toString(status.msg));
-    return count;
+    return countInstances(broker, "CIM_LogEntry", PH_EI_LogEntry);
 }
 
 } // namespace bench

@@ -52,6 +52,8 @@ std::string readingText(double value) {
         std::snprintf(text, sizeof text, "%.15g", value);
         return text;
     }
+    if (const auto whole = static_cast<std::int64_t>(value); static_cast<double>(whole) == value)
+        return std::to_string(whole);
     int digits = 3;
     for (double size = std::abs(value); size > 0 && size < 1 && digits < 12; size *= 10)
         ++digits;

@@ -1,6 +1,6 @@
 #include "ipmi-view/sensor_rows.h"
 
-#include "smash-db/database.h"
+#include "smash-db/connection.h"
 #include "smash-db/inventory_tables.h"
 #include "smash-db/rows.h"
 
@@ -102,10 +102,10 @@ std::vector<SensorRow> sensorRowsOf(std::span<const FullSdr> numericSensors,
 }
 
 std::vector<SensorRow> readSensorRows() {
-    const auto database = smash::open(smash::smashSchema, smash::OpenMode::Existing);
-    const auto numericSensors = readAll(database, smash::fullSdrTable);
-    const auto sensors = readAll(database, smash::compactSdrTable);
-    const auto conversions = readAll(database, smash::sensorConversionTable);
+    const auto database = smash::connect(smash::smashSchema);
+    const auto numericSensors = readAll(*database, smash::fullSdrTable);
+    const auto sensors = readAll(*database, smash::compactSdrTable);
+    const auto conversions = readAll(*database, smash::sensorConversionTable);
     return sensorRowsOf(rowsOf(numericSensors), rowsOf(sensors), rowsOf(conversions));
 }
 

@@ -1,5 +1,6 @@
 #include "ipmi/transport.h"
 
+#include "ipmi/first_question.h"
 #include "ipmi/local_device.h"
 #include "ipmi/transport_library.h"
 
@@ -13,6 +14,11 @@ namespace {
 
 ExchangeObserver& observer() {
     static ExchangeObserver instance;
+    return instance;
+}
+
+std::function<void(Transport&)>& firstQuestion() {
+    static std::function<void(Transport&)> instance;
     return instance;
 }
 
@@ -102,8 +108,15 @@ std::unique_ptr<Transport> open(const SessionSettings& settings) {
                          " is unknown; 0 is LAN, 1 the local device, 2 the virtual BMC");
 }
 
+void askFirstQuestion(Transport& opened) {
+    try {
+        firstQuestion()(opened);
+    } catch (const std::exception&) { // what the transport was opened for comes next
+    }
+}
+
 std::unique_ptr<Transport> openForProcess(const SessionSettings& settings) {
-    if (!observer() && !processDeadline())
+    if (!observer() && !processDeadline() && !firstQuestion())
         return open(settings);
     SessionSettings limited = settings;
     if (processDeadline()) {
@@ -113,13 +126,20 @@ std::unique_ptr<Transport> openForProcess(const SessionSettings& settings) {
         limited.timeout =
             static_cast<int>(std::min<std::chrono::seconds::rep>(limited.timeout, left.count()));
     }
-    return std::make_unique<ProcessTransport>(open(limited));
+    auto opened = open(limited);
+    if (firstQuestion())
+        askFirstQuestion(*opened);
+    return std::make_unique<ProcessTransport>(std::move(opened));
 }
 
 } // namespace
 
 void observeExchanges(ExchangeObserver newObserver) {
     observer() = std::move(newObserver);
+}
+
+void askFirst(std::function<void(Transport&)> ask) {
+    firstQuestion() = std::move(ask);
 }
 
 void endExchangesBy(Clock::time_point deadline) {

@@ -13,6 +13,7 @@
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <vector>
 
 namespace smash {
 namespace {
@@ -71,6 +72,7 @@ void setAside(const std::string& path, ino_t number) {
     unlink((path + "-journal").c_str());
 }
 
+// SQLite keeps it as it is written here.
 std::string createStatement(const Table& table) {
     std::string columns;
     for (const Column& column : table.columns)
@@ -79,8 +81,7 @@ std::string createStatement(const Table& table) {
     std::string key;
     for (const Column& column : table.columns.first(table.keyColumns))
         key += (key.empty() ? ", UNIQUE (" : ", ") + std::string(column.name);
-    return std::string("CREATE TABLE IF NOT EXISTS ") + table.name + " (" + columns + key +
-           (key.empty() ? ")" : "))");
+    return std::string("CREATE TABLE ") + table.name + " (" + columns + key + (key.empty() ? ")" : "))");
 }
 
 int number(SQLite::Database& database, const char* query) {
@@ -109,7 +110,8 @@ void createTables(SQLite::Database& database, const Schema& schema) {
     if (chmod(database.getFilename().c_str(), privateMode) != 0)
         throw std::runtime_error(std::strerror(errno));
     for (const Table* table : schema.tables) {
-        database.exec(createStatement(*table));
+        if (!database.tableExists(table->name))
+            database.exec(createStatement(*table));
         if (table->indexed != nullptr)
             database.exec(std::string("CREATE INDEX IF NOT EXISTS ") + table->name + "_index ON " +
                           table->name + " (" + table->indexed + ")");
@@ -118,22 +120,38 @@ void createTables(SQLite::Database& database, const Schema& schema) {
     transaction.commit();
 }
 
-// These checks are what a request can afford: SQLite has read the header and the table definitions by now,
-// each of our statements compiles, and the file is as long as its header says. Damage within a page makes the
-// reading of its rows fail.
-void verify(SQLite::Database& database, const Schema& schema) {
+void requireVersion(SQLite::Database& database, const Schema& schema) {
     const int version = versionOf(database);
     if (version != schema.version)
         throw WrongFile("schema version " + std::to_string(version) + " instead of " +
                         std::to_string(schema.version));
+}
+
+// Throws SQLite::Exception for a table, or a column, that there is not. A table that was made with our own words is in
+// order; to compile a statement that reads its columns takes far longer.
+void requireTables(SQLite::Database& database, const Schema& schema) {
+    std::vector<const Table*> unknown(schema.tables.begin(), schema.tables.end());
+    SQLite::Statement definitions(database, "SELECT name, sql FROM sqlite_schema WHERE type = 'table'");
+    while (definitions.executeStep())
+        std::erase_if(unknown, [&](const Table* table) {
+            return std::strcmp(table->name, definitions.getColumn(0).getText()) == 0 &&
+                   createStatement(*table) == definitions.getColumn(1).getText();
+        });
+    for (const Table* table : unknown)
+        select(database, *table);
+}
+
+// These checks are what a request can afford: SQLite has read the header and the table definitions by now, which
+// are ours, and the file is as long as its header says. Damage within a page makes the reading of its rows fail.
+void verify(SQLite::Database& database, const Schema& schema) {
+    requireVersion(database, schema);
     const auto size = off_t{number(database, "PRAGMA page_count")} * number(database, "PRAGMA page_size");
     struct stat status = {};
     if (stat(database.getFilename().c_str(), &status) != 0)
         throw std::runtime_error(std::strerror(errno));
     if (status.st_size < size)
         throw WrongFile("the file is cut short");
-    for (const Table* table : schema.tables)
-        select(database, *table);
+    requireTables(database, schema);
 }
 
 SQLite::Database openFile(const std::string& path, const Schema& schema, OpenMode mode) {
@@ -144,9 +162,20 @@ SQLite::Database openFile(const std::string& path, const Schema& schema, OpenMod
     sqlite3_busy_handler(database.getHandle(), waitForLock, nullptr);
     if (schema.isTemporary)
         database.exec("PRAGMA synchronous = OFF"); // it does not outlive the machine's run
-    if (isBlank(database) ? create != 0 : !schema.isTemporary && lacksTables(database, schema))
+    const auto isIncomplete = [&] {
+        return isBlank(database) ? create != 0 : !schema.isTemporary && lacksTables(database, schema);
+    };
+    bool isWhole = false;
+    {
+        const SQLite::Transaction reading(database); // locks the file once for all that is read
+        isWhole = !isIncomplete();
+        if (isWhole)
+            verify(database, schema);
+    }
+    if (!isWhole) {
         createTables(database, schema);
-    verify(database, schema);
+        verify(database, schema);
+    }
     return database;
 }
 
@@ -178,6 +207,14 @@ SQLite::Database open(const Schema& schema, OpenMode mode) {
         return schema.isTemporary ? openTemporary(path, schema, mode) : openFile(path, schema, mode);
     } catch (const std::exception& error) {
         throw std::runtime_error(path + ": " + error.what());
+    }
+}
+
+void checkAgain(SQLite::Database& database, const Schema& schema) {
+    try {
+        requireVersion(database, schema);
+    } catch (const std::exception& error) {
+        throw std::runtime_error(database.getFilename() + ": " + error.what());
     }
 }
 

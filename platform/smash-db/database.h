@@ -20,4 +20,7 @@ enum class OpenMode { Existing, CreateMissing };
 // link or a pipe is refused.
 SQLite::Database open(const Schema& schema, OpenMode mode);
 
+// Checks of a file that open() opened whether it can be read now. Throws std::runtime_error.
+void checkAgain(SQLite::Database& database, const Schema& schema);
+
 } // namespace smash

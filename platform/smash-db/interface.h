@@ -1,6 +1,7 @@
 // What the functions of the C interface have in common: a handle, an outcome, rows in and out.
 #pragma once
 
+#include "smash-db/connection.h"
 #include "smash-db/rows.h"
 
 #include <platform/smash_db_handle.h>
@@ -11,7 +12,7 @@
 #include <utility>
 
 struct SmashDatabase {
-    SQLite::Database connection;
+    smash::Connection connection;
 };
 
 namespace smash {
@@ -40,7 +41,7 @@ int onDatabase(const char* function, SMASH_DB_HANDLE handle, Work&& work) noexce
         [&] {
             if (handle == nullptr)
                 throw std::invalid_argument("the database is not open");
-            work(handle->connection);
+            work(*handle->connection);
         },
         handle);
 }

@@ -50,9 +50,10 @@ void readField(const SQLite::Column& value, const Column& column, std::byte* rec
         return;
     }
     visitInteger(column.type, [&](auto number) {
-        if (!value.isInteger() || !std::in_range<decltype(number)>(value.getInt64()))
+        const std::int64_t stored = value.getInt64();
+        if (!value.isInteger() || !std::in_range<decltype(number)>(stored))
             throw std::runtime_error("no number of this width");
-        number = static_cast<decltype(number)>(value.getInt64());
+        number = static_cast<decltype(number)>(stored);
         std::memcpy(field, &number, sizeof number);
     });
 }

@@ -27,19 +27,20 @@ struct HttpOptions {
     std::function<void(const std::string& line)> log = {};
 };
 
+// Its functions are virtual for programs that load it as a library (http_library.h).
 class HttpServer {
 public:
     // The constructor listens at once. It throws std::runtime_error.
     HttpServer(Service& service, HttpOptions options);
-    ~HttpServer();
+    virtual ~HttpServer();
     HttpServer(const HttpServer&) = delete;
     HttpServer& operator=(const HttpServer&) = delete;
 
-    int port() const;
+    virtual int port() const;
     // Answers until it is stopped.
-    void run();
+    virtual void run();
     // Takes no more requests, and lets those end that are under way. Any thread may call it.
-    void stop();
+    virtual void stop();
 
 private:
     class Listener;

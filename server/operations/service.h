@@ -7,13 +7,15 @@
 
 namespace server {
 
+// Its answer is virtual for the library that serves it (http/http_library.h).
 class Service {
 public:
+    virtual ~Service() = default;
     explicit Service(broker::Broker& broker) : objects_(broker) {}
     void add(std::unique_ptr<OwnClass> own) { objects_.add(std::move(own)); }
 
     // Several threads may call it at once.
-    cimxml::Response answer(const cimxml::Call& call, const Caller& caller);
+    virtual cimxml::Response answer(const cimxml::Call& call, const Caller& caller);
 
 private:
     cimxml::Body run(const cimxml::Call& call, const Caller& caller);

@@ -8,10 +8,10 @@
 #include "Utility/back-ends/back_ends.h"
 #include "Utility/engine/class_family.h"
 #include "Utility/values/record_fields.h"
+#include "Utility/values/text_writer.h"
 
 #include <atomic>
 #include <charconv>
-#include <cstdio>
 #include <optional>
 
 constexpr const char* const g_LogEntryKeyList[1] = {"InstanceID"};
@@ -52,15 +52,18 @@ const char* formatOf(const std::uint8_t* sel) {
 // where the format has the sensor type, and a blank where it has a '*'.
 template <std::size_t N>
 void writeEventData(char (&text)[N], const std::uint8_t* sel) {
-    std::snprintf(text, N, "*%d.%d.%d*%d %d*%u*%d%d*%d*%d*%d*%s*%d*%d*%d*%d*", sel[11], sel[8], sel[7],
-                  PH_SelRecordId(sel), PH_SelRecordType(sel), PH_SelTime(sel), sel[7], sel[7], sel[9],
-                  PH_SelRecordType(sel), sel[11], PH_IsSelDeassertion(sel) ? "false" : "true", sel[12],
-                  sel[13], sel[14], sel[15]);
+    ph::TextWriter writer(text);
+    writer.text("*").number(sel[11]).text(".").number(sel[8]).text(".").number(sel[7]);
+    writer.text("*").number(PH_SelRecordId(sel)).text(" ").number(PH_SelRecordType(sel));
+    writer.text("*").number(PH_SelTime(sel)).text("*").number(sel[7]).number(sel[7]);
+    writer.text("*").number(sel[9]).text("*").number(PH_SelRecordType(sel)).text("*").number(sel[11]);
+    writer.text(PH_IsSelDeassertion(sel) ? "*false*" : "*true*").number(sel[12]);
+    writer.text("*").number(sel[13]).text("*").number(sel[14]).text("*").number(sel[15]).text("*");
 }
 
 template <std::size_t N>
 void writeKey(char (&key)[N], const std::uint8_t* sel) {
-    std::snprintf(key, N, "%u", PH_SelRecordId(sel));
+    ph::TextWriter(key).number(PH_SelRecordId(sel));
 }
 
 int fill(const std::uint8_t* sel, Record& entry, const char* logInstanceId, const ph::LogTime& time) {
@@ -72,7 +75,7 @@ int fill(const std::uint8_t* sel, Record& entry, const char* logInstanceId, cons
     entry.RecordData[0] = '\0';
     if (PH_IsSelSystemEvent(sel))
         writeEventData(entry.RecordData, sel);
-    std::snprintf(entry.ElementName, sizeof(entry.ElementName), "nBMC - Log %u", PH_SelRecordId(sel));
+    ph::TextWriter(entry.ElementName).text("nBMC - Log ").number(PH_SelRecordId(sel));
     return time.write(PH_SelTime(sel), entry.CreationTimeStamp) ? 0 : -1;
 }
 

@@ -1,8 +1,8 @@
 #include "RecordLogProfile/log_time.h"
 
 #include "provider_helper/record_log.h"
+#include "Utility/values/text_writer.h"
 
-#include <cstdio>
 #include <cstdlib>
 #include <ctime>
 
@@ -13,18 +13,10 @@ static_assert(sizeof(std::time_t) == 8, "SEL times end in 2106");
 
 constexpr std::size_t dateTimeSize = 26;
 
-// "%z" of a broken-down time, such as "+0530".
-struct Offset {
-    explicit Offset(const std::tm& time) { std::strftime(text, sizeof(text), "%z", &time); }
-
-    bool isEast() const { return text[0] == '+'; }
-    int minutes() const {
-        const int digits = std::atoi(text); // hundreds are hours
-        return digits / 100 * 60 + digits % 100;
-    }
-
-    char text[8] = "";
-};
+// Minutes that the local time is ahead of UTC.
+int offsetOf(const std::tm& local) {
+    return static_cast<int>(local.tm_gmtoff / 60);
+}
 
 } // namespace
 
@@ -33,7 +25,7 @@ LogTime::LogTime() : offset_(0) {
     const std::time_t now = std::time(nullptr);
     std::tm local{};
     if (localtime_r(&now, &local) != nullptr)
-        offset_ = Offset(local).minutes() * 60 - 3600 * local.tm_isdst;
+        offset_ = offsetOf(local) * 60 - 3600 * local.tm_isdst;
 }
 
 bool LogTime::write(std::uint32_t seconds, char* text) const {
@@ -41,12 +33,14 @@ bool LogTime::write(std::uint32_t seconds, char* text) const {
     std::tm local{};
     if (localtime_r(&time, &local) == nullptr)
         return false;
-    const Offset offset(local);
-    char dateTime[dateTimeSize] = "";
-    std::strftime(dateTime, sizeof(dateTime), "%Y%m%d%H%M%S.000000", &local);
+    const auto part = [](int value) { return static_cast<unsigned>(value); };
+    TextWriter writer(text, dateTimeSize);
+    writer.digits(part(local.tm_year + 1900), 4)
+        .digits(part(local.tm_mon + 1), 2)
+        .digits(part(local.tm_mday), 2);
+    writer.digits(part(local.tm_hour), 2).digits(part(local.tm_min), 2).digits(part(local.tm_sec), 2);
     // No time zone is a thousand minutes away from UTC.
-    std::snprintf(text, dateTimeSize, "%.21s%c%03u", dateTime, offset.isEast() ? '+' : '-',
-                  static_cast<unsigned>(std::abs(offset.minutes())) % 1000U);
+    writer.text(local.tm_gmtoff >= 0 ? ".000000+" : ".000000-").digits(part(std::abs(offsetOf(local))), 3);
     return true;
 }
 

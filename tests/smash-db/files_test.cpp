@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
@@ -75,11 +76,27 @@ const Damage damages[] = {
      "Not a directory"},
 };
 
+int openDescriptors(const fs::path& path) {
+    int count = 0;
+    std::error_code error; // a descriptor may be closed meanwhile
+    for (const auto& entry : fs::directory_iterator("/proc/self/fd"))
+        count += fs::read_symlink(entry, error) == path ? 1 : 0;
+    return count;
+}
+
+// Makes the library keep a connection to a file that was not changed just now.
+void keepConnection(const fs::path& path) {
+    usleep(30'000);
+    EXPECT_EQ(db_close(openDatabase(db_init).release()), 0);
+    EXPECT_EQ(openDescriptors(path), 1);
+}
+
 class BadFile : public DatabaseFixture, public testing::WithParamInterface<Damage> {};
 
 TEST_P(BadFile, isRefusedByNameAndLeftAlone) {
     handle.reset();
     const auto path = sysroot.place(file);
+    keepConnection(path);
     GetParam().apply(path);
     const auto contents = [&] {
         std::ifstream in(path, std::ios::binary);
@@ -104,6 +121,44 @@ TEST_P(BadFile, isRefusedByNameAndLeftAlone) {
 
 INSTANTIATE_TEST_SUITE_P(Files, BadFile, testing::ValuesIn(damages),
                          [](const auto& test) { return test.param.name; });
+
+TEST_F(DatabaseFixture, keptConnectionGivesWhatIsStoredNow) {
+    const auto path = sysroot.place(file);
+    handle.reset();
+    keepConnection(path);
+    const auto portOf = [](const Handle& database) {
+        const auto session = getRow(db_get_ipmi_session_info, database);
+        return session != nullptr ? session->port : -1;
+    };
+    EXPECT_EQ(portOf(openDatabase(db_init)), -1);
+    IPMISessionInfo session = {};
+    session.port = 6230;
+    ASSERT_EQ(db_set_ipmi_session_info(openDatabase(db_init).get(), &session), 0);
+    EXPECT_EQ(portOf(openDatabase(db_init)), 6230);
+    keepConnection(path);
+    execute(path, "UPDATE ipmi_session SET port = 6231");
+    EXPECT_EQ(portOf(openDatabase(db_init)), 6231);
+    keepConnection(path);
+    fs::copy_file(path, path.string() + ".new");
+    execute(path.string() + ".new", "UPDATE ipmi_session SET port = 6232");
+    fs::rename(path.string() + ".new", path);
+    EXPECT_EQ(portOf(openDatabase(db_init)), 6232) << "of a file that took its place";
+}
+
+TEST_F(DatabaseFixture, childLeavesTheConnectionOfItsParentAlone) {
+    const auto path = sysroot.place(file);
+    handle.reset();
+    keepConnection(path);
+    const pid_t child = fork();
+    if (child == 0) {
+        const Handle own = openDatabase(db_init);
+        _exit(own != nullptr && openDescriptors(path) == 2 ? 0 : 1);
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(db_close(openDatabase(db_init).release()), 0);
+}
 
 TEST_F(DatabaseFixture, damageWithinAPageGivesAnErrorInsteadOfRows) {
     const auto path = sysroot.place(file);
@@ -161,6 +216,8 @@ TEST_F(DatabaseFixture, messagesKeepTheirNumbers) {
 }
 
 TEST_F(DatabaseFixture, lockedFileIsAFailure) {
+    handle.reset();
+    keepConnection(sysroot.place(file));
     SQLite::Database other(sysroot.place(file), SQLite::OPEN_READWRITE);
     other.exec("BEGIN EXCLUSIVE");
     SMASH_DB_HANDLE opened = nullptr;

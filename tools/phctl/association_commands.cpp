@@ -57,9 +57,11 @@ int ask(const AssociationOptions& options, const Verb& verb) {
     return done;
 }
 
-void addOptions(CLI::App& command, const Verb& verb, AssociationOptions& options) {
-    options.target.addTo(command);
-    auto& filter = options.filter;
+void addAssociationOptions(CLI::App& command, const Verb& verb, Chosen& chosen) {
+    command.footer(std::string("Examples:\n  ") + verb.examples);
+    const auto options = std::make_shared<AssociationOptions>();
+    options->target.addTo(command);
+    auto& filter = options->filter;
     if (verb.isReferences) {
         command.add_option("--result-class,--assoc-class", filter.resultClass,
                            "Class of the association, or one that it derives from");
@@ -73,26 +75,24 @@ void addOptions(CLI::App& command, const Verb& verb, AssociationOptions& options
     if (!verb.isReferences)
         command.add_option("--result-role", filter.resultRole, "The role of the associated objects");
     if (!verb.isNames) {
-        options.addPresentationTo(command);
-        command.add_option("--properties", options.properties, "Names of the wanted properties, with commas")
+        options->addPresentationTo(command);
+        command
+            .add_option("--properties", options->properties, "Names of the wanted properties, with commas")
             ->delimiter(',')
             ->allow_extra_args(false);
     }
-    options.addTo(command);
+    options->addTo(command);
+    command.callback(
+        [&chosen, options, &verb] { chosen = [options, &verb] { return ask(*options, verb); }; });
 }
 
 } // namespace
 
 void addAssociationCommands(CLI::App& app, Chosen& chosen) {
-    for (const Verb& verb : verbs) {
-        CLI::App* command = app.add_subcommand(verb.name, verb.description);
-        command->alias(verb.longName);
-        command->footer(std::string("Examples:\n  ") + verb.examples);
-        const auto options = std::make_shared<AssociationOptions>();
-        addOptions(*command, verb, *options);
-        command->callback(
-            [&chosen, options, &verb] { chosen = [options, &verb] { return ask(*options, verb); }; });
-    }
+    for (const Verb& verb : verbs)
+        addCommand(app, chosen, verb.name, verb.description, [&verb](CLI::App* command, Chosen& choice) {
+            addAssociationOptions(*command, verb, choice);
+        })->alias(verb.longName);
 }
 
 } // namespace phctl

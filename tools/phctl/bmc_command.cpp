@@ -251,11 +251,7 @@ int clearFaults(const Options& options) {
     return done;
 }
 
-} // namespace
-
-void addBmcCommand(CLI::App& app, Chosen& chosen) {
-    CLI::App* bmc =
-        app.add_subcommand("bmc", "Make the virtual BMC, look at it, change it, make its commands fail");
+void addBmcOptions(CLI::App* bmc, Chosen& chosen) {
     bmc->require_subcommand(1);
     bmc->footer("Examples:\n"
                 "  phctl bmc create sample-server\n"
@@ -367,6 +363,13 @@ void addBmcCommand(CLI::App& app, Chosen& chosen) {
     addAlertCommands(*bmc, chosen);
     addLoginCommand(*bmc, chosen);
     addEventCommand(*bmc, chosen);
+}
+
+} // namespace
+
+void addBmcCommand(CLI::App& app, Chosen& chosen) {
+    addCommand(app, chosen, "bmc", "Make the virtual BMC, look at it, change it, make its commands fail",
+               addBmcOptions);
 }
 
 } // namespace phctl

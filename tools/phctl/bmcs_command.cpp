@@ -43,11 +43,7 @@ int list(bool asJson) {
     return done;
 }
 
-} // namespace
-
-void addBmcsCommand(CLI::App& app, Chosen& chosen) {
-    CLI::App* command =
-        app.add_subcommand("bmcs", "List the BMCs that have a configuration of their own (--bmc)");
+void addBmcsOptions(CLI::App* command, Chosen& chosen) {
     const auto json = std::make_shared<bool>(false);
     command->add_flag("--json", *json, "Print JSON");
     command->footer(
@@ -59,6 +55,13 @@ void addBmcsCommand(CLI::App& app, Chosen& chosen) {
         "  phctl ei CIM_NumericSensor --bmc rack1\n"
         "  phctl bmcs");
     command->callback([&chosen, json] { chosen = [json] { return list(*json); }; });
+}
+
+} // namespace
+
+void addBmcsCommand(CLI::App& app, Chosen& chosen) {
+    addCommand(app, chosen, "bmcs", "List the BMCs that have a configuration of their own (--bmc)",
+               addBmcsOptions);
 }
 
 } // namespace phctl

@@ -103,15 +103,19 @@ int listClasses(const ClassesOptions& options) {
     return done;
 }
 
-} // namespace
-
-void addClassesCommand(CLI::App& app, Chosen& chosen) {
-    CLI::App* command = app.add_subcommand("classes", "List the classes that are served, or describe one");
+void addClassesOptions(CLI::App* command, Chosen& chosen) {
     command->footer("Examples:\n  phctl classes\n  phctl classes CIM_NumericSensor");
     const auto options = std::make_shared<ClassesOptions>();
     command->add_option("CLASS", options->className, "Class to describe");
     command->add_flag("--json", options->json, "Print JSON");
     command->callback([&chosen, options] { chosen = [options] { return listClasses(*options); }; });
+}
+
+} // namespace
+
+void addClassesCommand(CLI::App& app, Chosen& chosen) {
+    addCommand(app, chosen, "classes", "List the classes that are served, or describe one",
+               addClassesOptions);
 }
 
 } // namespace phctl

@@ -3,11 +3,22 @@
 
 #include <CLI/CLI.hpp>
 #include <functional>
+#include <string>
+#include <utility>
 
 namespace phctl {
 
 // Runs after the whole command line is understood; returns the exit status.
 using Chosen = std::function<int()>;
+
+// Adds a command. `addOptions` is called once the command line has named it: to set up the options of all
+// commands takes longer than most commands do.
+inline CLI::App* addCommand(CLI::App& app, Chosen& chosen, std::string name, std::string description,
+                            std::function<void(CLI::App* command, Chosen& chosen)> addOptions) {
+    CLI::App* command = app.add_subcommand(std::move(name), std::move(description));
+    return command->preparse_callback(
+        [command, &chosen, addOptions = std::move(addOptions)](std::size_t) { addOptions(command, chosen); });
+}
 
 void addInstanceCommands(CLI::App& app, Chosen& chosen);
 void addAssociationCommands(CLI::App& app, Chosen& chosen);

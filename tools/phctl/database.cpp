@@ -4,6 +4,8 @@
 #include "errors.h"
 #include "served_classes.h"
 #include "session_hints.h"
+#include "smash-db/connection.h"
+#include "smash-db/inventory_tables.h"
 #include "virtual-bmc/virtual_bmc.h"
 
 #include <cstdlib>
@@ -86,9 +88,14 @@ void setSessionRow(const IPMISessionInfo& row) {
 std::size_t sensorCount(std::string_view className) {
     if (!isSensorClass(className) || !exists(databaseFile()))
         return 0;
-    const Database database = open(db_init);
-    return broker::sameName(className, "CIM_NumericSensor") ? rowCount(database, db_get_all_full_sdrs)
-                                                            : rowCount(database, db_get_all_compact_sdrs);
+    try {
+        const auto database = smash::connect(smash::smashSchema);
+        return broker::sameName(className, "CIM_NumericSensor")
+                   ? smash::rowCount(database, smash::fullSdrTable)
+                   : smash::rowCount(database, smash::compactSdrTable);
+    } catch (const std::exception& error) {
+        throw Failure(error.what());
+    }
 }
 
 SessionSettings settingsOf(const IPMISessionInfo& row) {

@@ -146,11 +146,7 @@ int run(const Options& options) {
     return done;
 }
 
-} // namespace
-
-void addEventCommand(CLI::App& bmc, Chosen& chosen) {
-    CLI::App* command =
-        bmc.add_subcommand("event", "Let an event happen: log it, filter it, have alerts delivered");
+void addEventOptions(CLI::App* command, Chosen& chosen) {
     const auto options = std::make_shared<Options>();
     command->add_option("--state", options->stateFile,
                         "State file of the machine, instead of the one that requests go to");
@@ -166,6 +162,13 @@ void addEventCommand(CLI::App& bmc, Chosen& chosen) {
                     "  phctl bmc event 'PSU1 Status' 3 --deasserted --to mail:1:3\n"
                     "  phctl bmc event --record '02 00000000 2000 04 01 30 01 59 7d 78' --to cimxml:7");
     command->callback([&chosen, options] { chosen = [options] { return run(*options); }; });
+}
+
+} // namespace
+
+void addEventCommand(CLI::App& bmc, Chosen& chosen) {
+    addCommand(bmc, chosen, "event", "Let an event happen: log it, filter it, have alerts delivered",
+               addEventOptions);
 }
 
 } // namespace phctl

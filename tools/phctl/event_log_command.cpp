@@ -119,11 +119,7 @@ int remove(const LogOptions& options) {
     return done;
 }
 
-} // namespace
-
-void addEventLogCommand(CLI::App& app, Chosen& chosen) {
-    CLI::App* sel =
-        app.add_subcommand("sel", "List, count, clear or delete events of the BMC's log, over IPMI");
+void addEventLogOptions(CLI::App* sel, Chosen& chosen) {
     sel->require_subcommand(1);
     sel->footer("It asks the BMC that `phctl sync` knows, or the one that the options of its commands name. "
                 "Nothing is asked\nbefore records are removed.\n\nExamples:\n"
@@ -151,6 +147,13 @@ void addEventLogCommand(CLI::App& app, Chosen& chosen) {
     command("clear", "Remove all records", clear, "  phctl sel clear");
     auto [remover, removed] = command("delete", "Remove some records", remove, "  phctl sel delete 17 0x12");
     remover->add_option("ID", removed->ids, "ID of a record, as `phctl sel list` prints it")->required();
+}
+
+} // namespace
+
+void addEventLogCommand(CLI::App& app, Chosen& chosen) {
+    addCommand(app, chosen, "sel", "List, count, clear or delete events of the BMC's log, over IPMI",
+               addEventLogOptions);
 }
 
 } // namespace phctl

@@ -45,15 +45,16 @@ std::string dateTimeText(const broker::DateTime& time) {
 
 std::string logEntryText(const broker::NamedValues& properties, std::string_view name,
                          const SensorLabels& sensors) {
+    const bool isData = broker::sameName(name, "RecordData");
+    if (!isData && !broker::sameName(name, "CreationTimeStamp"))
+        return {};
     const broker::Value* value = broker::find(properties, name);
     if (value == nullptr)
         return {};
-    if (const auto* data = value->as<std::string>(); data != nullptr && broker::sameName(name, "RecordData"))
+    if (const auto* data = value->as<std::string>(); data != nullptr && isData)
         return recordDataText(*data, sensors);
-    if (const auto* time = value->as<broker::DateTime>();
-        time != nullptr && broker::sameName(name, "CreationTimeStamp"))
-        return dateTimeText(*time);
-    return {};
+    const auto* time = value->as<broker::DateTime>();
+    return time != nullptr && !isData ? dateTimeText(*time) : std::string();
 }
 
 } // namespace phctl

@@ -103,11 +103,7 @@ int run(const FruOptions& options) {
                                                                                                     : done;
 }
 
-} // namespace
-
-void addFruCommand(CLI::App& app, Chosen& chosen) {
-    CLI::App* command =
-        app.add_subcommand("fru", "Print what FRU devices say of board, product and chassis, over IPMI");
+void addFruOptions(CLI::App* command, Chosen& chosen) {
     const auto options = std::make_shared<FruOptions>();
     command->add_option(
         "ID", options->ids,
@@ -121,6 +117,13 @@ void addFruCommand(CLI::App& app, Chosen& chosen) {
         "  phctl fru list\n"
         "  phctl fru 0 --json");
     command->callback([&chosen, options] { chosen = [options] { return run(*options); }; });
+}
+
+} // namespace
+
+void addFruCommand(CLI::App& app, Chosen& chosen) {
+    addCommand(app, chosen, "fru", "Print what FRU devices say of board, product and chassis, over IPMI",
+               addFruOptions);
 }
 
 } // namespace phctl

@@ -82,6 +82,8 @@ int enumerateInstances(const Options& options) {
     const auto path = classPath(*options);
     checkProperties(wanted, path.className, remarks);
     Requester requester(*options);
+    if (isSensorClass(path.className))
+        askIfStale();
     const auto reply = requester.execute(
         {.operation = Operation::EnumerateInstances, .path = path, .properties = wanted}, remarks);
     printInstances(reply.instances, wanted, *options);
@@ -104,6 +106,8 @@ int getInstance(const Options& options) {
     Requester requester(*options);
     auto found = nlohmann::ordered_json::array();
     const auto paths = select(requester, options->target, options->nameSpace);
+    if (isSensorClass(paths.front().className))
+        askIfStale();
     for (const broker::ObjectPath& path : paths) {
         Remarks remarks;
         checkProperties(wanted, path.className, remarks);
@@ -255,39 +259,40 @@ constexpr Verb verbs[] = {
      "  phctl di CIM_IndicationFilter IPMIPEF-4-9"},
 };
 
+void addInstanceOptions(CLI::App& command, const Verb& verb, Chosen& chosen) {
+    command.footer(std::string("Examples:\n") + verb.examples);
+    const auto options = std::make_shared<InstanceOptions>();
+    if (verb.isOfClass)
+        command.add_option("CLASS", options->target.text, "Class name")->required();
+    else
+        options->target.addTo(command, !verb.takesValues);
+    if (verb.takesValues) {
+        command.add_option(
+            "VALUES", options->values,
+            std::string("Name=value, typed as the class says; arrays with commas (a\\,b is one element), or "
+                        "repeated") +
+                (verb.isOfClass ? "; keys that name class and system are filled in" : ""));
+        options->secrets.addTo(command);
+    }
+    if (verb.takesProperties) {
+        command
+            .add_option("--properties", options->properties, "Names of the wanted properties, with commas")
+            ->delimiter(',')
+            ->allow_extra_args(false);
+        options->addPresentationTo(command);
+    }
+    options->addTo(command);
+    command.callback(
+        [&chosen, options, run = verb.run] { chosen = [options, run] { return run(options); }; });
+}
+
 } // namespace
 
 void addInstanceCommands(CLI::App& app, Chosen& chosen) {
-    for (const Verb& verb : verbs) {
-        CLI::App* command = app.add_subcommand(verb.name, verb.description);
-        command->alias(verb.longName);
-        command->footer(std::string("Examples:\n") + verb.examples);
-        const auto options = std::make_shared<InstanceOptions>();
-        if (verb.isOfClass)
-            command->add_option("CLASS", options->target.text, "Class name")->required();
-        else
-            options->target.addTo(*command, !verb.takesValues);
-        if (verb.takesValues) {
-            command->add_option(
-                "VALUES", options->values,
-                std::string(
-                    "Name=value, typed as the class says; arrays with commas (a\\,b is one element), or "
-                    "repeated") +
-                    (verb.isOfClass ? "; keys that name class and system are filled in" : ""));
-            options->secrets.addTo(*command);
-        }
-        if (verb.takesProperties) {
-            command
-                ->add_option("--properties", options->properties,
-                             "Names of the wanted properties, with commas")
-                ->delimiter(',')
-                ->allow_extra_args(false);
-            options->addPresentationTo(*command);
-        }
-        options->addTo(*command);
-        command->callback(
-            [&chosen, options, run = verb.run] { chosen = [options, run] { return run(options); }; });
-    }
+    for (const Verb& verb : verbs)
+        addCommand(app, chosen, verb.name, verb.description, [&verb](CLI::App* command, Chosen& choice) {
+            addInstanceOptions(*command, verb, choice);
+        })->alias(verb.longName);
 }
 
 } // namespace phctl

@@ -61,16 +61,20 @@ std::string cellText(const Instance& instance, const std::string& name, bool has
     return value != nullptr ? textOf(instance, name, *value, hasWords, broker::toText) : "-";
 }
 
-// Returns the names of the columns: those wanted, or all that any instance has.
+// Returns the names of the columns: those wanted, or all that any instance has, up to one too many for a table.
 std::vector<std::string> columnNames(const std::vector<Instance>& instances, const PropertyList& wanted) {
     if (wanted)
         return *wanted;
     std::vector<std::string> names;
     for (const Instance& instance : instances)
         for (const auto& property : instance.properties)
-            if (std::none_of(names.begin(), names.end(),
-                             [&](const std::string& name) { return broker::sameName(name, property.name); }))
+            if (std::none_of(names.begin(), names.end(), [&](const std::string& name) {
+                    return broker::sameName(name, property.name);
+                })) {
                 names.push_back(property.name);
+                if (names.size() > mostColumns)
+                    return names;
+            }
     return names;
 }
 
@@ -80,9 +84,13 @@ struct Column {
     bool isMeaning;
 };
 
+// Returns no columns where a table would have too many.
 std::vector<Column> columnsOf(const std::vector<Instance>& instances, const Presentation& how) {
     std::vector<Column> columns;
-    for (const std::string& name : columnNames(instances, how.wanted)) {
+    const auto names = columnNames(instances, how.wanted);
+    if (names.size() > mostColumns)
+        return columns;
+    for (const std::string& name : names) {
         columns.push_back({name, name, false});
         for (const auto& [property, title] : meaningColumns)
             if (broker::sameName(name, property) &&
@@ -91,6 +99,8 @@ std::vector<Column> columnsOf(const std::vector<Instance>& instances, const Pres
                 }))
                 columns.push_back({title, name, true});
     }
+    if (columns.size() > mostColumns)
+        columns.clear();
     return columns;
 }
 
@@ -135,7 +145,7 @@ std::string valueText(const Value& value) {
 }
 
 void printInstance(std::ostream& out, const Instance& instance, const Presentation& how) {
-    out << printable(broker::toText(instance.path)) << '\n';
+    std::string text = printable(broker::toText(instance.path)) + '\n';
     const Meanings meanings(instance, how.sensors);
     std::size_t width = 0;
     for (const auto& property : instance.properties)
@@ -144,19 +154,19 @@ void printInstance(std::ostream& out, const Instance& instance, const Presentati
     for (const auto& [name, value] : instance.properties) {
         if (!isWanted(how.wanted, name))
             continue;
-        out << "  " << name << std::string(width - displayWidth(name), ' ') << " = "
-            << textOf(instance, name, value, how.hasWords, valueText);
+        text.append("  ").append(name).append(width - displayWidth(name), ' ').append(" = ");
+        text += textOf(instance, name, value, how.hasWords, valueText);
         if (const std::string meaning = meanings.of(name); !meaning.empty())
-            out << "  (" << printable(meaning) << ')';
-        out << '\n';
+            text.append("  (").append(printable(meaning)).append(")");
+        text += '\n';
     }
+    out << text;
 }
 
 void printInstances(std::ostream& out, const std::vector<Instance>& instances, const Presentation& how) {
     if (instances.empty())
         return;
-    const auto columns = columnsOf(instances, how);
-    if (columns.size() <= mostColumns)
+    if (const auto columns = columnsOf(instances, how); !columns.empty())
         if (const Table table = tableOf(instances, columns, how); table.fits(how.layout.width))
             return table.print(out, how.layout);
     for (const Instance& instance : instances) {

@@ -26,11 +26,8 @@ int logIn(const Options& options) {
     return done;
 }
 
-} // namespace
-
-void addLoginCommand(CLI::App& bmc, Chosen& chosen) {
+void addLoginOptions(CLI::App* command, Chosen& chosen) {
     const auto options = std::make_shared<Options>();
-    CLI::App* command = bmc.add_subcommand("login", "Try a user's name and password");
     command->add_option("--state", options->stateFile,
                         "State file of the machine, instead of the one that requests go to");
     command->add_option("USER", options->user, "Name of the user")->required();
@@ -41,6 +38,12 @@ void addLoginCommand(CLI::App& bmc, Chosen& chosen) {
     command->footer("Example:\n  phctl mi CIM_Account 'IPMI User-2' --from-file UserPassword=password.txt\n  "
                     "phctl bmc login root --password-file password.txt");
     command->callback([&chosen, options] { chosen = [options] { return logIn(*options); }; });
+}
+
+} // namespace
+
+void addLoginCommand(CLI::App& bmc, Chosen& chosen) {
+    addCommand(bmc, chosen, "login", "Try a user's name and password", addLoginOptions);
 }
 
 } // namespace phctl

@@ -115,6 +115,7 @@ int run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     try {
+        phctl::bufferOutput();
         phctl::useUtf8();
         return phctl::run(argc, argv);
     } catch (const std::exception& error) {

@@ -191,11 +191,7 @@ int callMethod(const MethodOptions& options) {
     return succeeded ? done : failed;
 }
 
-} // namespace
-
-void addMethodCommand(CLI::App& app, Chosen& chosen) {
-    CLI::App* command = app.add_subcommand("cm", "Call a method of an instance");
-    command->alias("call-method")->alias("invoke-method");
+void addMethodOptions(CLI::App* command, Chosen& chosen) {
     command->footer(
         "Exit status 1 when the method's value is neither 0 (completed) nor 4096 (job started), or the "
         "awaited job\nended otherwise than completed.\n\nExamples:\n"
@@ -214,6 +210,14 @@ void addMethodCommand(CLI::App& app, Chosen& chosen) {
     command->add_flag("--wait", options->wait, "Follow the job that the method returns to its end");
     options->addTo(*command);
     command->callback([&chosen, options] { chosen = [options] { return callMethod(*options); }; });
+}
+
+} // namespace
+
+void addMethodCommand(CLI::App& app, Chosen& chosen) {
+    addCommand(app, chosen, "cm", "Call a method of an instance", addMethodOptions)
+        ->alias("call-method")
+        ->alias("invoke-method");
 }
 
 } // namespace phctl

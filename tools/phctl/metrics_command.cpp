@@ -32,11 +32,7 @@ int printMetrics(const MetricsOptions& options) {
     return done;
 }
 
-} // namespace
-
-void addMetricsCommand(CLI::App& app, Chosen& chosen) {
-    CLI::App* command =
-        app.add_subcommand("metrics", "Print sensors, power and event log as metrics for Prometheus");
+void addMetricsOptions(CLI::App* command, Chosen& chosen) {
     const auto options = std::make_shared<MetricsOptions>();
     command
         ->add_option("--timeout", options->timeout,
@@ -56,6 +52,13 @@ void addMetricsCommand(CLI::App& app, Chosen& chosen) {
         "  phctl metrics\n"
         "  phctl metrics --format prometheus > ipmi.prom.new && mv ipmi.prom.new ipmi.prom");
     command->callback([&chosen, options] { chosen = [options] { return printMetrics(*options); }; });
+}
+
+} // namespace
+
+void addMetricsCommand(CLI::App& app, Chosen& chosen) {
+    addCommand(app, chosen, "metrics", "Print sensors, power and event log as metrics for Prometheus",
+               addMetricsOptions);
 }
 
 } // namespace phctl

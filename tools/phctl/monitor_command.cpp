@@ -119,10 +119,7 @@ int monitor(const Options& options) {
     std::_Exit(host.canWrite() ? done : complain("cannot write the output", failed));
 }
 
-} // namespace
-
-void addMonitorCommand(CLI::App& app, Chosen& chosen) {
-    CLI::App* command = app.add_subcommand("monitor", "Deliver the BMC's alerts, and print them");
+void addMonitorOptions(CLI::App* command, Chosen& chosen) {
     const auto options = std::make_shared<MonitorOptions>();
     command->add_flag("--json", options->json, "Print a line of JSON for each alert");
     command->add_option("--module", options->module, "Provider module to load instead of the installed one");
@@ -134,6 +131,12 @@ void addMonitorCommand(CLI::App& app, Chosen& chosen) {
     command->footer("Examples:\n  phctl monitor\n  phctl monitor --subscribe\n"
                     "  phctl bmc event 'CPU1 Temp' 9   # in another shell");
     command->callback([&chosen, options] { chosen = [options] { return monitor(options); }; });
+}
+
+} // namespace
+
+void addMonitorCommand(CLI::App& app, Chosen& chosen) {
+    addCommand(app, chosen, "monitor", "Deliver the BMC's alerts, and print them", addMonitorOptions);
 }
 
 } // namespace phctl

@@ -119,10 +119,7 @@ int run(const PowerOptions& options) {
     return action == std::end(actions) ? showStatus(options) : change(options, *action);
 }
 
-} // namespace
-
-void addPowerCommand(CLI::App& app, Chosen& chosen) {
-    CLI::App* command = app.add_subcommand("power", "Show the host's power, or change it, over IPMI");
+void addPowerOptions(CLI::App* command, Chosen& chosen) {
     const auto options = std::make_shared<PowerOptions>();
     std::vector<std::string> names = {statusOnly};
     for (const Action& action : actions)
@@ -146,6 +143,12 @@ void addPowerCommand(CLI::App& app, Chosen& chosen) {
                     "  phctl power soft --wait 120\n"
                     "  phctl power cycle --lan 192.0.2.7 --user admin --password-file bmc.password");
     command->callback([&chosen, options] { chosen = [options] { return run(*options); }; });
+}
+
+} // namespace
+
+void addPowerCommand(CLI::App& app, Chosen& chosen) {
+    addCommand(app, chosen, "power", "Show the host's power, or change it, over IPMI", addPowerOptions);
 }
 
 } // namespace phctl

@@ -49,11 +49,11 @@ bool isUnknown(const broker::NamedValues& properties) {
 } // namespace
 
 std::string readingText(const broker::NamedValues& properties, std::string_view name) {
+    if (std::ranges::none_of(readings, [&](std::string_view each) { return broker::sameName(each, name); }))
+        return {};
     const auto value = integer(properties, name);
     const auto unit = integer(properties, "BaseUnits");
-    if (!value || !unit || std::none_of(std::begin(readings), std::end(readings), [&](std::string_view each) {
-            return broker::sameName(each, name);
-        }))
+    if (!value || !unit)
         return {};
     if (broker::sameName(name, "CurrentReading") && isUnknown(properties))
         return {};

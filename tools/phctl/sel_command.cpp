@@ -80,10 +80,7 @@ int policy(const SelOptions& options) {
     return done;
 }
 
-} // namespace
-
-void addSelCommand(CLI::App& bmc, Chosen& chosen) {
-    CLI::App* sel = bmc.add_subcommand("sel", "List the event log, add to it, fill it, clear it");
+void addSelOptions(CLI::App* sel, Chosen& chosen) {
     sel->require_subcommand(1);
     sel->footer("Examples:\n"
                 "  phctl bmc sel add 'CPU1 Temp' 9\n"
@@ -124,6 +121,12 @@ void addSelCommand(CLI::App& bmc, Chosen& chosen) {
     each->add_option("POLICY", options->policy,
                      "stop: it drops new events; wrap: it drops the oldest record; without, print it")
         ->check(CLI::IsMember({"stop", "wrap"}));
+}
+
+} // namespace
+
+void addSelCommand(CLI::App& bmc, Chosen& chosen) {
+    addCommand(bmc, chosen, "sel", "List the event log, add to it, fill it, clear it", addSelOptions);
 }
 
 } // namespace phctl

@@ -157,11 +157,7 @@ int showSensors(const SensorsOptions& options) {
     return done;
 }
 
-} // namespace
-
-void addSensorsCommand(CLI::App& app, Chosen& chosen) {
-    CLI::App* command =
-        app.add_subcommand("sensors", "Print the sensors with reading, state and thresholds, over IPMI");
+void addSensorsOptions(CLI::App* command, Chosen& chosen) {
     const auto options = std::make_shared<SensorsOptions>();
     command->add_option("NAME", options->names, "Only sensors of these names; * and ? stand for characters");
     command->add_option("--type", options->types, "Only these types of sensors, such as temperature,fan")
@@ -194,6 +190,13 @@ void addSensorsCommand(CLI::App& app, Chosen& chosen) {
         "  phctl sensors --state warning,critical --watch 10\n"
         "  phctl sensors --json");
     command->callback([&chosen, options] { chosen = [options] { return showSensors(*options); }; });
+}
+
+} // namespace
+
+void addSensorsCommand(CLI::App& app, Chosen& chosen) {
+    addCommand(app, chosen, "sensors", "Print the sensors with reading, state and thresholds, over IPMI",
+               addSensorsOptions);
 }
 
 } // namespace phctl

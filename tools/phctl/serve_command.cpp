@@ -4,20 +4,19 @@
 #include "commands.h"
 #include "database.h"
 #include "errors.h"
-#include "http/http_server.h"
-#include "http/tls.h"
+#include "http/http_library.h"
+#include "libraries.h"
 #include "operations/interop_classes.h"
 #include "provider_output.h"
 #include "requests.h"
 #include "schema/class_schema.h"
 #include "subscriptions/subscription_class.h"
 #include "users/bmc_users.h"
-#include "users/password_file.h"
-#include "users/remembered_logins.h"
 
 #include <arpa/inet.h>
 #include <csignal>
 #include <cstdlib>
+#include <dlfcn.h>
 #include <filesystem>
 #include <iostream>
 #include <malloc.h>
@@ -69,15 +68,30 @@ ipmi::SessionSettings bmcSettings() {
     return settingsOf(*row);
 }
 
+// It stays loaded: objects of its classes serve until the end.
+const server::HttpLibrary& httpLibrary() {
+    static constexpr char name[] = "libphctl-http.so";
+    static const auto* const library = [] {
+        void* const loaded = dlopen(installedLibrary(name).c_str(), RTLD_NOW);
+        void* const found = loaded != nullptr ? dlsym(loaded, "PH_Http") : nullptr;
+        if (found == nullptr)
+            throw Failure(std::string("cannot serve: ") + (installedLibrary(name).empty()
+                                                               ? std::string(name) + " is not installed"
+                                                               : dlerror()));
+        return static_cast<const server::HttpLibrary*>(found);
+    }();
+    return *library;
+}
+
 std::shared_ptr<server::Authentication> authentication(const ServeOptions& options) {
     std::unique_ptr<server::Authentication> asked;
     if (!options.usersFile.empty())
-        asked = std::make_unique<server::PasswordFile>(options.usersFile);
+        asked = httpLibrary().passwordFile(options.usersFile);
     else if (options.bmcUsers)
         asked = std::make_unique<server::BmcUsers>(bmcSettings);
     else
         return nullptr;
-    return std::make_shared<server::RememberedLogins>(std::move(asked));
+    return httpLibrary().rememberedLogins(std::move(asked));
 }
 
 std::shared_ptr<const server::TlsContext> tls(const ServeOptions& options, const std::string& host) {
@@ -85,8 +99,8 @@ std::shared_ptr<const server::TlsContext> tls(const ServeOptions& options, const
         return nullptr;
     namespace fs = std::filesystem;
     if (options.generates && !fs::exists(options.certificate) && !fs::exists(options.key))
-        server::generateCertificate(options.certificate, options.key, host);
-    return std::make_shared<const server::TlsContext>(options.certificate, options.key);
+        httpLibrary().generateCertificate(options.certificate, options.key, host);
+    return httpLibrary().tlsContext(options.certificate, options.key);
 }
 
 void log(const std::string& line) {
@@ -121,14 +135,14 @@ server::HttpOptions httpOptions(const ServeOptions& options) {
 
 // Until a signal ends it.
 void answer(server::Service& service, const server::HttpOptions& http, const sigset_t& ending) {
-    server::HttpServer server(service, http);
-    std::jthread answering([&] { server.run(); });
+    const auto server = httpLibrary().httpServer(service, http);
+    std::jthread answering([&] { server->run(); });
     std::cerr << "Listening at " << (http.tls != nullptr ? "https://" : "http://")
               << (http.address.find(':') != std::string::npos ? '[' + http.address + ']' : http.address)
-              << ':' << server.port() << std::endl;
+              << ':' << server->port() << std::endl;
     int signal = 0;
     sigwait(&ending, &signal);
-    server.stop();
+    server->stop();
 }
 
 int serve(const Options& options) {
@@ -174,11 +188,7 @@ int serve(const Options& options) {
     return done;
 }
 
-} // namespace
-
-void addServeCommand(CLI::App& app, Chosen& chosen) {
-    CLI::App* command =
-        app.add_subcommand("serve", "Answer WBEM clients, CIM-XML over HTTP, and Prometheus at /metrics");
+void addServeOptions(CLI::App* command, Chosen& chosen) {
     const auto options = std::make_shared<ServeOptions>();
     command->add_option("--listen", options->listen, "Address and port; port 0 is one that is free")
         ->capture_default_str();
@@ -210,6 +220,13 @@ void addServeCommand(CLI::App& app, Chosen& chosen) {
     command->footer("Without --bmc-users and --users-file everybody may do everything: on loopback only.\n"
                     "Example:\n  phctl serve &\n  wbemcli ein http://localhost:5988/root/cimv2:CIM_Sensor");
     command->callback([&chosen, options] { chosen = [options] { return serve(options); }; });
+}
+
+} // namespace
+
+void addServeCommand(CLI::App& app, Chosen& chosen) {
+    addCommand(app, chosen, "serve", "Answer WBEM clients, CIM-XML over HTTP, and Prometheus at /metrics",
+               addServeOptions);
 }
 
 } // namespace phctl

@@ -1,13 +1,19 @@
 #include "stale_warning.h"
 
-#include "database.h"
 #include "errors.h"
+#include "ipmi/first_question.h"
+#include "smash-db/sync/sdr_repository.h"
 #include "smash-db/sync/staleness.h"
 
+#include <optional>
 #include <utility>
 
 namespace phctl {
 namespace {
+
+// What the BMC told in the providers' session.
+bool wasAsked = false;
+std::optional<smash::SdrRepositoryRow> repository;
 
 bool isFirst() {
     static bool first = true;
@@ -29,13 +35,16 @@ void warnIfStale(ipmi::Transport& bmc) {
     warnIf([&] { return smash::isStale(bmc); });
 }
 
-void warnIfStale() {
-    constexpr int secondsToAnswer = 3;
-    warnIf([] {
-        ipmi::SessionSettings settings = knownBmc();
-        settings.timeout = secondsToAnswer;
-        return smash::isStale(*ipmi::openTransport(settings));
+void askIfStale() {
+    ipmi::askFirst([](ipmi::Transport& bmc) {
+        if (!std::exchange(wasAsked, true))
+            repository = smash::readSdrRepositoryInfo(bmc);
     });
+}
+
+void warnIfStale() {
+    if (repository)
+        warnIf([] { return smash::isStale(*repository); });
 }
 
 } // namespace phctl

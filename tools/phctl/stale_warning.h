@@ -8,7 +8,8 @@ namespace phctl {
 // Warns when the BMC's sensor data records are newer than the database. The BMC is asked once a process, whichever of
 // these is called how often; where it or the database cannot be asked, nothing is said.
 void warnIfStale(ipmi::Transport& bmc);
-// Opens a session of its own, for commands whose providers have theirs.
+// For commands whose providers open the session: the BMC is asked in that one, so that none is opened for the question.
+void askIfStale();
 void warnIfStale();
 
 } // namespace phctl

@@ -96,10 +96,7 @@ int synchronise(const SyncOptions& options) {
                                    failed);
 }
 
-} // namespace
-
-void addSyncCommand(CLI::App& app, Chosen& chosen) {
-    CLI::App* command = app.add_subcommand("sync", "Read the BMC's inventory and sensors into the database");
+void addSyncOptions(CLI::App* command, Chosen& chosen) {
     command->footer(
         "The options that name a BMC are kept in the database, for providers and later calls; without them "
         "the BMC\nthat is known is read. A damaged database is set aside, and made anew with what can be "
@@ -115,6 +112,12 @@ void addSyncCommand(CLI::App& app, Chosen& chosen) {
     options->connection.addTo(*command);
     command->add_flag("--json", options->json, "Print the report as JSON");
     command->callback([&chosen, options] { chosen = [options] { return synchronise(*options); }; });
+}
+
+} // namespace
+
+void addSyncCommand(CLI::App& app, Chosen& chosen) {
+    addCommand(app, chosen, "sync", "Read the BMC's inventory and sensors into the database", addSyncOptions);
 }
 
 } // namespace phctl

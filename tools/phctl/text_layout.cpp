@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <clocale>
+#include <cstdio>
 #include <cstdlib>
 #include <cwchar>
 #include <iterator>
@@ -21,8 +22,17 @@ struct Character {
     int width; // -1: nothing that can be printed
 };
 
+// ASCII is nearly all there is.
+bool isPlain(char character) {
+    return character >= ' ' && character <= '~';
+}
+
+std::size_t plainLength(std::string_view text) {
+    return static_cast<std::size_t>(std::ranges::find_if_not(text, isPlain) - text.begin());
+}
+
 Character next(std::string_view text) {
-    if (text[0] >= ' ' && text[0] <= '~') // nearly all there is
+    if (isPlain(text[0]))
         return {1, 1};
     wchar_t wide = 0;
     std::mbstate_t state{};
@@ -69,9 +79,15 @@ void useUtf8() {
         std::setlocale(LC_CTYPE, "");
 }
 
+void bufferOutput() {
+    constexpr std::size_t pipeSize = 64 * 1024;
+    if (isatty(STDOUT_FILENO) == 0)
+        std::setvbuf(stdout, nullptr, _IOFBF, pipeSize);
+}
+
 std::string printable(std::string_view text) {
-    std::string result;
-    for (std::size_t i = 0; i < text.size();) {
+    std::string result(text.substr(0, plainLength(text)));
+    for (std::size_t i = result.size(); i < text.size();) {
         const auto [bytes, width] = next(text.substr(i));
         if (width >= 0) {
             result += text.substr(i, bytes);
@@ -88,8 +104,8 @@ std::string printable(std::string_view text) {
 }
 
 std::size_t displayWidth(std::string_view text) {
-    std::size_t width = 0;
-    for (std::size_t i = 0; i < text.size();) {
+    std::size_t width = plainLength(text);
+    for (std::size_t i = width; i < text.size();) {
         const Character character = next(text.substr(i));
         width += static_cast<std::size_t>(std::max(character.width, 0));
         i += character.bytes;

@@ -12,6 +12,10 @@ namespace phctl {
 // Makes wcwidth and the conversion of UTF-8 work whatever the environment says. To be called once, at start.
 void useUtf8();
 
+// Makes standard output write as much at once as a pipe takes, if it is none of a terminal. To be called before anything
+// is written.
+void bufferOutput();
+
 // Replaces everything in the text that would move the cursor or is not UTF-8: it may come from a BMC.
 std::string printable(std::string_view text);
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ipmi/transport.h"
+#include "smash-db/inventory_tables.h"
 
 namespace smash {
 
@@ -9,5 +10,7 @@ namespace smash {
 // Throws what ipmi::run throws, and std::runtime_error where the database cannot be read. A database that does
 // not say is taken as up to date.
 bool isStale(ipmi::Transport& bmc);
+// Compares with what the BMC has told already. Throws std::runtime_error.
+bool isStale(const SdrRepositoryRow& now);
 
 } // namespace smash

@@ -135,11 +135,7 @@ int checkPlatform(const CheckOptions& options) {
                : done;
 }
 
-} // namespace
-
-void addCheckPlatformCommand(CLI::App& app, Chosen& chosen) {
-    CLI::App* command =
-        app.add_subcommand("check-platform", "Call the platform's functions and check what they do");
+void addCheckPlatformOptions(CLI::App* command, Chosen& chosen) {
     command->footer("The functions are those of the libraries that libProviderHelper would load "
                     "(LD_LIBRARY_PATH comes first), "
                     "with the BMC and\nthe database that they reach. Each is checked in a process of its "
@@ -166,6 +162,13 @@ void addCheckPlatformCommand(CLI::App& app, Chosen& chosen) {
     command->add_flag("--all", options->all, "Print a line for each call, also where several came out alike");
     command->add_flag("--json", options->json, "Print the report as JSON, call by call");
     command->callback([&chosen, options] { chosen = [options] { return checkPlatform(*options); }; });
+}
+
+} // namespace
+
+void addCheckPlatformCommand(CLI::App& app, Chosen& chosen) {
+    addCommand(app, chosen, "check-platform", "Call the platform's functions and check what they do",
+               addCheckPlatformOptions);
 }
 
 } // namespace phctl
