@@ -1,24 +1,74 @@
 #include "spelling.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <cstring>
+#include <string_view>
 #include <strings.h>
 
 namespace spelling {
 namespace {
 
-// The names are in the order of strcasecmp.
-constexpr const char* names[] = {
+// These two are there for the compiler alone: the library has one text of all names, and numbers, as every pointer
+// would be relocated whenever it is loaded, and cost it twelve bytes. The names are in the order of strcasecmp.
+constexpr std::string_view listedNames[] = {
 #include "names.inc"
 };
-
-struct Key {
-    const char* className;
-    const char* name;
+struct ListedKey {
+    std::string_view className;
+    std::string_view name;
 };
-constexpr Key keys[] = {
+constexpr ListedKey listedKeys[] = {
 #include "keys.inc"
 };
+
+consteval std::size_t lengthOfNames() {
+    std::size_t length = 0;
+    for (const std::string_view name : listedNames)
+        length += name.size() + 1;
+    return length;
+}
+
+struct NameList {
+    std::array<char, lengthOfNames()> text{};
+    std::array<std::uint16_t, std::size(listedNames)> starts{};
+
+    const char* operator[](std::size_t number) const { return text.data() + starts[number]; }
+};
+
+constexpr NameList names = [] {
+    static_assert(lengthOfNames() <= 0xFFFF);
+    NameList packed;
+    std::size_t end = 0;
+    for (std::size_t i = 0; i < std::size(listedNames); ++i) {
+        packed.starts[i] = static_cast<std::uint16_t>(end);
+        std::ranges::copy(listedNames[i], packed.text.begin() + static_cast<std::ptrdiff_t>(end));
+        end += listedNames[i].size() + 1;
+    }
+    return packed;
+}();
+
+// Numbers of names.
+struct Key {
+    std::uint16_t className;
+    std::uint16_t name;
+};
+
+constexpr std::uint16_t numberOf(std::string_view name) {
+    const auto* const found = std::ranges::find(listedNames, name);
+    if (found == std::end(listedNames))
+        throw "every class and key is one of the names";
+    return static_cast<std::uint16_t>(found - std::begin(listedNames));
+}
+
+constexpr auto keys = [] {
+    std::array<Key, std::size(listedKeys)> numbered{};
+    std::ranges::transform(listedKeys, numbered.begin(), [](const ListedKey& key) {
+        return Key{numberOf(key.className), numberOf(key.name)};
+    });
+    return numbered;
+}();
 
 bool isSpelled(const std::string& name) {
     return spelled(name.c_str()) == name;
@@ -27,10 +77,15 @@ bool isSpelled(const std::string& name) {
 } // namespace
 
 const char* spelled(const char* name) {
-    const auto* const found =
-        std::lower_bound(std::begin(names), std::end(names), name,
-                         [](const char* left, const char* right) { return strcasecmp(left, right) < 0; });
-    return found != std::end(names) && strcasecmp(*found, name) == 0 ? *found : name;
+    std::size_t first = 0;
+    for (std::size_t end = names.starts.size(); first < end;) {
+        const std::size_t middle = first + (end - first) / 2;
+        if (strcasecmp(names[middle], name) < 0)
+            first = middle + 1;
+        else
+            end = middle;
+    }
+    return first < names.starts.size() && strcasecmp(names[first], name) == 0 ? names[first] : name;
 }
 
 std::string withoutPrefix(const std::string& className) {
@@ -42,8 +97,8 @@ std::string withoutPrefix(const std::string& className) {
 std::vector<const char*> keysOf(const char* className) {
     std::vector<const char*> found;
     for (const Key& key : keys)
-        if (std::strcmp(key.className, className) == 0)
-            found.push_back(key.name);
+        if (std::strcmp(names[key.className], className) == 0)
+            found.push_back(names[key.name]);
     return found;
 }
 

@@ -6,7 +6,10 @@
 
 #include <platform/smash_db_handle.h>
 
+#include <concepts>
+#include <cstdint>
 #include <cstring>
+#include <initializer_list>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -63,73 +66,56 @@ int inTransaction(const char* function, SMASH_DB_HANDLE handle, Work&& work) noe
 
 enum class NoRow { IsFailure, IsSuccess };
 
+// A value for a place in a clause: a number, or a text that may be NULL.
+class Key {
+public:
+    template <std::integral Number>
+    Key(Number number) : number_(number) {}
+    Key(const char* text) : text_(text), isText_(true) {}
+
+    void bindTo(SQLite::Statement& statement, int place) const;
+
+private:
+    std::int64_t number_ = 0;
+    const char* text_ = nullptr;
+    bool isText_ = false;
+};
+using Keys = std::initializer_list<Key>;
+
+// What the functions below do for records of any type; `rows` and `row` of the first two are the address of the caller's
+// pointer, or NULL.
+namespace untyped {
+int getRow(const char* function, SMASH_DB_HANDLE handle, void* row, const Table& table, NoRow noRow,
+           const char* clause, Keys keys);
+int getRows(const char* function, SMASH_DB_HANDLE handle, void* rows, int* count, const Table& table,
+            const char* clause, Keys keys);
+int fillRow(const char* function, SMASH_DB_HANDLE handle, void* row, const Table& table);
+int setRow(const char* function, SMASH_DB_HANDLE handle, const void* row, const Table& table);
+} // namespace untyped
+
 // Finds the first row that `clause` selects with `keys` bound to its places.
-template <class Record, class... Keys>
+template <class Record>
 int getRow(const char* function, SMASH_DB_HANDLE handle, Record** row, const TableOf<Record>& table,
-           NoRow noRow, const char* clause = "", Keys... keys) {
-    if (row != nullptr)
-        *row = nullptr;
-    return onDatabase(function, handle, [&](const SQLite::Database& database) {
-        require(row != nullptr);
-        auto selection = select(database, table, clause);
-        int index = 0;
-        (selection.bind(++index, keys), ...);
-        auto rows = read(std::move(selection), table);
-        if (rows.count == 0 && noRow == NoRow::IsFailure)
-            throw std::runtime_error(std::string("no such row in table ") + table.name);
-        *row = rows.records.release();
-    });
+           const char* clause = "", Keys keys = {}, NoRow noRow = NoRow::IsFailure) {
+    return untyped::getRow(function, handle, row, table, noRow, clause, keys);
 }
 
-template <class Record, class... Keys>
-int getRow(const char* function, SMASH_DB_HANDLE handle, Record** row, const TableOf<Record>& table,
-           const char* clause = "", Keys... keys) {
-    return getRow(function, handle, row, table, NoRow::IsFailure, clause, keys...);
-}
-
-template <class Record, class... Keys>
+template <class Record>
 int getRows(const char* function, SMASH_DB_HANDLE handle, Record** rows, int* count,
-            const TableOf<Record>& table, const char* clause = "ORDER BY rowid", Keys... keys) {
-    if (rows != nullptr)
-        *rows = nullptr;
-    if (count != nullptr)
-        *count = 0;
-    return onDatabase(function, handle, [&](const SQLite::Database& database) {
-        require(rows != nullptr && count != nullptr);
-        auto selection = select(database, table, clause);
-        int index = 0;
-        (selection.bind(++index, keys), ...);
-        auto all = read(std::move(selection), table);
-        if (!std::in_range<int>(all.count))
-            throw std::length_error("too many rows");
-        *count = static_cast<int>(all.count);
-        *rows = all.records.release();
-    });
+            const TableOf<Record>& table, const char* clause = "ORDER BY rowid", Keys keys = {}) {
+    return untyped::getRows(function, handle, rows, count, table, clause, keys);
 }
 
 // Fills a row that has its table's key, the text of the first column.
 template <class Record>
 int fillRow(const char* function, SMASH_DB_HANDLE handle, Record* row, const TableOf<Record>& table) {
-    return onDatabase(function, handle, [&](const SQLite::Database& database) {
-        require(row != nullptr);
-        const Column& key = table.columns.front();
-        const char* const text = reinterpret_cast<const char*>(row) + key.offset;
-        auto selection = select(database, table, (std::string("WHERE ") + key.name + " = ?").c_str());
-        selection.bind(1, std::string(text, strnlen(text, key.size)));
-        const auto rows = read(std::move(selection), table);
-        if (rows.count == 0)
-            throw std::runtime_error(std::string("no such row in table ") + table.name);
-        *row = *rows.records;
-    });
+    return untyped::fillRow(function, handle, row, table);
 }
 
 // Stores a row, replacing the one that has its key.
 template <class Record>
 int setRow(const char* function, SMASH_DB_HANDLE handle, const Record* row, const TableOf<Record>& table) {
-    return inTransaction(function, handle, [&](SQLite::Database& database) {
-        require(row != nullptr);
-        replace(database, table, *row);
-    });
+    return untyped::setRow(function, handle, row, table);
 }
 
 // Runs a statement that changes rows, `values` bound to its places. It is a failure when none is changed.

@@ -52,10 +52,10 @@ std::int64_t nextNumber(SQLite::Database& database) {
 }
 
 int getError(const char* function, SMASH_DB_HANDLE handle, const char* instanceId, JobErrorRow** error) {
-    return getRow(function, handle, error, storedErrorColumns, NoRow::IsSuccess,
+    return getRow(function, handle, error, storedErrorColumns,
                   "WHERE errorSource NOT IN (SELECT instanceId FROM concrete_job WHERE NOT " JOB_IS_KEPT ")"
                   " AND errorSource = ?",
-                  now(), instanceId);
+                  {now(), instanceId}, NoRow::IsSuccess);
 }
 
 } // namespace
@@ -87,12 +87,12 @@ int db_modify_concretejob(SMASH_DB_HANDLE handle, const char* instanceId, const 
 
 int db_get_all_concretejob(SMASH_DB_HANDLE handle, StoredJobRow** rows, int* count) {
     return getRows(__func__, handle, rows, count, storedJobColumns, "WHERE " JOB_IS_KEPT " ORDER BY rowid",
-                   now());
+                   {now()});
 }
 
 int db_get_concretejob(SMASH_DB_HANDLE handle, const char* instanceId, StoredJobRow** row) {
-    return getRow(__func__, handle, row, storedJobColumns, "WHERE " JOB_IS_KEPT " AND instanceId = ?", now(),
-                  instanceId);
+    return getRow(__func__, handle, row, storedJobColumns, "WHERE " JOB_IS_KEPT " AND instanceId = ?",
+                  {now(), instanceId});
 }
 
 int db_delete_concretejob(SMASH_DB_HANDLE handle, const char* instanceId) {

@@ -11,11 +11,11 @@ int db_get_all_packages(SMASH_DB_HANDLE handle, PackageRow** rows, int* count) {
 }
 
 int db_get_package(SMASH_DB_HANDLE handle, const char* tag, PackageRow** row) {
-    return getRow(__func__, handle, row, packageTable, "WHERE tag = ?", tag);
+    return getRow(__func__, handle, row, packageTable, "WHERE tag = ?", {tag});
 }
 
 int db_get_power_supply_info(SMASH_DB_HANDLE handle, int entityId, int entityInstance,
                              PowerSupplyInfoRow** row) {
-    return getRow(__func__, handle, row, powerSupplyInfoTable, NoRow::IsSuccess,
-                  "WHERE entityId = ? AND entityInstance = ?", entityId, entityInstance);
+    return getRow(__func__, handle, row, powerSupplyInfoTable, "WHERE entityId = ? AND entityInstance = ?",
+                  {entityId, entityInstance}, NoRow::IsSuccess);
 }

@@ -11,7 +11,7 @@ int db_get_all_power_mgt_service(SMASH_DB_HANDLE handle, PowerServiceRow** rows,
 }
 
 int db_get_power_mgt_service(SMASH_DB_HANDLE handle, const char* name, PowerServiceRow** row) {
-    return getRow(__func__, handle, row, powerServiceTable, "WHERE name = ?", name);
+    return getRow(__func__, handle, row, powerServiceTable, "WHERE name = ?", {name});
 }
 
 int db_get_all_power_mgt_capabilities(SMASH_DB_HANDLE handle, PowerCapabilitiesRow** rows, int* count) {
@@ -20,5 +20,5 @@ int db_get_all_power_mgt_capabilities(SMASH_DB_HANDLE handle, PowerCapabilitiesR
 
 int db_get_power_mgt_capabilities(SMASH_DB_HANDLE handle, const char* instanceId,
                                   PowerCapabilitiesRow** row) {
-    return getRow(__func__, handle, row, powerCapabilitiesTable, "WHERE instanceId = ?", instanceId);
+    return getRow(__func__, handle, row, powerCapabilitiesTable, "WHERE instanceId = ?", {instanceId});
 }
