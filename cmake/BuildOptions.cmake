@@ -43,6 +43,9 @@ if(PH_SANITIZE)
     target_compile_options(ph_options INTERFACE -O1 -fsanitize=${PH_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     target_compile_definitions(ph_options INTERFACE _GLIBCXX_ASSERTIONS)
     add_link_options(-fsanitize=${PH_SANITIZE})
+    if(PH_SANITIZE STREQUAL thread) # it has to see what synchronizes in tests, too
+        add_compile_options(-fsanitize=thread)
+    endif()
     if(PH_LIBFUZZER)
         target_compile_options(ph_options INTERFACE -fsanitize=fuzzer-no-link)
         target_compile_options(ph_build_options INTERFACE -Wno-error) # warnings are those of g++; clang has others

@@ -45,14 +45,14 @@ void link(Function& function, void* library, const char* symbol) {
     function = reinterpret_cast<Function>(dlsym(library, symbol));
 }
 
-bool describe(const SelEventMessage& message, AlertRecord& alert) {
+bool makeAlert(const SelEventMessage& message, AlertRecord& alert) {
     return SelToAlert(&message, &alert, message.destination, message.channel) == 0;
 }
 
 void deliverMail(const SelEventMessage& message) {
     AlertRecord alert{};
     AlertMailRequest mail{};
-    if (describe(message, alert) &&
+    if (makeAlert(message, alert) &&
         ConvertAlertToMail(&alert, &mail, static_cast<std::uint8_t>(message.destination),
                            static_cast<std::uint8_t>(message.channel)) == 0)
         smtp_mail(&mail);
@@ -68,7 +68,7 @@ void deliverCimxml(const Attachment& attachment, const SelEventMessage& message)
     std::snprintf(listener.name, sizeof(listener.name), "CIMXML-%d", message.destination);
     AlertRecord alert{};
     CMPIInstance* made = nullptr;
-    if (db_get_listener_destination(database.get(), &listener) != 0 || !describe(message, alert) ||
+    if (db_get_listener_destination(database.get(), &listener) != 0 || !makeAlert(message, alert) ||
         Create_AlertIndication_Instance(attachment.broker, attachment.context, &alert, &made, &message) != 0)
         return;
     const ph::CmpiPtr<CMPIInstance> indication(made);
