@@ -45,7 +45,7 @@ struct Options {
     std::uint64_t seed = 1;
     std::uint64_t first = 0;
     std::uint64_t requests = 10'000 / sampling();
-    unsigned long minutes = 0;
+    std::uint64_t minutes = 0;
     bool isVerbose = false;
     bool isWatched = true;
 };
@@ -106,7 +106,9 @@ std::ptrdiff_t openFiles() {
 
 // Sleeping would pass at once.
 void waitReally(std::chrono::milliseconds time) {
-    const timespec rest{time.count() / 1000, time.count() % 1000 * 1'000'000};
+    timespec rest{};
+    rest.tv_sec = static_cast<std::time_t>(time.count() / 1000);
+    rest.tv_nsec = static_cast<long>(time.count() % 1000 * 1'000'000);
     clock_nanosleep(CLOCK_MONOTONIC, 0, &rest, nullptr);
 }
 

@@ -56,9 +56,8 @@ Subject hooks(const ipmi::SessionSettings& settings) {
                      return {};
                  Faults faults;
                  for (std::size_t calls = 1 + random.below(4); calls > 0; --calls) {
-                     const auto outcome = hook.call(&session, [&](std::uint64_t limit) {
-                         return random.below(static_cast<std::size_t>(limit));
-                     });
+                     const auto outcome =
+                         hook.call(&session, [&](std::uint64_t limit) { return random.next() % limit; });
                      faults.insert(faults.end(), outcome.faults.begin(), outcome.faults.end());
                  }
                  CIM_Close_Session(&session);
