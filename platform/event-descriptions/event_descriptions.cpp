@@ -23,6 +23,7 @@ constexpr std::uint8_t firstOemSensorType = 0xC0; // table 42-3
 
 using Record = const std::uint8_t*;
 
+// The compiler checks the arguments. NOLINTNEXTLINE(cert-dcl50-cpp)
 __attribute__((format(printf, 2, 3))) int write(char* text, const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);

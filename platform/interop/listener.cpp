@@ -74,7 +74,7 @@ std::string withPathApart(const char* url) {
 std::string peerOf(const std::string& url) {
     constexpr std::string_view separator = "://";
     const std::size_t host = url.find(separator);
-    return host != url.npos ? url.substr(0, url.find_first_of("/?#", host + separator.size())) : url;
+    return host != std::string::npos ? url.substr(0, url.find_first_of("/?#", host + separator.size())) : url;
 }
 
 // A thread keeps its connections to listeners that keep theirs: a new one for each alert would cost more than

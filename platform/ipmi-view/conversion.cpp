@@ -55,8 +55,11 @@ std::string readingText(double value) {
     if (const auto whole = static_cast<std::int64_t>(value); static_cast<double>(whole) == value)
         return std::to_string(whole);
     int digits = 3;
-    for (double size = std::abs(value); size > 0 && size < 1 && digits < 12; size *= 10)
+    double size = std::abs(value);
+    while (size > 0 && size < 1 && digits < 12) {
+        size *= 10;
         ++digits;
+    }
     std::snprintf(text, sizeof text, "%.*f", std::abs(value) < 1 ? digits - 1 : digits, value);
     std::string number = text;
     number.erase(number.find_last_not_of('0') + 1);

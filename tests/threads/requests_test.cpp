@@ -66,6 +66,12 @@ std::vector<std::string> difference(const Answers& answers, const Answers& expec
     return lines;
 }
 
+// The monitor works on it until the process ends.
+Broker& keptBroker() {
+    static auto& broker = *new Broker;
+    return broker;
+}
+
 class Threads : public SysrootFixture {
 protected:
     void SetUp() override {
@@ -130,7 +136,7 @@ protected:
     }
 
     const std::filesystem::path stateFile = sysroot.place("/var/lib/virtual-bmc/bmc.state");
-    Broker& broker = *new Broker; // the monitor works on it until the process ends
+    Broker& broker = keptBroker();
     ObjectPath host;
     std::atomic<unsigned> indications = 0;
 };
