@@ -55,11 +55,30 @@ struct Key {
     std::uint16_t name;
 };
 
+constexpr char lower(char letter) {
+    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
+// In the order of strcasecmp, which the compiler cannot ask. Loops are spelled out, as compilers count steps.
+constexpr bool isBefore(std::string_view left, std::string_view right) {
+    for (std::size_t i = 0; i < left.size() && i < right.size(); ++i)
+        if (lower(left[i]) != lower(right[i]))
+            return lower(left[i]) < lower(right[i]);
+    return left.size() < right.size();
+}
+
 constexpr std::uint16_t numberOf(std::string_view name) {
-    const auto* const found = std::ranges::find(listedNames, name);
-    if (found == std::end(listedNames))
+    std::size_t first = 0;
+    for (std::size_t end = std::size(listedNames); first < end;) {
+        const std::size_t middle = first + (end - first) / 2;
+        if (isBefore(listedNames[middle], name))
+            first = middle + 1;
+        else
+            end = middle;
+    }
+    if (first == std::size(listedNames) || listedNames[first] != name)
         throw "every class and key is one of the names";
-    return static_cast<std::uint16_t>(found - std::begin(listedNames));
+    return static_cast<std::uint16_t>(first);
 }
 
 constexpr auto keys = [] {
