@@ -49,7 +49,7 @@ CMPIStatus setProperty(const CMPIInstance* instance, const char* name, const CMP
             return;
         Instance& target = content.change();
         for (NamedValue& entry : target.properties)
-            if (entry.name.size() == property.size() && sameName(entry.name, property)) {
+            if (sameName(entry.name, property)) {
                 if (!isKey && entry.value.type != newValue.type)
                     throw Failure{CMPI_RC_ERR_TYPE_MISMATCH};
                 entry.value = std::move(newValue);

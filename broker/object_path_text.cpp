@@ -109,17 +109,20 @@ private:
             return {CMPI_string, string(key)};
         const size_t end = std::min(text_.find(',', position_), text_.size());
         const std::string_view word = text_.substr(position_, end - position_);
-        Value value;
-        if (sameName(word, "TRUE") || sameName(word, "FALSE"))
-            value = {CMPI_boolean, sameName(word, "TRUE")};
-        else if (word.starts_with('-') && number<std::int64_t>(word, key) != 0)
-            value = {CMPI_sint64, number<std::int64_t>(word, key)};
-        else if (word.starts_with('-'))
-            value = {CMPI_uint64, std::uint64_t{0}};
-        else
-            value = {CMPI_uint64, number<std::uint64_t>(word, key)};
+        Value value = keyWord(word, key);
         position_ = end;
         return value;
+    }
+
+    Value keyWord(std::string_view word, const std::string& key) {
+        if (sameName(word, "TRUE") || sameName(word, "FALSE"))
+            return {CMPI_boolean, sameName(word, "TRUE")};
+        if (!word.starts_with('-'))
+            return {CMPI_uint64, number<std::uint64_t>(word, key)};
+        const auto negative = number<std::int64_t>(word, key);
+        if (negative == 0) // it is written without a sign
+            return {CMPI_uint64, std::uint64_t{0}};
+        return {CMPI_sint64, negative};
     }
 
     std::string string(const std::string& key) {

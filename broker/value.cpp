@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <strings.h>
 
 namespace broker {
 
@@ -86,13 +85,9 @@ std::string toText(const Value& value) {
     return std::visit(TextOf{value.type}, value.content);
 }
 
-bool sameName(std::string_view left, std::string_view right) {
-    return left.size() == right.size() && strncasecmp(left.data(), right.data(), left.size()) == 0;
-}
-
 const Value* find(const NamedValues& values, std::string_view name) {
     for (const NamedValue& entry : values)
-        if (entry.name.size() == name.size() && sameName(entry.name, name))
+        if (sameName(entry.name, name))
             return &entry.value;
     return nullptr;
 }

@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <strings.h>
 #include <variant>
 #include <vector>
 
@@ -64,8 +65,10 @@ struct NamedValue {
 // Properties, keys, arguments or context entries, in the order of insertion.
 using NamedValues = std::vector<NamedValue>;
 
-// CIM names compare without regard to case.
-bool sameName(std::string_view left, std::string_view right);
+// CIM names compare without regard to case. Most differ in length, which costs no call.
+inline bool sameName(std::string_view left, std::string_view right) {
+    return left.size() == right.size() && strncasecmp(left.data(), right.data(), left.size()) == 0;
+}
 const Value* find(const NamedValues& values, std::string_view name);
 void set(NamedValues& values, std::string_view name, Value value);
 
