@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <cstring>
 #include <string_view>
 #include <strings.h>
 
@@ -34,7 +33,11 @@ struct NameList {
     std::array<char, lengthOfNames()> text{};
     std::array<std::uint16_t, std::size(listedNames)> starts{};
 
-    const char* operator[](std::size_t number) const { return text.data() + starts[number]; }
+    // A zero follows each.
+    constexpr std::string_view operator[](std::size_t number) const {
+        const std::size_t next = number + 1 < starts.size() ? starts[number + 1] : text.size();
+        return {text.data() + starts[number], next - starts[number] - 1};
+    }
 };
 
 constexpr NameList names = [] {
@@ -67,18 +70,24 @@ constexpr bool isBefore(std::string_view left, std::string_view right) {
     return left.size() < right.size();
 }
 
-constexpr std::uint16_t numberOf(std::string_view name) {
+// The number of a name in any spelling; that behind the last where there is none.
+constexpr std::size_t placeOf(std::string_view name) {
     std::size_t first = 0;
-    for (std::size_t end = std::size(listedNames); first < end;) {
+    for (std::size_t end = names.starts.size(); first < end;) {
         const std::size_t middle = first + (end - first) / 2;
-        if (isBefore(listedNames[middle], name))
+        if (isBefore(names[middle], name))
             first = middle + 1;
         else
             end = middle;
     }
-    if (first == std::size(listedNames) || listedNames[first] != name)
+    return first < names.starts.size() && !isBefore(name, names[first]) ? first : names.starts.size();
+}
+
+constexpr std::uint16_t numberOf(std::string_view name) {
+    const std::size_t place = placeOf(name);
+    if (place == names.starts.size() || names[place] != name)
         throw "every class and key is one of the names";
-    return static_cast<std::uint16_t>(first);
+    return static_cast<std::uint16_t>(place);
 }
 
 constexpr auto keys = [] {
@@ -96,15 +105,8 @@ bool isSpelled(const std::string& name) {
 } // namespace
 
 const char* spelled(const char* name) {
-    std::size_t first = 0;
-    for (std::size_t end = names.starts.size(); first < end;) {
-        const std::size_t middle = first + (end - first) / 2;
-        if (strcasecmp(names[middle], name) < 0)
-            first = middle + 1;
-        else
-            end = middle;
-    }
-    return first < names.starts.size() && strcasecmp(names[first], name) == 0 ? names[first] : name;
+    const std::size_t place = placeOf(name);
+    return place < names.starts.size() ? names[place].data() : name;
 }
 
 std::string withoutPrefix(const std::string& className) {
@@ -116,8 +118,8 @@ std::string withoutPrefix(const std::string& className) {
 std::vector<const char*> keysOf(const char* className) {
     std::vector<const char*> found;
     for (const Key& key : keys)
-        if (std::strcmp(names[key.className], className) == 0)
-            found.push_back(names[key.name]);
+        if (names[key.className] == className)
+            found.push_back(names[key.name].data());
     return found;
 }
 
