@@ -118,7 +118,7 @@ bool SelFollower::takeNew(const CIM_SELInfo& info, const Take& take) {
     for (int count = 0; next.id != lastRecord && count < mostRecords; ++count) {
         CIM_SELEntry entry{};
         if (!read(next.id, entry)) {
-            hasTaken = true; // deleted meanwhile, or refused for the moment; the next call finds its way
+            hasTaken = true; // deleted meanwhile; the next call finds its way
             break;
         }
         next.id = nextOf(entry);
