@@ -25,13 +25,8 @@ SQLite::Statement bound(const SQLite::Database& database, const Table& table, co
     return selection;
 }
 
-struct Found {
-    std::unique_ptr<void, Free> records;
-    std::size_t count = 0;
-};
-
-Found find(SQLite::Statement selection, const Table& table) {
-    Found found;
+Rows<void> find(SQLite::Statement selection, const Table& table) {
+    Rows<void> found;
     found.records.reset(readRows(selection, table, found.count));
     return found;
 }
