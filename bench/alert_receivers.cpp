@@ -6,11 +6,10 @@
 #include "support/alert_machine.h"
 #include "support/http_sink.h"
 
-#include <arpa/inet.h>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <sys/socket.h>
+#include <silent_port.h>
 #include <unistd.h>
 
 namespace {
@@ -62,48 +61,13 @@ private:
     bench::HttpSink sink_;
 };
 
-// A port behind which nobody answers: connections come about up to the backlog, and no further.
-class SilentPort {
-public:
-    explicit SilentPort(int backlog) : socket_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-        address_.sin_family = AF_INET;
-        address_.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        socklen_t size = sizeof address_;
-        if (bind(socket_, generic(), size) != 0 || listen(socket_, backlog) != 0 ||
-            getsockname(socket_, generic(), &size) != 0)
-            throw std::runtime_error("no listener on loopback");
-    }
-    ~SilentPort() {
-        close(socket_);
-        close(filler_);
-    }
-    SilentPort(const SilentPort&) = delete;
-    SilentPort& operator=(const SilentPort&) = delete;
-
-    int port() const { return ntohs(address_.sin_port); }
-    // The backlog of 0 is one connection: with this one, further ones are not answered, as by a dead machine.
-    void fill() {
-        filler_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        if (connect(filler_, generic(), sizeof address_) != 0)
-            throw std::runtime_error("no connection on loopback");
-    }
-
-private:
-    sockaddr* generic() { return reinterpret_cast<sockaddr*>(&address_); }
-
-    int socket_;
-    int filler_ = -1;
-    sockaddr_in address_{};
-};
-
 } // namespace
 
 int main(int argc, char** argv) {
     const int events = argc > 1 ? std::atoi(argv[1]) : 10000;
     constexpr std::chrono::milliseconds slowness{5};
     Receiver good({}), slow(slowness);
-    SilentPort hanging(16), dead(0);
-    dead.fill();
+    const SilentPort hanging(SilentPort::Hanging), dead(SilentPort::Dead);
     constexpr int listeners = 4;
     const auto& machine = bench::AlertMachine::only();
     machine.make(100, {url(good.port()), url(slow.port()), url(hanging.port()), url(dead.port())});

@@ -1,9 +1,9 @@
 // Listeners that take indications, refuse them, or do neither.
 #include "interop_fixture.h"
 
-#include <deaf_port.h>
 #include <elapsed.h>
 #include <gmock/gmock.h>
+#include <silent_port.h>
 #include <thread>
 
 namespace {
@@ -50,8 +50,8 @@ TEST_F(Listener, ThatNeverEndsItsAnswerIsGivenUp) {
 }
 
 TEST_F(Listener, IsOnADeadMachine) {
-    const DeafPort deaf;
-    const std::string to = "http://127.0.0.1:" + std::to_string(deaf.port()) + '/';
+    const SilentPort dead(SilentPort::Dead);
+    const std::string to = "http://127.0.0.1:" + std::to_string(dead.port()) + '/';
     EXPECT_LT(seconds([&] { EXPECT_NE(post(to, message), 0); }), 8);
     EXPECT_LT(seconds([&] { EXPECT_NE(post(to, message), 0); }), 1) << "it is left alone";
 }

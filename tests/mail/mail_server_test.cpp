@@ -3,8 +3,8 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <deaf_port.h>
 #include <elapsed.h>
+#include <silent_port.h>
 
 namespace {
 
@@ -104,8 +104,8 @@ TEST_F(MailServer, RefusesOneRecipientForNow) {
 
 // Connections to a full backlog are not answered, as on a machine that is switched off.
 TEST_F(MailServer, IsOnADeadMachine) {
-    const DeafPort deaf;
-    request.port = deaf.port();
+    const SilentPort dead(SilentPort::Dead);
+    request.port = dead.port();
     request.timeout = 30;
     request.retries = 3;
     request.retryInterval = 3;
