@@ -10,7 +10,6 @@
 #include "support/counted_instances.h"
 #include "support/udp_relay.h"
 
-#include <cstdio>
 #include <cstdlib>
 
 namespace {
@@ -55,13 +54,6 @@ void run(const bench::ContestOptions& options) {
 
 } // namespace
 
-int main(int argc, char** argv) try {
-    bench::ContestOptions options;
-    if (const auto status = bench::readOptions(argc, argv, about, options))
-        return *status;
-    run(options);
-    return 0;
-} catch (const std::exception& error) {
-    std::fprintf(stderr, "sensor_calls: %s\n", error.what());
-    return 1;
+int main(int argc, char** argv) {
+    return bench::contestMain(argc, argv, about, run);
 }

@@ -7,7 +7,6 @@
 #include "support/udp_relay.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <sstream>
 
@@ -65,13 +64,6 @@ void run(const bench::ContestOptions& options) {
 
 } // namespace
 
-int main(int argc, char** argv) try {
-    bench::ContestOptions options;
-    if (const auto status = bench::readOptions(argc, argv, about, options))
-        return *status;
-    run(options);
-    return 0;
-} catch (const std::exception& error) {
-    std::fprintf(stderr, "sync_tools: %s\n", error.what());
-    return 1;
+int main(int argc, char** argv) {
+    return bench::contestMain(argc, argv, about, run);
 }

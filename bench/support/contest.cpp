@@ -1,6 +1,7 @@
 #include "support/contest.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <charconv>
 #include <chrono>
 #include <cstdio>
@@ -82,6 +83,17 @@ std::optional<int> readOptions(int argc, char** argv, const char* about, Contest
             return complain(argv[0], "expected a number of rounds instead of " + argument);
     }
     return std::nullopt;
+}
+
+int contestMain(int argc, char** argv, const char* about, void (*run)(const ContestOptions&)) try {
+    ContestOptions options;
+    if (const auto status = readOptions(argc, argv, about, options))
+        return *status;
+    run(options);
+    return 0;
+} catch (const std::exception& error) {
+    std::fprintf(stderr, "%s: %s\n", program_invocation_short_name, error.what());
+    return 1;
 }
 
 Contest contest(std::string id, std::string title, const std::vector<Contestant>& contestants, int rounds) {

@@ -29,6 +29,9 @@ struct ContestOptions {
 // Wrong arguments are told on stderr.
 std::optional<int> readOptions(int argc, char** argv, const char* about, ContestOptions& options);
 
+// The main() of a program that has options of a contest only: reads them and calls `run`, whose exceptions it tells on stderr.
+int contestMain(int argc, char** argv, const char* about, void (*run)(const ContestOptions& options));
+
 // A contest by itself. Runs each contestant once to warm up, then all of them in turn for so many rounds; tells on stderr
 // which round it is. The yardstick is the last contestant.
 struct Contest {
