@@ -172,6 +172,22 @@ class Client:
         return outcome(self.send(method_call(method, instance_name, parameters))[0])
 
 
+def new_instance(name, system, properties):
+    """The INSTANCE of a class whose instances a service processor has."""
+    inner = "".join(f'<PROPERTY NAME="{each}" TYPE="string"><VALUE>{escape(text)}</VALUE></PROPERTY>'
+                    for each, text in {"SystemCreationClassName": "CIM_SPComputerSystem", "CreationClassName": name,
+                                       "SystemName": system, **properties}.items())
+    return f'<INSTANCE CLASSNAME="{name}">{inner}</INSTANCE>'
+
+
+def new_subscription(made, handler):
+    """The INSTANCE that leads a filter to a destination; both are paths."""
+    references = "".join(
+        f'<PROPERTY.REFERENCE NAME="{name}"><VALUE.REFERENCE>{path}</VALUE.REFERENCE></PROPERTY.REFERENCE>'
+        for name, path in (("Filter", made), ("Handler", handler)))
+    return f'<INSTANCE CLASSNAME="CIM_IndicationSubscription">{references}</INSTANCE>'
+
+
 def xml(element):
     return ElementTree.tostring(element, encoding="unicode")
 

@@ -19,8 +19,7 @@ import served
 from served import class_name, xml
 
 LISTENER = os.environ["PH_LISTENER"]
-FILTER, DESTINATION, SUBSCRIPTION = ("CIM_IndicationFilter", "CIM_ListenerDestinationCIMXML",
-                                     "CIM_IndicationSubscription")
+FILTER, DESTINATION = "CIM_IndicationFilter", "CIM_ListenerDestinationCIMXML"
 SYSTEM, SERVICE, JOB = "CIM_HostComputerSystem", "CIM_ProtocolService", "CIM_ConcreteJob"
 READ = (SYSTEM, "CIM_NumericSensor", "CIM_Sensor", "CIM_LogEntry", "CIM_Account", "CIM_EthernetPort",
         "CIM_IPProtocolEndpoint", "CIM_Fan", "CIM_SoftwareIdentity", JOB)
@@ -73,16 +72,10 @@ class Soak:
             self.ask("associated", client.items, "AssociatorNames", ObjectName=names[0] if names else "",
                      ResultClass=class_name("CIM_NumericSensor"))
 
-    def instance(self, name, properties):
-        inner = "".join(f'<PROPERTY NAME="{each}" TYPE="string"><VALUE>{served.escape(text)}</VALUE></PROPERTY>'
-                        for each, text in {"SystemCreationClassName": "CIM_SPComputerSystem", "CreationClassName": name,
-                                           "SystemName": self.system, **properties}.items())
-        return f'<INSTANCE CLASSNAME="{name}">{inner}</INSTANCE>'
-
     def change(self, client, turn):
         """Creates a destination, modifies it and takes it away; what was acknowledged is there, or is not."""
-        made = self.ask("created", client.items, "CreateInstance", "interop", NewInstance=self.instance(
-            DESTINATION, {"Name": "CIMXML-9", "Destination": "http://127.0.0.1:9/"}))
+        made = self.ask("created", client.items, "CreateInstance", "interop", NewInstance=served.new_instance(
+            DESTINATION, self.system, {"Name": "CIMXML-9", "Destination": "http://127.0.0.1:9/"}))
         if made is None:  # a refused one may be there or not
             with contextlib.suppress(served.CimError):
                 for path in client.names(DESTINATION, "interop"):
@@ -173,15 +166,11 @@ class Soak:
     # Events
 
     def subscribe(self, client, port):
-        made = xml(client.items("CreateInstance", "interop", NewInstance=self.instance(
-            FILTER, {"Name": "IndicationFilter:CIMXML-1", "Query": "select * from CIM_AlertIndication"}))[0])
-        handler = xml(client.items("CreateInstance", "interop", NewInstance=self.instance(
-            DESTINATION, {"Name": "CIMXML-1", "Destination": f"http://127.0.0.1:{port}/"}))[0])
-        references = "".join(
-            f'<PROPERTY.REFERENCE NAME="{name}"><VALUE.REFERENCE>{path}</VALUE.REFERENCE></PROPERTY.REFERENCE>'
-            for name, path in (("Filter", made), ("Handler", handler)))
-        client.call("CreateInstance", "interop",
-                    NewInstance=f'<INSTANCE CLASSNAME="{SUBSCRIPTION}">{references}</INSTANCE>')
+        made = xml(client.items("CreateInstance", "interop", NewInstance=served.new_instance(
+            FILTER, self.system, {"Name": "IndicationFilter:CIMXML-1", "Query": "select * from CIM_AlertIndication"}))[0])
+        handler = xml(client.items("CreateInstance", "interop", NewInstance=served.new_instance(
+            DESTINATION, self.system, {"Name": "CIMXML-1", "Destination": f"http://127.0.0.1:{port}/"}))[0])
+        client.call("CreateInstance", "interop", NewInstance=served.new_subscription(made, handler))
 
     def tell(self):
         """Logs events, and empties the log when five hundred more have arrived."""

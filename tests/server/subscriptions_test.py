@@ -35,26 +35,16 @@ class Subscriptions(served.ServedTest):
     def create(self, name, properties, name_space="interop"):
         """The path of a new instance."""
         system = self.server.json("ei", "CIM_SPComputerSystem")[0]["properties"]["Name"]
-        properties = {"SystemCreationClassName": "CIM_SPComputerSystem", "CreationClassName": name,
-                      "SystemName": system, **properties}
-        inner = "".join(f'<PROPERTY NAME="{each}" TYPE="string"><VALUE>{served.escape(text)}</VALUE></PROPERTY>'
-                        for each, text in properties.items())
         created, = self.client.items("CreateInstance", name_space,
-                                     NewInstance=f'<INSTANCE CLASSNAME="{name}">{inner}</INSTANCE>')
+                                     NewInstance=served.new_instance(name, system, properties))
         return xml(created)
 
     def subscribe(self, number, query):
         made = self.create(FILTER, {"Name": f"IndicationFilter:CIMXML-{number}", "Query": query})
         handler = self.create(DESTINATION, {"Name": f"CIMXML-{number}",
                                             "Destination": f"http://127.0.0.1:{self.listener}/"})
-        subscription, = self.client.items("CreateInstance", "interop", NewInstance=self.instance(made, handler))
+        subscription, = self.client.items("CreateInstance", "interop", NewInstance=served.new_subscription(made, handler))
         return made, handler, xml(subscription)
-
-    def instance(self, made, handler):
-        references = "".join(
-            f'<PROPERTY.REFERENCE NAME="{name}"><VALUE.REFERENCE>{path}</VALUE.REFERENCE></PROPERTY.REFERENCE>'
-            for name, path in (("Filter", made), ("Handler", handler)))
-        return f'<INSTANCE CLASSNAME="{SUBSCRIPTION}">{references}</INSTANCE>'
 
     def received(self, count):
         """The indications so far, when there are so many."""
@@ -105,13 +95,13 @@ class Subscriptions(served.ServedTest):
     def test_what_is_no_subscription(self):
         made, handler, _ = self.subscribe(3, "select * from CIM_AlertIndication")
         self.assert_refused(11, self.client.call, "CreateInstance", "interop",
-                            NewInstance=self.instance(made, handler))
+                            NewInstance=served.new_subscription(made, handler))
         for code, left, right in ((4, handler, handler), (4, made, made),
                                   (6, made.replace("CIMXML-3", "CIMXML-9"), handler),
                                   (6, made, handler.replace("CIMXML-3", "CIMXML-9")),
                                   (6, made.replace(":CIMXML-3", ":IPMIPEF-1-1"), handler)):
             self.assert_refused(code, self.client.call, "CreateInstance", "interop",
-                                NewInstance=self.instance(left, right))
+                                NewInstance=served.new_subscription(left, right))
         self.client.call("DeleteInstance", InstanceName=made)  # and the subscription with it
         self.assertEqual(self.client.names(SUBSCRIPTION, "interop"), [])
         self.client.call("DeleteInstance", InstanceName=handler)
