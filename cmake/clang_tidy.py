@@ -2,6 +2,7 @@
 """Runs clang-tidy over the sources that users run, and remembers what it found clean."""
 
 import argparse
+import functools
 import hashlib
 import json
 import os
@@ -34,16 +35,9 @@ def dependencies(build):
     return made_of
 
 
-class Digests:
-    """Digests of files, each read once."""
-
-    def __init__(self):
-        self._known = {}
-
-    def of(self, path):
-        if path not in self._known:
-            self._known[path] = hashlib.sha256(pathlib.Path(path).read_bytes()).hexdigest()
-        return self._known[path]
+@functools.cache
+def digest(path):
+    return hashlib.sha256(pathlib.Path(path).read_bytes()).hexdigest()
 
 
 def keys(build, files):
@@ -53,14 +47,13 @@ def keys(build, files):
     commands = {entry["file"]: entry["command"] for entry in
                 json.loads((build / "compile_commands.json").read_text())}
     made_of = dependencies(build)
-    digests = Digests()
     for file in files:
         if file not in commands:
             sys.exit(f"clang_tidy.py: {build} does not build {file}")
         if file not in made_of:
             sys.exit(f"clang_tidy.py: {file} is not built yet: build {build} first")
         parts = [common, commands[file].replace(str(ROOT), "")]
-        parts += [f"{path.removeprefix(str(ROOT))} {digests.of(path)}" for path in made_of[file]]
+        parts += [f"{path.removeprefix(str(ROOT))} {digest(path)}" for path in made_of[file]]
         yield file, hashlib.sha256("\n".join(parts).encode()).hexdigest()
 
 
