@@ -36,7 +36,7 @@ typedef struct {
 static_assert(sizeof(AlertMailRequest) == 4514, "layout shared with the platform");
 
 /* Sends one mail and waits for the server's answer, at most (timeout + retryInterval) * (retries + 1)
- * seconds. A refusal that is permanent (SMTP replies 5yz) is not tried again, and neither is a server that
+ * seconds, and the timeout once more where a server does not even answer QUIT. A refusal that is permanent (SMTP replies 5yz) is not tried again, and neither is a server that
  * was to be authenticated to and offers no AUTH, that does not answer within the time-out, or whose machine
  * does not answer for 7 seconds. Alerts wait for each other: a server that kept one waiting in vain, in a
  * time-out or between attempts, is left alone for a minute, in which the function fails at once; where it
