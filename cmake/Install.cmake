@@ -27,7 +27,7 @@ ph_install(platform ${CMAKE_INSTALL_LIBDIR} phipmi phipmi-freeipmi ph_virtual_bm
            smashdb phsupport EventLogDes smtp smtp_client interop_provider)
 ph_install(providers ${moduleDir} ProviderHelperProviders)
 ph_install(phctl ${CMAKE_INSTALL_BINDIR} phctl)
-ph_install(phctl ${CMAKE_INSTALL_LIBDIR} phctl-http)
+ph_install(phctl ${CMAKE_INSTALL_LIBDIR}/phctl phctl-http)
 install(PROGRAMS tools/deploy-check TYPE BIN COMPONENT providers)
 
 # The model of the sample server, for `phctl bmc create`.

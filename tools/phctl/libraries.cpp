@@ -19,8 +19,8 @@ fs::path placeOf(const char* absolutePath) {
 fs::path installedLibrary(const char* name) {
     const fs::path programs = fs::read_symlink("/proc/self/exe").parent_path();
     const fs::path modules = programs / PH_MODULE_DIR;
-    for (const fs::path& folder :
-         {programs / "../lib", modules, modules / "..", programs / "../lib/cmpi", programs})
+    for (const fs::path& folder : {programs / "../lib", modules, modules / "..", modules / "../phctl",
+                                   programs / "../lib/cmpi", programs})
         if (exists(folder / name))
             return (folder / name).lexically_normal();
     return {};
