@@ -82,12 +82,10 @@ installPackages() {
     fi
 }
 
-# The compiler cache where there is one. Objects of two checkouts differ in debug paths only: let them share. The tests'
-# precompiled header needs some sloppiness.
+# The compiler cache where there is one. Objects of two checkouts differ in debug paths only: let them share.
 useCompilerCache() {
     command -v ccache >/dev/null || return 0
     export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache CCACHE_NOHASHDIR=1 CCACHE_BASEDIR=$root
-    export CCACHE_SLOPPINESS=pch_defines,time_macros
 }
 
 # build PRESET [OPTION...]: configures and builds, with options for Ninja.

@@ -1,7 +1,0 @@
-// The program whose precompiled header the tests use.
-#include <gmock/gmock.h>
-
-int main(int argc, char** argv) {
-    testing::InitGoogleMock(&argc, argv);
-    return RUN_ALL_TESTS();
-}
