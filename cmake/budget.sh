@@ -24,9 +24,9 @@ case ${1-} in
 esac
 libraries=${1:-build/armhf}/lib
 
-# Bytes. 96 KiB of the library are tables of states, whose rows have texts of fixed length in the released layout.
-firstClasses=45
-libraryBudget=$((366 * 1024))
+# Bytes.
+firstClasses=26
+libraryBudget=$((256 * 1024))
 classShare=3000
 othersBudget=$((256 * 1024))
 
