@@ -11,9 +11,8 @@ namespace {
 // Keys are properties too. Where the broker is strict, whoever makes the instance has to say so.
 CMPIInstance* newInstance(const CMPIBroker* broker, const CMPIObjectPath* path, CMPIStatus* status) {
     return obtain(broker, Call::newInstance, status, [&](State& state) {
-        constexpr size_t usualProperties = 16;
         Instance instance{objectOf(path).content, {}};
-        instance.properties.reserve(usualProperties);
+        instance.properties.reserve(state.usualProperties.load(std::memory_order_relaxed));
         if (!state.isStrict())
             instance.properties.assign(instance.path.keys.begin(), instance.path.keys.end());
         return make<CMPIInstance>(state, InstanceContent(std::move(instance)));

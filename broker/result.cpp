@@ -11,8 +11,11 @@ CMPIStatus returnData(const CMPIResult* result, const CMPIValue* value, const CM
 }
 
 CMPIStatus returnInstance(const CMPIResult* result, const CMPIInstance* instance) {
-    return perform(result, Call::returnInstance,
-                   [&](auto& object) { object.content.instances.push_back(objectOf(instance).content); });
+    return perform(result, Call::returnInstance, [&](auto& object) {
+        const InstanceContent& content = objectOf(instance).content;
+        object.state.usualProperties.store(content.get().properties.size(), std::memory_order_relaxed);
+        object.content.instances.push_back(content);
+    });
 }
 
 CMPIStatus returnObjectPath(const CMPIResult* result, const CMPIObjectPath* path) {

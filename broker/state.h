@@ -88,6 +88,7 @@ public:
     CMPIBroker handle;
     std::array<Counter, std::size(callNames)> counters;
     std::atomic<size_t> liveObjects{0};
+    std::atomic<size_t> usualProperties{16}; // as many as the last instance had that a provider returned
     Broker::Router router;
     Broker::IndicationHandler indicationHandler;
     Broker::LogHandler logHandler;

@@ -98,6 +98,8 @@ void set(NamedValues& values, std::string_view name, Value value) {
             entry.value = std::move(value);
             return;
         }
+    if (values.empty())
+        values.reserve(4); // most paths have that many keys
     values.push_back({std::string(name), std::move(value)});
 }
 
