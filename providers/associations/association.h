@@ -34,7 +34,8 @@ struct AssociationClass {
 
 // Instances of a class: all of them, or those whose property begins with a text.
 struct Elements {
-    constexpr Elements(const char* name, const char* restricting = nullptr, const char* beginning = "")
+    constexpr Elements(const char* name = nullptr, const char* restricting = nullptr,
+                       const char* beginning = "")
         : className(name), property(restricting), prefix(beginning) {}
     const char* className;
     const char* property;

@@ -1,6 +1,7 @@
 // Which elements are associated. A new association is a row here, and for a new class a declaration beside
 // it.
 #include "associations/association_classes.h"
+#include "associations/packed_rows.h"
 #include "associations/profiles.h"
 #include "associations/relations.h"
 
@@ -305,7 +306,8 @@ static_assert(everyClassIsListed());
 } // namespace
 
 std::span<const Row> rows() {
-    return table;
+    static const std::vector<Row> unpacked = PackedRows<table>::unpack();
+    return unpacked;
 }
 
 std::span<const AssociationClass* const> allAssociations() {

@@ -1,0 +1,111 @@
+// The rows as the module's file holds them: five bytes each, which number what many of them share. As they are written
+// a row is seven pointers, and with what the dynamic linker needs for each a hundred bytes.
+#pragma once
+
+#include "associations/association.h"
+
+#include <array>
+#include <cstddef>
+
+namespace associations {
+
+constexpr bool isSameText(const char* left, const char* right) {
+    return left == nullptr || right == nullptr ? left == right : std::string_view(left) == right;
+}
+constexpr bool isSame(const Elements& left, const Elements& right) {
+    return isSameText(left.className, right.className) && isSameText(left.property, right.property) &&
+           isSameText(left.prefix, right.prefix);
+}
+constexpr bool isSame(const Meeting& left, const Meeting& right) {
+    return isSameText(left.properties[0], right.properties[0]) &&
+           isSameText(left.properties[1], right.properties[1]) && left.relation == right.relation;
+}
+constexpr bool isSame(std::span<const OwnValue> left, std::span<const OwnValue> right) {
+    return left.data() == right.data() && left.size() == right.size();
+}
+constexpr bool isSame(const AssociationClass* left, const AssociationClass* right) {
+    return left == right;
+}
+
+// Different things, each of them once.
+template <class Thing, std::size_t capacity>
+struct Collection {
+    std::array<Thing, capacity> things{};
+    std::size_t count = 0;
+
+    constexpr std::uint8_t numberOf(const Thing& thing) const {
+        std::size_t number = 0;
+        while (number < count && !isSame(things[number], thing))
+            ++number;
+        return static_cast<std::uint8_t>(number);
+    }
+    constexpr void add(const Thing& thing) {
+        if (numberOf(thing) == count)
+            things[count++] = thing;
+    }
+};
+
+template <std::size_t count, class Thing, std::size_t capacity>
+consteval std::array<Thing, count> firstOf(const Collection<Thing, capacity>& collection) {
+    std::array<Thing, count> things{};
+    for (std::size_t i = 0; i < count; ++i)
+        things[i] = collection.things[i];
+    return things;
+}
+
+template <const auto& table>
+struct PackedRows {
+    static constexpr std::size_t count = std::size(table);
+
+    struct Shared {
+        Collection<const AssociationClass*, count> classes;
+        Collection<Elements, 2 * count> elements;
+        Collection<Meeting, count> meetings;
+        Collection<std::span<const OwnValue>, count> values;
+    };
+    static consteval Shared collect() {
+        Shared shared;
+        for (const Row& row : table) {
+            shared.classes.add(row.associationClass);
+            shared.elements.add(row.ends[0]);
+            shared.elements.add(row.ends[1]);
+            shared.meetings.add(row.meeting);
+            shared.values.add(row.values);
+        }
+        return shared;
+    }
+    static constexpr auto classes = firstOf<collect().classes.count>(collect().classes);
+    static constexpr auto elements = firstOf<collect().elements.count>(collect().elements);
+    static constexpr auto meetings = firstOf<collect().meetings.count>(collect().meetings);
+    static constexpr auto values = firstOf<collect().values.count>(collect().values);
+    static_assert(elements.size() <= 256 && meetings.size() <= 256);
+
+    struct Packed {
+        std::uint8_t associationClass, ends[2], meeting, values;
+    };
+    static consteval std::array<Packed, count> pack() {
+        const Shared shared = collect();
+        std::array<Packed, count> packed{};
+        for (std::size_t i = 0; i < count; ++i)
+            packed[i] = {
+                shared.classes.numberOf(table[i].associationClass),
+                {shared.elements.numberOf(table[i].ends[0]), shared.elements.numberOf(table[i].ends[1])},
+                shared.meetings.numberOf(table[i].meeting),
+                shared.values.numberOf(table[i].values)};
+        return packed;
+    }
+    static constexpr auto packed = pack();
+
+    static std::vector<Row> unpack() {
+        std::vector<Row> rows;
+        rows.reserve(count);
+        for (const Packed& row : packed)
+            rows.push_back({classes[row.associationClass],
+                            {elements[row.ends[0]], elements[row.ends[1]]},
+                            meetings[row.meeting],
+                            values[row.values]});
+        return rows;
+    }
+};
+
+} // namespace associations
