@@ -13,6 +13,7 @@
 #include "provider_helper/network.h"
 #include "provider_helper/record_log.h"
 #include "provider_helper/sensors.h"
+#include "provider_helper/service_sessions.h"
 #include "provider_helper/services.h"
 #include "provider_helper/software.h"
 #include "provider_helper/tables.h"

@@ -1,4 +1,4 @@
-/* Services of the BMC: its network services, and its clock. */
+/* Services of the BMC: its network services with their ports, and its clock. */
 #ifndef PROVIDER_HELPER_SERVICES_H
 #define PROVIDER_HELPER_SERVICES_H
 
@@ -63,6 +63,29 @@ PH_EXPORT int PH_ChangeState_CLPProtocolService(uint16_t requestedState, char* m
  * terminal. */
 PH_EXPORT int PH_IsSmashclpdRunning(void);
 PH_EXPORT int PH_IsSmashclpRunning(void);
+
+/* ---- CIM_TCPProtocolEndpoint --------------------------------------------------------------------------- */
+
+/* A TCP port of a network service: one for each of the two ports of its record, without encryption and with
+ * it, where the BMC tells of one (CIM_GetServiceConf). */
+typedef struct {
+    char SystemCreationClassName[256]; /* key; "CIM_SPComputerSystem" */
+    char SystemName[256];              /* key */
+    char CreationClassName[256];       /* key */
+    char Name[256];                    /* key; "TCPProtocolEndpoint-ssh-encrypted", "…-web-clear" */
+    char NameFormat[64];
+    char ElementName[64]; /* "ssh, encrypted": the name that the BMC has for the service */
+    uint32_t PortNumber;
+    uint16_t ProtocolIFType; /* 4111 TCP */
+    uint16_t EnabledState;   /* 2 enabled, 3 disabled: nobody listens there now */
+    uint16_t RequestedState; /* 12 not applicable */
+} TCPProtocolEndpointRecord;
+
+PH_DECLARE_CLASS_FAMILY(TCPProtocolEndpoint, TCPProtocolEndpointRecord);
+/* Fills all but the keys from a service's record; `encrypted` chooses between its ports. Returns 0. */
+PH_EXPORT int PH_Fill_TCPProtocolEndpoint(const CIM_ServiceConf* conf, int encrypted,
+                                          TCPProtocolEndpointRecord* record);
+PH_EXPORT extern const char* const g_TCPProtocolEndpointKeyList[4];
 
 /* ---- CIM_TimeService ----------------------------------------------------------------------------------- */
 

@@ -65,6 +65,16 @@ inline constexpr AssociationClass hostedAccessPoint{
     "CIM_HostedDependency",
     {{"Antecedent", "CIM_System"}, {"Dependent", "CIM_ServiceAccessPoint"}}};
 
+inline constexpr AssociationClass serviceAccessBySap{
+    "CIM_ServiceAccessBySAP",
+    "CIM_Dependency",
+    {{"Antecedent", "CIM_Service"}, {"Dependent", "CIM_ServiceAccessPoint"}}};
+
+inline constexpr AssociationClass providesEndpoint{
+    "CIM_ProvidesEndpoint",
+    "CIM_ServiceAccessBySAP",
+    {{"Antecedent", "CIM_Service"}, {"Dependent", "CIM_ProtocolEndpoint"}}};
+
 inline constexpr Declaration effects[] = {{"ElementEffects", CMPI_uint16A}};
 inline constexpr AssociationClass serviceAffectsElement{
     "CIM_ServiceAffectsElement",

@@ -52,6 +52,18 @@ bool lanEndpointCarriesIp(std::string_view lanEndpoint, std::string_view ipEndpo
     return isSameInterface(interfaceOfLanEndpoint(lanEndpoint), interfaceOfIpEndpoint(ipEndpoint));
 }
 
+bool serviceListensAt(std::string_view service, std::string_view port) {
+    const std::string_view kind = port.substr(port.rfind('-') + 1);
+    if (service == "http" || service == "https") {
+        if (kind != (service == "http" ? "clear" : "encrypted"))
+            return false;
+        service = "web";
+    }
+    const std::string_view rest = after(port, '-');
+    return !service.empty() && rest.size() > kind.size() &&
+           rest.substr(0, rest.size() - kind.size() - 1) == service;
+}
+
 bool sensorWatches(std::string_view description, std::string_view device) {
     constexpr std::string_view watching = " for ";
     if (device.empty() || !description.ends_with(device))
@@ -70,8 +82,8 @@ bool listsMember(std::string_view list, std::string_view id) {
     return false;
 }
 
-bool hasAssetCapabilities(std::string_view tag, std::string_view capabilities) {
-    return !tag.empty() && after(capabilities, ':') == tag;
+bool hasCapabilities(std::string_view element, std::string_view capabilities) {
+    return !element.empty() && after(capabilities, ':') == element;
 }
 
 bool realizesDevice(std::string_view tag, std::string_view device) {

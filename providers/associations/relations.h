@@ -10,8 +10,13 @@ namespace associations {
 bool portHasLanEndpoint(std::string_view port, std::string_view lanEndpoint);
 bool lanEndpointCarriesIp(std::string_view lanEndpoint, std::string_view ipEndpoint);
 
-// The capabilities of a physical element are named "PhysicalAssetCapabilities:<Tag>".
-bool hasAssetCapabilities(std::string_view tag, std::string_view capabilities);
+// A service "ssh" listens at the ports "TCPProtocolEndpoint-ssh-clear" and "…-encrypted"; the web service "web"
+// is "http" at the one and "https" at the other.
+bool serviceListensAt(std::string_view service, std::string_view port);
+
+// The capabilities of a physical element are named "PhysicalAssetCapabilities:<Tag>", those of a service
+// "SSHCapabilities:<Name>".
+bool hasCapabilities(std::string_view element, std::string_view capabilities);
 
 // A physical element "10.1.1:PSU1" is the body of the device "10.1": both begin with their IPMI entity.
 bool realizesDevice(std::string_view tag, std::string_view device);

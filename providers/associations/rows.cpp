@@ -75,7 +75,8 @@ constexpr OwnValue isInstalled[] = {{"ElementSoftwareStatus", {}, fixed<2, 6>}};
 constexpr OwnValue firstOfSequence[] = {{"AssignedSequence", {}, fixed<1>}};
 
 constexpr Meeting onSystem = same("Name", "SystemName");
-constexpr Meeting assetCapabilities = related("Tag", "InstanceID", hasAssetCapabilities);
+constexpr Meeting assetCapabilities = related("Tag", "InstanceID", hasCapabilities);
+constexpr Meeting serviceCapabilities = related("Name", "InstanceID", hasCapabilities);
 
 // A sensor's description ends with the name of the entity that it watches, and a device is named so.
 constexpr Meeting watching = related("Description", "ElementName", sensorWatches);
@@ -99,6 +100,12 @@ constexpr Elements runningSystem(operatingSystem, "EnabledState", "2"); // enabl
 constexpr Elements processorFirmware("CIM_SoftwareIdentity", "InstanceID", "IPMI:BMC ");
 constexpr Elements hostFirmware("CIM_SoftwareIdentity", "InstanceID", "IPMI:System ");
 constexpr const char* indicationService = "CIM_IndicationService";
+constexpr const char* tcpEndpoint = "CIM_TCPProtocolEndpoint";
+constexpr Elements sshService("CIM_ProtocolService", "Name", "SSH");
+constexpr Elements telnetService("CIM_ProtocolService", "Name", "Telnet");
+constexpr Elements clpService("CIM_ProtocolService", "Name", "CLP");
+constexpr Elements sshPorts(tcpEndpoint, "Name", "TCPProtocolEndpoint-ssh-");
+constexpr Elements telnetPorts(tcpEndpoint, "Name", "TCPProtocolEndpoint-telnet-");
 
 // Jobs are named after the method that they run, and its class or service.
 constexpr Elements jobs(const char* prefix) {
@@ -172,6 +179,10 @@ constexpr Row table[] = {
     {&elementCapabilities, {"CIM_PhysicalPackage", "CIM_PhysicalAssetCapabilities"}, assetCapabilities},
     {&elementCapabilities, {"CIM_BootService", "CIM_BootServiceCapabilities"}},
     {&elementCapabilities, {indicationService, "CIM_IndicationServiceCapabilities"}},
+    {&elementCapabilities, {"CIM_ProtocolService", "CIM_ProtocolServiceCapabilities"}, serviceCapabilities},
+    {&elementCapabilities, {"CIM_ProtocolService", "CIM_SSHCapabilities"}, serviceCapabilities},
+    {&elementCapabilities, {"CIM_ProtocolService", "CIM_TelnetCapabilities"}, serviceCapabilities},
+    {&elementCapabilities, {"CIM_ProtocolService", "CIM_CLPCapabilities"}, serviceCapabilities},
 
     {&installedOs, {host, operatingSystem}, same("Name", "CSName"), isPrimary},
     {&runningOs, {runningSystem, host}, same("CSName", "Name")},
@@ -221,16 +232,34 @@ constexpr Row table[] = {
 
     {&hostedAccessPoint, {processor, "CIM_LANEndpoint"}, onSystem},
     {&hostedAccessPoint, {processor, "CIM_IPProtocolEndpoint"}, onSystem},
+    {&hostedAccessPoint, {processor, tcpEndpoint}, onSystem},
+    {&hostedAccessPoint, {processor, "CIM_SSHProtocolEndpoint"}, onSystem},
+    {&hostedAccessPoint, {processor, "CIM_TelnetProtocolEndpoint"}, onSystem},
+    {&hostedAccessPoint, {processor, "CIM_CLPProtocolEndpoint"}, onSystem},
+    {&providesEndpoint, {sshService, "CIM_SSHProtocolEndpoint"}},
+    {&providesEndpoint, {telnetService, "CIM_TelnetProtocolEndpoint"}},
+    {&providesEndpoint, {clpService, "CIM_CLPProtocolEndpoint"}},
+    {&serviceAccessBySap,
+     {"CIM_ProtocolService", tcpEndpoint},
+     related("OtherProtocol", "Name", serviceListensAt)},
     {&deviceSapImplementation,
      {"CIM_EthernetPort", "CIM_LANEndpoint"},
      related("DeviceID", "Name", portHasLanEndpoint)},
     {&bindsTo, {"CIM_LANEndpoint", "CIM_IPProtocolEndpoint"}, related("Name", "Name", lanEndpointCarriesIp)},
+    {&bindsTo, {"CIM_IPProtocolEndpoint", tcpEndpoint}},
+    {&bindsTo, {sshPorts, "CIM_SSHProtocolEndpoint"}},
+    {&bindsTo, {telnetPorts, "CIM_TelnetProtocolEndpoint"}},
     {&controlledBy, {"CIM_PortController", "CIM_EthernetPort"}, same("SystemName", "SystemName")},
     {&elementSettingData, {"CIM_IPProtocolEndpoint", "CIM_IPAssignmentSettingData"}, every, addressSetting},
     {&elementSettingData, {host, lastingBoot}, every, lastingBootUse},
     {&elementSettingData, {host, nextBoot}, every, nextBootUse},
     {&orderedComponent, {"CIM_BootConfigSetting", "CIM_BootSourceSetting"}, every, bootOrder},
     {&elementSettingData, {indicationService, "CIM_IndicationServiceSettingData"}, every, onlySetting},
+    {&elementSettingData, {sshService, "CIM_SSHSettingData"}, every, onlySetting},
+    {&elementSettingData, {"CIM_SSHProtocolEndpoint", "CIM_SSHSettingData"}, every, onlySetting},
+    {&elementSettingData, {telnetService, "CIM_TelnetSettingData"}, every, onlySetting},
+    {&elementSettingData, {clpService, "CIM_CLPSettingData"}, every, onlySetting},
+    {&elementSettingData, {"CIM_TelnetProtocolEndpoint", "CIM_TelnetSettingData"}, every, onlySetting},
     {&orderedComponent,
      {"CIM_IPAssignmentSettingData", "CIM_StaticIPAssignmentSettingData"},
      same("AddressOrigin", "AddressOrigin"),
@@ -271,6 +300,8 @@ constexpr const AssociationClass* classes[] = {&systemComponent,
                                                &memberOfCollection,
                                                &owningCollectionElement,
                                                &hostedAccessPoint,
+                                               &serviceAccessBySap,
+                                               &providesEndpoint,
                                                &serviceAffectsElement,
                                                &serviceAvailableToElement,
                                                &associatedPowerManagementService,

@@ -1,10 +1,14 @@
 // The CLP daemon's processes, through the system's commands.
+#include "services/clp_daemon.h"
+
 #include "provider_helper/services.h"
 #include "Utility/back-ends/shell.h"
 #include "Utility/engine/guard.h"
 #include "Utility/requests/request_status.h"
 #include "Utility/values/dmtf_values.h"
 
+#include <algorithm>
+#include <charconv>
 #include <string_view>
 #include <unistd.h>
 
@@ -18,16 +22,28 @@ bool holds(std::string_view line, std::string_view word) {
     return line.find(word) != std::string_view::npos;
 }
 
-// Returns 0 when `isOne` accepts a line that the command prints.
+// Visits the lines of a process list that `isOne` accepts; `take` returns false to stop. Returns -1 when there is
+// no list.
+template <class Take>
+int visitProcesses(const char* command, bool (*isOne)(std::string_view line), Take take) {
+    return readCommand(command, lineSize, [&](std::string_view line) {
+        return !isOne(line) || holds(line, "grep") || take(line);
+    });
+}
+
+// Returns 0 when there is such a process.
 int findProcess(const char* command, bool (*isOne)(std::string_view line)) {
     return guarded(-1, [&] {
         bool isFound = false;
-        const int result = readCommand(command, lineSize, [&](std::string_view line) {
-            isFound = isOne(line) && !holds(line, "grep");
-            return !isFound;
-        });
+        const int result =
+            visitProcesses(command, isOne, [&](std::string_view) { return !(isFound = true); });
         return result == 0 && isFound ? 0 : -1;
     });
+}
+
+constexpr const char* listClients = "ps ax | grep smashclp";
+bool isClient(std::string_view line) {
+    return holds(line, "smashclp") && holds(line, "pts");
 }
 
 int runAndPause(const char* command) {
@@ -75,6 +91,17 @@ int changeDaemon(std::uint16_t requestedState, char* message) {
 }
 
 } // namespace
+
+int listClpClients(std::vector<std::uint32_t>& processes) {
+    return visitProcesses(listClients, isClient, [&](std::string_view line) {
+        line.remove_prefix(std::min(line.find_first_not_of(' '), line.size()));
+        std::uint32_t number = 0;
+        if (std::from_chars(line.data(), line.data() + line.size(), number).ec == std::errc())
+            processes.push_back(number);
+        return true;
+    });
+}
+
 } // namespace ph
 
 int PH_IsSmashclpdRunning(void) {
@@ -83,9 +110,7 @@ int PH_IsSmashclpdRunning(void) {
 }
 
 int PH_IsSmashclpRunning(void) {
-    return ph::findProcess("ps ax | grep smashclp", [](std::string_view line) {
-        return ph::holds(line, "smashclp") && ph::holds(line, "pts");
-    });
+    return ph::findProcess(ph::listClients, ph::isClient);
 }
 
 int PH_ChangeState_CLPProtocolService(uint16_t requestedState, char* message) {

@@ -10,19 +10,19 @@ namespace {
 
 // HTTP and HTTPS are both the BMC's web service.
 constexpr Service services[] = {
-    {"HTTPProtocolService", "HTTP Service", "http", Protocol::Other, CIM_SERVICE_WEB},
-    {"HTTPSProtocolService", "HTTPS Service", "https", Protocol::Other, CIM_SERVICE_WEB},
-    {"WEBProtocolService", "Web Service", "web", Protocol::Other, CIM_SERVICE_WEB},
-    {"CLPProtocolService", "SM CLP Service", "clp", Protocol::SmClp, 0},
-    {"SSHProtocolService", "SSH Service", "ssh", Protocol::Ssh, CIM_SERVICE_SSH},
-    {"TelnetProtocolService", "Telnet Service", "telnet", Protocol::Telnet, CIM_SERVICE_TELNET},
-    {"KVMProtocolService", "KVM Redirection Service", "kvm", Protocol::Other, CIM_SERVICE_KVM},
+    {"HTTPProtocolService", "HTTP Service", "http", Protocol::Other, CIM_SERVICE_WEB, Ports::Clear},
+    {"HTTPSProtocolService", "HTTPS Service", "https", Protocol::Other, CIM_SERVICE_WEB, Ports::Encrypted},
+    {"WEBProtocolService", "Web Service", "web", Protocol::Other, CIM_SERVICE_WEB, Ports::Both},
+    {"CLPProtocolService", "SM CLP Service", "clp", Protocol::SmClp, 0, Ports::None},
+    {"SSHProtocolService", "SSH Service", "ssh", Protocol::Ssh, CIM_SERVICE_SSH, Ports::Both},
+    {"TelnetProtocolService", "Telnet Service", "telnet", Protocol::Telnet, CIM_SERVICE_TELNET, Ports::Both},
+    {"KVMProtocolService", "KVM Redirection Service", "kvm", Protocol::Other, CIM_SERVICE_KVM, Ports::Both},
     {"CDMEDIAProtocolService", "CD Media Redirection Service", "cd-media", Protocol::Other,
-     CIM_SERVICE_CD_MEDIA},
+     CIM_SERVICE_CD_MEDIA, Ports::Both},
     {"FDMEDIAProtocolService", "Floppy Media Redirection Service", "fd-media", Protocol::Other,
-     CIM_SERVICE_FD_MEDIA},
+     CIM_SERVICE_FD_MEDIA, Ports::Both},
     {"HDMEDIAProtocolService", "Hard Disk Media Redirection Service", "hd-media", Protocol::Other,
-     CIM_SERVICE_HD_MEDIA},
+     CIM_SERVICE_HD_MEDIA, Ports::Both},
 };
 
 } // namespace

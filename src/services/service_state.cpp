@@ -1,11 +1,9 @@
 // Switching a service.
 #include "provider_helper/services.h"
-#include "services/service_list.h"
-#include "Utility/back-ends/back_ends.h"
+#include "services/service_record.h"
 #include "Utility/requests/request_status.h"
 #include "Utility/values/dmtf_values.h"
 
-#include <cstring>
 #include <unistd.h>
 
 namespace ph {
@@ -20,12 +18,7 @@ public:
         service_ = service;
         if (!session_.open() || CIM_GetServiceConf(session_.get(), service, &conf_, hookTimeout) != 0)
             return false;
-        static_assert(sizeof(settings_.name) == sizeof(conf_.name));
-        std::memcpy(settings_.name, conf_.name, sizeof(settings_.name));
-        settings_.port = conf_.port;
-        settings_.securePort = conf_.securePort;
-        settings_.timeout = conf_.timeout;
-        settings_.maxSessions = conf_.maxSessions;
+        settings_ = settingsOf(conf_);
         return true;
     }
 

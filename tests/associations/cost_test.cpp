@@ -3,6 +3,8 @@
 
 #include "ipmi/transport.h"
 
+#include <set>
+
 namespace {
 
 using broker::ObjectPath;
@@ -78,9 +80,10 @@ TEST_F(Cost, ofTheHostsPowerIsOneMessage) {
 }
 
 TEST_F(Cost, ofAnEnumerationIsOnePassOverEachEnd) {
-    EXPECT_THAT(asked([&] { return broker.enumerateInstanceNames(path("CIM_HostedAccessPoint")); }),
-                ElementsAre("CIM_SPComputerSystem(Name)", "CIM_LANEndpoint(SystemName)",
-                            "CIM_IPProtocolEndpoint(SystemName)"));
+    const auto all = asked([&] { return broker.enumerateInstanceNames(path("CIM_HostedAccessPoint")); });
+    EXPECT_THAT(all, testing::IsSupersetOf({"CIM_SPComputerSystem(Name)", "CIM_LANEndpoint(SystemName)",
+                                            "CIM_IPProtocolEndpoint(SystemName)"}));
+    EXPECT_EQ(std::set<std::string>(all.begin(), all.end()).size(), all.size());
 }
 
 TEST_F(Cost, ofWhatIsLiveIsPaidOnceAndOnlyIfItIsWanted) {

@@ -22,7 +22,8 @@ constexpr char model[] = R"({
     "sdrRepository": {"genericDevices": [{"name": "CPU1", "entity": 3}]},
     "systemInfo": {"firmwareVersion": "1.02", "osName": "Linux"},
     "users": [{"id": 2, "name": "root", "email": "root@example.org"}, {"id": 3, "name": "operator", "privilege": "operator"}],
-    "services": [{"name": "web"}, {"name": "ssh"}],
+    "services": [{"name": "web", "port": 80}, {"name": "ssh", "securePort": 22, "activeSessions": 1},
+                 {"name": "telnet", "port": 23, "activeSessions": 1}],
     "chassis": {"softOffDelay": 0, "cycleInterval": 0},
     "watchdog": {"use": "os", "action": "hard-reset", "interval": 6000, "endsAt": 4102444800000},
     "sensors": [
@@ -65,6 +66,9 @@ void store() {
 
 Machine::Machine(int interfaceType) {
     sysroot_.standInForCommands();
+    std::ofstream(sysroot_.place("/processes")) << "  200 pts/0    S+     0:00 smashclp\n";
+    fs::create_directories(sysroot_.place("/etc/ssh"));
+    std::ofstream(sysroot_.place("/etc/ssh/sshd_config")) << "Protocol 2\nCiphers aes256-ctr,3des-cbc\n";
     const fs::path stateFile = sysroot_.place("/var/lib/virtual-bmc/bmc.state");
     vbmc::createFromText(stateFile, model, "model");
     vbmc::VirtualBmc(stateFile).addSensorEvent("Inlet", 9, false);

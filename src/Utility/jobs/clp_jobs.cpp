@@ -1,18 +1,12 @@
 #include "Utility/jobs/clp_jobs.h"
 
-#include "platform/clp_packets.h"
 #include "Utility/back-ends/back_ends.h"
-#include "Utility/back-ends/dynamic_library.h"
+#include "Utility/back-ends/clp_library.h"
 #include "Utility/engine/guard.h"
 
 #include <cstring>
 
 namespace ph::clp {
-namespace {
-
-constexpr const char* packetLibrary = "libsmclpdpkt.so";
-
-} // namespace
 
 bool isJob(const char* instanceId) {
     return instanceId != nullptr && std::strstr(instanceId, "clp-job") != nullptr;
@@ -20,7 +14,7 @@ bool isJob(const char* instanceId) {
 
 // Without a daemon that answers there are no such jobs; the others are served all the same.
 int appendAll(RecordArray<ConcreteJobRecord>& jobs, Detail detail) {
-    const DynamicLibrary library(packetLibrary);
+    const ClpLibrary library;
     const auto request = library.find<decltype(&SMP_Frame_Jobs_Req)>("SMP_Frame_Jobs_Req");
     StoredJobRow* rows = nullptr;
     int count = 0;
@@ -34,7 +28,7 @@ int appendAll(RecordArray<ConcreteJobRecord>& jobs, Detail detail) {
 }
 
 int append(RecordArray<ConcreteJobRecord>& jobs, const char* instanceId) {
-    const DynamicLibrary library(packetLibrary);
+    const ClpLibrary library;
     const auto request = library.find<decltype(&SMP_Frame_Job_Req)>("SMP_Frame_Job_Req");
     StoredJobRow row{};
     return request != nullptr && request(instanceId, &row) == 0 ? appendJob(jobs, row, Detail::All) : -1;
@@ -58,7 +52,7 @@ int PH_Enum_All_CLP_Jobs(ConcreteJobRecord** records, int* count, int namesOnly)
 int PH_Delete_CLPJob(const char* instanceId) {
     if (instanceId == nullptr)
         return -1;
-    const ph::DynamicLibrary library(ph::clp::packetLibrary);
+    const ph::ClpLibrary library;
     const auto request = library.find<decltype(&SMP_Frame_DeleteJob_Req)>("SMP_Frame_DeleteJob_Req");
     return request != nullptr && request(instanceId) == 0 ? 0 : -1;
 }

@@ -133,13 +133,19 @@ namespace ProtocolSupported { // CIM_Controller
 enum : std::uint16_t { Unknown = 2 };
 }
 namespace ProtocolIFType { // CIM_ProtocolEndpoint
-enum : std::uint16_t { EthernetCsmaCd = 6, IPv4 = 4096, IPv6 = 4097 };
+enum : std::uint16_t { Other = 1, EthernetCsmaCd = 6, IPv4 = 4096, IPv6 = 4097, Tcp = 4111 };
 }
 namespace AddressOrigin { // CIM_IPProtocolEndpoint
 enum : std::uint16_t { Unknown = 0, Static = 3, Dhcp = 4, DhcpV6 = 7, IPv6Auto = 8 };
 }
 namespace Protocol { // CIM_ProtocolService
 enum : std::uint16_t { Other = 1, Ssh = 2, Telnet = 3, SmClp = 4 };
+}
+namespace SSHVersion { // CIM_SSHProtocolEndpoint
+enum : std::uint16_t { Unknown = 0, One = 2, Two = 3 };
+}
+namespace EncryptionAlgorithm { // CIM_SSHProtocolEndpoint
+enum : std::uint16_t { Unknown = 0, Other = 1, Des = 2, TripleDes = 3, Rc4 = 4, Idea = 5 };
 }
 
 namespace RemovalConditions { // CIM_PhysicalPackage

@@ -52,12 +52,13 @@ void describeSeverity(Probe& probe) {
     });
 }
 
-// ---- Jobs of the command-line protocol
+// ---- Jobs and sessions of the command-line protocol
 
-void getJobs(Probe& probe) {
-    Out<StoredJobRow*> rows("the jobs");
+template <class Row>
+void getRows(Probe& probe) {
+    Out<Row*> rows("the rows");
     Out<int> count("the count");
-    auto call = probe.call<decltype(SMP_Frame_Jobs_Req)>("", rows, count);
+    auto call = probe.call<int(Row**, int*)>("", rows, count);
     const auto owner = owned(call, rows, call && *count > 0 ? static_cast<std::size_t>(*count) : 0);
     call.expect(!call || *count >= 0, "the count is no number of rows");
 }
@@ -68,8 +69,26 @@ void getJob(Probe& probe) {
         .expectFailure("a job that there is not");
 }
 
+// CIM_CLPSettingData says which numbers there are.
+void getOptions(Probe& probe) {
+    Out<CLPOptions> options("the options");
+    if (auto call = probe.call<decltype(SMP_Frame_Options_Req)>("", options)) {
+        call.expectText("CurrentDefaultTarget", options->CurrentDefaultTarget);
+        call.expectText("OutputLanguage", options->OutputLanguage);
+        call.expectText("DisplayOption", options->DisplayOption);
+        call.expect(options->OutputFormat >= 2 && options->OutputFormat <= 5, "OutputFormat is none");
+        call.expect(options->OutputVerbosity >= 2 && options->OutputVerbosity <= 4,
+                    "OutputVerbosity is none");
+        call.expect(options->OutputPosition >= 2 && options->OutputPosition <= 3, "OutputPosition is none");
+        call.expect(options->OutputOrder >= 2 && options->OutputOrder <= 3, "OutputOrder is none");
+    }
+}
+
 constexpr const char* noTexts = "without it, alerts have neither severity nor description";
 constexpr const char* noClpJobs = "without it, there are no jobs of the command-line protocol";
+constexpr const char* noClpSessions = "without it, sessions of the command-line protocol are processes";
+constexpr const char* noClpOptions =
+    "without it, nobody tells how sessions of the command-line protocol answer";
 constexpr Row eventTexts[] = {
     {"FindSensorType", describeEvent, false, noTexts},
     {"AlertSeverityLevel", describeSeverity, false, noTexts},
@@ -81,9 +100,12 @@ constexpr Row posts[] = {
     {"qom_send_indications", nullptr, true, "it would post an alert"},
 };
 constexpr Row clpJobs[] = {
-    {"SMP_Frame_Jobs_Req", getJobs, false, noClpJobs},
+    {"SMP_Frame_Jobs_Req", getRows<StoredJobRow>, false, noClpJobs},
     {"SMP_Frame_Job_Req", getJob, false, noClpJobs},
     {"SMP_Frame_DeleteJob_Req", nullptr, true, "it would end a job"},
+    {"SMP_Frame_Sessions_Req", getRows<CLPSessionRow>, false, noClpSessions},
+    {"SMP_Frame_Options_Req", getOptions, false, noClpOptions},
+    {"SMP_Frame_SetOptions_Req", nullptr, true, "it would change the next sessions"},
 };
 
 } // namespace

@@ -1,0 +1,111 @@
+#include "Utility/engine/changed_record.h"
+
+#include "Utility/requests/changes.h"
+#include "Utility/requests/request_status.h"
+#include "Utility/requests/request_texts.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <string_view>
+
+namespace ph {
+namespace {
+
+// A value that was checked, and where it goes.
+struct Change {
+    const Property* property;
+    std::uint32_t number;
+    const char* text;
+};
+
+bool readNumber(const CMPIData& data, Kind kind, std::uint32_t& number) {
+    std::uint16_t narrow = 0;
+    CMPIBoolean isTrue = 0;
+    int result = -1;
+    switch (kind) {
+    case Kind::Uint32:
+        return GetUINT32Value(data, &number) == 0;
+    case Kind::Uint16:
+        result = GetUINT16Value(data, &narrow);
+        number = narrow;
+        break;
+    case Kind::Boolean:
+        result = GetBoolValue(data, &isTrue);
+        number = isTrue != 0;
+        break;
+    default:
+        break;
+    }
+    return result == 0;
+}
+
+bool readChange(const CMPIData& data, const Settable& settable, Change& change) {
+    if (data.state != CMPI_goodValue)
+        return false;
+    if (change.property->kind != Kind::Text)
+        return readNumber(data, change.property->kind, change.number) && change.number >= settable.least &&
+               change.number <= settable.most;
+    change.text = textOf(data);
+    const std::size_t length = change.text != nullptr ? std::strlen(change.text) : 0;
+    return change.text != nullptr && length >= settable.least && length <= settable.most;
+}
+
+void carryOut(const Change& change, void* record) {
+    char* const field = static_cast<char*>(record) + change.property->offset;
+    switch (change.property->kind) {
+    case Kind::Text:
+        std::memcpy(field, change.text, std::strlen(change.text) + 1);
+        break;
+    case Kind::Boolean:
+        *reinterpret_cast<bool*>(field) = change.number != 0;
+        break;
+    case Kind::Uint16:
+        *reinterpret_cast<std::uint16_t*>(field) = static_cast<std::uint16_t>(change.number);
+        break;
+    default:
+        *reinterpret_cast<std::uint32_t*>(field) = change.number;
+    }
+}
+
+CMPIStatus refuse(const Request& request, const char* name) {
+    char message[sizeof(PHPropertyRow::name) + 32];
+    std::snprintf(message, sizeof(message), "%s Parameter is Invalid", name);
+    return fail(request.broker, CMPI_RC_ERR_INVALID_PARAMETER, message);
+}
+
+} // namespace
+
+CMPIStatus ChangedRecord::apply(const Request& request, std::span<const Settable> settables) {
+    KeyValues keys;
+    if (!isOfClass(request.ref, family_.name) || !keys.areRead(request.broker, request.ref, family_.keys) ||
+        engine::get(family_, &record_, keys) != 0)
+        return fail(request.broker, noSuchInstance.code, noSuchInstance.message);
+    CMPIStatus status = success;
+    const CMPIInstance* current =
+        engine::makeInstance(family_, request.broker, request.ref, nullptr, record_, &status);
+    if (current == nullptr)
+        return status;
+    PHPropertyList allowed{}, changes{};
+    for (const Settable& settable : settables)
+        AddTo_DefaultList(allowed.rows, settable.name, allowed.count++);
+    if (status = readChanges(request, current, allowed, changes); status.rc != CMPI_RC_OK)
+        return status;
+    Change checked[std::size(changes.rows)];
+    for (int i = 0; i < changes.count; ++i) {
+        const std::string_view name = changes.rows[i].name;
+        const auto settable = std::ranges::find(settables, name, &Settable::name);
+        const auto property = std::ranges::find(family_.properties, name, &Property::name);
+        if (settable == settables.end() || property == family_.properties.end())
+            return refuse(request, changes.rows[i].name);
+        checked[i] = {&*property, 0, nullptr};
+        if (!readChange(valueOf(changes.rows[i]), *settable, checked[i]))
+            return refuse(request, changes.rows[i].name);
+    }
+    hasChanges_ = changes.count > 0;
+    for (int i = 0; i < changes.count; ++i)
+        carryOut(checked[i], record_);
+    return success;
+}
+
+} // namespace ph
