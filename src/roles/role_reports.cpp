@@ -87,22 +87,27 @@ bool isProcessor(const CMPIObjectPath* path) {
            std::strcmp(name, systemName) == 0;
 }
 
-const CMPIObjectPath* anyReference(const CMPIArgs* in, const char* name) {
-    const auto data = argument(in, name);
-    return data && data->type == CMPI_ref ? data->value.ref : nullptr;
-}
-
-// What the arguments of both methods name.
+// What the arguments of both methods name. One of them may be missing, but must not be something else.
 struct Question {
-    const CMPIObjectPath* subject;
-    const CMPIObjectPath* target;
+    const CMPIObjectPath* subject = nullptr;
+    const CMPIObjectPath* target = nullptr;
+    bool isWellFormed = true;
     std::uint8_t slot = 0; // of the subject
     bool isAboutUser = false;
 
-    explicit Question(const CMPIArgs* in)
-        : subject(anyReference(in, "Subject")), target(anyReference(in, "Target")) {
+    explicit Question(const CMPIArgs* in) {
+        take(in, "Subject", subject);
+        take(in, "Target", target);
         isAboutUser = subject != nullptr && isOfClass(subject, identityClass) &&
                       parseIdentityName(keyText(subject, "InstanceID"), slot);
+    }
+
+private:
+    void take(const CMPIArgs* in, const char* name, const CMPIObjectPath*& path) {
+        const auto data = argument(in, name);
+        if (data && data->type == CMPI_ref)
+            path = data->value.ref;
+        isWellFormed = isWellFormed && (!data || path != nullptr);
     }
 };
 
@@ -124,6 +129,7 @@ const PrivilegeLevel* highestUsable(const std::vector<ChannelAccess>& channels) 
 }
 
 constexpr Refusal noSession{CMPI_RC_ERR_FAILED, "There is no session with the BMC"};
+constexpr Refusal noReference{CMPI_RC_ERR_INVALID_PARAMETER, "Subject or Target is no reference"};
 constexpr Refusal noUser{CMPI_RC_ERR_NOT_FOUND, "There is no such user, or it cannot be read"};
 constexpr Refusal noAnswer{CMPI_RC_ERR_FAILED, "The answer cannot be made"};
 
@@ -132,6 +138,8 @@ constexpr Refusal noAnswer{CMPI_RC_ERR_FAILED, "The answer cannot be made"};
 MethodAnswer showRoles(MethodCall& call) {
     const Request& request = call.request;
     const Question question(request.in);
+    if (!question.isWellFormed)
+        return call.refuse(noReference);
     if (question.subject == nullptr && question.target == nullptr)
         return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "Subject or Target is needed");
     if (question.subject != nullptr && !question.isAboutUser)
@@ -163,6 +171,8 @@ MethodAnswer showRoles(MethodCall& call) {
 MethodAnswer showAccess(MethodCall& call) {
     const Request& request = call.request;
     const Question question(request.in);
+    if (!question.isWellFormed)
+        return call.refuse(noReference);
     if (question.subject == nullptr && question.target == nullptr)
         return nullNotSupported;
     if (question.subject != nullptr && !question.isAboutUser)
