@@ -70,7 +70,8 @@ TEST_F(User, accessGathersBothBytesOfTheAnswer) {
 }
 
 TEST_F(User, sessionsAreReadUntilThereIsNone) {
-    const Bytes open = {0x00, 0x11, 0x3F, 0xC2, 0xC5, 0xF4, 0x11}; // the first of two: user 5, administrator, channel 1
+    const Bytes open = {0x00, 0x11, 0x3F, 0xC2,
+                        0xC5, 0xF4, 0x11}; // the first of two: user 5, administrator, channel 1
     const struct {
         Bytes first, second;
         int result;
