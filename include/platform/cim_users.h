@@ -61,6 +61,20 @@ int CIM_ModUser(IPMI20_SESSION_T* session, uint8_t slot, uint8_t channel, const 
  * user as it was. IPMI cannot clear a password; that of a slot's next user is set before the user is enabled. */
 int CIM_DelUser(IPMI20_SESSION_T* session, uint8_t slot, int timeout);
 
+/* Sessions that users have open with the BMC, this one among them if it is one of a user's. */
+#define CIM_MAX_OPEN_SESSIONS 63
+
+typedef struct {
+    uint8_t user;      /* slot */
+    uint8_t privilege; /* level that the session has now: 1 callback to 5 OEM */
+    uint8_t channel;
+} CIM_OpenSession;
+
+/* The BMC's open sessions (Get Session Info, 22.20; command 3Dh), at most CIM_MAX_OPEN_SESSIONS. One that ends while
+ * they are read is left out. The function may be missing: then nothing says whether a user is logged in. */
+int CIM_GetOpenSessions(IPMI20_SESSION_T* session, CIM_OpenSession* sessions, uint8_t* count, int timeout)
+    __attribute__((weak));
+
 #ifdef __cplusplus
 }
 #endif

@@ -220,3 +220,32 @@ int CIM_DelUser(IPMI20_SESSION_T* session, uint8_t slot, int timeout) {
         Deletion(hooks::sessionOf(session, timeout), user).run();
     });
 }
+
+// The sessions have numbers from 1 on, and each answer tells how many there are.
+int CIM_GetOpenSessions(IPMI20_SESSION_T* session, CIM_OpenSession* sessions, uint8_t* count, int timeout) {
+    return hooks::guarded(__func__, [&] {
+        place(count) = 0;
+        place(sessions);
+        auto& bmc = hooks::sessionOf(session, timeout);
+        std::uint8_t open = 1;
+        for (std::uint8_t number = 1; number <= open; ++number) {
+            const auto answer = ipmi::ask(bmc, ipmi::command::getSessionInfo, std::span(&number, 1));
+            if (number > 1 && ipmi::completion::meansAbsent(answer.code()))
+                break;
+            if (answer.code() != ipmi::completion::success)
+                throw ipmi::CompletionCodeError(ipmi::command::getSessionInfo, answer.code());
+            auto reader = answer.reader();
+            const bool isThere = reader.u8() != 0; // its handle
+            reader.skip(1);                        // how many there may be
+            open = reader.u8() & 0x3F;
+            if (isThere) {
+                const std::uint8_t user = reader.u8() & 0x3F;
+                const std::uint8_t privilege = reader.u8() & 0x0F;
+                const std::uint8_t channel = reader.u8() & 0x0F;
+                answer.verify(reader);
+                sessions[(*count)++] = {user, privilege, channel};
+            }
+            answer.verify(reader);
+        }
+    });
+}

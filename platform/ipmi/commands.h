@@ -58,6 +58,7 @@ inline constexpr CommandCode setWatchdogTimer{netFn::app, 0x24};
 inline constexpr CommandCode getWatchdogTimer{netFn::app, 0x25};
 inline constexpr CommandCode getSystemGuid{netFn::app, 0x37};
 inline constexpr CommandCode getChannelAuthenticationCapabilities{netFn::app, 0x38};
+inline constexpr CommandCode getSessionInfo{netFn::app, 0x3D};
 inline constexpr CommandCode getChannelInfo{netFn::app, 0x42};
 inline constexpr CommandCode setUserAccess{netFn::app, 0x43};
 inline constexpr CommandCode getUserAccess{netFn::app, 0x44};

@@ -55,6 +55,26 @@ inline constexpr AssociationClass hostedCollection{
 inline constexpr AssociationClass memberOfCollection{
     "CIM_MemberOfCollection", nullptr, {{"Collection", "CIM_Collection"}, {"Member", "CIM_ManagedElement"}}};
 
+inline constexpr AssociationClass roleLimitedToTarget{
+    "CIM_RoleLimitedToTarget",
+    nullptr,
+    {{"DefiningRole", "CIM_Role"}, {"TargetElement", "CIM_ManagedElement"}}};
+
+inline constexpr AssociationClass assignedIdentity{
+    "CIM_AssignedIdentity",
+    nullptr,
+    {{"IdentityInfo", "CIM_Identity"}, {"ManagedElement", "CIM_ManagedElement"}}};
+
+inline constexpr AssociationClass concreteDependency{
+    "CIM_ConcreteDependency",
+    "CIM_Dependency",
+    {{"Antecedent", "CIM_ManagedElement"}, {"Dependent", "CIM_ManagedElement"}}};
+
+inline constexpr AssociationClass serviceServiceDependency{
+    "CIM_ServiceServiceDependency",
+    "CIM_Dependency",
+    {{"Antecedent", "CIM_Service"}, {"Dependent", "CIM_Service"}}};
+
 inline constexpr AssociationClass owningCollectionElement{
     "CIM_OwningCollectionElement",
     nullptr,

@@ -9,8 +9,14 @@ constexpr const char* ofBaseServer[] = {profileRegistration, sensors,          f
                                         powerSupply,         recordLog,        bootControl,
                                         physicalAsset,       serviceProcessor, powerStateManagement,
                                         softwareInventory};
-constexpr const char* ofServiceProcessor[] = {profileRegistration, recordLog,   ethernetPort,
-                                              hostLanNetworkPort,  ipInterface, powerStateManagement,
+constexpr const char* ofServiceProcessor[] = {profileRegistration,
+                                              recordLog,
+                                              ethernetPort,
+                                              hostLanNetworkPort,
+                                              ipInterface,
+                                              powerStateManagement,
+                                              simpleIdentityManagement,
+                                              roleBasedAuthorization,
                                               softwareInventory};
 constexpr const char* ofComponent[] = {profileRegistration};
 constexpr const char* ofDevice[] = {profileRegistration, sensors};
@@ -30,6 +36,8 @@ constexpr Profile table[] = {
     {hostLanNetworkPort, "Host LAN Network Port", "1.0.0", false, ofHostLanNetworkPort},
     {ipInterface, "IP Interface", "1.0.0", false, ofComponent},
     {powerStateManagement, "Power State Management", "1.0.0", false, ofComponent},
+    {simpleIdentityManagement, "Simple Identity Management", "1.0.0", false, ofComponent},
+    {roleBasedAuthorization, "Role Based Authorization", "1.0.0", false, ofComponent},
     {softwareInventory, "Software Inventory", "1.0.0", false, ofComponent},
 };
 

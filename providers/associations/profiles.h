@@ -23,6 +23,8 @@ inline constexpr char ethernetPort[] = "provider-helper:DSP1014";
 inline constexpr char hostLanNetworkPort[] = "provider-helper:DSP1035";
 inline constexpr char ipInterface[] = "provider-helper:DSP1036";
 inline constexpr char powerStateManagement[] = "provider-helper:DSP1027";
+inline constexpr char simpleIdentityManagement[] = "provider-helper:DSP1034";
+inline constexpr char roleBasedAuthorization[] = "provider-helper:DSP1039";
 inline constexpr char softwareInventory[] = "provider-helper:DSP1023";
 
 struct Profile {

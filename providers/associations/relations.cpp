@@ -86,6 +86,22 @@ bool hasCapabilities(std::string_view element, std::string_view capabilities) {
     return !element.empty() && after(capabilities, ':') == element;
 }
 
+bool isIdentityOf(std::string_view identity, std::string_view account) {
+    return !account.empty() && after(identity, ':') == account;
+}
+
+bool isRoleOf(std::string_view role, std::string_view description) {
+    constexpr std::string_view separator = ", ", onChannel = " on ";
+    while (!role.empty() && !description.empty()) {
+        if (description.starts_with(role) && description.substr(role.size()).starts_with(onChannel))
+            return true;
+        const auto end = description.find(separator);
+        description.remove_prefix(end != std::string_view::npos ? end + separator.size()
+                                                                : description.size());
+    }
+    return false;
+}
+
 bool realizesDevice(std::string_view tag, std::string_view device) {
     if (device.empty() || !tag.starts_with(device))
         return false;

@@ -18,6 +18,10 @@ bool serviceListensAt(std::string_view service, std::string_view port);
 // "SSHCapabilities:<Name>".
 bool hasCapabilities(std::string_view element, std::string_view capabilities);
 
+// An identity is named "Identity:<Name>" after its account, and describes itself by roles: "operator on channel 1".
+bool isIdentityOf(std::string_view identity, std::string_view account);
+bool isRoleOf(std::string_view role, std::string_view description);
+
 // A physical element "10.1.1:PSU1" is the body of the device "10.1": both begin with their IPMI entity.
 bool realizesDevice(std::string_view tag, std::string_view device);
 

@@ -107,6 +107,8 @@ constexpr Elements clpService("CIM_ProtocolService", "Name", "CLP");
 constexpr Elements sshPorts(tcpEndpoint, "Name", "TCPProtocolEndpoint-ssh-");
 constexpr Elements telnetPorts(tcpEndpoint, "Name", "TCPProtocolEndpoint-telnet-");
 
+constexpr const char* roleService = "CIM_RoleBasedAuthorizationService";
+
 // Jobs are named after the method that they run, and its class or service.
 constexpr Elements jobs(const char* prefix) {
     return {"CIM_ConcreteJob", "ElementName", prefix};
@@ -147,15 +149,27 @@ constexpr Row table[] = {
     {&memberOfCollection, {"CIM_RedundancySet", "CIM_Fan"}, havingMember},
     {&memberOfCollection, {"CIM_RedundancySet", "CIM_PowerSupply"}, havingMember},
 
+    {&owningCollectionElement, {processor, "CIM_Role"}},
+    {&memberOfCollection, {"CIM_Role", "CIM_Identity"}, related("Name", "Description", isRoleOf)},
+    {&memberOfCollection, {"CIM_Role", "CIM_Privilege"}, same("ElementName", "ElementName")},
+    {&roleLimitedToTarget, {"CIM_Role", processor}},
+    {&assignedIdentity, {"CIM_Identity", "CIM_Account"}, related("InstanceID", "Name", isIdentityOf)},
+    {&concreteDependency, {roleService, "CIM_Privilege"}},
+    {&serviceServiceDependency, {"CIM_AccountManagementService", roleService}},
+
     {&hostedService, {processor, "CIM_PowerManagementService"}, onSystem},
     {&hostedService, {processor, "CIM_AccountManagementService"}, onSystem},
     {&hostedService, {processor, "CIM_BootService"}, onSystem},
     {&hostedService, {processor, "CIM_IPConfigurationService"}, onSystem},
     {&hostedService, {processor, "CIM_ProtocolService"}, onSystem},
+    {&hostedService, {processor, roleService}, onSystem},
     {&hostedService, {processor, "CIM_TimeService"}, onSystem},
     {&hostedService, {processor, indicationService}, onSystem},
 
     {&serviceAffectsElement, {"CIM_Account", "CIM_AccountManagementService"}, every, manages},
+    {&serviceAffectsElement, {"CIM_Identity", "CIM_AccountManagementService"}, every, manages},
+    {&serviceAffectsElement, {"CIM_Identity", roleService}, every, manages},
+    {&serviceAffectsElement, {"CIM_Role", roleService}, every, manages},
     {&serviceAffectsElement, {"CIM_IPProtocolEndpoint", "CIM_IPConfigurationService"}, every, manages},
     {&serviceAffectsElement, {host, "CIM_BootService"}, every, manages},
 
@@ -172,6 +186,7 @@ constexpr Row table[] = {
     {&elementCapabilities, {hostPowerService, hostPowerCapabilities}},
     {&elementCapabilities, {processorPowerService, processorPowerCapabilities}},
     {&elementCapabilities, {"CIM_AccountManagementService", "CIM_AccountManagementCapabilities"}},
+    {&elementCapabilities, {roleService, "CIM_RoleBasedManagementCapabilities"}},
     {&elementCapabilities, {"CIM_RecordLog", "CIM_RecordLogCapabilities"}},
     {&elementCapabilities, {"CIM_Chassis", "CIM_PhysicalAssetCapabilities"}, assetCapabilities},
     {&elementCapabilities, {"CIM_Card", "CIM_PhysicalAssetCapabilities"}, assetCapabilities},
@@ -284,6 +299,8 @@ constexpr Row table[] = {
     {&elementConformsToProfile, {profile(ipInterface), "CIM_IPProtocolEndpoint"}},
     {&elementConformsToProfile, {profile(bootControl), "CIM_BootService"}},
     {&elementConformsToProfile, {profile(powerStateManagement), "CIM_PowerManagementService"}},
+    {&elementConformsToProfile, {profile(simpleIdentityManagement), "CIM_AccountManagementService"}},
+    {&elementConformsToProfile, {profile(roleBasedAuthorization), roleService}},
     {&elementConformsToProfile, {profile(softwareInventory), "CIM_SoftwareIdentity"}},
     {&referencedProfile, {profileClass, profileClass}, related("InstanceID", "InstanceID", isReferencedBy)},
 };
@@ -299,6 +316,10 @@ constexpr const AssociationClass* classes[] = {&systemComponent,
                                                &hostedCollection,
                                                &memberOfCollection,
                                                &owningCollectionElement,
+                                               &roleLimitedToTarget,
+                                               &assignedIdentity,
+                                               &concreteDependency,
+                                               &serviceServiceDependency,
                                                &hostedAccessPoint,
                                                &serviceAccessBySap,
                                                &providesEndpoint,

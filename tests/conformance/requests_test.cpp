@@ -245,6 +245,11 @@ TEST_P(Conformance, refusesWhatItDoesNotSupport) {
     }
 }
 
+// Of these one is enough.
+bool isOptional(const std::string& argument) {
+    return argument == "Subject" || argument == "Target";
+}
+
 // Each method without its arguments, and with arguments of another type. Some say so in their value and a
 // job.
 TEST_P(Conformance, refusesWrongArguments) {
@@ -265,7 +270,7 @@ TEST_P(Conformance, refusesWrongArguments) {
             for (const broker::Value& wrong :
                  {broker::Value{arguments[i].value.type, {}}, broker::Value{CMPI_real64, 2.0},
                   broker::Value{CMPI_boolean, true}}) {
-                if (wrong == arguments[i].value)
+                if (wrong == arguments[i].value || (wrong.isNull() && isOptional(arguments[i].name)))
                     continue;
                 change.arguments = arguments;
                 change.arguments[i].value = wrong;

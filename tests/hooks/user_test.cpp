@@ -69,6 +69,38 @@ TEST_F(User, accessGathersBothBytesOfTheAnswer) {
     }
 }
 
+TEST_F(User, sessionsAreReadUntilThereIsNone) {
+    const Bytes open = {0x00, 0x11, 0x3F, 0xC2,
+                        0xC5, 0xF4, 0x11}; // the first of two: user 5, administrator, channel 1
+    const struct {
+        Bytes first, second;
+        int result;
+        std::vector<int> users;
+    } cases[] = {
+        {{0x00, 0x00, 0x3F, 0x00}, {0xCC}, 0, {}},
+        {open, {0x00, 0x12, 0x3F, 0x02, 7, 2, 2}, 0, {5, 7}},
+        {open, {0x00, 0x00, 0x3F, 0x01}, 0, {5}}, // ended meanwhile
+        {open, {0xCB}, 0, {5}},
+        {open, {0xC0}, -1, {}},
+        {open, {0x00, 0x12, 0x3F, 0x02, 7, 2}, -1, {}},
+        {{0xC1}, {0xC1}, -1, {}},
+        {{0x00, 0x00, 0x3F}, {0xC1}, -1, {}},
+    };
+    for (const auto& [first, second, result, users] : cases) {
+        bmc.answers[{app, 0x3D, 1}] = first;
+        bmc.answers[{app, 0x3D, 2}] = second;
+        CIM_OpenSession sessions[CIM_MAX_OPEN_SESSIONS] = {};
+        std::uint8_t count = 0;
+        EXPECT_EQ(CIM_GetOpenSessions(&session, sessions, &count, 30), result);
+        std::vector<int> found;
+        for (int i = 0; result == 0 && i < count; ++i)
+            found.push_back(sessions[i].user);
+        EXPECT_EQ(found, users);
+        if (!users.empty())
+            EXPECT_EQ(sessions[0].privilege * 16 + sessions[0].channel, 0x41);
+    }
+}
+
 TEST_F(User, slotsAreCountedWithoutTheReservedBits) {
     bmc.answers[{app, 0x44, 0x0E, 1}] = {0x00, 0xCA, 0x42, 0x01, 0x14};
     std::uint8_t count = 0;

@@ -76,6 +76,10 @@ void ExchangeWatch::exchanged(std::uint8_t netFn, std::uint8_t command, Bytes re
         log_.exchanged(netFn, command, request, answer);
         return;
     }
+    // So a BMC says that it has no such channel, which is an answer to whoever looks for its LANs.
+    if (ipmi::CommandCode{netFn, command} == ipmi::command::getChannelInfo &&
+        ipmi::completion::meansAbsent(static_cast<std::uint8_t>(reason)))
+        return;
     const std::lock_guard lock(mutex_);
     failed_ = {netFn, command};
     failure_ = reason;

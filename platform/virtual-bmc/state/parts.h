@@ -30,6 +30,7 @@
 #include "virtual-bmc/sel/sel.h"
 #include "virtual-bmc/sensors/sdr_repository.h"
 #include "virtual-bmc/sensors/sensors.h"
+#include "virtual-bmc/users/sessions.h"
 #include "virtual-bmc/users/users.h"
 
 #include <tuple>
@@ -37,8 +38,8 @@
 namespace vbmc {
 
 using Parts =
-    std::tuple<Device, Users, Sensors, Frus, SdrRepository, Chassis, Watchdog, BootOptions, Sel, Services,
-               Lans, Interfaces, AlertDestinations, Mail, Pef, SystemInfo, Faults, MessageLog>;
+    std::tuple<Device, Users, Sessions, Sensors, Frus, SdrRepository, Chassis, Watchdog, BootOptions, Sel,
+               Services, Lans, Interfaces, AlertDestinations, Mail, Pef, SystemInfo, Faults, MessageLog>;
 
 // Files beside the state file that hold the bulk of a part, by what follows its name; a new machine begins
 // without them. They are read and written within transactions.

@@ -52,6 +52,19 @@ void getUserAccess(Probe& probe) {
     }
 }
 
+void getSessions(Probe& probe) {
+    OutArray<CIM_OpenSession> sessions("the sessions", CIM_MAX_OPEN_SESSIONS);
+    Out<std::uint8_t> count("the count");
+    if (auto call = probe.call<decltype(CIM_GetOpenSessions)>("", probe.session(), sessions, count,
+                                                              probe.timeout())) {
+        call.expect(*count <= CIM_MAX_OPEN_SESSIONS, "there are more than 63 sessions");
+        for (int i = 0; i < std::min<int>(*count, CIM_MAX_OPEN_SESSIONS); ++i)
+            call.expect(sessions[i].user <= mostUsers && sessions[i].privilege <= 5 &&
+                            sessions[i].channel <= 15,
+                        "a session is of no user, level or channel");
+    }
+}
+
 // The last slot without a name.
 std::uint8_t freeSlot(Probe& probe) {
     for (std::uint8_t slot = userCount(probe); slot > 2; --slot) {
@@ -232,6 +245,7 @@ constexpr Row users[] = {
     {"CIM_GetMaxNumUsers", countUsers},
     {"CIM_GetUser", getUser},
     {"CIM_GetUserAccess", getUserAccess},
+    {"CIM_GetOpenSessions", getSessions},
     {"CIM_ModUser", modifyUser, true},
     {"CIM_DelUser", deleteUser, true},
     {"CIM_GetPEFTable", getFilters},

@@ -1,0 +1,53 @@
+// CIM_Role: one for each privilege level of IPMI.
+#include "provider_helper/roles.h"
+#include "roles/role_records.h"
+#include "roles/role_values.h"
+#include "Utility/engine/class_family.h"
+#include "Utility/values/record_fields.h"
+
+constexpr const char* const g_RoleKeyList[2] = {"CreationClassName", "Name"};
+
+namespace {
+
+using Record = RoleRecord;
+using ph::Property;
+
+constexpr const char* className = "CIM_Role";
+
+constexpr Property properties[] = {
+    PH_KEY(Record, CreationClassName),        PH_KEY(Record, Name),
+    PH_PROPERTY(Record, CommonName),          PH_PROPERTY(Record, ElementName),
+    PH_PROPERTY(Record, RoleCharacteristics),
+};
+
+int enumerate(ph::RecordArray<Record>& roles, ph::Detail) {
+    for (const ph::PrivilegeLevel& level : ph::privilegeLevels()) {
+        Record* role = roles.append();
+        if (role == nullptr)
+            return -1;
+        *role = ph::roleOf(level);
+    }
+    return 0;
+}
+
+constexpr ph::ClassDefinition<Record> definition{.name = className,
+                                                 .superclass = "CIM_Collection",
+                                                 .source = "the privilege levels of IPMI 2.0, 6.8",
+                                                 .keys = g_RoleKeyList,
+                                                 .properties = properties,
+                                                 .enumerate = enumerate};
+
+} // namespace
+
+RoleRecord ph::roleOf(const PrivilegeLevel& level) {
+    RoleRecord role{};
+    copyText(role.CreationClassName, className);
+    copyText(role.Name, level.name);
+    copyText(role.CommonName, level.name);
+    copyText(role.ElementName, level.title);
+    setList(role.RoleCharacteristics, {RoleCharacteristics::Static});
+    role.level = level.limit;
+    return role;
+}
+
+PH_EXPORT_CLASS_FAMILY(Role, Record, definition)
