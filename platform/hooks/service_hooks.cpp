@@ -1,8 +1,10 @@
 #include "hooks/oem.h"
 #include "ipmi/oem_commands.h"
 
+#include <algorithm>
 #include <cstring>
 #include <stdexcept>
+#include <string_view>
 
 // Layouts shared with the library.
 static_assert(offsetof(CIM_ServiceConf, currentState) == 17 && offsetof(CIM_ServiceConf, port) == 18 &&
@@ -26,6 +28,8 @@ int CIM_GetServiceConf(IPMI20_SESSION_T* session, uint32_t service, CIM_ServiceC
         *conf = {};
         const auto name = reader.bytes(nameSize);
         std::copy(name.begin(), std::find(name.begin(), name.end(), 0), conf->name);
+        if (!std::ranges::all_of(std::string_view(conf->name), [](char c) { return c >= ' ' && c <= '~'; }))
+            throw std::runtime_error("the name of the service is no text");
         conf->currentState = reader.u8() & 1;
         conf->port = reader.u16();
         conf->securePort = reader.u16();

@@ -52,7 +52,8 @@ void readVersions(std::string_view list, SSHOptions& options) {
 
 // Names of ciphers (RFC 4250, 4.6.1): a list that changes the server's own begins with another sign.
 bool isCipherName(std::string_view name) {
-    return !name.empty() && name.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789-@._") == name.npos;
+    return !name.empty() &&
+           name.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789-@._") == std::string_view::npos;
 }
 
 int readCiphers(std::string_view list, SSHOptions& options) {

@@ -193,6 +193,35 @@ TEST_F(AssociationInstances, leadFromOneNamespaceToTheOther) {
     EXPECT_THAT(broker.associatorNames(host).paths, IsEmpty()) << "it is not there";
 }
 
+// From the service down to the plug, over what it is carried by.
+TEST_F(AssociationInstances, leadFromAServiceToItsPort) {
+    const std::pair<const char*, const char*> steps[] = {{"CIM_ProvidesEndpoint", "CIM_SSHProtocolEndpoint"},
+                                                         {"CIM_BindsTo", "CIM_TCPProtocolEndpoint"},
+                                                         {"CIM_BindsTo", "CIM_IPProtocolEndpoint"},
+                                                         {"CIM_BindsTo", "CIM_LANEndpoint"},
+                                                         {"CIM_DeviceSAPImplementation", "CIM_EthernetPort"}};
+    ObjectPath place = element("CIM_ProtocolService", "SSH");
+    for (const auto& [association, next] : steps) {
+        const Reply reply = broker.associatorNames(place, {.assocClass = association, .resultClass = next});
+        ASSERT_FALSE(reply.paths.empty()) << next << ": " << reply.message;
+        place = reply.paths.front();
+    }
+    EXPECT_EQ(place, element("CIM_EthernetPort"));
+
+    const auto portsOf = [&](const char* service) {
+        return texts(broker
+                         .associatorNames(element("CIM_ProtocolService", service),
+                                          {.assocClass = "CIM_ServiceAccessBySAP",
+                                           .resultClass = "CIM_TCPProtocolEndpoint"})
+                         .paths);
+    };
+    EXPECT_THAT(portsOf("HTTPP"), ElementsAre(testing::EndsWith("-web-clear\"")));
+    EXPECT_THAT(portsOf("HTTPSP"), ElementsAre(testing::EndsWith("-web-encrypted\"")));
+    EXPECT_THAT(portsOf("WEBP"), SizeIs(2));
+    EXPECT_THAT(portsOf("CDMEDIA"), SizeIs(2));
+    EXPECT_THAT(portsOf("CLP"), IsEmpty());
+}
+
 TEST_F(AssociationInstances, ownPropertiesSayWhatIsSo) {
     const auto values = [&](const char* className, const ObjectPath& source, const char* property) {
         return textsOf(broker.references(source, {.resultClass = className}, {{property}}).instances,

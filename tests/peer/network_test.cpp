@@ -60,4 +60,14 @@ TEST_F(NetworkPeer, staticAddressIsApplied) {
     EXPECT_EQ(printed("Default Gateway IP"), "198.51.100.1");
 }
 
+// There is no command that tells their records: only what does not come from them is there.
+TEST_F(NetworkPeer, servicesHaveNoPortsOrSessions) {
+    EXPECT_EQ(list(path("CIM_ProtocolService")).size(), 10U);
+    for (const char* name :
+         {"CIM_TCPProtocolEndpoint", "CIM_SSHProtocolEndpoint", "CIM_SSHSettingData", "CIM_SSHCapabilities",
+          "CIM_TelnetProtocolEndpoint", "CIM_TelnetSettingData", "CIM_ProtocolServiceCapabilities"})
+        EXPECT_THAT(list(path(name)), testing::IsEmpty()) << name;
+    EXPECT_EQ(get("CIM_CLPCapabilities", "RequestedStatesSupported"), "{2, 3, 11}");
+}
+
 } // namespace
