@@ -22,6 +22,8 @@ inline constexpr char bootControl[] = "provider-helper:DSP1012";
 inline constexpr char ethernetPort[] = "provider-helper:DSP1014";
 inline constexpr char hostLanNetworkPort[] = "provider-helper:DSP1035";
 inline constexpr char ipInterface[] = "provider-helper:DSP1036";
+inline constexpr char dhcpClient[] = "provider-helper:DSP1037";
+inline constexpr char dnsClient[] = "provider-helper:DSP1038";
 inline constexpr char powerStateManagement[] = "provider-helper:DSP1027";
 inline constexpr char softwareInventory[] = "provider-helper:DSP1023";
 
