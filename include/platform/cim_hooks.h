@@ -18,6 +18,7 @@
 #include "platform/cim_alerts.h"
 #include "platform/cim_boot.h"
 #include "platform/cim_chassis.h"
+#include "platform/cim_dns.h"
 #include "platform/cim_lan.h"
 #include "platform/cim_mail.h"
 #include "platform/cim_network.h"

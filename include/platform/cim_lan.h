@@ -94,6 +94,17 @@ typedef struct {
 int CIM_GetAllIPv6Addresses(IPMI20_SESSION_T* session, CIM_IPv6Addresses* addresses, uint8_t channel,
                             int timeout);
 
+/* IPv6 routers in use: the static ones that are set, LAN parameters 65 and 69, where parameter 64 has them used; then
+ * those that advertise themselves, 73 and 74, where it has those used. "::" is left out. There are none while IPv6 is
+ * disabled (parameter 51), and on a BMC without IPv6 parameters. */
+enum { CIM_MAX_IPV6_ROUTERS = 8 };
+typedef struct {
+    uint8_t count;
+    uint8_t addresses[CIM_MAX_IPV6_ROUTERS][16];
+} CIM_IPv6Routers;
+
+int CIM_GetIPv6Routers(IPMI20_SESSION_T* session, CIM_IPv6Routers* routers, uint8_t channel, int timeout);
+
 /* CIM_ADDRESS_SOURCE_STATIC: enables IPv6 beside IPv4 where it is disabled (parameter 51) and uses static
  * routers only (64); changes nothing and fails on a BMC that has no static address.
  * CIM_ADDRESS_SOURCE_DYNAMIC: the same with routers by advertisement, and disables the static address (56)

@@ -141,11 +141,12 @@ PH_EXPORT int PH_CreateIPProtocolEndpointInstance(IPProtocolEndpointRecord** rec
  * server it has its address from. */
 PH_EXPORT int PH_IsDHCPServerAddressFilePresent(const char* interfaceName);
 
-/* Walks the channels and has the DHCP classes create their protocol endpoints for each IPv4 address other
- * than 0.0.0.0 (IP version 4), and once for each channel with an IPv6 address other than :: and ::1 (6).
- * Returns 0, or -1 when the BMC cannot be reached or an endpoint was not created. */
+/* Walks the channels that CIM_DHCPProtocolEndpoint (network_clients.h) has endpoints of, and has an OEM's DHCP part
+ * create its own: for each IPv4 address other than 0.0.0.0 (IP version 4), and once for each channel with an IPv6
+ * address other than :: and ::1 (6). Returns 0, or -1 when the BMC cannot be reached or an endpoint was not
+ * created. */
 PH_EXPORT int PH_Get_All_Lanchannels(const CMPIBroker* broker, const CMPIContext* context);
-/* This is what it calls: a library with the DHCP classes defines it. Where none is loaded, there is
+/* This is what it calls: a library with DHCP classes of its own defines it. Where none is loaded, there is
  * nothing to create. Returns 0 for success. */
 int PH_CreateDHCPProtocolEndpointInstance(const CMPIBroker* broker, const CMPIContext* context,
                                           const char* interfaceName, int channel, int ipVersion)

@@ -11,6 +11,7 @@
 #include "provider_helper/inventory.h"
 #include "provider_helper/jobs.h"
 #include "provider_helper/network.h"
+#include "provider_helper/network_clients.h"
 #include "provider_helper/record_log.h"
 #include "provider_helper/roles.h"
 #include "provider_helper/sensors.h"

@@ -6,7 +6,8 @@
 #include <stdexcept>
 
 static_assert(sizeof(CIM_IPv6NetworkCfg) == 34 &&
-                  sizeof(CIM_IPv6Addresses) == 1 + CIM_MAX_IPV6_ADDRESSES * 18,
+                  sizeof(CIM_IPv6Addresses) == 1 + CIM_MAX_IPV6_ADDRESSES * 18 &&
+                  sizeof(CIM_IPv6Routers) == 1 + CIM_MAX_IPV6_ROUTERS * 16,
               "layouts shared with the library");
 
 namespace {
@@ -94,6 +95,26 @@ void appendActive(CIM_IPv6Addresses& list, const LanParameters& bmc, std::uint8_
     }
 }
 
+using Address = std::array<std::uint8_t, addressSize>;
+
+void append(CIM_IPv6Routers& list, const Address& router) {
+    if (router != Address{} && list.count < CIM_MAX_IPV6_ROUTERS)
+        std::ranges::copy(router, list.addresses[list.count++]);
+}
+
+void appendDynamic(CIM_IPv6Routers& list, const LanParameters& bmc) {
+    std::uint8_t count = 0;
+    bmc.readIfPresent(parameter::ipv6DynamicRouterCount, std::span(&count, 1));
+    count = std::min<std::uint8_t>(count, CIM_MAX_IPV6_ROUTERS); // which each cost a message
+    for (std::uint8_t selector = 0; selector < count; ++selector) {
+        std::array<std::uint8_t, 1 + addressSize> set; // behind its selector
+        Address router{};
+        if (bmc.readSetIfPresent(parameter::ipv6DynamicRouters, selector, set))
+            std::ranges::copy(std::span(set).subspan(1), router.begin());
+        append(list, router);
+    }
+}
+
 void requireAddress(const void* address) {
     if (address == nullptr)
         throw std::invalid_argument("no address, or no place for it, given");
@@ -134,6 +155,28 @@ int CIM_GetAllIPv6Addresses(IPMI20_SESSION_T* session, CIM_IPv6Addresses* addres
             return;
         appendActive(*addresses, bmc, parameter::ipv6StaticAddresses, status[0]);
         appendActive(*addresses, bmc, parameter::ipv6DynamicAddresses, status[1]);
+    });
+}
+
+int CIM_GetIPv6Routers(IPMI20_SESSION_T* session, CIM_IPv6Routers* routers, uint8_t channel, int timeout) {
+    return hooks::guarded(__func__, [&] {
+        requireAddress(routers);
+        *routers = {};
+        const LanParameters bmc(hooks::sessionOf(session, timeout), channel);
+        std::uint8_t enables = lan::ipv6Disabled;
+        std::uint8_t control = 0;
+        bmc.readIfPresent(parameter::ipv6Enables, std::span(&enables, 1));
+        if (enables == lan::ipv6Disabled ||
+            !bmc.readIfPresent(parameter::ipv6RouterControl, std::span(&control, 1)))
+            return;
+        if ((control & lan::staticRouters) != 0)
+            for (const std::uint8_t number : {parameter::ipv6StaticRouter1, parameter::ipv6StaticRouter2}) {
+                Address router{};
+                bmc.readIfPresent(number, router);
+                append(*routers, router);
+            }
+        if ((control & lan::dynamicRouters) != 0)
+            appendDynamic(*routers, bmc);
     });
 }
 

@@ -28,6 +28,9 @@ inline constexpr std::uint8_t ipv6DynamicAddresses = 59;
 inline constexpr std::uint8_t ipv6RouterControl = 64;
 inline constexpr std::uint8_t ipv6StaticRouter1 = 65;
 inline constexpr std::uint8_t ipv6StaticRouter1PrefixLength = 67;
+inline constexpr std::uint8_t ipv6StaticRouter2 = 69;
+inline constexpr std::uint8_t ipv6DynamicRouterCount = 73;
+inline constexpr std::uint8_t ipv6DynamicRouters = 74;
 } // namespace parameter
 
 // Parameter 0.

@@ -24,6 +24,8 @@ inline constexpr CommandCode getBond{netFn::oem, 0x23};
 inline constexpr CommandCode setBond{netFn::oem, 0x24};
 inline constexpr CommandCode getPhy{netFn::oem, 0x25};
 inline constexpr CommandCode getEthernetSettings{netFn::oem, 0x26};
+inline constexpr CommandCode getDns{netFn::oem, 0x27};
+inline constexpr CommandCode setDns{netFn::oem, 0x28};
 
 // Mail.
 inline constexpr CommandCode getMailDestination{netFn::oem, 0x40};
@@ -49,5 +51,15 @@ enum MailText : std::uint8_t {
 };
 inline constexpr std::size_t mailTextSizes[] = {64, 256, 255, 64, 64, 64, 64};
 inline constexpr std::size_t mailBlockSize = 32;
+
+// The DNS settings that these commands transfer in blocks: of an IP version of a LAN, and of all LANs.
+inline constexpr std::size_t dnsBlockSize = 32;
+inline constexpr std::size_t dnsServers = 3; // 16 bytes each
+inline constexpr std::size_t dnsHostNameSize = 64;
+inline constexpr std::size_t dnsDomainNameSize = 256;
+inline constexpr std::size_t dnsClientHeadSize = 64;
+inline constexpr std::size_t dnsClientSize = dnsClientHeadSize + dnsHostNameSize + dnsDomainNameSize;
+inline constexpr std::size_t dnsSearchHeadSize = 32;
+inline constexpr std::size_t dnsSearchSize = dnsSearchHeadSize + dnsDomainNameSize;
 
 } // namespace ipmi::oem

@@ -163,6 +163,13 @@ inline constexpr AssociationClass bindsTo{
     "CIM_SAPSAPDependency",
     {{"Antecedent", "CIM_ProtocolEndpoint"}, {"Dependent", "CIM_ServiceAccessPoint"}}};
 
+inline constexpr Declaration accessUse[] = {{"IsDefault", CMPI_boolean}};
+inline constexpr AssociationClass remoteAccessAvailableToElement{
+    "CIM_RemoteAccessAvailableToElement",
+    "CIM_Dependency",
+    {{"Antecedent", "CIM_RemoteServiceAccessPoint"}, {"Dependent", "CIM_EnabledLogicalElement"}},
+    accessUse};
+
 inline constexpr AssociationClass controlledBy{
     "CIM_ControlledBy",
     "CIM_DeviceConnection",

@@ -9,17 +9,13 @@ constexpr const char* ofBaseServer[] = {profileRegistration, sensors,          f
                                         powerSupply,         recordLog,        bootControl,
                                         physicalAsset,       serviceProcessor, powerStateManagement,
                                         softwareInventory};
-constexpr const char* ofServiceProcessor[] = {profileRegistration,
-                                              recordLog,
-                                              ethernetPort,
-                                              hostLanNetworkPort,
-                                              ipInterface,
-                                              powerStateManagement,
-                                              simpleIdentityManagement,
-                                              roleBasedAuthorization,
-                                              softwareInventory};
+constexpr const char* ofServiceProcessor[] = {
+    profileRegistration, recordLog, ethernetPort,         hostLanNetworkPort,       ipInterface,
+    dhcpClient,          dnsClient, powerStateManagement, simpleIdentityManagement, roleBasedAuthorization,
+    softwareInventory};
 constexpr const char* ofComponent[] = {profileRegistration};
 constexpr const char* ofDevice[] = {profileRegistration, sensors};
+constexpr const char* ofIpInterface[] = {profileRegistration, dhcpClient, dnsClient};
 constexpr const char* ofHostLanNetworkPort[] = {profileRegistration, ethernetPort};
 
 constexpr Profile table[] = {
@@ -34,7 +30,9 @@ constexpr Profile table[] = {
     {bootControl, "Boot Control", "1.0.0", false, ofComponent},
     {ethernetPort, "Ethernet Port", "1.0.0", false, ofComponent},
     {hostLanNetworkPort, "Host LAN Network Port", "1.0.0", false, ofHostLanNetworkPort},
-    {ipInterface, "IP Interface", "1.0.0", false, ofComponent},
+    {ipInterface, "IP Interface", "1.0.0", false, ofIpInterface},
+    {dhcpClient, "DHCP Client", "1.0.0", false, ofComponent},
+    {dnsClient, "DNS Client", "1.0.0", false, ofComponent},
     {powerStateManagement, "Power State Management", "1.0.0", false, ofComponent},
     {simpleIdentityManagement, "Simple Identity Management", "1.0.0", false, ofComponent},
     {roleBasedAuthorization, "Role Based Authorization", "1.0.0", false, ofComponent},

@@ -22,12 +22,14 @@ std::string_view interfaceOfLanEndpoint(std::string_view endpoint) {
     return after(endpoint, '-');
 }
 
-std::string_view interfaceOfIpEndpoint(std::string_view endpoint) {
+std::string_view interfaceAndVersion(std::string_view endpoint) {
     const auto star = endpoint.rfind('*');
-    if (star == std::string_view::npos)
-        return {};
-    const std::string_view rest = endpoint.substr(star + 1);
-    return rest.substr(0, rest.rfind('-')); // the IP version follows
+    return star != std::string_view::npos ? endpoint.substr(star + 1) : std::string_view();
+}
+
+std::string_view interfaceOfIpEndpoint(std::string_view endpoint) {
+    const std::string_view rest = interfaceAndVersion(endpoint);
+    return rest.substr(0, rest.rfind('-'));
 }
 
 bool isSameInterface(std::string_view first, std::string_view second) {
@@ -62,6 +64,10 @@ bool serviceListensAt(std::string_view service, std::string_view port) {
     const std::string_view rest = after(port, '-');
     return !service.empty() && rest.size() > kind.size() &&
            rest.substr(0, rest.size() - kind.size() - 1) == service;
+}
+
+bool shareAddress(std::string_view first, std::string_view second) {
+    return isSameInterface(after(first, '*'), after(second, '*'));
 }
 
 bool sensorWatches(std::string_view description, std::string_view device) {
@@ -116,6 +122,12 @@ bool serviceRunsJob(std::string_view service, std::string_view job) {
 bool portRunsJob(std::string_view port, std::string_view job) {
     constexpr std::string_view method = "EthernetPort_RequestStateChange_";
     return job.starts_with(method) && isSameInterface(interfaceOfPort(port), job.substr(method.size()));
+}
+
+bool dhcpRunsJob(std::string_view endpoint, std::string_view job) {
+    constexpr std::string_view method = "DHCPProtocolEndpoint_RequestStateChange_";
+    return job.starts_with(method) &&
+           isSameInterface(interfaceAndVersion(endpoint), job.substr(method.size()));
 }
 
 } // namespace associations

@@ -10,6 +10,10 @@ namespace associations {
 bool portHasLanEndpoint(std::string_view port, std::string_view lanEndpoint);
 bool lanEndpointCarriesIp(std::string_view lanEndpoint, std::string_view ipEndpoint);
 
+// "DHCPProtocolEndpoint1*Channel-1*eth0-4" is on the same LAN, by the same version of IP, as an IP endpoint or setting whose
+// name ends alike.
+bool shareAddress(std::string_view first, std::string_view second);
+
 // A service "ssh" listens at the ports "TCPProtocolEndpoint-ssh-clear" and "…-encrypted"; the web service "web"
 // is "http" at the one and "https" at the other.
 bool serviceListensAt(std::string_view service, std::string_view port);
@@ -29,6 +33,8 @@ bool realizesDevice(std::string_view tag, std::string_view device);
 bool serviceRunsJob(std::string_view service, std::string_view job);
 // A job's name may also end with the interface of the port: "EthernetPort_RequestStateChange_eth0".
 bool portRunsJob(std::string_view port, std::string_view job);
+// And that of a DHCP endpoint ends with its interface and version: "DHCPProtocolEndpoint_RequestStateChange_eth0-4".
+bool dhcpRunsJob(std::string_view endpoint, std::string_view job);
 
 // A description "FAN1(34.32.0):Fan for Fan 1" ends with the name of what its sensor watches.
 bool sensorWatches(std::string_view description, std::string_view device);

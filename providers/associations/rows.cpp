@@ -34,6 +34,16 @@ Numbers usesSetting(const Texts& origins) {
     return {origins.first == origins.second ? 1U : 2U};
 }
 
+// A setting of a client is used while the client is enabled: EnabledState 2.
+Numbers isUsed(const Texts& states) {
+    return {states.first == "2" ? 1U : 2U};
+}
+
+// The first of several gateways or servers of a LAN, "DNS Server 1 of eth0", is the one that is asked first.
+Numbers isFirst(const Texts& names) {
+    return {contains(names.first, " 1 of ") ? 1U : 0U};
+}
+
 constexpr Elements lastingBoot("CIM_BootConfigSetting", "InstanceID", "BootConfigSetting-Persistent");
 constexpr Elements nextBoot("CIM_BootConfigSetting", "InstanceID", "BootConfigSetting-Once");
 
@@ -58,6 +68,10 @@ constexpr OwnValue hostPower[] = {{"PowerState", {}, liveNumber, Live::HostPower
 constexpr OwnValue addressSetting[] = {{"IsDefault", {}, fixed<0>},
                                        {"IsCurrent", {"AddressOrigin", "AddressOrigin"}, usesSetting},
                                        {"IsNext", {"AddressOrigin", "AddressOrigin"}, usesSetting}};
+constexpr OwnValue clientSetting[] = {{"IsDefault", {}, fixed<0>},
+                                      {"IsCurrent", {"EnabledState", nullptr}, isUsed},
+                                      {"IsNext", {"EnabledState", nullptr}, isUsed}};
+constexpr OwnValue isDefaultAccess[] = {{"IsDefault", {"ElementName", nullptr}, isFirst}};
 // What the host booted from is not known to the BMC: 0.
 constexpr OwnValue lastingBootUse[] = {{"IsDefault", {}, fixed<1>},
                                        {"IsCurrent", {}, fixed<0>},
@@ -82,6 +96,17 @@ constexpr Meeting serviceCapabilities = related("Name", "InstanceID", hasCapabil
 constexpr Meeting watching = related("Description", "ElementName", sensorWatches);
 // A redundancy set lists the DeviceIDs of its members.
 constexpr Meeting havingMember = related("VendorIdentifyingInfo", "DeviceID", listsMember);
+
+// Clients of a network, their settings, and gateways and servers are of an IP version of a LAN, as IP endpoints are.
+constexpr const char* ipEndpoint = "CIM_IPProtocolEndpoint";
+constexpr const char* dhcpEndpoint = "CIM_DHCPProtocolEndpoint";
+constexpr const char* dnsEndpoint = "CIM_DNSProtocolEndpoint";
+constexpr const char* remotePoint = "CIM_RemoteServiceAccessPoint";
+constexpr Meeting onSameAddress = related("Name", "Name", shareAddress);
+constexpr Meeting settingOfAddress = related("Name", "InstanceID", shareAddress);
+constexpr Elements gateways(remotePoint, "AccessContext", "2");
+constexpr Elements dnsServers(remotePoint, "AccessContext", "3");
+constexpr Elements dhcpServers(remotePoint, "AccessContext", "6");
 
 // Tags and DeviceIDs begin with the IPMI entity.
 constexpr Meeting realizing = related("Tag", "DeviceID", realizesDevice);
@@ -170,7 +195,7 @@ constexpr Row table[] = {
     {&serviceAffectsElement, {"CIM_Identity", "CIM_AccountManagementService"}, every, manages},
     {&serviceAffectsElement, {"CIM_Identity", roleService}, every, manages},
     {&serviceAffectsElement, {"CIM_Role", roleService}, every, manages},
-    {&serviceAffectsElement, {"CIM_IPProtocolEndpoint", "CIM_IPConfigurationService"}, every, manages},
+    {&serviceAffectsElement, {ipEndpoint, "CIM_IPConfigurationService"}, every, manages},
     {&serviceAffectsElement, {host, "CIM_BootService"}, every, manages},
 
     {&serviceAffectsElement, {processor, "CIM_TimeService"}, same("Name", "SystemName"), manages},
@@ -198,6 +223,7 @@ constexpr Row table[] = {
     {&elementCapabilities, {"CIM_ProtocolService", "CIM_SSHCapabilities"}, serviceCapabilities},
     {&elementCapabilities, {"CIM_ProtocolService", "CIM_TelnetCapabilities"}, serviceCapabilities},
     {&elementCapabilities, {"CIM_ProtocolService", "CIM_CLPCapabilities"}, serviceCapabilities},
+    {&elementCapabilities, {dhcpEndpoint, "CIM_DHCPCapabilities"}},
 
     {&installedOs, {host, operatingSystem}, same("Name", "CSName"), isPrimary},
     {&runningOs, {runningSystem, host}, same("CSName", "Name")},
@@ -220,6 +246,7 @@ constexpr Row table[] = {
     {&owningJobElement,
      {"CIM_EthernetPort", "CIM_ConcreteJob"},
      related("DeviceID", "ElementName", portRunsJob)},
+    {&owningJobElement, {dhcpEndpoint, "CIM_ConcreteJob"}, related("Name", "ElementName", dhcpRunsJob)},
     {&owningJobElement, {"CIM_IPConfigurationService", jobs("ApplySettingToIPProtocolEndpoint")}},
     {&owningJobElement, {"CIM_BootService", jobs("SetBootConfigRole")}},
     {&owningJobElement,
@@ -239,6 +266,7 @@ constexpr Row table[] = {
     {&affectedJobElement,
      {"CIM_EthernetPort", "CIM_ConcreteJob"},
      related("DeviceID", "ElementName", portRunsJob)},
+    {&affectedJobElement, {dhcpEndpoint, "CIM_ConcreteJob"}, related("Name", "ElementName", dhcpRunsJob)},
     {&affectedJobElement,
      {"CIM_BootConfigSetting", "CIM_ConcreteJob"},
      related("InstanceID", "ElementName", serviceRunsJob)},
@@ -246,11 +274,14 @@ constexpr Row table[] = {
     {&affectedJobElement, {"CIM_Watchdog", jobs("Watchdog_")}},
 
     {&hostedAccessPoint, {processor, "CIM_LANEndpoint"}, onSystem},
-    {&hostedAccessPoint, {processor, "CIM_IPProtocolEndpoint"}, onSystem},
+    {&hostedAccessPoint, {processor, ipEndpoint}, onSystem},
     {&hostedAccessPoint, {processor, tcpEndpoint}, onSystem},
     {&hostedAccessPoint, {processor, "CIM_SSHProtocolEndpoint"}, onSystem},
     {&hostedAccessPoint, {processor, "CIM_TelnetProtocolEndpoint"}, onSystem},
     {&hostedAccessPoint, {processor, "CIM_CLPProtocolEndpoint"}, onSystem},
+    {&hostedAccessPoint, {processor, dhcpEndpoint}, onSystem},
+    {&hostedAccessPoint, {processor, dnsEndpoint}, onSystem},
+    {&hostedAccessPoint, {processor, remotePoint}, onSystem},
     {&providesEndpoint, {sshService, "CIM_SSHProtocolEndpoint"}},
     {&providesEndpoint, {telnetService, "CIM_TelnetProtocolEndpoint"}},
     {&providesEndpoint, {clpService, "CIM_CLPProtocolEndpoint"}},
@@ -260,12 +291,21 @@ constexpr Row table[] = {
     {&deviceSapImplementation,
      {"CIM_EthernetPort", "CIM_LANEndpoint"},
      related("DeviceID", "Name", portHasLanEndpoint)},
-    {&bindsTo, {"CIM_LANEndpoint", "CIM_IPProtocolEndpoint"}, related("Name", "Name", lanEndpointCarriesIp)},
-    {&bindsTo, {"CIM_IPProtocolEndpoint", tcpEndpoint}},
+    {&bindsTo, {"CIM_LANEndpoint", ipEndpoint}, related("Name", "Name", lanEndpointCarriesIp)},
+    {&bindsTo, {ipEndpoint, tcpEndpoint}},
     {&bindsTo, {sshPorts, "CIM_SSHProtocolEndpoint"}},
     {&bindsTo, {telnetPorts, "CIM_TelnetProtocolEndpoint"}},
+    {&bindsTo, {ipEndpoint, dhcpEndpoint}, onSameAddress},
+    {&bindsTo, {ipEndpoint, dnsEndpoint}, onSameAddress},
+    {&remoteAccessAvailableToElement, {gateways, ipEndpoint}, onSameAddress, isDefaultAccess},
+    {&remoteAccessAvailableToElement, {dnsServers, dnsEndpoint}, onSameAddress, isDefaultAccess},
+    {&remoteAccessAvailableToElement, {dhcpServers, dhcpEndpoint}, onSameAddress, isDefaultAccess},
     {&controlledBy, {"CIM_PortController", "CIM_EthernetPort"}, same("SystemName", "SystemName")},
-    {&elementSettingData, {"CIM_IPProtocolEndpoint", "CIM_IPAssignmentSettingData"}, every, addressSetting},
+    {&elementSettingData, {ipEndpoint, "CIM_IPAssignmentSettingData"}, every, addressSetting},
+    {&elementSettingData, {ipEndpoint, "CIM_DHCPSettingData"}, settingOfAddress, addressSetting},
+    {&elementSettingData, {dhcpEndpoint, "CIM_DHCPSettingData"}, settingOfAddress, clientSetting},
+    {&elementSettingData, {dnsEndpoint, "CIM_DNSSettingData"}, settingOfAddress, clientSetting},
+    {&elementSettingData, {dnsEndpoint, "CIM_DNSGeneralSettingData"}, every, clientSetting},
     {&elementSettingData, {host, lastingBoot}, every, lastingBootUse},
     {&elementSettingData, {host, nextBoot}, every, nextBootUse},
     {&orderedComponent, {"CIM_BootConfigSetting", "CIM_BootSourceSetting"}, every, bootOrder},
@@ -296,7 +336,9 @@ constexpr Row table[] = {
     {&elementConformsToProfile, {profile(recordLog), "CIM_RecordLog"}},
     {&elementConformsToProfile, {profile(ethernetPort), "CIM_EthernetPort"}},
     {&elementConformsToProfile, {profile(hostLanNetworkPort), "CIM_EthernetPort"}},
-    {&elementConformsToProfile, {profile(ipInterface), "CIM_IPProtocolEndpoint"}},
+    {&elementConformsToProfile, {profile(ipInterface), ipEndpoint}},
+    {&elementConformsToProfile, {profile(dhcpClient), dhcpEndpoint}},
+    {&elementConformsToProfile, {profile(dnsClient), dnsEndpoint}},
     {&elementConformsToProfile, {profile(bootControl), "CIM_BootService"}},
     {&elementConformsToProfile, {profile(powerStateManagement), "CIM_PowerManagementService"}},
     {&elementConformsToProfile, {profile(simpleIdentityManagement), "CIM_AccountManagementService"}},
@@ -335,6 +377,7 @@ constexpr const AssociationClass* classes[] = {&systemComponent,
                                                &affectedJobElement,
                                                &deviceSapImplementation,
                                                &bindsTo,
+                                               &remoteAccessAvailableToElement,
                                                &controlledBy,
                                                &installedOs,
                                                &runningOs,

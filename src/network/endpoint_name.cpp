@@ -1,9 +1,17 @@
 #include "network/endpoint_name.h"
 
 #include <charconv>
+#include <cstdio>
+#include <cstring>
 #include <string_view>
 
 namespace ph {
+
+void writeEndpointName(std::span<char> name, const char* kind, int count, const char* interfaceName,
+                       int channel, int ipVersion) {
+    std::snprintf(name.data(), name.size(), "%s%d*Channel-%d*%s-%d", kind, count, channel, interfaceName,
+                  ipVersion);
+}
 
 std::optional<std::uint8_t> channelOf(const char* endpointName) {
     constexpr std::string_view mark = "Channel-";
@@ -26,6 +34,11 @@ std::optional<char> ipVersionOf(const char* endpointName) {
     if (dash == std::string_view::npos || dash + 2 != name.size())
         return std::nullopt;
     return name.back();
+}
+
+const char* interfaceAndVersionOf(const char* endpointName) {
+    const char* star = std::strrchr(endpointName, '*');
+    return star != nullptr ? star + 1 : "";
 }
 
 } // namespace ph

@@ -1,4 +1,5 @@
 // CIM_IPProtocolEndpoint: the BMC's IP addresses.
+#include "network/endpoint_name.h"
 #include "network/lans.h"
 #include "platform/sysroot.h"
 #include "provider_helper/network.h"
@@ -64,8 +65,7 @@ struct Address {
 void setKeys(Record& endpoint, const char* systemName, const char* interfaceName, int channel, int ipVersion,
              int count) {
     ph::setHostedKeys(endpoint, ph::processorClass, systemName, className);
-    std::snprintf(endpoint.Name, sizeof(endpoint.Name), "IPProtocolEndpoint%d*Channel-%d*%s-%d", count,
-                  channel, interfaceName, ipVersion);
+    ph::writeEndpointName(endpoint.Name, "IPProtocolEndpoint", count, interfaceName, channel, ipVersion);
 }
 
 Address readIpv4(IPMI20_SESSION_T* session, const Lan& lan) {
@@ -144,8 +144,7 @@ constexpr ph::ClassDefinition<Record> definition{
 
 int PH_Fill_IPProtocolEndpoint(Record* record, int addressOrigin, const char* address, const char* subnetMask,
                                int prefixLength, int ipVersion) {
-    ph::copyText(record->NameFormat,
-                 "ClassName[Instance Count]*Channel-ChannelNumber*InterfaceName-IPVersion");
+    ph::copyText(record->NameFormat, ph::endpointNameFormat);
     record->EnabledState = ph::EnabledState::Enabled;
     record->RequestedState = ph::RequestedState::NotApplicable;
     ph::copyText(record->ElementName, "Endpoint Dedicated to a Single IP");

@@ -57,7 +57,7 @@ TEST_F(Cost, isOnePassOverEachClassThatIsLeft) {
                     return broker.references(element("CIM_IPProtocolEndpoint"),
                                              {.resultClass = "CIM_ElementSettingData"}, {{"IsDefault"}});
                 }),
-                ElementsAre("CIM_IPAssignmentSettingData()"));
+                ElementsAre("CIM_IPAssignmentSettingData()", "CIM_DHCPSettingData(InstanceID)"));
     // What no row is left for costs nothing.
     EXPECT_THAT(asked([&] { return broker.associators(host, {.role = "PartComponent"}); }), IsEmpty());
     EXPECT_EQ(messages([&] { return broker.associatorNames(host, {.assocClass = "CIM_UseOfLog"}); }), 0U);

@@ -33,8 +33,9 @@ protected:
         if (!broker.enumerateInstanceNames(path("CIM_ConcreteJob")).paths.empty())
             return;
         const broker::NamedValues state{{"RequestedState", number(2)}};
-        for (const auto& target : {element("CIM_HostComputerSystem"), element("CIM_ProtocolService", "SSH"),
-                                   element("CIM_EthernetPort")})
+        for (const auto& target :
+             {element("CIM_HostComputerSystem"), element("CIM_ProtocolService", "SSH"),
+              element("CIM_EthernetPort"), element("CIM_DHCPProtocolEndpoint", "eth0-4")})
             broker.invokeMethod(target, "RequestStateChange", state);
         broker.invokeMethod(
             element("CIM_PowerManagementService", "Host"), "RequestPowerStateChange",
@@ -227,11 +228,16 @@ TEST_F(AssociationInstances, ownPropertiesSayWhatIsSo) {
         return textsOf(broker.references(source, {.resultClass = className}, {{property}}).instances,
                        property);
     };
-    // The model's first endpoint has its address by DHCP (4), and that setting comes first.
+    // The model's first endpoint has its address by DHCP (4), and that setting comes first; the client's last.
     const ObjectPath endpoint = element("CIM_IPProtocolEndpoint", "eth0-4");
     for (const char* use : {"IsCurrent", "IsNext"})
-        EXPECT_THAT(values("CIM_ElementSettingData", endpoint, use), ElementsAre("1", "2"));
-    EXPECT_THAT(values("CIM_ElementSettingData", endpoint, "IsDefault"), ElementsAre("0", "0"));
+        EXPECT_THAT(values("CIM_ElementSettingData", endpoint, use), ElementsAre("1", "2", "1"));
+    EXPECT_THAT(values("CIM_ElementSettingData", endpoint, "IsDefault"), ElementsAre("0", "0", "0"));
+    EXPECT_THAT(values("CIM_ElementSettingData", element("CIM_DHCPSettingData", "eth1-4"), "IsCurrent"),
+                ElementsAre("2", "2"));
+    EXPECT_THAT(values("CIM_RemoteAccessAvailableToElement", element("CIM_DNSProtocolEndpoint", "eth0-4"),
+                       "IsDefault"),
+                ElementsAre("TRUE", "FALSE"));
     // Boot flags: none hold, and then those of a boot from the network, once.
     const ObjectPath once = element("CIM_BootConfigSetting", "Once");
     const auto bootUses = [&] {

@@ -77,6 +77,19 @@ void verify(Faults& faults, const CIM_IPv6Addresses& list) {
         expect(faults, list.addresses[i].prefixLength <= 128 && list.addresses[i].origin <= 2,
                "an address has no such prefix or origin");
 }
+void verify(Faults& faults, const CIM_IPv6Routers& list) {
+    expect(faults, list.count <= CIM_MAX_IPV6_ROUTERS, "there are more routers than room");
+}
+void verify(Faults& faults, const CIM_DNSConfig& dns) {
+    expectEnd(faults, dns.hostName);
+    expectEnd(faults, dns.domainName);
+    expect(faults, dns.isSupported <= 1 && dns.fromDhcp <= 7 && dns.serverCount <= CIM_MAX_DNS_SERVERS,
+           "a field of the DNS settings is out of its range");
+}
+void verify(Faults& faults, const CIM_DNSSearch& search) {
+    expectEnd(faults, search.suffixes);
+    expect(faults, search.isSupported <= 1, "isSupported is neither 0 nor 1");
+}
 void verify(Faults& faults, const CIM_SMTPInfo& server) {
     expectEnd(faults, server.userName);
     expectEnd(faults, server.password);

@@ -130,6 +130,78 @@ TEST_F(NetworkHooks, ipv6AddressesInUseAreListed) {
     EXPECT_EQ(list.count, CIM_MAX_IPV6_ADDRESSES);
 }
 
+TEST_F(NetworkHooks, ipv6RoutersInUseAreListed) {
+    const auto router = [](std::uint8_t last) {
+        Bytes bytes{0xFE, 0x80};
+        bytes.resize(15);
+        bytes.push_back(last);
+        return bytes;
+    };
+    const auto dynamic = [&](std::uint8_t set, std::uint8_t last) {
+        Bytes bytes = router(last);
+        bytes.insert(bytes.begin(), set);
+        return bytes;
+    };
+    bmc.answers[getParameter(51)] = value({0x02});
+    bmc.answers[getParameter(65)] = value(router(1));
+    bmc.answers[getParameter(69)] = value(Bytes(16, 0)); // not set
+    bmc.answers[getParameter(73)] = value({200});        // more than it has
+    bmc.answers[getParameter(74, 0)] = value(dynamic(0, 2));
+    bmc.answers[getParameter(74, 1)] = value(dynamic(1, 3));
+    for (std::uint8_t set = 2; set < CIM_MAX_IPV6_ROUTERS; ++set)
+        bmc.answers[getParameter(74, set)] = {0xC9};
+    using Last = std::vector<int>;
+    const std::pair<Bytes, Last> cases[] = {
+        {value({0x01}), {1}}, {value({0x02}), {2, 3}}, {value({0x03}), {1, 2, 3}}, {Bytes{0x80}, {}}};
+    for (const auto& [control, expected] : cases) {
+        bmc.answers[getParameter(64)] = control;
+        CIM_IPv6Routers routers{};
+        ASSERT_EQ(CIM_GetIPv6Routers(&session, &routers, channel, 30), 0);
+        Last found;
+        for (int i = 0; i < routers.count; ++i)
+            found.push_back(routers.addresses[i][15]);
+        EXPECT_EQ(found, expected);
+    }
+    bmc.answers[getParameter(51)] = value({0x00});
+    CIM_IPv6Routers routers{9, {}};
+    EXPECT_EQ(CIM_GetIPv6Routers(&session, &routers, channel, 30), 0);
+    EXPECT_EQ(routers.count, 0);
+}
+
+// Network function 30h, command 27h: what it says of servers and names is taken only as far as it makes sense.
+TEST_F(NetworkHooks, dnsSettingsAreReadBlockByBlock) {
+    const auto block = [](std::uint8_t number) { return Bytes{0x30, 0x27, channel, 4, 1, number}; };
+    const auto filled = [](Bytes bytes) {
+        bytes.insert(bytes.begin(), 0x00);
+        bytes.resize(33);
+        return bytes;
+    };
+    CIM_DNSConfig dns{};
+    EXPECT_EQ(CIM_GetDNSConfig(&session, &dns, channel, 4, 1, 30), 0);
+    EXPECT_EQ(dns.isSupported, 0) << "a BMC without the command";
+    bmc.answers[block(0)] = filled({0xFE, 0xFD, 9, 192, 0, 2, 53});
+    bmc.answers[block(1)] = filled({});
+    bmc.answers[block(2)] = filled({'b', 'm', 'c'});
+    bmc.answers[block(4)] = filled(Bytes(32, 'a'));
+    bmc.answers[block(5)] = filled({'.', 'e', 'u', 0, 'x'});
+    bmc.requests.clear();
+    ASSERT_EQ(CIM_GetDNSConfig(&session, &dns, channel, 4, 1, 30), 0);
+    EXPECT_EQ(bmc.requests.size(), 5U) << "names are read as far as they go";
+    EXPECT_EQ(dns.isSupported, 1);
+    EXPECT_EQ(dns.registersAddress, 0);
+    EXPECT_EQ(dns.registersWithDomain, 1);
+    EXPECT_EQ(dns.fromDhcp, CIM_DNS_SERVERS_FROM_DHCP | CIM_DNS_DOMAIN_FROM_DHCP);
+    EXPECT_EQ(dns.serverCount, CIM_MAX_DNS_SERVERS);
+    EXPECT_STREQ(dns.hostName, "bmc");
+    EXPECT_EQ(dns.domainName, std::string(32, 'a') + ".eu");
+    for (const Bytes& wrong : {Bytes{0xC9}, Bytes{0x00, 'a'}, filled({'b', 0xFC}), filled({'b', '\n'})}) {
+        bmc.answers[block(2)] = wrong;
+        EXPECT_NE(CIM_GetDNSConfig(&session, &dns, channel, 4, 1, 30), 0);
+    }
+    bmc.answers[block(2)] = bmc.answers[block(3)] = filled(Bytes(32, 'h'));
+    EXPECT_NE(CIM_GetDNSConfig(&session, &dns, channel, 4, 1, 30), 0) << "a name without an end";
+}
+
 TEST_F(NetworkHooks, ipv6SourceFollowsAddressAndRouters) {
     const std::tuple<std::uint8_t, Bytes, int> cases[] = {
         {0x80, value({0x02}), CIM_ADDRESS_SOURCE_STATIC}, {0x00, value({0x02}), CIM_ADDRESS_SOURCE_DYNAMIC},

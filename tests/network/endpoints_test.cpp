@@ -16,7 +16,7 @@ int dhcpResult = 0;
 
 } // namespace
 
-// The DHCP classes' part, which this program brings.
+// An OEM's DHCP part, which this program brings.
 extern "C" __attribute__((visibility("default"))) int
 PH_CreateDHCPProtocolEndpointInstance(const CMPIBroker*, const CMPIContext*, const char* interfaceName,
                                       int channel, int ipVersion) {
@@ -100,7 +100,7 @@ TEST_F(Endpoints, originOfIpv6FollowsTheConfiguration) {
     }
 }
 
-TEST_F(Endpoints, dhcpClassesAreAskedForEachAddress) {
+TEST_F(Endpoints, oemsDhcpPartIsAskedForEachAddress) {
     createBmc(R"({"lans": [
         {"channel": 1, "name": "eth0", "ipv4": {"configured": {"address": "192.0.2.10"}},
          "ipv6": {"advertised": {"address": "2001:db8::a"}, "lease": {"address": "2001:db8::b"}}},

@@ -202,6 +202,22 @@ std::uint8_t setRouterPrefixLength(State&, Lan& lan, ipmi::Reader request) {
     return completion::success;
 }
 
+bool hasDynamicRouter(const Lan& lan) {
+    return lan.ipv6.isDynamic() && lan.ipv6.advertisedRouter != Ipv6Address{};
+}
+
+std::uint8_t getDynamicRouterCount(const State&, const Lan& lan, LanSelector, ipmi::Writer& answer) {
+    answer.u8(hasDynamicRouter(lan));
+    return completion::success;
+}
+
+std::uint8_t getDynamicRouter(const State&, const Lan& lan, LanSelector selector, ipmi::Writer& answer) {
+    if (selector.set != 0 || !hasDynamicRouter(lan))
+        return completion::parameterOutOfRange;
+    answer.u8(selector.set).bytes(lan.ipv6.advertisedRouter.bytes);
+    return completion::success;
+}
+
 constexpr LanParameter parameterTable[] = {
     {parameter::setInProgress, 1, getProgress, setProgress},
     {parameter::ipv4Address, 4, getIpv4<&Ipv4Setting::address>, setIpv4<&Ipv4Setting::address>},
@@ -219,6 +235,8 @@ constexpr LanParameter parameterTable[] = {
     {parameter::ipv6RouterControl, 1, getRouterControl, setRouterControl},
     {parameter::ipv6StaticRouter1, 16, getRouter, setRouter},
     {parameter::ipv6StaticRouter1PrefixLength, 1, getRouterPrefixLength, setRouterPrefixLength},
+    {parameter::ipv6DynamicRouterCount, 0, getDynamicRouterCount, nullptr},
+    {parameter::ipv6DynamicRouters, 0, getDynamicRouter, nullptr},
 };
 
 } // namespace

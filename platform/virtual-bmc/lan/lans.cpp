@@ -151,6 +151,7 @@ void Ipv6::fields(Fields& fields) {
     fields.number("routerPrefixLength", routerPrefixLength, 0, longestPrefix);
     fields("advertised", advertised);
     fields("lease", lease);
+    fields("advertisedRouter", advertisedRouter);
 }
 
 void Ipv6::check(const Place& place) const {
@@ -160,10 +161,13 @@ void Ipv6::check(const Place& place) const {
 
 std::optional<DynamicIpv6> Ipv6::dynamic(std::uint8_t selector) const {
     const auto& setting = selector == 0 ? advertised : lease;
-    const bool isOn = enables != ipmi::lan::ipv6Disabled && (routerControl & ipmi::lan::dynamicRouters) != 0;
-    if (!isOn || !setting)
+    if (!isDynamic() || !setting)
         return std::nullopt;
     return DynamicIpv6{*setting, static_cast<std::uint8_t>(selector + 1)};
+}
+
+bool Ipv6::isDynamic() const {
+    return enables != ipmi::lan::ipv6Disabled && (routerControl & ipmi::lan::dynamicRouters) != 0;
 }
 
 void Lan::fields(Fields& fields) {

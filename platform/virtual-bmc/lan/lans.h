@@ -55,12 +55,14 @@ struct Ipv6 {
     std::uint8_t routerPrefixLength = 0;
     std::optional<Ipv6Setting> advertised; // what this LAN's router lets one configure
     std::optional<Ipv6Setting> lease;      // what its DHCPv6 server gives
+    Ipv6Address advertisedRouter;          // of this LAN
 
     void fields(Fields& fields);
     void check(const Place& place) const;
     // Returns the dynamic address of a set selector. The network assigns some while IPv6 and dynamic routers
     // are on.
     std::optional<DynamicIpv6> dynamic(std::uint8_t selector) const;
+    bool isDynamic() const;
 };
 
 struct Lan {

@@ -103,14 +103,11 @@ std::uint8_t setText(State& state, ipmi::Reader request, ipmi::Writer&) {
     const std::size_t start = request.u8() * oem::mailBlockSize;
     if (!name.exists(state) || start >= name.size())
         return completion::parameterOutOfRange;
-    PendingText& pending = state.edit<Mail>().pending;
-    if (const auto asked = key.bytes(sizeof name); start == 0)
-        pending = {{asked.begin(), asked.end()}, {}};
-    else if (!std::ranges::equal(asked, pending.name) || pending.bytes.size() != start)
-        return completion::invalidDataField;
+    PendingBlocks& pending = state.edit<Mail>().pending;
     const auto block = request.bytes(oem::mailBlockSize);
     const auto end = std::ranges::find(block, 0);
-    pending.bytes.insert(pending.bytes.end(), block.begin(), end);
+    if (!pending.add(key.bytes(sizeof name), start, {block.begin(), end}))
+        return completion::invalidDataField;
     const bool isComplete = end != block.end() || start + block.size() >= name.size();
     if (!isComplete)
         return completion::success;
@@ -191,11 +188,6 @@ void MailServer::check(const Place& place) const {
     checkMailText(Place{&place, "password"}, password, oem::serverPassword);
     checkMailText(Place{&place, "sender"}, sender, oem::serverSender);
     checkMailText(Place{&place, "hostName"}, hostName, oem::serverHostName);
-}
-
-void PendingText::fields(Fields& fields) {
-    fields("name", name);
-    fields("bytes", bytes);
 }
 
 std::span<const Command> Mail::commands() {

@@ -5,6 +5,7 @@
 #include "ipmi/oem_commands.h"
 #include "virtual-bmc/lan/lan_addresses.h"
 #include "virtual-bmc/state/part.h"
+#include "virtual-bmc/state/pending_blocks.h"
 
 #include <string>
 #include <vector>
@@ -29,17 +30,9 @@ struct MailServer {
     void check(const Place& place) const;
 };
 
-// A text that arrives in blocks. It is changed when the last one is there.
-struct PendingText {
-    std::vector<std::uint8_t> name; // which text, as requests begin
-    std::vector<std::uint8_t> bytes;
-
-    void fields(Fields& fields);
-};
-
 struct Mail {
     std::vector<MailServer> servers;
-    PendingText pending;
+    PendingBlocks pending; // a text
 
     static constexpr const char* name = "mail";
     static std::span<const Command> commands();

@@ -21,6 +21,7 @@
 #include "virtual-bmc/device/watchdog.h"
 #include "virtual-bmc/faults.h"
 #include "virtual-bmc/fru/frus.h"
+#include "virtual-bmc/lan/dns.h"
 #include "virtual-bmc/lan/interfaces.h"
 #include "virtual-bmc/lan/lans.h"
 #include "virtual-bmc/message_log.h"
@@ -39,7 +40,7 @@ namespace vbmc {
 
 using Parts =
     std::tuple<Device, Users, Sessions, Sensors, Frus, SdrRepository, Chassis, Watchdog, BootOptions, Sel,
-               Services, Lans, Interfaces, AlertDestinations, Mail, Pef, SystemInfo, Faults, MessageLog>;
+               Services, Lans, Interfaces, Dns, AlertDestinations, Mail, Pef, SystemInfo, Faults, MessageLog>;
 
 // Files beside the state file that hold the bulk of a part, by what follows its name; a new machine begins
 // without them. They are read and written within transactions.

@@ -135,8 +135,20 @@ enum : std::uint16_t { Unknown = 2 };
 namespace ProtocolIFType { // CIM_ProtocolEndpoint
 enum : std::uint16_t { Other = 1, EthernetCsmaCd = 6, IPv4 = 4096, IPv6 = 4097, Tcp = 4111 };
 }
-namespace AddressOrigin { // CIM_IPProtocolEndpoint
-enum : std::uint16_t { Unknown = 0, Static = 3, Dhcp = 4, DhcpV6 = 7, IPv6Auto = 8 };
+namespace AddressOrigin { // CIM_IPProtocolEndpoint, CIM_IPAssignmentSettingData
+enum : std::uint16_t { Unknown = 0, NotApplicable = 2, Static = 3, Dhcp = 4, DhcpV6 = 7, IPv6Auto = 8 };
+}
+namespace ClientState { // CIM_DHCPProtocolEndpoint
+enum : std::uint16_t { Unknown = 0, Bound = 8 };
+}
+namespace DhcpOption { // CIM_DHCPProtocolEndpoint.OptionsReceived: the codes of RFC 2132, plus 2
+enum : std::uint16_t { SubnetMask = 3, Router = 5, DomainNameServer = 8, HostName = 14, DomainName = 17 };
+}
+namespace AccessContext { // CIM_RemoteServiceAccessPoint
+enum : std::uint16_t { DefaultGateway = 2, DnsServer = 3, DhcpServer = 6 };
+}
+namespace InfoFormat { // CIM_RemoteServiceAccessPoint
+enum : std::uint16_t { IPv4Address = 3, IPv6Address = 4 };
 }
 namespace Protocol { // CIM_ProtocolService
 enum : std::uint16_t { Other = 1, Ssh = 2, Telnet = 3, SmClp = 4 };

@@ -13,6 +13,7 @@ std::span<const Group> allGroups() {
         {"libCIMAPIHooks.so", logRows()},
         {"libCIMAPIHooks.so", userRows()},
         {"libCIMAPIHooks.so", networkRows()},
+        {"libCIMAPIHooks.so", dnsRows()},
         {"libCIMAPIHooks.so", alertRows()},
         {"libCIMTRZHooks.so", mailRows()},
         {"libCIMOEMHooks.so", nameRows()},

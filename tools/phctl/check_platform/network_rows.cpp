@@ -96,6 +96,15 @@ void getIpv6Addresses(Probe& probe) {
     }
 }
 
+void getIpv6Routers(Probe& probe) {
+    for (const auto& lan : probe.lans()) {
+        Out<CIM_IPv6Routers> routers("the routers");
+        if (auto call = probe.call<decltype(CIM_GetIPv6Routers)>(lan.words, probe.session(), routers,
+                                                                 lan.channel, probe.timeout()))
+            call.expect(routers->count <= CIM_MAX_IPV6_ROUTERS, "there are more routers than room");
+    }
+}
+
 // The name becomes part of keys and of a file's name.
 void getInterfaceName(Probe& probe) {
     for (const auto& lan : probe.lans()) {
@@ -230,6 +239,7 @@ constexpr Row network[] = {
     {"CIM_SetIPv4Gateway", nullptr, true, cutsConnections},
     {"CIM_GetIPv6NetworkCfg", getIpv6},
     {"CIM_GetAllIPv6Addresses", getIpv6Addresses},
+    {"CIM_GetIPv6Routers", getIpv6Routers},
     {"CIM_SetIPv6Source", nullptr, true, cutsConnections},
     {"CIM_SetIPv6Address", nullptr, true, cutsConnections},
     {"CIM_SetIPv6Prefix", nullptr, true, cutsConnections},

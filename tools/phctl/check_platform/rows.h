@@ -33,6 +33,7 @@ std::span<const Row> systemRows();
 std::span<const Row> sensorRows();
 std::span<const Row> logRows();
 std::span<const Row> networkRows();
+std::span<const Row> dnsRows();
 std::span<const Row> userRows();
 std::span<const Row> alertRows();
 std::span<const Row> mailRows();

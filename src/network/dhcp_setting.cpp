@@ -1,0 +1,62 @@
+// CIM_DHCPSettingData: what the DHCP clients of the BMC ask for.
+#include "network/dns_settings.h"
+#include "network/dns_values.h"
+#include "network/network_clients.h"
+
+constexpr const char* const g_DHCPSettingDataKeyList[1] = {"InstanceID"};
+
+namespace {
+
+using Record = DHCPSettingDataRecord;
+
+constexpr const char* className = "CIM_DHCPSettingData";
+
+constexpr ph::Property properties[] = {
+    PH_KEY(Record, InstanceID),
+    PH_PROPERTY(Record, ElementName),
+    PH_PROPERTY(Record, AddressOrigin),
+    PH_PROPERTY(Record, ProtocolIFType),
+    PH_PROPERTY(Record, RequestedOptions),
+};
+
+int enumerate(ph::RecordArray<Record>& settings, ph::Detail detail) {
+    ph::IpmiSession session;
+    if (!session.open())
+        return -1;
+    return ph::appendClients(
+        settings, className, session.get(), detail, [&](Record& setting, const ph::AddressedLan& each) {
+            CIM_DNSConfig dns{};
+            const bool isTold =
+                ph::dns::readConfig(session.get(), each.lan.channel, each.ipVersion, false, dns);
+            return PH_Fill_DHCPSettingData(&setting, each.lan.interfaceName, each.ipVersion,
+                                           isTold ? &dns : nullptr);
+        });
+}
+
+constexpr ph::ClassDefinition<Record> definition{.name = className,
+                                                 .superclass = "CIM_IPAssignmentSettingData",
+                                                 .source = "LAN configuration parameters 3, 51, 56 and 59; "
+                                                           "DNS settings (OEM)",
+                                                 .keys = g_DHCPSettingDataKeyList,
+                                                 .properties = properties,
+                                                 .enumerate = enumerate};
+
+} // namespace
+
+PH_EXPORT_CLASS_FAMILY(DHCPSettingData, Record, definition)
+
+int PH_Fill_DHCPSettingData(Record* record, const char* interfaceName, int ipVersion,
+                            const CIM_DNSConfig* dns) {
+    ph::fillClientSetting(*record, "DHCP", interfaceName, ipVersion);
+    ph::setSlots(record->RequestedOptions, {});
+    if (ipVersion == 4) {
+        record->AddressOrigin = ph::AddressOrigin::Dhcp;
+        // What LAN parameters 6 and 12 hold comes from there.
+        ph::setSlots(record->RequestedOptions, {ph::DhcpOption::SubnetMask, ph::DhcpOption::Router});
+    } else {
+        record->AddressOrigin = ph::AddressOrigin::DhcpV6;
+    }
+    if (dns != nullptr && dns->isSupported != 0)
+        ph::dns::appendOptions(record->RequestedOptions, dns->fromDhcp);
+    return 0;
+}

@@ -1,0 +1,90 @@
+// CIM_DNSProtocolEndpoint: the DNS clients of the BMC, with what they use.
+#include "network/dns_settings.h"
+#include "network/dns_values.h"
+#include "network/network_clients.h"
+
+constexpr const char* const g_DNSProtocolEndpointKeyList[4] = {"SystemCreationClassName", "CreationClassName",
+                                                               "SystemName", "Name"};
+
+namespace {
+
+using Record = DNSProtocolEndpointRecord;
+
+constexpr const char* className = "CIM_DNSProtocolEndpoint";
+
+bool isTold(const Record& endpoint) {
+    return endpoint.isTold;
+}
+bool hasHostname(const Record& endpoint) {
+    return endpoint.Hostname[0] != '\0';
+}
+bool hasDomain(const Record& endpoint) {
+    return endpoint.DomainName[0] != '\0';
+}
+
+constexpr ph::Property properties[] = {
+    PH_KEY(Record, SystemCreationClassName),
+    PH_KEY(Record, CreationClassName),
+    PH_KEY(Record, SystemName),
+    PH_KEY(Record, Name),
+    PH_PROPERTY(Record, NameFormat),
+    PH_PROPERTY(Record, ElementName),
+    PH_PROPERTY(Record, ProtocolIFType),
+    PH_PROPERTY(Record, OtherTypeDescription),
+    PH_PROPERTY(Record, EnabledState),
+    PH_PROPERTY(Record, RequestedState),
+    PH_PROPERTY_IF(Record, Hostname, hasHostname),
+    PH_PROPERTY_IF(Record, DomainName, hasDomain),
+    PH_PROPERTY(Record, DHCPOptionsToUse),
+    PH_PROPERTY_IF(Record, RegisterThisConnectionsAddress, isTold),
+    PH_PROPERTY_IF(Record, UseSuffixWhenRegistering, isTold),
+    PH_PROPERTY(Record, AppendPrimarySuffixes),
+    PH_PROPERTY(Record, AppendParentSuffixes),
+    PH_PROPERTY(Record, DNSSuffixesToAppend),
+};
+
+int enumerate(ph::RecordArray<Record>& endpoints, ph::Detail detail) {
+    ph::dns::Settings dns;
+    if (!dns.read())
+        return -1;
+    if (!dns.areThere())
+        return 0;
+    return ph::appendClients(
+        endpoints, className, dns.session(), detail, [&](Record& endpoint, const ph::AddressedLan& each) {
+            CIM_DNSConfig inUse{};
+            const bool isRead =
+                ph::dns::readConfig(dns.session(), each.lan.channel, each.ipVersion, true, inUse);
+            return PH_Fill_DNSProtocolEndpoint(&endpoint, each.lan.interfaceName, each.ipVersion,
+                                               isRead ? &inUse : nullptr, &dns.search());
+        });
+}
+
+constexpr ph::ClassDefinition<Record> definition{
+    .name = className,
+    .superclass = "CIM_ProtocolEndpoint",
+    .source = "DNS settings (OEM); LAN configuration parameters 3, 51, 56 and 59",
+    .keys = g_DNSProtocolEndpointKeyList,
+    .properties = properties,
+    .enumerate = enumerate};
+
+} // namespace
+
+PH_EXPORT_CLASS_FAMILY(DNSProtocolEndpoint, Record, definition)
+
+int PH_Fill_DNSProtocolEndpoint(Record* record, const char* interfaceName, int ipVersion,
+                                const CIM_DNSConfig* inUse, const CIM_DNSSearch* search) {
+    ph::fillClientEndpoint(*record, "DNS", interfaceName, ipVersion);
+    record->EnabledState = ph::EnabledState::Enabled;
+    ph::setSlots(record->DHCPOptionsToUse, {});
+    record->isTold = inUse != nullptr;
+    if (inUse != nullptr) {
+        ph::copyText(record->Hostname, inUse->hostName);
+        ph::copyText(record->DomainName, inUse->domainName);
+        ph::dns::appendOptions(record->DHCPOptionsToUse, inUse->fromDhcp);
+        record->RegisterThisConnectionsAddress = inUse->registersAddress != 0;
+        record->UseSuffixWhenRegistering = inUse->registersWithDomain != 0;
+    }
+    record->AppendPrimarySuffixes = search->appendsPrimarySuffix != 0;
+    record->AppendParentSuffixes = search->appendsParentSuffixes != 0;
+    return ph::dns::splitNames(record->DNSSuffixesToAppend, search->suffixes) ? 0 : -1;
+}
