@@ -4,7 +4,6 @@
 #include "Utility/requests/request_texts.h"
 
 #include <algorithm>
-#include <string>
 
 constexpr const char* const g_DHCPProtocolEndpointKeyList[4] = {"SystemCreationClassName",
                                                                 "CreationClassName", "SystemName", "Name"};
@@ -111,9 +110,10 @@ MethodAnswer changeState(MethodCall& call) {
     const char* name = call.key(nameKey);
     if (name == nullptr)
         return call.refuse(ph::noSuchInstance);
-    const std::string job =
-        std::string("DHCPProtocolEndpoint_RequestStateChange_") + ph::interfaceAndVersionOf(name);
-    return call.report(job.c_str(), [&] { return setSource(name, state); });
+    char job[128];
+    std::snprintf(job, sizeof(job), "DHCPProtocolEndpoint_RequestStateChange_%s",
+                  ph::interfaceAndVersionOf(name));
+    return call.report(job, [&] { return setSource(name, state); });
 }
 
 constexpr ph::Method methods[] = {{.name = ph::requestStateChange,

@@ -4,7 +4,7 @@
 #include "network/network_clients.h"
 #include "Utility/requests/request_texts.h"
 
-#include <string>
+#include <cstdio>
 
 constexpr const char* const g_DNSGeneralSettingDataKeyList[1] = {"InstanceID"};
 
@@ -36,17 +36,42 @@ int enumerate(ph::RecordArray<Record>& settings, ph::Detail detail) {
 
 // ---- Modify
 
-const char* setPrimary(CIM_DNSSearch& search, const CMPIData& value) {
-    return ph::dns::readFlag(value, search.appendsPrimarySuffix) ? nullptr
-                                                                 : "AppendPrimarySuffixes is no boolean";
+class Search final : public ph::dns::Changeable {
+public:
+    bool read() override {
+        const bool isRead = dns_.read() && dns_.areThere();
+        search = dns_.search();
+        return isRead;
+    }
+    bool write() override { return CIM_SetDNSSearch(dns_.session(), &search, ph::hookTimeout) == 0; }
+    std::span<const std::uint8_t> bytes() const override {
+        return {reinterpret_cast<const std::uint8_t*>(&search), sizeof(search)};
+    }
+
+private:
+    ph::dns::Settings dns_;
+
+public:
+    CIM_DNSSearch search{};
+};
+
+CIM_DNSSearch& searchOf(ph::dns::Changeable& settings) {
+    return static_cast<Search&>(settings).search;
 }
 
-const char* setParents(CIM_DNSSearch& search, const CMPIData& value) {
-    return ph::dns::readFlag(value, search.appendsParentSuffixes) ? nullptr
-                                                                  : "AppendParentSuffixes is no boolean";
+const char* setPrimary(ph::dns::Changeable& settings, const CMPIData& value) {
+    return ph::dns::readFlag(value, searchOf(settings).appendsPrimarySuffix)
+               ? nullptr
+               : "AppendPrimarySuffixes is no boolean";
 }
 
-const char* setSuffixes(CIM_DNSSearch& search, const CMPIData& value) {
+const char* setParents(ph::dns::Changeable& settings, const CMPIData& value) {
+    return ph::dns::readFlag(value, searchOf(settings).appendsParentSuffixes)
+               ? nullptr
+               : "AppendParentSuffixes is no boolean";
+}
+
+const char* setSuffixes(ph::dns::Changeable& settings, const CMPIData& value) {
     CMPIString** texts = nullptr;
     CMPICount count = 0;
     if (!ph::dns::isCleared(value) && GetStringAValue(value, &texts, &count) != 0)
@@ -54,20 +79,22 @@ const char* setSuffixes(CIM_DNSSearch& search, const CMPIData& value) {
     const ph::HeapPtr<CMPIString*> owner(texts);
     if (count > CIM_MAX_DNS_SUFFIXES)
         return "DNSSuffixesToAppend has more than 6 names, which the BMC has no room for";
-    std::string list;
+    char list[sizeof(CIM_DNSSearch::suffixes)] = "";
+    std::size_t length = 0;
     for (CMPICount i = 0; i < count; ++i) {
         const char* name = ph::textOf(texts[i]);
         if (name == nullptr || !ph::dns::isDomainName(name))
             return "DNSSuffixesToAppend has a text that is no domain name";
-        list += (i > 0 ? " " : "") + std::string(name);
+        length += static_cast<std::size_t>(
+            std::snprintf(list + length, sizeof(list) - length, "%s%s", i > 0 ? " " : "", name));
+        if (length >= sizeof(list))
+            return "DNSSuffixesToAppend has more than 255 characters in all, which the BMC has no room for";
     }
-    if (!ph::fits(search.suffixes, list.c_str()))
-        return "DNSSuffixesToAppend has more than 255 characters in all, which the BMC has no room for";
-    ph::copyText(search.suffixes, list.c_str());
+    ph::copyText(searchOf(settings).suffixes, list);
     return nullptr;
 }
 
-constexpr ph::dns::Settable<CIM_DNSSearch> settables[] = {
+constexpr ph::dns::Settable settables[] = {
     {"AppendPrimarySuffixes", setPrimary},
     {"AppendParentSuffixes", setParents},
     {"DNSSuffixesToAppend", setSuffixes},
@@ -84,20 +111,11 @@ CMPIStatus modify(const ph::Request& request) {
     if (!keys.areRead(request.broker, request.ref, g_DNSGeneralSettingDataKeyList) ||
         PH_Get_DNSGeneralSettingData(&current.record, keys) != 0)
         return ph::fail(request.broker, ph::noSuchInstance.code, ph::noSuchInstance.message);
-    ph::dns::Settings dns;
-    return ph::dns::modify<CIM_DNSSearch>(
-        request,
-        PH_MakeInst_DNSGeneralSettingData(request.broker, request.context, request.ref, nullptr,
-                                          current.record, 0, 2, nullptr),
-        settables,
-        [&](CIM_DNSSearch& search) {
-            const bool isRead = dns.read() && dns.areThere();
-            search = dns.search();
-            return isRead;
-        },
-        [&](const CIM_DNSSearch& search) {
-            return CIM_SetDNSSearch(dns.session(), &search, ph::hookTimeout) == 0;
-        });
+    Search search;
+    return ph::dns::modify(request,
+                           PH_MakeInst_DNSGeneralSettingData(request.broker, request.context, request.ref,
+                                                             nullptr, current.record, 0, 2, nullptr),
+                           settables, search);
 }
 
 constexpr ph::ClassDefinition<Record> definition{.name = "CIM_DNSGeneralSettingData",

@@ -50,36 +50,60 @@ int enumerate(ph::RecordArray<Record>& settings, ph::Detail detail) {
 
 // ---- Modify
 
-// A configuration and the IP version that its servers are of.
-struct Configuration {
-    CIM_DNSConfig dns;
-    std::uint8_t ipVersion; // a byte, so that configurations compare as bytes
+// The configuration of the client that an instance names.
+class Configuration final : public ph::dns::Changeable {
+public:
+    explicit Configuration(const char* instanceId)
+        : channel_(ph::channelOf(instanceId).value_or(0)),
+          ipVersion(ph::ipVersionOf(instanceId) == '4' ? 4 : 6) {}
+
+    bool read() override {
+        return session_.open() && ph::dns::readConfig(session_.get(), channel_, ipVersion, false, dns);
+    }
+    bool write() override {
+        return CIM_SetDNSConfig(session_.get(), &dns, channel_, ipVersion, ph::hookTimeout) == 0;
+    }
+    std::span<const std::uint8_t> bytes() const override {
+        return {reinterpret_cast<const std::uint8_t*>(&dns), sizeof(dns)};
+    }
+
+private:
+    ph::IpmiSession session_;
+    std::uint8_t channel_;
+
+public:
+    const std::uint8_t ipVersion; // that its servers are of
+    CIM_DNSConfig dns{};
 };
 
-const char* setDomain(Configuration& configuration, const CMPIData& value) {
+Configuration& configurationOf(ph::dns::Changeable& settings) {
+    return static_cast<Configuration&>(settings);
+}
+
+const char* setDomain(ph::dns::Changeable& settings, const CMPIData& value) {
     const char* name = ph::dns::textOrCleared(value);
     if (name == nullptr || (*name != '\0' && !ph::dns::isDomainName(name)))
         return "DomainName is no domain name";
-    ph::copyText(configuration.dns.domainName, name);
+    ph::copyText(configurationOf(settings).dns.domainName, name);
     return nullptr;
 }
 
-const char* setHostName(Configuration& configuration, const CMPIData& value) {
+const char* setHostName(ph::dns::Changeable& settings, const CMPIData& value) {
     const char* name = ph::dns::textOrCleared(value);
     if (name == nullptr || (*name != '\0' && !ph::dns::isHostName(name)))
         return "RequestedHostname is no host name: letters, digits and hyphens, at most 63";
-    ph::copyText(configuration.dns.hostName, name);
+    ph::copyText(configurationOf(settings).dns.hostName, name);
     return nullptr;
 }
 
-const char* setRegisters(Configuration& configuration, const CMPIData& value) {
-    return ph::dns::readFlag(value, configuration.dns.registersAddress)
+const char* setRegisters(ph::dns::Changeable& settings, const CMPIData& value) {
+    return ph::dns::readFlag(value, configurationOf(settings).dns.registersAddress)
                ? nullptr
                : "RegisterThisConnectionsAddress is no boolean";
 }
 
-const char* setRegistersWithDomain(Configuration& configuration, const CMPIData& value) {
-    return ph::dns::readFlag(value, configuration.dns.registersWithDomain)
+const char* setRegistersWithDomain(ph::dns::Changeable& settings, const CMPIData& value) {
+    return ph::dns::readFlag(value, configurationOf(settings).dns.registersWithDomain)
                ? nullptr
                : "UseSuffixWhenRegistering is no boolean";
 }
@@ -90,7 +114,7 @@ bool readServer(const char* text, int ipVersion, std::uint8_t (&address)[16]) {
            std::ranges::any_of(address, [](std::uint8_t byte) { return byte != 0; });
 }
 
-const char* setServers(Configuration& configuration, const CMPIData& value) {
+const char* setServers(ph::dns::Changeable& settings, const CMPIData& value) {
     CMPIString** texts = nullptr;
     CMPICount count = 0;
     if (!ph::dns::isCleared(value) && GetStringAValue(value, &texts, &count) != 0)
@@ -98,35 +122,36 @@ const char* setServers(Configuration& configuration, const CMPIData& value) {
     const ph::HeapPtr<CMPIString*> owner(texts);
     if (count > CIM_MAX_DNS_SERVERS)
         return "DNSServerAddresses has more than 3 addresses, which the BMC has no room for";
-    CIM_DNSConfig& dns = configuration.dns;
+    const std::uint8_t ipVersion = configurationOf(settings).ipVersion;
+    CIM_DNSConfig& dns = configurationOf(settings).dns;
     std::memset(dns.servers, 0, sizeof(dns.servers));
     for (CMPICount i = 0; i < count; ++i)
-        if (!readServer(ph::textOf(texts[i]), configuration.ipVersion, dns.servers[i]))
-            return configuration.ipVersion == 4
-                       ? "DNSServerAddresses has a text that is no IPv4 address of a server"
-                       : "DNSServerAddresses has a text that is no IPv6 address of a server";
+        if (!readServer(ph::textOf(texts[i]), ipVersion, dns.servers[i]))
+            return ipVersion == 4 ? "DNSServerAddresses has a text that is no IPv4 address of a server"
+                                  : "DNSServerAddresses has a text that is no IPv6 address of a server";
     dns.serverCount = static_cast<std::uint8_t>(count);
     return nullptr;
 }
 
-const char* setOptions(Configuration& configuration, const CMPIData& value) {
+const char* setOptions(ph::dns::Changeable& settings, const CMPIData& value) {
     std::uint16_t* numbers = nullptr;
     CMPICount count = 0;
     if (!ph::dns::isCleared(value) && GetUINT16AValue(value, &numbers, &count) != 0)
         return "DHCPOptionsToUse is no array of numbers";
     const ph::HeapPtr<std::uint16_t> owner(numbers);
-    configuration.dns.fromDhcp = 0;
+    std::uint8_t& fromDhcp = configurationOf(settings).dns.fromDhcp;
+    fromDhcp = 0;
     for (const std::uint16_t number : std::span(numbers, count)) {
         const auto options = ph::dns::options();
         const auto option = std::ranges::find(options, number, &ph::dns::Option::dmtf);
         if (option == options.end())
             return "DHCPOptionsToUse has another number than 8, 14 and 17";
-        configuration.dns.fromDhcp |= option->bit;
+        fromDhcp |= option->bit;
     }
     return nullptr;
 }
 
-constexpr ph::dns::Settable<Configuration> settables[] = {
+constexpr ph::dns::Settable settables[] = {
     {"DomainName", setDomain},
     {"RequestedHostname", setHostName},
     {"RegisterThisConnectionsAddress", setRegisters},
@@ -146,23 +171,11 @@ CMPIStatus modify(const ph::Request& request) {
     if (!keys.areRead(request.broker, request.ref, g_DNSSettingDataKeyList) ||
         PH_Get_DNSSettingData(&current.record, keys) != 0)
         return ph::fail(request.broker, ph::noSuchInstance.code, ph::noSuchInstance.message);
-    const auto channel = ph::channelOf(current.record->InstanceID).value_or(0);
-    const std::uint8_t ipVersion = ph::ipVersionOf(current.record->InstanceID) == '4' ? 4 : 6;
-    ph::IpmiSession session;
-    return ph::dns::modify<Configuration>(
-        request,
-        PH_MakeInst_DNSSettingData(request.broker, request.context, request.ref, nullptr, current.record, 0,
-                                   2, nullptr),
-        settables,
-        [&](Configuration& configuration) {
-            configuration.ipVersion = ipVersion;
-            return session.open() &&
-                   ph::dns::readConfig(session.get(), channel, ipVersion, false, configuration.dns);
-        },
-        [&](const Configuration& configuration) {
-            return CIM_SetDNSConfig(session.get(), &configuration.dns, channel, ipVersion, ph::hookTimeout) ==
-                   0;
-        });
+    Configuration configuration(current.record->InstanceID);
+    return ph::dns::modify(request,
+                           PH_MakeInst_DNSSettingData(request.broker, request.context, request.ref, nullptr,
+                                                      current.record, 0, 2, nullptr),
+                           settables, configuration);
 }
 
 constexpr ph::ClassDefinition<Record> definition{

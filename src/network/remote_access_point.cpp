@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <arpa/inet.h>
 #include <cstring>
-#include <string>
 
 constexpr const char* const g_RemoteServiceAccessPointKeyList[4] = {
     "SystemCreationClassName", "CreationClassName", "SystemName", "Name"};
@@ -68,10 +67,11 @@ void addDnsServers(std::vector<Peer>& peers, IPMI20_SESSION_T* session, const ph
 void addDhcpServer(std::vector<Peer>& peers, const ph::AddressedLan& each) {
     if (each.ipVersion != 6 || std::strchr(each.lan.interfaceName, '/') != nullptr)
         return;
-    const std::string path = std::string("/tmp/dhcp6_server_") + each.lan.interfaceName;
+    char path[64];
+    std::snprintf(path, sizeof(path), "/tmp/dhcp6_server_%s", each.lan.interfaceName);
     char text[INET6_ADDRSTRLEN] = "";
     std::uint8_t address[16];
-    const ph::FilePtr file = ph::readShared(path.c_str());
+    const ph::FilePtr file = ph::readShared(path);
     if (file != nullptr && std::fscanf(file.get(), "%45s", text) == 1 &&
         inet_pton(AF_INET6, text, address) == 1)
         addPeer(peers, ph::AccessContext::DhcpServer, 1, address);

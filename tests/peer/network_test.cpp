@@ -37,6 +37,21 @@ TEST_F(NetworkPeer, endpointIsWhatIpmitoolPrints) {
     EXPECT_EQ(get("CIM_IPProtocolEndpoint", "AddressOrigin"), "4");
 }
 
+TEST_F(NetworkPeer, dhcpClientIsSwitchedAndTheGatewayShown) {
+    for (const char* setting :
+         {"ipsrc static", "ipaddr 192.0.2.31", "netmask 255.255.255.192", "defgw ipaddr 192.0.2.1"})
+        ipmitool(std::string("lan set 1 ") + setting);
+    EXPECT_EQ(get("CIM_DHCPProtocolEndpoint", "EnabledState"), "3");
+    EXPECT_EQ(get("CIM_RemoteServiceAccessPoint", "AccessInfo"), printed("Default Gateway IP"));
+    EXPECT_TRUE(broker.enumerateInstances(path("CIM_DNSSettingData")).instances.empty())
+        << "it has no DNS settings";
+    const Reply enabled = broker.invokeMethod(only("CIM_DHCPProtocolEndpoint").path, "RequestStateChange",
+                                              {{"RequestedState", number(2)}});
+    EXPECT_TRUE(enabled.ok()) << enabled.message;
+    EXPECT_EQ(printed("IP Address Source"), "DHCP Address");
+    EXPECT_EQ(get("CIM_DHCPProtocolEndpoint", "ClientState"), "8");
+}
+
 TEST_F(NetworkPeer, staticAddressIsApplied) {
     ipmitool("lan set 1 ipsrc dhcp");
     auto setting = only("CIM_StaticIPAssignmentSettingData");
