@@ -96,8 +96,9 @@ TEST_F(User, sessionsAreReadUntilThereIsNone) {
         for (int i = 0; result == 0 && i < count; ++i)
             found.push_back(sessions[i].user);
         EXPECT_EQ(found, users);
-        if (!users.empty())
+        if (!users.empty()) {
             EXPECT_EQ(sessions[0].privilege * 16 + sessions[0].channel, 0x41);
+        }
     }
 }
 
