@@ -23,6 +23,7 @@
 #include "virtual-bmc/fru/frus.h"
 #include "virtual-bmc/lan/interfaces.h"
 #include "virtual-bmc/lan/lans.h"
+#include "virtual-bmc/lan/sol.h"
 #include "virtual-bmc/message_log.h"
 #include "virtual-bmc/pef/alert_destinations.h"
 #include "virtual-bmc/pef/mail.h"
@@ -38,7 +39,7 @@ namespace vbmc {
 
 using Parts =
     std::tuple<Device, Users, Sensors, Frus, SdrRepository, Chassis, Watchdog, BootOptions, Sel, Services,
-               Lans, Interfaces, AlertDestinations, Mail, Pef, SystemInfo, Faults, MessageLog>;
+               Lans, Interfaces, AlertDestinations, Mail, Pef, SystemInfo, Sol, Faults, MessageLog>;
 
 // Files beside the state file that hold the bulk of a part, by what follows its name; a new machine begins
 // without them. They are read and written within transactions.
