@@ -12,6 +12,7 @@
 #include "provider_helper/jobs.h"
 #include "provider_helper/network.h"
 #include "provider_helper/record_log.h"
+#include "provider_helper/redirection.h"
 #include "provider_helper/sensors.h"
 #include "provider_helper/service_sessions.h"
 #include "provider_helper/services.h"
