@@ -5,13 +5,21 @@
 namespace associations {
 namespace {
 
-constexpr const char* ofBaseServer[] = {profileRegistration, sensors,          fan,
-                                        powerSupply,         recordLog,        bootControl,
-                                        physicalAsset,       serviceProcessor, powerStateManagement,
-                                        softwareInventory};
-constexpr const char* ofServiceProcessor[] = {profileRegistration, recordLog,   ethernetPort,
-                                              hostLanNetworkPort,  ipInterface, powerStateManagement,
-                                              softwareInventory};
+constexpr const char* ofBaseServer[] = {profileRegistration,
+                                        sensors,
+                                        fan,
+                                        powerSupply,
+                                        recordLog,
+                                        bootControl,
+                                        physicalAsset,
+                                        serviceProcessor,
+                                        powerStateManagement,
+                                        softwareInventory,
+                                        textConsoleRedirection,
+                                        kvmRedirection};
+constexpr const char* ofServiceProcessor[] = {
+    profileRegistration,  recordLog,         ethernetPort,           hostLanNetworkPort, ipInterface,
+    powerStateManagement, softwareInventory, textConsoleRedirection, kvmRedirection};
 constexpr const char* ofComponent[] = {profileRegistration};
 constexpr const char* ofDevice[] = {profileRegistration, sensors};
 constexpr const char* ofHostLanNetworkPort[] = {profileRegistration, ethernetPort};
@@ -31,6 +39,8 @@ constexpr Profile table[] = {
     {ipInterface, "IP Interface", "1.0.0", false, ofComponent},
     {powerStateManagement, "Power State Management", "1.0.0", false, ofComponent},
     {softwareInventory, "Software Inventory", "1.0.0", false, ofComponent},
+    {textConsoleRedirection, "Text Console Redirection", "1.0.0", false, ofComponent},
+    {kvmRedirection, "KVM Redirection", "1.0.0", false, ofComponent},
 };
 
 Numbers isProfile(const Profile&) {

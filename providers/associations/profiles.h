@@ -24,6 +24,8 @@ inline constexpr char hostLanNetworkPort[] = "provider-helper:DSP1035";
 inline constexpr char ipInterface[] = "provider-helper:DSP1036";
 inline constexpr char powerStateManagement[] = "provider-helper:DSP1027";
 inline constexpr char softwareInventory[] = "provider-helper:DSP1023";
+inline constexpr char textConsoleRedirection[] = "provider-helper:DSP1024";
+inline constexpr char kvmRedirection[] = "provider-helper:DSP1076";
 
 struct Profile {
     const char* instanceId;
