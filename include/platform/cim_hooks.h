@@ -27,6 +27,7 @@
 #include "platform/cim_sensors.h"
 #include "platform/cim_services.h"
 #include "platform/cim_session.h"
+#include "platform/cim_sol.h"
 #include "platform/cim_system_info.h"
 #include "platform/cim_users.h"
 #include "platform/cim_watchdog.h"

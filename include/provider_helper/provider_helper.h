@@ -13,6 +13,7 @@
 #include "provider_helper/network.h"
 #include "provider_helper/network_clients.h"
 #include "provider_helper/record_log.h"
+#include "provider_helper/redirection.h"
 #include "provider_helper/roles.h"
 #include "provider_helper/sensors.h"
 #include "provider_helper/service_sessions.h"

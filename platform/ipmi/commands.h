@@ -65,6 +65,8 @@ inline constexpr CommandCode getUserAccess{netFn::app, 0x44};
 inline constexpr CommandCode setUserName{netFn::app, 0x45};
 inline constexpr CommandCode getUserName{netFn::app, 0x46};
 inline constexpr CommandCode setUserPassword{netFn::app, 0x47};
+inline constexpr CommandCode getPayloadActivationStatus{netFn::app, 0x4A};
+inline constexpr CommandCode getPayloadInstanceInfo{netFn::app, 0x4B};
 inline constexpr CommandCode getChannelCipherSuites{netFn::app, 0x54};
 inline constexpr CommandCode setSystemInfo{netFn::app, 0x58};
 inline constexpr CommandCode getSystemInfo{netFn::app, 0x59};
@@ -88,6 +90,8 @@ inline constexpr CommandCode setSelTimeUtcOffset{netFn::storage, 0x5D};
 
 inline constexpr CommandCode setLanConfiguration{netFn::transport, 0x01};
 inline constexpr CommandCode getLanConfiguration{netFn::transport, 0x02};
+inline constexpr CommandCode setSolConfiguration{netFn::transport, 0x21};
+inline constexpr CommandCode getSolConfiguration{netFn::transport, 0x22};
 
 } // namespace command
 } // namespace ipmi

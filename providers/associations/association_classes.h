@@ -95,6 +95,11 @@ inline constexpr AssociationClass providesEndpoint{
     "CIM_ServiceAccessBySAP",
     {{"Antecedent", "CIM_Service"}, {"Dependent", "CIM_ProtocolEndpoint"}}};
 
+inline constexpr AssociationClass sapAvailableForElement{
+    "CIM_SAPAvailableForElement",
+    nullptr,
+    {{"AvailableSAP", "CIM_ServiceAccessPoint"}, {"ManagedElement", "CIM_ManagedElement"}}};
+
 inline constexpr Declaration effects[] = {{"ElementEffects", CMPI_uint16A}};
 inline constexpr AssociationClass serviceAffectsElement{
     "CIM_ServiceAffectsElement",

@@ -5,14 +5,31 @@
 namespace associations {
 namespace {
 
-constexpr const char* ofBaseServer[] = {profileRegistration, sensors,          fan,
-                                        powerSupply,         recordLog,        bootControl,
-                                        physicalAsset,       serviceProcessor, powerStateManagement,
-                                        softwareInventory};
-constexpr const char* ofServiceProcessor[] = {
-    profileRegistration, recordLog, ethernetPort,         hostLanNetworkPort,       ipInterface,
-    dhcpClient,          dnsClient, powerStateManagement, simpleIdentityManagement, roleBasedAuthorization,
-    softwareInventory};
+constexpr const char* ofBaseServer[] = {profileRegistration,
+                                        sensors,
+                                        fan,
+                                        powerSupply,
+                                        recordLog,
+                                        bootControl,
+                                        physicalAsset,
+                                        serviceProcessor,
+                                        powerStateManagement,
+                                        softwareInventory,
+                                        textConsoleRedirection,
+                                        kvmRedirection};
+constexpr const char* ofServiceProcessor[] = {profileRegistration,
+                                              recordLog,
+                                              ethernetPort,
+                                              hostLanNetworkPort,
+                                              ipInterface,
+                                              dhcpClient,
+                                              dnsClient,
+                                              powerStateManagement,
+                                              simpleIdentityManagement,
+                                              roleBasedAuthorization,
+                                              softwareInventory,
+                                              textConsoleRedirection,
+                                              kvmRedirection};
 constexpr const char* ofComponent[] = {profileRegistration};
 constexpr const char* ofDevice[] = {profileRegistration, sensors};
 constexpr const char* ofIpInterface[] = {profileRegistration, dhcpClient, dnsClient};
@@ -37,6 +54,8 @@ constexpr Profile table[] = {
     {simpleIdentityManagement, "Simple Identity Management", "1.0.0", false, ofComponent},
     {roleBasedAuthorization, "Role Based Authorization", "1.0.0", false, ofComponent},
     {softwareInventory, "Software Inventory", "1.0.0", false, ofComponent},
+    {textConsoleRedirection, "Text Console Redirection", "1.0.0", false, ofComponent},
+    {kvmRedirection, "KVM Redirection", "1.0.0", false, ofComponent},
 };
 
 Numbers isProfile(const Profile&) {

@@ -28,6 +28,8 @@ inline constexpr char powerStateManagement[] = "provider-helper:DSP1027";
 inline constexpr char simpleIdentityManagement[] = "provider-helper:DSP1034";
 inline constexpr char roleBasedAuthorization[] = "provider-helper:DSP1039";
 inline constexpr char softwareInventory[] = "provider-helper:DSP1023";
+inline constexpr char textConsoleRedirection[] = "provider-helper:DSP1024";
+inline constexpr char kvmRedirection[] = "provider-helper:DSP1076";
 
 struct Profile {
     const char* instanceId;

@@ -3,6 +3,8 @@
 #include "associations/association.h"
 
 #include <algorithm>
+#include <cctype>
+#include <string>
 
 namespace associations {
 namespace {
@@ -68,6 +70,20 @@ bool serviceListensAt(std::string_view service, std::string_view port) {
 
 bool shareAddress(std::string_view first, std::string_view second) {
     return isSameInterface(after(first, '*'), after(second, '*'));
+}
+
+bool serviceHasAccessPoint(std::string_view service, std::string_view accessPoint) {
+    const auto end = service.find("ProtocolService");
+    return end != std::string_view::npos && end > 0 && accessPoint.starts_with(service.substr(0, end));
+}
+
+bool portIsOfAccessPoint(std::string_view port, std::string_view accessPoint) {
+    const std::string_view rest = after(port, '-');
+    std::string word;
+    for (const char each : rest.substr(0, rest.rfind('-')))
+        if (each != '-')
+            word += static_cast<char>(std::toupper(static_cast<unsigned char>(each)));
+    return !word.empty() && accessPoint.starts_with(word);
 }
 
 bool sensorWatches(std::string_view description, std::string_view device) {

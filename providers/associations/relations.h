@@ -18,6 +18,11 @@ bool shareAddress(std::string_view first, std::string_view second);
 // is "http" at the one and "https" at the other.
 bool serviceListensAt(std::string_view service, std::string_view port);
 
+// A service "KVMProtocolService" has the access points whose names begin with "KVM": "KVMRedirectionSAP".
+bool serviceHasAccessPoint(std::string_view service, std::string_view accessPoint);
+// So does its port, in the word for the service: "TCPProtocolEndpoint-cd-media-clear", "CDMEDIARedirectionSAP".
+bool portIsOfAccessPoint(std::string_view port, std::string_view accessPoint);
+
 // The capabilities of a physical element are named "PhysicalAssetCapabilities:<Tag>", those of a service
 // "SSHCapabilities:<Name>".
 bool hasCapabilities(std::string_view element, std::string_view capabilities);

@@ -133,6 +133,19 @@ constexpr Elements sshPorts(tcpEndpoint, "Name", "TCPProtocolEndpoint-ssh-");
 constexpr Elements telnetPorts(tcpEndpoint, "Name", "TCPProtocolEndpoint-telnet-");
 
 constexpr const char* roleService = "CIM_RoleBasedAuthorizationService";
+constexpr const char* textService = "CIM_TextRedirectionService";
+constexpr const char* textAccessPoint = "CIM_TextRedirectionSAP";
+constexpr const char* kvmAccessPoint = "CIM_KVMRedirectionSAP";
+constexpr const char* mediaAccessPoint = "CIM_MediaRedirectionSAP";
+constexpr const char* usbService = "CIM_USBRedirectionService";
+constexpr const char* usbAccessPoint = "CIM_USBRedirectionSAP";
+constexpr Elements kvmService("CIM_RedirectionService", "Name", "KVM");
+constexpr Elements mediaService("CIM_RedirectionService", "Name", "Media");
+constexpr Elements textCapabilities("CIM_RedirectionServiceCapabilities", "InstanceID", "Text");
+constexpr Elements kvmCapabilities("CIM_RedirectionServiceCapabilities", "InstanceID", "KVM");
+// Access points are named after the service of the BMC that switches them.
+constexpr Meeting switching = related("Name", "Name", serviceHasAccessPoint);
+constexpr Meeting listening = related("Name", "Name", portIsOfAccessPoint);
 
 // Jobs are named after the method that they run, and its class or service.
 constexpr Elements jobs(const char* prefix) {
@@ -190,6 +203,9 @@ constexpr Row table[] = {
     {&hostedService, {processor, roleService}, onSystem},
     {&hostedService, {processor, "CIM_TimeService"}, onSystem},
     {&hostedService, {processor, indicationService}, onSystem},
+    {&hostedService, {processor, textService}, onSystem},
+    {&hostedService, {processor, "CIM_RedirectionService"}, onSystem},
+    {&hostedService, {processor, usbService}, onSystem},
 
     {&serviceAffectsElement, {"CIM_Account", "CIM_AccountManagementService"}, every, manages},
     {&serviceAffectsElement, {"CIM_Identity", "CIM_AccountManagementService"}, every, manages},
@@ -197,6 +213,9 @@ constexpr Row table[] = {
     {&serviceAffectsElement, {"CIM_Role", roleService}, every, manages},
     {&serviceAffectsElement, {ipEndpoint, "CIM_IPConfigurationService"}, every, manages},
     {&serviceAffectsElement, {host, "CIM_BootService"}, every, manages},
+    {&serviceAffectsElement, {host, textService}, every, manages},
+    {&serviceAffectsElement, {host, "CIM_RedirectionService"}, every, manages},
+    {&serviceAffectsElement, {host, usbService}, every, manages},
 
     {&serviceAffectsElement, {processor, "CIM_TimeService"}, same("Name", "SystemName"), manages},
     {&serviceAffectsElement, {"CIM_IndicationFilter", indicationService}, every, manages},
@@ -224,6 +243,10 @@ constexpr Row table[] = {
     {&elementCapabilities, {"CIM_ProtocolService", "CIM_TelnetCapabilities"}, serviceCapabilities},
     {&elementCapabilities, {"CIM_ProtocolService", "CIM_CLPCapabilities"}, serviceCapabilities},
     {&elementCapabilities, {dhcpEndpoint, "CIM_DHCPCapabilities"}},
+    {&elementCapabilities, {textService, textCapabilities}},
+    {&elementCapabilities, {kvmService, kvmCapabilities}},
+    {&elementCapabilities, {mediaService, "CIM_MediaRedirectionCapabilities"}},
+    {&elementCapabilities, {usbService, "CIM_USBRedirectionCapabilities"}},
 
     {&installedOs, {host, operatingSystem}, same("Name", "CSName"), isPrimary},
     {&runningOs, {runningSystem, host}, same("CSName", "Name")},
@@ -254,6 +277,12 @@ constexpr Row table[] = {
      related("InstanceID", "ElementName", serviceRunsJob)},
     {&owningJobElement, {"CIM_Watchdog", jobs("Watchdog_")}},
     {&owningJobElement, {operatingSystem, jobs("OperatingSystem_")}},
+    {&owningJobElement, {textService, "CIM_ConcreteJob"}, related("Name", "ElementName", serviceRunsJob)},
+    {&owningJobElement, {kvmAccessPoint, "CIM_ConcreteJob"}, related("Name", "ElementName", serviceRunsJob)},
+    {&owningJobElement,
+     {mediaAccessPoint, "CIM_ConcreteJob"},
+     related("Name", "ElementName", serviceRunsJob)},
+    {&owningJobElement, {usbAccessPoint, "CIM_ConcreteJob"}, related("Name", "ElementName", serviceRunsJob)},
 
     {&affectedJobElement, {host, jobs("Host_")}},
     {&affectedJobElement, {host, jobs("Host ")}},
@@ -272,6 +301,16 @@ constexpr Row table[] = {
      related("InstanceID", "ElementName", serviceRunsJob)},
     {&affectedJobElement, {"CIM_BootConfigSetting", jobs("SetBootConfigRole")}},
     {&affectedJobElement, {"CIM_Watchdog", jobs("Watchdog_")}},
+    {&affectedJobElement, {textService, "CIM_ConcreteJob"}, related("Name", "ElementName", serviceRunsJob)},
+    {&affectedJobElement,
+     {kvmAccessPoint, "CIM_ConcreteJob"},
+     related("Name", "ElementName", serviceRunsJob)},
+    {&affectedJobElement,
+     {mediaAccessPoint, "CIM_ConcreteJob"},
+     related("Name", "ElementName", serviceRunsJob)},
+    {&affectedJobElement,
+     {usbAccessPoint, "CIM_ConcreteJob"},
+     related("Name", "ElementName", serviceRunsJob)},
 
     {&hostedAccessPoint, {processor, "CIM_LANEndpoint"}, onSystem},
     {&hostedAccessPoint, {processor, ipEndpoint}, onSystem},
@@ -288,11 +327,29 @@ constexpr Row table[] = {
     {&serviceAccessBySap,
      {"CIM_ProtocolService", tcpEndpoint},
      related("OtherProtocol", "Name", serviceListensAt)},
+    {&hostedAccessPoint, {processor, textAccessPoint}, onSystem},
+    {&hostedAccessPoint, {processor, kvmAccessPoint}, onSystem},
+    {&hostedAccessPoint, {processor, mediaAccessPoint}, onSystem},
+    {&hostedAccessPoint, {processor, usbAccessPoint}, onSystem},
+    {&serviceAccessBySap, {textService, textAccessPoint}},
+    {&serviceAccessBySap, {kvmService, kvmAccessPoint}},
+    {&serviceAccessBySap, {mediaService, mediaAccessPoint}},
+    {&serviceAccessBySap, {usbService, usbAccessPoint}},
+    {&serviceAccessBySap, {"CIM_ProtocolService", kvmAccessPoint}, switching},
+    {&serviceAccessBySap, {"CIM_ProtocolService", mediaAccessPoint}, switching},
+    {&serviceAccessBySap, {"CIM_ProtocolService", usbAccessPoint}, switching},
+    {&sapAvailableForElement, {textAccessPoint, host}},
+    {&sapAvailableForElement, {kvmAccessPoint, host}},
+    {&sapAvailableForElement, {mediaAccessPoint, host}},
+    {&sapAvailableForElement, {usbAccessPoint, host}},
     {&deviceSapImplementation,
      {"CIM_EthernetPort", "CIM_LANEndpoint"},
      related("DeviceID", "Name", portHasLanEndpoint)},
     {&bindsTo, {"CIM_LANEndpoint", ipEndpoint}, related("Name", "Name", lanEndpointCarriesIp)},
     {&bindsTo, {ipEndpoint, tcpEndpoint}},
+    {&bindsTo, {tcpEndpoint, kvmAccessPoint}, listening},
+    {&bindsTo, {tcpEndpoint, mediaAccessPoint}, listening},
+    {&bindsTo, {tcpEndpoint, usbAccessPoint}, listening},
     {&bindsTo, {sshPorts, "CIM_SSHProtocolEndpoint"}},
     {&bindsTo, {telnetPorts, "CIM_TelnetProtocolEndpoint"}},
     {&bindsTo, {ipEndpoint, dhcpEndpoint}, onSameAddress},
@@ -344,6 +401,8 @@ constexpr Row table[] = {
     {&elementConformsToProfile, {profile(simpleIdentityManagement), "CIM_AccountManagementService"}},
     {&elementConformsToProfile, {profile(roleBasedAuthorization), roleService}},
     {&elementConformsToProfile, {profile(softwareInventory), "CIM_SoftwareIdentity"}},
+    {&elementConformsToProfile, {profile(textConsoleRedirection), textService}},
+    {&elementConformsToProfile, {profile(kvmRedirection), kvmService}},
     {&referencedProfile, {profileClass, profileClass}, related("InstanceID", "InstanceID", isReferencedBy)},
 };
 
@@ -365,6 +424,7 @@ constexpr const AssociationClass* classes[] = {&systemComponent,
                                                &hostedAccessPoint,
                                                &serviceAccessBySap,
                                                &providesEndpoint,
+                                               &sapAvailableForElement,
                                                &serviceAffectsElement,
                                                &serviceAvailableToElement,
                                                &associatedPowerManagementService,

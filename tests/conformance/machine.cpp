@@ -23,7 +23,8 @@ constexpr char model[] = R"({
     "systemInfo": {"firmwareVersion": "1.02", "osName": "Linux"},
     "users": [{"id": 2, "name": "root", "email": "root@example.org"}, {"id": 3, "name": "operator", "privilege": "operator"}],
     "services": [{"name": "web", "port": 80}, {"name": "ssh", "securePort": 22, "activeSessions": 1},
-                 {"name": "telnet", "port": 23, "activeSessions": 1}],
+                 {"name": "telnet", "port": 23, "activeSessions": 1},
+                 {"name": "kvm", "port": 5900}, {"name": "cd-media"}, {"name": "fd-media"}],
     "chassis": {"softOffDelay": 0, "cycleInterval": 0},
     "watchdog": {"use": "os", "action": "hard-reset", "interval": 6000, "endsAt": 4102444800000},
     "sensors": [
@@ -40,6 +41,8 @@ constexpr char model[] = R"({
               "ipv6": {"advertised": {"address": "2001:db8::a"}}},
              {"channel": 2, "name": "eth1", "mac": "02:00:5e:10:20:31",
               "ipv4": {"source": "dhcp", "lease": {"address": "198.51.100.7", "netmask": "255.255.255.0"}}}],
+    "sol": {"channels": [{"channel": 1}, {"channel": 2, "enabled": false}], "capacity": 2,
+            "active": [{"instance": 2, "session": 4711}]},
     "alertDestinations": [{"channel": 1, "selector": 1, "kind": "e-mail", "user": 2},
                           {"channel": 1, "selector": 2, "kind": "trap", "ipv4": "192.0.2.9"}],
     "mail": {"servers": [{"channel": 1, "enabled": true, "ipv4": "192.0.2.1"}]},

@@ -102,8 +102,10 @@ std::string read(const fs::path& path) {
 } // namespace
 
 IpmiSim::IpmiSim(const std::vector<SimSensor>& sensors, std::string chassisControl,
-                 const std::string& moreCommands)
-    : directory_(makeDirectory()), chassisControl_(std::move(chassisControl)) {
+                 const std::string& moreCommands, std::string moreConfiguration)
+    : directory_(makeDirectory()),
+      chassisControl_(std::move(chassisControl)),
+      moreConfiguration_(std::move(moreConfiguration)) {
     fs::create_directory(directory_ / "state");
     write(directory_ / "commands", simCommands(sensors) + moreCommands);
     for (int i = 0; i < portsTried; ++i)
@@ -124,7 +126,7 @@ bool IpmiSim::start() {
     port_ = freePort();
     const std::string lan = directory_ / "lan.conf", commands = directory_ / "commands",
                       state = directory_ / "state", log = directory_ / "log";
-    write(lan, lanConfiguration(port_, chassisControl_));
+    write(lan, lanConfiguration(port_, chassisControl_) + moreConfiguration_);
     // Without -p every change of the event log would write the whole of it to a file.
     const char* const arguments[] = {"ipmi_sim",       "-n", "-p",          "-c",   lan.c_str(), "-f",
                                      commands.c_str(), "-s", state.c_str(), nullptr};

@@ -13,9 +13,10 @@ class IpmiSim {
 public:
     // Starts the simulator and waits until it answers. Throws std::runtime_error with its log when it does
     // not. `chassisControl` is the command that stands for the chassis: "get power" and "set power 1" are put
-    // behind it; without one the simulator has none. `moreCommands` of ipmi_sim(1) end its set-up.
+    // behind it; without one the simulator has none. `moreCommands` of ipmi_sim(1) end its set-up, and
+    // `moreConfiguration` is of ipmi_lan(5).
     explicit IpmiSim(const std::vector<SimSensor>& sensors, std::string chassisControl = {},
-                     const std::string& moreCommands = {});
+                     const std::string& moreCommands = {}, std::string moreConfiguration = {});
     ~IpmiSim();
     IpmiSim(const IpmiSim&) = delete;
     IpmiSim& operator=(const IpmiSim&) = delete;
@@ -37,6 +38,7 @@ private:
 
     std::filesystem::path directory_;
     std::string chassisControl_;
+    std::string moreConfiguration_;
     std::uint16_t port_ = 0;
     pid_t process_ = -1;
 };

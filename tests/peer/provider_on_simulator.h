@@ -12,8 +12,9 @@
 
 class ProviderOnSimulator : public SysrootFixture {
 protected:
-    explicit ProviderOnSimulator(const std::string& moreCommands = {})
-        : bmc(ph_test::thresholdSensors(1), sysroot.place("/chassis").string(), moreCommands) {
+    explicit ProviderOnSimulator(const std::string& moreCommands = {}, std::string moreConfiguration = {})
+        : bmc(ph_test::thresholdSensors(1), sysroot.place("/chassis").string(), moreCommands,
+              std::move(moreConfiguration)) {
         storeSession(bmc.settings());
         // Associations look the library up there.
         std::filesystem::create_symlink(paths::library, sysroot.place("/usr/local/lib/libProviderHelper.so"));

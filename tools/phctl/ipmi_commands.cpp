@@ -39,6 +39,8 @@ constexpr Row commands[] = {
     {"set-user-name", ipmi::command::setUserName},
     {"get-user-name", ipmi::command::getUserName},
     {"set-user-password", ipmi::command::setUserPassword},
+    {"get-payload-activation-status", ipmi::command::getPayloadActivationStatus},
+    {"get-payload-instance-info", ipmi::command::getPayloadInstanceInfo},
     {"set-system-info", ipmi::command::setSystemInfo},
     {"get-system-info", ipmi::command::getSystemInfo},
     {"get-fru-inventory-area-info", ipmi::command::getFruInventoryAreaInfo},
@@ -59,6 +61,8 @@ constexpr Row commands[] = {
     {"set-sel-time-utc-offset", ipmi::command::setSelTimeUtcOffset},
     {"set-lan-configuration", ipmi::command::setLanConfiguration},
     {"get-lan-configuration", ipmi::command::getLanConfiguration},
+    {"set-sol-configuration", ipmi::command::setSolConfiguration},
+    {"get-sol-configuration", ipmi::command::getSolConfiguration},
 };
 
 std::vector<std::string> names() {

@@ -24,6 +24,7 @@
 #include "virtual-bmc/lan/dns.h"
 #include "virtual-bmc/lan/interfaces.h"
 #include "virtual-bmc/lan/lans.h"
+#include "virtual-bmc/lan/sol.h"
 #include "virtual-bmc/message_log.h"
 #include "virtual-bmc/pef/alert_destinations.h"
 #include "virtual-bmc/pef/mail.h"
@@ -38,9 +39,9 @@
 
 namespace vbmc {
 
-using Parts =
-    std::tuple<Device, Users, Sessions, Sensors, Frus, SdrRepository, Chassis, Watchdog, BootOptions, Sel,
-               Services, Lans, Interfaces, Dns, AlertDestinations, Mail, Pef, SystemInfo, Faults, MessageLog>;
+using Parts = std::tuple<Device, Users, Sessions, Sensors, Frus, SdrRepository, Chassis, Watchdog,
+                         BootOptions, Sel, Services, Lans, Interfaces, Dns, AlertDestinations, Mail, Pef,
+                         SystemInfo, Sol, Faults, MessageLog>;
 
 // Files beside the state file that hold the bulk of a part, by what follows its name; a new machine begins
 // without them. They are read and written within transactions.

@@ -160,6 +160,28 @@ namespace EncryptionAlgorithm { // CIM_SSHProtocolEndpoint
 enum : std::uint16_t { Unknown = 0, Other = 1, Des = 2, TripleDes = 3, Rc4 = 4, Idea = 5 };
 }
 
+namespace RedirectionServiceType { // CIM_RedirectionService
+enum : std::uint16_t { Text = 2, Kvm = 3, Usb = 4, Media = 5 };
+}
+namespace SharingMode { // CIM_RedirectionService
+enum : std::uint16_t { Unknown = 0, Exclusive = 2, Shared = 3 };
+}
+namespace TextFlowType { // CIM_TextRedirectionSAP
+enum : std::uint16_t { CharacterStream = 2 };
+}
+namespace KVMProtocol { // CIM_KVMRedirectionSAP
+enum : std::uint16_t { Unknown = 0 };
+}
+namespace ConnectionMode { // CIM_MediaRedirectionSAP, CIM_USBRedirectionSAP
+enum : std::uint16_t { Listen = 2 };
+}
+namespace DevicesSupported { // CIM_MediaRedirectionCapabilities
+enum : std::uint16_t { CdRomDrive = 2, DiskDrive = 3, DisketteDrive = 4 };
+}
+namespace SAPCapabilitiesSupported { // CIM_USBRedirectionCapabilities
+enum : std::uint16_t { PreConfigured = 2 };
+}
+
 namespace RemovalConditions { // CIM_PhysicalPackage
 enum : std::uint16_t { Unknown = 0, RemovableWhenOff = 3, RemovableWhenOnOrOff = 4 };
 }

@@ -177,6 +177,67 @@ void getService(Probe& probe) {
     }
 }
 
+// ---- Serial over LAN
+
+void getSolConfig(Probe& probe) {
+    for (const auto& lan : probe.lans()) {
+        Out<CIM_SOLConfig> config("the configuration");
+        if (auto call = probe.call<decltype(CIM_GetSOLConfig)>(lan.words, probe.session(), lan.channel,
+                                                               config, probe.timeout())) {
+            call.expect(config->isSupported <= 1 && config->isEnabled <= 1 && config->forcesEncryption <= 1 &&
+                            config->forcesAuthentication <= 1,
+                        "a field is neither 0 nor 1");
+            call.expect(config->privilege <= 5, "privilege is above 5");
+        }
+    }
+}
+
+// Writes what it reads.
+void setSolEnable(Probe& probe) {
+    bool isThere = false;
+    for (const auto& lan : probe.lans()) {
+        CIM_SOLConfig before{};
+        CIM_SOLConfig after{};
+        const auto read = [&](CIM_SOLConfig& config) {
+            probe.use<decltype(CIM_GetSOLConfig)>("CIM_GetSOLConfig", probe.session(), lan.channel, &config,
+                                                  probe.timeout());
+        };
+        read(before);
+        if (before.isSupported == 0)
+            continue;
+        isThere = true;
+        if (auto call = probe.call<decltype(CIM_SetSOLEnable)>(
+                lan.words + ", as it is", probe.session(), lan.channel, before.isEnabled, probe.timeout())) {
+            read(after);
+            call.expect(after.isEnabled == before.isEnabled, "what it writes is not read");
+        }
+    }
+    if (!isThere)
+        throw NotPossible("the BMC has no SOL");
+}
+
+void getSolActivation(Probe& probe) {
+    Out<CIM_SOLActivation> activation("the activation");
+    if (auto call =
+            probe.call<decltype(CIM_GetSOLActivation)>("", probe.session(), activation, probe.timeout())) {
+        call.expect(activation->capacity <= CIM_MAX_SOL_INSTANCES, "capacity is above 15");
+        call.expect(activation->isSupported == (activation->capacity > 0), "capacity is 0, or should be");
+        call.expect(activation->active >> activation->capacity == 0,
+                    "an instance beyond the capacity is active");
+    }
+}
+
+void getSolInstance(Probe& probe) {
+    CIM_SOLActivation activation{};
+    probe.use<decltype(CIM_GetSOLActivation)>("CIM_GetSOLActivation", probe.session(), &activation,
+                                              probe.timeout());
+    if (activation.isSupported == 0)
+        throw NotPossible("the BMC does not tell how often SOL can be active");
+    Out<CIM_SOLInstance> instance("the instance");
+    probe.call<decltype(CIM_GetSOLInstance)>("instance 1", probe.session(), std::uint8_t{1}, instance,
+                                             probe.timeout());
+}
+
 // ---- Mail
 
 void getMailDestination(Probe& probe) {
@@ -253,6 +314,10 @@ constexpr Row users[] = {
     {"CIM_SetPEFEntry", setFilter, true},
     {"CIM_GetServiceConf", getService},
     {"CIM_SetServiceConf", nullptr, true, "it may end sessions of the service"},
+    {"CIM_GetSOLConfig", getSolConfig},
+    {"CIM_SetSOLEnable", setSolEnable, true},
+    {"CIM_GetSOLActivation", getSolActivation},
+    {"CIM_GetSOLInstance", getSolInstance},
 };
 constexpr Row mail[] = {
     {"CIM_TRZGetEmailDest", getMailDestination},

@@ -1,0 +1,284 @@
+#include "virtual-bmc/lan/sol.h"
+
+#include "ipmi/lan_configuration.h"
+#include "ipmi/sol_configuration.h"
+#include "virtual-bmc/state/json_fields.h"
+#include "virtual-bmc/state/state.h"
+
+#include <algorithm>
+#include <string>
+
+namespace vbmc {
+namespace {
+
+namespace completion = ipmi::completion;
+namespace parameter = ipmi::sol::parameter;
+namespace sol = ipmi::sol;
+
+constexpr Choice privileges[] = {{2, "user"}, {3, "operator"}, {4, "administrator"}, {5, "oem"}};
+constexpr Choice bitRates[] = {{sol::bitRateOfSerial, "serial"}, {sol::bitRate9600, "9600"},
+                               {sol::bitRate19200, "19200"},     {sol::bitRate38400, "38400"},
+                               {sol::bitRate57600, "57600"},     {sol::bitRate115200, "115200"}};
+constexpr std::uint8_t userLevel = 2, administratorLevel = 4; // of a session
+
+// A parameter of a channel (table 26-5): a row of a table. One without `set` is read-only.
+struct Parameter {
+    std::uint8_t number;
+    std::size_t leastRequest; // bytes for `set`; a shorter one is answered with C7h
+    void (*get)(const SolChannel& channel, ipmi::Writer& answer);
+    std::uint8_t (*set)(SolChannel& channel, ipmi::Reader request);
+};
+
+// Writes take effect at once, so that a commit changes nothing more.
+std::uint8_t setProgress(SolChannel& channel, ipmi::Reader request) {
+    switch (request.u8() & 0x03) {
+    case sol::setComplete:
+        channel.isSetInProgress = false;
+        return completion::success;
+    case sol::setStarted:
+        if (channel.isSetInProgress)
+            return sol::setInProgressAlready;
+        channel.isSetInProgress = true;
+        return completion::success;
+    case sol::commitWrite:
+        return completion::success;
+    default:
+        return completion::invalidDataField;
+    }
+}
+
+void getAuthentication(const SolChannel& channel, ipmi::Writer& answer) {
+    answer.u8(static_cast<std::uint8_t>(channel.privilege |
+                                        (channel.forcesEncryption ? sol::forcesEncryption : 0) |
+                                        (channel.forcesAuthentication ? sol::forcesAuthentication : 0)));
+}
+
+std::uint8_t setAuthentication(SolChannel& channel, ipmi::Reader request) {
+    const std::uint8_t bits = request.u8();
+    const std::uint8_t privilege = bits & sol::privilegeMask;
+    if (nameOf(privileges, privilege) == nullptr)
+        return completion::invalidDataField;
+    channel.privilege = privilege;
+    channel.forcesEncryption = (bits & sol::forcesEncryption) != 0;
+    channel.forcesAuthentication = (bits & sol::forcesAuthentication) != 0;
+    return completion::success;
+}
+
+std::uint8_t setAccumulation(SolChannel& channel, ipmi::Reader request) {
+    const std::uint8_t interval = request.u8();
+    if (interval == 0) // reserved
+        return completion::invalidDataField;
+    channel.accumulateInterval = interval;
+    channel.sendThreshold = request.u8();
+    return completion::success;
+}
+
+std::uint8_t setRetry(SolChannel& channel, ipmi::Reader request) {
+    channel.retryCount = request.u8() & 0x07;
+    channel.retryInterval = request.u8();
+    return completion::success;
+}
+
+template <auto Member>
+std::uint8_t setBitRate(SolChannel& channel, ipmi::Reader request) {
+    const std::uint8_t code = request.u8() & sol::bitRateMask;
+    if (nameOf(bitRates, code) == nullptr)
+        return completion::invalidDataField;
+    channel.*Member = code;
+    return completion::success;
+}
+
+std::uint8_t setPort(SolChannel& channel, ipmi::Reader request) {
+    const std::uint16_t port = request.u16();
+    if (port == 0)
+        return completion::invalidDataField;
+    channel.port = port;
+    return completion::success;
+}
+
+constexpr Parameter parameters[] = {
+    {parameter::setInProgress, 1,
+     [](const SolChannel& channel, ipmi::Writer& answer) {
+         answer.u8(channel.isSetInProgress ? sol::setStarted : sol::setComplete);
+     },
+     setProgress},
+    {parameter::enable, 1,
+     [](const SolChannel& channel, ipmi::Writer& answer) { answer.u8(channel.isEnabled); },
+     [](SolChannel& channel, ipmi::Reader request) {
+         channel.isEnabled = (request.u8() & sol::isEnabled) != 0;
+         return completion::success;
+     }},
+    {parameter::authentication, 1, getAuthentication, setAuthentication},
+    {parameter::accumulation, 2,
+     [](const SolChannel& channel, ipmi::Writer& answer) {
+         answer.u8(channel.accumulateInterval).u8(channel.sendThreshold);
+     },
+     setAccumulation},
+    {parameter::retry, 2,
+     [](const SolChannel& channel, ipmi::Writer& answer) {
+         answer.u8(channel.retryCount).u8(channel.retryInterval);
+     },
+     setRetry},
+    {parameter::nonVolatileBitRate, 1,
+     [](const SolChannel& channel, ipmi::Writer& answer) { answer.u8(channel.nonVolatileBitRate); },
+     setBitRate<&SolChannel::nonVolatileBitRate>},
+    {parameter::volatileBitRate, 1,
+     [](const SolChannel& channel, ipmi::Writer& answer) { answer.u8(channel.bitRate); },
+     setBitRate<&SolChannel::bitRate>},
+    {parameter::payloadChannel, 1,
+     [](const SolChannel& channel, ipmi::Writer& answer) { answer.u8(channel.channel); }, nullptr},
+    {parameter::payloadPort, 2,
+     [](const SolChannel& channel, ipmi::Writer& answer) { answer.u16(channel.port); }, setPort},
+};
+
+const Parameter* findParameter(std::uint8_t number) {
+    const auto* const found = std::ranges::find(parameters, number, &Parameter::number);
+    return found != std::end(parameters) ? found : nullptr;
+}
+
+std::uint8_t getParameters(State& state, ipmi::Reader request, ipmi::Writer& answer) {
+    constexpr std::uint8_t revisionOnly = 0x80;
+    const std::uint8_t channel = request.u8();
+    const Parameter* const parameter = findParameter(request.u8());
+    const auto& sol = state.get<Sol>();
+    const SolChannel* const found = sol.find(channel & 0x0F);
+    if (sol.channels.empty())
+        return completion::invalidCommand;
+    if (found == nullptr)
+        return completion::invalidDataField;
+    if (parameter == nullptr)
+        return sol::parameterNotSupported;
+    answer.u8(sol::parameterRevision);
+    if ((channel & revisionOnly) == 0)
+        parameter->get(*found, answer);
+    return completion::success;
+}
+
+std::uint8_t setParameters(State& state, ipmi::Reader request, ipmi::Writer&) {
+    const std::uint8_t channel = request.u8() & 0x0F;
+    const Parameter* const parameter = findParameter(request.u8());
+    auto& channels = state.edit<Sol>().channels;
+    const auto found = std::ranges::find(channels, channel, &SolChannel::channel);
+    if (channels.empty())
+        return completion::invalidCommand;
+    if (found == channels.end())
+        return completion::invalidDataField;
+    if (parameter == nullptr)
+        return sol::parameterNotSupported;
+    if (parameter->set == nullptr)
+        return sol::parameterIsReadOnly;
+    if (request.left() < parameter->leastRequest)
+        return completion::requestLengthInvalid;
+    return parameter->set(*found, request);
+}
+
+std::uint8_t getActivation(State& state, ipmi::Reader request, ipmi::Writer& answer) {
+    const auto& sol = state.get<Sol>();
+    if (sol.channels.empty())
+        return completion::invalidCommand;
+    if (request.u8() != sol::payloadType)
+        return completion::invalidDataField;
+    std::uint16_t active = 0;
+    for (const SolInstance& each : sol.active)
+        active = static_cast<std::uint16_t>(active | 1U << (each.instance - 1));
+    answer.u8(sol.capacity).u16(active);
+    return completion::success;
+}
+
+std::uint8_t getInstance(State& state, ipmi::Reader request, ipmi::Writer& answer) {
+    constexpr std::size_t reserved = 7; // of what is told of SOL
+    const auto& sol = state.get<Sol>();
+    if (sol.channels.empty())
+        return completion::invalidCommand;
+    if (request.u8() != sol::payloadType)
+        return completion::invalidDataField;
+    const std::uint8_t number = request.u8();
+    if (number == 0 || number > sol.capacity)
+        return completion::parameterOutOfRange;
+    const SolInstance* const instance = sol.findInstance(number);
+    answer.u32(instance != nullptr ? instance->session : 0);
+    answer.u8(instance != nullptr ? instance->serialPort : 0).fill(reserved, 0);
+    return completion::success;
+}
+
+constexpr Command commandTable[] = {
+    {ipmi::command::setSolConfiguration, 2, setParameters, administratorLevel},
+    {ipmi::command::getSolConfiguration, 4, getParameters, userLevel},
+    {ipmi::command::getPayloadActivationStatus, 1, getActivation, userLevel},
+    {ipmi::command::getPayloadInstanceInfo, 2, getInstance, userLevel},
+};
+
+} // namespace
+
+void SolChannel::fields(Fields& fields) {
+    fields.required("channel", channel);
+    fields("enabled", isEnabled);
+    fields.choice("privilege", privilege, privileges);
+    fields("encryption", forcesEncryption);
+    fields("authentication", forcesAuthentication);
+    fields.number("accumulateInterval", accumulateInterval, 1, 0xFF);
+    fields("sendThreshold", sendThreshold);
+    fields.number("retryCount", retryCount, 0, 7);
+    fields("retryInterval", retryInterval);
+    fields.choice("nonVolatileBitRate", nonVolatileBitRate, bitRates);
+    fields.choice("bitRate", bitRate, bitRates);
+    fields.number("port", port, 1, 0xFFFF);
+    fields("setInProgress", isSetInProgress);
+}
+
+void SolInstance::fields(Fields& fields) {
+    fields.number("instance", instance, 1, sol::mostInstances);
+    fields.required("session", session);
+    fields("serialPort", serialPort);
+}
+
+void Sol::fields(Fields& fields) {
+    fields("channels", channels);
+    fields.number("capacity", capacity, 1, sol::mostInstances);
+    fields("active", active);
+}
+
+std::span<const Command> Sol::commands() {
+    return commandTable;
+}
+
+void Sol::check(const Place& place) const {
+    for (const SolChannel& each : channels)
+        if (each.channel < 1 || each.channel > ipmi::channel::last || find(each.channel) != &each)
+            fail(Place{&place, "channels"}, "channels are 1 to 11, and each stands there once");
+    for (const SolInstance& each : active)
+        if (each.instance > capacity || findInstance(each.instance) != &each)
+            fail(Place{&place, "active"}, "instances are 1 to the capacity, and each stands there once");
+}
+
+Json Sol::describe(const State&) const {
+    if (channels.empty())
+        return {};
+    Json rows = Json::array();
+    for (const SolChannel& channel : channels) {
+        Json row = Json::object();
+        row["channel"] = channel.channel;
+        row["enabled"] = channel.isEnabled;
+        row["privilege"] = nameOf(privileges, channel.privilege);
+        row["encryption"] = channel.forcesEncryption;
+        row["authentication"] = channel.forcesAuthentication;
+        row["bitRate"] = nameOf(bitRates, channel.bitRate);
+        row["port"] = channel.port;
+        row["active"] = active.size();
+        row["capacity"] = capacity;
+        rows.push_back(std::move(row));
+    }
+    return rows;
+}
+
+const SolChannel* Sol::find(std::uint8_t channel) const {
+    const auto found = std::ranges::find(channels, channel, &SolChannel::channel);
+    return found != channels.end() ? &*found : nullptr;
+}
+
+const SolInstance* Sol::findInstance(std::uint8_t instance) const {
+    const auto found = std::ranges::find(active, instance, &SolInstance::instance);
+    return found != active.end() ? &*found : nullptr;
+}
+
+} // namespace vbmc

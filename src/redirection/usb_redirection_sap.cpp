@@ -1,0 +1,21 @@
+// CIM_USBRedirectionSAP: where each drive is redirected from that the host finds at its USB.
+#include "redirection/service_access_point.h"
+
+constexpr const char* const g_USBRedirectionSAPKeyList[4] = {
+    ph::redirection::elementKeys[0], ph::redirection::elementKeys[1], ph::redirection::elementKeys[2],
+    ph::redirection::elementKeys[3]};
+
+namespace {
+
+constexpr ph::redirection::AccessPointClass accessPointClass{ph::redirection::usbAccessPointClass,
+                                                             PH_Fill_USBRedirectionSAP};
+constexpr auto definition = ph::redirection::define<accessPointClass>(
+    g_USBRedirectionSAPKeyList, ph::redirection::driveAccessPointProperties);
+
+} // namespace
+
+PH_EXPORT_CLASS_FAMILY(USBRedirectionSAP, RedirectionSAPRecord, definition)
+
+int PH_Fill_USBRedirectionSAP(IPMI20_SESSION_T* session, RedirectionSAPRecord* record) {
+    return ph::redirection::fillDrive(accessPointClass.name, session, *record);
+}
