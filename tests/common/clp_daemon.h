@@ -10,7 +10,7 @@ struct ClpDaemon {
     std::vector<StoredJobRow> jobs;
     std::vector<CLPSessionRow> sessions;
     CLPOptions options{}; // of new sessions
-    bool takesOptions = true;
+    bool tellsOptions = true, takesOptions = true;
 };
 // The test program's; its packet library is opened by it and finds it there.
 extern "C" __attribute__((visibility("default"))) ClpDaemon clpDaemon;

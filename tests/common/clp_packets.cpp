@@ -52,7 +52,7 @@ int SMP_Frame_Sessions_Req(CLPSessionRow** sessions, int* count) {
 
 int SMP_Frame_Options_Req(CLPOptions* options) {
     *options = clpDaemon.options;
-    return clpDaemon.answers ? 0 : -1;
+    return clpDaemon.answers && clpDaemon.tellsOptions ? 0 : -1;
 }
 
 int SMP_Frame_SetOptions_Req(const CLPOptions* options) {

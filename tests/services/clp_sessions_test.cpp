@@ -76,6 +76,10 @@ TEST_F(ClpSessions, beginAsTheSettingsSay) {
         EXPECT_THAT(change(name, value),
                     Refuses(CMPI_RC_ERR_INVALID_PARAMETER, std::string(name) + " Parameter is Invalid"));
     EXPECT_EQ(change("CurrentDefaultTarget", text("/")).code, CMPI_RC_ERR_INVALID_PARAMETER);
+    clpDaemon.tellsOptions = false;
+    EXPECT_EQ(change("KeepTime", number(1)).message, "The daemon refuses the settings")
+        << "the others would be lost";
+    clpDaemon.tellsOptions = true;
     clpDaemon.takesOptions = false;
     EXPECT_EQ(change("KeepTime", number(1)).message, "The daemon refuses the settings");
     EXPECT_EQ(std::memcmp(&clpDaemon.options, &expected, sizeof expected), 0);
