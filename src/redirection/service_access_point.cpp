@@ -58,15 +58,17 @@ int fillDrive(const char* className, IPMI20_SESSION_T* session, RedirectionSAPRe
 }
 
 MethodAnswer changeAccessPoint(MethodCall& call) {
+    const char* const name = call.key(nameKey);
+    if (name == nullptr)
+        return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "Key Value Missing");
     std::uint16_t state = 0;
     const auto requested = argument(call.request.in, "RequestedState");
     if (!requested || GetUINT16Value(*requested, &state) != 0)
         return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "RequestedState Parameter is Invalid");
     if (state != RequestedState::Enabled && state != RequestedState::Disabled)
         return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "The access point has no such state");
-    const char* const name = call.key(nameKey);
-    const char* service =
-        nullptr; // the keys were found to be those of an instance, and names tell classes apart
+    // The keys were found to be those of an instance of the class, and no two classes share a name.
+    const char* service = nullptr;
     for (const AccessPointRow& row : accessPointRows())
         if (std::strcmp(row.name, name) == 0)
             service = row.service;

@@ -57,13 +57,15 @@ bool enable(std::uint8_t channel, bool isEnabled) {
 
 ph::MethodAnswer changeState(ph::MethodCall& call) {
     using namespace ph::RequestedState;
+    const char* const name = call.key(ph::redirection::nameKey);
+    if (name == nullptr)
+        return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "Key Value Missing");
     std::uint16_t state = 0;
     const auto requested = ph::argument(call.request.in, "RequestedState");
     if (!requested || GetUINT16Value(*requested, &state) != 0)
         return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "RequestedState Parameter is Invalid");
     if (state != Enabled && state != Disabled)
         return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "The service has no such state");
-    const char* const name = call.key(ph::redirection::nameKey);
     char jobName[64];
     ph::TextWriter(jobName).text(name).text("_").text(ph::requestStateChange);
     return call.report(jobName, [&] { return enable(channelOf(name), state == Enabled); });
