@@ -1,6 +1,6 @@
 #include "roles/privilege_levels.h"
 
-#include "roles/role_values.h"
+#include "Utility/values/dmtf_values.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 // CIM_Role: one for each privilege level of IPMI.
 #include "provider_helper/roles.h"
 #include "roles/role_records.h"
-#include "roles/role_values.h"
 #include "Utility/engine/class_family.h"
+#include "Utility/values/dmtf_values.h"
 #include "Utility/values/record_fields.h"
 
 constexpr const char* const g_RoleKeyList[2] = {"CreationClassName", "Name"};

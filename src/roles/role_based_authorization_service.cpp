@@ -40,9 +40,11 @@ int enumerate(ph::RecordArray<Record>& services, ph::Detail) {
     return 0;
 }
 
+constexpr ph::MethodValue notSupported{1};
+
 // The levels of IPMI are what they are.
 ph::MethodAnswer refuse(ph::MethodCall&) {
-    return ph::MethodValue{1};
+    return notSupported;
 }
 
 constexpr const char* elementClass = "CIM_ManagedElement";

@@ -1,8 +1,8 @@
 // CIM_RoleBasedManagementCapabilities: what the role based authorization service can do.
 #include "provider_helper/roles.h"
 #include "roles/privilege_levels.h"
-#include "roles/role_values.h"
 #include "Utility/engine/class_family.h"
+#include "Utility/values/dmtf_values.h"
 #include "Utility/values/record_fields.h"
 
 constexpr const char* const g_RoleBasedManagementCapabilitiesKeyList[1] = {"InstanceID"};

@@ -3,6 +3,8 @@
 // ipmitool.
 #include "provider_on_simulator.h"
 
+#include <algorithm>
+#include <cctype>
 #include <sstream>
 
 namespace {
@@ -46,8 +48,8 @@ protected:
         }
     }
 
-    // "<slot> <name> <may send messages>" of each user, as ipmitool prints them.
-    std::vector<std::string> ipmitoolUsers() const {
+    // "<slot> <name> <field>" of each user, as ipmitool prints them.
+    std::vector<std::string> ipmitoolUsers(std::size_t field = mayMessage) const {
         std::istringstream lines(ipmitool("-c user list 1"));
         std::vector<std::string> users;
         for (std::string line; std::getline(lines, line);) {
@@ -57,10 +59,11 @@ protected:
                 fields.push_back(cell);
             if (fields.size() >= 6 && (fields[0] == "1" || !fields[1].empty()))
                 users.push_back(fields[0] + " " + (fields[0] == "1" ? "anonymous" : fields[1]) + " " +
-                                fields[4]);
+                                fields[field]);
         }
         return users;
     }
+    static constexpr std::size_t mayMessage = 4, privilegeLimit = 5;
     // The same of each account. The simulator's users are enabled but for those that a test disables.
     std::vector<std::string> accountUsers() {
         std::vector<std::string> users;
@@ -69,6 +72,35 @@ protected:
                             textOf(instance, "UserID") +
                             (textOf(instance, "EnabledState") == "2" ? " true" : " false"));
         return users;
+    }
+    // The same of each identity, with its role in capitals.
+    std::vector<std::string> identityRoles() {
+        std::vector<std::string> users;
+        for (const auto& identity : list(path("CIM_Identity"))) {
+            std::string role = "NO ACCESS";
+            for (const auto& each : broker
+                                        .associators(identity.path, {.assocClass = "CIM_MemberOfCollection",
+                                                                    .resultClass = "CIM_Role"})
+                                        .instances)
+                std::ranges::transform(role = textOf(each, "Name"), role.begin(), ::toupper);
+            const std::string id = textOf(identity, "InstanceID");
+            users.push_back(id.substr(id.rfind('-') + 1) + " " + textOf(identity, "ElementName") + " " +
+                            role);
+        }
+        return users;
+    }
+    // "" or what is wrong.
+    std::string assign(int slot, const std::vector<std::string>& names) {
+        broker::Value::Array roles;
+        for (const std::string& name : names)
+            roles.push_back(
+                reference(path("CIM_Role", {{"CreationClassName", text("CIM_Role")}, {"Name", text(name)}})));
+        const auto identity =
+            path("CIM_Identity", {{"InstanceID", text("Identity:IPMI User-" + std::to_string(slot))}});
+        return broker
+            .invokeMethod(only("CIM_RoleBasedAuthorizationService").path, "AssignRoles",
+                          {{"Identity", reference(identity)}, {"Roles", arrayOf(CMPI_ref, roles)}})
+            .message;
     }
 };
 
@@ -79,6 +111,20 @@ TEST_F(PeerAccounts, areTheUsersThatIpmitoolLists) {
     const auto users = ipmitoolUsers();
     EXPECT_THAT(users, testing::Contains("4 eva true"));
     EXPECT_EQ(accountUsers(), users);
+}
+
+TEST_F(PeerAccounts, haveTheRolesThatIpmitoolListsAsLimits) {
+    EXPECT_EQ(identityRoles(), ipmitoolUsers(privilegeLimit));
+    EXPECT_EQ(create("IPMI User-4", "eva", "word"), "");
+    for (const auto& [role, limit] :
+         {std::pair{"operator", "OPERATOR"}, {"callback", "CALLBACK"}, {"administrator", "ADMINISTRATOR"}}) {
+        EXPECT_EQ(assign(4, {role}), "");
+        EXPECT_THAT(ipmitoolUsers(privilegeLimit), testing::Contains(std::string("4 eva ") + limit));
+    }
+    EXPECT_EQ(identityRoles(), ipmitoolUsers(privilegeLimit));
+    EXPECT_EQ(assign(4, {}), "");
+    EXPECT_THAT(ipmitoolUsers(privilegeLimit), testing::Contains("4 eva NO ACCESS"));
+    EXPECT_EQ(identityRoles(), ipmitoolUsers(privilegeLimit));
 }
 
 TEST_F(PeerAccounts, passwordsOpenSessions) {

@@ -208,5 +208,14 @@ enum : std::uint16_t { Ascii = 2 };
 namespace AccountOperations { // CIM_AccountManagementCapabilities
 enum : std::uint16_t { Create = 2, Modify = 3, Delete = 4 };
 }
+namespace RoleCharacteristics { // CIM_Role
+enum : std::uint16_t { Static = 2 };
+}
+namespace Activities { // CIM_Privilege
+enum : std::uint16_t { Other = 1, Create = 2, Delete = 3, Detect = 4, Read = 5, Write = 6, Execute = 7 };
+}
+namespace RoleMethods { // CIM_RoleBasedManagementCapabilities.SupportedMethods
+enum : std::uint16_t { ShowAccess = 1, AssignRoles = 6, ShowRoles = 7 };
+}
 
 } // namespace ph
