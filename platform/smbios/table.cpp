@@ -84,22 +84,19 @@ Place placeOfTable(Bytes bytes) {
 // Takes the strings behind the formatted part off, with the two zeros that end them. Returns nothing where they
 // have no end.
 std::optional<std::vector<Bytes>> takeStrings(Bytes& left) {
+    constexpr std::uint8_t end[] = {0, 0};
+    const auto found = std::ranges::search(left, end);
+    if (found.empty())
+        return std::nullopt;
+    Bytes text(left.begin(), found.begin());
+    left = left.subspan(text.size() + std::size(end));
     std::vector<Bytes> strings;
-    if (left.size() >= 2 && left[0] == 0 && left[1] == 0) { // there are none
-        left = left.subspan(2);
-        return strings;
+    while (!text.empty()) {
+        const auto length = static_cast<std::size_t>(std::ranges::find(text, 0) - text.begin());
+        strings.push_back(text.first(length));
+        text = text.subspan(std::min(length + 1, text.size()));
     }
-    for (;;) {
-        const auto end = std::ranges::find(left, 0);
-        if (end == left.end())
-            return std::nullopt;
-        const auto length = static_cast<std::size_t>(end - left.begin());
-        const Bytes string = left.first(length);
-        left = left.subspan(length + 1);
-        if (length == 0)
-            return strings;
-        strings.push_back(string);
-    }
+    return strings;
 }
 
 std::string hexadecimal(unsigned number) {
@@ -141,7 +138,7 @@ Table::Table(std::vector<std::uint8_t> bytes) : bytes_(std::move(bytes)) {
     const Place place = placeOfTable(bytes_);
     walk(Bytes(bytes_).subspan(place.begin, place.size), place.structures);
     if (structures_.empty())
-        throw NoTable(problems_.empty() ? "it has no structures" : problems_.front().reason);
+        throw NoTable("it has no structures" + (problems_.empty() ? "" : ": " + problems_.front().reason));
 }
 
 void Table::walk(Bytes table, std::optional<std::size_t> count) {

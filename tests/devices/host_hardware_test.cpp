@@ -91,7 +91,7 @@ TEST_F(HostHardware, hasItsMemory) {
                 ElementsAre("Memory System Memory 1 35433480192 TRUE 3 Single-bit ECC"));
     EXPECT_THAT(states(memory), ElementsAre("Memory 3 2 5 {2}"));
     bmc().setStates("DIMM 2", 0x42); // uncorrectable error
-    EXPECT_THAT(states(memory), ElementsAre("Memory 10 2 20 {6}"));
+    EXPECT_THAT(states(memory), ElementsAre("Memory 10 2 25 {6}"));
     bmc().setAvailability("DIMM 2", vbmc::Availability::Unreadable);
     EXPECT_THAT(states(memory), ElementsAre("Memory 2 5 0 {0}"));
 
@@ -108,8 +108,8 @@ TEST_F(HostHardware, hasItsSlotsAndPorts) {
     EXPECT_THAT(
         rows(slots, {"Tag", "Description", "ConnectorLayout", "MaxLinkWidth", "MaxDataWidth",
                      "SupportsHotPlug", "Number"}),
-        ElementsAre("Processor Socket 1:CPU1 processor socket with 3.1:CPU1 1 <none> <none> FALSE <none>",
-                    "Processor Socket 2:CPU2 processor socket with 3.2:CPU2 1 <none> <none> FALSE <none>",
+        ElementsAre("Processor Socket 1:CPU1 processor socket with 3.1 1 <none> <none> FALSE <none>",
+                    "Processor Socket 2:CPU2 processor socket with 3.2 1 <none> <none> FALSE <none>",
                     "Processor Socket 3:CPU3 processor socket, empty 1 <none> <none> FALSE <none>",
                     "Memory Socket 1:DIMM 1 memory socket with 32.1:DIMM 1 1 <none> <none> FALSE <none>",
                     "Memory Socket 2:DIMM 2 memory socket with 32.2:DIMM 2 1 <none> <none> FALSE <none>",

@@ -120,10 +120,9 @@ TEST_F(SyncHardware, findsPartsAsTheBmcNamesThem) {
     sync(table);
 
     EXPECT_THAT(remarks(), IsEmpty());
-    EXPECT_THAT(packages(),
-                ElementsAre("32.7.3:DIMM B||Own", "11.2.4:PCIe 1|Card Maker|", "7.1.0|Board Maker|B-SERIAL",
-                            "3.1:CPU 2|Maker|SN5", "23.1|Box Maker|", "3.2:CPU 1|Maker|SN4", "32.1:DIMM A||",
-                            "11.0:Slot 2:It_s _new_||"));
+    EXPECT_THAT(packages(), ElementsAre("7.1.0|Board Maker|B-SERIAL", "32.7.3:DIMM B||Own",
+                                        "11.2.4:PCIe 1|Card Maker|", "3.1:CPU 2|Maker|SN5", "23.1|Box Maker|",
+                                        "3.2:CPU 1|Maker|SN4", "32.1:DIMM A||", "11.0:Slot 2:It_s _new_||"));
     EXPECT_THAT(processors(), ElementsAre("2 0/0", "1 0/0"));
     EXPECT_THAT(modules(), ElementsAre("1 2048", "7 4096"));
     EXPECT_THAT(connectors(),

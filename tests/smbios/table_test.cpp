@@ -59,8 +59,8 @@ TEST(SmbiosTable, isRefusedWhenItIsNone) {
         }
     };
     const SmbiosBuilder builder = twoStructures();
-    EXPECT_EQ(refusal({}), "it has no structures");
-    EXPECT_THAT(refusal({'h', 'e', 'l', 'l', 'o'}), HasSubstr("cut short"));
+    EXPECT_THAT(refusal({}), HasSubstr("no structures"));
+    EXPECT_THAT(refusal({'h', 'e', 'l', 'l', 'o'}), HasSubstr("no structures: it is cut short"));
     EXPECT_THAT(refusal(Bytes(smbios::largestTable + 1)), HasSubstr("more than"));
     for (const Bytes& whole : {builder.version2(), builder.version3()}) {
         Bytes changed = whole;

@@ -196,6 +196,7 @@ private:
             std::string content;
             if (processor.isInstalled) {
                 PackageRow& package = findOrAdd(processorEntity, instances[i], processor.socket);
+                fillBlank(package.name, processor.socket);
                 fillBlanks(package, processor.identity);
                 content = package.tag;
                 addProcessor(processor, instances[i]);
@@ -252,6 +253,7 @@ private:
             std::string content;
             if (device.isInstalled) {
                 PackageRow& package = findOrAdd(memoryEntity, instances[i], device.socket);
+                fillBlank(package.name, device.socket);
                 fillBlanks(package, device.identity);
                 content = package.tag;
                 addModule(device, instances[i]);

@@ -20,6 +20,7 @@ bool hasOemCommands(const DeviceRecord& controller) {
 
 // Returns nothing from a BMC that has no table of its host.
 std::vector<std::uint8_t> readBmcTable(ipmi::Transport& bmc, const Progress& progress) {
+    constexpr std::size_t mostBytes = 256 * 1024; // in 4,096 messages
     std::vector<std::uint8_t> table;
     std::size_t size = 0;
     do {
@@ -31,16 +32,17 @@ std::vector<std::uint8_t> readBmcTable(ipmi::Transport& bmc, const Progress& pro
         auto reader = answer->reader();
         const std::uint32_t total = reader.u32();
         answer->verify(reader);
-        if (total > smbios::largestTable)
+        if (total > mostBytes)
             throw smbios::NoTable("it has " + std::to_string(total) + " bytes");
         if (!table.empty() && total != size)
             throw smbios::NoTable("it was changed while it was read");
         size = total;
-        const auto part = reader.bytes(std::min(reader.left(), size - table.size()));
-        if (part.empty() && size > 0)
+        const auto part = reader.rest();
+        if (part.size() != std::min<std::size_t>(ipmi::oem::smbiosPart, size - table.size()))
             throw smbios::NoTable("the BMC does not return all of it");
         table.insert(table.end(), part.begin(), part.end());
-        progress(table.size(), size);
+        if (size > 0)
+            progress(table.size(), size);
     } while (table.size() < size);
     return table;
 }
