@@ -103,7 +103,8 @@ TEST_F(PeerSmbios, ofTheSampleServer) {
     for (std::size_t size = 1; table.size() < size;) {
         std::uint8_t request[5];
         ipmi::Writer(request).u32(static_cast<std::uint32_t>(table.size())).u8(200);
-        auto reader = ipmi::run(*bmc, ipmi::oem::readSmbiosTable, request).reader();
+        const auto answer = ipmi::run(*bmc, ipmi::oem::readSmbiosTable, request);
+        auto reader = answer.reader();
         size = reader.u32();
         const auto part = reader.rest();
         ASSERT_FALSE(part.empty());
