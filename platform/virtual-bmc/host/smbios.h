@@ -56,7 +56,7 @@ struct SmbiosSlot {
     std::uint16_t number = 0;
     bool isHotPluggable = false;
     std::uint16_t segment = 0;
-    std::uint8_t bus = 0xFF, device = 31, function = 7; // as they are without one
+    std::uint8_t bus = 0xFF, device = 0, function = 0; // FFh: it has no address
 
     void fields(Fields& fields);
 };

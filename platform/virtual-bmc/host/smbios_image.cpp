@@ -157,7 +157,9 @@ void write(TableWriter& table, std::size_t index, const SmbiosSlot& slot) {
     constexpr std::uint8_t longSlot = 4, provides33V = 0x04, powerManagement = 0x01, hotPlug = 0x02;
     table.begin(9, 0x0900 + index).text(slot.name).u8(slot.type).u8(slot.width).u8(slot.usage).u8(longSlot);
     table.u16(slot.number).u8(provides33V).u8(powerManagement | (slot.isHotPluggable ? hotPlug : 0));
-    table.u16(slot.segment).u8(slot.bus).u8(address(slot.device, slot.function));
+    const bool hasAddress = slot.bus != 0xFF;
+    table.u16(hasAddress ? slot.segment : 0xFFFFU).u8(slot.bus);
+    table.u8(hasAddress ? address(slot.device, slot.function) : 0xFFU);
 }
 
 // 7.17
