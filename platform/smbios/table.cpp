@@ -85,10 +85,10 @@ Place placeOfTable(Bytes bytes) {
 // have no end.
 std::optional<std::vector<Bytes>> takeStrings(Bytes& left) {
     constexpr std::uint8_t end[] = {0, 0};
-    const auto found = std::ranges::search(left, end);
-    if (found.empty())
+    const auto found = std::search(left.begin(), left.end(), std::begin(end), std::end(end));
+    if (found == left.end())
         return std::nullopt;
-    Bytes text(left.begin(), found.begin());
+    Bytes text = left.first(static_cast<std::size_t>(found - left.begin()));
     left = left.subspan(text.size() + std::size(end));
     std::vector<Bytes> strings;
     while (!text.empty()) {

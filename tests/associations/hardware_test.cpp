@@ -78,7 +78,7 @@ TEST_F(Hardware, leadsToItsPartsAndSensors) {
         for (const auto& each : partners(source, "CIM_AssociatedSensor", "CIM_Sensor", "DeviceID"))
             names.push_back(each.substr(each.find(':') + 1));
         std::ranges::sort(names);
-        names.erase(std::ranges::unique(names).begin(), names.end());
+        names.erase(std::unique(names.begin(), names.end()), names.end());
         return names;
     };
     EXPECT_THAT(sensorsOf(second),
