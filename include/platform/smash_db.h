@@ -12,6 +12,7 @@
 
 #include "platform/smash_db_devices.h"
 #include "platform/smash_db_handle.h"
+#include "platform/smash_db_hardware.h"
 #include "platform/smash_db_indications.h"
 #include "platform/smash_db_inventory.h"
 #include "platform/smash_db_jobs.h"

@@ -1,5 +1,6 @@
-/* Fans, power supplies and their redundancy. A fan or a supply is an IPMI entity that sensors watch; the database
- * says which there are (EntityDeviceRow), and the sensors whether they are installed and how they do. */
+/* Fans, power supplies and their redundancy; processors, memory and PCI devices of the host. A fan, a supply or a processor is an
+ * IPMI entity that sensors watch; the database says which there are (EntityDeviceRow), and the sensors whether they are
+ * installed and how they do. */
 #ifndef PROVIDER_HELPER_DEVICES_H
 #define PROVIDER_HELPER_DEVICES_H
 
@@ -59,6 +60,80 @@ PH_DECLARE_CLASS_FAMILY(PowerSupply, PowerSupplyRecord);
 PH_EXPORT int PH_Fill_PowerSupply(const EntityDeviceRow* row, const PowerSupplyInfoRow* info,
                                   PowerSupplyRecord* record);
 PH_EXPORT extern const char* const g_PowerSupplyKeyList[4];
+
+/* ---- Processors, memory and PCI devices ---------------------------------------------------------------- */
+
+/* A processor that is installed, as the host's firmware describes it (ProcessorRow). What it does not say is not published.
+ * The health is rolled up from the discrete sensors of the entity. EnabledState and Availability follow from CPUStatus as
+ * far as no sensor tells: 3 and 8 for a processor that the user or the firmware disabled. */
+typedef struct {
+    EntityDeviceRecord device;
+    char Description[128]; /* the processor in its maker's words */
+    char Role[64];
+    uint16_t Family;                 /* 1 other, 2 unknown */
+    char OtherFamilyDescription[64]; /* where Family is 1 */
+    uint16_t UpgradeMethod;          /* 2 unknown */
+    uint32_t MaxClockSpeed;          /* MHz; 0 not known */
+    uint32_t CurrentClockSpeed;      /* MHz; 0 not known */
+    uint32_t ExternalBusClockSpeed;  /* MHz; 0 not known */
+    uint16_t DataWidth;              /* bits; 0 not known */
+    uint16_t CPUStatus;              /* 0 unknown */
+    int Characteristics[8];          /* ends with a negative number */
+    uint16_t NumberOfEnabledCores;   /* 0 not known */
+} ProcessorRecord;
+
+PH_DECLARE_CLASS_FAMILY(Processor, ProcessorRecord);
+/* Fills the record as PH_Fill_Fan does; `processor` may be NULL. */
+PH_EXPORT int PH_Fill_Processor(const EntityDeviceRow* row, const ProcessorRow* processor,
+                                ProcessorRecord* record);
+PH_EXPORT extern const char* const g_ProcessorKeyList[4];
+
+/* The cores of the processors. Which of a processor's cores are disabled firmware does not tell: where some are, the state
+ * of all is unknown. */
+typedef struct {
+    char InstanceID
+        [320]; /* key; "SMBIOS:<host system name> <DeviceID of the processor>.<number, from 1 on>" */
+    char ElementName[64];
+    uint16_t EnabledState;     /* 2 enabled, 0 unknown */
+    uint16_t RequestedState;   /* 12 not applicable */
+    uint16_t HealthState;      /* 0 unknown: no sensor tells of a core */
+    int OperationalStatus[2];  /* ends with a negative number */
+    uint16_t CoreEnabledState; /* 2 enabled, 0 unknown */
+} ProcessorCoreRecord;
+
+PH_DECLARE_CLASS_FAMILY(ProcessorCore, ProcessorCoreRecord);
+PH_EXPORT extern const char* const g_ProcessorCoreKeyList[1];
+
+/* The memory of the host as a whole (MemoryRow); none where nothing is known of it. Its health is rolled up from the discrete
+ * sensors of all modules. */
+typedef struct {
+    EntityDeviceRecord device; /* DeviceID "Memory" */
+    bool Volatile;             /* true */
+    uint16_t Access;           /* 3 read and write */
+    uint64_t BlockSize;        /* 1 byte */
+    uint64_t NumberOfBlocks;
+    char ErrorMethodology[64]; /* "Multi-bit ECC"; empty: not known, not published */
+} MemoryRecord;
+
+PH_DECLARE_CLASS_FAMILY(Memory, MemoryRecord);
+/* Fills all but the first three keys and what sensors tell. Returns 0. */
+PH_EXPORT int PH_Fill_Memory(const MemoryRow* row, MemoryRecord* record);
+PH_EXPORT extern const char* const g_MemoryKeyList[4];
+
+/* A device on the host's PCI (PciDeviceRow). No sensor tells of it. */
+typedef struct {
+    EntityDeviceRecord device; /* DeviceID "PCI 0000:3b:00.0": segment, bus, device and function */
+    char Description[256];     /* what it is, and the Tag of the physical element that it is on */
+    uint8_t ClassCode;         /* 255: other, or not known; not published then */
+    uint8_t BusNumber;
+    uint8_t DeviceNumber;
+    uint8_t FunctionNumber;
+} PCIDeviceRecord;
+
+PH_DECLARE_CLASS_FAMILY(PCIDevice, PCIDeviceRecord);
+/* Fills all but the first three keys. Returns 0. */
+PH_EXPORT int PH_Fill_PCIDevice(const PciDeviceRow* row, PCIDeviceRecord* record);
+PH_EXPORT extern const char* const g_PCIDeviceKeyList[4];
 
 /* ---- Redundancy ---------------------------------------------------------------------------------------- */
 

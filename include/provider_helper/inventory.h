@@ -1,4 +1,4 @@
-/* The physical inventory: chassis, boards, chips, other packages, and what is known of them. */
+/* The physical inventory: chassis, boards, chips, memory modules, other packages, slots and ports, and what is known of them. */
 #ifndef PROVIDER_HELPER_INVENTORY_H
 #define PROVIDER_HELPER_INVENTORY_H
 
@@ -50,6 +50,52 @@ PH_DECLARE_CLASS_FAMILY(PhysicalPackage, PhysicalElementRecord);
 PH_EXPORT int PH_Fill_PhysicalPackage(const PackageRow* row, const PowerSupplyInfoRow* supply,
                                       PhysicalElementRecord* record);
 PH_EXPORT extern const char* const g_PhysicalPackageKeyList[2];
+
+/* A memory module. What neither its FRU device nor the host's firmware tells is not published. */
+typedef struct {
+    PhysicalElementRecord element;
+    uint16_t FormFactor; /* 0 unknown */
+    uint16_t MemoryType; /* 0 unknown */
+    uint16_t TotalWidth; /* bits; 0 not known */
+    uint16_t DataWidth;  /* bits; 0 not known */
+    uint64_t Capacity;   /* bytes; 0 not known */
+    char BankLabel[64];
+    uint32_t ConfiguredMemoryClockSpeed; /* as SMBIOS has it, in MT/s; 0 not known */
+    uint32_t MaxMemorySpeed;             /* likewise */
+} PhysicalMemoryRecord;
+
+PH_DECLARE_CLASS_FAMILY(PhysicalMemory, PhysicalMemoryRecord);
+/* `module` may be NULL. */
+PH_EXPORT int PH_Fill_PhysicalMemory(const PackageRow* row, const MemoryModuleRow* module,
+                                     PhysicalMemoryRecord* record);
+PH_EXPORT extern const char* const g_PhysicalMemoryKeyList[2];
+
+/* A slot, a socket of a processor or memory module, or a port (ConnectorRow). What is 0, or empty, is not known, and not
+ * published. */
+typedef struct {
+    char Tag[256];               /* key */
+    char CreationClassName[256]; /* key */
+    char ElementName[64];
+    char Description
+        [256]; /* what it is; of a slot also what is in it, by its Tag: "memory socket with 32.1:DIMM A1" */
+    uint16_t ConnectorLayout;
+    uint16_t ConnectorGender;
+    char ConnectorDescription[64];
+    bool SupportsHotPlug;  /* of a slot, as the following three */
+    uint16_t MaxDataWidth; /* bits */
+    uint16_t MaxLinkWidth;
+    uint16_t Number;
+} ConnectorRecord;
+
+/* Ports. */
+PH_DECLARE_CLASS_FAMILY(PhysicalConnector, ConnectorRecord);
+/* Fills all but the keys. Returns 0. */
+PH_EXPORT int PH_Fill_PhysicalConnector(const ConnectorRow* row, ConnectorRecord* record);
+PH_EXPORT extern const char* const g_PhysicalConnectorKeyList[2];
+
+/* Slots and sockets. PH_Fill_PhysicalConnector fills them too. */
+PH_DECLARE_CLASS_FAMILY(Slot, ConnectorRecord);
+PH_EXPORT extern const char* const g_SlotKeyList[2];
 
 /* Every physical element has its capabilities. */
 typedef struct {

@@ -38,6 +38,10 @@ inline constexpr CommandCode setMailServer{netFn::oem, 0x45};
 // Event log.
 inline constexpr CommandCode getSelPolicy{netFn::oem, 0x60};
 
+// The host.
+inline constexpr CommandCode readSmbiosTable{netFn::oem, 0x70};
+inline constexpr std::uint8_t smbiosPart = 64; // bytes to ask for: they fit the messages of any channel
+
 // Texts of the mail commands, in blocks: of an alert destination (channel, selector), of a user (user ID, 0)
 // and of a mail server (channel, 0 primary or 1 secondary).
 enum MailText : std::uint8_t {

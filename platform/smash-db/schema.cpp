@@ -2,6 +2,7 @@
 
 #include "smash-db/conversion_table.h"
 #include "smash-db/device_tables.h"
+#include "smash-db/hardware_tables.h"
 #include "smash-db/indication_tables.h"
 #include "smash-db/inventory_tables.h"
 #include "smash-db/job_tables.h"
@@ -19,13 +20,15 @@ constexpr const Table* smashTables[] = {
     &powerCapabilitiesTable, &staticIpTable,         &cimxmlFilterTable,
     &cimxmlDestinationTable, &eventMessageTable,     &entityDeviceTable,
     &entityAssociationTable, &packageTable,          &powerSupplyInfoTable,
-    &indicationServiceTable, &sensorConversionTable, &sdrRepositoryTable};
+    &indicationServiceTable, &sensorConversionTable, &sdrRepositoryTable,
+    &processorTable,         &memoryTable,           &memoryModuleTable,
+    &connectorTable,         &pciDeviceTable};
 
 constexpr const Table* temporaryTables[] = {&jobTable, &jobSequenceTable, &jobErrorTable};
 
 } // namespace
 
-constexpr Schema smashSchema{"/conf/smash.db", 5, false, smashTables};
+constexpr Schema smashSchema{"/conf/smash.db", 6, false, smashTables};
 // The name must not begin with "/tmp/smash": such files are removed when the CLP daemon is started.
 constexpr Schema temporarySchema{"/tmp/method_jobs.db", 2, true, temporaryTables};
 

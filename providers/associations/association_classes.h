@@ -35,6 +35,21 @@ inline constexpr AssociationClass realizes{
     "CIM_Dependency",
     {{"Antecedent", "CIM_PhysicalElement"}, {"Dependent", "CIM_LogicalDevice"}}};
 
+inline constexpr AssociationClass elementInConnector{
+    "CIM_ElementInConnector",
+    "CIM_Dependency",
+    {{"Antecedent", "CIM_PhysicalConnector"}, {"Dependent", "CIM_PhysicalElement"}}};
+
+inline constexpr AssociationClass concreteComponent{
+    "CIM_ConcreteComponent",
+    "CIM_Component",
+    {{"GroupComponent", "CIM_ManagedElement"}, {"PartComponent", "CIM_ManagedElement"}}};
+
+inline constexpr AssociationClass associatedProcessorMemory{
+    "CIM_AssociatedProcessorMemory",
+    "CIM_AssociatedMemory",
+    {{"Antecedent", "CIM_Memory"}, {"Dependent", "CIM_Processor"}}};
+
 inline constexpr AssociationClass associatedSensor{
     "CIM_AssociatedSensor",
     "CIM_Dependency",

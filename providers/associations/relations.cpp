@@ -94,6 +94,26 @@ bool sensorWatches(std::string_view description, std::string_view device) {
     return description.ends_with(watching);
 }
 
+bool sensorWatchesMemory(std::string_view description, std::string_view) {
+    return contains(description, " for Memory Device ") || contains(description, " for Memory Module ");
+}
+
+bool endsWithTag(std::string_view description, std::string_view tag) {
+    if (tag.empty() || !description.ends_with(tag))
+        return false;
+    description.remove_suffix(tag.size());
+    return description.ends_with(' ');
+}
+
+bool isTagAtEnd(std::string_view tag, std::string_view description) {
+    return endsWithTag(description, tag);
+}
+
+bool isCoreOf(std::string_view processor, std::string_view core) {
+    const std::string_view id = core.substr(core.rfind(' ') + 1);
+    return !processor.empty() && id.substr(0, id.rfind('.')) == processor;
+}
+
 bool listsMember(std::string_view list, std::string_view id) {
     while (!list.empty()) {
         const std::string_view first = list.substr(0, list.find(' '));

@@ -43,6 +43,13 @@ bool dhcpRunsJob(std::string_view endpoint, std::string_view job);
 
 // A description "FAN1(34.32.0):Fan for Fan 1" ends with the name of what its sensor watches.
 bool sensorWatches(std::string_view description, std::string_view device);
+// The same for whatever is a part of the memory: "DIMM A1 Temp(7.32.0):Temperature for Memory Device 1".
+bool sensorWatchesMemory(std::string_view description, std::string_view memory);
+// A description "memory socket with 32.1:DIMM A1" ends with a tag.
+bool endsWithTag(std::string_view description, std::string_view tag);
+bool isTagAtEnd(std::string_view tag, std::string_view description);
+// A core "SMBIOS:server 3.1.7" is one of the processor "3.1".
+bool isCoreOf(std::string_view processor, std::string_view core);
 // A list "29.1 29.2" has an ID.
 bool listsMember(std::string_view list, std::string_view id);
 

@@ -94,6 +94,8 @@ constexpr Meeting serviceCapabilities = related("Name", "InstanceID", hasCapabil
 
 // A sensor's description ends with the name of the entity that it watches, and a device is named so.
 constexpr Meeting watching = related("Description", "ElementName", sensorWatches);
+constexpr Meeting watchingModule = related("Description", "Description", sensorWatches);
+constexpr Meeting watchingMemory = related("Description", "ElementName", sensorWatchesMemory);
 // A redundancy set lists the DeviceIDs of its members.
 constexpr Meeting havingMember = related("VendorIdentifyingInfo", "DeviceID", listsMember);
 
@@ -110,6 +112,10 @@ constexpr Elements dhcpServers(remotePoint, "AccessContext", "6");
 
 // Tags and DeviceIDs begin with the IPMI entity.
 constexpr Meeting realizing = related("Tag", "DeviceID", realizesDevice);
+
+// A slot's description ends with the tag of what is in it, that of a PCI device with the tag of what it is on.
+constexpr Meeting holding = related("Description", "Tag", endsWithTag);
+constexpr Meeting carrying = related("Tag", "Description", isTagAtEnd);
 
 // Services and capabilities of the host and the service processor are told apart by how their names begin.
 constexpr Elements hostPowerService("CIM_PowerManagementService", "Name", "Host ");
@@ -163,6 +169,9 @@ constexpr Row table[] = {
     {&systemDevice, {host, "CIM_Sensor"}, onSystem},
     {&systemDevice, {host, "CIM_Fan"}, onSystem},
     {&systemDevice, {host, "CIM_PowerSupply"}, onSystem},
+    {&systemDevice, {host, "CIM_Processor"}, onSystem},
+    {&systemDevice, {host, "CIM_Memory"}, onSystem},
+    {&systemDevice, {host, "CIM_PCIDevice"}, onSystem},
     {&systemDevice, {host, "CIM_Watchdog"}, onSystem},
     {&systemDevice, {processor, "CIM_EthernetPort"}, onSystem},
     {&systemDevice, {processor, "CIM_PortController"}, onSystem},
@@ -171,9 +180,21 @@ constexpr Row table[] = {
     {&container, {systemChassis, "CIM_Card"}},
     {&container, {systemChassis, "CIM_Chip"}},
     {&container, {systemChassis, "CIM_PhysicalPackage"}},
+    {&container, {systemChassis, "CIM_PhysicalMemory"}},
+    {&container, {systemChassis, "CIM_Slot"}},
+    {&container, {systemChassis, "CIM_PhysicalConnector"}},
     {&computerSystemPackage, {systemChassis, host}},
     {&realizes, {"CIM_PhysicalPackage", "CIM_Fan"}, realizing},
     {&realizes, {"CIM_PhysicalPackage", "CIM_PowerSupply"}, realizing},
+    {&realizes, {"CIM_Chip", "CIM_Processor"}, realizing},
+    {&realizes, {"CIM_PhysicalMemory", "CIM_Memory"}},
+    {&realizes, {"CIM_Card", "CIM_PCIDevice"}, carrying},
+    {&elementInConnector, {"CIM_Slot", "CIM_Chip"}, holding},
+    {&elementInConnector, {"CIM_Slot", "CIM_PhysicalMemory"}, holding},
+    {&elementInConnector, {"CIM_Slot", "CIM_Card"}, holding},
+    {&elementInConnector, {"CIM_Slot", "CIM_PhysicalPackage"}, holding},
+    {&concreteComponent, {"CIM_Processor", "CIM_ProcessorCore"}, related("DeviceID", "InstanceID", isCoreOf)},
+    {&associatedProcessorMemory, {"CIM_Memory", "CIM_Processor"}},
 
     {&associatedSensor, {"CIM_NumericSensor", host}, same("SystemName", "Name")},
     {&associatedSensor, {"CIM_Sensor", host}, same("SystemName", "Name")},
@@ -181,6 +202,12 @@ constexpr Row table[] = {
     {&associatedSensor, {"CIM_Sensor", "CIM_Fan"}, watching},
     {&associatedSensor, {"CIM_NumericSensor", "CIM_PowerSupply"}, watching},
     {&associatedSensor, {"CIM_Sensor", "CIM_PowerSupply"}, watching},
+    {&associatedSensor, {"CIM_NumericSensor", "CIM_Processor"}, watching},
+    {&associatedSensor, {"CIM_Sensor", "CIM_Processor"}, watching},
+    {&associatedSensor, {"CIM_NumericSensor", "CIM_Memory"}, watchingMemory},
+    {&associatedSensor, {"CIM_Sensor", "CIM_Memory"}, watchingMemory},
+    {&associatedSensor, {"CIM_NumericSensor", "CIM_PhysicalMemory"}, watchingModule},
+    {&associatedSensor, {"CIM_Sensor", "CIM_PhysicalMemory"}, watchingModule},
 
     {&owningCollectionElement, {host, "CIM_RedundancySet"}},
     {&hostedCollection, {host, "CIM_RedundancySet"}},
@@ -236,6 +263,9 @@ constexpr Row table[] = {
     {&elementCapabilities, {"CIM_Card", "CIM_PhysicalAssetCapabilities"}, assetCapabilities},
     {&elementCapabilities, {"CIM_Chip", "CIM_PhysicalAssetCapabilities"}, assetCapabilities},
     {&elementCapabilities, {"CIM_PhysicalPackage", "CIM_PhysicalAssetCapabilities"}, assetCapabilities},
+    {&elementCapabilities, {"CIM_PhysicalMemory", "CIM_PhysicalAssetCapabilities"}, assetCapabilities},
+    {&elementCapabilities, {"CIM_Slot", "CIM_PhysicalAssetCapabilities"}, assetCapabilities},
+    {&elementCapabilities, {"CIM_PhysicalConnector", "CIM_PhysicalAssetCapabilities"}, assetCapabilities},
     {&elementCapabilities, {"CIM_BootService", "CIM_BootServiceCapabilities"}},
     {&elementCapabilities, {indicationService, "CIM_IndicationServiceCapabilities"}},
     {&elementCapabilities, {"CIM_ProtocolService", "CIM_ProtocolServiceCapabilities"}, serviceCapabilities},
@@ -390,6 +420,11 @@ constexpr Row table[] = {
     {&elementConformsToProfile, {profile(physicalAsset), "CIM_Card"}},
     {&elementConformsToProfile, {profile(physicalAsset), "CIM_Chip"}},
     {&elementConformsToProfile, {profile(physicalAsset), "CIM_PhysicalPackage"}},
+    {&elementConformsToProfile, {profile(physicalAsset), "CIM_PhysicalMemory"}},
+    {&elementConformsToProfile, {profile(physicalAsset), "CIM_Slot"}},
+    {&elementConformsToProfile, {profile(physicalAsset), "CIM_PhysicalConnector"}},
+    {&elementConformsToProfile, {profile(cpu), "CIM_Processor"}},
+    {&elementConformsToProfile, {profile(systemMemory), "CIM_Memory"}},
     {&elementConformsToProfile, {profile(recordLog), "CIM_RecordLog"}},
     {&elementConformsToProfile, {profile(ethernetPort), "CIM_EthernetPort"}},
     {&elementConformsToProfile, {profile(hostLanNetworkPort), "CIM_EthernetPort"}},
@@ -412,6 +447,9 @@ constexpr const AssociationClass* classes[] = {&systemComponent,
                                                &container,
                                                &computerSystemPackage,
                                                &realizes,
+                                               &elementInConnector,
+                                               &concreteComponent,
+                                               &associatedProcessorMemory,
                                                &associatedSensor,
                                                &hostedService,
                                                &hostedCollection,

@@ -18,15 +18,20 @@ EntityDeviceId idOf(const EntityDeviceRow& row) {
     return id;
 }
 
-void fillEntityDevice(const EntityDeviceRow& row, EntityDeviceRecord& device) {
-    copyText(device.DeviceID, idOf(row).text);
-    std::snprintf(device.ElementName, sizeof(device.ElementName), "%s %d", mappingOf(row.entityId).name,
-                  row.entityInstance);
+void fillDevice(const char* deviceId, const char* name, EntityDeviceRecord& device) {
+    copyText(device.DeviceID, deviceId);
+    copyText(device.ElementName, name);
     device.Availability = Availability::Unknown;
     device.EnabledState = EnabledState::NotApplicable;
     device.RequestedState = RequestedState::NotApplicable;
     device.HealthState = HealthState::Unknown;
     setList(device.OperationalStatus, {OperationalStatus::Unknown});
+}
+
+void fillEntityDevice(const EntityDeviceRow& row, EntityDeviceRecord& device) {
+    char name[sizeof device.ElementName];
+    std::snprintf(name, sizeof name, "%s %d", mappingOf(row.entityId).name, row.entityInstance);
+    fillDevice(idOf(row).text, name, device);
 }
 
 void DeviceReader::readTachometer(const EntityDeviceRow& row, EntityDeviceRecord& device) {

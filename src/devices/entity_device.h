@@ -1,4 +1,4 @@
-// What fans and power supplies share: their properties, and how records come from the database and from sensors.
+// What fans, power supplies and processors share: their properties, and how records come from the database and from sensors.
 #pragma once
 
 #include "provider_helper/devices.h"
@@ -28,7 +28,8 @@ struct EntityDeviceId {
 };
 EntityDeviceId idOf(const EntityDeviceRow& row);
 
-// Fills DeviceID and texts, and what is so before any sensor was read.
+// These fill DeviceID and texts, and what is so before any sensor was read.
+void fillDevice(const char* deviceId, const char* name, EntityDeviceRecord& device);
 void fillEntityDevice(const EntityDeviceRow& row, EntityDeviceRecord& device);
 
 // Reads the sensors of one request over one session.
@@ -56,6 +57,7 @@ struct EntityDeviceClass {
     const char* name;
     int (*fill)(const EntityDeviceRow& row, SMASH_DB_HANDLE database, Record& record); // which is open
     void (DeviceReader::*readHealth)(const EntityDeviceRow&, EntityDeviceRecord&);
+    void (*finish)(Record& record) = nullptr; // what follows from the state that was read
 };
 
 // Appends the devices of the class, or the one with `onlyId`. Paths need neither a session nor a reading.
@@ -86,6 +88,8 @@ int enumerateEntityDevices(const EntityDeviceClass<Record>& deviceClass, RecordA
             return -1;
         (reader.*deviceClass.readHealth)(row, device);
         reader.readState(row, device);
+        if (deviceClass.finish != nullptr)
+            deviceClass.finish(*record);
     }
     return 0;
 }

@@ -12,7 +12,7 @@ constexpr ph::Property cardProperties[] = {
 };
 constexpr auto properties = ph::joined(ph::inventory::packageElementProperties, cardProperties);
 
-constexpr ph::inventory::PhysicalClass physicalClass{
+constexpr ph::inventory::PhysicalClass<Record> physicalClass{
     "CIM_Card",
     [](const PackageRow& row, SMASH_DB_HANDLE, Record& element) { return PH_Fill_Card(&row, &element); }};
 

@@ -66,7 +66,7 @@ constexpr ph::Property chassisProperties[] = {
 };
 constexpr auto properties = ph::joined(ph::inventory::packageElementProperties, chassisProperties);
 
-constexpr ph::inventory::PhysicalClass physicalClass{
+constexpr ph::inventory::PhysicalClass<Record> physicalClass{
     "CIM_Chassis",
     [](const PackageRow& row, SMASH_DB_HANDLE, Record& element) { return PH_Fill_Chassis(&row, &element); }};
 

@@ -7,7 +7,7 @@ namespace {
 
 using ph::inventory::Record;
 
-constexpr ph::inventory::PhysicalClass physicalClass{
+constexpr ph::inventory::PhysicalClass<Record> physicalClass{
     "CIM_Chip",
     [](const PackageRow& row, SMASH_DB_HANDLE, Record& element) { return PH_Fill_Chip(&row, &element); }};
 

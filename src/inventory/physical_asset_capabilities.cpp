@@ -17,27 +17,42 @@ constexpr Property properties[] = {
     PH_PROPERTY(Record, FRUInfoSupported),
 };
 
+Record* append(ph::RecordArray<Record>& all, const char* tag) {
+    Record* capabilities = all.append();
+    if (capabilities != nullptr)
+        std::snprintf(capabilities->InstanceID, sizeof capabilities->InstanceID,
+                      "PhysicalAssetCapabilities:%s", tag);
+    return capabilities;
+}
+
 int enumerate(ph::RecordArray<Record>& all, ph::Detail detail) {
+    ph::Database database;
     ph::Rows<PackageRow> rows;
-    if (!rows.read(db_get_all_packages))
+    ph::Rows<ConnectorRow> connectors;
+    if (!database.open() || !rows.read(database.get(), db_get_all_packages) ||
+        !connectors.read(database.get(), db_get_all_connectors))
         return -1;
     for (const PackageRow& row : rows.all()) {
         if (!ph::inventory::isServed(row))
             continue;
-        Record* capabilities = all.append();
+        Record* capabilities = append(all, row.tag);
         if (capabilities == nullptr)
             return -1;
-        std::snprintf(capabilities->InstanceID, sizeof capabilities->InstanceID,
-                      "PhysicalAssetCapabilities:%s", row.tag);
         if (detail == ph::Detail::All && PH_Fill_PhysicalAssetCapabilities(&row, capabilities) != 0)
             return -1;
+    }
+    for (const ConnectorRow& row : connectors.all()) { // none has a FRU device
+        Record* capabilities = append(all, row.tag);
+        if (capabilities == nullptr)
+            return -1;
+        ph::copyText(capabilities->ElementName, row.name);
     }
     return 0;
 }
 
 constexpr ph::ClassDefinition<Record> definition{.name = "CIM_PhysicalAssetCapabilities",
                                                  .superclass = "CIM_Capabilities",
-                                                 .source = "table package",
+                                                 .source = "tables package and connector",
                                                  .keys = g_PhysicalAssetCapabilitiesKeyList,
                                                  .properties = properties,
                                                  .enumerate = enumerate};

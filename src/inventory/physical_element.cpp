@@ -14,22 +14,10 @@ namespace {
 
 ElementName entityNameOf(const PackageRow& row) {
     ElementName name;
-    std::snprintf(name.text, sizeof name.text, "%s %d", mappingOf(row.entityId).name, row.entityInstance);
+    // An element that IPMI does not know has no instance.
+    std::snprintf(name.text, sizeof name.text, row.entityInstance != 0 ? "%s %d" : "%s",
+                  mappingOf(row.entityId).name, row.entityInstance);
     return name;
-}
-
-bool isOf(const PhysicalClass& physicalClass, const PackageRow& row) {
-    return std::strcmp(mappingOf(row.entityId).physicalClass, physicalClass.name) == 0;
-}
-
-int append(const PhysicalClass& physicalClass, RecordArray<Record>& elements, const PackageRow& row,
-           SMASH_DB_HANDLE database, Detail detail) {
-    Record* element = elements.append();
-    if (element == nullptr)
-        return -1;
-    copyText(element->Tag, row.tag);
-    copyText(element->CreationClassName, physicalClass.name);
-    return detail == Detail::Names ? 0 : physicalClass.fill(row, database, *element);
 }
 
 } // namespace
@@ -40,10 +28,9 @@ DateTime manufactureDate(const Record& element) {
 }
 
 bool isServed(const PackageRow& row) {
-    const char* const served[] = {"CIM_Chassis", "CIM_Card", "CIM_Chip", "CIM_PhysicalPackage"};
-    return std::ranges::any_of(served, [&](const char* name) {
-        return std::strcmp(name, mappingOf(row.entityId).physicalClass) == 0;
-    });
+    const char* const served[] = {"CIM_Chassis", "CIM_Card", "CIM_Chip", "CIM_PhysicalMemory",
+                                  "CIM_PhysicalPackage"};
+    return std::ranges::any_of(served, [&](const char* name) { return isOf(name, row); });
 }
 
 ElementName nameOf(const PackageRow& row) {
@@ -76,26 +63,13 @@ void fillPackageType(const PackageRow& row, Record& element) {
         copyText(element.OtherPackageType, name);
 }
 
-int enumerate(const PhysicalClass& physicalClass, RecordArray<Record>& elements, Detail detail) {
-    Database database;
-    Rows<PackageRow> rows;
-    if (!database.open() || !rows.read(database.get(), db_get_all_packages))
-        return -1;
-    for (const PackageRow& row : rows.all())
-        if (isOf(physicalClass, row) && append(physicalClass, elements, row, database.get(), detail) != 0)
-            return -1;
-    return 0;
+bool isOf(const char* className, const PackageRow& row) {
+    return std::strcmp(mappingOf(row.entityId).physicalClass, className) == 0;
 }
 
-int get(const PhysicalClass& physicalClass, RecordArray<Record>& elements, CMPIString** keyValues) {
-    constexpr std::size_t tagKey = 0;
-    Database database;
-    const char* tag = CMGetCharsPtr(keyValues[tagKey], nullptr);
-    const auto row =
-        tag != nullptr && database.open() ? record(db_get_package, database.get(), tag) : nullptr;
-    return row != nullptr && isOf(physicalClass, *row)
-               ? append(physicalClass, elements, *row, database.get(), Detail::All)
-               : -1;
+void identify(const char* className, const PackageRow& row, Record& element) {
+    copyText(element.Tag, row.tag);
+    copyText(element.CreationClassName, className);
 }
 
 } // namespace ph::inventory

@@ -5,6 +5,8 @@
 #include "Utility/back-ends/back_ends.h"
 #include "Utility/engine/class_family.h"
 
+#include <cstddef>
+
 namespace ph::inventory {
 
 using Record = PhysicalElementRecord;
@@ -58,28 +60,77 @@ ElementName nameOf(const PackageRow& row);
 void fillElement(const PackageRow& row, Record& element);
 void fillPackageType(const PackageRow& row, Record& element);
 
-// A class of elements, and how its records are filled from a row; `database` is open.
+// A class of elements, and how its records are filled from a row; `database` is open. A record that has more than
+// those of all elements begins with one.
+template <class ElementRecord>
 struct PhysicalClass {
     const char* name;
-    int (*fill)(const PackageRow& row, SMASH_DB_HANDLE database, Record& element);
+    int (*fill)(const PackageRow& row, SMASH_DB_HANDLE database, ElementRecord& element);
 };
 
-int enumerate(const PhysicalClass& physicalClass, RecordArray<Record>& elements, Detail detail);
-int get(const PhysicalClass& physicalClass, RecordArray<Record>& elements, CMPIString** keyValues);
+bool isOf(const char* className, const PackageRow& row);
+// Fills the keys.
+void identify(const char* className, const PackageRow& row, Record& element);
+
+inline Record& elementOf(Record& record) {
+    return record;
+}
+template <class ElementRecord>
+Record& elementOf(ElementRecord& record) {
+    static_assert(offsetof(ElementRecord, element) == 0, "the shared properties lie where they are shared");
+    return record.element;
+}
+
+template <class ElementRecord>
+int append(const PhysicalClass<ElementRecord>& physicalClass, RecordArray<ElementRecord>& elements,
+           const PackageRow& row, SMASH_DB_HANDLE database, Detail detail) {
+    ElementRecord* element = elements.append();
+    if (element == nullptr)
+        return -1;
+    identify(physicalClass.name, row, elementOf(*element));
+    return detail == Detail::Names ? 0 : physicalClass.fill(row, database, *element);
+}
+
+template <class ElementRecord>
+int enumerate(const PhysicalClass<ElementRecord>& physicalClass, RecordArray<ElementRecord>& elements,
+              Detail detail) {
+    Database database;
+    Rows<PackageRow> rows;
+    if (!database.open() || !rows.read(database.get(), db_get_all_packages))
+        return -1;
+    for (const PackageRow& row : rows.all())
+        if (isOf(physicalClass.name, row) &&
+            append(physicalClass, elements, row, database.get(), detail) != 0)
+            return -1;
+    return 0;
+}
+
+template <class ElementRecord>
+int get(const PhysicalClass<ElementRecord>& physicalClass, RecordArray<ElementRecord>& elements,
+        CMPIString** keyValues) {
+    constexpr std::size_t tagKey = 0;
+    Database database;
+    const char* tag = CMGetCharsPtr(keyValues[tagKey], nullptr);
+    const auto row =
+        tag != nullptr && database.open() ? record(db_get_package, database.get(), tag) : nullptr;
+    return row != nullptr && isOf(physicalClass.name, *row)
+               ? append(physicalClass, elements, *row, database.get(), Detail::All)
+               : -1;
+}
 
 // Makes the definition of such a class.
-template <const PhysicalClass& physicalClass>
-constexpr ClassDefinition<Record> define(const char* superclass, const char* source,
-                                         std::span<const char* const> keys,
-                                         std::span<const Property> properties) {
+template <const auto& physicalClass, class ElementRecord = Record>
+constexpr ClassDefinition<ElementRecord> define(const char* superclass, const char* source,
+                                                std::span<const char* const> keys,
+                                                std::span<const Property> properties) {
     return {.name = physicalClass.name,
             .superclass = superclass,
             .source = source,
             .keys = keys,
             .properties = properties,
-            .enumerate = [](RecordArray<Record>& elements,
+            .enumerate = [](RecordArray<ElementRecord>& elements,
                             Detail detail) { return enumerate(physicalClass, elements, detail); },
-            .get = [](RecordArray<Record>& elements,
+            .get = [](RecordArray<ElementRecord>& elements,
                       CMPIString** keyValues) { return get(physicalClass, elements, keyValues); }};
 }
 

@@ -26,7 +26,7 @@ int fill(const PackageRow& row, SMASH_DB_HANDLE database, Record& element) {
     return PH_Fill_PhysicalPackage(&row, supply, &element);
 }
 
-constexpr ph::inventory::PhysicalClass physicalClass{"CIM_PhysicalPackage", fill};
+constexpr ph::inventory::PhysicalClass<Record> physicalClass{"CIM_PhysicalPackage", fill};
 
 constexpr auto definition = ph::inventory::define<physicalClass>(
     "CIM_PhysicalElement", "tables package and power_supply_info (FRU inventory, SDR types 10h, 11h and 12h)",

@@ -5,6 +5,7 @@
 #include "Utility/engine/guard.h"
 #include "Utility/requests/request_texts.h"
 #include "Utility/values/cmpi_ptr.h"
+#include "Utility/values/dmtf_values.h"
 
 #include <algorithm>
 #include <new>
@@ -24,6 +25,49 @@ std::vector<std::string_view> sensorsOf(const SensorRows& rows, int entityId, in
         if (sdr.entityId == entityId && sdr.entityInstance == entityInstance)
             ids.emplace_back(sdr.deviceId);
     return ids;
+}
+
+// States of processors and memory (IPMI 2.0 table 42-3, types 07h and 0Ch) that logdev_health_state_mapping has no rows
+// of, and what they mean while they are asserted.
+struct PartState {
+    std::string_view name;
+    std::uint8_t healthState;
+    std::uint8_t operationalStatus;
+};
+constexpr PartState partStates[] = {
+    {"IERR", 25, 6},
+    {"Thermal Trip", 25, 6},
+    {"FRB1/BIST failure", 25, 6},
+    {"FRB2/Hang in POST failure", 25, 6},
+    {"FRB3/Processor Startup/Initialization failure", 25, 6},
+    {"SM BIOS -Uncorrectable CPU-complex Error", 25, 6},
+    {"Processor Presence detected", 5, 2},
+    {"Processor disabled", 10, 15},
+    {"Processor Automatically Throttled", 10, 3},
+    {"Correctable ECC or other correctable memory error", 10, 3},
+    {"Uncorrectable ECC or other uncorrectable memory error", 25, 6},
+    {"Parity", 25, 6},
+    {"Memory Scrub Failed (stuck bit)", 20, 6},
+    {"Memory Device Disabled", 10, 15},
+    {"Correctable ECC or other correctable memory error logging limit reached", 10, 5},
+    {"Memory Automatically Throttled", 10, 3},
+    {"Critical Overtemperature", 25, 6},
+};
+
+// A failure that is not asserted is as good as it gets.
+void raisePartHealth(std::string_view currentState, std::uint16_t& healthState, int& operationalStatus) {
+    constexpr PartState good{"", HealthState::OK, OperationalStatus::OK};
+    const std::string_view name = currentState.substr(0, currentState.rfind(' '));
+    for (const PartState& each : partStates) {
+        if (each.name != name)
+            continue;
+        const bool isAsserted = currentState.ends_with(" Assert");
+        const PartState& state = isAsserted ? each : good;
+        if (isAsserted || each.healthState > good.healthState) {
+            healthState = std::max<std::uint16_t>(healthState, state.healthState);
+            operationalStatus = std::max<int>(operationalStatus, state.operationalStatus);
+        }
+    }
 }
 
 // Empty when the instance has no such text.
@@ -88,8 +132,9 @@ void rollUpHealth(std::span<const CompactSdr> sensors, SensorReader& reader, int
         if (PH_Fill_Sensor(&sdr, &sensor.record) != 0)
             throw std::bad_alloc();
         publishDiscrete(sensor.record, reader.read(sdr.sensorNumber));
-        if (!isUnreadable(sensor.record))
-            raiseHealth(sensor.record.CurrentState, healthState, operationalStatus);
+        if (!isUnreadable(sensor.record) &&
+            !raiseHealth(sensor.record.CurrentState, healthState, operationalStatus))
+            raisePartHealth(sensor.record.CurrentState, healthState, operationalStatus);
     }
 }
 

@@ -11,7 +11,7 @@ constexpr std::string_view eraseLine = "\r\x1B[K";
 std::string_view title(std::string_view phase) {
     constexpr std::pair<std::string_view, std::string_view> titles[] = {
         {"device", "Identification"}, {"SDR", "Sensor data records"}, {"FRU", "Inventory (FRU)"},
-        {"database", "Database"},     {"SEL", "Event log"},
+        {"SMBIOS", "SMBIOS table"},   {"database", "Database"},       {"SEL", "Event log"},
     };
     for (const auto& [name, text] : titles)
         if (name == phase)

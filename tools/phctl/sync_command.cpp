@@ -22,6 +22,7 @@ namespace {
 
 struct SyncOptions {
     BmcConnection connection;
+    std::string smbiosFile;
     bool json = false;
 };
 
@@ -29,9 +30,17 @@ nlohmann::ordered_json toJson(const smash::SyncReport& report) {
     auto remarks = nlohmann::ordered_json::array();
     for (const auto& [source, reason, isLoss] : report.remarks)
         remarks.push_back({{"source", source}, {"reason", reason}, {"dropped", isLoss}});
-    return {{"records", report.recordsRead}, {"numericSensors", report.numericSensors},
-            {"sensors", report.sensors},     {"frus", report.frus},
-            {"packages", report.packages},   {"remarks", remarks}};
+    return {{"records", report.recordsRead},
+            {"numericSensors", report.numericSensors},
+            {"sensors", report.sensors},
+            {"frus", report.frus},
+            {"packages", report.packages},
+            {"hardwareSource", report.hardwareSource},
+            {"processors", report.processors},
+            {"memoryModules", report.memoryModules},
+            {"connectors", report.connectors},
+            {"pciDevices", report.pciDevices},
+            {"remarks", remarks}};
 }
 
 void print(const smash::SyncReport& report) {
@@ -40,7 +49,15 @@ void print(const smash::SyncReport& report) {
     table.add({std::to_string(report.sensors), "CIM_Sensor"});
     table.add({std::to_string(report.frus), "FRU inventory"});
     table.add({std::to_string(report.packages), "physical packages"});
+    if (!report.hardwareSource.empty()) {
+        table.add({std::to_string(report.processors), "CIM_Processor"});
+        table.add({std::to_string(report.memoryModules), "memory modules"});
+        table.add({std::to_string(report.connectors), "slots, sockets and ports"});
+        table.add({std::to_string(report.pciDevices), "CIM_PCIDevice"});
+    }
     table.print(std::cout);
+    if (!report.hardwareSource.empty())
+        std::cout << "from the SMBIOS table of " << printable(report.hardwareSource) << ",\n";
     std::cout << "from " << report.recordsRead << " sensor data records, in " << databaseFile().string()
               << '\n';
     for (const auto& [source, reason, isLoss] : report.remarks)
@@ -80,10 +97,13 @@ int synchronise(const SyncOptions& options) {
     smash::SyncReport report;
     {
         Progress progress(std::cerr, isatty(STDERR_FILENO) != 0);
-        report = smash::sync(*bmc, [&](std::string_view phase, std::size_t step, std::size_t total) {
-            if (isForPeople)
-                progress.show(phase, step, total);
-        });
+        report = smash::sync(
+            *bmc,
+            [&](std::string_view phase, std::size_t step, std::size_t total) {
+                if (isForPeople)
+                    progress.show(phase, step, total);
+            },
+            options.smbiosFile);
     }
     if (options.json)
         printJson(std::cout, toJson(report));
@@ -101,15 +121,22 @@ void addSyncOptions(CLI::App* command, Chosen& chosen) {
         "The options that name a BMC are kept in the database, for providers and later calls; without them "
         "the BMC\nthat is known is read. A damaged database is set aside, and made anew with what can be "
         "read of "
-        "it.\nStatus 1: the BMC could not be read, or the database lacks records that had to be "
+        "it.\n\nWhat the host's firmware says of processors, memory and slots comes from its SMBIOS table: "
+        "that of the "
+        "file, which is\nkept for later calls, else that of the BMC, where it has one, else the file that "
+        "was kept. A file "
+        "is Linux's\n/sys/firmware/dmi/tables/DMI of that host, or a dump with its entry point.\n\nStatus 1: "
+        "the BMC could not be read, or the database lacks records that had to be "
         "dropped.\n\nExamples:\n"
         "  phctl sync\n"
         "  phctl sync --virtual\n"
         "  phctl sync --lan 192.0.2.7 --user admin --password-file bmc.password\n"
         "  phctl sync --lan [2001:db8::7]:6230 --user admin --password-env BMC_PASSWORD "
-        "--workaround opensesspriv");
+        "--workaround opensesspriv\n"
+        "  phctl sync --smbios DMI");
     const auto options = std::make_shared<SyncOptions>();
     options->connection.addTo(*command);
+    command->add_option("--smbios", options->smbiosFile, "The host's SMBIOS table")->type_name("FILE");
     command->add_flag("--json", options->json, "Print the report as JSON");
     command->callback([&chosen, options] { chosen = [options] { return synchronise(*options); }; });
 }

@@ -97,23 +97,29 @@ bool hasVariableSpeed(const EntityDeviceRow& fan, const SdrMapping& sensors) {
 
 } // namespace
 
+EntityDeviceRow makeEntityDevice(std::uint8_t entityId, std::uint8_t entityInstance,
+                                 const SdrMapping& sensors) {
+    EntityDeviceRow device = {};
+    device.entityId = entityId;
+    device.entityInstance = entityInstance;
+    device.tachometer = device.presenceSensor = SMASH_NO_SENSOR;
+    findPresence(device, sensors);
+    return device;
+}
+
 std::vector<EntityDeviceRow> findEntityDevices(const SdrMapping& sensors) {
     std::vector<EntityDeviceRow> devices;
     const auto add = [&](const CompactSdr& sensor) {
         if (!makesDevice(sensor) ||
             std::ranges::any_of(devices, [&](const EntityDeviceRow& each) { return isOf(sensor, each); }))
             return;
-        EntityDeviceRow& device = devices.emplace_back();
-        device.entityId = sensor.entityId;
-        device.entityInstance = sensor.entityInstance;
-        device.tachometer = device.presenceSensor = SMASH_NO_SENSOR;
+        devices.push_back(makeEntityDevice(sensor.entityId, sensor.entityInstance, sensors));
     };
     for (const FullSdr& sensor : sensors.numericSensors)
         add(sensor.common);
     for (const CompactSdr& sensor : sensors.sensors)
         add(sensor);
     for (EntityDeviceRow& device : devices) {
-        findPresence(device, sensors);
         if (device.entityId == powerSupply) // the fan within it is no device of its own
             continue;
         findTachometer(device, sensors);

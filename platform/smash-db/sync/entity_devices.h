@@ -7,6 +7,10 @@
 
 namespace smash {
 
+// Makes the row of a device, with the sensor that tells whether it is installed.
+EntityDeviceRow makeEntityDevice(std::uint8_t entityId, std::uint8_t entityInstance,
+                                 const SdrMapping& sensors);
+
 // Finds the devices that have sensors; docs/sdr-mapping.md describes how.
 std::vector<EntityDeviceRow> findEntityDevices(const SdrMapping& sensors);
 

@@ -22,21 +22,7 @@ Entity entityOf(const PackageRow& row) {
 }
 
 PackageRow makeRow(Entity entity, std::optional<std::uint8_t> fruDeviceId, const std::string& name) {
-    PackageRow row = {};
-    row.entityId = entity.first;
-    row.entityInstance = entity.second;
-    row.fruDeviceId = fruDeviceId.value_or(SMASH_NO_FRU_DEVICE);
-    copyText(row.name, name);
-    std::string tag = std::to_string(row.entityId) + "." + std::to_string(row.entityInstance);
-    if (fruDeviceId)
-        tag += "." + std::to_string(*fruDeviceId);
-    if (!name.empty())
-        tag += ":" + name;
-    // The tag is a key of object paths, which quote it.
-    std::ranges::replace_if(
-        tag, [](char each) { return each == '\'' || each == '"'; }, '_');
-    copyText(row.tag, tag);
-    return row;
+    return makePackage(entity.first, entity.second, fruDeviceId, name);
 }
 
 template <std::size_t N>
@@ -224,6 +210,28 @@ private:
 };
 
 } // namespace
+
+PackageRow makePackage(std::uint8_t entityId, std::uint8_t entityInstance,
+                       std::optional<std::uint8_t> fruDeviceId, const std::string& name) {
+    PackageRow row = {};
+    row.entityId = entityId;
+    row.entityInstance = entityInstance;
+    row.fruDeviceId = fruDeviceId.value_or(SMASH_NO_FRU_DEVICE);
+    copyText(row.name, name);
+    std::string beginning = std::to_string(entityId) + "." + std::to_string(entityInstance);
+    if (fruDeviceId)
+        beginning += "." + std::to_string(*fruDeviceId);
+    copyText(row.tag, tagFrom(std::move(beginning), name));
+    return row;
+}
+
+std::string tagFrom(std::string beginning, const std::string& name) {
+    if (!name.empty())
+        beginning += ":" + name;
+    std::ranges::replace_if(
+        beginning, [](char each) { return each == '\'' || each == '"'; }, '_');
+    return beginning;
+}
 
 Packages readPackages(ipmi::Transport& bmc, const SdrMapping& records, FruDevices& devices) {
     return PackageReader(bmc, records, devices).read();

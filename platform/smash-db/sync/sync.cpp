@@ -3,6 +3,7 @@
 #include "ipmi/command.h"
 #include "smash-db/database.h"
 #include "smash-db/device_tables.h"
+#include "smash-db/hardware_tables.h"
 #include "smash-db/indication_tables.h"
 #include "smash-db/inventory_tables.h"
 #include "smash-db/package_tables.h"
@@ -10,9 +11,11 @@
 #include "smash-db/rows.h"
 #include "smash-db/sync/entity_devices.h"
 #include "smash-db/sync/fru_inventory.h"
+#include "smash-db/sync/host_hardware.h"
 #include "smash-db/sync/packages.h"
 #include "smash-db/sync/power_services.h"
 #include "smash-db/sync/sdr_mapping.h"
+#include "smash-db/sync/smbios_source.h"
 
 #include <array>
 
@@ -103,6 +106,7 @@ struct Inventory {
     SdrMapping sensors;
     std::vector<EntityDeviceRow> entityDevices;
     Packages packages;
+    HostHardware hardware;
 };
 
 void store(SQLite::Database& database, Inventory& inventory) {
@@ -119,6 +123,11 @@ void store(SQLite::Database& database, Inventory& inventory) {
     replaceAll<SensorConversionRow>(database, sensorConversionTable, inventory.sensors.conversions);
     replaceAll<EntityDeviceRow>(database, entityDeviceTable, inventory.entityDevices);
     replaceAll<EntityAssociationRow>(database, entityAssociationTable, inventory.sensors.associations);
+    replaceAll<ProcessorRow>(database, processorTable, inventory.hardware.processors);
+    replaceAll<MemoryRow>(database, memoryTable, inventory.hardware.memory);
+    replaceAll<MemoryModuleRow>(database, memoryModuleTable, inventory.hardware.memoryModules);
+    replaceAll<ConnectorRow>(database, connectorTable, inventory.hardware.connectors);
+    replaceAll<PciDeviceRow>(database, pciDeviceTable, inventory.hardware.pciDevices);
     replaceAll(database, powerServiceTable, powerServices());
     replaceAll(database, powerCapabilitiesTable, powerCapabilities());
     addIndicationService(database);
@@ -127,7 +136,7 @@ void store(SQLite::Database& database, Inventory& inventory) {
 
 } // namespace
 
-SyncReport sync(ipmi::Transport& bmc, const SyncProgress& progress) {
+SyncReport sync(ipmi::Transport& bmc, const SyncProgress& progress, const std::filesystem::path& smbiosFile) {
     const auto phase = [&](std::string_view name) {
         return [&progress, name](std::size_t done, std::size_t total) {
             if (progress)
@@ -152,6 +161,15 @@ SyncReport sync(ipmi::Transport& bmc, const SyncProgress& progress) {
     inventory.frus = readFrus(fruDevices, inventory.sensors.locators, phase("FRU"));
     inventory.packages = readPackages(bmc, inventory.sensors, fruDevices);
 
+    if (const auto table =
+            findSmbiosTable(bmc, inventory.devices[0], smbiosFile, report.remarks, phase("SMBIOS"))) {
+        const smbios::Hardware hardware = smbios::readHardware(table->table);
+        noteOtherSystem(hardware, inventory.devices[1], report.remarks);
+        inventory.hardware = mapHardware(hardware, inventory.sensors, inventory.packages,
+                                         inventory.entityDevices, report.remarks);
+        report.hardwareSource = table->source;
+    }
+
     phase("database")(0, 1);
     try {
         store(database, inventory);
@@ -165,6 +183,10 @@ SyncReport sync(ipmi::Transport& bmc, const SyncProgress& progress) {
     report.sensors = inventory.sensors.sensors.size();
     report.frus = inventory.frus.size();
     report.packages = inventory.packages.packages.size();
+    report.processors = inventory.hardware.processors.size();
+    report.memoryModules = inventory.hardware.memoryModules.size();
+    report.connectors = inventory.hardware.connectors.size();
+    report.pciDevices = inventory.hardware.pciDevices.size();
     return report;
 }
 

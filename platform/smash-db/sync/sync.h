@@ -4,6 +4,7 @@
 #include "ipmi/transport.h"
 
 #include <cstddef>
+#include <filesystem>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -26,17 +27,23 @@ struct SyncReport {
     std::size_t sensors = 0;        // rows, CIM_Sensor
     std::size_t frus = 0;           // rows
     std::size_t packages = 0;       // rows
+    std::string hardwareSource;     // of the host's SMBIOS table; empty without one
+    std::size_t processors = 0;     // rows, as the following three
+    std::size_t memoryModules = 0;
+    std::size_t connectors = 0; // slots, sockets and ports
+    std::size_t pciDevices = 0;
     std::vector<SyncRemark> remarks;
 };
 
-// `done` of `total` steps of a phase ("device", "SDR", "FRU", "database"). Called from sync's thread.
+// `done` of `total` steps of a phase ("device", "SDR", "FRU", "SMBIOS", "database"). Called from sync's thread.
 using SyncProgress = std::function<void(std::string_view phase, std::size_t done, std::size_t total)>;
 
-// Reads the BMC, then replaces the rows of devices, FRUs, packages, sensors and power services in one
-// transaction; the session row stays, and so do each device's requested state and the indication service. The
+// Reads the BMC and the host's SMBIOS table, then replaces the rows of devices, FRUs, packages, sensors, hardware and power
+// services in one transaction; the session row stays, and so do each device's requested state and the indication service. The
 // database is created when it is missing.
 // Throws a std::runtime_error (ipmi::TransportError when the BMC stopped answering) and leaves the database
-// as it was.
-SyncReport sync(ipmi::Transport& bmc, const SyncProgress& progress = {});
+// as it was. `smbiosFile` is the host's SMBIOS table (see smbios_source.h); empty: that of the BMC, or the one that was kept.
+SyncReport sync(ipmi::Transport& bmc, const SyncProgress& progress = {},
+                const std::filesystem::path& smbiosFile = {});
 
 } // namespace smash

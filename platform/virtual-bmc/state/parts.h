@@ -21,6 +21,7 @@
 #include "virtual-bmc/device/watchdog.h"
 #include "virtual-bmc/faults.h"
 #include "virtual-bmc/fru/frus.h"
+#include "virtual-bmc/host/smbios.h"
 #include "virtual-bmc/lan/dns.h"
 #include "virtual-bmc/lan/interfaces.h"
 #include "virtual-bmc/lan/lans.h"
@@ -41,7 +42,7 @@ namespace vbmc {
 
 using Parts = std::tuple<Device, Users, Sessions, Sensors, Frus, SdrRepository, Chassis, Watchdog,
                          BootOptions, Sel, Services, Lans, Interfaces, Dns, AlertDestinations, Mail, Pef,
-                         SystemInfo, Sol, Faults, MessageLog>;
+                         SystemInfo, Smbios, Sol, Faults, MessageLog>;
 
 // Files beside the state file that hold the bulk of a part, by what follows its name; a new machine begins
 // without them. They are read and written within transactions.

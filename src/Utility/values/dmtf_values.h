@@ -35,7 +35,16 @@ enum : std::uint16_t {
 };
 }
 namespace Availability { // CIM_LogicalDevice
-enum : std::uint16_t { Unknown = 2, Running = 3, Degraded = 10, NotInstalled = 11 };
+enum : std::uint16_t { Unknown = 2, Running = 3, OffLine = 8, Degraded = 10, NotInstalled = 11 };
+}
+namespace CPUStatus { // CIM_Processor
+enum : std::uint16_t { Unknown = 0, Enabled = 1, DisabledByUser = 2, DisabledByFirmware = 3, Idle = 4 };
+}
+namespace Family { // CIM_Processor
+enum : std::uint16_t { Other = 1, Unknown = 2 };
+}
+namespace UpgradeMethod { // CIM_Processor
+enum : std::uint16_t { Unknown = 2 };
 }
 namespace RedundancyStatus { // CIM_RedundancySet
 enum : std::uint16_t { Unknown = 0, FullyRedundant = 2, Degraded = 3, Lost = 4, OverallFailure = 5 };

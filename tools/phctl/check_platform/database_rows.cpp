@@ -84,21 +84,6 @@ void getEntityAssociations(Probe& probe) {
 
 // ---- Inventory
 
-// A row that is asked for by numbers, and may be none.
-template <class Row, class Function, class... Keys>
-void checkByNumbers(Probe& probe, const std::string& words, const Judge<Row>& judge, Keys... keys) {
-    Out<Row*> row("the row");
-    auto call = probe.call<Function>(words, probe.database(), keys..., row);
-    const auto owner = owned(call, row, 1);
-    if (owner == nullptr)
-        return;
-    judgeTexts(call, *owner);
-    if (judge)
-        judge(call, *owner);
-    explicit_bzero(owner.get(), sizeof(Row)); // one has a password
-    call.enter("free() of what it handed out");
-}
-
 bool isNumber(const char* text) {
     char* end = nullptr;
     static_cast<void>(std::strtol(text, &end, 0));

@@ -41,6 +41,10 @@ PH_TEXTS(IPMISessionInfo, PH_TEXT(IPMISessionInfo, address), PH_TEXT(IPMISession
          PH_TEXT(IPMISessionInfo, password), PH_TEXT(IPMISessionInfo, interfaceType),
          PH_TEXT(IPMISessionInfo, cipherSuite), PH_TEXT(IPMISessionInfo, workaroundFlags),
          PH_TEXT(IPMISessionInfo, retransmission), PH_TEXT(IPMISessionInfo, privilegeLevel))
+PH_TEXTS(ConnectorRow, PH_TEXT(ConnectorRow, tag), PH_TEXT(ConnectorRow, name),
+         PH_TEXT(ConnectorRow, connector), PH_TEXT(ConnectorRow, description))
+PH_TEXTS(PciDeviceRow, PH_TEXT(PciDeviceRow, deviceId), PH_TEXT(PciDeviceRow, name),
+         PH_TEXT(PciDeviceRow, description))
 template <>
 inline constexpr std::span<const TextField> textsOf<EntityDeviceRow>{};
 template <>

@@ -6,6 +6,7 @@ std::span<const Group> allGroups() {
     static const Group groups[] = {
         {"libphsupport.so", supportRows()},
         {"libsmashdb.so", databaseRows()},
+        {"libsmashdb.so", hardwareRows()},
         {"libsmashdb.so", settingRows()},
         {"libCIMAPIHooks.so", sessionRows()},
         {"libCIMAPIHooks.so", systemRows()},

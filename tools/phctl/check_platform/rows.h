@@ -27,6 +27,7 @@ std::span<const Group> allGroups();
 // Parts of it.
 std::span<const Row> supportRows();
 std::span<const Row> databaseRows();
+std::span<const Row> hardwareRows();
 std::span<const Row> settingRows();
 std::span<const Row> sessionRows();
 std::span<const Row> systemRows();

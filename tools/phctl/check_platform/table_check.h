@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
+#include <cstring>
 #include <functional>
 #include <malloc.h>
 #include <memory>
@@ -122,6 +123,21 @@ void checkOne(Probe& probe, const char* all, const char* opener = "db_init") {
         "a key that no row has", probe.database(opener), "phctl checks this", row);
     call.expectFailure("a key that no row has");
     owned(call, row, 1);
+}
+
+// A row that is asked for by numbers, and may be none.
+template <class Row, class Function, class... Keys>
+void checkByNumbers(Probe& probe, const std::string& words, const Judge<Row>& judge, Keys... keys) {
+    Out<Row*> row("the row");
+    auto call = probe.call<Function>(words, probe.database(), keys..., row);
+    const auto owner = owned(call, row, 1);
+    if (owner == nullptr)
+        return;
+    judgeTexts(call, *owner);
+    if (judge)
+        judge(call, *owner);
+    explicit_bzero(owner.get(), sizeof(Row)); // one has a password
+    call.enter("free() of what it handed out");
 }
 
 } // namespace phctl::check
