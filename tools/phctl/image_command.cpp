@@ -5,6 +5,7 @@
 #include "ipmi/oem_commands.h"
 #include "numbers.h"
 
+#include <algorithm>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -22,26 +23,35 @@ struct ImageOptions {
     unsigned product = ipmi::oem::product;
 };
 
+[[noreturn]] void refuseVersion(const std::string& version) {
+    throw UsageError('"' + version +
+                     "\" is no version (0.0 to 127.99, and behind another point 8 hexadecimal digits)");
+}
+
 // "2.15", or with an auxiliary revision as phctl prints it: "2.15.0007a1b2".
 firmware::ImageHead headOf(const ImageOptions& options) {
-    constexpr unsigned mostMajor = 127, mostMinor = 99;
+    constexpr std::uint8_t mostMajor = 127, mostMinor = 99;
+    const std::string_view text = options.version;
+    const std::size_t first = std::min(text.find('.'), text.size());
+    const std::size_t second = std::min(text.find('.', first + 1), text.size());
+    const auto part = [&](std::size_t begin, std::size_t end, std::uint8_t most) {
+        const auto number =
+            readNumber<std::uint8_t>(text.substr(std::min(begin, end), end - std::min(begin, end)));
+        if (number.value_or(most + 1) > most)
+            refuseVersion(options.version);
+        return number.value_or(0);
+    };
     firmware::ImageHead head;
-    const std::string& text = options.version;
-    const std::size_t first = text.find('.'), second = text.find('.', first + 1);
-    const auto major = readInteger<unsigned>(std::string_view(text).substr(0, first));
-    const auto minor =
-        first == std::string::npos
-            ? std::optional<unsigned>()
-            : readInteger<unsigned>(std::string_view(text).substr(first + 1, second - first - 1));
-    const std::string auxiliary = second != std::string::npos ? text.substr(second + 1) : "00000000";
-    const auto number = readInteger<std::uint32_t>("0x" + auxiliary);
-    if (!major || *major > mostMajor || !minor || *minor > mostMinor || !number || auxiliary.size() != 8)
-        throw UsageError('"' + text +
-                         "\" is no version (0.0 to 127.99, and behind another point 8 hexadecimal digits)");
-    head.major = static_cast<std::uint8_t>(*major);
-    head.minor = static_cast<std::uint8_t>(*minor);
-    for (std::size_t i = 0; i < head.auxiliary.size(); ++i)
-        head.auxiliary[i] = static_cast<std::uint8_t>(*number >> (24 - 8 * i));
+    head.major = part(0, first, mostMajor);
+    head.minor = part(first + 1, second, mostMinor);
+    if (second < text.size()) {
+        const std::string_view digits = text.substr(second + 1);
+        const auto number = readNumber<std::uint32_t>(digits, 16);
+        if (!number || digits.size() != 2 * head.auxiliary.size())
+            refuseVersion(options.version);
+        for (std::size_t i = 0; i < head.auxiliary.size(); ++i)
+            head.auxiliary[i] = static_cast<std::uint8_t>(number.value_or(0) >> (24 - 8 * i));
+    }
     head.manufacturerId = options.manufacturer;
     head.productId = static_cast<std::uint16_t>(options.product);
     return head;
