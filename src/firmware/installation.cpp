@@ -137,6 +137,7 @@ void carryOut(const Order& order) {
         job.fail(failure->status, failure->errorType, failure->code);
     else
         job.complete();
+    order.turn.note("");
 }
 
 void* thread(void* order) {
@@ -162,6 +163,18 @@ bool readUpdate(CIM_FirmwareUpdate& update) {
 Turn::Turn() : file_(PH_OpenSharedFile(turnFile, O_RDWR | O_CREAT)) {
     if (file_ >= 0 && flock(file_, LOCK_EX | LOCK_NB) != 0)
         close(std::exchange(file_, -1));
+    char job[64] = "";
+    if (file_ >= 0 && pread(file_, job, sizeof job - 1, 0) > 0) {
+        RunningJob(job).fail("Interrupted", ErrorType::Software, CMPI_RC_ERR_FAILED);
+        note("");
+    }
+}
+
+// On a full file system nothing is noted, and the job of a process that is killed is given up when its time is over.
+void Turn::note(const char* job) const {
+    const std::size_t length = std::strlen(job);
+    [[maybe_unused]] const bool isNoted =
+        ftruncate(file_, 0) == 0 && pwrite(file_, job, length, 0) == static_cast<ssize_t>(length);
 }
 
 Turn::~Turn() {
@@ -178,9 +191,11 @@ bool begin(Turn turn, const char* uri, const char* job, std::uint32_t largestIma
     copyText(order->uri, uri);
     copyText(order->job, job);
     pthread_t started;
+    order->turn.note(order->job);
     ++running;
     if (pthread_create(&started, nullptr, thread, order.get()) != 0) {
         --running;
+        order->turn.note("");
         return false;
     }
     (void)order.release(); // the thread's

@@ -22,6 +22,9 @@ public:
     Turn& operator=(Turn&&) = delete;
 
     explicit operator bool() const { return file_ >= 0; }
+    // Notes the job of the installation, and an empty text when it ends: whoever has the next turn finds the job
+    // of one whose process was killed, and lets it fail.
+    void note(const char* job) const;
 
 private:
     int file_;

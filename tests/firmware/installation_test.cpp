@@ -210,6 +210,18 @@ TEST_F(Installation, IsOneAtATime) {
     EXPECT_THAT(install(), Returns(4096));
 }
 
+// Its process was killed: the lock is free, and has the job still.
+TEST_F(Installation, ThatWasInterruptedFailsItsJobOnceTheNextOneBegins) {
+    char killed[64];
+    ASSERT_EQ(PH_CreateJobInstance("InstallFromURI", killed, 4, "2"), 0);
+    write("/tmp/firmware_installation.lock", killed);
+    EXPECT_EQ(jobOf(install()), Job::completed("InstallFromURI"));
+    EXPECT_EQ(lastJob(), Job::completed("InstallFromURI"));
+    const auto all = jobs.enumerate().instances;
+    EXPECT_THAT(textsOf(all, "JobStatus"), ElementsAre("Interrupted", "Completed"));
+    EXPECT_EQ(contents("/tmp/firmware_installation.lock"), "");
+}
+
 TEST_F(Installation, IsNotSupportedWithoutTheHook) {
     const auto expectNone = [&](const char* why) {
         EXPECT_THAT(install(), Returns(1)) << why;

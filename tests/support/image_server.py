@@ -64,6 +64,7 @@ def main():
     threading.Thread(target=end_with_parent, args=(os.getppid(),), daemon=True).start()
     server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Handler)
     server.daemon_threads = True
+    server.handle_error = lambda *_: None  # clients that break off
     server.file = options.file
     print("port", server.server_port, flush=True)
     server.serve_forever()
