@@ -24,7 +24,7 @@ endfunction()
 
 ph_install(library ${CMAKE_INSTALL_LIBDIR} ProviderHelper)
 ph_install(platform ${CMAKE_INSTALL_LIBDIR} phipmi phipmi-freeipmi ph_virtual_bmc CIMAPIHooks CIMTRZHooks CIMOEMHooks
-           smashdb phsupport EventLogDes smtp smtp_client interop_provider)
+           smashdb phsupport EventLogDes smtp smtp_client http_image interop_provider)
 ph_install(providers ${moduleDir} ProviderHelperProviders)
 ph_install(phctl ${CMAKE_INSTALL_BINDIR} phctl)
 ph_install(phctl ${CMAKE_INSTALL_LIBDIR}/phctl phctl-http)

@@ -188,7 +188,15 @@ CMPIInstanceMIFT instanceFunctions{CMPICurrentVersion, CMPICurrentVersion, "Prov
                                    enumInstanceNames,  enumInstances,      getInstance,      createInstance,
                                    modifyInstance,     deleteInstance,     execQuery};
 
-CMPIMethodMIFT methodFunctions{CMPICurrentVersion, CMPICurrentVersion, "ProviderHelper", cleanUp,
+// An installation of firmware is to end before its process does.
+CMPIStatus cleanUpMethods(CMPIMethodMI* mi, const CMPIContext* context, CMPIBoolean terminating) {
+    constexpr unsigned longestInstallation = 3600; // seconds
+    if (PH_WaitForInstallation(terminating != 0 ? longestInstallation : 0) != 0 && terminating == 0)
+        return {CMPI_RC_DO_NOT_UNLOAD, nullptr};
+    return cleanUp(mi, context, terminating);
+}
+
+CMPIMethodMIFT methodFunctions{CMPICurrentVersion, CMPICurrentVersion, "ProviderHelper", cleanUpMethods,
                                invokeMethod};
 
 // This happens once per process, because the library's tables are the same for every provider.

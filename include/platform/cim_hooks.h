@@ -19,6 +19,7 @@
 #include "platform/cim_boot.h"
 #include "platform/cim_chassis.h"
 #include "platform/cim_dns.h"
+#include "platform/cim_firmware.h"
 #include "platform/cim_lan.h"
 #include "platform/cim_mail.h"
 #include "platform/cim_network.h"

@@ -7,6 +7,7 @@
 #include "provider_helper/boot.h"
 #include "provider_helper/computer_system.h"
 #include "provider_helper/devices.h"
+#include "provider_helper/firmware.h"
 #include "provider_helper/indications.h"
 #include "provider_helper/inventory.h"
 #include "provider_helper/jobs.h"
@@ -21,6 +22,7 @@
 #include "provider_helper/software.h"
 #include "provider_helper/tables.h"
 #include "provider_helper/utility.h"
+#include "provider_helper/views.h"
 #include "provider_helper/watchdog.h"
 
 #endif

@@ -50,9 +50,10 @@ enum {
     PH_LARGE_BUILD_KNOWN = 8
 };
 
-/* Firmware that is installed: that of the BMC, and that of the host where the BMC knows its version. */
+/* Firmware that is installed: that of the BMC, and that of the host where the BMC knows its version. Behind them
+ * images for the BMC that the platform keeps for installation (CIM_GetStoredFirmware). */
 typedef struct {
-    char InstanceID[64]; /* key; "IPMI:BMC Firmware", "IPMI:System Firmware" */
+    char InstanceID[64]; /* key; "IPMI:BMC Firmware", "IPMI:System Firmware", "IPMI:Image <name>" */
     char ElementName[64];
     uint32_t known;
     uint16_t MajorVersion;

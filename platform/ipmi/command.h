@@ -28,6 +28,7 @@ inline constexpr std::uint8_t invalidDataField = 0xCC;
 inline constexpr std::uint8_t illegalForSensorOrRecord = 0xCD;
 inline constexpr std::uint8_t responseUnavailable = 0xCE;
 inline constexpr std::uint8_t duplicateRequest = 0xCF;
+inline constexpr std::uint8_t initializing = 0xD2;
 inline constexpr std::uint8_t insufficientPrivilege = 0xD4;
 inline constexpr std::uint8_t notInPresentState = 0xD5;
 inline constexpr std::uint8_t unspecified = 0xFF;

@@ -38,8 +38,18 @@ inline constexpr CommandCode setMailServer{netFn::oem, 0x45};
 // Event log.
 inline constexpr CommandCode getSelPolicy{netFn::oem, 0x60};
 
+// Firmware.
+inline constexpr CommandCode getFirmwareUpdate{netFn::oem, 0x70};
+inline constexpr CommandCode beginFirmwareUpdate{netFn::oem, 0x71};
+inline constexpr CommandCode writeFirmwareBlock{netFn::oem, 0x72};
+inline constexpr CommandCode finishFirmwareUpdate{netFn::oem, 0x73};
+inline constexpr CommandCode cancelFirmwareUpdate{netFn::oem, 0x74};
+
+enum FirmwareState : std::uint8_t { firmwareIdle, firmwareReceiving, firmwareActivating };
+inline constexpr std::size_t firmwareBlockSize = 200; // bytes of an image in one command, at most
+
 // The host.
-inline constexpr CommandCode readSmbiosTable{netFn::oem, 0x70};
+inline constexpr CommandCode readSmbiosTable{netFn::oem, 0x80};
 inline constexpr std::uint8_t smbiosPart = 64; // bytes to ask for: they fit the messages of any channel
 
 // Texts of the mail commands, in blocks: of an alert destination (channel, selector), of a user (user ID, 0)

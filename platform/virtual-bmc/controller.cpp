@@ -37,7 +37,9 @@ std::size_t run(State& state, int privilege, std::uint8_t netFn, std::uint8_t co
     const Command* const known = findCommand(netFn, command);
     std::uint8_t code = completion::invalidCommand;
     ipmi::Writer data(answer.subspan(1));
-    if (known != nullptr && privilege < known->leastPrivilege)
+    if (state.get<Firmware>().isRestarting() && !Firmware::answersWhileRestarting({netFn, command}))
+        code = completion::initializing;
+    else if (known != nullptr && privilege < known->leastPrivilege)
         code = completion::insufficientPrivilege;
     else if (known != nullptr && request.size() < known->leastRequest)
         code = completion::requestLengthInvalid;

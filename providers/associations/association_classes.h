@@ -219,6 +219,9 @@ inline constexpr AssociationClass installedSoftwareIdentity{
     nullptr,
     {{"System", "CIM_System"}, {"InstalledSoftware", "CIM_SoftwareIdentity"}}};
 
+inline constexpr AssociationClass elementView{
+    "CIM_ElementView", "CIM_Dependency", {{"Antecedent", "CIM_ManagedElement"}, {"Dependent", "CIM_View"}}};
+
 inline constexpr AssociationClass elementConformsToProfile{
     "CIM_ElementConformsToProfile",
     nullptr,

@@ -31,10 +31,12 @@ constexpr const char* ofServiceProcessor[] = {profileRegistration,
                                               roleBasedAuthorization,
                                               softwareInventory,
                                               textConsoleRedirection,
-                                              kvmRedirection};
+                                              kvmRedirection,
+                                              softwareUpdate};
 constexpr const char* ofComponent[] = {profileRegistration};
 constexpr const char* ofDevice[] = {profileRegistration, sensors};
 constexpr const char* ofIpInterface[] = {profileRegistration, dhcpClient, dnsClient};
+constexpr const char* ofSoftwareUpdate[] = {profileRegistration, softwareInventory};
 constexpr const char* ofHostLanNetworkPort[] = {profileRegistration, ethernetPort};
 
 constexpr Profile table[] = {
@@ -60,6 +62,7 @@ constexpr Profile table[] = {
     {softwareInventory, "Software Inventory", "1.0.0", false, ofComponent},
     {textConsoleRedirection, "Text Console Redirection", "1.0.0", false, ofComponent},
     {kvmRedirection, "KVM Redirection", "1.0.0", false, ofComponent},
+    {softwareUpdate, "Software Update", "1.0.0", false, ofSoftwareUpdate},
 };
 
 Numbers isProfile(const Profile&) {

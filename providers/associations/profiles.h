@@ -32,6 +32,7 @@ inline constexpr char roleBasedAuthorization[] = "provider-helper:DSP1039";
 inline constexpr char softwareInventory[] = "provider-helper:DSP1023";
 inline constexpr char textConsoleRedirection[] = "provider-helper:DSP1024";
 inline constexpr char kvmRedirection[] = "provider-helper:DSP1076";
+inline constexpr char softwareUpdate[] = "provider-helper:DSP1025";
 
 struct Profile {
     const char* instanceId;

@@ -129,6 +129,7 @@ constexpr Elements subChassis("CIM_Chassis", "Tag", "24.");
 constexpr const char* operatingSystem = "CIM_OperatingSystem";
 constexpr Elements runningSystem(operatingSystem, "EnabledState", "2"); // enabled
 constexpr Elements processorFirmware("CIM_SoftwareIdentity", "InstanceID", "IPMI:BMC ");
+constexpr Elements keptImages("CIM_SoftwareIdentity", "InstanceID", "IPMI:Image ");
 constexpr Elements hostFirmware("CIM_SoftwareIdentity", "InstanceID", "IPMI:System ");
 constexpr const char* indicationService = "CIM_IndicationService";
 constexpr const char* tcpEndpoint = "CIM_TCPProtocolEndpoint";
@@ -152,6 +153,7 @@ constexpr Elements kvmCapabilities("CIM_RedirectionServiceCapabilities", "Instan
 // Access points are named after the service of the BMC that switches them.
 constexpr Meeting switching = related("Name", "Name", serviceHasAccessPoint);
 constexpr Meeting listening = related("Name", "Name", portIsOfAccessPoint);
+constexpr const char* installationService = "CIM_SoftwareInstallationService";
 
 // Jobs are named after the method that they run, and its class or service.
 constexpr Elements jobs(const char* prefix) {
@@ -229,6 +231,7 @@ constexpr Row table[] = {
     {&hostedService, {processor, "CIM_ProtocolService"}, onSystem},
     {&hostedService, {processor, roleService}, onSystem},
     {&hostedService, {processor, "CIM_TimeService"}, onSystem},
+    {&hostedService, {processor, installationService}, onSystem},
     {&hostedService, {processor, indicationService}, onSystem},
     {&hostedService, {processor, textService}, onSystem},
     {&hostedService, {processor, "CIM_RedirectionService"}, onSystem},
@@ -245,6 +248,9 @@ constexpr Row table[] = {
     {&serviceAffectsElement, {host, usbService}, every, manages},
 
     {&serviceAffectsElement, {processor, "CIM_TimeService"}, same("Name", "SystemName"), manages},
+    {&serviceAffectsElement, {processor, installationService}, same("Name", "SystemName"), manages},
+    {&serviceAffectsElement, {processorFirmware, installationService}, every, manages},
+    {&serviceAffectsElement, {keptImages, installationService}, every, manages},
     {&serviceAffectsElement, {"CIM_IndicationFilter", indicationService}, every, manages},
     {&serviceAffectsElement, {"CIM_ListenerDestinationCIMXML", indicationService}, every, manages},
     {&serviceAffectsElement, {"CIM_ListenerDestinationSMTP", indicationService}, every, manages},
@@ -267,6 +273,7 @@ constexpr Row table[] = {
     {&elementCapabilities, {"CIM_Slot", "CIM_PhysicalAssetCapabilities"}, assetCapabilities},
     {&elementCapabilities, {"CIM_PhysicalConnector", "CIM_PhysicalAssetCapabilities"}, assetCapabilities},
     {&elementCapabilities, {"CIM_BootService", "CIM_BootServiceCapabilities"}},
+    {&elementCapabilities, {installationService, "CIM_SoftwareInstallationServiceCapabilities"}},
     {&elementCapabilities, {indicationService, "CIM_IndicationServiceCapabilities"}},
     {&elementCapabilities, {"CIM_ProtocolService", "CIM_ProtocolServiceCapabilities"}, serviceCapabilities},
     {&elementCapabilities, {"CIM_ProtocolService", "CIM_SSHCapabilities"}, serviceCapabilities},
@@ -278,6 +285,7 @@ constexpr Row table[] = {
     {&elementCapabilities, {mediaService, "CIM_MediaRedirectionCapabilities"}},
     {&elementCapabilities, {usbService, "CIM_USBRedirectionCapabilities"}},
 
+    {&elementView, {host, "CIM_PhysicalComputerSystemView"}},
     {&installedOs, {host, operatingSystem}, same("Name", "CSName"), isPrimary},
     {&runningOs, {runningSystem, host}, same("CSName", "Name")},
     {&elementSoftwareIdentity, {processorFirmware, processor}, every, isInstalled},
@@ -302,6 +310,7 @@ constexpr Row table[] = {
     {&owningJobElement, {dhcpEndpoint, "CIM_ConcreteJob"}, related("Name", "ElementName", dhcpRunsJob)},
     {&owningJobElement, {"CIM_IPConfigurationService", jobs("ApplySettingToIPProtocolEndpoint")}},
     {&owningJobElement, {"CIM_BootService", jobs("SetBootConfigRole")}},
+    {&owningJobElement, {installationService, jobs("InstallFrom")}},
     {&owningJobElement,
      {"CIM_BootConfigSetting", "CIM_ConcreteJob"},
      related("InstanceID", "ElementName", serviceRunsJob)},
@@ -341,6 +350,7 @@ constexpr Row table[] = {
     {&affectedJobElement,
      {usbAccessPoint, "CIM_ConcreteJob"},
      related("Name", "ElementName", serviceRunsJob)},
+    {&affectedJobElement, {processor, jobs("InstallFrom")}},
 
     {&hostedAccessPoint, {processor, "CIM_LANEndpoint"}, onSystem},
     {&hostedAccessPoint, {processor, ipEndpoint}, onSystem},
@@ -438,6 +448,7 @@ constexpr Row table[] = {
     {&elementConformsToProfile, {profile(softwareInventory), "CIM_SoftwareIdentity"}},
     {&elementConformsToProfile, {profile(textConsoleRedirection), textService}},
     {&elementConformsToProfile, {profile(kvmRedirection), kvmService}},
+    {&elementConformsToProfile, {profile(softwareUpdate), installationService}},
     {&referencedProfile, {profileClass, profileClass}, related("InstanceID", "InstanceID", isReferencedBy)},
 };
 
@@ -481,6 +492,7 @@ constexpr const AssociationClass* classes[] = {&systemComponent,
                                                &runningOs,
                                                &elementSoftwareIdentity,
                                                &installedSoftwareIdentity,
+                                               &elementView,
                                                &elementConformsToProfile,
                                                &referencedProfile};
 

@@ -25,6 +25,11 @@ bool writeLogInstanceId(char* text, std::size_t size) {
     return true;
 }
 
+bool eraseLog() {
+    IpmiSession session;
+    return session.open() && CIM_ClearSEL(session.get(), hookTimeout) == 0;
+}
+
 } // namespace ph
 
 namespace {
@@ -83,13 +88,8 @@ bool namesThisLog(CMPIString* const* keyValues) {
            std::string_view(instanceId).ends_with(" SEL Log");
 }
 
-bool eraseLog() {
-    ph::IpmiSession session;
-    return session.open() && CIM_ClearSEL(session.get(), ph::hookTimeout) == 0;
-}
-
 ph::MethodAnswer clearLog(ph::MethodCall& call) {
-    return call.report("RecordLog_ClearLog", eraseLog);
+    return call.report("RecordLog_ClearLog", ph::eraseLog);
 }
 
 constexpr ph::Parameter clearLogParameters[] = {

@@ -63,6 +63,23 @@ const Source* findSource(const char* instanceId) {
     return find(sources(), instanceId);
 }
 
+const Source* findSourceByString(const char* structuredBootString) {
+    const auto* const found = std::ranges::find_if(sourceTable, [&](const Source& source) {
+        return source.structuredBootString != nullptr && structuredBootString != nullptr &&
+               std::strcmp(source.structuredBootString, structuredBootString) == 0;
+    });
+    return found != std::end(sourceTable) ? found : nullptr;
+}
+
+bool changeOrder(const Configuration& configuration, std::uint8_t device) {
+    Flags flags;
+    if (!flags.read() || !flags.areThere())
+        return false;
+    if (device != CIM_BOOT_NO_OVERRIDE)
+        return flags.set(configuration, device);
+    return !flags.isNext(configuration) || flags.clear();
+}
+
 } // namespace ph::boot
 
 int PH_GetBootChoice(PHBootChoice* choice) {

@@ -25,6 +25,7 @@ struct Source {
 };
 std::span<const Source> sources();
 const Source* findSource(const char* instanceId);
+const Source* findSourceByString(const char* structuredBootString);
 
 // The boot flags, read and changed in one session.
 class Flags {
@@ -56,6 +57,10 @@ private:
     IpmiSession session_;
     CIM_BootFlags flags_{};
 };
+
+// Sets the flags of a configuration to a device, which makes it the next one. Without a device its flags are
+// cleared, and those of the other one stay. Returns false when the BMC has no flags or does not take them.
+bool changeOrder(const Configuration& configuration, std::uint8_t device);
 
 // Appends a record of each row with `append(records, row)`, if the BMC has boot flags: 0 or -1.
 template <class Records, class Row>

@@ -56,16 +56,6 @@ const ph::boot::Source* sourceAt(const CMPIArray* array, CMPICount index) {
     return isSource ? ph::boot::findSource(ph::keyText(data.value.ref, "InstanceID")) : nullptr;
 }
 
-// Without a device the flags of the configuration are cleared, those of the other one stay.
-bool changeOrder(const Configuration& configuration, std::uint8_t device) {
-    ph::boot::Flags flags;
-    if (!flags.read() || !flags.areThere())
-        return false;
-    if (device != CIM_BOOT_NO_OVERRIDE)
-        return flags.set(configuration, device);
-    return !flags.isNext(configuration) || flags.clear();
-}
-
 MethodAnswer changeBootOrder(MethodCall& call) {
     const Configuration* configuration = ph::boot::findConfiguration(call.key(0));
     const auto argument = ph::argument(call.request.in, "Source");
@@ -84,7 +74,7 @@ MethodAnswer changeBootOrder(MethodCall& call) {
         device = source->device;
     }
     const std::string jobName = std::string(configuration->instanceId) + "_ChangeBootOrder";
-    return call.report(jobName.c_str(), [&] { return changeOrder(*configuration, device); });
+    return call.report(jobName.c_str(), [&] { return ph::boot::changeOrder(*configuration, device); });
 }
 
 constexpr ph::Method methods[] = {{.name = "ChangeBootOrder",

@@ -70,6 +70,8 @@ struct StateChange {
     void (*afterwards)(CMPIString** keyValues, std::uint16_t requestedState); // of a change that was made
 };
 MethodAnswer changeState(MethodCall& call, const StateChange& change);
+// RequestStateChange of the host, for its view too.
+MethodAnswer changeHostState(MethodCall& call);
 
 // Without its database a system does not know its name. It can be told by its class then, and restarted.
 bool isNamed(CMPIString* const* keyValues, const char* className, int (*getName)(char*));

@@ -39,15 +39,11 @@ void recordState(CMPIString** keyValues, std::uint16_t state) {
     RequestStateChangeforHost(keyValues, state);
 }
 
-ph::MethodAnswer changeState(ph::MethodCall& call) {
-    return ph::computer::changeState(call, {"Host_RequestStateChange", changeHost, recordState});
-}
-
 bool exists(CMPIString* const* keyValues) {
     return ph::computer::isNamed(keyValues, className, PH_GetHostSystemName);
 }
 
-constexpr ph::Method methods[] = {ph::computer::stateChangeMethod(changeState)};
+constexpr ph::Method methods[] = {ph::computer::stateChangeMethod(ph::computer::changeHostState)};
 
 constexpr ph::ClassDefinition<Record> definition{
     .name = className,
@@ -62,6 +58,10 @@ constexpr ph::ClassDefinition<Record> definition{
 } // namespace
 
 PH_EXPORT_CLASS_FAMILY(HostComputerSystem, Record, definition)
+
+ph::MethodAnswer ph::computer::changeHostState(MethodCall& call) {
+    return changeState(call, {"Host_RequestStateChange", changeHost, recordState});
+}
 
 int PH_Fill_HostComputerSystem(const DeviceRecord* device, Record* record, const FruRecord* fru) {
     char info[256];

@@ -1,4 +1,5 @@
 // CIM_SoftwareIdentity: the firmware of the BMC and of the host.
+#include "firmware/stored_firmware.h"
 #include "inventory/version_text.h"
 #include "provider_helper/software.h"
 #include "Utility/back-ends/back_ends.h"
@@ -6,6 +7,7 @@
 #include "Utility/values/dmtf_values.h"
 #include "Utility/values/record_fields.h"
 
+#include <algorithm>
 #include <cstdio>
 
 constexpr const char* const g_SoftwareIdentityKeyList[1] = {"InstanceID"};
@@ -43,6 +45,22 @@ Record* append(ph::RecordArray<Record>& identities, const char* name) {
     return identity;
 }
 
+// A platform that keeps no images need not have the function.
+int appendStored(ph::RecordArray<Record>& identities, ph::IpmiSession& session) {
+    CIM_StoredFirmware images[CIM_MAX_STORED_FIRMWARE] = {};
+    std::uint8_t count = 0;
+    if (CIM_GetStoredFirmware(session.get(), images, &count, ph::hookTimeout) != 0)
+        return 0;
+    for (int i = 0; i < std::min<int>(count, CIM_MAX_STORED_FIRMWARE); ++i) {
+        Record* identity = append(identities, images[i].name);
+        if (identity == nullptr || PH_Fill_SystemFirmware(images[i].version, identity) != 0)
+            return -1;
+        ph::writeStoredId(images[i], identity->InstanceID);
+        ph::setList(identity->Classifications, {ph::Classifications::Firmware});
+    }
+    return 0;
+}
+
 // The host's version is asked for first: a BMC that falls silent then fails the second question too, and is
 // not taken for one that does not know the host's version.
 int enumerate(ph::RecordArray<Record>& identities, ph::Detail /*detail*/) {
@@ -58,18 +76,21 @@ int enumerate(ph::RecordArray<Record>& identities, ph::Detail /*detail*/) {
     Record* firmware = append(identities, "BMC Firmware");
     if (firmware == nullptr || PH_Fill_BMCFirmware(&device, firmware) != 0)
         return -1;
-    if (version[0] == '\0')
-        return 0;
-    firmware = append(identities, "System Firmware");
-    return firmware != nullptr ? PH_Fill_SystemFirmware(version, firmware) : -1;
+    if (version[0] != '\0') {
+        firmware = append(identities, "System Firmware");
+        if (firmware == nullptr || PH_Fill_SystemFirmware(version, firmware) != 0)
+            return -1;
+    }
+    return appendStored(identities, session);
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = "CIM_SoftwareIdentity",
-                                                 .superclass = "CIM_LogicalElement",
-                                                 .source = "Get Device ID; Get System Info Parameters 1",
-                                                 .keys = g_SoftwareIdentityKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate};
+constexpr ph::ClassDefinition<Record> definition{
+    .name = "CIM_SoftwareIdentity",
+    .superclass = "CIM_LogicalElement",
+    .source = "Get Device ID; Get System Info Parameters 1; images that are kept",
+    .keys = g_SoftwareIdentityKeyList,
+    .properties = properties,
+    .enumerate = enumerate};
 
 constexpr unsigned fromBcd(std::uint8_t byte) {
     return (byte >> 4) * 10U + (byte & 0x0F);

@@ -1,6 +1,7 @@
 // CIM_NumericSensor: threshold sensors with a reading in numbers.
 #include "sensors/reading_conversion.h"
 #include "sensors/sensor_family.h"
+#include "Utility/values/dmtf_values.h"
 
 #include <algorithm>
 #include <cmath>
@@ -128,6 +129,39 @@ constexpr ph::ClassDefinition<Record> definition{.name = sensorClass.name,
                                                  .skip = skip};
 
 } // namespace
+
+// CurrentState tells of lower thresholds only, and of no upper one.
+std::uint16_t ph::healthByThresholds(const NumericSensorRecord& sensor) {
+    constexpr std::uint16_t minor = 15, critical = 25, nonRecoverable = 30; // DMTF HealthState
+    constexpr struct {
+        bool (*isSupported)(const Record&);
+        std::int32_t (*value)(const Record&);
+        bool isUpper;
+        std::uint16_t health;
+    } thresholds[] = {
+        {supports<lowerNonCritical>, threshold<&Record::rawLowerNonCritical>, false, minor},
+        {supports<upperNonCritical>, threshold<&Record::rawUpperNonCritical>, true, minor},
+        {supports<lowerCritical>, threshold<&Record::rawLowerCritical>, false, critical},
+        {supports<upperCritical>, threshold<&Record::rawUpperCritical>, true, critical},
+        {supports<lowerFatal>, threshold<&Record::rawLowerFatal>, false, nonRecoverable},
+        {supports<upperFatal>, threshold<&Record::rawUpperFatal>, true, nonRecoverable},
+    };
+    const std::int32_t value = threshold<&Record::rawReading>(sensor);
+    std::uint16_t health = HealthState::OK;
+    for (const auto& each : thresholds)
+        if (each.isSupported(sensor) &&
+            (each.isUpper ? value >= each.value(sensor) : value <= each.value(sensor)))
+            health = each.health;
+    return health;
+}
+
+std::int32_t ph::publishedReading(const NumericSensorRecord& sensor) {
+    return reading<&Record::rawReading>(sensor);
+}
+
+std::int32_t ph::publishedUnitModifier(const NumericSensorRecord& sensor) {
+    return unitModifier(sensor);
+}
 
 int PH_Fill_NumericSensor(const FullSdr* sdr, NumericSensorRecord* record) {
     ph::fillCommon(sdr->common, record->sensor);

@@ -42,6 +42,13 @@ inline SensorRecord& commonOf(NumericSensorRecord& record) {
 
 bool isUnreadable(const SensorRecord& sensor);
 
+// What CIM_NumericSensor publishes as CurrentReading and UnitModifier.
+std::int32_t publishedReading(const NumericSensorRecord& sensor);
+std::int32_t publishedUnitModifier(const NumericSensorRecord& sensor);
+// What its reading says of the health of what it watches, as DMTF HealthState: 5 within its thresholds, 15, 25
+// and 30 at or beyond non-critical, critical and fatal ones.
+std::uint16_t healthByThresholds(const NumericSensorRecord& sensor);
+
 // Fills what the SDR says of every sensor, except states and texts.
 void fillCommon(const CompactSdr& sdr, SensorRecord& sensor);
 

@@ -37,6 +37,7 @@ constexpr Room rooms[] = {
     {"CIM_GetSELRecords", 1, logRoom},
     {"CIM_GetUser", 2, CIM_USER_NAME_SIZE},
     {"CIM_GetSystemInfo", 2, CIM_SYSTEM_INFO_SIZE},
+    {"CIM_GetStoredFirmware", 1, CIM_MAX_STORED_FIRMWARE},
 };
 
 std::size_t roomOf(std::string_view hook, std::size_t parameter) {
@@ -110,6 +111,10 @@ void verify(Faults& faults, const CIM_WatchdogTimer& timer) {
                timer.action <= 7 && timer.interrupt <= 7,
            "a field of the timer is out of its range");
 }
+void verify(Faults& faults, const CIM_FirmwareUpdate& update) {
+    expect(faults, update.isSupported <= 1 && update.state <= CIM_FIRMWARE_FAILED && update.percent <= 100,
+           "a field of the update is out of its range");
+}
 void verify(Faults& faults, const CIM_DeviceID& device) {
     expect(faults,
            device.deviceRevision <= 15 && device.firmwareMajor <= 127 && device.hasAuxiliary <= 1 &&
@@ -138,6 +143,7 @@ constexpr Limit limits[] = {
     {"CIM_GetPEFTable", 2, 127},
     {"CIM_GetSELRecords", 2, logRoom},
     {"CIM_GetMaxNumUsers", 1, 63},
+    {"CIM_GetStoredFirmware", 2, CIM_MAX_STORED_FIRMWARE},
 };
 
 // ---- Arguments

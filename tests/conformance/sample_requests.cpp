@@ -63,7 +63,7 @@ std::vector<broker::NamedValues> argumentsOf(const broker::Broker& broker, const
                 arguments.push_back({std::string(parameter.name), {CMPI_string, std::to_string(number)}});
             } else if (parameter.type == CMPI_boolean) {
                 arguments.push_back({std::string(parameter.name), {CMPI_boolean, true}});
-            } else if (parameter.type != CMPI_dateTime) {
+            } else if (parameter.type != CMPI_dateTime && (parameter.type & CMPI_ARRAY) == 0) {
                 arguments.push_back({std::string(parameter.name), {parameter.type, std::uint64_t{number}}});
             }
         }

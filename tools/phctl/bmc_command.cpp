@@ -363,6 +363,7 @@ void addBmcOptions(CLI::App* bmc, Chosen& chosen) {
     addAlertCommands(*bmc, chosen);
     addLoginCommand(*bmc, chosen);
     addEventCommand(*bmc, chosen);
+    addImageCommand(*bmc, chosen);
 }
 
 } // namespace

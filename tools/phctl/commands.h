@@ -40,5 +40,6 @@ void addSelCommand(CLI::App& bmc, Chosen& chosen);
 void addAlertCommands(CLI::App& bmc, Chosen& chosen);
 void addLoginCommand(CLI::App& bmc, Chosen& chosen);
 void addEventCommand(CLI::App& bmc, Chosen& chosen);
+void addImageCommand(CLI::App& bmc, Chosen& chosen);
 
 } // namespace phctl

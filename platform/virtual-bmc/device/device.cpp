@@ -11,6 +11,7 @@ namespace {
 
 namespace completion = ipmi::completion;
 
+constexpr std::uint8_t unavailable = 0x80; // with the firmware's major revision
 constexpr std::uint8_t ipmiVersion = 0x02; // 2.0, the lower digit first
 
 std::uint8_t bcd(unsigned value) {
@@ -21,7 +22,8 @@ std::uint8_t getDeviceId(State& state, ipmi::Reader, ipmi::Writer& answer) {
     const auto& device = state.get<Device>();
     answer.u8(device.deviceId)
         .u8(device.deviceRevision)
-        .u8(device.firmwareMajor)
+        .u8(static_cast<std::uint8_t>(device.firmwareMajor |
+                                      (state.get<Firmware>().isRestarting() ? unavailable : 0)))
         .u8(bcd(device.firmwareMinor))
         .u8(ipmiVersion)
         .u8(device.additionalSupport)

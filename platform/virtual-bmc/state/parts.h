@@ -16,6 +16,7 @@
 #include "virtual-bmc/device/boot_options.h"
 #include "virtual-bmc/device/chassis.h"
 #include "virtual-bmc/device/device.h"
+#include "virtual-bmc/device/firmware.h"
 #include "virtual-bmc/device/services.h"
 #include "virtual-bmc/device/system_info.h"
 #include "virtual-bmc/device/watchdog.h"
@@ -40,12 +41,12 @@
 
 namespace vbmc {
 
-using Parts = std::tuple<Device, Users, Sessions, Sensors, Frus, SdrRepository, Chassis, Watchdog,
+using Parts = std::tuple<Device, Firmware, Users, Sessions, Sensors, Frus, SdrRepository, Chassis, Watchdog,
                          BootOptions, Sel, Services, Lans, Interfaces, Dns, AlertDestinations, Mail, Pef,
                          SystemInfo, Smbios, Sol, Faults, MessageLog>;
 
 // Files beside the state file that hold the bulk of a part, by what follows its name; a new machine begins
 // without them. They are read and written within transactions.
-inline constexpr const char* bulkFiles[] = {MessageLog::bulkFile, Sel::bulkFile};
+inline constexpr const char* bulkFiles[] = {MessageLog::bulkFile, Sel::bulkFile, Firmware::bulkFile};
 
 } // namespace vbmc

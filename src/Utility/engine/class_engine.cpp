@@ -99,17 +99,21 @@ const char* keyText(const Property& key, const void* record) {
     return static_cast<const char*>(record) + key.offset;
 }
 
+// Also of an element of a list.
 std::size_t scalarSize(Kind kind) {
     switch (kind) {
     case Kind::Boolean:
     case Kind::Uint8:
+    case Kind::Uint8Values:
     case Kind::Sint8:
         return 1;
     case Kind::Uint16:
+    case Kind::Uint16Values:
     case Kind::Sint16:
         return 2;
     case Kind::Uint32:
     case Kind::Sint32:
+    case Kind::Sint32Values:
     case Kind::Real32:
         return 4;
     default:
@@ -124,6 +128,24 @@ bool setArray(CMPIInstance* instance, const char* name, CMPIArray* array, CMPITy
     CMPIValue value{};
     value.array = array;
     return CMSetProperty(instance, name, &value, type).rc == CMPI_RC_OK;
+}
+
+bool setValues(const CMPIBroker* broker, CMPIInstance* instance, const Property& property,
+               const Values& values) {
+    const auto type = static_cast<CMPIType>(typeOf(property.kind) & ~CMPI_ARRAY);
+    const std::size_t size = scalarSize(property.kind);
+    const CmpiPtr<CMPIArray> array(CMNewArray(broker, static_cast<CMPICount>(values.count), type, nullptr));
+    if (array == nullptr)
+        return false;
+    for (std::size_t i = 0; i < values.count; ++i) {
+        CMPIValue element{};
+        std::memcpy(&element, static_cast<const char*>(values.first) + i * size, size);
+        if (CMSetArrayElementAt(array.get(), static_cast<CMPICount>(i), &element, type).rc != CMPI_RC_OK)
+            return false;
+    }
+    CMPIValue value{};
+    value.array = array.get();
+    return CMSetProperty(instance, property.name, &value, typeOf(property.kind)).rc == CMPI_RC_OK;
 }
 
 bool setDateTime(const Maker& maker, CMPIInstance* instance, const char* name, CMPIDateTime* time) {
@@ -206,6 +228,13 @@ bool setProperty(const Maker& maker, CMPIInstance* instance, const Property& pro
         const auto* slots = static_cast<const std::uint16_t*>(field);
         return *slots == 0xFFFF ||
                setArray(instance, property.name, PH_DupArray_uint16(broker, slots, 0), CMPI_uint16A);
+    }
+    case Kind::Uint8Values:
+    case Kind::Uint16Values:
+    case Kind::Uint64Values:
+    case Kind::Sint32Values: {
+        const auto& values = *static_cast<const Values*>(field);
+        return values.count == 0 || setValues(broker, instance, property, values);
     }
     case Kind::DateTimeText: {
         const char* text = static_cast<const char*>(field);

@@ -76,6 +76,14 @@ public:
         return report(jobName, change, [] {});
     }
 
+    // Lets bool `begin(instanceId)` begin a change that goes on under a job of this name: methodStarted, or as
+    // above.
+    template <class Begin>
+    MethodAnswer start(const char* jobName, Begin&& begin) {
+        const MethodJob::Outcome outcome = job_.start(jobName, begin);
+        return outcome == MethodJob::Outcome::NoJob ? notCreated() : handOut(outcome);
+    }
+
 private:
     MethodAnswer notCreated();
     MethodAnswer handOut(MethodJob::Outcome outcome);

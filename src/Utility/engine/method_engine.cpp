@@ -21,6 +21,8 @@ MethodAnswer MethodCall::notCreated() {
 MethodAnswer MethodCall::handOut(MethodJob::Outcome outcome) {
     const bool isHandedOut = (outcome != MethodJob::Outcome::Unrecorded || how_->handsOutUnrecorded) &&
                              job_.returnReference(request.out);
+    if (outcome == MethodJob::Outcome::Started)
+        return methodStarted; // whether or not the client gets to know the job
     return isHandedOut && outcome == MethodJob::Outcome::Done ? methodDone : methodFailed;
 }
 

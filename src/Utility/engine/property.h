@@ -8,6 +8,7 @@
 #include <cmpidt.h>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <type_traits>
 
 namespace ph {
@@ -31,6 +32,10 @@ enum class Kind : std::uint8_t {
     Uint16ListRef, // const int*, the same elsewhere
     Uint16Slots,   // uint16_t[N] up to the first FFFFh: uint16[]; none leaves the property out
     StringList,    // char*[N] up to NULL, heap strings of the record: string[]; none leaves the property out
+    Uint8Values,   // std::span<const T>, computed: an array of T; an empty one leaves the property out
+    Uint16Values,
+    Uint64Values,
+    Sint32Values,
     DateTimeText,  // char[N]: datetime of this DMTF text; an empty one leaves the property out
     DateTimeValue, // ph::DateTime: datetime
     Reference, // ph::Reference: a path in the request's namespace; one without a class leaves the property
@@ -72,6 +77,14 @@ constexpr CMPIType typeOf(Kind kind) {
         return CMPI_uint16A;
     case Kind::StringList:
         return CMPI_stringA;
+    case Kind::Uint8Values:
+        return CMPI_uint8A;
+    case Kind::Uint16Values:
+        return CMPI_uint16A;
+    case Kind::Uint64Values:
+        return CMPI_uint64A;
+    case Kind::Sint32Values:
+        return CMPI_sint32A;
     case Kind::DateTimeText:
     case Kind::DateTimeValue:
         return CMPI_dateTime;
@@ -110,7 +123,15 @@ struct EmbeddedInstance {
 
 template <class T>
 consteval Kind kindOf() {
-    if constexpr (std::is_array_v<T>) {
+    if constexpr (std::is_same_v<T, std::span<const std::uint8_t>>)
+        return Kind::Uint8Values;
+    else if constexpr (std::is_same_v<T, std::span<const std::uint16_t>>)
+        return Kind::Uint16Values;
+    else if constexpr (std::is_same_v<T, std::span<const std::uint64_t>>)
+        return Kind::Uint64Values;
+    else if constexpr (std::is_same_v<T, std::span<const std::int32_t>>)
+        return Kind::Sint32Values;
+    else if constexpr (std::is_array_v<T>) {
         using Element = std::remove_extent_t<T>;
         if constexpr (std::is_same_v<Element, char>)
             return Kind::Text;
@@ -164,11 +185,18 @@ struct Property {
     const char* className = nullptr; // that a reference or embedded instance is declared with
 };
 
+// A list as the engine sees it.
+struct Values {
+    const void* first;
+    std::size_t count;
+};
+
 // Room for the value of a compute function: every kind but the arrays.
 union ComputedValue {
     std::uint64_t integer;
     double real;
     const void* pointer;
+    Values values;
     Reference reference;
     EmbeddedInstance instance;
 };
@@ -193,9 +221,14 @@ bool condition(const void* record) {
 
 template <auto Function>
 void compute(const void* record, void* value) {
-    static_assert(sizeof(ResultOf<Function>) <= sizeof(ComputedValue));
-    *static_cast<ResultOf<Function>*>(value) =
+    using Result = ResultOf<Function>;
+    static_assert(sizeof(Result) <= sizeof(ComputedValue));
+    const Result result =
         Function(*static_cast<const typename Signature<decltype(Function)>::Argument*>(record));
+    if constexpr (requires { result.data(); })
+        *static_cast<Values*>(value) = {result.data(), result.size()};
+    else
+        *static_cast<Result*>(value) = result;
 }
 
 } // namespace detail

@@ -1,6 +1,7 @@
 // What a method records of its job.
 #include "provider_helper/jobs.h"
 #include "Utility/back-ends/back_ends.h"
+#include "Utility/jobs/running_job.h"
 #include "Utility/values/dmtf_values.h"
 #include "Utility/values/record_fields.h"
 
@@ -28,6 +29,17 @@ int onTemporaryDatabase(Work work) {
         return -1;
     const bool done = work(handle) == 0;
     return PH_CloseDBHandle(handle) == 0 && done ? 0 : -1;
+}
+
+int createError(const char* instanceId, std::uint16_t type, CMPIrc code) {
+    JobErrorRow row{};
+    row.errorType = type;
+    row.perceivedSeverity = ph::PerceivedSeverity::DegradedOrWarning;
+    row.probableCause = ph::ProbableCause::Unknown;
+    ph::copyText(row.errorSource, instanceId);
+    row.errorSourceFormat = ph::ErrorSourceFormat::Unknown;
+    row.cimStatusCode = code;
+    return onTemporaryDatabase([&](SMASH_DB_HANDLE handle) { return db_set_error_info(handle, &row); });
 }
 
 } // namespace
@@ -59,14 +71,32 @@ int PH_ModifyConcreteJob(const char* instanceId, int state, const char* operatio
 }
 
 int PH_CreateErrorInstance(const char* instanceId) {
-    if (instanceId == nullptr || *instanceId == '\0')
-        return -1;
-    JobErrorRow row{};
-    row.errorType = ph::ErrorType::Unknown;
-    row.perceivedSeverity = ph::PerceivedSeverity::DegradedOrWarning;
-    row.probableCause = ph::ProbableCause::Unknown;
-    ph::copyText(row.errorSource, instanceId);
-    row.errorSourceFormat = ph::ErrorSourceFormat::Unknown;
-    row.cimStatusCode = CMPI_RC_ERR_FAILED;
-    return onTemporaryDatabase([&](SMASH_DB_HANDLE handle) { return db_set_error_info(handle, &row); });
+    return instanceId != nullptr && *instanceId != '\0'
+               ? createError(instanceId, ph::ErrorType::Unknown, CMPI_RC_ERR_FAILED)
+               : -1;
 }
+
+namespace ph {
+
+void RunningJob::report(const char* status, int percent) {
+    if (percent == percent_ && status == status_)
+        return;
+    status_ = status;
+    percent_ = percent;
+    onTemporaryDatabase([&](SMASH_DB_HANDLE handle) {
+        return db_modify_concretejob(handle, instanceId_, status, "2", percent, JobState::Running);
+    });
+}
+
+void RunningJob::complete() const {
+    PH_ModifyConcreteJob(instanceId_, JobState::Completed, "17,2");
+}
+
+void RunningJob::fail(const char* status, std::uint16_t errorType, CMPIrc code) const {
+    onTemporaryDatabase([&](SMASH_DB_HANDLE handle) {
+        return db_modify_concretejob(handle, instanceId_, status, "17,6", 100, JobState::Exception);
+    });
+    createError(instanceId_, errorType, code);
+}
+
+} // namespace ph

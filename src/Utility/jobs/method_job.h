@@ -12,7 +12,12 @@
 namespace ph {
 
 // The value that a method returns.
-enum MethodValue : std::uint32_t { methodDone = 0, methodFailed = 2 };
+enum MethodValue : std::uint32_t {
+    methodDone = 0,
+    methodNotSupported = 1,
+    methodFailed = 2,
+    methodStarted = 4096 // its job tells how it ends
+};
 
 inline constexpr const char* noJobPath = "Create CMPIObjectPath failed.";
 inline constexpr const char* noJob = "Unable to create the job.";
@@ -23,6 +28,7 @@ public:
         NoJob,      // it could not be recorded, and nothing was changed
         Unrecorded, // the job does not tell, or not whole, how the change ended
         Done,
+        Started, // the change goes on
         Failed
     };
 
@@ -37,6 +43,16 @@ public:
             return Outcome::NoJob;
         if (guarded(false, change))
             return complete() ? Outcome::Done : Outcome::Unrecorded;
+        return fail() ? Outcome::Failed : Outcome::Unrecorded;
+    }
+    // Records the job as running and calls bool `begin(instanceId)`, which leaves it to others to end the job
+    // (running_job.h). One that does not begin has failed.
+    template <class Begin>
+    Outcome start(const char* name, Begin&& begin) {
+        if (!create(name))
+            return Outcome::NoJob;
+        if (guarded(false, [&] { return begin(instanceId_); }))
+            return Outcome::Started;
         return fail() ? Outcome::Failed : Outcome::Unrecorded;
     }
     // Hands the job out as argument "Job".

@@ -104,7 +104,7 @@ enum : std::uint16_t {
 }
 
 namespace ErrorType { // CIM_Error
-enum : std::uint16_t { Unknown = 0 };
+enum : std::uint16_t { Unknown = 0, Communications = 2, Software = 4, Hardware = 5 };
 }
 namespace ErrorSourceFormat { // CIM_Error
 enum : std::uint16_t { Unknown = 0 };
@@ -206,6 +206,31 @@ enum : std::uint16_t { Unknown = 0, Other = 1, Linux = 36 };
 }
 namespace Classifications { // CIM_SoftwareIdentity
 enum : std::uint16_t { Firmware = 10, Bios = 11 };
+}
+
+namespace InstallAction { // CIM_SoftwareInstallationServiceCapabilities
+enum : std::uint16_t { None = 2, FromSoftwareIdentity = 3, FromUri = 5 };
+}
+namespace InstallCharacteristics { // CIM_SoftwareInstallationService
+enum : std::uint16_t { TargetAutomaticReset = 2 };
+}
+namespace InstallOption { // CIM_SoftwareInstallationService
+enum : std::uint16_t { Install = 4, Update = 5 };
+}
+namespace InstallResult { // the values of its methods
+enum : std::uint32_t {
+    TargetInUse = 6,
+    UnsupportedTargetType = 4097,
+    NotApplicableToTarget = 4106,
+    NoPathToImage = 4107, // also: the URI is not accessible
+    CannotAddToCollection = 4108
+};
+}
+namespace UriScheme { // CIM_SoftwareInstallationServiceCapabilities
+enum : std::uint16_t { File = 3, Http = 5 };
+}
+namespace ExtendedResourceType { // CIM_SoftwareInstallationServiceCapabilities
+enum : std::uint16_t { NotApplicable = 2 };
 }
 
 namespace PasswordEncryption { // CIM_Account, CIM_AccountManagementCapabilities

@@ -10,6 +10,7 @@ std::span<const Group> allGroups() {
         {"libsmashdb.so", settingRows()},
         {"libCIMAPIHooks.so", sessionRows()},
         {"libCIMAPIHooks.so", systemRows()},
+        {"libCIMAPIHooks.so", firmwareRows()},
         {"libCIMAPIHooks.so", sensorRows()},
         {"libCIMAPIHooks.so", logRows()},
         {"libCIMAPIHooks.so", userRows()},

@@ -31,6 +31,7 @@ std::span<const Row> hardwareRows();
 std::span<const Row> settingRows();
 std::span<const Row> sessionRows();
 std::span<const Row> systemRows();
+std::span<const Row> firmwareRows();
 std::span<const Row> sensorRows();
 std::span<const Row> logRows();
 std::span<const Row> networkRows();
