@@ -223,6 +223,23 @@ TEST_F(AssociationInstances, leadFromAServiceToItsPort) {
     EXPECT_THAT(portsOf("CLP"), IsEmpty());
 }
 
+// An access point of redirection has the service that switches it, its own ports, and none of another.
+TEST_F(AssociationInstances, leadFromAnAccessPointToItsServicesAndPorts) {
+    const auto partners = [&](const char* point, const char* name, const char* association) {
+        return texts(broker.associatorNames(element(point, name), {.assocClass = association}).paths);
+    };
+    using testing::EndsWith;
+    EXPECT_THAT(partners("CIM_MediaRedirectionSAP", "FDMEDIA", "CIM_ServiceAccessBySAP"),
+                testing::UnorderedElementsAre(EndsWith("\"FDMEDIAProtocolService\""),
+                                              EndsWith("\"MediaRedirectionService\"")));
+    EXPECT_THAT(partners("CIM_USBRedirectionSAP", "HDMEDIA", "CIM_BindsTo"),
+                ElementsAre(EndsWith("-hd-media-clear\""), EndsWith("-hd-media-encrypted\"")));
+    EXPECT_THAT(partners("CIM_KVMRedirectionSAP", "", "CIM_BindsTo"),
+                ElementsAre(EndsWith("-kvm-clear\""), EndsWith("-kvm-encrypted\"")));
+    EXPECT_THAT(partners("CIM_TextRedirectionSAP", "", "CIM_ServiceAccessBySAP"),
+                ElementsAre(EndsWith("*Channel-1\""), EndsWith("*Channel-8\"")));
+}
+
 TEST_F(AssociationInstances, ownPropertiesSayWhatIsSo) {
     const auto values = [&](const char* className, const ObjectPath& source, const char* property) {
         return textsOf(broker.references(source, {.resultClass = className}, {{property}}).instances,
