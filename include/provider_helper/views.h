@@ -93,7 +93,7 @@ typedef struct {
     uint16_t OSEnabledState;
 } PhysicalComputerSystemViewRecord;
 
-/* An enumeration fails when the host, its firmware or its sensors cannot be read; what else cannot is left out.
+/* An enumeration fails where one of those classes fails; but a log and boot flags that cannot be read are left out.
  *
  * Methods:
  *   RequestStateChange               that of CIM_HostComputerSystem

@@ -69,10 +69,10 @@ bool addHost(View& view) {
 }
 
 // What is in the chassis hangs on the first one that is a system's: IPMI entity 23.
-void addChassis(View& view) {
+bool addChassis(View& view) {
     Instances<PhysicalElementRecord> chassis(family_Chassis);
     if (!chassis.read())
-        return;
+        return false;
     for (const PhysicalElementRecord& each : chassis.all()) {
         if (std::strncmp(each.Tag, "23.", 3) != 0)
             continue;
@@ -84,8 +84,9 @@ void addChassis(View& view) {
         copyText(view.SerialNumber, each.SerialNumber);
         copyText(view.Version, each.Version);
         copyText(view.PartNumber, each.PartNumber);
-        return;
+        break;
     }
+    return true;
 }
 
 // DMTF PrimaryStatus of a HealthState.
@@ -196,26 +197,27 @@ bool addFirmware(View& view) {
     return true;
 }
 
-void addOperatingSystem(View& view) {
+bool addOperatingSystem(View& view) {
     Instances<OperatingSystemRecord> systems(family_OperatingSystem);
-    if (!systems.read() || systems.all().empty())
-        return;
+    if (!systems.read())
+        return false;
+    if (systems.all().empty())
+        return true;
     const auto& system = systems.all().front();
     view.known |= PH_VIEW_OS;
     view.OSType = system.OSType;
     view.OSEnabledState = system.EnabledState;
     copyText(view.OSVersion, system.Version);
+    return true;
 }
 
 } // namespace
 
 // A BMC that does not answer fails the first of these that asks it.
 int fill(View& view) {
-    if (!addHost(view) || !addFirmware(view) || !addSensors(view) || !addLog(view) || !addBootSources(view))
-        return -1;
-    addChassis(view);
-    addOperatingSystem(view);
-    return 0;
+    const bool isFilled = addHost(view) && addFirmware(view) && addChassis(view) && addSensors(view) &&
+                          addLog(view) && addBootSources(view) && addOperatingSystem(view);
+    return isFilled ? 0 : -1;
 }
 
 } // namespace view

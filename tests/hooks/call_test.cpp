@@ -29,6 +29,7 @@ struct {
     CIM_BondConfig bond;
     CIM_SMTPInfo mailServer;
     CIM_ServiceConf service;
+    CIM_FirmwareUpdate firmware;
     std::uint32_t phy;
 } out;
 constexpr CIM_PEFEntry filter = {};
@@ -106,6 +107,10 @@ const Hook hooks[] = {
     HOOK(CIM_TRZGetSMTP2Info, Oem, &out.mailServer, 1, t),
     HOOK(CIM_TRZGetSMTPServer2Info, Oem, text, 1, t),
     HOOK(CIM_TRZGetSMTPServer2InfoIPv6, Oem, u8, 1, t),
+    HOOK(CIM_GetFirmwareUpdate, Default, &out.firmware, t),
+    HOOK(CIM_BeginFirmwareUpdate, Oem, 1000, u8, t),
+    HOOK(CIM_FinishFirmwareUpdate, Oem, 1, t),
+    HOOK(CIM_CancelFirmwareUpdate, Oem, 1, t),
     HOOK(CIM_GetServiceConf, Oem, CIM_SERVICE_SSH, &out.service, t),
     HOOK(CIM_SetServiceConf, Oem, CIM_SERVICE_SSH, &service, t),
 };
