@@ -5,15 +5,15 @@ constexpr const char* const g_SlotKeyList[2] = {ph::inventory::elementKeys[0], p
 
 namespace {
 
-using ph::inventory::isNumberKnown;
-
 constexpr const char* className = "CIM_Slot";
 
 constexpr ph::Property slotProperties[] = {
     PH_PROPERTY(ConnectorRecord, SupportsHotPlug),
-    PH_PROPERTY_IF(ConnectorRecord, MaxDataWidth, isNumberKnown<&ConnectorRecord::MaxDataWidth>),
-    PH_PROPERTY_IF(ConnectorRecord, MaxLinkWidth, isNumberKnown<&ConnectorRecord::MaxLinkWidth>),
-    PH_PROPERTY_IF(ConnectorRecord, Number, isNumberKnown<&ConnectorRecord::Number>),
+    PH_PROPERTY_IF(ConnectorRecord, MaxDataWidth,
+                   ph::inventory::isNumberKnown<&ConnectorRecord::MaxDataWidth>),
+    PH_PROPERTY_IF(ConnectorRecord, MaxLinkWidth,
+                   ph::inventory::isNumberKnown<&ConnectorRecord::MaxLinkWidth>),
+    PH_PROPERTY_IF(ConnectorRecord, Number, ph::inventory::isNumberKnown<&ConnectorRecord::Number>),
 };
 constexpr auto properties = ph::joined(ph::inventory::connectorProperties, slotProperties);
 

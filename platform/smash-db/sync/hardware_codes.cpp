@@ -99,8 +99,8 @@ SlotShape slotShapeOf(std::uint8_t type, std::uint8_t width) {
         shape.layout = pci;
     else if (name == "PCI-X")
         shape.layout = pciX;
-    else if (name.starts_with("PCI Express") && name.find(" Mini ") == name.npos &&
-             name.find("SFF") == name.npos)
+    else if (name.starts_with("PCI Express") && name.find(" Mini ") == std::string_view::npos &&
+             name.find("SFF") == std::string_view::npos)
         shape.layout = isLink ? link->layout : pciExpress;
     return shape;
 }
