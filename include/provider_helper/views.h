@@ -20,11 +20,13 @@ enum {
     PH_VIEW_BIOS_REVISION = 16,
     PH_VIEW_BIOS_BUILD = 32,
     PH_VIEW_BIOS_TEXT = 64,
-    PH_VIEW_ONE_TIME_BOOT_SOURCE = 128
+    PH_VIEW_ONE_TIME_BOOT_SOURCE = 128,
+    PH_VIEW_PROCESSORS = 256, /* there are some; numbers that are 0 are not known, and not published */
+    PH_VIEW_MEMORY = 512
 };
 
 /* CIM_PhysicalComputerSystemView: the host with what is known of it, as CIM_HostComputerSystem, CIM_Chassis,
- * CIM_NumericSensor, CIM_RecordLog, CIM_BootSourceSetting, CIM_SoftwareIdentity and CIM_OperatingSystem have it.
+ * CIM_NumericSensor, CIM_Processor, CIM_Memory, CIM_RecordLog, CIM_BootSourceSetting, CIM_SoftwareIdentity and CIM_OperatingSystem have it.
  * Integer lists end with a negative number, text lists with NULL; the texts are heap strings of the record. */
 typedef struct {
     char InstanceID[320]; /* key; "PhysicalComputerSystemView:<system name of the host>" */
@@ -35,7 +37,7 @@ typedef struct {
     uint16_t EnabledState; /* 2 enabled, 3 disabled: it is off; 0 the BMC does not tell */
     uint16_t RequestedState;
     int OperationalStatus[4];
-    uint16_t HealthState; /* the worst of the host and its sensors */
+    uint16_t HealthState; /* the worst of the host, its sensors, processors and memory */
     int Dedicated[4];
     char* IdentifyingDescriptions[4];
     char* OtherIdentifyingInfo[4];
@@ -75,6 +77,15 @@ typedef struct {
     uint8_t bootOrderCount; /* 0 or 1 */
     uint8_t PersistentBootConfigOrder[1];
     uint8_t OneTimeBootSource;
+
+    /* The processors that are installed, of which the first tells family and speeds (MHz), and the memory. */
+    uint16_t NumberOfProcessors;
+    uint16_t NumberOfProcessorCores;
+    uint16_t ProcessorFamily;
+    uint32_t ProcessorMaxClockSpeed;
+    uint32_t ProcessorCurrentClockSpeed;
+    uint64_t MemoryBlockSize; /* bytes */
+    uint64_t MemoryNumberOfBlocks;
 
     /* Firmware of the host and of the service processor. */
     uint16_t CurrentBIOSMajorVersion;

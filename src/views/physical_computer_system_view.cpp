@@ -23,6 +23,11 @@ bool has(const Record& view) {
     return *(view.*text) != '\0';
 }
 
+template <auto number>
+bool isNumber(const Record& view) {
+    return view.*number != 0;
+}
+
 // The lists of the sensors, the log and the boot order are as long as there are such.
 template <class T, std::size_t N, T (Record::*list)[N]>
 std::span<const T> ofSensors(const Record& view) {
@@ -39,6 +44,7 @@ std::span<const std::uint8_t> bootOrder(const Record& view) {
 #define SENSORS(T, name) PH_COMPUTED(#name, (ofSensors<T, PH_VIEW_SENSORS, &Record::name>))
 #define LOG(T, name) PH_COMPUTED(#name, (ofLog<T, 1, &Record::name>))
 #define IF_KNOWN(name, group) PH_PROPERTY_IF(Record, name, knows<group>)
+#define IF_NUMBER(name) PH_PROPERTY_IF(Record, name, isNumber<&Record::name>)
 #define IF_TEXT(name) PH_PROPERTY_IF(Record, name, has<&Record::name>)
 
 constexpr ph::Property properties[] = {
@@ -76,6 +82,13 @@ constexpr ph::Property properties[] = {
     PH_PROPERTY(Record, StructuredBootString),
     PH_COMPUTED("PersistentBootConfigOrder", bootOrder),
     IF_KNOWN(OneTimeBootSource, PH_VIEW_ONE_TIME_BOOT_SOURCE),
+    IF_KNOWN(NumberOfProcessors, PH_VIEW_PROCESSORS),
+    IF_NUMBER(NumberOfProcessorCores),
+    IF_KNOWN(ProcessorFamily, PH_VIEW_PROCESSORS),
+    IF_NUMBER(ProcessorMaxClockSpeed),
+    IF_NUMBER(ProcessorCurrentClockSpeed),
+    IF_KNOWN(MemoryBlockSize, PH_VIEW_MEMORY),
+    IF_KNOWN(MemoryNumberOfBlocks, PH_VIEW_MEMORY),
     IF_KNOWN(CurrentBIOSMajorVersion, PH_VIEW_BIOS_VERSION),
     IF_KNOWN(CurrentBIOSMinorVersion, PH_VIEW_BIOS_VERSION),
     IF_KNOWN(CurrentBIOSRevisionNumber, PH_VIEW_BIOS_REVISION),
@@ -129,7 +142,8 @@ constexpr ph::Method methods[] = {
 constexpr ph::ClassDefinition<Record> definition{
     .name = "CIM_PhysicalComputerSystemView",
     .superclass = "CIM_View",
-    .source = "the classes of the system, its chassis, sensors, log, boot sources, software",
+    .source =
+        "the classes of the system, its chassis, sensors, processors, memory, log, boot sources, software",
     .keys = g_PhysicalComputerSystemViewKeyList,
     .properties = properties,
     .enumerate = enumerate,

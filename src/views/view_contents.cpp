@@ -1,6 +1,7 @@
 // What the view of the host tells, from the instances that it is a view of.
 #include "boot/boot_choice.h"
 #include "provider_helper/computer_system.h"
+#include "provider_helper/devices.h"
 #include "provider_helper/inventory.h"
 #include "provider_helper/record_log.h"
 #include "provider_helper/software.h"
@@ -16,8 +17,9 @@
 
 namespace ph {
 
-extern constinit const ClassFamily family_Chassis, family_HostComputerSystem, family_NumericSensor,
-    family_OperatingSystem, family_SoftwareIdentity;
+extern constinit const ClassFamily family_Chassis, family_HostComputerSystem, family_Memory,
+    family_NumericSensor, family_OperatingSystem, family_Processor, family_ProcessorCore,
+    family_SoftwareIdentity;
 
 namespace view {
 namespace {
@@ -33,7 +35,9 @@ public:
     Instances(const Instances&) = delete;
     Instances& operator=(const Instances&) = delete;
 
-    bool read() { return engine::enumerateAll(family_, &records_, &count_, 0) == 0; }
+    bool read(Detail detail = Detail::All) {
+        return engine::enumerateAll(family_, &records_, &count_, detail == Detail::Names) == 0;
+    }
     std::span<const Record> all() const { return {records_, static_cast<std::size_t>(count_)}; }
 
 private:
@@ -127,6 +131,38 @@ bool addSensors(View& view) {
     return true;
 }
 
+bool addProcessors(View& view) {
+    Instances<ProcessorRecord> processors(family_Processor);
+    Instances<ProcessorCoreRecord> cores(family_ProcessorCore);
+    if (!processors.read() || !cores.read(Detail::Names))
+        return false;
+    if (processors.all().empty())
+        return true;
+    const ProcessorRecord& first = processors.all().front();
+    view.known |= PH_VIEW_PROCESSORS;
+    view.NumberOfProcessors = static_cast<std::uint16_t>(processors.all().size());
+    view.NumberOfProcessorCores = static_cast<std::uint16_t>(cores.all().size());
+    view.ProcessorFamily = first.Family;
+    view.ProcessorMaxClockSpeed = first.MaxClockSpeed;
+    view.ProcessorCurrentClockSpeed = first.CurrentClockSpeed;
+    for (const ProcessorRecord& each : processors.all())
+        view.HealthState = std::max(view.HealthState, each.device.HealthState);
+    return true;
+}
+
+bool addMemory(View& view) {
+    Instances<MemoryRecord> memories(family_Memory);
+    if (!memories.read())
+        return false;
+    for (const MemoryRecord& memory : memories.all()) {
+        view.known |= PH_VIEW_MEMORY;
+        view.MemoryBlockSize = memory.BlockSize;
+        view.MemoryNumberOfBlocks = memory.NumberOfBlocks;
+        view.HealthState = std::max(view.HealthState, memory.device.HealthState);
+    }
+    return true;
+}
+
 bool addLog(View& view) {
     RecordLogRecord log{};
     if (PH_Fill_RecordLog(&log) != 0)
@@ -216,7 +252,8 @@ bool addOperatingSystem(View& view) {
 // A BMC that does not answer fails the first of these that asks it.
 int fill(View& view) {
     const bool isFilled = addHost(view) && addFirmware(view) && addChassis(view) && addSensors(view) &&
-                          addLog(view) && addBootSources(view) && addOperatingSystem(view);
+                          addProcessors(view) && addMemory(view) && addLog(view) && addBootSources(view) &&
+                          addOperatingSystem(view);
     return isFilled ? 0 : -1;
 }
 

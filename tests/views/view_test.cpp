@@ -1,6 +1,7 @@
 // CIM_PhysicalComputerSystemView: it tells what the classes tell that it is a view of, and its methods are theirs.
 #include "managed_bmc.h"
 #include "provider_helper/computer_system.h"
+#include "provider_helper/devices.h"
 #include "provider_helper/firmware.h"
 #include "provider_helper/inventory.h"
 #include "provider_helper/record_log.h"
@@ -17,6 +18,9 @@ constexpr const char* model = R"({
     "frus": [{"id": 0, "name": "Chassis", "entity": 23, "product": {"manufacturer": "Maker", "product": "Model 7",
                                                                     "serialNumber": "SN1", "partNumber": "P1"}},
              {"id": 1, "name": "Board", "board": {"serialNumber": "SN2"}}],
+    "smbios": {"processors": [{"socket": "CPU1", "family": 179, "maxSpeed": 4000, "currentSpeed": 2400, "cores": 3, "enabledCores": 3},
+                              {"socket": "CPU2", "family": 179, "cores": 2, "enabledCores": 2}, {"socket": "CPU3", "installed": false}],
+               "memory": {"modules": [{"socket": "DIMM 1", "size": 1024}, {"socket": "DIMM 2", "size": 512}]}},
     "systemInfo": {"firmwareVersion": "1.2.3", "osName": "Linux", "osVersion": "6.1"},
     "sensors": [
         {"number": 1, "name": "Inlet", "analog": {"unit": "degrees C", "format": "twos-complement"}, "reading": -1,
@@ -70,6 +74,14 @@ TEST_F(View, TellsWhatTheClassesTell) {
     EXPECT_EQ(textOf(instance, "LogInstanceID"), column(log, "InstanceID"));
     for (const char* name : {"MaxNumberOfRecords", "CurrentNumberOfRecords"})
         EXPECT_EQ(textOf(instance, std::string("Log") + name), column(log, name));
+    const ClassRequests memory{broker, PH_CLASS_FUNCTIONS(Memory)};
+    expectSame(only(memory), "MemoryBlockSize", "BlockSize");
+    expectSame(only(memory), "MemoryNumberOfBlocks", "NumberOfBlocks");
+    EXPECT_EQ(textOf(instance, "NumberOfProcessors"), "2");
+    EXPECT_EQ(textOf(instance, "NumberOfProcessorCores"), "5");
+    EXPECT_EQ(textOf(instance, "ProcessorFamily"), "179");
+    EXPECT_EQ(textOf(instance, "ProcessorMaxClockSpeed"), "4000");
+    EXPECT_EQ(textOf(instance, "ProcessorCurrentClockSpeed"), "2400");
     EXPECT_EQ(textOf(instance, "CurrentManagementFirmwareVersionString"), "3.04");
     EXPECT_EQ(textOf(instance, "CurrentBIOSVersionString"), "1.2.3");
     EXPECT_EQ(textOf(instance, "CurrentBIOSRevisionNumber"), "3");
