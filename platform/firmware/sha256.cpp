@@ -55,7 +55,7 @@ void Sha256::takeBlock(const std::uint8_t* block) {
 
 Sha256& Sha256::add(std::span<const std::uint8_t> bytes) {
     while (!bytes.empty()) {
-        const std::size_t filled = size_ % block_.size();
+        const auto filled = static_cast<std::size_t>(size_ % block_.size());
         const auto part = bytes.first(std::min(bytes.size(), block_.size() - filled));
         std::copy(part.begin(), part.end(), block_.begin() + static_cast<std::ptrdiff_t>(filled));
         size_ += part.size();

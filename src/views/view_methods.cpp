@@ -74,7 +74,9 @@ MethodAnswer installSoftware(MethodCall& call) {
             if (!isManagementFirmware(CMGetArrayElementAt(argument->value.array, i, nullptr).value.uint16))
                 return methodNotSupported;
     }
-    return firmware::installFromUri(call);
+    // The view's method has no values for the reasons.
+    const MethodAnswer answer = firmware::installFromUri(call);
+    return !answer || answer == methodNotSupported || answer == methodStarted ? answer : methodFailed;
 }
 
 } // namespace ph::view

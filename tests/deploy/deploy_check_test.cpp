@@ -88,7 +88,7 @@ TEST_F(DeployCheck, asksOpenPegasusWhatItHolds) {
         registration() + "instance of PG_ProviderCapabilities\n{\n    ProviderModuleName = \"IPModule\";\n"
                          "    ClassName = \"CIM_IPProtocolEndpoint\";\n};\n"
                          "instance of PG_ProviderCapabilities\n{\n    ProviderModuleName = \"OSModule\";\n"
-                         "    ClassName = \"CIM_Processor\";\n};\n",
+                         "    ClassName = \"CIM_UnixProcess\";\n};\n",
         "string Name;");
     const auto contested = run();
     EXPECT_EQ(contested.status, 1);

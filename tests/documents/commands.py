@@ -22,6 +22,8 @@ ENDLESS = re.compile(r"phctl (monitor|serve)\b(?!.*--count)|--watch\b")
 ELSEWHERE = re.compile(r"--lan \[?(192\.0\.2\.|2001:db8:)|--local\b")
 UNMADE = re.compile(r"--bmc rack1\b") # configured with such a BMC
 COMMAND = re.compile(r"(phctl|export|mkdir|curl|wbemcli|[a-z]+=\$)")
+# A host's table: its maker and its model (DMTF DSP0134, types 1 and 127).
+SMBIOS = b"\x01\x08\x00\x01\x01\x02\x00\x00Maker\0Model\0\0" b"\x7f\x04\x01\x00\0\0"
 PATIENCE = 3  # seconds
 
 
@@ -45,6 +47,7 @@ class Shell:
         for name in ("platform", "tests"):
             os.symlink(SOURCE / name, os.path.join(scratch, name))
         shutil.copy(SOURCE / "platform/virtual-bmc/models/sample-server.json", os.path.join(scratch, "my-model.json"))
+        pathlib.Path(scratch, "DMI").write_bytes(SMBIOS)
         self.endless = []
         for name in ("bmc.password", "password.txt", "secret"):
             pathlib.Path(scratch, name).write_text("Secret-12345\n", encoding="utf-8")

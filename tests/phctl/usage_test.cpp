@@ -274,8 +274,8 @@ TEST_F(MissingParts, syncFailsForDroppedRecordsAndRepairsTheDatabase) {
     {
         std::fstream raw(database(), std::ios::in | std::ios::out | std::ios::binary);
         const auto size = std::filesystem::file_size(database());
-        raw.seekp(static_cast<std::streamoff>(size / 2));
-        raw << std::string(static_cast<std::size_t>(size / 2), 'x');
+        raw.seekp(static_cast<std::streamoff>(size - size / 4));
+        raw << std::string(static_cast<std::size_t>(size / 4), 'x');
     }
     outcome = phctl({"sync"});
     EXPECT_EQ(outcome.status, 0) << outcome.err;

@@ -51,7 +51,7 @@ const Damage damages[] = {
      },
      "cut short", false, true},
     {"ofALaterVersion", [](const fs::path& path) { execute(path, "PRAGMA user_version = 99"); },
-     "schema version 99 instead of 5"},
+     "schema version 99 instead of 6"},
     {"withoutATable", [](const fs::path& path) { execute(path, "DROP TABLE fru"); }, "no such table: fru",
      false, true},
     {"withoutAColumn", [](const fs::path& path) { execute(path, "ALTER TABLE fru DROP COLUMN model"); },

@@ -1,6 +1,7 @@
 // What a sync makes of the host's SMBIOS table, together with what the BMC tells of the same parts.
 #include "bmc_session.h"
 #include "database_fixture.h"
+#include "ipmi/oem_commands.h"
 #include "smash-db/sync/host_hardware.h"
 #include "smbios_builder.h"
 #include "virtual-bmc/virtual_bmc.h"
@@ -208,7 +209,8 @@ TEST_F(SyncHardware, readsWhatTheBmcHasOfItsHost) {
 
     for (const vbmc::Fault::Kind kind : {vbmc::Fault::CompletionCode, vbmc::Fault::ShortAnswer}) {
         createBmc(R"({"smbios": {"processors": [{"socket": "CPU1"}]}})");
-        vbmc::VirtualBmc(stateFile).addFault({.netFn = 0x30, .command = 0x70, .kind = kind, .value = 3});
+        vbmc::VirtualBmc(stateFile).addFault(
+            {.netFn = 0x30, .command = ipmi::oem::readSmbiosTable.number, .kind = kind, .value = 3});
         sync();
         EXPECT_THAT(remarks(), ElementsAre(HasSubstr("(loss)")));
         EXPECT_THAT(processors(), IsEmpty());

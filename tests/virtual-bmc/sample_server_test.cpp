@@ -43,7 +43,8 @@ TEST_F(SampleServer, isFoundWhole) {
     for (const auto& remark : report.remarks)
         ADD_FAILURE() << remark.source << ": " << remark.reason;
     EXPECT_EQ(report.frus, 5u);
-    EXPECT_EQ(report.packages, 17u) << "5 FRU devices, 4 generic devices, the BMC, 7 fans";
+    EXPECT_EQ(report.packages, 17u + 16u)
+        << "5 FRU devices, 4 generic devices, the BMC, 7 fans; 14 modules and 2 cards of the host's table";
     std::map<int, std::string> found;
     for (int i = 0; i < fullCount; ++i)
         found[full[i].common.sensorNumber] = full[i].common.name;
