@@ -23,12 +23,13 @@ typedef struct {
     char Name[256]; /* key; "TextRedirectionService*Channel-<IPMI channel>", "KVMRedirectionService",
                        "MediaRedirectionService", "USBRedirectionService" */
     char ElementName[128];
-    char Description[256]; /* of text, see PH_Fill_TextRedirectionService; empty, and not published, of others */
-    int OperationalStatus[2];     /* 2 OK, 10 stopped, 0 unknown: the BMC does not tell */
-    uint16_t HealthState;         /* 5 OK, 0 unknown: it is not enabled */
-    uint16_t EnabledState;        /* 2 enabled: at least one of its access points is, 3 disabled; 0 not published */
-    uint16_t RequestedState;      /* 12 not applicable */
-    int RedirectionServiceType[2]; /* 2 text, 3 KVM, 4 USB, 5 media */
+    char Description
+        [256]; /* of text, see PH_Fill_TextRedirectionService; empty, and not published, of others */
+    int OperationalStatus[2]; /* 2 OK, 10 stopped, 0 unknown: the BMC does not tell */
+    uint16_t HealthState;     /* 5 OK, 0 unknown: it is not enabled */
+    uint16_t EnabledState; /* 2 enabled: at least one of its access points is, 3 disabled; 0 not published */
+    uint16_t RequestedState;        /* 12 not applicable */
+    int RedirectionServiceType[2];  /* 2 text, 3 KVM, 4 USB, 5 media */
     uint16_t MaxCurrentEnabledSAPs; /* 0, not published: the BMC does not tell */
     uint16_t SharingMode;           /* 2 exclusive, 3 shared: several sessions at a time; 0 unknown */
 } RedirectionServiceRecord;
@@ -64,23 +65,27 @@ typedef struct {
     char Name[256]; /* key; "TextRedirectionSAP-<instance>", "KVMRedirectionSAP", "CDMEDIARedirectionSAP",
                        "CDMEDIAUSBRedirectionSAP", and so for FDMEDIA and HDMEDIA */
     char ElementName[128];
-    char Description[256];    /* "TCP port 5900; with encryption 5901; 1 of 2 sessions"; of text "serial port 2", where
+    char Description
+        [256]; /* "TCP port 5900; with encryption 5901; 1 of 2 sessions"; of text "serial port 2", where
                                  it is active and the BMC tells; empty, and not published, where nothing is told */
     int OperationalStatus[2]; /* as a service has it */
     uint16_t HealthState;
-    uint16_t EnabledState;   /* 2 enabled and in use, 6 enabled and waiting for a session, 3 disabled; 0 not published */
+    uint16_t
+        EnabledState; /* 2 enabled and in use, 6 enabled and waiting for a session, 3 disabled; 0 not published */
     uint16_t RequestedState; /* 12 not applicable */
     uint16_t TextFlowType;   /* of text: 2 character stream */
     uint16_t KVMProtocol;    /* of KVM: 0 unknown, the BMC does not tell */
     uint16_t ConnectionMode; /* of media and USB: 2, it listens */
-    char SessionTimeout[26]; /* of media and USB: interval after which an idle session ends; empty for never */
+    char
+        SessionTimeout[26]; /* of media and USB: interval after which an idle session ends; empty for never */
 } RedirectionSAPRecord;
 
 PH_DECLARE_CLASS_FAMILY(TextRedirectionSAP, RedirectionSAPRecord);
 /* Fills everything but the keys, of an instance from 1. It is enabled where SOL is on any channel. `sol` is NULL where
  * the BMC does not tell of an active instance. Returns 0. */
-PH_EXPORT int PH_Fill_TextRedirectionSAP(uint8_t instance, bool isEnabled, const CIM_SOLActivation* activation,
-                                         const CIM_SOLInstance* sol, RedirectionSAPRecord* record);
+PH_EXPORT int PH_Fill_TextRedirectionSAP(uint8_t instance, bool isEnabled,
+                                         const CIM_SOLActivation* activation, const CIM_SOLInstance* sol,
+                                         RedirectionSAPRecord* record);
 PH_EXPORT extern const char* const g_TextRedirectionSAPKeyList[4];
 
 /* RequestStateChange of these (2 enabled, 3 disabled) switches the service of the BMC, and nothing else of it. Media and
@@ -110,7 +115,8 @@ typedef struct {
     int SharingModeSupported[2];     /* as SharingMode of the service */
     int ConnectionModesSupported[2]; /* of media and USB: 2, their access points listen */
     int DevicesSupported[4];         /* of media: 2 CD drive, 4 diskette drive, 3 disk drive */
-    int MaxDevicesSupported[4];      /* of media: the most sessions of each kind; not published where one is not told */
+    int MaxDevicesSupported
+        [4]; /* of media: the most sessions of each kind; not published where one is not told */
     int MaxDevicesPerSAP[4];         /* of media: 1 of each */
     int SAPCapabilitiesSupported[2]; /* of USB: 2, its access points are there */
     bool SingleClassPerSAP;          /* of USB: true, mass storage */
