@@ -48,7 +48,8 @@ Place placeIn64BitEntryPoint(Bytes bytes) {
     if (address >= bytes.size())
         throw NoTable("the table that the entry point names is not in it");
     // What the entry point gives is the most that the table may have; an end mark ends it.
-    return {static_cast<std::size_t>(address), std::min<std::size_t>(most, bytes.size() - address), {}};
+    const auto begin = static_cast<std::size_t>(address);
+    return {begin, std::min<std::size_t>(most, bytes.size() - begin), {}};
 }
 
 // DSP0134, 5.2.1, bytes 10h to 1Eh; older firmware has these alone.

@@ -10,7 +10,13 @@
 namespace associations {
 
 constexpr bool isSameText(const char* left, const char* right) {
-    return left == nullptr || right == nullptr ? left == right : std::string_view(left) == right;
+    if (left == nullptr || right == nullptr)
+        return left == right;
+    while (*left != '\0' && *left == *right) { // compilers count the steps: most texts differ soon
+        ++left;
+        ++right;
+    }
+    return *left == *right;
 }
 constexpr bool isSame(const Elements& left, const Elements& right) {
     return isSameText(left.className, right.className) && isSameText(left.property, right.property) &&
@@ -63,7 +69,7 @@ struct PackedRows {
         Collection<Meeting, count> meetings;
         Collection<std::span<const OwnValue>, count> values;
     };
-    static consteval Shared collect() {
+    static constexpr Shared collect() {
         Shared shared;
         for (const Row& row : table) {
             shared.classes.add(row.associationClass);
@@ -74,17 +80,17 @@ struct PackedRows {
         }
         return shared;
     }
-    static constexpr auto classes = firstOf<collect().classes.count>(collect().classes);
-    static constexpr auto elements = firstOf<collect().elements.count>(collect().elements);
-    static constexpr auto meetings = firstOf<collect().meetings.count>(collect().meetings);
-    static constexpr auto values = firstOf<collect().values.count>(collect().values);
+    static constexpr Shared shared = collect();
+    static constexpr auto classes = firstOf<shared.classes.count>(shared.classes);
+    static constexpr auto elements = firstOf<shared.elements.count>(shared.elements);
+    static constexpr auto meetings = firstOf<shared.meetings.count>(shared.meetings);
+    static constexpr auto values = firstOf<shared.values.count>(shared.values);
     static_assert(elements.size() <= 256 && meetings.size() <= 256);
 
     struct Packed {
         std::uint8_t associationClass, ends[2], meeting, values;
     };
-    static consteval std::array<Packed, count> pack() {
-        const Shared shared = collect();
+    static constexpr std::array<Packed, count> pack() {
         std::array<Packed, count> packed{};
         for (std::size_t i = 0; i < count; ++i)
             packed[i] = {

@@ -452,62 +452,6 @@ constexpr Row table[] = {
     {&referencedProfile, {profileClass, profileClass}, related("InstanceID", "InstanceID", isReferencedBy)},
 };
 
-constexpr const AssociationClass* classes[] = {&systemComponent,
-                                               &systemDevice,
-                                               &accountOnSystem,
-                                               &container,
-                                               &computerSystemPackage,
-                                               &realizes,
-                                               &elementInConnector,
-                                               &concreteComponent,
-                                               &associatedProcessorMemory,
-                                               &associatedSensor,
-                                               &hostedService,
-                                               &hostedCollection,
-                                               &memberOfCollection,
-                                               &owningCollectionElement,
-                                               &roleLimitedToTarget,
-                                               &assignedIdentity,
-                                               &concreteDependency,
-                                               &serviceServiceDependency,
-                                               &hostedAccessPoint,
-                                               &serviceAccessBySap,
-                                               &providesEndpoint,
-                                               &sapAvailableForElement,
-                                               &serviceAffectsElement,
-                                               &serviceAvailableToElement,
-                                               &associatedPowerManagementService,
-                                               &elementCapabilities,
-                                               &elementSettingData,
-                                               &orderedComponent,
-                                               &useOfLog,
-                                               &logManagesRecord,
-                                               &owningJobElement,
-                                               &affectedJobElement,
-                                               &deviceSapImplementation,
-                                               &bindsTo,
-                                               &remoteAccessAvailableToElement,
-                                               &controlledBy,
-                                               &installedOs,
-                                               &runningOs,
-                                               &elementSoftwareIdentity,
-                                               &installedSoftwareIdentity,
-                                               &elementView,
-                                               &elementConformsToProfile,
-                                               &referencedProfile};
-
-consteval bool everyClassIsListed() {
-    for (const Row& row : table) {
-        bool listed = false;
-        for (const AssociationClass* each : classes)
-            listed = listed || std::string_view(each->name) == row.associationClass->name;
-        if (!listed)
-            return false;
-    }
-    return true;
-}
-static_assert(everyClassIsListed());
-
 } // namespace
 
 std::span<const Row> rows() {
@@ -516,7 +460,7 @@ std::span<const Row> rows() {
 }
 
 std::span<const AssociationClass* const> allAssociations() {
-    return classes;
+    return PackedRows<table>::classes;
 }
 
 } // namespace associations
