@@ -30,7 +30,7 @@ constexpr bool isSame(std::span<const OwnValue> left, std::span<const OwnValue> 
     return left.data() == right.data() && left.size() == right.size();
 }
 constexpr bool isSame(const AssociationClass* left, const AssociationClass* right) {
-    return left == right;
+    return isSameText(left->name, right->name);
 }
 
 // Different things, each of them once.

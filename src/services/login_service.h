@@ -15,9 +15,9 @@ struct LoginService {
     const char* setting; // InstanceID
     bool hasSshdConfig;
 };
-inline constexpr LoginService sshLogin{"SSHProtocolService", "SSH", "CIM_SSHProtocolEndpoint",
+constexpr LoginService sshLogin{"SSHProtocolService", "SSH", "CIM_SSHProtocolEndpoint",
                                        "SSHSettingData", true};
-inline constexpr LoginService telnetLogin{"TelnetProtocolService", "Telnet", "CIM_TelnetProtocolEndpoint",
+constexpr LoginService telnetLogin{"TelnetProtocolService", "Telnet", "CIM_TelnetProtocolEndpoint",
                                           "TelnetSettingData", false};
 
 inline constexpr const char* loginEndpointKeys[4] = {"SystemCreationClassName", "CreationClassName",
