@@ -88,8 +88,9 @@ protected:
     void checkAssociation(const std::vector<std::string>& words, bool everyOne) {
         // A sensor that cannot be read has a name, but takes no part.
         const auto sources = broker.enumerateInstances(pathOf(words[1]), {{}}).instances;
+        const std::size_t step = everyOne ? 1 + sources.size() * sampling() / 24 : 1;
         std::size_t count = 0, found = 0;
-        for (std::size_t i = 0; i < sources.size(); i += 1 + sources.size() * sampling() / 24, ++count)
+        for (std::size_t i = 0; i < sources.size() && (everyOne || found == 0); i += step, ++count)
             found +=
                 !broker.associatorNames(sources[i].path, {.assocClass = words[0], .resultClass = words[2]})
                      .paths.empty();
