@@ -83,9 +83,8 @@ CMPIStatus deleteAccount(const Request& request) {
 
 MethodAnswer changeAccountState(MethodCall& call) {
     std::uint16_t requestedState = 0;
-    const auto state = argument(call.request.in, "RequestedState");
-    if (!state || GetUINT16Value(*state, &requestedState) != 0)
-        return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "RequestedState Parameter is Invalid");
+    if (!call.readRequestedState(requestedState))
+        return std::nullopt;
     call.status = PH_RequestStateChange(call.request.broker, call.request.ref, requestedState);
     return call.status.rc == CMPI_RC_OK ? MethodAnswer(methodDone) : std::nullopt;
 }

@@ -63,9 +63,8 @@ int storeRequestedState(int deviceType, std::uint16_t state) {
 
 MethodAnswer changeState(MethodCall& call, const StateChange& change) {
     std::uint16_t state = 0;
-    const auto requested = argument(call.request.in, "RequestedState");
-    if (!requested || GetUINT16Value(*requested, &state) != 0)
-        return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "RequestedState Parameter is Invalid");
+    if (!call.readRequestedState(state))
+        return std::nullopt;
     return call.report(
         change.jobName, [&] { return change.act(call.keys, state); },
         [&] {

@@ -3,6 +3,7 @@
 #include "devices/watchdog_settings.h"
 #include "Utility/back-ends/back_ends.h"
 #include "Utility/engine/class_family.h"
+#include "Utility/engine/current_record.h"
 #include "Utility/engine/hosted_element.h"
 #include "Utility/requests/changes.h"
 #include "Utility/requests/request_status.h"
@@ -12,6 +13,10 @@
 
 constexpr const char* const g_WatchdogKeyList[4] = {"SystemCreationClassName", "CreationClassName",
                                                     "SystemName", "DeviceID"};
+
+namespace ph {
+extern const ClassFamily family_Watchdog;
+}
 
 namespace {
 
@@ -104,13 +109,6 @@ constexpr Settable settables[] = {
      "TimeoutInterval is no multiple of TimerResolution, or out of range"},
 };
 
-PHPropertyList settableProperties() {
-    PHPropertyList list{};
-    for (const Settable& settable : settables)
-        AddTo_DefaultList(list.rows, settable.name, list.count++);
-    return list;
-}
-
 bool numberOf(const PHPropertyRow& row, CMPIType type, std::uint64_t& number) {
     const CMPIData data = ph::valueOf(row);
     std::uint32_t wide = 0;
@@ -140,29 +138,16 @@ const char* apply(const PHPropertyList& changes, CIM_WatchdogTimer& timer) {
     return timer.use == 0 ? "The timer was never used: MonitoredEntity has to be set" : nullptr;
 }
 
-// Finds what the request changes. The status has the reason when it must not.
-CMPIStatus readChanges(const ph::Request& request, const Record& record, PHPropertyList& changes) {
-    CMPIStatus status = ph::success;
-    const CMPIInstance* current =
-        PH_MakeInst_Watchdog(request.broker, request.context, request.ref, nullptr, &record, 0, 2, &status);
-    if (current == nullptr)
-        return status;
-    return ph::readChanges(request, current, settableProperties(), changes);
-}
-
-struct Current {
-    Record* record = nullptr;
-    ~Current() { PH_Clean_Watchdog(&record, 1); }
-};
-
 CMPIStatus modify(const ph::Request& request) {
-    Current current;
-    ph::KeyValues keys;
-    if (!keys.areRead(request.broker, request.ref, g_WatchdogKeyList) ||
-        PH_Get_Watchdog(&current.record, keys) != 0)
+    ph::CurrentRecord current(ph::family_Watchdog);
+    if (!current.find(request))
         return ph::fail(request.broker, ph::noSuchInstance.code, ph::noSuchInstance.message);
+    CMPIStatus status = ph::success;
+    const CMPIInstance* const instance = current.makeInstance(request, status);
+    if (instance == nullptr)
+        return status;
     PHPropertyList changes{};
-    if (const CMPIStatus status = readChanges(request, *current.record, changes); status.rc != CMPI_RC_OK)
+    if (status = ph::readChanges(request, instance, ph::namesOf(settables), changes); status.rc != CMPI_RC_OK)
         return status;
     if (changes.count == 0)
         return ph::success;
@@ -198,9 +183,8 @@ bool changeTimer(std::uint16_t state) {
 MethodAnswer changeState(MethodCall& call) {
     using namespace ph::RequestedState;
     std::uint16_t state = 0;
-    const auto requested = ph::argument(call.request.in, "RequestedState");
-    if (!requested || GetUINT16Value(*requested, &state) != 0)
-        return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "RequestedState Parameter is Invalid");
+    if (!call.readRequestedState(state))
+        return std::nullopt;
     if (state != Enabled && state != Disabled && state != Reset)
         return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "The watchdog has no such state");
     return call.report("Watchdog_RequestStateChange", [&] { return changeTimer(state); });

@@ -34,12 +34,6 @@ bool readNumber(const CMPIData& data, std::uint32_t& value) {
     return true;
 }
 
-CMPIStatus refuseValue(const Request& request, const char* name) {
-    char message[sizeof(PHPropertyRow::name) + 32];
-    std::snprintf(message, sizeof(message), "%s Parameter is Invalid", name);
-    return fail(request.broker, CMPI_RC_ERR_INVALID_PARAMETER, message);
-}
-
 CMPIStatus apply(const Request& request, const PHPropertyList& changes, IndicationServiceRow& row) {
     for (int i = 0; i < changes.count; ++i) {
         const auto* const settable = std::ranges::find_if(settables, [&](const Settable& each) {
@@ -48,7 +42,7 @@ CMPIStatus apply(const Request& request, const PHPropertyList& changes, Indicati
         std::uint32_t value = 0;
         if (settable == std::end(settables) || !readNumber(valueOf(changes.rows[i]), value) ||
             value > settable->most)
-            return refuseValue(request, changes.rows[i].name);
+            return refuseValue(request.broker, changes.rows[i].name);
         settable->set(row, value);
     }
     return success;
@@ -57,12 +51,11 @@ CMPIStatus apply(const Request& request, const PHPropertyList& changes, Indicati
 } // namespace
 
 CMPIStatus modifyDelivery(const Request& request, const CMPIInstance* current, const char* serviceName) {
-    PHPropertyList allowed{}, changes{};
-    for (const Settable& settable : settables)
-        AddTo_DefaultList(allowed.rows, settable.name, allowed.count++);
+    PHPropertyList changes{};
     if (current == nullptr)
         return fail(request.broker, "SetInstance Failed");
-    if (const CMPIStatus status = readChanges(request, current, allowed, changes); status.rc != CMPI_RC_OK)
+    if (const CMPIStatus status = readChanges(request, current, namesOf(settables), changes);
+        status.rc != CMPI_RC_OK)
         return status;
 
     Database database;

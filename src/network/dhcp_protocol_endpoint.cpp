@@ -102,9 +102,8 @@ bool setSource(const char* name, std::uint16_t state) {
 MethodAnswer changeState(MethodCall& call) {
     using namespace ph::RequestedState;
     std::uint16_t state = 0;
-    const auto requested = ph::argument(call.request.in, "RequestedState");
-    if (!requested || GetUINT16Value(*requested, &state) != 0)
-        return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "RequestedState Parameter is Invalid");
+    if (!call.readRequestedState(state))
+        return std::nullopt;
     if (state != Enabled && state != Disabled)
         return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "A DHCP client can be enabled (2) or disabled (3)");
     const char* name = call.key(nameKey);

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "network/dns_values.h"
-#include "Utility/requests/request.h"
+#include "Utility/engine/current_record.h"
 
 #include <provider_helper/utility.h>
 
@@ -28,7 +28,7 @@ struct Settable {
 };
 
 // Changes what the request has, where it differs from the current instance.
-CMPIStatus modify(const Request& request, const CMPIInstance* current, std::span<const Settable> settables,
+CMPIStatus modify(const Request& request, const CurrentRecord& current, std::span<const Settable> settables,
                   Changeable& settings);
 
 // A property without a value is cleared: it becomes an empty text or list.

@@ -8,6 +8,10 @@
 
 constexpr const char* const g_DNSGeneralSettingDataKeyList[1] = {"InstanceID"};
 
+namespace ph {
+extern const ClassFamily family_DNSGeneralSettingData;
+}
+
 namespace {
 
 using Record = DNSGeneralSettingDataRecord;
@@ -100,22 +104,12 @@ constexpr ph::dns::Settable settables[] = {
     {"DNSSuffixesToAppend", setSuffixes},
 };
 
-struct Current {
-    Record* record = nullptr;
-    ~Current() { PH_Clean_DNSGeneralSettingData(&record, 1); }
-};
-
 CMPIStatus modify(const ph::Request& request) {
-    Current current;
-    ph::KeyValues keys;
-    if (!keys.areRead(request.broker, request.ref, g_DNSGeneralSettingDataKeyList) ||
-        PH_Get_DNSGeneralSettingData(&current.record, keys) != 0)
+    ph::CurrentRecord current(ph::family_DNSGeneralSettingData);
+    if (!current.find(request))
         return ph::fail(request.broker, ph::noSuchInstance.code, ph::noSuchInstance.message);
     Search search;
-    return ph::dns::modify(request,
-                           PH_MakeInst_DNSGeneralSettingData(request.broker, request.context, request.ref,
-                                                             nullptr, current.record, 0, 2, nullptr),
-                           settables, search);
+    return ph::dns::modify(request, current, settables, search);
 }
 
 constexpr ph::ClassDefinition<Record> definition{.name = "CIM_DNSGeneralSettingData",

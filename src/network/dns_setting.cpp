@@ -9,6 +9,10 @@
 
 constexpr const char* const g_DNSSettingDataKeyList[1] = {"InstanceID"};
 
+namespace ph {
+extern const ClassFamily family_DNSSettingData;
+}
+
 namespace {
 
 using Record = DNSSettingDataRecord;
@@ -160,22 +164,12 @@ constexpr ph::dns::Settable settables[] = {
     {"DHCPOptionsToUse", setOptions},
 };
 
-struct Current {
-    Record* record = nullptr;
-    ~Current() { PH_Clean_DNSSettingData(&record, 1); }
-};
-
 CMPIStatus modify(const ph::Request& request) {
-    Current current;
-    ph::KeyValues keys;
-    if (!keys.areRead(request.broker, request.ref, g_DNSSettingDataKeyList) ||
-        PH_Get_DNSSettingData(&current.record, keys) != 0)
+    ph::CurrentRecord current(ph::family_DNSSettingData);
+    if (!current.find(request))
         return ph::fail(request.broker, ph::noSuchInstance.code, ph::noSuchInstance.message);
-    Configuration configuration(current.record->InstanceID);
-    return ph::dns::modify(request,
-                           PH_MakeInst_DNSSettingData(request.broker, request.context, request.ref, nullptr,
-                                                      current.record, 0, 2, nullptr),
-                           settables, configuration);
+    Configuration configuration(static_cast<const Record*>(current.get())->InstanceID);
+    return ph::dns::modify(request, current, settables, configuration);
 }
 
 constexpr ph::ClassDefinition<Record> definition{

@@ -62,9 +62,8 @@ MethodAnswer changeAccessPoint(MethodCall& call) {
     if (name == nullptr)
         return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "Key Value Missing");
     std::uint16_t state = 0;
-    const auto requested = argument(call.request.in, "RequestedState");
-    if (!requested || GetUINT16Value(*requested, &state) != 0)
-        return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "RequestedState Parameter is Invalid");
+    if (!call.readRequestedState(state))
+        return std::nullopt;
     if (state != RequestedState::Enabled && state != RequestedState::Disabled)
         return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "The access point has no such state");
     // The keys were found to be those of an instance of the class, and no two classes share a name.

@@ -61,9 +61,8 @@ ph::MethodAnswer changeState(ph::MethodCall& call) {
     if (name == nullptr)
         return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "Key Value Missing");
     std::uint16_t state = 0;
-    const auto requested = ph::argument(call.request.in, "RequestedState");
-    if (!requested || GetUINT16Value(*requested, &state) != 0)
-        return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "RequestedState Parameter is Invalid");
+    if (!call.readRequestedState(state))
+        return std::nullopt;
     if (state != Enabled && state != Disabled)
         return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "The service has no such state");
     char jobName[64];

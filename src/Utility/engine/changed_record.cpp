@@ -5,7 +5,6 @@
 #include "Utility/requests/request_texts.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 #include <string_view>
 
@@ -68,28 +67,17 @@ void carryOut(const Change& change, void* record) {
     }
 }
 
-CMPIStatus refuse(const Request& request, const char* name) {
-    char message[sizeof(PHPropertyRow::name) + 32];
-    std::snprintf(message, sizeof(message), "%s Parameter is Invalid", name);
-    return fail(request.broker, CMPI_RC_ERR_INVALID_PARAMETER, message);
-}
-
 } // namespace
 
 CMPIStatus ChangedRecord::apply(const Request& request, std::span<const Settable> settables) {
-    KeyValues keys;
-    if (!isOfClass(request.ref, family_.name) || !keys.areRead(request.broker, request.ref, family_.keys) ||
-        engine::get(family_, &record_, keys) != 0)
+    if (!isOfClass(request.ref, family_.name) || !current_.find(request))
         return fail(request.broker, noSuchInstance.code, noSuchInstance.message);
     CMPIStatus status = success;
-    const CMPIInstance* current =
-        engine::makeInstance(family_, request.broker, request.ref, nullptr, record_, &status);
+    const CMPIInstance* current = current_.makeInstance(request, status);
     if (current == nullptr)
         return status;
-    PHPropertyList allowed{}, changes{};
-    for (const Settable& settable : settables)
-        AddTo_DefaultList(allowed.rows, settable.name, allowed.count++);
-    if (status = readChanges(request, current, allowed, changes); status.rc != CMPI_RC_OK)
+    PHPropertyList changes{};
+    if (status = readChanges(request, current, namesOf(settables), changes); status.rc != CMPI_RC_OK)
         return status;
     Change checked[std::size(changes.rows)];
     for (int i = 0; i < changes.count; ++i) {
@@ -97,14 +85,14 @@ CMPIStatus ChangedRecord::apply(const Request& request, std::span<const Settable
         const auto settable = std::ranges::find(settables, name, &Settable::name);
         const auto property = std::ranges::find(family_.properties, name, &Property::name);
         if (settable == settables.end() || property == family_.properties.end())
-            return refuse(request, changes.rows[i].name);
+            return refuseValue(request.broker, changes.rows[i].name);
         checked[i] = {&*property, 0, nullptr};
         if (!readChange(valueOf(changes.rows[i]), *settable, checked[i]))
-            return refuse(request, changes.rows[i].name);
+            return refuseValue(request.broker, changes.rows[i].name);
     }
     hasChanges_ = changes.count > 0;
     for (int i = 0; i < changes.count; ++i)
-        carryOut(checked[i], record_);
+        carryOut(checked[i], current_.get());
     return success;
 }
 

@@ -1,7 +1,7 @@
 // A modify request carried into the record of the instance that it names.
 #pragma once
 
-#include "Utility/engine/class_family.h"
+#include "Utility/engine/current_record.h"
 
 #include <span>
 
@@ -17,10 +17,7 @@ struct Settable {
 
 class ChangedRecord {
 public:
-    explicit ChangedRecord(const ClassFamily& family) : family_(family) {}
-    ~ChangedRecord() { engine::clean(family_, &record_, record_ != nullptr); }
-    ChangedRecord(const ChangedRecord&) = delete;
-    ChangedRecord& operator=(const ChangedRecord&) = delete;
+    explicit ChangedRecord(const ClassFamily& family) : family_(family), current_(family) {}
 
     // Reads the record and checks every change before the first is carried out. The status is the refusal of an
     // instance that there is not, of properties that may not be changed and of values that they cannot have.
@@ -29,12 +26,12 @@ public:
     bool hasChanges() const { return hasChanges_; }
     template <class Record>
     const Record& as() const {
-        return *static_cast<const Record*>(record_);
+        return *static_cast<const Record*>(current_.get());
     }
 
 private:
     const ClassFamily& family_;
-    void* record_ = nullptr;
+    CurrentRecord current_;
     bool hasChanges_ = false;
 };
 

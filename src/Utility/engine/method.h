@@ -56,6 +56,8 @@ public:
         return std::nullopt;
     }
     MethodAnswer refuse(CMPIrc code, const char* message) { return refuse({code, message}); }
+    // Reads the argument RequestedState; returns false, and refuses the call, where it is none.
+    bool readRequestedState(std::uint16_t& state);
 
     // The frame uses this to make the path of the job, and to say how the method reports it.
     bool makeJobPath();

@@ -14,6 +14,14 @@ bool MethodCall::makeJobPath() {
     return false;
 }
 
+bool MethodCall::readRequestedState(std::uint16_t& state) {
+    const auto requested = argument(request.in, "RequestedState");
+    if (requested && GetUINT16Value(*requested, &state) == 0)
+        return true;
+    refuse(CMPI_RC_ERR_INVALID_PARAMETER, "RequestedState Parameter is Invalid");
+    return false;
+}
+
 MethodAnswer MethodCall::notCreated() {
     return how_->notCreated.message != nullptr ? refuse(how_->notCreated) : MethodAnswer(methodFailed);
 }

@@ -21,6 +21,12 @@ CMPIStatus readChanges(const Request& request, const CMPIInstance* current, cons
     return result == 0 && *refused == '\0' ? success : refuseProperties(request.broker, refused, code);
 }
 
+CMPIStatus refuseValue(const CMPIBroker* broker, const char* name) {
+    char message[sizeof(PHPropertyRow::name) + 32];
+    std::snprintf(message, sizeof(message), "%s Parameter is Invalid", name);
+    return fail(broker, CMPI_RC_ERR_INVALID_PARAMETER, message);
+}
+
 CMPIStatus refuseProperties(const CMPIBroker* broker, const char* names, CMPIrc code) {
     char message[sizeof("Invalid Property(s): ") + PH_REFUSED_NAMES_SIZE];
     std::snprintf(message, sizeof(message), "Invalid Property(s): %s", names);
