@@ -15,10 +15,10 @@ struct LoginService {
     const char* setting; // InstanceID
     bool hasSshdConfig;
 };
-constexpr LoginService sshLogin{"SSHProtocolService", "SSH", "CIM_SSHProtocolEndpoint",
-                                       "SSHSettingData", true};
+constexpr LoginService sshLogin{"SSHProtocolService", "SSH", "CIM_SSHProtocolEndpoint", "SSHSettingData",
+                                true};
 constexpr LoginService telnetLogin{"TelnetProtocolService", "Telnet", "CIM_TelnetProtocolEndpoint",
-                                          "TelnetSettingData", false};
+                                   "TelnetSettingData", false};
 
 inline constexpr const char* loginEndpointKeys[4] = {"SystemCreationClassName", "CreationClassName",
                                                      "SystemName", "Name"};
