@@ -33,11 +33,6 @@ inline constexpr std::uint8_t ipv6DynamicRouterCount = 73;
 inline constexpr std::uint8_t ipv6DynamicRouters = 74;
 } // namespace parameter
 
-// Parameter 0.
-inline constexpr std::uint8_t setComplete = 0;
-inline constexpr std::uint8_t setStarted = 1;
-inline constexpr std::uint8_t commitWrite = 2;
-
 // Parameter 4.
 inline constexpr std::uint8_t sourceStatic = 1;
 inline constexpr std::uint8_t sourceDhcp = 2;
@@ -70,7 +65,6 @@ inline constexpr std::uint8_t dynamicRouters = 0x02;
 
 // Completion codes of these commands (tables 23-2 and 23-3).
 inline constexpr std::uint8_t parameterNotSupported = 0x80;
-inline constexpr std::uint8_t setInProgressAlready = 0x81;
 inline constexpr std::uint8_t parameterIsReadOnly = 0x82;
 inline constexpr std::uint8_t parameterIsWriteOnly = 0x83;
 

@@ -42,7 +42,6 @@ enum PolicyRule : std::uint8_t {
 
 // Completion codes of these commands.
 inline constexpr std::uint8_t parameterNotSupported = 0x80;
-inline constexpr std::uint8_t setInProgressAlready = 0x81;
 inline constexpr std::uint8_t parameterIsReadOnly = 0x82;
 
 } // namespace ipmi::pef

@@ -20,11 +20,6 @@ inline constexpr std::uint8_t payloadChannel = 7;
 inline constexpr std::uint8_t payloadPort = 8;
 } // namespace parameter
 
-// Parameter 0.
-inline constexpr std::uint8_t setComplete = 0;
-inline constexpr std::uint8_t setStarted = 1;
-inline constexpr std::uint8_t commitWrite = 2;
-
 // Parameter 1.
 inline constexpr std::uint8_t isEnabled = 0x01;
 
@@ -48,7 +43,6 @@ inline constexpr std::uint8_t mostInstances = 15;
 
 // Completion codes of these commands.
 inline constexpr std::uint8_t parameterNotSupported = 0x80;
-inline constexpr std::uint8_t setInProgressAlready = 0x81;
 inline constexpr std::uint8_t parameterIsReadOnly = 0x82;
 
 } // namespace ipmi::sol

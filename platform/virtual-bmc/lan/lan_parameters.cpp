@@ -1,6 +1,7 @@
 // The LAN configuration parameters of addresses (IPMI 2.0 revision 1.1, table 23-4).
 #include "ipmi/lan_configuration.h"
 #include "virtual-bmc/lan/lans.h"
+#include "virtual-bmc/state/set_in_progress.h"
 
 #include <algorithm>
 
@@ -15,26 +16,12 @@ constexpr std::uint8_t longestPrefix = 128;
 // ---- Transaction
 
 std::uint8_t getProgress(const State&, const Lan& lan, LanSelector, ipmi::Writer& answer) {
-    answer.u8(lan.isSetInProgress ? ipmi::lan::setStarted : ipmi::lan::setComplete);
+    answer.u8(lan.isSetInProgress ? ipmi::progress::started : ipmi::progress::complete);
     return completion::success;
 }
 
-// Writes take effect at once, so that a commit changes nothing more.
-std::uint8_t setProgress(State&, Lan& lan, ipmi::Reader request) {
-    switch (request.u8() & 0x03) {
-    case ipmi::lan::setComplete:
-        lan.isSetInProgress = false;
-        return completion::success;
-    case ipmi::lan::setStarted:
-        if (lan.isSetInProgress)
-            return ipmi::lan::setInProgressAlready;
-        lan.isSetInProgress = true;
-        return completion::success;
-    case ipmi::lan::commitWrite:
-        return completion::success;
-    default:
-        return completion::invalidDataField;
-    }
+std::uint8_t setLanProgress(State&, Lan& lan, ipmi::Reader request) {
+    return setProgress(lan.isSetInProgress, request.u8());
 }
 
 // ---- IPv4
@@ -219,7 +206,7 @@ std::uint8_t getDynamicRouter(const State&, const Lan& lan, LanSelector selector
 }
 
 constexpr LanParameter parameterTable[] = {
-    {parameter::setInProgress, 1, getProgress, setProgress},
+    {parameter::setInProgress, 1, getProgress, setLanProgress},
     {parameter::ipv4Address, 4, getIpv4<&Ipv4Setting::address>, setIpv4<&Ipv4Setting::address>},
     {parameter::ipv4Source, 1, getSource, setSource},
     {parameter::macAddress, 6, getMac, nullptr},

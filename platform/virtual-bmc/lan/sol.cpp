@@ -3,6 +3,7 @@
 #include "ipmi/lan_configuration.h"
 #include "ipmi/sol_configuration.h"
 #include "virtual-bmc/state/json_fields.h"
+#include "virtual-bmc/state/set_in_progress.h"
 #include "virtual-bmc/state/state.h"
 
 #include <algorithm>
@@ -28,24 +29,6 @@ struct Parameter {
     void (*get)(const SolChannel& channel, ipmi::Writer& answer);
     std::uint8_t (*set)(SolChannel& channel, ipmi::Reader request);
 };
-
-// Writes take effect at once, so that a commit changes nothing more.
-std::uint8_t setProgress(SolChannel& channel, ipmi::Reader request) {
-    switch (request.u8() & 0x03) {
-    case sol::setComplete:
-        channel.isSetInProgress = false;
-        return completion::success;
-    case sol::setStarted:
-        if (channel.isSetInProgress)
-            return sol::setInProgressAlready;
-        channel.isSetInProgress = true;
-        return completion::success;
-    case sol::commitWrite:
-        return completion::success;
-    default:
-        return completion::invalidDataField;
-    }
-}
 
 void getAuthentication(const SolChannel& channel, ipmi::Writer& answer) {
     answer.u8(static_cast<std::uint8_t>(channel.privilege |
@@ -99,9 +82,11 @@ std::uint8_t setPort(SolChannel& channel, ipmi::Reader request) {
 constexpr Parameter parameters[] = {
     {parameter::setInProgress, 1,
      [](const SolChannel& channel, ipmi::Writer& answer) {
-         answer.u8(channel.isSetInProgress ? sol::setStarted : sol::setComplete);
+         answer.u8(channel.isSetInProgress ? ipmi::progress::started : ipmi::progress::complete);
      },
-     setProgress},
+     [](SolChannel& channel, ipmi::Reader request) {
+         return setProgress(channel.isSetInProgress, request.u8());
+     }},
     {parameter::enable, 1,
      [](const SolChannel& channel, ipmi::Writer& answer) { answer.u8(channel.isEnabled); },
      [](SolChannel& channel, ipmi::Reader request) {

@@ -1,6 +1,7 @@
 #include "virtual-bmc/pef/pef.h"
 
 #include "virtual-bmc/state/json_fields.h"
+#include "virtual-bmc/state/set_in_progress.h"
 #include "virtual-bmc/state/state.h"
 
 #include <algorithm>
@@ -76,29 +77,12 @@ std::uint8_t getCapabilities(State& state, ipmi::Reader, ipmi::Writer& answer) {
     return completion::success;
 }
 
-std::uint8_t setProgress(Pef& machine, std::uint8_t value) {
-    switch (value & 0x03) {
-    case 0: // complete
-        machine.isSetInProgress = false;
-        return completion::success;
-    case 1: // started
-        if (machine.isSetInProgress)
-            return pef::setInProgressAlready;
-        machine.isSetInProgress = true;
-        return completion::success;
-    case 2: // commit: writes take effect at once
-        return completion::success;
-    default:
-        return completion::invalidDataField;
-    }
-}
-
 std::uint8_t setParameters(State& state, ipmi::Reader request, ipmi::Writer&) {
     auto& machine = state.edit<Pef>();
     const std::uint8_t number = request.u8() & selectorMask;
     switch (number) {
     case parameter::setInProgress:
-        return setProgress(machine, request.u8());
+        return setProgress(machine.isSetInProgress, request.u8());
     case parameter::control:
         machine.control = request.u8();
         return completion::success;
