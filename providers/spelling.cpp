@@ -9,17 +9,10 @@
 namespace spelling {
 namespace {
 
-// These two are there for the compiler alone: the library has one text of all names, and numbers, as every pointer
-// would be relocated whenever it is loaded, and cost it twelve bytes. The names are in the order of strcasecmp.
+// In the order of strcasecmp, and there for the compiler alone: the library has one text of all names, as every pointer
+// would be relocated whenever it is loaded, and cost it twelve bytes.
 constexpr std::string_view listedNames[] = {
 #include "names.inc"
-};
-struct ListedKey {
-    std::string_view className;
-    std::string_view name;
-};
-constexpr ListedKey listedKeys[] = {
-#include "keys.inc"
 };
 
 consteval std::size_t lengthOfNames() {
@@ -57,46 +50,23 @@ struct Key {
     std::uint16_t className;
     std::uint16_t name;
 };
-
-constexpr char lower(char letter) {
-    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
-
-// In the order of strcasecmp, which the compiler cannot ask. Loops are spelled out, as compilers count steps.
-constexpr bool isBefore(std::string_view left, std::string_view right) {
-    for (std::size_t i = 0; i < left.size() && i < right.size(); ++i)
-        if (lower(left[i]) != lower(right[i]))
-            return lower(left[i]) < lower(right[i]);
-    return left.size() < right.size();
-}
+constexpr Key keys[] = {
+#include "keys.inc"
+};
 
 // The number of a name in any spelling; that behind the last where there is none.
-constexpr std::size_t placeOf(std::string_view name) {
+std::size_t placeOf(const char* name) {
     std::size_t first = 0;
     for (std::size_t end = names.starts.size(); first < end;) {
         const std::size_t middle = first + (end - first) / 2;
-        if (isBefore(names[middle], name))
+        if (strcasecmp(names[middle].data(), name) < 0)
             first = middle + 1;
         else
             end = middle;
     }
-    return first < names.starts.size() && !isBefore(name, names[first]) ? first : names.starts.size();
+    return first < names.starts.size() && strcasecmp(names[first].data(), name) == 0 ? first
+                                                                                     : names.starts.size();
 }
-
-constexpr std::uint16_t numberOf(std::string_view name) {
-    const std::size_t place = placeOf(name);
-    if (place == names.starts.size() || names[place] != name)
-        throw "every class and key is one of the names";
-    return static_cast<std::uint16_t>(place);
-}
-
-constexpr auto keys = [] {
-    std::array<Key, std::size(listedKeys)> numbered{};
-    std::ranges::transform(listedKeys, numbered.begin(), [](const ListedKey& key) {
-        return Key{numberOf(key.className), numberOf(key.name)};
-    });
-    return numbered;
-}();
 
 bool isSpelled(const std::string& name) {
     return spelled(name.c_str()) == name;

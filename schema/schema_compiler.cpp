@@ -6,7 +6,7 @@
 //     class_tables.inc    the tables that class_schema.cpp reads
 //     superclasses.inc    {class, superclass, placement} of every class that is served, and of those above it
 //     names.inc           what is served by name, each name once, in the order of strcasecmp
-//     keys.inc            {class, key} of every class that is served
+//     keys.inc            {class, key} of every class that is served, as numbers in names.inc
 #include "associations/association.h"
 #include "merged_classes.h"
 
@@ -17,6 +17,7 @@
 #include <fstream>
 #include <functional>
 #include <iostream>
+#include <iterator>
 #include <map>
 #include <set>
 #include <sstream>
@@ -163,8 +164,10 @@ struct WithoutCase {
 };
 
 // CIM names compare without regard to case: two that differ in it alone would be one to clients.
-void writeNames(std::ostream& out, const std::vector<DeclaredClass>& served) {
-    std::set<std::string, WithoutCase> names;
+using Names = std::set<std::string, WithoutCase>;
+
+Names namesOf(const std::vector<DeclaredClass>& served) {
+    Names names;
     const auto add = [&](const auto& element) {
         if (const auto [known, isNew] = names.insert(element.name); !isNew && *known != element.name)
             throw std::runtime_error("two spellings: " + *known + " and " + element.name);
@@ -179,15 +182,23 @@ void writeNames(std::ostream& out, const std::vector<DeclaredClass>& served) {
                 add(parameter);
         }
     }
+    return names;
+}
+
+void writeNames(std::ostream& out, const Names& names) {
     for (const std::string& name : names)
         out << literal(name) << ",\n";
 }
 
-void writeKeys(std::ostream& out, const std::vector<DeclaredClass>& served) {
+void writeKeys(std::ostream& out, const std::vector<DeclaredClass>& served, const Names& names) {
+    const auto number = [&](const std::string& name) {
+        return std::distance(names.begin(), names.find(name));
+    };
     for (const DeclaredClass& each : served)
         for (const DeclaredElement& property : each.properties)
             if (property.isKey)
-                out << '{' << literal(each.name) << ", " << literal(property.name) << "},\n";
+                out << '{' << number(each.name) << ", " << number(property.name) << "}, // " << each.name
+                    << '.' << property.name << '\n';
 }
 
 } // namespace
@@ -226,10 +237,11 @@ int main(int argc, char** argv) try {
     tableFile << "constexpr const auto& classTables = " << all << ";\n";
     std::ofstream superclasses = create("superclasses.inc");
     writeSuperclasses(superclasses, served, classes);
-    std::ofstream names = create("names.inc");
-    writeNames(names, served);
+    const Names names = namesOf(served);
+    std::ofstream nameFile = create("names.inc");
+    writeNames(nameFile, names);
     std::ofstream keys = create("keys.inc");
-    writeKeys(keys, served);
+    writeKeys(keys, served, names);
 } catch (const std::exception& error) {
     std::cerr << "schema_compiler: " << error.what() << '\n';
     return 1;
