@@ -116,6 +116,16 @@ PH_EXPORT int PH_Fill_PowerManagementCapabilities(const PowerCapabilitiesRow* ro
                                                   PowerManagementCapabilitiesRecord* record);
 PH_EXPORT extern const char* const g_PowerManagementCapabilitiesKeyList[1];
 
+/* CIM_ConcreteCollection: what a system has of a kind, each kind one fixed instance (the collections of DSP1006). */
+typedef struct {
+    char InstanceID[64];  /* key; "ConcreteCollection:Host Sensors" */
+    char ElementName[32]; /* "Capabilities", "Consoles", "Logs", "Sensors" or "Settings" */
+    char Description[96];
+} ConcreteCollectionRecord;
+
+PH_DECLARE_CLASS_FAMILY(ConcreteCollection, ConcreteCollectionRecord);
+PH_EXPORT extern const char* const g_ConcreteCollectionKeyList[1];
+
 #ifdef __cplusplus
 }
 #endif

@@ -68,7 +68,11 @@ inline constexpr AssociationClass hostedCollection{
     {{"Antecedent", "CIM_System"}, {"Dependent", "CIM_SystemSpecificCollection"}}};
 
 inline constexpr AssociationClass memberOfCollection{
-    "CIM_MemberOfCollection", nullptr, {{"Collection", "CIM_Collection"}, {"Member", "CIM_ManagedElement"}}};
+    "CIM_MemberOfCollection",
+    nullptr,
+    {{"Collection", "CIM_Collection"}, {"Member", "CIM_ManagedElement"}},
+    {},
+    Placement::Both};
 
 inline constexpr AssociationClass roleLimitedToTarget{
     "CIM_RoleLimitedToTarget",

@@ -4,10 +4,7 @@
 #include "associations/packed_rows.h"
 #include "associations/profiles.h"
 #include "associations/relations.h"
-
-#include <charconv>
-#include <string_view>
-#include <system_error>
+#include "associations/row_values.h"
 
 namespace associations {
 namespace {
@@ -15,78 +12,8 @@ namespace {
 constexpr const char* host = "CIM_HostComputerSystem";
 constexpr const char* processor = "CIM_SPComputerSystem";
 
-template <std::uint64_t... values>
-Numbers fixed(const Texts&) {
-    return {values...};
-}
-
-// What is not known is left out.
-Numbers liveNumber(const Texts& texts) {
-    std::uint64_t number = 0;
-    const auto [end, error] =
-        std::from_chars(texts.live.data(), texts.live.data() + texts.live.size(), number);
-    return error == std::errc() ? Numbers{number} : Numbers{};
-}
-
-// DMTF IsCurrent and IsNext: 1 it is, 2 it is not. An address comes from the setting with the same
-// AddressOrigin, and what the BMC uses now it also uses after its next start.
-Numbers usesSetting(const Texts& origins) {
-    return {origins.first == origins.second ? 1U : 2U};
-}
-
-// A setting of a client is used while the client is enabled: EnabledState 2.
-Numbers isUsed(const Texts& states) {
-    return {states.first == "2" ? 1U : 2U};
-}
-
-// The first of several gateways or servers of a LAN, "DNS Server 1 of eth0", is the one that is asked first.
-Numbers isFirst(const Texts& names) {
-    return {contains(names.first, " 1 of ") ? 1U : 0U};
-}
-
 constexpr Elements lastingBoot("CIM_BootConfigSetting", "InstanceID", "BootConfigSetting-Persistent");
 constexpr Elements nextBoot("CIM_BootConfigSetting", "InstanceID", "BootConfigSetting-Once");
-
-// Of each boot configuration: whether it is the next one, 3 for a single use.
-template <std::uint64_t is>
-Numbers isNextBoot(const Texts& texts) {
-    return {texts.live.starts_with(texts.second) ? is : 2U};
-}
-// The sources of a configuration that it does not boot from have no place in its order: 0.
-Numbers placeInBootOrder(const Texts& texts) {
-    const bool isChosen = texts.live.starts_with(texts.first) && texts.live.ends_with(texts.second) &&
-                          texts.live.size() == texts.first.size() + 1 + texts.second.size();
-    return {isChosen ? 1U : 0U};
-}
-
-constexpr OwnValue manages[] = {{"ElementEffects", {}, fixed<5>}};
-// The BMC that answers is on. What state was asked for is not recorded: 0, unknown.
-constexpr OwnValue processorPower[] = {{"PowerState", {}, fixed<2>}, {"RequestedPowerState", {}, fixed<0>}};
-constexpr OwnValue hostPower[] = {{"PowerState", {}, liveNumber, Live::HostPower},
-                                  {"RequestedPowerState", {}, fixed<0>}};
-// Which setting a BMC was delivered with is not known: 0.
-constexpr OwnValue addressSetting[] = {{"IsDefault", {}, fixed<0>},
-                                       {"IsCurrent", {"AddressOrigin", "AddressOrigin"}, usesSetting},
-                                       {"IsNext", {"AddressOrigin", "AddressOrigin"}, usesSetting}};
-constexpr OwnValue clientSetting[] = {{"IsDefault", {}, fixed<0>},
-                                      {"IsCurrent", {"EnabledState", nullptr}, isUsed},
-                                      {"IsNext", {"EnabledState", nullptr}, isUsed}};
-constexpr OwnValue isDefaultAccess[] = {{"IsDefault", {"ElementName", nullptr}, isFirst}};
-// What the host booted from is not known to the BMC: 0.
-constexpr OwnValue lastingBootUse[] = {{"IsDefault", {}, fixed<1>},
-                                       {"IsCurrent", {}, fixed<0>},
-                                       {"IsNext", {nullptr, "InstanceID"}, isNextBoot<1>, Live::BootChoice}};
-constexpr OwnValue nextBootUse[] = {{"IsDefault", {}, fixed<2>},
-                                    {"IsCurrent", {}, fixed<0>},
-                                    {"IsNext", {nullptr, "InstanceID"}, isNextBoot<3>, Live::BootChoice}};
-constexpr OwnValue bootOrder[] = {
-    {"AssignedSequence", {"InstanceID", "InstanceID"}, placeInBootOrder, Live::BootChoice}};
-// The service is set so now, and stays so. How it was delivered is not recorded.
-constexpr OwnValue onlySetting[] = {
-    {"IsDefault", {}, fixed<0>}, {"IsCurrent", {}, fixed<1>}, {"IsNext", {}, fixed<1>}};
-constexpr OwnValue isPrimary[] = {{"PrimaryOS", {}, fixed<1>}};
-constexpr OwnValue isInstalled[] = {{"ElementSoftwareStatus", {}, fixed<2, 6>}}; // current, installed
-constexpr OwnValue firstOfSequence[] = {{"AssignedSequence", {}, fixed<1>}};
 
 constexpr Meeting onSystem = same("Name", "SystemName");
 constexpr Meeting assetCapabilities = related("Tag", "InstanceID", hasCapabilities);
@@ -155,6 +82,16 @@ constexpr Meeting switching = related("Name", "Name", serviceHasAccessPoint);
 constexpr Meeting listening = related("Name", "Name", portIsOfAccessPoint);
 constexpr const char* installationService = "CIM_SoftwareInstallationService";
 
+// A system has a collection of each kind (DSP1006).
+constexpr Elements collections(const char* prefix) {
+    return {"CIM_ConcreteCollection", "InstanceID", prefix};
+}
+constexpr Elements hostCapabilities = collections("ConcreteCollection:Host Capabilities");
+constexpr Elements hostSensors = collections("ConcreteCollection:Host Sensors");
+constexpr Elements hostSettings = collections("ConcreteCollection:Host Settings");
+constexpr Elements processorCapabilities = collections("ConcreteCollection:SP Capabilities");
+constexpr Elements processorSettings = collections("ConcreteCollection:SP Settings");
+
 // Jobs are named after the method that they run, and its class or service.
 constexpr Elements jobs(const char* prefix) {
     return {"CIM_ConcreteJob", "ElementName", prefix};
@@ -215,6 +152,41 @@ constexpr Row table[] = {
     {&hostedCollection, {host, "CIM_RedundancySet"}},
     {&memberOfCollection, {"CIM_RedundancySet", "CIM_Fan"}, havingMember},
     {&memberOfCollection, {"CIM_RedundancySet", "CIM_PowerSupply"}, havingMember},
+
+    {&owningCollectionElement, {host, collections("ConcreteCollection:Host ")}},
+    {&owningCollectionElement, {processor, collections("ConcreteCollection:SP ")}},
+    {&memberOfCollection, {hostSensors, "CIM_NumericSensor"}},
+    {&memberOfCollection, {hostSensors, "CIM_Sensor"}},
+    {&memberOfCollection, {hostCapabilities, "CIM_BootServiceCapabilities"}},
+    {&memberOfCollection, {hostCapabilities, "CIM_PhysicalAssetCapabilities"}},
+    {&memberOfCollection, {hostCapabilities, hostPowerCapabilities}},
+    {&memberOfCollection, {hostSettings, "CIM_BootConfigSetting"}},
+    {&memberOfCollection, {hostSettings, "CIM_BootSourceSetting"}},
+    {&memberOfCollection, {collections("ConcreteCollection:SP Consoles"), textAccessPoint}},
+    {&memberOfCollection, {collections("ConcreteCollection:SP Logs"), "CIM_RecordLog"}},
+    {&memberOfCollection, {processorCapabilities, "CIM_AccountManagementCapabilities"}},
+    {&memberOfCollection, {processorCapabilities, "CIM_CLPCapabilities"}},
+    {&memberOfCollection, {processorCapabilities, "CIM_DHCPCapabilities"}},
+    {&memberOfCollection, {processorCapabilities, "CIM_IndicationServiceCapabilities"}},
+    {&memberOfCollection, {processorCapabilities, "CIM_MediaRedirectionCapabilities"}},
+    {&memberOfCollection, {processorCapabilities, processorPowerCapabilities}},
+    {&memberOfCollection, {processorCapabilities, "CIM_ProtocolServiceCapabilities"}},
+    {&memberOfCollection, {processorCapabilities, "CIM_RecordLogCapabilities"}},
+    {&memberOfCollection, {processorCapabilities, "CIM_RedirectionServiceCapabilities"}},
+    {&memberOfCollection, {processorCapabilities, "CIM_RoleBasedManagementCapabilities"}},
+    {&memberOfCollection, {processorCapabilities, "CIM_SoftwareInstallationServiceCapabilities"}},
+    {&memberOfCollection, {processorCapabilities, "CIM_SSHCapabilities"}},
+    {&memberOfCollection, {processorCapabilities, "CIM_TelnetCapabilities"}},
+    {&memberOfCollection, {processorCapabilities, "CIM_USBRedirectionCapabilities"}},
+    {&memberOfCollection, {processorSettings, "CIM_CLPSettingData"}},
+    {&memberOfCollection, {processorSettings, "CIM_DHCPSettingData"}},
+    {&memberOfCollection, {processorSettings, "CIM_DNSGeneralSettingData"}},
+    {&memberOfCollection, {processorSettings, "CIM_DNSSettingData"}},
+    {&memberOfCollection, {processorSettings, "CIM_IndicationServiceSettingData"}},
+    {&memberOfCollection, {processorSettings, "CIM_IPAssignmentSettingData"}},
+    {&memberOfCollection, {processorSettings, "CIM_SSHSettingData"}},
+    {&memberOfCollection, {processorSettings, "CIM_StaticIPAssignmentSettingData"}},
+    {&memberOfCollection, {processorSettings, "CIM_TelnetSettingData"}},
 
     {&owningCollectionElement, {processor, "CIM_Role"}},
     {&memberOfCollection, {"CIM_Role", "CIM_Identity"}, related("Name", "Description", isRoleOf)},
