@@ -60,14 +60,16 @@ constexpr Name portTypes[] = {
     {0x16, "Access Bus Port"},
     {0x17, "SCSI II"},
     {0x18, "SCSI Wide"},
-    {0x1D, "Video Port"},
-    {0x1E, "Audio Port"},
-    {0x1F, "Modem Port"},
-    {0x20, "Network Port"},
-    {0x21, "SATA"},
-    {0x22, "SAS"},
-    {0x23, "Multi-Function Display Port"},
-    {0x24, "Thunderbolt"},
+    {0x1C, "Video Port"},
+    {0x1D, "Audio Port"},
+    {0x1E, "Modem Port"},
+    {0x1F, "Network Port"},
+    {0x20, "SATA"},
+    {0x21, "SAS"},
+    {0x22, "Multi-Function Display Port"},
+    {0x23, "Thunderbolt"},
+    {0xA0, "8251"},
+    {0xA1, "8251 FIFO"},
 };
 
 // 7.9.2
@@ -109,7 +111,7 @@ constexpr Name connectorTypes[] = {
     {0x23, "USB Type-C Receptacle"},
 };
 
-// 7.10.1. PCI Express has a range of codes for each generation, one for each width.
+// 7.10.1. PCI Express has a range of codes for each generation: any size, and one for each.
 struct Generation {
     std::uint8_t first, last;
     const char* text;
@@ -126,9 +128,9 @@ constexpr Name slotTypes[] = {
     {0x07, "PC Card"},
     {0x08, "VL-VESA"},
     {0x09, "Proprietary"},
-    {0x0A, "Processor Card Slot"},
-    {0x0B, "Proprietary Memory Card Slot"},
-    {0x0C, "I/O Riser Card Slot"},
+    {0x0A, "Processor Card"},
+    {0x0B, "Proprietary Memory Card"},
+    {0x0C, "I/O Riser Card"},
     {0x0D, "NuBus"},
     {0x0E, "PCI 66 MHz"},
     {0x0F, "AGP"},
@@ -201,7 +203,14 @@ const char* slotTypeName(std::uint8_t type) {
     for (const Generation& each : generations)
         if (type >= each.first && type <= each.last)
             return each.text;
-    return find(slotTypes, type, "Slot");
+    return find(slotTypes, type, "");
+}
+std::uint8_t slotSize(std::uint8_t type) {
+    constexpr std::uint8_t sizes[] = {0, 0x08, 0x09, 0x0A, 0x0B, 0x0D}; // x1, x2, x4, x8, x16
+    for (const Generation& each : generations)
+        if (type >= each.first && type <= each.last)
+            return sizes[type - each.first];
+    return 0;
 }
 const char* deviceTypeName(std::uint8_t type) {
     return find(deviceTypes, type, "Device");

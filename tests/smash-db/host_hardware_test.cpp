@@ -2,6 +2,7 @@
 #include "bmc_session.h"
 #include "database_fixture.h"
 #include "ipmi/oem_commands.h"
+#include "smash-db/sync/hardware_codes.h"
 #include "smash-db/sync/host_hardware.h"
 #include "smbios_builder.h"
 #include "virtual-bmc/virtual_bmc.h"
@@ -113,9 +114,9 @@ TEST_F(SyncHardware, findsPartsAsTheBmcNamesThem) {
     addModule(table, 0x1000, "DIMM B", 4096);
     addModule(table, 0x1000, "DIMM C", 0);
     table.add(9, 7, 0x11, {{4, 1}, {5, 0xB8}, {6, 0x0D}, {7, 4}, {0x0F, 0x17}}, {"PCIe 1"})
-        .add(9, 8, 0x11, {{4, 1}, {5, 0xB1}, {6, 0x0A}, {7, 4}, {0x0F, 0xFF}, {0x10, 0xFF}}, {"It's \"new\""})
+        .add(9, 8, 0x11, {{4, 1}, {5, 0xB6}, {6, 0x0A}, {7, 4}, {0x0F, 0xFF}, {0x10, 0xFF}}, {"It's \"new\""})
         .add(9, 9, 0x11, {{4, 1}, {5, 6}, {6, 5}, {7, 3}}, {"PCI"})
-        .add(8, 10, 9, {{5, 0}, {6, 1}, {7, 0x0B}, {8, 0x20}}, {"LAN"})
+        .add(8, 10, 9, {{5, 0}, {6, 1}, {7, 0x0B}, {8, 0x1F}}, {"LAN"})
         .add(41, 11, 0x0B, {{4, 1}, {5, 0x85}, {9, 1}}, {"NIC 1"})
         .add(41, 12, 0x0B, {{4, 1}, {5, 0x03}, {9, 1}, {10, 1}}, {"Video"});
     sync(table);
@@ -134,7 +135,7 @@ TEST_F(SyncHardware, findsPartsAsTheBmcNamesThem) {
                             "Memory Socket 2:DIMM B|memory socket with 32.7.3:DIMM B",
                             "Memory Socket 3:DIMM C|memory socket, empty",
                             "Slot 1:PCIe 1|PCI Express Gen 4 x16 slot with 11.2.4:PCIe 1",
-                            "Slot 2:It_s _new_|PCI Express Gen 3 x4 slot with 11.0:Slot 2:It_s _new_",
+                            "Slot 2:It_s _new_|PCI Express Gen 3 x4 in x16 slot with 11.0:Slot 2:It_s _new_",
                             "Slot 3:PCI|PCI slot, empty", "Port 1:LAN|Network Port"));
     EXPECT_THAT(pciDevices(), ElementsAre("PCI 0000:17:00.0|PCIe 1|Device on 11.2.4:PCIe 1|255|5",
                                           "PCI 0000:01:00.0|NIC 1|Ethernet on 7.1.0|2|2",
@@ -149,12 +150,39 @@ TEST_F(SyncHardware, findsPartsAsTheBmcNamesThem) {
     std::free(memory);
 }
 
+// A slot's type tells which cards it takes, its width how wide the link is (DSP0134, 7.10.1 and 7.10.2).
+TEST(SlotShape, isThatOfTheCardsThatItTakes) {
+    const struct {
+        std::uint8_t type, width;
+        std::uint16_t layout, linkWidth, dataWidth;
+        const char* text;
+    } slots[] = {
+        {0xB6, 0x0B, 23, 5, 0, "PCI Express Gen 3 x8 in x16"},
+        {0xB5, 0x0B, 22, 5, 0, "PCI Express Gen 3 x8"},
+        {0xB8, 0x0D, 23, 7, 0, "PCI Express Gen 4 x16"}, // of any size
+        {0xA6, 0x05, 19, 0, 32, "PCI Express x1"},       // firmware that gives a width of PCI
+        {0xC4, 0x0D, 23, 7, 0, "PCI Express Gen 6 x16"},
+        {0x20, 0x0A, 1, 4, 0, "PCI Express Gen 3 SFF-8639 x4"},
+        {0x12, 0x06, 17, 0, 64, "PCI-X"},
+        {0x01, 0x0B, 1, 5, 0, "x8"},
+        {0x02, 0x02, 1, 0, 0, ""},
+    };
+    for (const auto& each : slots) {
+        const smash::SlotShape shape = smash::slotShapeOf(each.type, each.width);
+        EXPECT_EQ(shape.text, each.text);
+        EXPECT_EQ(shape.layout, each.layout) << each.text;
+        EXPECT_EQ(shape.linkWidth, each.linkWidth) << each.text;
+        EXPECT_EQ(shape.dataWidth, each.dataWidth) << each.text;
+    }
+}
+
 TEST_F(SyncHardware, namesWhatItLeavesOut) {
     createBmc("{}");
     SmbiosBuilder table;
     table.add(16, 0x1000, 0x0F, {{5, 5}}); // flash memory
     addModule(table, 0x1000, "ROM", 1);
     addModule(table, 0x1234, "Stray", 2);
+    addModule(table, 0x1234, "Empty", 0);
     table
         .add(4, 4, 0x30,
              {{4, 1}, {0x18, 0x41}, {0x23, 0xFF}, {0x24, 0xFF}, {0x2A, 60000, 2}, {0x2C, 60000, 2}}, {"CPU"})
@@ -162,13 +190,15 @@ TEST_F(SyncHardware, namesWhatItLeavesOut) {
         .add(41, 6, 0x0B, {{4, 1}, {5, 0x85}}, {"First"})
         .add(41, 7, 0x0B, {{4, 9}, {5, 0x85}}, {"Second"});
     sync(table);
-    EXPECT_THAT(remarks(),
-                ElementsAre("SMBIOS structure 0x0007 (onboard device): it has no string 9",
-                            "SMBIOS processor 1: its 60000 cores are more than a processor has",
-                            "SMBIOS memory device ROM: it is no system memory",
-                            "SMBIOS memory device Stray: the memory array that it names is not there",
-                            "SMBIOS device Absent: it has no PCI address",
-                            "SMBIOS device : there is another one at its PCI address"));
+    EXPECT_THAT(
+        remarks(),
+        ElementsAre(
+            "SMBIOS structure 0x0007 (onboard device): it has no string 9",
+            "SMBIOS processor 1: its 60000 cores are more than a processor has",
+            "SMBIOS memory device ROM: it is no system memory",
+            "SMBIOS memory array 0x1234: it is not there, and taken for system memory: 2 devices name it",
+            "SMBIOS device Absent: it has no PCI address",
+            "SMBIOS device : there is another one at its PCI address"));
     EXPECT_THAT(processors(), ElementsAre("1 0/0"));
     EXPECT_THAT(modules(), ElementsAre("1 2"));
 }

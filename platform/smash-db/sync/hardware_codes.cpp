@@ -87,21 +87,27 @@ std::uint8_t classCodeOf(std::uint8_t deviceType) {
 
 SlotShape slotShapeOf(std::uint8_t type, std::uint8_t width) {
     constexpr std::uint16_t pci = 16, pciX = 17, pciExpress = 18;
-    SlotShape shape{otherThanThese, 0, find(dataWidths, width, 0), smbios::slotTypeName(type)};
-    const auto link = std::ranges::find(linkWidths, width, &LinkWidth::smbios);
-    const bool isLink = link != std::end(linkWidths);
-    if (isLink) {
-        shape.linkWidth = link->link;
-        shape.text += link->text;
-    }
+    constexpr LinkWidth none{0, 0, pciExpress, ""};
+    const auto widthOf = [&](std::uint8_t code) {
+        const auto* const found = std::ranges::find(linkWidths, code, &LinkWidth::smbios);
+        return found != std::end(linkWidths) ? *found : none;
+    };
     const std::string_view name = smbios::slotTypeName(type);
+    const LinkWidth link = widthOf(width);
+    const LinkWidth size = smbios::slotSize(type) != 0 ? widthOf(smbios::slotSize(type)) : link;
+    SlotShape shape{otherThanThese, link.link, find(dataWidths, width, 0), std::string(name)};
+    if (link.smbios != size.smbios && link.smbios != 0)
+        shape.text.append(link.text).append(" in");
+    shape.text += size.text;
+    if (name.empty() && !shape.text.empty())
+        shape.text.erase(0, 1); // the blank before the width
     if (name == "PCI" || name == "PCI 66 MHz")
         shape.layout = pci;
     else if (name == "PCI-X")
         shape.layout = pciX;
     else if (name.starts_with("PCI Express") && name.find(" Mini ") == std::string_view::npos &&
              name.find("SFF") == std::string_view::npos)
-        shape.layout = isLink ? link->layout : pciExpress;
+        shape.layout = size.layout;
     return shape;
 }
 

@@ -17,7 +17,7 @@ struct SlotShape {
     std::uint16_t layout;    // CIM_PhysicalConnector.ConnectorLayout
     std::uint16_t linkWidth; // CIM_Slot.MaxLinkWidth; 0: no link
     std::uint16_t dataWidth; // bits; 0: a link, or unknown
-    std::string text;        // "PCI Express Gen 4 x16"
+    std::string text;        // "PCI Express Gen 4 x8 in x16", the link's width and the cards'; empty: unknown
 };
 SlotShape slotShapeOf(std::uint8_t type, std::uint8_t width);
 

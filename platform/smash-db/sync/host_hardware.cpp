@@ -9,6 +9,7 @@
 #include <array>
 #include <cstdio>
 #include <limits>
+#include <map>
 #include <optional>
 #include <set>
 #include <span>
@@ -232,8 +233,16 @@ private:
             std::ranges::find(hardware_.memoryArrays, device.array, &smbios::MemoryArray::handle);
         if (array != hardware_.memoryArrays.end())
             return array->use == systemMemory;
-        remark("memory device " + device.socket, "the memory array that it names is not there");
+        ++strayDevices_[device.array];
         return true;
+    }
+    void remarkMissingArrays() {
+        for (const auto& [handle, count] : strayDevices_) {
+            char array[24];
+            std::snprintf(array, sizeof array, "memory array 0x%04X", static_cast<unsigned>(handle));
+            remark(array, "it is not there, and taken for system memory: " + std::to_string(count) +
+                              (count == 1 ? " device names it" : " devices name it"));
+        }
     }
 
     void mapMemory() {
@@ -246,6 +255,7 @@ private:
             } else if (device.isInstalled) {
                 remark("memory device " + device.socket, "it is no system memory");
             }
+        remarkMissingArrays();
         const auto instances = instancesOf(memoryEntity, names);
         MemoryRow memory = {};
         for (std::size_t i = 0; i < devices.size(); ++i) {
@@ -306,7 +316,8 @@ private:
             row.dataWidth = shape.dataWidth;
             row.number = slot.number;
             copyText(row.connector, shape.text);
-            copyText(row.description, shape.text + " slot" + contentOf(slot, row));
+            copyText(row.description,
+                     (shape.text.empty() ? "Slot" : shape.text + " slot") + contentOf(slot, row));
         }
     }
 
@@ -383,6 +394,7 @@ private:
     std::vector<EntityDeviceRow>& devices_;
     std::vector<SyncRemark>& remarks_;
     HostHardware rows_;
+    std::map<std::uint16_t, unsigned> strayDevices_; // by the handle of the memory array that they name
 };
 
 } // namespace

@@ -23,7 +23,7 @@ constexpr Choice usages[] = {{0x02, "unknown"}, {0x03, "available"}, {0x04, "in-
 constexpr Choice connectors[] = {{0x00, "none"},  {0x07, "db-15-female"}, {0x08, "db-9-male"},
                                  {0x0B, "rj-45"}, {0x12, "usb"},          {0x22, "sata"}};
 constexpr Choice portTypes[] = {
-    {0x09, "serial"}, {0x10, "usb"}, {0x1D, "video"}, {0x20, "network"}, {0x21, "sata"}};
+    {0x09, "serial"}, {0x10, "usb"}, {0x1C, "video"}, {0x1F, "network"}, {0x20, "sata"}};
 constexpr Choice deviceTypes[] = {
     {0x03, "video"}, {0x05, "ethernet"}, {0x09, "sata"}, {0x0A, "sas"}, {0x0F, "nvme"}};
 
