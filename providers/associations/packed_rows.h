@@ -33,21 +33,44 @@ constexpr bool isSame(const AssociationClass* left, const AssociationClass* righ
     return isSameText(left->name, right->name);
 }
 
+// A number that differs for most texts: one comparison tells them apart, where clang counts a step for each character.
+constexpr std::uint32_t digest(const char* text, std::uint32_t seed = 0) {
+    for (; text != nullptr && *text != '\0'; ++text)
+        seed = seed * 31 + static_cast<unsigned char>(*text);
+    return seed;
+}
+constexpr std::uint32_t digest(const Elements& elements) {
+    return digest(elements.prefix, digest(elements.className));
+}
+constexpr std::uint32_t digest(const Meeting& meeting) {
+    return digest(meeting.properties[1], digest(meeting.properties[0]));
+}
+constexpr std::uint32_t digest(const AssociationClass* associationClass) {
+    return digest(associationClass->name);
+}
+constexpr std::uint32_t digest(std::span<const OwnValue> values) {
+    return static_cast<std::uint32_t>(values.size());
+}
+
 // Different things, each of them once.
 template <class Thing, std::size_t capacity>
 struct Collection {
     std::array<Thing, capacity> things{};
+    std::array<std::uint32_t, capacity> digests{};
     std::size_t count = 0;
 
     constexpr std::uint8_t numberOf(const Thing& thing) const {
+        const std::uint32_t wanted = digest(thing);
         std::size_t number = 0;
-        while (number < count && !isSame(things[number], thing))
+        while (number < count && (digests[number] != wanted || !isSame(things[number], thing)))
             ++number;
         return static_cast<std::uint8_t>(number);
     }
     constexpr void add(const Thing& thing) {
-        if (numberOf(thing) == count)
-            things[count++] = thing;
+        if (numberOf(thing) != count)
+            return;
+        digests[count] = digest(thing);
+        things[count++] = thing;
     }
 };
 
