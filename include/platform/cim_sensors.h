@@ -24,6 +24,14 @@ typedef struct {
 int CIM_GetSensorReading(IPMI20_SESSION_T* session, uint8_t sensorNumber, CIM_SensorReading* answer,
                          int timeout);
 
+/* Announces the sensors, `count` of them, that CIM_GetSensorReading will be asked for next in this order, so that the
+ * platform may have some answered while the caller works on those before. Whatever else the session is used for ends
+ * it, and the caller may stop at any of them. `timeout` is that of each reading, in seconds. Returns 0, also when the
+ * platform reads none of them ahead, or -1; each is then read when it is asked for, as by a platform without this
+ * function. */
+int CIM_ReadSensorsAhead(IPMI20_SESSION_T* session, const uint8_t* sensorNumbers, int count, int timeout)
+    __attribute__((weak));
+
 #ifdef __cplusplus
 }
 #endif

@@ -1,17 +1,26 @@
-#include "hooks/session.h"
-#include "ipmi/command.h"
+#include "hooks/reading_ahead.h"
 
 #include <stdexcept>
 
-namespace {}
+namespace {
+
+// The answer that was read ahead, or else one that is asked for now.
+ipmi::Answer readingOf(const IPMI20_SESSION_T* session, std::uint8_t sensor, int timeout) {
+    if (const auto& ahead = hooks::openSession(session).readingAhead; ahead != nullptr)
+        if (auto answer = ahead->take(sensor))
+            return *std::move(answer);
+    return ipmi::ask(hooks::sessionOf(session, timeout), ipmi::command::getSensorReading,
+                     std::span(&sensor, 1));
+}
+
+} // namespace
 
 int CIM_GetSensorReading(IPMI20_SESSION_T* session, uint8_t sensorNumber, CIM_SensorReading* answer,
                          int timeout) {
     return hooks::guarded(__func__, [&] {
         if (answer == nullptr)
             throw std::invalid_argument("no place for the reading given");
-        const auto reply = ipmi::ask(hooks::sessionOf(session, timeout), ipmi::command::getSensorReading,
-                                     std::span(&sensorNumber, 1));
+        const auto reply = readingOf(session, sensorNumber, timeout);
         *answer = {};
         answer->completionCode = reply.code();
         if (reply.code() != ipmi::completion::success)
@@ -24,5 +33,17 @@ int CIM_GetSensorReading(IPMI20_SESSION_T* session, uint8_t sensorNumber, CIM_Se
             answer->statesLow = reader.u8();
         if (reader.left() > 0)
             answer->statesHigh = reader.u8();
+    });
+}
+
+int CIM_ReadSensorsAhead(IPMI20_SESSION_T* session, const uint8_t* sensorNumbers, int count, int timeout) {
+    return hooks::guarded(__func__, [&] {
+        if (sensorNumbers == nullptr || count <= 0)
+            throw std::invalid_argument("no sensors given");
+        auto& open = hooks::sessionOf(session, timeout);
+        if (!hooks::ReadingAhead::isWorth(static_cast<std::size_t>(count)))
+            return;
+        open.readingAhead = std::make_shared<hooks::ReadingAhead>(
+            open, std::vector(sensorNumbers, sensorNumbers + count), timeout);
     });
 }

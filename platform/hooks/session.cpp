@@ -79,10 +79,15 @@ std::unique_ptr<Session> release(IPMI20_SESSION_T& session) {
     return std::unique_ptr<Session>(static_cast<Session*>(std::exchange(session.platform.handle, nullptr)));
 }
 
-Session& sessionOf(const IPMI20_SESSION_T* session, int timeout) {
+Session& openSession(const IPMI20_SESSION_T* session) {
     if (session == nullptr || session->platform.handle == nullptr)
         throw ipmi::TransportError("the IPMI session is not open");
-    auto& open = *static_cast<Session*>(session->platform.handle);
+    return *static_cast<Session*>(session->platform.handle);
+}
+
+Session& sessionOf(const IPMI20_SESSION_T* session, int timeout) {
+    Session& open = openSession(session);
+    open.readingAhead = nullptr;
     open.begin(timeout);
     return open;
 }

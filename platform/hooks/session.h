@@ -11,6 +11,8 @@
 
 namespace hooks {
 
+class ReadingAhead;
+
 // An open session: its transport, the deadline of the hook call that uses it, and what is read of a BMC once.
 class Session final : public ipmi::Transport {
 public:
@@ -38,6 +40,11 @@ private:
     bool isDead_ = false;
     std::optional<std::vector<std::uint8_t>> lanChannels_;
     std::optional<bool> hasOemCommands_;
+
+public:
+    // Sensors that are read over this session by a thread, until something else is asked: it ends with them. It is the
+    // last member, and goes first.
+    std::shared_ptr<ReadingAhead> readingAhead;
 };
 
 // Puts an open session into storage of the caller's, whatever that held before.
@@ -46,8 +53,10 @@ void store(IPMI20_SESSION_T& session, std::unique_ptr<Session> open);
 // Takes the session out again; nothing when it is not open.
 std::unique_ptr<Session> release(IPMI20_SESSION_T& session);
 
-// Returns an open session, for a hook call that begins now. Throws ipmi::TransportError for a session that is
-// not open.
+// Returns an open session as it is. Throws ipmi::TransportError for one that is not open.
+Session& openSession(const IPMI20_SESSION_T* session);
+
+// Returns an open session, for a hook call that begins now. Throws likewise.
 Session& sessionOf(const IPMI20_SESSION_T* session, int timeout);
 
 // The debug log of the CIM hooks.

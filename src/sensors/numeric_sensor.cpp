@@ -110,6 +110,10 @@ int enumerate(ph::RecordArray<Record>& sensors, ph::Detail detail) {
     return ph::enumerateSensors(sensorClass, sensors, detail);
 }
 
+int stream(const std::function<bool(const Record&)>& take, ph::Detail detail) {
+    return ph::streamSensors(sensorClass, properties, take, detail);
+}
+
 int get(ph::RecordArray<Record>& sensors, CMPIString** keyValues) {
     return ph::getSensor(sensorClass, sensors, keyValues);
 }
@@ -125,6 +129,7 @@ constexpr ph::ClassDefinition<Record> definition{.name = sensorClass.name,
                                                  .keys = g_NumericSensorKeyList,
                                                  .properties = properties,
                                                  .enumerate = enumerate,
+                                                 .stream = stream,
                                                  .get = get,
                                                  .skip = skip};
 

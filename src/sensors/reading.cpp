@@ -25,6 +25,11 @@ Health healthOf(const Reading& reading) {
     }
 }
 
+void SensorReader::announce(const std::vector<std::uint8_t>& numbers) {
+    if (CIM_ReadSensorsAhead != nullptr && numbers.size() > 1)
+        CIM_ReadSensorsAhead(session_.get(), numbers.data(), static_cast<int>(numbers.size()), hookTimeout);
+}
+
 const Reading& SensorReader::read(const SensorRecord& sensor) {
     return read(sensorNumber(sensor));
 }

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <vector>
 
 namespace ph {
 
@@ -31,6 +32,8 @@ Health healthOf(const Reading& reading);
 class SensorReader {
 public:
     bool open() { return session_.open(); }
+    // Says which sensors will be read, in this order.
+    void announce(const std::vector<std::uint8_t>& numbers);
     const Reading& read(const SensorRecord& sensor);
     const Reading& read(std::uint8_t number);
     IPMI20_SESSION_T* session() { return session_.get(); }

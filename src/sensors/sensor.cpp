@@ -39,6 +39,10 @@ int enumerate(ph::RecordArray<Record>& sensors, ph::Detail detail) {
     return ph::enumerateSensors(sensorClass, sensors, detail);
 }
 
+int stream(const std::function<bool(const Record&)>& take, ph::Detail detail) {
+    return ph::streamSensors(sensorClass, ph::sensorProperties, take, detail);
+}
+
 int get(ph::RecordArray<Record>& sensors, CMPIString** keyValues) {
     return ph::getSensor(sensorClass, sensors, keyValues);
 }
@@ -54,6 +58,7 @@ constexpr ph::ClassDefinition<Record> definition{
     .keys = g_SensorKeyList,
     .properties = ph::sensorProperties,
     .enumerate = enumerate,
+    .stream = stream,
     .get = get,
     .skip = skip};
 

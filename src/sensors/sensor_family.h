@@ -62,30 +62,27 @@ struct SensorClass {
     int (*publish)(Record&, const Reading&);
 };
 
-// Appends the sensor's record with its keys only, or with everything.
+// Fills a zeroed record with its keys only, or with everything.
 template <class Record, class Sdr>
-int appendSensor(const SensorClass<Record, Sdr>& sensorClass, RecordArray<Record>& sensors, const Sdr& sdr,
-                 const char* systemName, SensorReader* reader) {
-    Record* record = sensors.append();
-    if (record == nullptr)
-        return -1;
-    SensorRecord& common = commonOf(*record);
+int fillSensor(const SensorClass<Record, Sdr>& sensorClass, Record& record, const Sdr& sdr,
+               const char* systemName, SensorReader* reader) {
+    SensorRecord& common = commonOf(record);
     setHostedKeys(common, hostClass, systemName, sensorClass.name);
     if (reader == nullptr) {
         copyText(common.DeviceID, commonOf(sdr).deviceId);
         return 0;
     }
-    if (sensorClass.fill(&sdr, record) != 0)
+    if (sensorClass.fill(&sdr, &record) != 0)
         return -1;
     // An unreadable sensor has a record all the same, which says so.
-    sensorClass.publish(*record, reader->read(common));
+    sensorClass.publish(record, reader->read(common));
     return 0;
 }
 
-// Paths need neither a session nor a reading.
-template <class Record, class Sdr>
-int enumerateSensors(const SensorClass<Record, Sdr>& sensorClass, RecordArray<Record>& sensors,
-                     Detail detail) {
+// Fills a record for each sensor, which `place` finds room for and `take` accepts. Paths need neither a session nor
+// a reading.
+template <class Record, class Sdr, class Place, class Take>
+int forEachSensor(const SensorClass<Record, Sdr>& sensorClass, Detail detail, Place place, Take take) {
     char systemName[256] = "";
     Rows<Sdr> sdrs;
     if (PH_GetHostSystemName(systemName) != 0 || !sdrs.read(sensorClass.getAll))
@@ -94,10 +91,43 @@ int enumerateSensors(const SensorClass<Record, Sdr>& sensorClass, RecordArray<Re
     SensorReader reader;
     if (reads && !reader.open())
         return -1;
-    for (const Sdr& sdr : sdrs.all())
-        if (appendSensor(sensorClass, sensors, sdr, systemName, reads ? &reader : nullptr) != 0)
+    if (reads) {
+        std::vector<std::uint8_t> numbers; // each once where it stands behind itself, as it is read
+        for (const Sdr& sdr : sdrs.all())
+            if (numbers.empty() || numbers.back() != commonOf(sdr).sensorNumber)
+                numbers.push_back(commonOf(sdr).sensorNumber);
+        reader.announce(numbers);
+    }
+    for (const Sdr& sdr : sdrs.all()) {
+        Record* const record = place();
+        if (record == nullptr ||
+            fillSensor(sensorClass, *record, sdr, systemName, reads ? &reader : nullptr) != 0 ||
+            !take(*record))
             return -1;
+    }
     return 0;
+}
+
+template <class Record, class Sdr>
+int enumerateSensors(const SensorClass<Record, Sdr>& sensorClass, RecordArray<Record>& sensors,
+                     Detail detail) {
+    return forEachSensor(
+        sensorClass, detail, [&] { return sensors.append(); }, [](const Record&) { return true; });
+}
+
+// The next sensor is read while an instance is made of one.
+template <class Record, class Sdr>
+int streamSensors(const SensorClass<Record, Sdr>& sensorClass, std::span<const Property> properties,
+                  const std::function<bool(const Record&)>& take, Detail detail) {
+    RecordStore room(nullptr, 0, sizeof(Record), properties);
+    RecordArray<Record> one(room);
+    return forEachSensor(
+        sensorClass, detail, [&] { return one.append(); },
+        [&](const Record& record) {
+            const bool isTaken = take(record);
+            one.removeLast();
+            return isTaken;
+        });
 }
 
 template <class Record, class Sdr>
@@ -111,7 +141,8 @@ int getSensor(const SensorClass<Record, Sdr>& sensorClass, RecordArray<Record>& 
     SensorReader reader;
     if (sdr == nullptr || !reader.open())
         return -1;
-    return appendSensor(sensorClass, sensors, *sdr, systemName, &reader);
+    Record* const record = sensors.append();
+    return record != nullptr ? fillSensor(sensorClass, *record, *sdr, systemName, &reader) : -1;
 }
 
 } // namespace ph

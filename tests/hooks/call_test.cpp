@@ -84,6 +84,7 @@ const Hook hooks[] = {
     HOOK(CIM_GetSELEntry, None, &entryRequest, &out.entryAnswer, t),
     HOOK(CIM_ClearSEL, None, t),
     HOOK(CIM_GetSensorReading, None, 1, &out.reading, t),
+    HOOK(CIM_ReadSensorsAhead, None, bytes, 0, t),
     HOOK(CIM_GetMaxNumUsers, None, u8, t),
     HOOK(CIM_GetUser, None, 2, text, t),
     HOOK(CIM_GetUserAccess, None, 2, 1, u8, t),

@@ -71,7 +71,8 @@ TEST_F(SensorClasses, StatesOfOneSensorShareItsReading) {
                makeCompactSdr("Lost", 6, 0x08, 0x6F, 3),  makeCompactSdr("PSU", 5, 0x08, 0x6F, 2)};
     readings = {{0, makeReading(0)}, {5, makeReading(0, 0x02)}};
     const Reply reply = discrete.enumerate();
-    EXPECT_THAT(readNumbers(), ElementsAre(reading(0), reading(5), reading(6), reading(5)));
+    EXPECT_THAT(readNumbers(), ElementsAre("CIM_ReadSensorsAhead(*, 4, 30)", reading(0), reading(5),
+                                           reading(6), reading(5)));
     EXPECT_THAT(textsOf(reply.instances, "CurrentState"),
                 ElementsAre("Processor Presence detected Deassert", "Presence detected Deassert",
                             "Power Supply Failure detected Assert", "Predictive Failure Deassert"));

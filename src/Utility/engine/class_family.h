@@ -60,8 +60,9 @@ struct ClassDefinition {
     int (*enumerate)(RecordArray<Record>& records, Detail detail) = nullptr;
     // A failed enumeration frees the records that the caller's array had before, too.
     bool failureFreesAll = false;
-    // Takes the place of `enumerate` for a class with more records than fit in memory at once: it hands one
-    // after the other to `take`, and ends with -1 when that returns false. The records own nothing.
+    // For requests that take one record after the other: a class with more than fit in memory at once, or one that
+    // gets the next while an instance is made. It hands each to `take`, and ends with -1 when that returns false. What
+    // records own it frees itself; a class whose records own texts has `enumerate`, too.
     int (*stream)(const std::function<bool(const Record&)>& take, Detail detail) = nullptr;
     // Appends the one record with these key values (not NULL, in key-list order) or a likely one: the keys
     // are compared afterwards. Without it the whole enumeration is searched.
@@ -126,8 +127,8 @@ template <class Record, const ClassDefinition<Record>& definition>
 constexpr ClassFamily eraseTypes() {
     static_assert(keysDescribed(definition.keys, definition.properties));
     static_assert(definition.source != nullptr, "The class's description says where its values come from.");
-    static_assert(definition.stream == nullptr ||
-                  (definition.enumerate == nullptr && !ownsTexts(definition.properties)));
+    static_assert(definition.stream == nullptr || definition.enumerate != nullptr ||
+                  !ownsTexts(definition.properties));
     ClassFamily family{definition.name,
                        definition.superclass,
                        definition.source,
@@ -154,6 +155,8 @@ constexpr ClassFamily eraseTypes() {
         family.stream = [](const std::function<bool(const void*)>& take, Detail detail) {
             return definition.stream([&](const Record& record) { return take(&record); }, detail);
         };
+    }
+    if constexpr (definition.stream != nullptr && definition.enumerate == nullptr)
         family.enumerate = [](RecordStore& store, Detail detail) {
             RecordArray<Record> records(store);
             return definition.stream(
@@ -163,7 +166,6 @@ constexpr ClassFamily eraseTypes() {
                 },
                 detail);
         };
-    }
     if constexpr (definition.get != nullptr)
         family.get = [](RecordStore& store, CMPIString** keyValues) {
             RecordArray<Record> records(store);

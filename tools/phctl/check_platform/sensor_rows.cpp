@@ -35,13 +35,17 @@ void addSensors(Probe& probe, const char* getter, std::map<std::uint8_t, std::st
     }
 }
 
-void getSensorReading(Probe& probe) {
+std::map<std::uint8_t, std::string> sensorsOf(Probe& probe) {
     std::map<std::uint8_t, std::string> sensors;
     addSensors<FullSdr>(probe, "db_get_all_full_sdrs", sensors);
     addSensors<CompactSdr>(probe, "db_get_all_compact_sdrs", sensors);
     if (sensors.empty())
         throw NotPossible("the database has no sensor of the BMC");
-    for (const auto& [number, name] : sensors) {
+    return sensors;
+}
+
+void getSensorReading(Probe& probe) {
+    for (const auto& [number, name] : sensorsOf(probe)) {
         Out<CIM_SensorReading> answer("the answer");
         if (auto call =
                 probe.call<decltype(CIM_GetSensorReading)>("sensor " + std::to_string(number) + ' ' + name,
@@ -51,6 +55,22 @@ void getSensorReading(Probe& probe) {
                 std::snprintf(code, sizeof code, "completion code %02Xh", answer->completionCode);
                 call.remark(code);
             }
+    }
+}
+
+void readSensorsAhead(Probe& probe) {
+    std::vector<std::uint8_t> numbers;
+    for (const auto& [number, name] : sensorsOf(probe))
+        numbers.push_back(number);
+    auto call = probe.call<decltype(CIM_ReadSensorsAhead)>("all sensors", probe.session(), numbers.data(),
+                                                           static_cast<int>(numbers.size()), probe.timeout());
+    if (!call)
+        return;
+    call.enter("reading them");
+    for (const std::uint8_t number : numbers) {
+        CIM_SensorReading answer{};
+        probe.use<decltype(CIM_GetSensorReading)>("CIM_GetSensorReading", probe.session(), number, &answer,
+                                                  probe.timeout());
     }
 }
 
@@ -165,7 +185,9 @@ void setOffset(Probe& probe) {
         }
 }
 
-constexpr Row sensors[] = {{"CIM_GetSensorReading", getSensorReading}};
+constexpr Row sensors[] = {{"CIM_GetSensorReading", getSensorReading},
+                           {"CIM_ReadSensorsAhead", readSensorsAhead, false,
+                            "without it, each sensor is read when it is asked for"}};
 constexpr Row rows[] = {
     {"CIM_GetNumOfSELEntries", countRecords},
     {"CIM_GetMaxPossibleSELEntries", countRoom},

@@ -1,0 +1,108 @@
+#include "hooks/reading_ahead.h"
+
+#include <csignal>
+#include <utility>
+
+namespace hooks {
+namespace {
+
+// Waking the other thread takes as long as making an instance: it is woken for so many answers at once.
+constexpr std::size_t batchSize = 16;
+// A caller who is slower than the BMC finds readings no older than those that he works on.
+constexpr std::size_t mostAhead = 2 * batchSize;
+
+// Threads that are made meanwhile leave signals to those of the program.
+class BlockedSignals {
+public:
+    BlockedSignals() {
+        sigset_t all;
+        sigfillset(&all);
+        pthread_sigmask(SIG_SETMASK, &all, &before_);
+    }
+    ~BlockedSignals() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+    BlockedSignals(const BlockedSignals&) = delete;
+    BlockedSignals& operator=(const BlockedSignals&) = delete;
+
+private:
+    sigset_t before_{};
+};
+
+} // namespace
+
+bool ReadingAhead::isWorth(std::size_t sensors) {
+    return sensors > batchSize;
+}
+
+ReadingAhead::ReadingAhead(Session& session, std::vector<std::uint8_t> sensors, int timeout)
+    : session_(session), sensors_(std::move(sensors)), timeout_(timeout) {
+    const BlockedSignals blocked;
+    thread_ = std::thread([this] { run(); });
+}
+
+ReadingAhead::~ReadingAhead() {
+    {
+        const std::lock_guard lock(mutex_);
+        isStopping_ = true;
+    }
+    changed_.notify_all();
+    thread_.join();
+}
+
+void ReadingAhead::run() {
+    std::exception_ptr failure;
+    try {
+        read();
+    } catch (...) {
+        failure = std::current_exception();
+    }
+    {
+        const std::lock_guard lock(mutex_);
+        failure_ = std::move(failure);
+        isFinished_ = true;
+    }
+    changed_.notify_all();
+}
+
+void ReadingAhead::read() {
+    for (const std::uint8_t sensor : sensors_) {
+        if (!waitForRoom())
+            return;
+        session_.begin(timeout_);
+        auto answer = ipmi::ask(session_, ipmi::command::getSensorReading, std::span(&sensor, 1));
+        std::unique_lock lock(mutex_);
+        answers_.push_back(std::move(answer));
+        const bool isBatch = answers_.size() == batchSize;
+        lock.unlock();
+        if (isBatch)
+            changed_.notify_all();
+    }
+}
+
+bool ReadingAhead::waitForRoom() {
+    std::unique_lock lock(mutex_);
+    changed_.wait(lock, [&] { return isStopping_ || answers_.size() < mostAhead; });
+    return !isStopping_;
+}
+
+std::optional<ipmi::Answer> ReadingAhead::take(std::uint8_t sensor) {
+    if (taken_ == sensors_.size() || sensors_[taken_] != sensor)
+        return std::nullopt;
+    if (batch_.empty()) {
+        {
+            std::unique_lock lock(mutex_);
+            changed_.wait(lock, [&] { return isFinished_ || answers_.size() >= batchSize; });
+            batch_.swap(answers_);
+            if (batch_.empty() && failure_ != nullptr)
+                std::rethrow_exception(std::exchange(failure_, nullptr));
+        }
+        changed_.notify_all();
+        if (batch_.empty())
+            return std::nullopt;
+    }
+    ++taken_;
+    std::optional<ipmi::Answer> answer = std::move(batch_.front());
+    batch_.pop_front();
+    return answer;
+}
+
+} // namespace hooks
