@@ -53,6 +53,7 @@ Reply askForAssociations(const State& state, const Request& request, const Named
         const bool isFirst = !all.ok();
         append(all.instances, std::move(reply.instances));
         append(all.paths, std::move(reply.paths));
+        all.taken += reply.taken;
         all.done = reply.done && (isFirst || all.done);
         all.code = CMPI_RC_OK;
         all.message.clear();

@@ -89,6 +89,8 @@ struct ResultContent {
     std::vector<ObjectPath> paths;
     std::vector<Value> values;
     bool done = false;
+    std::function<void(const Instance&)> take; // see Request::takeInstance
+    std::size_t taken = 0;
 };
 
 // Makes a reply of what was returned. Instances that nobody else has are moved.

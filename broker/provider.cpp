@@ -197,7 +197,9 @@ CMPIStatus Provider::run(const Request& request, const CMPIContext* context, con
 Reply Provider::execute(const Request& request, const NamedValues& entries) const {
     std::optional<Frame> frame(state_.shared_from_this());
     const CMPIContext* context = make<CMPIContext>(state_, entries);
-    CMPIResult* result = make<CMPIResult>(state_, {});
+    ResultContent returned;
+    returned.take = request.takeInstance;
+    CMPIResult* result = make<CMPIResult>(state_, std::move(returned));
     CMPIArgs* out = make<CMPIArgs>(state_, {});
     const CMPIStatus status = run(request, context, result, out);
     if (status.rc != CMPI_RC_OK)

@@ -14,7 +14,12 @@ CMPIStatus returnInstance(const CMPIResult* result, const CMPIInstance* instance
     return perform(result, Call::returnInstance, [&](auto& object) {
         const InstanceContent& content = objectOf(instance).content;
         object.state.usualProperties.store(content.get().properties.size(), std::memory_order_relaxed);
-        object.content.instances.push_back(content);
+        if (object.content.take) {
+            object.content.take(content.get());
+            ++object.content.taken;
+        } else {
+            object.content.instances.push_back(content);
+        }
     });
 }
 
@@ -39,7 +44,10 @@ const CMPIResultFT Traits<CMPIResult>::table{.ftVersion = CMPICurrentVersion,
                                              .returnError = unsupported};
 
 Reply takeReply(ResultContent content) {
-    Reply reply{.paths = std::move(content.paths), .values = std::move(content.values), .done = content.done};
+    Reply reply{.taken = content.taken,
+                .paths = std::move(content.paths),
+                .values = std::move(content.values),
+                .done = content.done};
     reply.instances.reserve(content.instances.size());
     for (InstanceContent& instance : content.instances)
         reply.instances.push_back(std::move(instance).take());

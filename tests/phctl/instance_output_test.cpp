@@ -27,7 +27,10 @@ protected:
     static std::string print(const std::vector<Instance>& instances,
                              const broker::PropertyList& wanted = {}) {
         std::ostringstream out;
-        phctl::printInstances(out, instances, {.wanted = wanted});
+        phctl::InstanceText printed({.wanted = wanted});
+        for (const Instance& each : instances)
+            printed.add(each);
+        printed.print(out);
         return out.str();
     }
 };

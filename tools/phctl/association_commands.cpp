@@ -48,12 +48,17 @@ int ask(const AssociationOptions& options, const Verb& verb) {
         options.properties.empty() ? broker::PropertyList() : options.properties;
     Requester requester(options);
     const broker::ObjectPath path = selectOne(requester, options.target, options.nameSpace);
-    const auto reply = requester.execute(
-        {.operation = verb.operation, .path = path, .properties = wanted, .filter = options.filter});
+    InstancePrinter printer(options, wanted);
+    const auto reply =
+        requester.execute({.operation = verb.operation,
+                           .path = path,
+                           .properties = wanted,
+                           .filter = options.filter,
+                           .takeInstance = [&](const broker::Instance& instance) { printer.add(instance); }});
     if (verb.isNames)
         printPaths(reply.paths, options.json);
     else
-        printInstances(reply.instances, wanted, options);
+        printer.print();
     return done;
 }
 

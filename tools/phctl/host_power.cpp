@@ -34,15 +34,14 @@ broker::Reply ask(Requester& requester, const broker::ObjectPath& host) {
 
 } // namespace
 
-void printHostPower(Requester& requester, const std::vector<broker::Instance>& instances,
-                    const broker::PropertyList& wanted) {
-    for (const broker::Instance& instance : instances) {
-        if (wanted || !broker::sameName(instance.path.className, hostClass))
-            continue;
-        for (const broker::Instance& power : ask(requester, instance.path).instances)
-            if (const broker::Value* state = broker::find(power.properties, property))
-                std::cout << "Power: " << meaningOf(broker::toText(*state)) << '\n';
-    }
+bool isHost(const broker::ObjectPath& path) {
+    return broker::sameName(path.className, hostClass);
+}
+
+void printHostPower(Requester& requester, const broker::ObjectPath& host) {
+    for (const broker::Instance& power : ask(requester, host).instances)
+        if (const broker::Value* state = broker::find(power.properties, property))
+            std::cout << "Power: " << meaningOf(broker::toText(*state)) << '\n';
 }
 
 } // namespace phctl

@@ -5,9 +5,9 @@
 
 namespace phctl {
 
-// Prints "Power: On" for each of the instances that is the host. It prints nothing where the BMC does not
-// tell, and where the user asked for some properties only.
-void printHostPower(Requester& requester, const std::vector<broker::Instance>& instances,
-                    const broker::PropertyList& wanted);
+bool isHost(const broker::ObjectPath& path);
+
+// Prints "Power: On". It prints nothing where the BMC does not tell.
+void printHostPower(Requester& requester, const broker::ObjectPath& host);
 
 } // namespace phctl

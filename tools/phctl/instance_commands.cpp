@@ -84,13 +84,23 @@ int enumerateInstances(const Options& options) {
     Requester requester(*options);
     if (isSensorClass(path.className))
         askIfStale();
-    const auto reply = requester.execute(
-        {.operation = Operation::EnumerateInstances, .path = path, .properties = wanted}, remarks);
-    printInstances(reply.instances, wanted, *options);
+    InstancePrinter printer(*options, wanted);
+    std::vector<broker::ObjectPath> hosts; // whose power is told, too
+    requester.execute({.operation = Operation::EnumerateInstances,
+                       .path = path,
+                       .properties = wanted,
+                       .takeInstance =
+                           [&](const broker::Instance& instance) {
+                               printer.add(instance);
+                               if (!options->json && !wanted && isHost(instance.path))
+                                   hosts.push_back(instance.path);
+                           }},
+                      remarks);
+    printer.print();
     if (isSensorClass(path.className))
         warnIfStale();
-    if (!options->json)
-        printHostPower(requester, reply.instances, wanted);
+    for (const broker::ObjectPath& host : hosts)
+        printHostPower(requester, host);
     return done;
 }
 
@@ -115,15 +125,17 @@ int getInstance(const Options& options) {
             {.operation = Operation::GetInstance, .path = path, .properties = wanted}, remarks);
         if (reply.instances.empty())
             throw Failure("the provider returned no instance");
-        const Presentation how = presentationOf(*options, reply.instances, wanted);
+        const broker::Instance& instance = reply.instances.front();
+        const Presentation how = presentationOf(*options, wanted);
         if (options->json) {
-            found.push_back(toJson(reply.instances.front(), how));
+            found.push_back(toJson(instance, how));
             continue;
         }
         if (&path != &paths.front())
             std::cout << '\n';
-        printInstance(std::cout, reply.instances.front(), how);
-        printHostPower(requester, reply.instances, wanted);
+        printInstance(std::cout, instance, how);
+        if (!wanted && isHost(instance.path))
+            printHostPower(requester, instance.path);
     }
     if (isSensorClass(paths.front().className))
         warnIfStale();

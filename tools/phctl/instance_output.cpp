@@ -28,10 +28,16 @@ constexpr struct {
                       {"CreationTimeStamp", "Time"},
                       {"RecordData", "Event"}};
 
+std::string eventText(const NamedValues& properties, std::string_view name,
+                      const SensorLabels& (*sensors)()) {
+    const bool isEvent = broker::sameName(name, "RecordData");
+    return logEntryText(properties, name, isEvent ? sensors() : noSensors());
+}
+
 // Puts the values of an instance into words.
 class Meanings {
 public:
-    Meanings(const Instance& instance, const SensorLabels& sensors)
+    Meanings(const Instance& instance, const SensorLabels& (*sensors)())
         : instance_(instance), sensors_(sensors), computed_(computedReading(instance)) {}
 
     // Empty for a property that needs none.
@@ -40,12 +46,12 @@ public:
             if (std::string text = computedText(*computed_, name); !text.empty())
                 return text;
         const std::string reading = readingText(instance_.properties, name);
-        return reading.empty() ? logEntryText(instance_.properties, name, sensors_) : reading;
+        return reading.empty() ? eventText(instance_.properties, name, sensors_) : reading;
     }
 
 private:
     const Instance& instance_;
-    const SensorLabels& sensors_;
+    const SensorLabels& (*const sensors_)();
     const std::optional<SensorLine> computed_;
 };
 
@@ -61,23 +67,6 @@ std::string cellText(const Instance& instance, const std::string& name, bool has
     return value != nullptr ? textOf(instance, name, *value, hasWords, broker::toText) : "-";
 }
 
-// Returns the names of the columns: those wanted, or all that any instance has, up to one too many for a table.
-std::vector<std::string> columnNames(const std::vector<Instance>& instances, const PropertyList& wanted) {
-    if (wanted)
-        return *wanted;
-    std::vector<std::string> names;
-    for (const Instance& instance : instances)
-        for (const auto& property : instance.properties)
-            if (std::none_of(names.begin(), names.end(), [&](const std::string& name) {
-                    return broker::sameName(name, property.name);
-                })) {
-                names.push_back(property.name);
-                if (names.size() > mostColumns)
-                    return names;
-            }
-    return names;
-}
-
 struct Column {
     std::string title;
     std::string property;
@@ -85,11 +74,9 @@ struct Column {
 };
 
 // Returns no columns where a table would have too many.
-std::vector<Column> columnsOf(const std::vector<Instance>& instances, const Presentation& how) {
+std::vector<Column> columnsOf(const std::vector<Instance>& instances, const std::vector<std::string>& names,
+                              const Presentation& how) {
     std::vector<Column> columns;
-    const auto names = columnNames(instances, how.wanted);
-    if (names.size() > mostColumns)
-        return columns;
     for (const std::string& name : names) {
         columns.push_back({name, name, false});
         for (const auto& [property, title] : meaningColumns)
@@ -137,14 +124,7 @@ ordered_json elements(const Value::Array& array) {
     return list;
 }
 
-} // namespace
-
-std::string valueText(const Value& value) {
-    const std::string text = broker::toText(value);
-    return printable(value.as<std::string>() != nullptr ? '"' + text + '"' : text);
-}
-
-void printInstance(std::ostream& out, const Instance& instance, const Presentation& how) {
+std::string instanceText(const Instance& instance, const Presentation& how) {
     std::string text = printable(broker::toText(instance.path)) + '\n';
     const Meanings meanings(instance, how.sensors);
     std::size_t width = 0;
@@ -160,20 +140,65 @@ void printInstance(std::ostream& out, const Instance& instance, const Presentati
             text.append("  (").append(printable(meaning)).append(")");
         text += '\n';
     }
-    out << text;
+    return text;
 }
 
-void printInstances(std::ostream& out, const std::vector<Instance>& instances, const Presentation& how) {
-    if (instances.empty())
-        return;
-    if (const auto columns = columnsOf(instances, how); !columns.empty())
-        if (const Table table = tableOf(instances, columns, how); table.fits(how.layout.width))
-            return table.print(out, how.layout);
-    for (const Instance& instance : instances) {
-        if (&instance != &instances.front())
-            out << '\n';
-        printInstance(out, instance, how);
-    }
+} // namespace
+
+std::string valueText(const Value& value) {
+    const std::string text = broker::toText(value);
+    return printable(value.as<std::string>() != nullptr ? '"' + text + '"' : text);
+}
+
+const SensorLabels& noSensors() {
+    static const SensorLabels none;
+    return none;
+}
+
+void printInstance(std::ostream& out, const Instance& instance, const Presentation& how) {
+    out << instanceText(instance, how);
+}
+
+InstanceText::InstanceText(Presentation how) : how_(std::move(how)) {
+    if (how_.wanted)
+        names_ = *how_.wanted;
+}
+
+bool InstanceText::mayBeTable() const {
+    return names_.size() <= mostColumns;
+}
+
+void InstanceText::list(const Instance& instance) {
+    if (!text_.empty())
+        text_ += '\n';
+    text_ += instanceText(instance, how_);
+}
+
+void InstanceText::listKept() {
+    for (const Instance& instance : kept_)
+        list(instance);
+    kept_.clear();
+}
+
+void InstanceText::add(const Instance& instance) {
+    if (!how_.wanted)
+        for (auto property = instance.properties.begin();
+             property != instance.properties.end() && mayBeTable(); ++property)
+            if (std::ranges::none_of(
+                    names_, [&](const std::string& name) { return broker::sameName(name, property->name); }))
+                names_.push_back(property->name);
+    if (mayBeTable())
+        return kept_.push_back(instance);
+    listKept();
+    list(instance);
+}
+
+void InstanceText::print(std::ostream& out) {
+    if (const auto columns = columnsOf(kept_, names_, how_); !kept_.empty() && !columns.empty())
+        if (const Table table = tableOf(kept_, columns, how_); table.fits(how_.layout.width))
+            return table.print(out, how_.layout);
+    listKept();
+    out << text_;
 }
 
 ordered_json toJson(const Value& value) {

@@ -2,38 +2,42 @@
 
 #include "sensor_labels.h"
 
-#include <algorithm>
 #include <iostream>
-#include <nlohmann/json.hpp>
 #include <unistd.h>
 
 namespace phctl {
 
-SensorLabels labelsFor(const std::vector<broker::Instance>& instances) {
-    const bool tellsOfEvents =
-        std::any_of(instances.begin(), instances.end(), [](const broker::Instance& instance) {
-            return broker::find(instance.properties, "RecordData") != nullptr;
-        });
-    return tellsOfEvents ? sensorLabels() : SensorLabels();
+namespace {
+
+const SensorLabels& knownSensors() {
+    static const SensorLabels sensors = sensorLabels();
+    return sensors;
 }
 
-Presentation presentationOf(const RequestOptions& options, const std::vector<broker::Instance>& instances,
-                            const broker::PropertyList& wanted) {
+} // namespace
+
+Presentation presentationOf(const RequestOptions& options, const broker::PropertyList& wanted) {
     return {.wanted = wanted,
             .hasWords = options.words,
             .layout = layoutOf(STDOUT_FILENO, options.wide),
-            .sensors = options.json ? SensorLabels() : labelsFor(instances)};
+            .sensors = knownSensors};
 }
 
-void printInstances(const std::vector<broker::Instance>& instances, const broker::PropertyList& wanted,
-                    const RequestOptions& options) {
-    const Presentation how = presentationOf(options, instances, wanted);
-    if (!options.json)
-        return printInstances(std::cout, instances, how);
-    auto list = nlohmann::ordered_json::array();
-    for (const broker::Instance& instance : instances)
-        list.push_back(toJson(instance, how));
-    printJson(std::cout, list);
+InstancePrinter::InstancePrinter(const RequestOptions& options, const broker::PropertyList& wanted)
+    : asJson_(options.json), how_(presentationOf(options, wanted)), text_(how_) {}
+
+void InstancePrinter::add(const broker::Instance& instance) {
+    if (asJson_)
+        list_.push_back(toJson(instance, how_));
+    else
+        text_.add(instance);
+}
+
+void InstancePrinter::print() {
+    if (asJson_)
+        printJson(std::cout, list_);
+    else
+        text_.print(std::cout);
 }
 
 void printPaths(const std::vector<broker::ObjectPath>& paths, bool asJson) {

@@ -58,7 +58,8 @@ std::string unreadableSensorsOf(const ExchangeWatch& watch, const broker::Reques
         return {};
     const std::size_t known =
         request.operation == Operation::EnumerateInstances ? sensorCount(request.path.className) : 0;
-    return watch.unreadableSensors(known > reply.instances.size() ? known - reply.instances.size() : 0);
+    const std::size_t returned = reply.instances.size() + reply.taken;
+    return watch.unreadableSensors(known > returned ? known - returned : 0);
 }
 
 // The database, or a BMC that cannot be reached, come before what the BMC refused: that may be usual.

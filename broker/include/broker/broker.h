@@ -54,6 +54,8 @@ struct Request {
     NamedValues arguments = {};    // invoke
     AssociationFilter filter = {}; // associators, references, and their names
     std::string user = {};         // whom it comes from; empty: whom the broker says
+    // Takes each instance as soon as the provider returns it, so that the reply has none. It may still fail then.
+    std::function<void(const Instance&)> takeInstance = {};
 };
 
 // What a provider returned, and how it ended.
@@ -61,6 +63,7 @@ struct Reply {
     CMPIrc code = CMPI_RC_OK;
     std::string message = {};
     std::vector<Instance> instances = {};
+    std::size_t taken = 0;              // instances that went to takeInstance
     std::vector<ObjectPath> paths = {}; // of names that were asked for, or of the created instance
     std::vector<Value> values = {};     // a method's return value is the first
     NamedValues arguments = {};         // a method's out-arguments
