@@ -1,7 +1,6 @@
 // CIM_DHCPSettingData: what the DHCP clients of the BMC ask for.
 #include "network/dns_settings.h"
 #include "network/dns_values.h"
-#include "network/network_clients.h"
 
 constexpr const char* const g_DHCPSettingDataKeyList[1] = {"InstanceID"};
 
@@ -23,14 +22,8 @@ int enumerate(ph::RecordArray<Record>& settings, ph::Detail detail) {
     ph::IpmiSession session;
     if (!session.open())
         return -1;
-    return ph::appendClients(
-        settings, className, session.get(), detail, [&](Record& setting, const ph::AddressedLan& each) {
-            CIM_DNSConfig dns{};
-            const bool isTold =
-                ph::dns::readConfig(session.get(), each.lan.channel, each.ipVersion, false, dns);
-            return PH_Fill_DHCPSettingData(&setting, each.lan.interfaceName, each.ipVersion,
-                                           isTold ? &dns : nullptr);
-        });
+    return ph::dns::appendConfigured(settings, className, session.get(), detail, false,
+                                     PH_Fill_DHCPSettingData);
 }
 
 constexpr ph::ClassDefinition<Record> definition{.name = className,

@@ -1,7 +1,6 @@
 // CIM_DNSGeneralSettingData: how the DNS clients of the BMC complete names, for clients to change.
 #include "network/dns_changes.h"
 #include "network/dns_settings.h"
-#include "network/network_clients.h"
 #include "Utility/requests/request_texts.h"
 
 #include <cstdio>
@@ -26,16 +25,13 @@ constexpr ph::Property properties[] = {
 };
 
 int enumerate(ph::RecordArray<Record>& settings, ph::Detail detail) {
-    ph::dns::Settings dns;
-    if (!dns.read())
-        return -1;
-    if (!dns.areThere())
-        return 0;
-    Record* setting = settings.append();
-    if (setting == nullptr)
-        return -1;
-    ph::copyText(setting->InstanceID, "DNSGeneralSettingData1");
-    return detail == ph::Detail::Names ? 0 : PH_Fill_DNSGeneralSettingData(setting, &dns.search());
+    return ph::dns::appendWhereThere([&](ph::dns::Settings& dns) {
+        Record* setting = settings.append();
+        if (setting == nullptr)
+            return -1;
+        ph::copyText(setting->InstanceID, "DNSGeneralSettingData1");
+        return detail == ph::Detail::Names ? 0 : PH_Fill_DNSGeneralSettingData(setting, &dns.search());
+    });
 }
 
 // ---- Modify

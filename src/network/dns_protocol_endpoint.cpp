@@ -1,7 +1,6 @@
 // CIM_DNSProtocolEndpoint: the DNS clients of the BMC, with what they use.
 #include "network/dns_settings.h"
 #include "network/dns_values.h"
-#include "network/network_clients.h"
 
 constexpr const char* const g_DNSProtocolEndpointKeyList[4] = {"SystemCreationClassName", "CreationClassName",
                                                                "SystemName", "Name"};
@@ -44,19 +43,13 @@ constexpr ph::Property properties[] = {
 };
 
 int enumerate(ph::RecordArray<Record>& endpoints, ph::Detail detail) {
-    ph::dns::Settings dns;
-    if (!dns.read())
-        return -1;
-    if (!dns.areThere())
-        return 0;
-    return ph::appendClients(
-        endpoints, className, dns.session(), detail, [&](Record& endpoint, const ph::AddressedLan& each) {
-            CIM_DNSConfig inUse{};
-            const bool isRead =
-                ph::dns::readConfig(dns.session(), each.lan.channel, each.ipVersion, true, inUse);
-            return PH_Fill_DNSProtocolEndpoint(&endpoint, each.lan.interfaceName, each.ipVersion,
-                                               isRead ? &inUse : nullptr, &dns.search());
-        });
+    return ph::dns::appendWhereThere([&](ph::dns::Settings& dns) {
+        const auto fill = [&](Record* endpoint, const char* interfaceName, int ipVersion,
+                              const CIM_DNSConfig* inUse) {
+            return PH_Fill_DNSProtocolEndpoint(endpoint, interfaceName, ipVersion, inUse, &dns.search());
+        };
+        return ph::dns::appendConfigured(endpoints, className, dns.session(), detail, true, fill);
+    });
 }
 
 constexpr ph::ClassDefinition<Record> definition{

@@ -1,7 +1,6 @@
 // CIM_DNSSettingData: what the DNS clients of the BMC are set to, for clients to change.
 #include "network/dns_changes.h"
 #include "network/dns_settings.h"
-#include "network/network_clients.h"
 #include "Utility/requests/request_texts.h"
 
 #include <algorithm>
@@ -37,19 +36,10 @@ constexpr ph::Property properties[] = {
 };
 
 int enumerate(ph::RecordArray<Record>& settings, ph::Detail detail) {
-    ph::dns::Settings dns;
-    if (!dns.read())
-        return -1;
-    if (!dns.areThere())
-        return 0;
-    return ph::appendClients(
-        settings, className, dns.session(), detail, [&](Record& setting, const ph::AddressedLan& each) {
-            CIM_DNSConfig configuration{};
-            const bool isRead =
-                ph::dns::readConfig(dns.session(), each.lan.channel, each.ipVersion, false, configuration);
-            return PH_Fill_DNSSettingData(&setting, each.lan.interfaceName, each.ipVersion,
-                                          isRead ? &configuration : nullptr);
-        });
+    return ph::dns::appendWhereThere([&](ph::dns::Settings& dns) {
+        return ph::dns::appendConfigured(settings, className, dns.session(), detail, false,
+                                         PH_Fill_DNSSettingData);
+    });
 }
 
 // ---- Modify
