@@ -1,8 +1,6 @@
 // CIM_AccountManagementService: the one service, which creates accounts.
 #include "accounts/account.h"
-#include "Utility/engine/hosted_element.h"
-#include "Utility/values/dmtf_values.h"
-#include "Utility/values/record_fields.h"
+#include "Utility/engine/processor_service.h"
 
 constexpr const char* const g_AccountManagementServiceKeyList[4] = {
     "SystemCreationClassName", "CreationClassName", "SystemName", "Name"};
@@ -13,28 +11,12 @@ using Record = AccountManagementServiceRecord;
 using ph::Direction;
 
 constexpr const char* className = "CIM_AccountManagementService";
-constexpr const char* serviceName = "Account Management Service";
 
-constexpr ph::Property properties[] = {
-    PH_KEY(Record, SystemCreationClassName),
-    PH_KEY(Record, CreationClassName),
-    PH_KEY(Record, SystemName),
-    PH_KEY(Record, Name),
-    PH_PROPERTY(Record, ElementName),
-    PH_PROPERTY(Record, EnabledState),
-    PH_PROPERTY(Record, RequestedState),
-};
+// It cannot be switched.
+constexpr std::uint16_t enabledState = ph::EnabledState::NotApplicable;
 
 int enumerate(ph::RecordArray<Record>& services, ph::Detail detail) {
-    Record* service = services.append();
-    if (service == nullptr)
-        return -1;
-    ph::copyText(service->SystemCreationClassName, ph::processorClass);
-    ph::copyText(service->CreationClassName, className);
-    ph::copyText(service->Name, serviceName);
-    if (PH_GetSPSystemName(service->SystemName) != 0)
-        return -1;
-    return detail == ph::Detail::Names ? 0 : PH_Fill_AccountManagementService(service);
+    return ph::appendService(services, detail, className, "Account Management Service", enabledState);
 }
 
 constexpr ph::Parameter createAccountParameters[] = {
@@ -51,7 +33,7 @@ constexpr ph::ClassDefinition<Record> definition{
     .superclass = "CIM_SecurityService",
     .source = "one fixed instance; Set User Name, Access and Password",
     .keys = g_AccountManagementServiceKeyList,
-    .properties = properties,
+    .properties = ph::serviceProperties<Record>,
     .enumerate = enumerate,
     .methods = methods,
     .invocation = {.keys = ph::Invocation::Keys::None, .unknownMethod = ph::noSuchAccountMethod}};
@@ -61,9 +43,7 @@ constexpr ph::ClassDefinition<Record> definition{
 PH_EXPORT_CLASS_FAMILY(AccountManagementService, Record, definition)
 
 int PH_Fill_AccountManagementService(AccountManagementServiceRecord* record) {
-    ph::copyText(record->ElementName, record->Name);
-    record->EnabledState = ph::EnabledState::NotApplicable;
-    record->RequestedState = ph::RequestedState::NotApplicable;
+    ph::fillService(*record, record->Name, enabledState);
     return 0;
 }
 

@@ -1,9 +1,7 @@
 // CIM_BootService: says which boot configuration is the next one.
 #include "boot/boot_choice.h"
-#include "Utility/engine/class_family.h"
-#include "Utility/engine/hosted_element.h"
+#include "Utility/engine/processor_service.h"
 #include "Utility/requests/request_texts.h"
-#include "Utility/values/dmtf_values.h"
 
 constexpr const char* const g_BootServiceKeyList[4] = {"SystemCreationClassName", "CreationClassName",
                                                        "SystemName", "Name"};
@@ -13,43 +11,15 @@ namespace {
 using Record = BootServiceRecord;
 using ph::MethodAnswer;
 using ph::MethodCall;
-using ph::Property;
 using ph::boot::Configuration;
 
 constexpr const char* className = "CIM_BootService";
 
-constexpr Property properties[] = {
-    PH_KEY(Record, SystemCreationClassName),
-    PH_KEY(Record, CreationClassName),
-    PH_KEY(Record, SystemName),
-    PH_KEY(Record, Name),
-    PH_PROPERTY(Record, ElementName),
-    PH_PROPERTY(Record, OperationalStatus),
-    PH_PROPERTY(Record, HealthState),
-    PH_PROPERTY(Record, EnabledState),
-    PH_PROPERTY(Record, RequestedState),
-    PH_PROPERTY(Record, Started),
-};
-
-int enumerate(ph::RecordArray<Record>& services, ph::Detail) {
-    char systemName[256] = "";
+int enumerate(ph::RecordArray<Record>& services, ph::Detail detail) {
     ph::boot::Flags flags;
-    if (PH_GetSPSystemName(systemName) != 0 || !flags.read())
+    if (!flags.read())
         return -1;
-    if (!flags.areThere())
-        return 0;
-    Record* service = services.append();
-    if (service == nullptr)
-        return -1;
-    ph::setHostedKeys(*service, ph::processorClass, systemName, className);
-    ph::copyText(service->Name, "Boot Service");
-    ph::copyText(service->ElementName, "Boot Service");
-    ph::setList(service->OperationalStatus, {ph::OperationalStatus::OK});
-    service->HealthState = ph::HealthState::OK;
-    service->EnabledState = ph::EnabledState::Enabled;
-    service->RequestedState = ph::RequestedState::NotApplicable;
-    service->Started = true;
-    return 0;
+    return flags.areThere() ? ph::appendService(services, detail, className, "Boot Service") : 0;
 }
 
 // ---- SetBootConfigRole
@@ -104,7 +74,7 @@ constexpr ph::ClassDefinition<Record> definition{
     .superclass = "CIM_Service",
     .source = "one fixed instance; Get and Set System Boot Options 0 to 5",
     .keys = g_BootServiceKeyList,
-    .properties = properties,
+    .properties = ph::serviceProperties<Record>,
     .enumerate = enumerate,
     .methods = methods,
     .invocation = {.isLookedUp = true, .missing = ph::noSuchInstance}};

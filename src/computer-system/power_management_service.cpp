@@ -2,6 +2,7 @@
 #include "computer-system/computer_system.h"
 #include "platform/sysroot.h"
 #include "Utility/back-ends/shell.h"
+#include "Utility/engine/processor_service.h"
 #include "Utility/requests/request_texts.h"
 #include "Utility/values/record_fields.h"
 
@@ -18,23 +19,9 @@ namespace {
 using Record = PowerManagementServiceRecord;
 using ph::MethodAnswer;
 using ph::MethodCall;
-using ph::Property;
 
 constexpr const char* className = "CIM_PowerManagementService";
 constexpr int nameKey = 3; // its place in the key list
-
-constexpr Property properties[] = {
-    PH_KEY(Record, SystemCreationClassName),
-    PH_KEY(Record, CreationClassName),
-    PH_KEY(Record, SystemName),
-    PH_KEY(Record, Name),
-    PH_PROPERTY(Record, ElementName),
-    PH_PROPERTY(Record, OperationalStatus),
-    PH_PROPERTY(Record, HealthState),
-    PH_PROPERTY(Record, EnabledState),
-    PH_PROPERTY(Record, RequestedState),
-    PH_PROPERTY(Record, Started),
-};
 
 constexpr ph::Parameter requestPowerStateChangeParameters[] = {
     {"PowerState", CMPI_uint16},      {"ManagedElement", CMPI_ref, ph::Direction::In, "CIM_ManagedElement"},
@@ -151,7 +138,7 @@ constexpr ph::ClassDefinition<Record> definition{.name = className,
                                                  .superclass = "CIM_Service",
                                                  .source = "table power_service; Chassis Control",
                                                  .keys = g_PowerManagementServiceKeyList,
-                                                 .properties = properties,
+                                                 .properties = ph::serviceProperties<Record>,
                                                  .enumerate = enumerate,
                                                  .get = get,
                                                  .methods = methods};

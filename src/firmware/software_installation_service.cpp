@@ -2,11 +2,9 @@
 #include "firmware/installation.h"
 #include "firmware/stored_firmware.h"
 #include "Utility/back-ends/back_ends.h"
-#include "Utility/engine/class_family.h"
-#include "Utility/engine/hosted_element.h"
+#include "Utility/engine/processor_service.h"
 #include "Utility/requests/request_texts.h"
 #include "Utility/values/cmpi_ptr.h"
-#include "Utility/values/dmtf_values.h"
 
 #include <algorithm>
 #include <cstring>
@@ -21,35 +19,9 @@ using ph::MethodAnswer;
 using ph::MethodCall;
 
 constexpr const char* className = "CIM_SoftwareInstallationService";
-constexpr const char* serviceName = "Software Installation Service";
 
-constexpr ph::Property properties[] = {
-    PH_KEY(Record, SystemCreationClassName),
-    PH_KEY(Record, CreationClassName),
-    PH_KEY(Record, SystemName),
-    PH_KEY(Record, Name),
-    PH_PROPERTY(Record, ElementName),
-    PH_PROPERTY(Record, OperationalStatus),
-    PH_PROPERTY(Record, HealthState),
-    PH_PROPERTY(Record, EnabledState),
-    PH_PROPERTY(Record, RequestedState),
-    PH_PROPERTY(Record, Started),
-};
-
-int enumerate(ph::RecordArray<Record>& services, ph::Detail) {
-    char systemName[256] = "";
-    Record* service = services.append();
-    if (service == nullptr || PH_GetSPSystemName(systemName) != 0)
-        return -1;
-    ph::setHostedKeys(*service, ph::processorClass, systemName, className);
-    ph::copyText(service->Name, serviceName);
-    ph::copyText(service->ElementName, serviceName);
-    ph::setList(service->OperationalStatus, {ph::OperationalStatus::OK});
-    service->HealthState = ph::HealthState::OK;
-    service->EnabledState = ph::EnabledState::Enabled;
-    service->RequestedState = ph::RequestedState::NotApplicable;
-    service->Started = true;
-    return 0;
+int enumerate(ph::RecordArray<Record>& services, ph::Detail detail) {
+    return ph::appendService(services, detail, className, "Software Installation Service");
 }
 
 // ---- What the methods have in common
@@ -200,7 +172,7 @@ constexpr ph::ClassDefinition<Record> definition{
     .superclass = "CIM_Service",
     .source = "one fixed instance; the platform's functions for firmware",
     .keys = g_SoftwareInstallationServiceKeyList,
-    .properties = properties,
+    .properties = ph::serviceProperties<Record>,
     .enumerate = enumerate,
     .methods = methods,
     .invocation = {.isLookedUp = true, .missing = {CMPI_RC_ERR_NOT_FOUND, "No such service"}}};

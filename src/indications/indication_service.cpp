@@ -1,7 +1,7 @@
 // CIM_IndicationService: delivers the alerts.
 #include "indications/delivery_settings.h"
 #include "provider_helper/indications.h"
-#include "Utility/values/dmtf_values.h"
+#include "Utility/engine/processor_service.h"
 
 constexpr const char* const g_IndicationServiceKeyList[4] = {"SystemCreationClassName", "CreationClassName",
                                                              "SystemName", "Name"};
@@ -69,11 +69,6 @@ PH_EXPORT_CLASS_FAMILY(IndicationService, Record, definition)
 
 int PH_Fill_IndicationService(const IndicationServiceRow* row, IndicationServiceRecord* record) {
     fillDelivery(*record, *row);
-    ph::copyText(record->ElementName, row->name);
-    record->EnabledState = ph::EnabledState::Enabled;
-    record->RequestedState = ph::RequestedState::NotApplicable;
-    record->HealthState = ph::HealthState::OK;
-    ph::setList(record->OperationalStatus, {ph::OperationalStatus::OK});
-    record->Started = true;
+    ph::fillService(*record, row->name);
     return 0;
 }

@@ -2,10 +2,7 @@
 #include "network/ip_assignment.h"
 #include "network/lans.h"
 #include "provider_helper/network.h"
-#include "Utility/engine/class_family.h"
-#include "Utility/engine/hosted_element.h"
-#include "Utility/values/dmtf_values.h"
-#include "Utility/values/record_fields.h"
+#include "Utility/engine/processor_service.h"
 
 constexpr const char* const g_IPConfigurationServiceKeyList[4] = {"SystemCreationClassName",
                                                                   "CreationClassName", "SystemName", "Name"};
@@ -13,27 +10,12 @@ constexpr const char* const g_IPConfigurationServiceKeyList[4] = {"SystemCreatio
 namespace {
 
 using Record = IPConfigurationServiceRecord;
-using ph::Property;
 
 constexpr const char* className = "CIM_IPConfigurationService";
 
-constexpr Property properties[] = {
-    PH_KEY(Record, SystemCreationClassName),
-    PH_KEY(Record, CreationClassName),
-    PH_KEY(Record, SystemName),
-    PH_KEY(Record, Name),
-    PH_PROPERTY(Record, ElementName),
-    PH_PROPERTY(Record, EnabledState),
-    PH_PROPERTY(Record, RequestedState),
-};
-
 int enumerate(ph::RecordArray<Record>& services, ph::Detail) {
-    char systemName[256] = "";
-    Record* service = PH_GetSPSystemName(systemName) == 0 ? services.append() : nullptr;
-    if (service == nullptr)
-        return -1;
-    ph::copyText(service->SystemName, systemName);
-    return PH_Fill_IPConfigurationService(service);
+    Record* service = ph::appendOnProcessor(services, className);
+    return service != nullptr ? PH_Fill_IPConfigurationService(service) : -1;
 }
 
 constexpr ph::Parameter parameters[] = {
@@ -52,7 +34,7 @@ constexpr ph::ClassDefinition<Record> definition{
     .superclass = "CIM_Service",
     .source = "one fixed instance; Set LAN Configuration Parameters",
     .keys = g_IPConfigurationServiceKeyList,
-    .properties = properties,
+    .properties = ph::serviceProperties<Record>,
     .enumerate = enumerate,
     .methods = methods,
     .invocation = {.badKeys = {CMPI_RC_ERR_INVALID_PARAMETER, "Invalid Key Properties"},
@@ -66,9 +48,7 @@ int PH_Fill_IPConfigurationService(Record* record) {
     ph::copyText(record->SystemCreationClassName, ph::processorClass);
     ph::copyText(record->CreationClassName, className);
     ph::copyText(record->Name, "IPConfigurationService1");
-    ph::copyText(record->ElementName, "IP Configuration Service");
-    record->EnabledState = ph::EnabledState::Enabled;
-    record->RequestedState = ph::RequestedState::NotApplicable;
+    ph::fillService(*record, "IP Configuration Service");
     return 0;
 }
 

@@ -1,10 +1,7 @@
 // CIM_PortController: what the BMC's network ports hang on.
 #include "network/lans.h"
 #include "provider_helper/network.h"
-#include "Utility/engine/class_family.h"
-#include "Utility/engine/hosted_element.h"
-#include "Utility/values/dmtf_values.h"
-#include "Utility/values/record_fields.h"
+#include "Utility/engine/processor_service.h"
 
 constexpr const char* const g_PortControllerKeyList[4] = {"DeviceID", "SystemCreationClassName",
                                                           "CreationClassName", "SystemName"};
@@ -31,12 +28,8 @@ constexpr Property properties[] = {
 };
 
 int enumerate(ph::RecordArray<Record>& controllers, ph::Detail) {
-    char systemName[256] = "";
-    Record* controller = PH_GetSPSystemName(systemName) == 0 ? controllers.append() : nullptr;
-    if (controller == nullptr)
-        return -1;
-    ph::copyText(controller->SystemName, systemName);
-    return PH_Fill_PortController(controller);
+    Record* controller = ph::appendOnProcessor(controllers, className);
+    return controller != nullptr ? PH_Fill_PortController(controller) : -1;
 }
 
 constexpr ph::ClassDefinition<Record> definition{.name = className,

@@ -1,9 +1,7 @@
 // CIM_RoleBasedAuthorizationService: the one service, which gives users their roles.
 #include "provider_helper/roles.h"
 #include "roles/role_methods.h"
-#include "Utility/engine/class_family.h"
-#include "Utility/engine/hosted_element.h"
-#include "Utility/values/dmtf_values.h"
+#include "Utility/engine/processor_service.h"
 
 constexpr const char* const g_RoleBasedAuthorizationServiceKeyList[4] = {
     "SystemCreationClassName", "CreationClassName", "SystemName", "Name"};
@@ -13,31 +11,13 @@ namespace {
 using Record = RoleBasedAuthorizationServiceRecord;
 using ph::Direction;
 using ph::Parameter;
-using ph::Property;
 
 constexpr const char* className = "CIM_RoleBasedAuthorizationService";
 
-constexpr Property properties[] = {
-    PH_KEY(Record, SystemCreationClassName),
-    PH_KEY(Record, CreationClassName),
-    PH_KEY(Record, SystemName),
-    PH_KEY(Record, Name),
-    PH_PROPERTY(Record, ElementName),
-    PH_PROPERTY(Record, EnabledState),
-    PH_PROPERTY(Record, RequestedState),
-};
-
-int enumerate(ph::RecordArray<Record>& services, ph::Detail) {
-    char systemName[256] = "";
-    Record* service = PH_GetSPSystemName(systemName) == 0 ? services.append() : nullptr;
-    if (service == nullptr)
-        return -1;
-    ph::setHostedKeys(*service, ph::processorClass, systemName, className);
-    ph::copyText(service->Name, "Role Based Authorization Service");
-    ph::copyText(service->ElementName, "Role Based Authorization Service");
-    service->EnabledState = ph::EnabledState::NotApplicable;
-    service->RequestedState = ph::RequestedState::NotApplicable;
-    return 0;
+// It cannot be switched.
+int enumerate(ph::RecordArray<Record>& services, ph::Detail detail) {
+    return ph::appendService(services, detail, className, "Role Based Authorization Service",
+                             ph::EnabledState::NotApplicable);
 }
 
 constexpr ph::MethodValue notSupported{1};
@@ -95,7 +75,7 @@ constexpr ph::ClassDefinition<Record> definition{
     .superclass = "CIM_PrivilegeManagementService",
     .source = "one fixed instance; Get and Set User Access",
     .keys = g_RoleBasedAuthorizationServiceKeyList,
-    .properties = properties,
+    .properties = ph::serviceProperties<Record>,
     .enumerate = enumerate,
     .methods = methods,
     .invocation = {.isLookedUp = true, .missing = ph::noSuchInstance}};

@@ -3,13 +3,10 @@
 #include "RecordLogProfile/log_time.h"
 #include "services/clock_time.h"
 #include "Utility/back-ends/back_ends.h"
-#include "Utility/engine/class_family.h"
-#include "Utility/engine/hosted_element.h"
+#include "Utility/engine/processor_service.h"
 #include "Utility/requests/request_status.h"
 #include "Utility/requests/request_texts.h"
 #include "Utility/values/cmpi_ptr.h"
-#include "Utility/values/dmtf_values.h"
-#include "Utility/values/record_fields.h"
 
 #include <cstring>
 
@@ -37,13 +34,7 @@ constexpr ph::Property properties[] = {
 };
 
 int enumerate(ph::RecordArray<Record>& services, ph::Detail detail) {
-    char systemName[256] = "";
-    Record* service = services.append();
-    if (service == nullptr || PH_GetSPSystemName(systemName) != 0)
-        return -1;
-    ph::setHostedKeys(*service, ph::processorClass, systemName, className);
-    ph::copyText(service->Name, serviceName);
-    return detail == ph::Detail::Names ? 0 : PH_Fill_TimeService(service);
+    return ph::appendService(services, detail, className, serviceName);
 }
 
 // ---- ManageTime
@@ -163,11 +154,6 @@ constexpr ph::ClassDefinition<Record> definition{
 PH_EXPORT_CLASS_FAMILY(TimeService, Record, definition)
 
 int PH_Fill_TimeService(TimeServiceRecord* record) {
-    ph::copyText(record->ElementName, serviceName);
-    record->EnabledState = ph::EnabledState::Enabled;
-    record->RequestedState = ph::RequestedState::NotApplicable;
-    record->HealthState = ph::HealthState::OK;
-    ph::setList(record->OperationalStatus, {ph::OperationalStatus::OK});
-    record->Started = true;
+    ph::fillService(*record, serviceName);
     return 0;
 }
