@@ -140,17 +140,10 @@ const char* apply(const PHPropertyList& changes, CIM_WatchdogTimer& timer) {
 
 CMPIStatus modify(const ph::Request& request) {
     ph::CurrentRecord current(ph::family_Watchdog);
-    if (!current.find(request))
-        return ph::fail(request.broker, ph::noSuchInstance.code, ph::noSuchInstance.message);
-    CMPIStatus status = ph::success;
-    const CMPIInstance* const instance = current.makeInstance(request, status);
-    if (instance == nullptr)
-        return status;
     PHPropertyList changes{};
-    if (status = ph::readChanges(request, instance, ph::namesOf(settables), changes); status.rc != CMPI_RC_OK)
+    if (const CMPIStatus status = current.readChanges(request, ph::namesOf(settables), changes);
+        status.rc != CMPI_RC_OK || changes.count == 0)
         return status;
-    if (changes.count == 0)
-        return ph::success;
     Timer timer;
     if (!timer.read())
         return ph::fail(request.broker, "The watchdog timer cannot be read");

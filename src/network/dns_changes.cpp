@@ -26,16 +26,8 @@ CMPIStatus apply(const Request& request, const PHPropertyList& changes, std::spa
 
 } // namespace
 
-CMPIStatus modify(const Request& request, const CurrentRecord& current, std::span<const Settable> settables,
+CMPIStatus modify(const Request& request, const PHPropertyList& changes, std::span<const Settable> settables,
                   Changeable& settings) {
-    CMPIStatus made = success;
-    const CMPIInstance* const instance = current.makeInstance(request, made);
-    PHPropertyList changes{};
-    if (instance == nullptr)
-        return fail(request.broker, "SetInstance Failed");
-    if (const CMPIStatus status = readChanges(request, instance, namesOf(settables), changes);
-        status.rc != CMPI_RC_OK)
-        return status;
     if (!settings.read())
         return fail(request.broker, "The BMC does not tell its DNS settings");
     const auto bytes = settings.bytes();

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "network/dns_values.h"
-#include "Utility/engine/current_record.h"
+#include "Utility/requests/request.h"
 
 #include <provider_helper/utility.h>
 
@@ -27,8 +27,8 @@ struct Settable {
     const char* (*set)(Changeable& settings, const CMPIData& value);
 };
 
-// Changes what the request has, where it differs from the current instance.
-CMPIStatus modify(const Request& request, const CurrentRecord& current, std::span<const Settable> settables,
+// Carries the changes of a request into the settings.
+CMPIStatus modify(const Request& request, const PHPropertyList& changes, std::span<const Settable> settables,
                   Changeable& settings);
 
 // A property without a value is cleared: it becomes an empty text or list.

@@ -1,6 +1,8 @@
 // CIM_DNSGeneralSettingData: how the DNS clients of the BMC complete names, for clients to change.
 #include "network/dns_changes.h"
 #include "network/dns_settings.h"
+#include "Utility/engine/current_record.h"
+#include "Utility/requests/changes.h"
 #include "Utility/requests/request_texts.h"
 
 #include <cstdio>
@@ -102,10 +104,12 @@ constexpr ph::dns::Settable settables[] = {
 
 CMPIStatus modify(const ph::Request& request) {
     ph::CurrentRecord current(ph::family_DNSGeneralSettingData);
-    if (!current.find(request))
-        return ph::fail(request.broker, ph::noSuchInstance.code, ph::noSuchInstance.message);
+    PHPropertyList changes{};
+    if (const CMPIStatus status = current.readChanges(request, ph::namesOf(settables), changes);
+        status.rc != CMPI_RC_OK)
+        return status;
     Search search;
-    return ph::dns::modify(request, current, settables, search);
+    return ph::dns::modify(request, changes, settables, search);
 }
 
 constexpr ph::ClassDefinition<Record> definition{.name = "CIM_DNSGeneralSettingData",

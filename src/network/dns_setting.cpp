@@ -1,6 +1,8 @@
 // CIM_DNSSettingData: what the DNS clients of the BMC are set to, for clients to change.
 #include "network/dns_changes.h"
 #include "network/dns_settings.h"
+#include "Utility/engine/current_record.h"
+#include "Utility/requests/changes.h"
 #include "Utility/requests/request_texts.h"
 
 #include <algorithm>
@@ -156,10 +158,12 @@ constexpr ph::dns::Settable settables[] = {
 
 CMPIStatus modify(const ph::Request& request) {
     ph::CurrentRecord current(ph::family_DNSSettingData);
-    if (!current.find(request))
-        return ph::fail(request.broker, ph::noSuchInstance.code, ph::noSuchInstance.message);
-    Configuration configuration(static_cast<const Record*>(current.get())->InstanceID);
-    return ph::dns::modify(request, current, settables, configuration);
+    PHPropertyList changes{};
+    if (const CMPIStatus status = current.readChanges(request, ph::namesOf(settables), changes);
+        status.rc != CMPI_RC_OK)
+        return status;
+    Configuration configuration(current.as<Record>().InstanceID);
+    return ph::dns::modify(request, changes, settables, configuration);
 }
 
 constexpr ph::ClassDefinition<Record> definition{

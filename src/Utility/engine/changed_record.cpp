@@ -70,14 +70,9 @@ void carryOut(const Change& change, void* record) {
 } // namespace
 
 CMPIStatus ChangedRecord::apply(const Request& request, std::span<const Settable> settables) {
-    if (!isOfClass(request.ref, family_.name) || !current_.find(request))
-        return fail(request.broker, noSuchInstance.code, noSuchInstance.message);
-    CMPIStatus status = success;
-    const CMPIInstance* current = current_.makeInstance(request, status);
-    if (current == nullptr)
-        return status;
     PHPropertyList changes{};
-    if (status = readChanges(request, current, namesOf(settables), changes); status.rc != CMPI_RC_OK)
+    if (const CMPIStatus status = current_.readChanges(request, namesOf(settables), changes);
+        status.rc != CMPI_RC_OK)
         return status;
     Change checked[std::size(changes.rows)];
     for (int i = 0; i < changes.count; ++i) {

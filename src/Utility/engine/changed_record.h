@@ -17,7 +17,8 @@ struct Settable {
 
 class ChangedRecord {
 public:
-    explicit ChangedRecord(const ClassFamily& family) : family_(family), current_(family) {}
+    explicit ChangedRecord(const ClassFamily& family, const Refusal& missing = noSuchInstance)
+        : family_(family), current_(family, missing) {}
 
     // Reads the record and checks every change before the first is carried out. The status is the refusal of an
     // instance that there is not, of properties that may not be changed and of values that they cannot have.
@@ -26,7 +27,7 @@ public:
     bool hasChanges() const { return hasChanges_; }
     template <class Record>
     const Record& as() const {
-        return *static_cast<const Record*>(current_.get());
+        return current_.as<Record>();
     }
 
 private:
