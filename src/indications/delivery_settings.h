@@ -3,7 +3,7 @@
 #pragma once
 
 #include "indications/common_requests.h"
-#include "Utility/requests/request_texts.h"
+#include "Utility/engine/changed_record.h"
 
 namespace ph::indications {
 
@@ -29,9 +29,31 @@ int forEachService(Append append) {
     return 0;
 }
 
-inline constexpr const char* serviceUnknown = "Given instance does not exist";
+inline constexpr Refusal serviceUnknown{CMPI_RC_ERR_NOT_FOUND, "Given instance does not exist"};
 
-// Changes the row of a service to what the request has, where it differs from the current instance.
-CMPIStatus modifyDelivery(const Request& request, const CMPIInstance* current, const char* serviceName);
+// What clients may change, and how far: while a delivery is tried again, no other alert is delivered. The interval is in
+// seconds.
+inline constexpr Settable deliverySettables[] = {
+    {"DeliveryRetryAttempts", 0, 100},
+    {"DeliveryRetryInterval", 0, 24 * 60 * 60},
+};
+
+// Writes both into the row of a service.
+CMPIStatus writeDelivery(const Request& request, const char* serviceName, std::uint16_t attempts,
+                         std::uint32_t interval);
+
+// Changes the row of a service to what the request has, where it differs from the current instance. `serviceName` is the
+// field that says which.
+template <class Record, std::size_t size>
+CMPIStatus modifyDelivery(const Request& request, const ClassFamily& family,
+                          char (Record::*serviceName)[size]) {
+    ChangedRecord changed(family, serviceUnknown);
+    if (const CMPIStatus status = changed.apply(request, deliverySettables);
+        status.rc != CMPI_RC_OK || !changed.hasChanges())
+        return status;
+    const Record& wanted = changed.as<Record>();
+    return writeDelivery(request, wanted.*serviceName, wanted.DeliveryRetryAttempts,
+                         wanted.DeliveryRetryInterval);
+}
 
 } // namespace ph::indications

@@ -6,6 +6,10 @@
 constexpr const char* const g_IndicationServiceKeyList[4] = {"SystemCreationClassName", "CreationClassName",
                                                              "SystemName", "Name"};
 
+namespace ph {
+extern const ClassFamily family_IndicationService;
+}
+
 namespace {
 
 using namespace ph::indications;
@@ -44,14 +48,7 @@ int enumerate(ph::RecordArray<Record>& services, ph::Detail detail) {
 }
 
 CMPIStatus modify(const ph::Request& request) {
-    ph::KeyValues keys;
-    const auto service =
-        readKeys(request, g_IndicationServiceKeyList, keys) ? find(PH_Get_IndicationService, keys) : nullptr;
-    if (service == nullptr)
-        return ph::fail(request.broker, CMPI_RC_ERR_NOT_FOUND, serviceUnknown);
-    const CMPIInstance* current = PH_MakeInst_IndicationService(request.broker, request.context, request.ref,
-                                                                nullptr, service.get(), 0, 2, nullptr);
-    return modifyDelivery(request, current, service->Name);
+    return modifyDelivery(request, ph::family_IndicationService, &Record::Name);
 }
 
 constexpr ph::ClassDefinition<Record> definition{.name = className,

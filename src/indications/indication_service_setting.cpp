@@ -6,6 +6,10 @@
 
 constexpr const char* const g_IndicationServiceSettingDataKeyList[1] = {"InstanceID"};
 
+namespace ph {
+extern const ClassFamily family_IndicationServiceSettingData;
+}
+
 namespace {
 
 using namespace ph::indications;
@@ -34,15 +38,7 @@ int enumerate(ph::RecordArray<Record>& settings, ph::Detail detail) {
 }
 
 CMPIStatus modify(const ph::Request& request) {
-    ph::KeyValues keys;
-    const auto setting = readKeys(request, g_IndicationServiceSettingDataKeyList, keys)
-                             ? find(PH_Get_IndicationServiceSettingData, keys)
-                             : nullptr;
-    if (setting == nullptr)
-        return ph::fail(request.broker, CMPI_RC_ERR_NOT_FOUND, serviceUnknown);
-    const CMPIInstance* current = PH_MakeInst_IndicationServiceSettingData(
-        request.broker, request.context, request.ref, nullptr, setting.get(), 0, 2, nullptr);
-    return modifyDelivery(request, current, setting->serviceName);
+    return modifyDelivery(request, ph::family_IndicationServiceSettingData, &Record::serviceName);
 }
 
 constexpr ph::ClassDefinition<Record> definition{.name = className,
