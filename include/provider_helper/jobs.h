@@ -46,7 +46,8 @@ PH_EXPORT int PH_Delete_CLPJob(const char* instanceId);
 PH_EXPORT int PH_GetErrors(const CMPIBroker* broker, const CMPIContext* context, const CMPIResult* result,
                            const CMPIObjectPath* ref, CMPIArgs* out, CMPIStatus* status);
 
-/* CIM_Error, an embedded instance without keys: GetErrors hands it out, nothing enumerates it. */
+/* CIM_Error, an embedded instance without keys: GetErrors hands it out, nothing enumerates it. Its OwningEntity, MessageID
+ * and Message follow from ErrorType. */
 typedef struct {
     char ErrorSource[256]; /* InstanceID of the job */
     uint16_t ErrorType;

@@ -109,7 +109,8 @@ TEST_F(Jobs, thatFailedSayWhy) {
     EXPECT_EQ(errors[0].path.className, "CIM_Error");
     EXPECT_THAT(propertiesOf(errors[0]),
                 ElementsAre("ErrorSource=" + id, "ErrorType=0", "PerceivedSeverity=3", "ProbableCause=0",
-                            "ErrorSourceFormat=0", "CIMStatusCode=1"));
+                            "ErrorSourceFormat=0", "CIMStatusCode=1", "OwningEntity=TRZ", "MessageID=JOB0001",
+                            "Message=The job has failed."));
 }
 
 TEST_F(Jobs, getErrorsRefusesWhatItDoesNotKnow) {

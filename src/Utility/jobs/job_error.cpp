@@ -1,17 +1,51 @@
 // CIM_Error: why a job failed.
 #include "provider_helper/jobs.h"
 #include "Utility/engine/class_family.h"
+#include "Utility/values/dmtf_values.h"
 #include "Utility/values/record_fields.h"
+
+#include <algorithm>
 
 namespace {
 
 using Record = ErrorRecord;
 using ph::Property;
 
+struct Message {
+    std::uint16_t errorType;
+    const char* id;
+    const char* text;
+};
+// What clients look up by these IDs stays as it is.
+constexpr Message messages[] = {
+    {ph::ErrorType::Communications, "JOB0002", "The job has failed: what it needs could not be fetched."},
+    {ph::ErrorType::Software, "JOB0003",
+     "The job has failed: it was given what is not valid, or was interrupted."},
+    {ph::ErrorType::Hardware, "JOB0004", "The job has failed: the BMC did not do what it was asked for."},
+};
+constexpr Message otherFailure{ph::ErrorType::Unknown, "JOB0001", "The job has failed."};
+
+const Message& messageOf(const Record& record) {
+    const auto* const found = std::ranges::find(messages, record.ErrorType, &Message::errorType);
+    return found != std::end(messages) ? *found : otherFailure;
+}
+
+const char* owningEntity(const Record&) {
+    return "TRZ"; // as of alerts
+}
+const char* messageId(const Record& record) {
+    return messageOf(record).id;
+}
+const char* messageText(const Record& record) {
+    return messageOf(record).text;
+}
+
 constexpr Property properties[] = {
-    PH_PROPERTY(Record, ErrorSource),       PH_PROPERTY(Record, ErrorType),
-    PH_PROPERTY(Record, PerceivedSeverity), PH_PROPERTY(Record, ProbableCause),
-    PH_PROPERTY(Record, ErrorSourceFormat), PH_PROPERTY(Record, CIMStatusCode),
+    PH_PROPERTY(Record, ErrorSource),          PH_PROPERTY(Record, ErrorType),
+    PH_PROPERTY(Record, PerceivedSeverity),    PH_PROPERTY(Record, ProbableCause),
+    PH_PROPERTY(Record, ErrorSourceFormat),    PH_PROPERTY(Record, CIMStatusCode),
+    PH_COMPUTED("OwningEntity", owningEntity), PH_COMPUTED("MessageID", messageId),
+    PH_COMPUTED("Message", messageText),
 };
 
 constexpr ph::ClassDefinition<Record> definition{
