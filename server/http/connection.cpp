@@ -113,6 +113,7 @@ ssize_t Connection::read(char* data, std::size_t size) {
     if (isFinished_ || std::chrono::steady_clock::now() > end_ || received_ >= limits_.requestSize ||
         (next_ == buffer_.size() && !fill(end_))) {
         isFinished_ = true; // it can still be told why
+        isTooLarge_ = received_ >= limits_.requestSize;
         return -1;
     }
     const std::size_t count = std::min({size, buffer_.size() - next_, limits_.requestSize - received_});

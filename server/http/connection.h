@@ -21,6 +21,8 @@ public:
     // Takes no more requests. A client that still sends gets the answer before the connection is gone.
     void finish();
     bool isFinished() const { return isFinished_ || isBroken_; }
+    // Reading a request has ended because it is longer than it may be.
+    bool isTooLarge() const { return isTooLarge_; }
     std::chrono::steady_clock::time_point requestStart() const { return start_; }
     std::size_t written() const { return written_; }
 
@@ -52,7 +54,7 @@ private:
     std::string buffer_;
     std::size_t next_ = 0, received_ = 0, written_ = 0;
     Deadline start_, end_;
-    bool isBroken_ = false, isFinished_ = false;
+    bool isBroken_ = false, isFinished_ = false, isTooLarge_ = false;
 };
 
 } // namespace server

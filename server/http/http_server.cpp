@@ -81,9 +81,13 @@ public:
             setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
         });
         new_task_queue = [this] { return new ConnectionThreads(options_.connections); };
-        Post("/cimom/?",
-             [this](const httplib::Request& request, httplib::Response& response,
-                    const httplib::ContentReader& content) { endpoint_.answer(request, response, content); });
+        Post("/cimom/?", [this](const httplib::Request& request, httplib::Response& response,
+                                const httplib::ContentReader& content) {
+            endpoint_.answer(request, response, content);
+            // The library itself compares no more than a Content-Length with what a body may have.
+            if (current->isTooLarge())
+                response.status = 413;
+        });
         if (options_.metrics)
             Get("/metrics", [this](const httplib::Request& request, httplib::Response& response) {
                 endpoint_.answerMetrics(request, response);

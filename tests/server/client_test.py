@@ -332,6 +332,11 @@ class Protocol(served.ServedTest):
                 self.connect().post(body.encode(), **headers)
             self.assertEqual((refused.exception.status, refused.exception.headers.get("CIMError")), (status, error))
 
+    def test_chunked_body_that_is_too_large(self):
+        with self.assertRaises(served.HttpError) as refused:
+            self.connect().post(b" " * 100_000 for _ in range(20))
+        self.assertEqual(refused.exception.status, 413)
+
     def test_another_host_name_is_refused_without_authentication(self):
         with self.assertRaises(served.HttpError) as refused:
             self.client.post(message(intrinsic("EnumerateClassNames")).encode(), Host="bmc.example.com")
