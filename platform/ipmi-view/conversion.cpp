@@ -8,11 +8,6 @@
 namespace view {
 namespace {
 
-constexpr std::int16_t signExtend(unsigned value, unsigned bits) {
-    const unsigned sign = 1U << (bits - 1);
-    return static_cast<std::int16_t>(static_cast<int>(value ^ sign) - static_cast<int>(sign));
-}
-
 const char* unitName(std::uint8_t unit) {
     return unit <= IPMI_SENSOR_UNIT_GRAMS ? ipmi_sensor_units[unit] : "reserved unit";
 }
@@ -34,14 +29,12 @@ std::string Conversion::unit() const {
 }
 
 void setFactors(ipmi::ReadingFactors& factors, std::span<const std::uint8_t, 6> bytes) {
-    const auto tenBits = [](unsigned low, unsigned high) { return signExtend(low | (high & 0xC0) << 2, 10); };
-    const auto fourBits = [](unsigned value) {
-        return static_cast<std::int8_t>(signExtend(value & 0x0F, 4));
+    const auto tenBits = [](unsigned low, unsigned high) {
+        return static_cast<std::int16_t>(ipmi::signExtend(low | (high & 0xC0) << 2, 10));
     };
     factors.m = tenBits(bytes[0], bytes[1]);
     factors.b = tenBits(bytes[2], bytes[3]);
-    factors.resultExponent = fourBits(bytes[5] >> 4);
-    factors.bExponent = fourBits(bytes[5]);
+    factors.setExponents(bytes[5]);
 }
 
 std::string readingText(double value) {

@@ -14,22 +14,18 @@ namespace {
 
 using Conversions = std::map<std::string, Conversion>; // by record
 
-constexpr std::int8_t signedNibble(int value) {
-    return static_cast<std::int8_t>((value & 0x0F) - ((value & 0x08) << 1));
-}
-
 template <class Row>
 std::span<const Row> rowsOf(const smash::Rows<Row>& rows) {
     return {rows.records.get(), rows.count};
 }
 
-ipmi::ReadingFactors factorsOf(int format, int linearization, int m, int b, int exponents) {
-    return {.format = static_cast<ipmi::AnalogFormat>(format & 0x03),
-            .linearization = static_cast<std::uint8_t>(linearization),
-            .m = static_cast<std::int16_t>(m),
-            .b = static_cast<std::int16_t>(b),
-            .bExponent = signedNibble(exponents),
-            .resultExponent = signedNibble(exponents >> 4)};
+ipmi::ReadingFactors factorsOf(int format, int linearization, int m, int b, unsigned exponents) {
+    ipmi::ReadingFactors factors{.format = static_cast<ipmi::AnalogFormat>(format & 0x03),
+                                 .linearization = static_cast<std::uint8_t>(linearization),
+                                 .m = static_cast<std::int16_t>(m),
+                                 .b = static_cast<std::int16_t>(b)};
+    factors.setExponents(exponents);
+    return factors;
 }
 
 Conversions conversionsOf(std::span<const smash::SensorConversionRow> rows) {

@@ -1,6 +1,7 @@
 #include "smash-db/sync/sdr_mapping.h"
 
 #include "ipmi/message.h"
+#include "ipmi/reading_factors.h"
 #include "ipmi/sensor_types.h"
 #include "smash-db/rows.h"
 #include "smash-db/sync/entity_associations.h"
@@ -31,11 +32,6 @@ constexpr std::uint8_t sensorSpecific = 0x6F;
 constexpr std::uint8_t bmcAddress = 0x20;
 constexpr unsigned wholeSensor = 99; // offset of a row that stands for no single state
 constexpr unsigned stateOffsets = 15;
-
-constexpr std::int32_t signExtend(unsigned value, unsigned bits) {
-    const unsigned sign = 1U << (bits - 1);
-    return static_cast<std::int32_t>(value ^ sign) - static_cast<std::int32_t>(sign);
-}
 
 std::uint16_t cimSensorType(std::uint8_t ipmiType) {
     return ipmiType >= 1 && ipmiType <= 4 ? static_cast<std::uint16_t>(ipmiType + 1) : 1;
@@ -115,11 +111,11 @@ void readAnalog(ipmi::Reader& reader, FullSdr& row, SensorConversionRow& convers
     const unsigned accuracyDirection = reader.u8();
     conversion.exponents = reader.u8();
     row.exponents = conversion.exponents;
-    row.m = signExtend((mTolerance & 0xFF) | (mTolerance >> 6 & 0x300), 10);
-    row.b = signExtend((bAccuracy & 0xFF) | (bAccuracy >> 6 & 0x300), 10);
+    row.m = ipmi::signExtend((mTolerance & 0xFF) | (mTolerance >> 6 & 0x300), 10);
+    row.b = ipmi::signExtend((bAccuracy & 0xFF) | (bAccuracy >> 6 & 0x300), 10);
     conversion.m = row.m;
     conversion.b = row.b;
-    const double step = std::abs(row.m) * std::pow(10.0, signExtend(row.exponents >> 4, 4)) * 100;
+    const double step = std::abs(row.m) * std::pow(10.0, ipmi::signExtend(row.exponents >> 4, 4)) * 100;
     const unsigned tolerance = mTolerance >> 8 & 0x3F; // half raw steps
     const unsigned accuracy = (bAccuracy >> 8 & 0x3F) | (accuracyDirection & 0xF0) << 2;
     const unsigned accuracyExponent = accuracyDirection >> 2 & 0x03;
