@@ -7,12 +7,9 @@ namespace {
 
 namespace completion = ipmi::completion;
 
-std::uint8_t getSensorReadingFactors(State& state, ipmi::Reader request, ipmi::Writer& answer) {
-    const auto& sensors = state.get<Sensors>();
-    const auto slot = sensors.find(request.u8());
-    if (!slot)
-        return completion::notPresent;
-    const Sensor& sensor = sensors.sensor(*slot);
+std::uint8_t getSensorReadingFactors(State& state, const Sensors::Slot& slot, ipmi::Reader&,
+                                     ipmi::Writer& answer) {
+    const Sensor& sensor = state.get<Sensors>().sensor(slot);
     if (!sensor.isAnalog())
         return completion::illegalForSensorOrRecord;
     constexpr std::uint8_t noOther = 0xFF; // the factors hold for all readings
@@ -21,11 +18,9 @@ std::uint8_t getSensorReadingFactors(State& state, ipmi::Reader request, ipmi::W
     return completion::success;
 }
 
-std::uint8_t setSensorHysteresis(State& state, ipmi::Reader request, ipmi::Writer&) {
-    const auto slot = state.get<Sensors>().find(request.u8());
-    if (!slot)
-        return completion::notPresent;
-    auto& sensor = state.edit<Sensors>().sensor(*slot);
+std::uint8_t setSensorHysteresis(State& state, const Sensors::Slot& slot, ipmi::Reader& request,
+                                 ipmi::Writer&) {
+    auto& sensor = state.edit<Sensors>().sensor(slot);
     if (!sensor.isAnalog())
         return completion::illegalForSensorOrRecord;
     request.skip(1); // mask, FFh
@@ -34,23 +29,18 @@ std::uint8_t setSensorHysteresis(State& state, ipmi::Reader request, ipmi::Write
     return completion::success;
 }
 
-std::uint8_t getSensorHysteresis(State& state, ipmi::Reader request, ipmi::Writer& answer) {
-    const auto& sensors = state.get<Sensors>();
-    const auto slot = sensors.find(request.u8());
-    if (!slot)
-        return completion::notPresent;
-    const Sensor& sensor = sensors.sensor(*slot);
+std::uint8_t getSensorHysteresis(State& state, const Sensors::Slot& slot, ipmi::Reader&,
+                                 ipmi::Writer& answer) {
+    const Sensor& sensor = state.get<Sensors>().sensor(slot);
     if (!sensor.isAnalog())
         return completion::illegalForSensorOrRecord;
     answer.u8(sensor.thresholds.positiveHysteresis).u8(sensor.thresholds.negativeHysteresis);
     return completion::success;
 }
 
-std::uint8_t setSensorThresholds(State& state, ipmi::Reader request, ipmi::Writer&) {
-    const auto slot = state.get<Sensors>().find(request.u8());
-    if (!slot)
-        return completion::notPresent;
-    auto& thresholds = state.edit<Sensors>().sensor(*slot).thresholds;
+std::uint8_t setSensorThresholds(State& state, const Sensors::Slot& slot, ipmi::Reader& request,
+                                 ipmi::Writer&) {
+    auto& thresholds = state.edit<Sensors>().sensor(slot).thresholds;
     const unsigned mask = request.u8();
     if (!thresholds.isSettable || thresholds.mask() == 0)
         return completion::illegalForSensorOrRecord;
@@ -64,12 +54,9 @@ std::uint8_t setSensorThresholds(State& state, ipmi::Reader request, ipmi::Write
     return completion::success;
 }
 
-std::uint8_t getSensorThresholds(State& state, ipmi::Reader request, ipmi::Writer& answer) {
-    const auto& sensors = state.get<Sensors>();
-    const auto slot = sensors.find(request.u8());
-    if (!slot)
-        return completion::notPresent;
-    const Sensor& sensor = sensors.sensor(*slot);
+std::uint8_t getSensorThresholds(State& state, const Sensors::Slot& slot, ipmi::Reader&,
+                                 ipmi::Writer& answer) {
+    const Sensor& sensor = state.get<Sensors>().sensor(slot);
     if (!sensor.isThreshold())
         return completion::illegalForSensorOrRecord;
     answer.u8(sensor.thresholds.mask());
@@ -86,14 +73,12 @@ std::uint8_t enableFlags(const Live& live) {
                                      (live.isScanning ? scanningFlag : 0));
 }
 
-std::uint8_t setSensorEventEnable(State& state, ipmi::Reader request, ipmi::Writer&) {
+std::uint8_t setSensorEventEnable(State& state, const Sensors::Slot& slot, ipmi::Reader& request,
+                                  ipmi::Writer&) {
     enum Action { Keep, Enable, Disable };
-    const auto slot = state.get<Sensors>().find(request.u8());
-    if (!slot)
-        return completion::notPresent;
     auto& sensors = state.edit<Sensors>();
-    const std::uint16_t supported = sensors.sensor(*slot).eventMask();
-    Live& live = sensors.live(*slot);
+    const std::uint16_t supported = sensors.sensor(slot).eventMask();
+    Live& live = sensors.live(slot);
     const std::uint8_t flags = request.u8();
     live.sendsEvents = (flags & eventsFlag) != 0;
     live.isScanning = (flags & scanningFlag) != 0;
@@ -114,26 +99,21 @@ std::uint8_t setSensorEventEnable(State& state, ipmi::Reader request, ipmi::Writ
     return completion::success;
 }
 
-std::uint8_t getSensorEventEnable(State& state, ipmi::Reader request, ipmi::Writer& answer) {
+std::uint8_t getSensorEventEnable(State& state, const Sensors::Slot& slot, ipmi::Reader&,
+                                  ipmi::Writer& answer) {
     const auto& sensors = state.get<Sensors>();
-    const auto slot = sensors.find(request.u8());
-    if (!slot)
-        return completion::notPresent;
-    const Live& live = sensors.live(*slot);
-    const std::uint16_t supported = sensors.sensor(*slot).eventMask();
+    const Live& live = sensors.live(slot);
+    const std::uint16_t supported = sensors.sensor(slot).eventMask();
     answer.u8(enableFlags(live))
         .u16(live.assertionMask.value_or(supported))
         .u16(live.deassertionMask.value_or(supported));
     return completion::success;
 }
 
-std::uint8_t getSensorReading(State& state, ipmi::Reader request, ipmi::Writer& answer) {
+std::uint8_t getSensorReading(State& state, const Sensors::Slot& slot, ipmi::Reader&, ipmi::Writer& answer) {
     const auto& sensors = state.get<Sensors>();
-    const auto slot = sensors.find(request.u8());
-    if (!slot)
-        return completion::notPresent;
-    const Sensor& sensor = sensors.sensor(*slot);
-    const Live& live = sensors.live(*slot);
+    const Sensor& sensor = sensors.sensor(slot);
+    const Live& live = sensors.live(slot);
     if (live.availability == Availability::Unreadable)
         return completion::notPresent;
     const bool isAvailable = live.availability == Availability::Available;
@@ -150,26 +130,30 @@ std::uint8_t getSensorReading(State& state, ipmi::Reader request, ipmi::Writer& 
     return completion::success;
 }
 
-std::uint8_t getSensorType(State& state, ipmi::Reader request, ipmi::Writer& answer) {
-    const auto& sensors = state.get<Sensors>();
-    const auto slot = sensors.find(request.u8());
-    if (!slot)
-        return completion::notPresent;
-    const Sensor& sensor = sensors.sensor(*slot);
+std::uint8_t getSensorType(State& state, const Sensors::Slot& slot, ipmi::Reader&, ipmi::Writer& answer) {
+    const Sensor& sensor = state.get<Sensors>().sensor(slot);
     answer.u8(sensor.type).u8(sensor.readingType);
     return completion::success;
 }
 
+// A command whose request begins with a sensor's number. `handler` gets the sensor's slot and reads on.
+template <std::uint8_t (*handler)(State& state, const Sensors::Slot& slot, ipmi::Reader& request,
+                                  ipmi::Writer& answer)>
+std::uint8_t ofSensor(State& state, ipmi::Reader request, ipmi::Writer& answer) {
+    const auto slot = state.get<Sensors>().find(request.u8());
+    return slot ? handler(state, *slot, request, answer) : completion::notPresent;
+}
+
 constexpr Command commandTable[] = {
-    {ipmi::command::getSensorReadingFactors, 2, getSensorReadingFactors},
-    {ipmi::command::setSensorHysteresis, 4, setSensorHysteresis},
-    {ipmi::command::getSensorHysteresis, 2, getSensorHysteresis},
-    {ipmi::command::setSensorThresholds, 8, setSensorThresholds},
-    {ipmi::command::getSensorThresholds, 1, getSensorThresholds},
-    {ipmi::command::setSensorEventEnable, 2, setSensorEventEnable},
-    {ipmi::command::getSensorEventEnable, 1, getSensorEventEnable},
-    {ipmi::command::getSensorReading, 1, getSensorReading},
-    {ipmi::command::getSensorType, 1, getSensorType},
+    {ipmi::command::getSensorReadingFactors, 2, ofSensor<getSensorReadingFactors>},
+    {ipmi::command::setSensorHysteresis, 4, ofSensor<setSensorHysteresis>},
+    {ipmi::command::getSensorHysteresis, 2, ofSensor<getSensorHysteresis>},
+    {ipmi::command::setSensorThresholds, 8, ofSensor<setSensorThresholds>},
+    {ipmi::command::getSensorThresholds, 1, ofSensor<getSensorThresholds>},
+    {ipmi::command::setSensorEventEnable, 2, ofSensor<setSensorEventEnable>},
+    {ipmi::command::getSensorEventEnable, 1, ofSensor<getSensorEventEnable>},
+    {ipmi::command::getSensorReading, 1, ofSensor<getSensorReading>},
+    {ipmi::command::getSensorType, 1, ofSensor<getSensorType>},
 };
 
 } // namespace
