@@ -1,6 +1,6 @@
 #include "hooks/configured_session.h"
 
-#include <platform/smash_db.h>
+#include "hooks/session_row.h"
 
 #include <cstdlib>
 #include <cstring>
@@ -31,25 +31,10 @@ SessionInfo readSessionInfo() {
     return SessionInfo(info);
 }
 
-int number(const char* text) {
-    return static_cast<int>(std::strtol(text, nullptr, 0));
-}
-
 } // namespace
 
 std::unique_ptr<ipmi::Transport> openConfiguredSession() {
-    const auto info = readSessionInfo();
-    ipmi::SessionSettings settings{.address = info->address,
-                                   .port = info->port,
-                                   .userName = info->userName,
-                                   .password = info->password,
-                                   .interfaceType = number(info->interfaceType),
-                                   .cipherSuite = number(info->cipherSuite),
-                                   .workaroundFlags = number(info->workaroundFlags),
-                                   .retransmission = number(info->retransmission)};
-    if (const int privilege = number(info->privilegeLevel); privilege != 0)
-        settings.privilegeLevel = privilege;
-    return ipmi::openTransport(settings);
+    return ipmi::openTransport(settingsOf(*readSessionInfo()));
 }
 
 } // namespace hooks

@@ -2,6 +2,7 @@
 
 #include "broker/value.h"
 #include "errors.h"
+#include "hooks/session_row.h"
 #include "served_classes.h"
 #include "session_hints.h"
 #include "smash-db/connection.h"
@@ -21,10 +22,6 @@ Database open(int (*opener)(SMASH_DB_HANDLE*)) {
     if (opener(&handle) != 0)
         throw Failure(db_last_error());
     return Database(handle);
-}
-
-int number(const char* text) {
-    return static_cast<int>(std::strtol(text, nullptr, 0));
 }
 
 template <std::size_t size>
@@ -99,16 +96,7 @@ std::size_t sensorCount(std::string_view className) {
 }
 
 SessionSettings settingsOf(const IPMISessionInfo& row) {
-    SessionSettings settings{.address = row.address,
-                             .port = row.port,
-                             .userName = row.userName,
-                             .password = row.password,
-                             .interfaceType = number(row.interfaceType),
-                             .cipherSuite = number(row.cipherSuite),
-                             .workaroundFlags = number(row.workaroundFlags),
-                             .retransmission = number(row.retransmission)};
-    if (const int privilege = number(row.privilegeLevel); privilege != 0)
-        settings.privilegeLevel = privilege;
+    SessionSettings settings = hooks::settingsOf(row);
     if (settings.interfaceType == SessionSettings::VirtualBmc && settings.address.empty())
         settings.address = vbmc::defaultStateFile();
     return settings;

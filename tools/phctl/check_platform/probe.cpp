@@ -12,13 +12,6 @@ namespace phctl::check {
 
 namespace {
 
-constexpr int administrator = 4; // IPMI privilege level
-
-// Numbers of the session row, as the library reads them.
-int number(const char* text) {
-    return static_cast<int>(std::strtol(text, nullptr, 0));
-}
-
 bool isOfDatabase(std::string_view library) {
     return library == "libsmashdb.so";
 }
@@ -195,15 +188,12 @@ const IPMISessionInfo& Probe::sessionInfo() {
 
 IPMI20_SESSION_T* Probe::session() {
     if (session_ == nullptr) {
-        const IPMISessionInfo& info = sessionInfo();
-        const int privilege = number(info.privilegeLevel);
         auto session = std::make_unique<Out<IPMI20_SESSION_T>>("the session", IPMI20_SESSION_T{});
         session->fill(0);
-        use<decltype(CIM_Create_IPMI20_Session)>(
-            "CIM_Create_IPMI20_Session", static_cast<IPMI20_SESSION_T*>(*session), info.address, info.port,
-            info.userName, info.password, number(info.interfaceType), number(info.cipherSuite),
-            number(info.workaroundFlags), number(info.retransmission),
-            privilege != 0 ? privilege : administrator, timeout());
+        openSession([&](auto... arguments) {
+            use<decltype(CIM_Create_IPMI20_Session)>("CIM_Create_IPMI20_Session",
+                                                     static_cast<IPMI20_SESSION_T*>(*session), arguments...);
+        });
         session_ = std::move(session);
     }
     return *session_;

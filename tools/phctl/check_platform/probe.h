@@ -5,6 +5,7 @@
 #include "check_platform/outcome.h"
 #include "check_platform/output.h"
 #include "check_platform/platform_libraries.h"
+#include "hooks/session_row.h"
 
 #include <cstdint>
 #include <functional>
@@ -102,6 +103,15 @@ public:
     // These throw NotPossible.
     IPMI20_SESSION_T* session(); // open, with the settings of the database
     const IPMISessionInfo& sessionInfo();
+    ipmi::SessionSettings sessionSettings() { return hooks::settingsOf(sessionInfo()); }
+    // Calls open(arguments...) with those of CIM_Create_IPMI20_Session behind the session.
+    template <class Open>
+    auto openSession(Open open) {
+        const ipmi::SessionSettings settings = sessionSettings();
+        return open(settings.address.c_str(), settings.port, settings.userName.c_str(),
+                    settings.password.c_str(), settings.interfaceType, settings.cipherSuite,
+                    settings.workaroundFlags, settings.retransmission, settings.privilegeLevel, timeout());
+    }
     SMASH_DB_HANDLE database(const char* opener = "db_init");
 
     struct Lan {

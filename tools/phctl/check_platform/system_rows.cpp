@@ -9,27 +9,20 @@ namespace {
 
 constexpr std::uint8_t administrator = 4; // IPMI privilege level
 
-int number(const char* text) {
-    return static_cast<int>(std::strtol(text, nullptr, 0));
-}
-
 void createSession(Probe& probe) {
-    const IPMISessionInfo& info = probe.sessionInfo();
     Out<IPMI20_SESSION_T> session("the session", IPMI20_SESSION_T{});
-    const int privilege = number(info.privilegeLevel);
-    if (probe.call<decltype(CIM_Create_IPMI20_Session)>(
-            "", session, info.address, info.port, info.userName, info.password, number(info.interfaceType),
-            number(info.cipherSuite), number(info.workaroundFlags), number(info.retransmission),
-            privilege != 0 ? privilege : administrator, probe.timeout()))
+    if (probe.openSession([&](auto... arguments) {
+            return probe.call<decltype(CIM_Create_IPMI20_Session)>("", session, arguments...);
+        }))
         probe.use<decltype(CIM_Close_Session)>("CIM_Close_Session", static_cast<IPMI20_SESSION_T*>(session));
 }
 
 void createSessionOfUser(Probe& probe) {
-    const IPMISessionInfo& info = probe.sessionInfo();
+    const ipmi::SessionSettings settings = probe.sessionSettings();
     const std::uint8_t address[4] = {127, 0, 0, 1};
     Out<IPMI20_SESSION_T> session("the session", IPMI20_SESSION_T{});
-    if (probe.call<decltype(CIM_Create_IPMI20_Session_Ext)>("", session, info.userName, address,
-                                                            number(info.interfaceType), administrator, 0,
+    if (probe.call<decltype(CIM_Create_IPMI20_Session_Ext)>("", session, settings.userName.c_str(), address,
+                                                            settings.interfaceType, administrator, 0,
                                                             probe.timeout()))
         probe.use<decltype(CIM_Close_Session)>("CIM_Close_Session", static_cast<IPMI20_SESSION_T*>(session));
 }
