@@ -6,9 +6,9 @@
 #include "instance_output.h"
 #include "ipmi/lan_configuration.h"
 #include "machine.h"
+#include "numbers.h"
 
 #include <algorithm>
-#include <charconv>
 #include <endian.h>
 #include <iostream>
 #include <memory>
@@ -36,13 +36,6 @@ struct Delivery {
     std::string text;
 };
 
-std::optional<std::int32_t> number(std::string_view text, std::int32_t most) {
-    std::int32_t value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    const bool isNumber = error == std::errc{} && end == text.data() + text.size();
-    return isNumber && value >= 0 && value <= most ? std::optional(value) : std::nullopt;
-}
-
 Delivery toMail(std::int32_t channel, std::int32_t selector) {
     return {SEL_EVENT_TO_MAIL, selector, channel,
             "e-mail: destination " + std::to_string(selector) + " of channel " + std::to_string(channel)};
@@ -54,15 +47,16 @@ Delivery toListener(std::int32_t destination, std::int32_t channel) {
 
 // mail:CHANNEL:SELECTOR, cimxml:N
 Delivery parseDelivery(const std::string& text) {
-    constexpr std::int32_t lastChannel = 0x0F, lastSelector = 0x0F, largest = 0x7FFFFFFF;
+    constexpr std::uint8_t lastChannel = 0x0F, lastSelector = 0x0F;
     const auto parts = CLI::detail::split(text, ':');
     if (parts.size() == 3 && parts[0] == "mail") {
-        const auto channel = number(parts[1], lastChannel), selector = number(parts[2], lastSelector);
-        if (channel && selector)
+        const auto channel = readNumber<std::uint8_t>(parts[1]);
+        const auto selector = readNumber<std::uint8_t>(parts[2]);
+        if (channel && *channel <= lastChannel && selector && *selector <= lastSelector)
             return toMail(*channel, *selector);
     }
     if (parts.size() == 2 && parts[0] == "cimxml")
-        if (const auto destination = number(parts[1], largest))
+        if (const auto destination = readNumber<std::int32_t>(parts[1]); destination && *destination >= 0)
             return toListener(*destination, 0);
     throw UsageError("--to: \"" + text + "\" is neither mail:CHANNEL:SELECTOR nor cimxml:N");
 }

@@ -2,9 +2,9 @@
 
 #include "errors.h"
 #include "names.h"
+#include "numbers.h"
 #include "secrets.h"
 
-#include <charconv>
 #include <cstdlib>
 #include <filesystem>
 #include <freeipmi/api/ipmi-api.h>
@@ -45,15 +45,6 @@ std::string listOf(std::span<const Name> names) {
     return text;
 }
 
-std::optional<int> number(const std::string& text) {
-    const bool isHexadecimal = text.starts_with("0x");
-    const char* const begin = text.data() + (isHexadecimal ? 2 : 0);
-    const char* const end = text.data() + text.size();
-    int value = 0;
-    const auto [last, error] = std::from_chars(begin, end, value, isHexadecimal ? 16 : 10);
-    return error == std::errc{} && last == end && value >= 0 ? std::optional(value) : std::nullopt;
-}
-
 int numberOf(std::span<const Name> names, const std::string& text, const char* option) {
     std::vector<std::string> known;
     for (const Name& each : names) {
@@ -61,7 +52,7 @@ int numberOf(std::span<const Name> names, const std::string& text, const char* o
             return each.value;
         known.emplace_back(each.name);
     }
-    if (const auto value = number(text))
+    if (const auto value = readInteger<int>(text); value && *value >= 0)
         return *value;
     throw UsageError(std::string(option) + ": \"" + text + "\" is neither a number nor one of " +
                      listOf(names) + didYouMean(text, known));
@@ -92,10 +83,10 @@ void setHost(SessionSettings& settings, const std::string& text) {
         settings.address = text;
         port = "623";
     }
-    const auto value = number(port);
-    if (settings.address.empty() || !value || *value < 1 || *value > 0xFFFF)
+    const auto value = readInteger<std::uint16_t>(port);
+    if (settings.address.empty() || !value || *value == 0)
         throw UsageError("--lan: expected HOST or HOST:PORT with a port of 1 to 65535 instead of " + text);
-    settings.port = static_cast<std::uint16_t>(*value);
+    settings.port = *value;
 }
 
 } // namespace
