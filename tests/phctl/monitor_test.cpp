@@ -217,6 +217,19 @@ TEST_F(Monitor, endsAtAnyTime) {
     }
 }
 
+TEST_F(Monitor, waitsNoLongerThanItMay) {
+    EXPECT_EQ(ph_test::phctl({"monitor", "--timeout", "1"}).status, 0);
+    const Outcome inVain = ph_test::phctl({"monitor", "--count", "2", "--timeout", "1"});
+    EXPECT_EQ(inVain.status, 1);
+    EXPECT_THAT(inVain.err, HasSubstr("0 of 2 alerts came within 1 s"));
+    EXPECT_FALSE(std::filesystem::exists(place(SEL_EVENT_PIPE)));
+
+    RunningPhctl running({"monitor", "--count", "1", "--timeout", "60"});
+    close(awaitReader());
+    succeed({event.begin(), event.end()});
+    EXPECT_EQ(running.wait().status, 0);
+}
+
 TEST_F(Monitor, saysWhenItCannotWrite) {
     RunningPhctl running({"monitor"}, "/dev/full");
     close(awaitReader());

@@ -11,6 +11,8 @@
 #include "text_layout.h"
 
 #include <atomic>
+#include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <iostream>
@@ -27,7 +29,8 @@ namespace {
 using nlohmann::ordered_json;
 
 struct MonitorOptions : RequestOptions {
-    unsigned count = 0; // 0: until it is interrupted
+    unsigned count = 0;   // 0: any
+    unsigned seconds = 0; // 0: until it is interrupted
     bool subscribe = false;
 };
 using Options = std::shared_ptr<MonitorOptions>;
@@ -69,6 +72,7 @@ public:
         beginDelivery(broker, options_.subscribe ? Listening::Subscribed : Listening::No);
     }
     bool canWrite() const { return canWrite_; }
+    unsigned reported() const { return reported_; }
 
 private:
     // Called by the monitor's thread, and by the one that watches the log.
@@ -94,10 +98,36 @@ private:
     const broker::ObjectManager objectManager_;
     const ProviderOutput output_;
     std::mutex reporting_;
-    unsigned reported_ = 0;
+    std::atomic<unsigned> reported_ = 0;
     std::atomic<bool> canWrite_ = true;
     DeliveryWatch& watch_;
 };
+
+// Waits for one of the signals, and so many seconds at most. Returns false when none came.
+bool waitFor(const sigset_t& signals, unsigned seconds) {
+    using Clock = std::chrono::steady_clock;
+    int signal = 0;
+    if (seconds == 0)
+        return sigwait(&signals, &signal) == 0;
+    const auto end = Clock::now() + std::chrono::seconds(seconds);
+    do {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now()).count();
+        const timespec time{.tv_sec = left / 1000, .tv_nsec = left % 1000 * 1'000'000};
+        signal = sigtimedwait(&signals, nullptr, &time);
+    } while (signal == -1 && errno == EINTR && Clock::now() < end);
+    return signal != -1;
+}
+
+int resultOf(const Host& host, const MonitorOptions& options, bool isEnded) {
+    if (!host.canWrite())
+        return complain("cannot write the output", failed);
+    if (isEnded || host.reported() >= options.count)
+        return done;
+    return complain("there was not enough time: " + std::to_string(host.reported()) + " of " +
+                        std::to_string(options.count) + " alerts came within " +
+                        std::to_string(options.seconds) + " s (--timeout)",
+                    failed);
+}
 
 int monitor(const Options& options) {
     // The signals are waited for below, whichever thread of ours or of a provider runs.
@@ -111,12 +141,14 @@ int monitor(const Options& options) {
     provideDelivery();
     static Host& host = *new Host(*options);
     host.begin();
-    std::cerr << "Delivering alerts from " << pipe->path() << ", until interrupted" << std::endl;
-    int signal = 0;
-    sigwait(&ending, &signal);
+    std::cerr << "Delivering alerts from " << pipe->path()
+              << (options->seconds > 0 ? ", for " + std::to_string(options->seconds) + " s at most"
+                                       : ", until interrupted")
+              << std::endl;
+    const bool isEnded = waitFor(ending, options->seconds);
     pipe.reset();
     // The process ends without tidying up what the provider's thread may use.
-    std::_Exit(host.canWrite() ? done : complain("cannot write the output", failed));
+    std::_Exit(resultOf(host, *options, isEnded));
 }
 
 void addMonitorOptions(CLI::App* command, Chosen& chosen) {
@@ -124,6 +156,9 @@ void addMonitorOptions(CLI::App* command, Chosen& chosen) {
     command->add_flag("--json", options->json, "Print a line of JSON for each alert");
     command->add_option("--module", options->module, "Provider module to load instead of the installed one");
     command->add_option("--count", options->count, "End after so many alerts")->check(CLI::Range(1, 1000000));
+    command
+        ->add_option("--timeout", options->seconds, "End after so many seconds; short of --count, it fails")
+        ->check(CLI::Range(1, 86400));
     command->add_flag(
         "--subscribe", options->subscribe,
         "Print what a client of the object manager gets that subscribes to alerts, too: all new "
