@@ -29,7 +29,8 @@ protected:
     }
 
     std::ostringstream out;
-    phctl::LogProgress progress{out, false};
+    phctl::StatusLine line{out, false};
+    phctl::LogProgress progress{line};
 };
 
 TEST_F(LogProgress, isShownForLongLogsOnly) {

@@ -27,17 +27,18 @@ struct LogOptions {
 };
 
 int list(const LogOptions& options) {
-    const auto progress = std::make_shared<LogProgress>(std::cerr, isatty(STDERR_FILENO) != 0);
-    ipmi::observeExchanges([progress](auto netFn, auto command, auto sent, auto answer) {
-        progress->exchanged(netFn, command, sent, answer);
-    });
+    const auto line = std::make_shared<StatusLine>(std::cerr, isatty(STDERR_FILENO) != 0);
+    ipmi::observeExchanges(
+        [line, progress = LogProgress(*line)](auto netFn, auto command, auto sent, auto answer) mutable {
+            progress.exchanged(netFn, command, sent, answer);
+        });
     const auto bmc = options.connection.open();
     const auto records = view::readEventLog(*bmc);
     // The database may be that of another BMC.
     const SensorLabels sensors = records.empty()                ? SensorLabels()
                                  : options.connection.isGiven() ? sensorLabels(*bmc)
                                                                 : sensorLabels();
-    progress->clear();
+    line->clear();
     printEventLog(records, sensors, options.last, options.json);
     return done;
 }

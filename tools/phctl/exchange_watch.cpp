@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <condition_variable>
-#include <ostream>
 
 namespace phctl {
 namespace {
@@ -14,7 +13,6 @@ constexpr int noAnswer = -1, shortAnswer = -2;
 constexpr std::size_t shortestReading = 3; // completion code, reading, flags
 constexpr std::chrono::seconds patience(2);
 constexpr std::chrono::seconds period(1);
-constexpr std::string_view eraseLine = "\r\x1B[K";
 
 } // namespace
 
@@ -39,16 +37,14 @@ void ExchangeWatch::Wait::run(const std::stop_token& stop) {
         const auto waited =
             std::chrono::floor<std::chrono::seconds>(std::chrono::steady_clock::now() - last_);
         const bool isWaiting = waited >= patience;
-        if (isTerminal_ && isWaiting)
-            out_ << eraseLine << "Waiting for the BMC: " << waited.count() << " s" << std::flush;
-        else if (isTerminal_ && isShown)
-            out_ << eraseLine << std::flush;
-        else if (!isTerminal_ && isWaiting && !isShown)
-            out_ << "Waiting for the BMC" << std::endl;
+        if (line_.isTerminal && isWaiting)
+            line_.show("Waiting for the BMC: " + std::to_string(waited.count()) + " s");
+        else if (isWaiting && !isShown)
+            line_.show("Waiting for the BMC");
+        else if (isShown && !isWaiting)
+            line_.clear();
         isShown = isWaiting;
     }
-    if (isTerminal_ && isShown)
-        out_ << eraseLine << std::flush;
 }
 
 void ExchangeWatch::begin() {
@@ -63,7 +59,7 @@ void ExchangeWatch::begin() {
 
 void ExchangeWatch::end() {
     wait_.end();
-    log_.clear();
+    line_.clear();
 }
 
 void ExchangeWatch::exchanged(std::uint8_t netFn, std::uint8_t command, Bytes request, Bytes answer) {

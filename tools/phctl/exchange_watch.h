@@ -20,7 +20,7 @@ public:
     using Bytes = std::span<const std::uint8_t>;
 
     // Shows progress on `out`: of a long log, and that the BMC is waited for.
-    ExchangeWatch(std::ostream& out, bool isTerminal) : log_(out, isTerminal), wait_(out, isTerminal) {}
+    ExchangeWatch(std::ostream& out, bool isTerminal) : line_(out, isTerminal), log_(line_), wait_(line_) {}
 
     // To be called around a request. `begin` forgets what was seen before.
     void begin();
@@ -45,7 +45,7 @@ private:
     // Shows how long the BMC is waited for, once that takes more than a moment.
     class Wait {
     public:
-        Wait(std::ostream& out, bool isTerminal) : out_(out), isTerminal_(isTerminal) {}
+        explicit Wait(StatusLine& line) : line_(line) {}
         ~Wait() = default;
         Wait(const Wait&) = delete;
         Wait& operator=(const Wait&) = delete;
@@ -56,13 +56,13 @@ private:
     private:
         void run(const std::stop_token& stop);
 
-        std::ostream& out_;
-        const bool isTerminal_;
+        StatusLine& line_;
         std::mutex mutex_;
         std::chrono::steady_clock::time_point last_;
         std::jthread thread_;
     };
 
+    StatusLine line_;
     LogProgress log_;
     Wait wait_;
     mutable std::mutex mutex_;

@@ -12,11 +12,10 @@ class LogProgress {
 public:
     using Bytes = std::span<const std::uint8_t>;
 
-    LogProgress(std::ostream& out, bool isTerminal) : progress_(out, isTerminal) {}
+    explicit LogProgress(StatusLine& line) : progress_(line) {}
 
     // An exchange with the BMC. What Get SEL Info counts is then read with Get SEL Entry.
     void exchanged(std::uint8_t netFn, std::uint8_t command, Bytes request, Bytes answer);
-    void clear() { progress_.clear(); }
 
 private:
     Progress progress_;

@@ -1,12 +1,9 @@
 #include "progress.h"
 
-#include <ostream>
 #include <utility>
 
 namespace phctl {
 namespace {
-
-constexpr std::string_view eraseLine = "\r\x1B[K";
 
 std::string_view title(std::string_view phase) {
     constexpr std::pair<std::string_view, std::string_view> titles[] = {
@@ -22,11 +19,10 @@ std::string_view title(std::string_view phase) {
 } // namespace
 
 void Progress::show(std::string_view phase, std::size_t step, std::size_t total) {
-    if (isTerminal_) {
-        out_ << eraseLine << title(phase) << ": " << step << " of " << total << std::flush;
-        isShown_ = true;
-        return;
-    }
+    const std::string text =
+        std::string(title(phase)) + ": " + std::to_string(step) + " of " + std::to_string(total);
+    if (line_.isTerminal)
+        return line_.show(text);
     const std::size_t quarter = total > 0 ? 4 * step / total : 4;
     if (phase == phase_ && quarter == quarter_)
         return;
@@ -34,13 +30,7 @@ void Progress::show(std::string_view phase, std::size_t step, std::size_t total)
     phase_ = phase;
     quarter_ = quarter;
     if (quarter > 0 || (isNew && total > 1))
-        out_ << title(phase) << ": " << step << " of " << total << std::endl;
-}
-
-void Progress::clear() {
-    if (isShown_)
-        out_ << eraseLine << std::flush;
-    isShown_ = false;
+        line_.show(text);
 }
 
 } // namespace phctl

@@ -96,7 +96,8 @@ int synchronise(const SyncOptions& options) {
     }
     smash::SyncReport report;
     {
-        Progress progress(std::cerr, isatty(STDERR_FILENO) != 0);
+        StatusLine line(std::cerr, isatty(STDERR_FILENO) != 0);
+        Progress progress(line);
         report = smash::sync(
             *bmc,
             [&](std::string_view phase, std::size_t step, std::size_t total) {
