@@ -1,9 +1,11 @@
 // Alerts for listeners of which some take long, hang or are dead: what the good one gets, and when.
 //
-//   alert_receivers [EVENTS]     10000 by default, for each of the four in turn
+//   alert_receivers [EVENTS]     10000 by default, up to 65536 (record IDs), for each of the four in turn
 //
-// Exit status 1 when the good or the slow listener missed an alert, or got them in another order.
+// Exit status 1 when the good or the slow listener missed an alert, or got them in another order; 2 for what is no number
+// of events.
 #include "support/alert_machine.h"
+#include "support/count.h"
 #include "support/http_sink.h"
 
 #include <chrono>
@@ -64,7 +66,13 @@ private:
 } // namespace
 
 int main(int argc, char** argv) {
-    const int events = argc > 1 ? std::atoi(argv[1]) : 10000;
+    constexpr int usualEvents = 10'000, mostEvents = 0x10000;
+    const auto count = argc > 1 ? bench::readCount(argv[1], mostEvents) : usualEvents;
+    if (!count) {
+        std::fprintf(stderr, "%s: expected a number of events instead of %s\n", argv[0], argv[1]);
+        return 2;
+    }
+    const int events = *count;
     constexpr std::chrono::milliseconds slowness{5};
     Receiver good({}), slow(slowness);
     const SilentPort hanging(SilentPort::Hanging), dead(SilentPort::Dead);

@@ -2,6 +2,8 @@
 // of the hooks are compared round by round.
 //
 //     local_session [-n ROUNDS] FOLDER…      folders that have libCIMAPIHooks.so
+#include "support/count.h"
+
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -80,13 +82,20 @@ Start start(const std::string& folder) {
 int main(int argc, char** argv) {
     if (argc == 1)
         return measured();
+    constexpr int mostRounds = 10'000;
     int rounds = 50;
     std::vector<std::string> folders;
     for (int i = 1; i < argc; ++i) {
-        if (std::strcmp(argv[i], "-n") == 0 && i + 1 < argc)
-            rounds = std::max(1, std::atoi(argv[++i]));
-        else
+        if (std::strcmp(argv[i], "-n") != 0 || i + 1 == argc) {
             folders.emplace_back(argv[i]);
+            continue;
+        }
+        const auto count = bench::readCount(argv[++i], mostRounds);
+        if (!count) {
+            std::fprintf(stderr, "%s: expected a number of rounds instead of %s\n", argv[0], argv[i]);
+            return 2;
+        }
+        rounds = *count;
     }
     std::vector<std::vector<Start>> starts(folders.size());
     for (int round = 0; round < rounds; ++round)

@@ -1,8 +1,9 @@
 #include "support/contest.h"
 
+#include "support/count.h"
+
 #include <algorithm>
 #include <cerrno>
-#include <charconv>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -76,11 +77,10 @@ std::optional<int> readOptions(int argc, char** argv, const char* about, Contest
             options.json = argv[i];
             continue;
         }
-        const auto [end, error] =
-            std::from_chars(argument.data(), argument.data() + argument.size(), options.rounds);
-        if (error != std::errc() || end != argument.data() + argument.size() || options.rounds < 1 ||
-            options.rounds > mostRounds)
+        const auto rounds = readCount(argument, mostRounds);
+        if (!rounds)
             return complain(argv[0], "expected a number of rounds instead of " + argument);
+        options.rounds = *rounds;
     }
     return std::nullopt;
 }
