@@ -126,6 +126,19 @@ typedef struct {
 PH_DECLARE_CLASS_FAMILY(ConcreteCollection, ConcreteCollectionRecord);
 PH_EXPORT extern const char* const g_ConcreteCollectionKeyList[1];
 
+/* CIM_EnabledLogicalElementCapabilities: which states clients may ask the elements of a class for with
+ * RequestStateChange, a fixed instance for each such class that has no capabilities of its own. */
+typedef struct {
+    char InstanceID[64]; /* key; "EnabledLogicalElementCapabilities:Host" */
+    char ElementName[64];
+    bool ElementNameEditSupported;       /* false: names are given */
+    const int* RequestedStatesSupported; /* constants that end with a negative number: 2 enabled, 3 disabled,
+                                            4 shut down, 11 reset */
+} EnabledLogicalElementCapabilitiesRecord;
+
+PH_DECLARE_CLASS_FAMILY(EnabledLogicalElementCapabilities, EnabledLogicalElementCapabilitiesRecord);
+PH_EXPORT extern const char* const g_EnabledLogicalElementCapabilitiesKeyList[1];
+
 #ifdef __cplusplus
 }
 #endif

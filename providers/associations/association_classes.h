@@ -84,6 +84,11 @@ inline constexpr AssociationClass assignedIdentity{
     nullptr,
     {{"IdentityInfo", "CIM_Identity"}, {"ManagedElement", "CIM_ManagedElement"}}};
 
+inline constexpr AssociationClass identityContext{
+    "CIM_IdentityContext",
+    nullptr,
+    {{"ElementInContext", "CIM_Identity"}, {"ElementProvidingContext", "CIM_ManagedElement"}}};
+
 inline constexpr AssociationClass concreteDependency{
     "CIM_ConcreteDependency",
     "CIM_Dependency",
@@ -175,7 +180,8 @@ inline constexpr AssociationClass owningJobElement{
 inline constexpr AssociationClass affectedJobElement{
     "CIM_AffectedJobElement",
     nullptr,
-    {{"AffectedElement", "CIM_ManagedElement"}, {"AffectingElement", "CIM_Job"}}};
+    {{"AffectedElement", "CIM_ManagedElement"}, {"AffectingElement", "CIM_Job"}},
+    effects};
 
 inline constexpr AssociationClass deviceSapImplementation{
     "CIM_DeviceSAPImplementation",

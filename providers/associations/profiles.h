@@ -20,6 +20,7 @@ inline constexpr char physicalAsset[] = "provider-helper:DSP1011";
 inline constexpr char cpu[] = "provider-helper:DSP1022";
 inline constexpr char systemMemory[] = "provider-helper:DSP1026";
 inline constexpr char recordLog[] = "provider-helper:DSP1010";
+inline constexpr char osStatus[] = "provider-helper:DSP1029";
 inline constexpr char bootControl[] = "provider-helper:DSP1012";
 inline constexpr char ethernetPort[] = "provider-helper:DSP1014";
 inline constexpr char hostLanNetworkPort[] = "provider-helper:DSP1035";

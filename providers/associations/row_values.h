@@ -51,6 +51,9 @@ inline Numbers placeInBootOrder(const Texts& texts) {
 }
 
 inline constexpr OwnValue manages[] = {{"ElementEffects", {}, fixed<5>}};
+// What a job does to an element: 3, it is not at its clients' service for a while; 4, it is not what it was.
+inline constexpr OwnValue disturbsElement[] = {{"ElementEffects", {}, fixed<3>}};
+inline constexpr OwnValue altersElement[] = {{"ElementEffects", {}, fixed<4>}};
 // The BMC that answers is on. What state was asked for is not recorded: 0, unknown.
 inline constexpr OwnValue processorPower[] = {{"PowerState", {}, fixed<2>},
                                               {"RequestedPowerState", {}, fixed<0>}};

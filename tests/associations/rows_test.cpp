@@ -287,6 +287,11 @@ TEST_F(AssociationInstances, ownPropertiesSayWhatIsSo) {
     EXPECT_THAT(values("CIM_InstalledOS", host, "PrimaryOS"), ElementsAre("TRUE"));
     EXPECT_THAT(values("CIM_ServiceAffectsElement", element("CIM_Account"), "ElementEffects"),
                 ElementsAre("{5}"));
+    const ObjectPath view = element("CIM_PhysicalComputerSystemView");
+    broker.invokeMethod(view, "SetOneTimeBootSource", {{"StructuredBootString", text("CIM:Network:1")}});
+    const auto jobs = broker.associatorNames(view, {.assocClass = "CIM_OwningJobElement"}).paths;
+    ASSERT_THAT(jobs, SizeIs(1));
+    EXPECT_THAT(values("CIM_AffectedJobElement", jobs[0], "ElementEffects"), ElementsAre("{4}", "{4}"));
 }
 
 } // namespace
