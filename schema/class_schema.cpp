@@ -3,7 +3,9 @@
 #include "class_tables.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
+#include <mutex>
 #include <stdexcept>
 #include <strings.h>
 #include <utility>
@@ -92,27 +94,46 @@ void addFeatures(Class& target, const ClassTable& table) {
     add(target.methods, table.methods, table.name);
 }
 
-std::vector<Class> load() {
-    std::vector<Class> classes;
-    for (const ClassTable& table : classTables) {
-        Class each{.name = table.name,
-                   .superclass = table.superclass,
-                   .isAbstract = table.isAbstract,
-                   .isAssociation = table.isAssociation,
-                   .isIndication = table.isIndication,
-                   .isOurs = table.isOurs,
-                   .enumerates = table.enumerates,
-                   .modifies = table.modifies,
-                   .creates = table.creates,
-                   .deletes = table.deletes,
-                   .source = table.source,
-                   .nameSpaces = table.nameSpaces};
-        addFeatures(each, table);
-        each.servedPropertyCount = bringForward(each.properties, table.servedProperties);
-        each.servedMethodCount = bringForward(each.methods, table.servedMethods);
-        classes.push_back(std::move(each));
+Class load(const ClassTable& table) {
+    Class loaded{.name = table.name,
+                 .superclass = table.superclass,
+                 .isAbstract = table.isAbstract,
+                 .isAssociation = table.isAssociation,
+                 .isIndication = table.isIndication,
+                 .isOurs = table.isOurs,
+                 .enumerates = table.enumerates,
+                 .modifies = table.modifies,
+                 .creates = table.creates,
+                 .deletes = table.deletes,
+                 .source = table.source,
+                 .nameSpaces = table.nameSpaces};
+    addFeatures(loaded, table);
+    loaded.servedPropertyCount = bringForward(loaded.properties, table.servedProperties);
+    loaded.servedMethodCount = bringForward(loaded.methods, table.servedMethods);
+    return loaded;
+}
+
+// Each class is loaded when it is asked for: most programs ask for one.
+class Classes {
+public:
+    const Class& at(std::size_t index) {
+        std::call_once(isLoaded_[index], [&] { classes_[index] = load(classTables[index]); });
+        return classes_[index];
     }
-    return classes;
+    const std::vector<Class>& all() {
+        for (std::size_t i = 0; i < classes_.size(); ++i)
+            at(i);
+        return classes_;
+    }
+
+private:
+    std::vector<Class> classes_ = std::vector<Class>(std::size(classTables));
+    std::array<std::once_flag, std::size(classTables)> isLoaded_;
+};
+
+Classes& classes() {
+    static Classes instance;
+    return instance;
 }
 
 } // namespace
@@ -130,8 +151,7 @@ const Method* Class::method(std::string_view methodName) const {
 }
 
 const std::vector<Class>& allClasses() {
-    static const std::vector<Class> classes = load();
-    return classes;
+    return classes().all();
 }
 
 std::span<const Class> servedClasses() {
@@ -141,7 +161,9 @@ std::span<const Class> servedClasses() {
 }
 
 const Class* find(std::string_view className) {
-    return pointerTo(allClasses(), className);
+    const ClassTable* const table = tableOf(className);
+    return table != nullptr ? &classes().at(static_cast<std::size_t>(table - std::data(classTables)))
+                            : nullptr;
 }
 
 bool isSubclass(std::string_view className, std::string_view ancestor) {
