@@ -94,7 +94,7 @@ using ExchangeObserver =
     std::function<void(std::uint8_t netFn, std::uint8_t command, std::span<const std::uint8_t> request,
                        std::span<const std::uint8_t> answer)>;
 // For tools that show how far a long request is: transports opened from now on, in the whole process, tell
-// `observer`. To be called before other threads open any.
+// `observer`, in whatever thread exchanges. To be called before other threads open any.
 PH_IPMI_EXPORT void observeExchanges(ExchangeObserver observer);
 
 // For tools that have only so much time: whatever the process asks of a BMC over transports that are opened from
