@@ -13,13 +13,13 @@ inherit cmake-qemu pkgconfig
 DEPENDS = "cli11 cpp-httplib curl freeipmi iniparser libxcrypt nlohmann-json openssl pugixml sqlite3 sqlitecpp"
 
 # Vendors of a BMC: -DPH_INTEROP_NAMESPACE=... and -DPH_CMPI_INCLUDE_DIR=... as the object manager has them.
-EXTRA_OECMAKE = "-DPH_BUILD_TESTS=OFF -DPH_BUILD_BENCH=OFF"
+EXTRA_OECMAKE = "-DPH_BUILD_TESTS=OFF -DPH_BUILD_BENCH=OFF -DPH_SMALL=ON"
 
 PACKAGES =+ "phctl ${PN}-platform ${PN}-providers"
 FILES:${PN} = "${libdir}/libProviderHelper.so.*"
 FILES:${PN}-platform = "${libdir}/lib*.so"
 FILES:${PN}-providers = "${libdir}/cmpi ${datadir}/provider-helper/schema ${bindir}/deploy-check"
-FILES:phctl = "${bindir}/phctl ${libdir}/libphctl-http.so ${datadir}/provider-helper/models ${datadir}/bash-completion ${nonarch_libdir}/systemd"
+FILES:phctl = "${bindir}/phctl ${libdir}/phctl ${datadir}/provider-helper/models ${datadir}/bash-completion ${nonarch_libdir}/systemd"
 FILES:${PN}-dev = "${includedir} ${libdir}/libProviderHelper.so ${libdir}/cmake ${libdir}/pkgconfig \
                    ${datadir}/provider-helper/examples"
 # Their names have no version, and the linker's search is where they belong.
