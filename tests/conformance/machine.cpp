@@ -6,7 +6,8 @@
 
 #include <provider_helper/provider_helper.h>
 
-#include <sstream>
+#include <fstream>
+#include <map>
 
 namespace {
 
@@ -88,18 +89,7 @@ Machine::Machine(int interfaceType) {
     session.interfaceType = interfaceType;
     storeSession(session);
     store();
-    before_ = files();
-}
-
-std::map<fs::path, Machine::File> Machine::files() const {
-    std::map<fs::path, File> all;
-    for (const auto& entry : fs::recursive_directory_iterator(sysroot_.place("/")))
-        if (entry.is_regular_file() && !entry.is_symlink()) {
-            std::ostringstream content;
-            content << std::ifstream(entry.path()).rdbuf();
-            all[entry.path()] = {content.str(), entry.status().permissions()};
-        }
-    return all;
+    before_ = std::make_unique<SavedFiles>(sysroot_.place("/"));
 }
 
 broker::Instance Machine::newInstance(const std::string& className) {
@@ -120,19 +110,4 @@ broker::Instance Machine::newInstance(const std::string& className) {
     if (const auto found = properties.find(className); found != properties.end())
         instance.properties = found->second;
     return instance;
-}
-
-void Machine::restore() const {
-    for (const auto& [path, file] : files()) {
-        const auto before = before_.find(path);
-        if (before == before_.end())
-            fs::remove(path);
-        else if (before->second.content != file.content)
-            std::ofstream(path) << before->second.content;
-    }
-    for (const auto& [path, file] : before_)
-        if (!fs::exists(path)) {
-            std::ofstream(path) << file.content;
-            fs::permissions(path, file.mode);
-        }
 }

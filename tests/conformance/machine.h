@@ -4,8 +4,9 @@
 
 #include "broker/broker.h"
 #include "ipmi/transport.h"
+#include "saved_files.h"
 
-#include <map>
+#include <memory>
 #include <sysroot_fixture.h>
 
 class Machine {
@@ -14,7 +15,7 @@ public:
     explicit Machine(int interfaceType = ipmi::SessionSettings::VirtualBmc);
 
     // Puts every file back as it was when the machine was made.
-    void restore() const;
+    void restore() const { before_->restore(); }
 
     std::filesystem::path place(std::string_view absolutePath) const { return sysroot_.place(absolutePath); }
 
@@ -22,12 +23,6 @@ public:
     static broker::Instance newInstance(const std::string& className);
 
 private:
-    struct File {
-        std::string content;
-        std::filesystem::perms mode;
-    };
-    std::map<std::filesystem::path, File> files() const;
-
     Sysroot sysroot_;
-    std::map<std::filesystem::path, File> before_;
+    std::unique_ptr<SavedFiles> before_;
 };

@@ -1,5 +1,6 @@
 // What the frame promises of every class's requests.
 #include "conformance_fixture.h"
+#include "sampling.h"
 
 #include <algorithm>
 #include <cctype>
@@ -71,8 +72,9 @@ TEST_P(Conformance, givesThePropertiesThatAreAskedFor) {
     };
     EXPECT_EQ(tested.instances({{}}), withOnly(""));
     EXPECT_EQ(tested.instances({{"NoSuchProperty"}}), withOnly(""));
-    for (const auto& property : tested.description.servedProperties()) {
-        const std::string name(property.name);
+    const auto& properties = tested.description.servedProperties();
+    for (std::size_t i = 0; i < properties.size(); i += sampling()) {
+        const std::string name(properties[i].name);
         EXPECT_EQ(tested.instances({{name}}), withOnly(name));
         EXPECT_EQ(tested.instances({{"NoSuchProperty", upperCase(name)}}), withOnly(name));
     }
