@@ -43,6 +43,9 @@ if(PH_SANITIZE)
     target_compile_options(ph_options INTERFACE -O1 -fsanitize=${PH_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     target_compile_definitions(ph_options INTERFACE _GLIBCXX_ASSERTIONS)
     add_link_options(-fsanitize=${PH_SANITIZE})
+    # What a sanitizer knows of each place in the code is addresses, millions of them in a program, which each start of it would
+    # relocate.
+    add_link_options($<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:-no-pie>)
     if(PH_SANITIZE STREQUAL thread) # it has to see what synchronizes in tests, too
         add_compile_options(-fsanitize=thread)
         target_compile_options(ph_build_options INTERFACE -Wno-error) # its code has the compiler guess wrong
