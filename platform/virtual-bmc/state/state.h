@@ -32,6 +32,7 @@ public:
     }
     bool isEdited() const { return edited_.any(); }
 
+    const std::filesystem::path& file() const { return file_; }
     std::filesystem::path bulkFile(const char* suffix) const { return file_.string() + suffix; }
 
     // Reads a model, which is one JSON object with the parts as its members; missing parts have their

@@ -27,6 +27,9 @@ private:
 class StateFile {
 public:
     explicit StateFile(std::filesystem::path path);
+    ~StateFile();
+    StateFile(const StateFile&) = delete;
+    StateFile& operator=(const StateFile&) = delete;
 
     // Writes a machine of its own over whatever is there, or only where nothing is.
     static void create(const std::filesystem::path& path, State& state, Existing existing);
