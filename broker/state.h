@@ -67,7 +67,7 @@ public:
     // Counts a call; throws Failure when this is the one that is to fail.
     void count(Call call);
 
-    // Where objects go: to the object that the thread is asking for a part of itself, to the thread's
+    // Returns where objects go: to the object that the thread is asking for a part of itself, to the thread's
     // innermost frame, or to what lasts as long as the broker.
     Arena& arena();
 

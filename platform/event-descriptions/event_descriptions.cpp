@@ -65,8 +65,8 @@ Severity stateSeverity(Record record) {
     static constexpr Severity thresholds[] = {warning,        warning,        critical,       critical,
                                               nonRecoverable, nonRecoverable, warning,        warning,
                                               critical,       critical,       nonRecoverable, nonRecoverable};
-    // To OK; to the three from a less serious state; to the first two from a more serious one; to
-    // non-recoverable; monitor; informational.
+    // They lead to OK; to each of the three from a less serious state; to the first two of them from a more serious
+    // one; to non-recoverable; the last two are monitor and informational.
     static constexpr Severity transitions[] = {ok,       warning,        critical,    nonRecoverable, warning,
                                                critical, nonRecoverable, unspecified, unspecified};
     const auto at = [&](const auto& table) {

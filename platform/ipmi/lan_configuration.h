@@ -72,7 +72,7 @@ inline constexpr std::uint8_t parameterIsWriteOnly = 0x83;
 
 namespace ipmi::channel {
 
-// Of Get Channel Info (IPMI 2.0, 22.24).
+// These are values of Get Channel Info (IPMI 2.0, 22.24).
 inline constexpr std::uint8_t mediumLan = 0x04;
 inline constexpr std::uint8_t protocolIpmb = 0x01;
 inline constexpr std::uint8_t last = 11; // of those that media are assigned to

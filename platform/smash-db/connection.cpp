@@ -21,7 +21,7 @@ bool isSettled(const FileState& state) {
     return state.changed + tick < nanoseconds(now);
 }
 
-// As many as requests that run at once usually need.
+// Keeps as many connections as requests that run at once usually need.
 class KeptConnections {
 public:
     std::unique_ptr<SQLite::Database> take(const FileState& state) {

@@ -8,7 +8,7 @@
 
 namespace smash {
 
-// Where the schema's file is. Throws std::runtime_error for a path that is too long.
+// Returns the schema's file. Throws std::runtime_error for a path that is too long.
 std::string fileOf(const Schema& schema);
 
 enum class OpenMode { Existing, CreateMissing };

@@ -70,7 +70,7 @@ struct MemoryDevice {
     std::uint32_t speed = 0, configuredSpeed = 0; // MT/s; 0 unknown
 };
 
-// Where a device is on PCI.
+// Says where a device is on PCI.
 struct PciAddress {
     std::uint16_t segment;
     std::uint8_t bus, device, function;

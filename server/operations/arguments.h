@@ -30,7 +30,7 @@ public:
     std::string text(std::string_view name) const; // empty: not given
     broker::PropertyList texts(std::string_view name) const;
     std::string className(std::string_view name) const; // empty: not given
-    // Of ObjectName: without keys, where a class is meant.
+    // Reads an ObjectName; one that means a class has no keys.
     broker::ObjectPath path(std::string_view name) const;
     const broker::Instance& instance(std::string_view name) const;
 

@@ -65,7 +65,7 @@ const view::SensorRow* rowOf(const DeviceId& id) {
     return found;
 }
 
-// In the order of the thresholds' bits.
+// They have the order of the thresholds' bits.
 constexpr const char* thresholdProperties[view::thresholdCount] = {
     "LowerThresholdNonCritical", "LowerThresholdCritical", "LowerThresholdFatal",
     "UpperThresholdNonCritical", "UpperThresholdCritical", "UpperThresholdFatal"};

@@ -12,7 +12,7 @@ enum class Listening { No, Subscribed };
 // Makes the provider, whose thread goes on until the process ends: what it uses is never taken away. Throws
 // Failure.
 void beginDelivery(broker::Broker& broker, Listening listening);
-// Of one who is subscribed: events until the next beginning are nobody's. Alerts of the BMC itself go on.
+// Ends a subscription: events until the next beginning go to nobody. Alerts of the BMC itself go on.
 void endDelivery(broker::Broker& broker);
 
 } // namespace phctl

@@ -7,7 +7,7 @@
 
 namespace phctl {
 
-// From a name such as "get-sensor-reading", or "0x04:0x2D" (network function and command). Throws UsageError.
+// Reads a name such as "get-sensor-reading", or "0x04:0x2D" (network function and command). Throws UsageError.
 ipmi::CommandCode parseIpmiCommand(const std::string& text);
 
 // "get-sensor-reading (0x04:0x2D)"

@@ -1,4 +1,4 @@
-// The line on stderr that says what a command is at.
+// The line on stderr that says what a command is doing.
 #pragma once
 
 #include <iosfwd>

@@ -19,7 +19,7 @@ struct SmbiosTable {
     std::string source; // for people
 };
 
-// Where the platform keeps the table that the host's firmware, or phctl, hands over.
+// The platform keeps here the table that the host's firmware, or phctl, hands over.
 inline constexpr const char* keptSmbiosFile = "/conf/smbios.bin";
 
 // Takes the table of `file`, which is kept then; without one that of the BMC (OEM command Read SMBIOS Table), else the

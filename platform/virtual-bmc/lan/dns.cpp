@@ -35,7 +35,7 @@ bool isDomainName(std::string_view name) {
     return isLabel(name);
 }
 
-// As a resolver's search list: with a blank between them.
+// Writes a resolver's search list, which has a blank between its names.
 std::string join(const std::vector<std::string>& names) {
     std::string text;
     for (const std::string& name : names)

@@ -50,7 +50,7 @@ struct Sel {
     std::uint32_t at(std::int64_t milliseconds) const; // since 1970, by the log's clock
 
     // Appends a record with an ID of its own and the present time where its type has a time and it is 0.
-    // Nothing when the log is full and does not wrap.
+    // Returns nothing when the log is full and does not wrap.
     static std::optional<std::uint16_t> add(State& state, const SelFile& file,
                                             std::span<const std::uint8_t, 16> record);
     // Does the same for an event of a sensor, which comes into a state or leaves it. Throws Error.

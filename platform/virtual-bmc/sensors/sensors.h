@@ -51,7 +51,7 @@ struct Analog {
     void resolve(const Place& place);
 };
 
-// In the order of their bits in masks and comparison status.
+// The thresholds have the order of their bits in masks and comparison status.
 enum class Threshold {
     LowerNonCritical,
     LowerCritical,

@@ -19,7 +19,7 @@ bool isStub(const void* function) {
         stubs, [=](const Range& range) { return address >= range.begin && address < range.end; });
 }
 
-// Of libraries that are opened by path, a private root may have none yet: then it is the installed one.
+// A private root may have no copy yet of a library that is opened by path: then the installed one is checked.
 std::string fileOf(const std::string& name) {
     if (name.front() != '/')
         return name;

@@ -81,7 +81,7 @@ void getBootFlags(Probe& probe) {
     }
 }
 
-// Another device for the next boot, and back.
+// Sets another device for the next boot, and then the former flags.
 void setBootFlags(Probe& probe) {
     CIM_BootFlags before{};
     CIM_BootFlags after{};

@@ -42,7 +42,7 @@ void judgeTexts(Call& call, const Row& row) {
             faultOfText(field.name, {reinterpret_cast<const char*>(&row) + field.offset, field.size}));
 }
 
-// Nothing is handed out by a call that fails, and a block that free() takes by one that succeeds.
+// A call that fails hands out nothing, one that succeeds a block that free() takes.
 template <class Row>
 std::unique_ptr<Row, void (*)(void*)> owned(Call& call, Out<Row*>& rows, std::size_t count) {
     const auto release = [](void* block) { std::free(block); };

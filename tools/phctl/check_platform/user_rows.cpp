@@ -294,7 +294,7 @@ void getServerV6Address(Probe& probe) {
 
 // ---- Names
 
-// None is an answer, too.
+// A platform without a name of its own says so by failing.
 void getName(Probe& probe) {
     constexpr std::size_t size = 256;
     OutText name("the name", size);
