@@ -17,20 +17,11 @@ using ph::MethodCall;
 constexpr const char* className = "CIM_DHCPProtocolEndpoint";
 constexpr std::size_t nameKey = 3;
 
-constexpr ph::Property properties[] = {
-    PH_KEY(Record, SystemCreationClassName),
-    PH_KEY(Record, CreationClassName),
-    PH_KEY(Record, SystemName),
-    PH_KEY(Record, Name),
-    PH_PROPERTY(Record, NameFormat),
-    PH_PROPERTY(Record, ElementName),
-    PH_PROPERTY(Record, ProtocolIFType),
-    PH_PROPERTY(Record, OtherTypeDescription),
-    PH_PROPERTY(Record, EnabledState),
-    PH_PROPERTY(Record, RequestedState),
+constexpr ph::Property ownProperties[] = {
     PH_PROPERTY(Record, ClientState),
     PH_PROPERTY(Record, OptionsReceived),
 };
+constexpr auto properties = ph::joined(ph::endpointProperties<Record>, ownProperties);
 
 int enumerate(ph::RecordArray<Record>& endpoints, ph::Detail detail) {
     ph::IpmiSession session;
@@ -136,8 +127,7 @@ PH_EXPORT_CLASS_FAMILY(DHCPProtocolEndpoint, Record, definition)
 
 int PH_Fill_DHCPProtocolEndpoint(IPMI20_SESSION_T* session, Record* record, const char* interfaceName,
                                  uint8_t channel, int ipVersion) {
-    ph::fillClientEndpoint(*record, "DHCP", interfaceName, ipVersion);
-    record->EnabledState = ph::EnabledState::Unknown;
+    ph::fillClientEndpoint(*record, "DHCP", interfaceName, ipVersion, ph::EnabledState::Unknown);
     record->ClientState = ph::ClientState::Unknown;
     ph::setSlots(record->OptionsReceived, {});
     if (ipVersion == 4)

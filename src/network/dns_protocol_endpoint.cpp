@@ -21,17 +21,7 @@ bool hasDomain(const Record& endpoint) {
     return endpoint.DomainName[0] != '\0';
 }
 
-constexpr ph::Property properties[] = {
-    PH_KEY(Record, SystemCreationClassName),
-    PH_KEY(Record, CreationClassName),
-    PH_KEY(Record, SystemName),
-    PH_KEY(Record, Name),
-    PH_PROPERTY(Record, NameFormat),
-    PH_PROPERTY(Record, ElementName),
-    PH_PROPERTY(Record, ProtocolIFType),
-    PH_PROPERTY(Record, OtherTypeDescription),
-    PH_PROPERTY(Record, EnabledState),
-    PH_PROPERTY(Record, RequestedState),
+constexpr ph::Property ownProperties[] = {
     PH_PROPERTY_IF(Record, Hostname, hasHostname),
     PH_PROPERTY_IF(Record, DomainName, hasDomain),
     PH_PROPERTY(Record, DHCPOptionsToUse),
@@ -41,6 +31,7 @@ constexpr ph::Property properties[] = {
     PH_PROPERTY(Record, AppendParentSuffixes),
     PH_PROPERTY(Record, DNSSuffixesToAppend),
 };
+constexpr auto properties = ph::joined(ph::endpointProperties<Record>, ownProperties);
 
 int enumerate(ph::RecordArray<Record>& endpoints, ph::Detail detail) {
     return ph::dns::appendWhereThere([&](ph::dns::Settings& dns) {
@@ -66,8 +57,7 @@ PH_EXPORT_CLASS_FAMILY(DNSProtocolEndpoint, Record, definition)
 
 int PH_Fill_DNSProtocolEndpoint(Record* record, const char* interfaceName, int ipVersion,
                                 const CIM_DNSConfig* inUse, const CIM_DNSSearch* search) {
-    ph::fillClientEndpoint(*record, "DNS", interfaceName, ipVersion);
-    record->EnabledState = ph::EnabledState::Enabled;
+    ph::fillClientEndpoint(*record, "DNS", interfaceName, ipVersion, ph::EnabledState::Enabled);
     ph::setSlots(record->DHCPOptionsToUse, {});
     record->isTold = inUse != nullptr;
     if (inUse != nullptr) {

@@ -5,9 +5,7 @@
 #include "network/endpoint_name.h"
 #include "provider_helper/network_clients.h"
 #include "Utility/back-ends/back_ends.h"
-#include "Utility/engine/class_family.h"
-#include "Utility/engine/hosted_element.h"
-#include "Utility/values/dmtf_values.h"
+#include "Utility/engine/processor_endpoint.h"
 #include "Utility/values/record_fields.h"
 
 #include <cstdio>
@@ -16,13 +14,11 @@ namespace ph {
 
 // Fills what client endpoints have in common, apart from the keys.
 template <class Record>
-void fillClientEndpoint(Record& endpoint, const char* protocol, const char* interfaceName, int ipVersion) {
-    copyText(endpoint.NameFormat, endpointNameFormat);
+void fillClientEndpoint(Record& endpoint, const char* protocol, const char* interfaceName, int ipVersion,
+                        std::uint16_t enabledState) {
+    fillEndpoint(endpoint, endpointNameFormat, protocol, enabledState);
     std::snprintf(endpoint.ElementName, sizeof(endpoint.ElementName), "%s Client of %s for IPv%d", protocol,
                   interfaceName, ipVersion);
-    endpoint.ProtocolIFType = ProtocolIFType::Other;
-    copyText(endpoint.OtherTypeDescription, protocol);
-    endpoint.RequestedState = RequestedState::NotApplicable;
 }
 
 // Does it for their settings.

@@ -3,8 +3,7 @@
 #include "services/clp_options.h"
 #include "Utility/back-ends/back_ends.h"
 #include "Utility/back-ends/clp_library.h"
-#include "Utility/engine/hosted_element.h"
-#include "Utility/values/dmtf_values.h"
+#include "Utility/engine/processor_endpoint.h"
 
 #include <cstdio>
 
@@ -17,19 +16,7 @@ using Record = CLPProtocolEndpointRecord;
 
 constexpr const char* className = "CIM_CLPProtocolEndpoint";
 
-constexpr ph::Property ownProperties[] = {
-    PH_KEY(Record, SystemCreationClassName),
-    PH_KEY(Record, CreationClassName),
-    PH_KEY(Record, SystemName),
-    PH_KEY(Record, Name),
-    PH_PROPERTY(Record, NameFormat),
-    PH_PROPERTY(Record, ElementName),
-    PH_PROPERTY(Record, ProtocolIFType),
-    PH_PROPERTY(Record, OtherTypeDescription),
-    PH_PROPERTY(Record, EnabledState),
-    PH_PROPERTY(Record, RequestedState),
-};
-constexpr auto properties = ph::joined(ownProperties, ph::clp::optionProperties<Record>);
+constexpr auto properties = ph::joined(ph::endpointProperties<Record>, ph::clp::optionProperties<Record>);
 
 class Sessions {
 public:
@@ -93,12 +80,8 @@ constexpr ph::ClassDefinition<Record> definition{
 PH_EXPORT_CLASS_FAMILY(CLPProtocolEndpoint, Record, definition)
 
 int PH_Fill_CLPProtocolEndpoint(const CLPOptions* options, Record* record) {
-    ph::copyText(record->NameFormat, "ClassName[Session Number]");
+    ph::fillEndpoint(*record, "ClassName[Session Number]", "SM CLP");
     ph::copyText(record->ElementName, "SM CLP session");
-    record->ProtocolIFType = ph::ProtocolIFType::Other;
-    ph::copyText(record->OtherTypeDescription, "SM CLP");
-    record->EnabledState = ph::EnabledState::Enabled;
-    record->RequestedState = ph::RequestedState::NotApplicable;
     ph::clp::setOptions(*record, options);
     return 0;
 }

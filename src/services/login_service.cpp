@@ -3,9 +3,7 @@
 #include "services/service_record.h"
 #include "services/ssh_options.h"
 #include "Utility/engine/changed_record.h"
-#include "Utility/engine/hosted_element.h"
 #include "Utility/requests/request_status.h"
-#include "Utility/values/dmtf_values.h"
 #include "Utility/values/record_fields.h"
 
 #include <cstdio>
@@ -50,12 +48,8 @@ int enumerateSessions(const LoginService& login, RecordArray<LoginEndpointRecord
 }
 
 int fillSession(const LoginService& login, const CIM_ServiceConf& conf, LoginEndpointRecord& session) {
-    copyText(session.NameFormat, "ClassName[Instance Count]");
+    fillEndpoint(session, "ClassName[Instance Count]", login.title);
     std::snprintf(session.ElementName, sizeof(session.ElementName), "%s session", login.title);
-    session.ProtocolIFType = ProtocolIFType::Other;
-    copyText(session.OtherTypeDescription, login.title);
-    session.EnabledState = EnabledState::Enabled;
-    session.RequestedState = RequestedState::NotApplicable;
     return fillCommon(login, conf, session);
 }
 

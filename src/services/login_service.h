@@ -4,7 +4,7 @@
 
 #include "provider_helper/service_sessions.h"
 #include "services/service_list.h"
-#include "Utility/engine/class_family.h"
+#include "Utility/engine/processor_endpoint.h"
 
 namespace ph {
 
@@ -22,19 +22,9 @@ constexpr LoginService telnetLogin{"TelnetProtocolService", "Telnet", "CIM_Telne
 
 inline constexpr const char* loginEndpointKeys[4] = {"SystemCreationClassName", "CreationClassName",
                                                      "SystemName", "Name"};
-inline constexpr Property loginEndpointProperties[] = {
-    PH_KEY(LoginEndpointRecord, SystemCreationClassName),
-    PH_KEY(LoginEndpointRecord, CreationClassName),
-    PH_KEY(LoginEndpointRecord, SystemName),
-    PH_KEY(LoginEndpointRecord, Name),
-    PH_PROPERTY(LoginEndpointRecord, NameFormat),
-    PH_PROPERTY(LoginEndpointRecord, ElementName),
-    PH_PROPERTY(LoginEndpointRecord, ProtocolIFType),
-    PH_PROPERTY(LoginEndpointRecord, OtherTypeDescription),
-    PH_PROPERTY(LoginEndpointRecord, EnabledState),
-    PH_PROPERTY(LoginEndpointRecord, RequestedState),
-    PH_PROPERTY(LoginEndpointRecord, IdleTimeout),
-};
+inline constexpr Property loginOwnProperties[] = {PH_PROPERTY(LoginEndpointRecord, IdleTimeout)};
+inline constexpr auto loginEndpointProperties =
+    joined(endpointProperties<LoginEndpointRecord>, loginOwnProperties);
 inline constexpr Property loginSettingProperties[] = {
     PH_KEY(LoginSettingRecord, InstanceID),
     PH_PROPERTY(LoginSettingRecord, ElementName),
