@@ -27,27 +27,20 @@ concept TellsHealth = requires(Record& record) {
 };
 
 template <class Record>
-inline constexpr Property serviceKeyProperties[] = {
-    PH_KEY(Record, SystemCreationClassName),
-    PH_KEY(Record, CreationClassName),
-    PH_KEY(Record, SystemName),
-    PH_KEY(Record, Name),
-    PH_PROPERTY(Record, ElementName),
-};
+consteval auto describeService() {
+    constexpr auto keys =
+        std::to_array<Property>({PH_KEY(Record, SystemCreationClassName), PH_KEY(Record, CreationClassName),
+                                 PH_KEY(Record, SystemName), PH_KEY(Record, Name)});
+    if constexpr (TellsHealth<Record>)
+        return joined(keys, {PH_PROPERTY(Record, ElementName), PH_PROPERTY(Record, OperationalStatus),
+                             PH_PROPERTY(Record, HealthState), PH_PROPERTY(Record, EnabledState),
+                             PH_PROPERTY(Record, RequestedState), PH_PROPERTY(Record, Started)});
+    else
+        return joined(keys, {PH_PROPERTY(Record, ElementName), PH_PROPERTY(Record, EnabledState),
+                             PH_PROPERTY(Record, RequestedState)});
+}
 template <class Record>
-inline constexpr Property serviceStateProperties[] = {
-    PH_PROPERTY(Record, EnabledState),
-    PH_PROPERTY(Record, RequestedState),
-};
-template <TellsHealth Record>
-inline constexpr Property serviceStateProperties<Record>[] = {
-    PH_PROPERTY(Record, OperationalStatus), PH_PROPERTY(Record, HealthState),
-    PH_PROPERTY(Record, EnabledState),      PH_PROPERTY(Record, RequestedState),
-    PH_PROPERTY(Record, Started),
-};
-template <class Record>
-inline constexpr auto serviceProperties = joined(serviceKeyProperties<Record>,
-                                                 serviceStateProperties<Record>);
+inline constexpr auto serviceProperties = describeService<Record>();
 
 // Fills everything but the keys of a service that runs as long as the BMC does.
 template <class Record>
