@@ -1,6 +1,7 @@
 // What phctl says to wrong usage, and where what it needs is missing.
 #include "paths.h"
 #include "phctl_fixture.h"
+#include "sampling.h"
 
 #include <cstring>
 #include <iterator>
@@ -76,7 +77,10 @@ TEST_F(Usage, everyCommandHelpsWithAnExample) {
         "bmc set-states,bmc set-availability,bmc set-bond,bmc fault,bmc sel,"
         "bmc sel list,bmc sel add,bmc sel fill,bmc sel clear,bmc sel policy,"
         "bmc faults,bmc clear,bmcs,fru,power,sel,sel list,sel info,sel clear,sel delete");
+    unsigned number = 0;
     for (std::string command; std::getline(commands, command, ',');) {
+        if (number++ % sampling() != 0)
+            continue;
         std::istringstream words(command);
         std::vector<std::string> arguments{std::istream_iterator<std::string>(words), {}};
         arguments.emplace_back("--help");
