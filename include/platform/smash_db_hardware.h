@@ -27,6 +27,7 @@ typedef struct {
     uint16_t externalBusClock; /* MHz */
     uint16_t cores;            /* 0 unknown */
     uint16_t enabledCores;     /* 0 unknown; no more than cores */
+    uint16_t threads;          /* hardware threads of all cores; 0 unknown */
     uint16_t characteristics;  /* SMBIOS processor characteristics (DSP0134, 7.5.9) */
     char role[64];             /* "Central Processor" */
     char version[128];         /* the processor in its maker's words */

@@ -80,6 +80,7 @@ typedef struct {
     uint16_t CPUStatus;              /* 0 unknown */
     int Characteristics[8];          /* ends with a negative number */
     uint16_t NumberOfEnabledCores;   /* 0 not known */
+    uint16_t threads;                /* hardware threads, not published; 0 not known */
 } ProcessorRecord;
 
 PH_DECLARE_CLASS_FAMILY(Processor, ProcessorRecord);

@@ -81,6 +81,7 @@ typedef struct {
     /* The processors that are installed, of which the first tells family and speeds (MHz), and the memory. */
     uint16_t NumberOfProcessors;
     uint16_t NumberOfProcessorCores;
+    uint16_t NumberOfProcessorThreads;
     uint16_t ProcessorFamily;
     uint32_t ProcessorMaxClockSpeed;
     uint32_t ProcessorCurrentClockSpeed;

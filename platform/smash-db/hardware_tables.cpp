@@ -4,13 +4,13 @@ namespace smash {
 namespace {
 
 constexpr std::array processorColumns = {
-    SMASH_COLUMN(ProcessorRow, entityId),        SMASH_COLUMN(ProcessorRow, entityInstance),
-    SMASH_COLUMN(ProcessorRow, family),          SMASH_COLUMN(ProcessorRow, upgradeMethod),
-    SMASH_COLUMN(ProcessorRow, status),          SMASH_COLUMN(ProcessorRow, maxClock),
-    SMASH_COLUMN(ProcessorRow, currentClock),    SMASH_COLUMN(ProcessorRow, externalBusClock),
-    SMASH_COLUMN(ProcessorRow, cores),           SMASH_COLUMN(ProcessorRow, enabledCores),
-    SMASH_COLUMN(ProcessorRow, characteristics), SMASH_COLUMN(ProcessorRow, role),
-    SMASH_COLUMN(ProcessorRow, version),
+    SMASH_COLUMN(ProcessorRow, entityId),     SMASH_COLUMN(ProcessorRow, entityInstance),
+    SMASH_COLUMN(ProcessorRow, family),       SMASH_COLUMN(ProcessorRow, upgradeMethod),
+    SMASH_COLUMN(ProcessorRow, status),       SMASH_COLUMN(ProcessorRow, maxClock),
+    SMASH_COLUMN(ProcessorRow, currentClock), SMASH_COLUMN(ProcessorRow, externalBusClock),
+    SMASH_COLUMN(ProcessorRow, cores),        SMASH_COLUMN(ProcessorRow, enabledCores),
+    SMASH_COLUMN(ProcessorRow, threads),      SMASH_COLUMN(ProcessorRow, characteristics),
+    SMASH_COLUMN(ProcessorRow, role),         SMASH_COLUMN(ProcessorRow, version),
 };
 
 constexpr std::array memoryColumns = {

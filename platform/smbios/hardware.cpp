@@ -135,6 +135,7 @@ private:
                                      .currentSpeed = u16(0x16),
                                      .cores = count(0x23, 0x2A),
                                      .enabledCores = count(0x24, 0x2C),
+                                     .threads = count(0x25, 0x2E),
                                      .characteristics = u16(0x26)});
     }
 

@@ -47,7 +47,7 @@ struct Processor {
         0; // 0 unknown, 1 enabled, 2 disabled by user, 3 disabled by firmware, 4 idle, 7 other
     std::uint8_t upgrade = 2;
     std::uint16_t externalClock = 0, maxSpeed = 0, currentSpeed = 0; // MHz; 0 unknown
-    std::uint16_t cores = 0, enabledCores = 0;                       // 0 unknown
+    std::uint16_t cores = 0, enabledCores = 0, threads = 0;          // 0 unknown
     std::uint16_t characteristics = 0;                               // 7.5.9
 };
 

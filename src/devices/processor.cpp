@@ -113,6 +113,7 @@ int PH_Fill_Processor(const EntityDeviceRow* row, const ProcessorRow* processor,
     record->DataWidth = (processor->characteristics & is64BitCapable) != 0 ? 64 : 0;
     record->CPUStatus = processor->status;
     record->NumberOfEnabledCores = processor->enabledCores;
+    record->threads = processor->threads;
     int* next = record->Characteristics;
     for (const Characteristic& each : characteristics)
         if ((processor->characteristics & each.bit) != 0)

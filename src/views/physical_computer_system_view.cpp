@@ -84,6 +84,7 @@ constexpr ph::Property properties[] = {
     IF_KNOWN(OneTimeBootSource, PH_VIEW_ONE_TIME_BOOT_SOURCE),
     IF_KNOWN(NumberOfProcessors, PH_VIEW_PROCESSORS),
     IF_NUMBER(NumberOfProcessorCores),
+    IF_NUMBER(NumberOfProcessorThreads),
     IF_KNOWN(ProcessorFamily, PH_VIEW_PROCESSORS),
     IF_NUMBER(ProcessorMaxClockSpeed),
     IF_NUMBER(ProcessorCurrentClockSpeed),

@@ -145,8 +145,15 @@ bool addProcessors(View& view) {
     view.ProcessorFamily = first.Family;
     view.ProcessorMaxClockSpeed = first.MaxClockSpeed;
     view.ProcessorCurrentClockSpeed = first.CurrentClockSpeed;
-    for (const ProcessorRecord& each : processors.all())
+    bool areThreadsKnown = true; // of each processor
+    for (const ProcessorRecord& each : processors.all()) {
         view.HealthState = std::max(view.HealthState, each.device.HealthState);
+        areThreadsKnown = areThreadsKnown && each.threads != 0;
+        view.NumberOfProcessorThreads =
+            static_cast<std::uint16_t>(view.NumberOfProcessorThreads + each.threads);
+    }
+    if (!areThreadsKnown)
+        view.NumberOfProcessorThreads = 0;
     return true;
 }
 

@@ -50,11 +50,16 @@ TEST(SmbiosHardware, takesSizesFromTheirExtendedFields) {
     EXPECT_EQ(capacity(0x80000000, 5, 0x0F), 0U);
 
     const auto cores = [](std::uint8_t small, std::uint16_t large, std::size_t length) {
-        const auto processor =
-            read(SmbiosBuilder().add(4, 1, length,
-                                     {{0x23, small}, {0x24, small}, {0x2A, large, 2}, {0x2C, large, 2}}))
-                .processors[0];
+        const auto processor = read(SmbiosBuilder().add(4, 1, length,
+                                                        {{0x23, small},
+                                                         {0x24, small},
+                                                         {0x25, small},
+                                                         {0x2A, large, 2},
+                                                         {0x2C, large, 2},
+                                                         {0x2E, large, 2}}))
+                                   .processors[0];
         EXPECT_EQ(processor.cores, processor.enabledCores);
+        EXPECT_EQ(processor.cores, processor.threads);
         return processor.cores;
     };
     EXPECT_EQ(cores(24, 300, 0x30), 24);

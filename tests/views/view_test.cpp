@@ -18,8 +18,8 @@ constexpr const char* model = R"({
     "frus": [{"id": 0, "name": "Chassis", "entity": 23, "product": {"manufacturer": "Maker", "product": "Model 7",
                                                                     "serialNumber": "SN1", "partNumber": "P1"}},
              {"id": 1, "name": "Board", "board": {"serialNumber": "SN2"}}],
-    "smbios": {"processors": [{"socket": "CPU1", "family": 179, "maxSpeed": 4000, "currentSpeed": 2400, "cores": 3, "enabledCores": 3},
-                              {"socket": "CPU2", "family": 179, "cores": 2, "enabledCores": 2}, {"socket": "CPU3", "installed": false}],
+    "smbios": {"processors": [{"socket": "CPU1", "family": 179, "maxSpeed": 4000, "currentSpeed": 2400, "cores": 3, "enabledCores": 3, "threads": 6},
+                              {"socket": "CPU2", "family": 179, "cores": 2, "enabledCores": 2, "threads": 4}, {"socket": "CPU3", "installed": false}],
                "memory": {"modules": [{"socket": "DIMM 1", "size": 1024}, {"socket": "DIMM 2", "size": 512}]}},
     "systemInfo": {"firmwareVersion": "1.2.3", "osName": "Linux", "osVersion": "6.1"},
     "sensors": [
@@ -79,6 +79,7 @@ TEST_F(View, TellsWhatTheClassesTell) {
     expectSame(only(memory), "MemoryNumberOfBlocks", "NumberOfBlocks");
     EXPECT_EQ(textOf(instance, "NumberOfProcessors"), "2");
     EXPECT_EQ(textOf(instance, "NumberOfProcessorCores"), "5");
+    EXPECT_EQ(textOf(instance, "NumberOfProcessorThreads"), "10");
     EXPECT_EQ(textOf(instance, "ProcessorFamily"), "179");
     EXPECT_EQ(textOf(instance, "ProcessorMaxClockSpeed"), "4000");
     EXPECT_EQ(textOf(instance, "ProcessorCurrentClockSpeed"), "2400");

@@ -217,11 +217,13 @@ private:
         row.currentClock = processor.currentSpeed;
         row.externalBusClock = processor.externalClock;
         row.characteristics = processor.characteristics;
-        if (processor.cores > mostCores)
+        if (processor.cores > mostCores) {
             remark("processor " + std::to_string(instance),
                    "its " + std::to_string(processor.cores) + " cores are more than a processor has");
-        else
+        } else {
             row.cores = processor.cores;
+            row.threads = processor.threads;
+        }
         row.enabledCores = std::min(processor.enabledCores, row.cores);
         copyText(row.role, smbios::processorTypeName(processor.type));
         copyText(row.version, meaningful(processor.identity.product));
