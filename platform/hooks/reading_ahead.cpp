@@ -1,5 +1,6 @@
 #include "hooks/reading_ahead.h"
 
+#include <chrono>
 #include <csignal>
 #include <utility>
 
@@ -8,6 +9,8 @@ namespace {
 
 // Waking the other thread takes as long as making an instance: it is woken for so many answers at once.
 constexpr std::size_t batchSize = 16;
+// A BMC that needs longer for a batch is waited for answer by answer.
+constexpr std::chrono::milliseconds patience{20};
 // A caller who is slower than the BMC finds readings no older than those that he works on.
 constexpr std::size_t mostAhead = 2 * batchSize;
 
@@ -71,9 +74,9 @@ void ReadingAhead::read() {
         auto answer = ipmi::ask(session_, ipmi::command::getSensorReading, std::span(&sensor, 1));
         std::unique_lock lock(mutex_);
         answers_.push_back(std::move(answer));
-        const bool isBatch = answers_.size() == batchSize;
+        const bool isEnough = answers_.size() == wanted_;
         lock.unlock();
-        if (isBatch)
+        if (isEnough)
             changed_.notify_all();
     }
 }
@@ -90,7 +93,12 @@ std::optional<ipmi::Answer> ReadingAhead::take(std::uint8_t sensor) {
     if (batch_.empty()) {
         {
             std::unique_lock lock(mutex_);
-            changed_.wait(lock, [&] { return isFinished_ || answers_.size() >= batchSize; });
+            const auto isEnough = [&] { return isFinished_ || answers_.size() >= wanted_; };
+            wanted_ = batchSize;
+            if (!changed_.wait_for(lock, patience, isEnough)) {
+                wanted_ = 1;
+                changed_.wait(lock, isEnough);
+            }
             batch_.swap(answers_);
             if (batch_.empty() && failure_ != nullptr)
                 std::rethrow_exception(std::exchange(failure_, nullptr));

@@ -49,6 +49,7 @@ private:
     std::mutex mutex_; // of what follows
     std::condition_variable changed_;
     std::deque<ipmi::Answer> answers_;
+    std::size_t wanted_ = 1; // so many answers wake the caller
     std::exception_ptr failure_;
     bool isFinished_ = false;
     bool isStopping_ = false;

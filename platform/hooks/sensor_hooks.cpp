@@ -41,7 +41,7 @@ int CIM_ReadSensorsAhead(IPMI20_SESSION_T* session, const uint8_t* sensorNumbers
         if (sensorNumbers == nullptr || count <= 0)
             throw std::invalid_argument("no sensors given");
         auto& open = hooks::sessionOf(session, timeout);
-        if (!hooks::ReadingAhead::isWorth(static_cast<std::size_t>(count)))
+        if (!open.waits() || !hooks::ReadingAhead::isWorth(static_cast<std::size_t>(count)))
             return;
         open.readingAhead = std::make_shared<hooks::ReadingAhead>(
             open, std::vector(sensorNumbers, sensorNumbers + count), timeout);

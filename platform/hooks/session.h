@@ -26,6 +26,7 @@ public:
     // further call its whole time.
     std::size_t exchange(std::uint8_t netFn, std::uint8_t command, std::span<const std::uint8_t> request,
                          std::span<std::uint8_t> answer) override;
+    bool waits() const override { return transport_->waits(); }
 
     // The channels of medium 802.3 LAN in order: the nth has LAN index n. Throws when the BMC does not tell
     // of each channel whether it is one.

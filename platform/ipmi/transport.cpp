@@ -57,6 +57,7 @@ public:
     void endBy(Clock::time_point deadline) override {
         transport_->endBy(processDeadline() ? std::min(deadline, *processDeadline()) : deadline);
     }
+    bool waits() const override { return transport_->waits(); }
 
 private:
     static void observe(std::uint8_t netFn, std::uint8_t command, std::span<const std::uint8_t> request,

@@ -68,6 +68,9 @@ public:
     // From now on exchanges end by then: one that could take longer throws DeadlineError, unsent, or gives
     // its answer up at that time. A transport whose driver bounds its exchanges does without.
     virtual void endBy(Clock::time_point /*deadline*/) {}
+
+    // Tells whether the BMC is somebody else, so that there is time for other work during an exchange.
+    virtual bool waits() const { return true; }
 };
 
 // The settings of the SMASH database's session row; see CIM_Create_IPMI20_Session (platform/cim_hooks.h).

@@ -40,6 +40,7 @@ public:
     }
 
     void endBy(ipmi::Clock::time_point deadline) override { deadline_ = deadline; }
+    bool waits() const override { return false; }
 
 private:
     std::string name_;

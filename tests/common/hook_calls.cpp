@@ -36,6 +36,7 @@ constexpr Room rooms[] = {
     {"CIM_GetPEFTable", 1, CIM_MAX_PEF_ENTRIES},
     {"CIM_GetSELRecords", 1, logRoom},
     {"CIM_GetUser", 2, CIM_USER_NAME_SIZE},
+    {"CIM_GetOpenSessions", 1, CIM_MAX_OPEN_SESSIONS},
     {"CIM_GetSystemInfo", 2, CIM_SYSTEM_INFO_SIZE},
     {"CIM_GetStoredFirmware", 1, CIM_MAX_STORED_FIRMWARE},
 };
@@ -143,6 +144,7 @@ constexpr Limit limits[] = {
     {"CIM_GetPEFTable", 2, 127},
     {"CIM_GetSELRecords", 2, logRoom},
     {"CIM_GetMaxNumUsers", 1, 63},
+    {"CIM_GetOpenSessions", 2, CIM_MAX_OPEN_SESSIONS},
     {"CIM_GetStoredFirmware", 2, CIM_MAX_STORED_FIRMWARE},
 };
 
@@ -227,11 +229,13 @@ void close(CIM_ServiceSettings& settings) {
 template <class In>
 void close(In&) {}
 
-// What the hook reads.
+// What the hook reads: an address, or as many numbers of sensors as any int says.
 template <class Element>
 class Argument<const Element*> {
+    static constexpr std::size_t byteCount = timeout;
+
 public:
-    explicit Argument(Making& making) : elements_(sizeof(Element) == 1 ? 16 : 1) {
+    explicit Argument(Making& making) : elements_(sizeof(Element) == 1 ? byteCount : 1) {
         ++making.parameter;
         for (Element& element : elements_) {
             auto* const bytes = reinterpret_cast<std::uint8_t*>(&element);

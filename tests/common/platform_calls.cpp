@@ -62,8 +62,9 @@ template <class... Arguments>
 class TimeLimit {
 public:
     explicit TimeLimit(const char* hook, Arguments... arguments) : hook_(hook) {
-        // The log's records have the time each.
-        if (std::string_view(hook).find("CIM_") != 0 || std::string_view(hook) == "CIM_GetSELRecords")
+        // The log's records, and sensors that are read ahead, have the time each.
+        const std::string_view name(hook);
+        if (name.find("CIM_") != 0 || name == "CIM_GetSELRecords" || name == "CIM_ReadSensorsAhead")
             return;
         if constexpr (std::is_same_v<std::tuple_element_t<sizeof...(Arguments) - 1, std::tuple<Arguments...>>,
                                      int>)
