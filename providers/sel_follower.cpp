@@ -72,6 +72,9 @@ bool SelFollower::read(std::uint16_t recordId, CIM_SELEntry& entry) {
     if (result != 0 && !saysMissing(answer.completionCode))
         throw Lost();
     entry = answer.entry;
+    const std::uint16_t id = PH_SelRecordId(entry.record);
+    if (result == 0 && (id == firstRecord || id == lastRecord))
+        throw Lost(); // no record has these IDs
     return result == 0;
 }
 
@@ -102,8 +105,11 @@ SelFollower::Next SelFollower::findNext(const CIM_SELInfo& info) {
     if (position_->isEmpty == 0 && read(PH_SelRecordId(position_->last), entry) &&
         isSame(entry.record, position_->last))
         return {nextOf(entry), false};
-    if (!read(firstRecord, entry))
+    if (!read(firstRecord, entry)) {
+        if (info.entries != 0)
+            throw Lost(); // it contradicts itself
         return {lastRecord, false};
+    }
     const bool isDeletion = position_->isEmpty == 0 && isSame(entry.record, position_->first) &&
                             info.lastErasure != position_->lastErasure;
     return {firstRecord, isDeletion};

@@ -25,7 +25,7 @@ public:
     void forget();
 
 private:
-    struct Lost {}; // the BMC does not answer
+    struct Lost {}; // the BMC does not answer, or contradicts itself
     struct Next {
         std::uint16_t id;
         bool mayBeOld; // and what follows it: was taken before

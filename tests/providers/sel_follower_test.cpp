@@ -131,6 +131,13 @@ TEST_F(SelFollowing, takesNothingTwiceAfterABmcThatRefused) {
         EXPECT_THAT(poll(follower), ElementsAre(3));
         EXPECT_THAT(poll(follower), IsEmpty());
     }
+    // It has records, and none of them is there.
+    add(4);
+    vbmc::VirtualBmc(stateFile).addFault({.netFn = 0x0A, .command = 0x43, .value = 0xCB});
+    EXPECT_THAT(poll(follower), IsEmpty());
+    EXPECT_THAT(poll(follower), IsEmpty());
+    vbmc::VirtualBmc(stateFile).clearFaults();
+    EXPECT_THAT(poll(follower), ElementsAre(4));
 }
 
 TEST_F(SelFollowing, goesOnAfterARestart) {
