@@ -112,7 +112,7 @@ bool waitFor(const sigset_t& signals, unsigned seconds) {
     const auto end = Clock::now() + std::chrono::seconds(seconds);
     do {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now()).count();
-        const timespec time{.tv_sec = left / 1000, .tv_nsec = left % 1000 * 1'000'000};
+        const timespec time{.tv_sec = left / 1000, .tv_nsec = static_cast<long>(left % 1000 * 1'000'000)};
         signal = sigtimedwait(&signals, nullptr, &time);
     } while (signal == -1 && errno == EINTR && Clock::now() < end);
     return signal != -1;
