@@ -74,8 +74,7 @@ ordered_json toJson(const Class& described) {
             {"create", described.creates},
             {"delete", described.deletes},
             {"source", described.source},
-            {"namespaces",
-             std::vector<std::string_view>(described.nameSpaces.begin(), described.nameSpaces.end())}};
+            {"namespaces", described.nameSpaces}};
 }
 
 } // namespace schema

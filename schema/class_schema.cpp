@@ -11,9 +11,66 @@
 #include <utility>
 
 namespace schema {
+namespace tables {
+namespace {
+#include "class_tables.inc"
+}
+} // namespace tables
+
 namespace {
 
-#include "class_tables.inc"
+std::string_view textOf(tables::Text text) {
+    return {tables::texts + text.begin, text.size};
+}
+
+// The part of an array that a list names.
+template <class Row, std::size_t size>
+std::span<const Row> rowsOf(const Row (&rows)[size], tables::List list) {
+    return std::span(rows).subspan(list.begin, list.size);
+}
+
+template <class Read, class Row>
+std::vector<Read> read(std::span<const Row> rows, Read (*one)(const Row&)) {
+    std::vector<Read> all;
+    all.reserve(rows.size());
+    std::ranges::transform(rows, std::back_inserter(all), one);
+    return all;
+}
+
+Value readValue(const tables::Value& row) {
+    return {textOf(row.value), textOf(row.meaning)};
+}
+
+std::string_view readName(const tables::Text& row) {
+    return textOf(row);
+}
+
+Element readElement(const tables::Element& row) {
+    return {.name = textOf(row.name),
+            .type = row.type,
+            .className = textOf(row.className),
+            .values = read(rowsOf(tables::values, row.values), readValue),
+            .units = textOf(row.units),
+            .maxLength = row.maxLength,
+            .isRequired = row.isRequired,
+            .isOurs = row.isOurs};
+}
+
+Property readProperty(const tables::Element& row) {
+    return {readElement(row), row.isKey, row.isWritable};
+}
+
+Parameter readParameter(const tables::Element& row) {
+    return {readElement(row), row.isIn, row.isOut};
+}
+
+Method readMethod(const tables::Method& row) {
+    return {.name = textOf(row.name),
+            .type = row.type,
+            .parameters = read(rowsOf(tables::elements, row.parameters), readParameter),
+            .values = read(rowsOf(tables::values, row.values), readValue),
+            .isOurs = row.isOurs};
+}
 
 bool isSameName(std::string_view left, std::string_view right) {
     return left.size() == right.size() && strncasecmp(left.data(), right.data(), left.size()) == 0;
@@ -56,47 +113,50 @@ void inherit(Method& method, const Method& inherited) {
 
 // Adds a class's own features to the inherited ones.
 template <class Feature>
-void add(std::vector<Feature>& features, std::span<const Feature> own, std::string_view className) {
-    for (Feature feature : own) {
+void add(std::vector<Feature>& features, std::vector<Feature> own, std::string_view className) {
+    for (Feature& feature : own) {
         feature.declaredBy = className;
         const auto inherited = findIn(features, feature.name);
         if (inherited == features.end()) {
             feature.origin = className;
-            features.push_back(feature);
+            features.push_back(std::move(feature));
         } else {
             inherit(feature, *inherited);
-            *inherited = feature;
+            *inherited = std::move(feature);
         }
     }
 }
 
 // Brings the served features to the front, in this order.
 template <class Feature>
-std::size_t bringForward(std::vector<Feature>& features, std::span<const std::string_view> served) {
+std::size_t bringForward(std::vector<Feature>& features, tables::List served) {
     auto place = features.begin();
-    for (const std::string_view name : served) {
-        const auto found = findIn(features, name);
+    for (const tables::Text name : rowsOf(tables::names, served)) {
+        const auto found = findIn(features, textOf(name));
         std::rotate(place, found, std::next(found));
         ++place;
     }
-    return served.size();
+    return served.size;
 }
 
-const ClassTable* tableOf(std::string_view className) {
-    return pointerTo(std::span(classTables), className);
+const tables::Class* tableOf(std::string_view className) {
+    const auto* const found = std::ranges::find_if(
+        tables::classes, [&](const tables::Class& each) { return isSameName(textOf(each.name), className); });
+    return found != std::end(tables::classes) ? found : nullptr;
 }
 
 // Visits the classes from the root of the hierarchy down.
-void addFeatures(Class& target, const ClassTable& table) {
-    if (const ClassTable* superclass = tableOf(table.superclass))
+void addFeatures(Class& target, const tables::Class& table) {
+    if (const tables::Class* superclass = tableOf(textOf(table.superclass)))
         addFeatures(target, *superclass);
-    add(target.properties, table.properties, table.name);
-    add(target.methods, table.methods, table.name);
+    add(target.properties, read(rowsOf(tables::elements, table.properties), readProperty),
+        textOf(table.name));
+    add(target.methods, read(rowsOf(tables::methods, table.methods), readMethod), textOf(table.name));
 }
 
-Class load(const ClassTable& table) {
-    Class loaded{.name = table.name,
-                 .superclass = table.superclass,
+Class load(const tables::Class& table) {
+    Class loaded{.name = textOf(table.name),
+                 .superclass = textOf(table.superclass),
                  .isAbstract = table.isAbstract,
                  .isAssociation = table.isAssociation,
                  .isIndication = table.isIndication,
@@ -105,8 +165,8 @@ Class load(const ClassTable& table) {
                  .modifies = table.modifies,
                  .creates = table.creates,
                  .deletes = table.deletes,
-                 .source = table.source,
-                 .nameSpaces = table.nameSpaces};
+                 .source = textOf(table.source),
+                 .nameSpaces = read(rowsOf(tables::names, table.nameSpaces), readName)};
     addFeatures(loaded, table);
     loaded.servedPropertyCount = bringForward(loaded.properties, table.servedProperties);
     loaded.servedMethodCount = bringForward(loaded.methods, table.servedMethods);
@@ -117,7 +177,7 @@ Class load(const ClassTable& table) {
 class Classes {
 public:
     const Class& at(std::size_t index) {
-        std::call_once(isLoaded_[index], [&] { classes_[index] = load(classTables[index]); });
+        std::call_once(isLoaded_[index], [&] { classes_[index] = load(tables::classes[index]); });
         return classes_[index];
     }
     const std::vector<Class>& all() {
@@ -127,8 +187,8 @@ public:
     }
 
 private:
-    std::vector<Class> classes_ = std::vector<Class>(std::size(classTables));
-    std::array<std::once_flag, std::size(classTables)> isLoaded_;
+    std::vector<Class> classes_ = std::vector<Class>(std::size(tables::classes));
+    std::array<std::once_flag, std::size(tables::classes)> isLoaded_;
 };
 
 Classes& classes() {
@@ -161,14 +221,15 @@ std::span<const Class> servedClasses() {
 }
 
 const Class* find(std::string_view className) {
-    const ClassTable* const table = tableOf(className);
-    return table != nullptr ? &classes().at(static_cast<std::size_t>(table - std::data(classTables)))
+    const tables::Class* const table = tableOf(className);
+    return table != nullptr ? &classes().at(static_cast<std::size_t>(table - std::data(tables::classes)))
                             : nullptr;
 }
 
 bool isSubclass(std::string_view className, std::string_view ancestor) {
-    for (const ClassTable* table = tableOf(className); table != nullptr; table = tableOf(table->superclass))
-        if (isSameName(table->name, ancestor))
+    for (const tables::Class* table = tableOf(className); table != nullptr;
+         table = tableOf(textOf(table->superclass)))
+        if (isSameName(textOf(table->name), ancestor))
             return true;
     return false;
 }

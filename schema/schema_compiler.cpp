@@ -16,6 +16,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <initializer_list>
 #include <iostream>
 #include <iterator>
 #include <map>
@@ -45,82 +46,111 @@ std::string typeText(CMPIType type) {
     return "CMPI_" + name + ((type & CMPI_ARRAY) != 0 ? "A" : "");
 }
 
-const char* text(bool flag) {
-    return flag ? "true" : "false";
-}
-
-// Writes arrays, of which equal ones are written once.
-class TableWriter {
+// One array, of which equal parts are written once.
+class Pool {
 public:
-    explicit TableWriter(std::ostream& out) : out_(out) {}
-
-    // Returns the name of the array, or {} when it is empty.
-    std::string array(const char* type, const std::vector<std::string>& rows) {
-        if (rows.empty())
-            return "{}";
+    // Returns where the rows are, as {begin, size}.
+    std::string add(const std::vector<std::string>& rows) {
         std::string body;
         for (const std::string& row : rows)
             body += "    " + row + ",\n";
-        const auto [entry, isNew] = names_.try_emplace(type + ('\n' + body), "");
+        const auto [known, isNew] = begins_.try_emplace(body, size_);
         if (isNew) {
-            entry->second = "table_" + std::to_string(names_.size());
-            out_ << "constexpr " << type << ' ' << entry->second << "[] = {\n" << body << "};\n";
+            body_ += body;
+            size_ += rows.size();
         }
-        return entry->second;
+        return '{' + std::to_string(known->second) + ", " + std::to_string(rows.size()) + '}';
     }
-    std::string names(const std::vector<std::string>& all) { return rows("std::string_view", all, literal); }
-    std::string values(const ValueMap& all) {
-        return rows("Value", all, [](const auto& each) {
-            return '{' + literal(each.first) + ", " + literal(each.second) + '}';
-        });
-    }
-    std::string properties(const std::vector<DeclaredElement>& all) {
-        return rows("Property", all, [this](const DeclaredElement& each) {
-            return '{' + element(each) + ", " + text(each.isKey) + ", " + text(each.isWritable) + '}';
-        });
-    }
-    std::string methods(const std::vector<DeclaredMethod>& all) {
-        return rows("Method", all, [this](const DeclaredMethod& each) {
-            const std::string parameters =
-                rows("Parameter", each.parameters, [this](const DeclaredElement& one) {
-                    return '{' + element(one) + ", " + text(one.isIn) + ", " + text(one.isOut) + '}';
-                });
-            return '{' + literal(each.name) + ", " + typeText(each.type) + ", " + parameters + ", " +
-                   values(each.values) + ", " + text(each.isOurs) + '}';
-        });
+    void write(std::ostream& out, const char* type, const char* name) const {
+        out << "constexpr " << type << ' ' << name << "[] = {\n" << body_ << "};\n";
     }
 
 private:
-    template <class All, class RowOf>
-    std::string rows(const char* type, const All& all, RowOf rowOf) {
-        std::vector<std::string> texts;
-        texts.reserve(all.size());
-        for (const auto& each : all)
-            texts.push_back(rowOf(each));
-        return array(type, texts);
-    }
-    std::string element(const DeclaredElement& each) {
-        return '{' + literal(each.name) + ", " + typeText(each.type) + ", " + literal(each.className) + ", " +
-               values(each.values) + ", " + literal(each.units) + ", " + std::to_string(each.maxLength) +
-               ", " + text(each.isRequired) + ", " + text(each.isOurs) + '}';
-    }
-
-    std::ostream& out_;
-    std::map<std::string, std::string> names_;
+    std::map<std::string, std::size_t> begins_;
+    std::string body_;
+    std::size_t size_ = 0;
 };
 
-std::string classRow(TableWriter& tables, const DeclaredClass& each) {
-    std::string row = '{' + literal(each.name) + ", " + literal(each.superclass);
-    for (const bool flag : {each.isAbstract, each.isAssociation, each.isIndication, each.isOurs,
-                            each.enumerates, each.modifies, each.creates, each.deletes})
-        row += std::string(", ") + text(flag);
-    row += ", " + literal(each.source);
-    for (const std::string& table :
-         {tables.names(each.nameSpaces), tables.properties(each.properties), tables.methods(each.methods),
-          tables.names(each.servedProperties), tables.names(each.servedMethods)})
-        row += ", " + table;
-    return row + '}';
-}
+class TableWriter {
+public:
+    void add(const DeclaredClass& each) {
+        std::string row = '{' + text(each.name) + ", " + text(each.superclass);
+        for (const bool flag : {each.isAbstract, each.isAssociation, each.isIndication, each.isOurs,
+                                each.enumerates, each.modifies, each.creates, each.deletes})
+            row += flagText(flag);
+        row += ", " + text(each.source);
+        for (const std::string& list :
+             {names(each.nameSpaces), properties(each.properties), methods(each.methods),
+              names(each.servedProperties), names(each.servedMethods)})
+            row += ", " + list;
+        classes_.add({row + '}'});
+    }
+
+    void write(std::ostream& out) const {
+        out << "constexpr char texts[] =\n" << texts_ << ";\n";
+        names_.write(out, "Text", "names");
+        values_.write(out, "Value", "values");
+        elements_.write(out, "Element", "elements");
+        methods_.write(out, "Method", "methods");
+        classes_.write(out, "Class", "classes");
+    }
+
+private:
+    std::string text(std::string_view text) {
+        const auto [known, isNew] = begins_.try_emplace(std::string(text), textSize_);
+        if (isNew) {
+            texts_ += "    " + literal(text) + "\"\\0\"\n"; // for those who take them as texts of C
+            textSize_ += text.size() + 1;
+        }
+        return '{' + std::to_string(known->second) + ", " + std::to_string(text.size()) + '}';
+    }
+    static std::string flagText(bool flag) { return flag ? ", true" : ", false"; }
+
+    template <class All, class RowOf>
+    static std::string list(Pool& pool, const All& all, RowOf rowOf) {
+        std::vector<std::string> rows;
+        for (const auto& each : all)
+            rows.push_back(rowOf(each));
+        return pool.add(rows);
+    }
+    std::string names(const std::vector<std::string>& all) {
+        return list(names_, all, [this](const std::string& each) { return text(each); });
+    }
+    std::string values(const ValueMap& all) {
+        return list(values_, all, [this](const auto& each) {
+            return '{' + text(each.first) + ", " + text(each.second) + '}';
+        });
+    }
+    std::string properties(const std::vector<DeclaredElement>& all) {
+        return list(elements_, all, [this](const DeclaredElement& each) {
+            return element(each, {each.isKey, each.isWritable, false, false});
+        });
+    }
+    std::string parameters(const std::vector<DeclaredElement>& all) {
+        return list(elements_, all, [this](const DeclaredElement& each) {
+            return element(each, {false, false, each.isIn, each.isOut});
+        });
+    }
+    std::string methods(const std::vector<DeclaredMethod>& all) {
+        return list(methods_, all, [this](const DeclaredMethod& each) {
+            return '{' + text(each.name) + ", " + typeText(each.type) + ", " + parameters(each.parameters) +
+                   ", " + values(each.values) + flagText(each.isOurs) + '}';
+        });
+    }
+    std::string element(const DeclaredElement& each, std::initializer_list<bool> flags) {
+        std::string row = '{' + text(each.name) + ", " + typeText(each.type) + ", " + text(each.className) +
+                          ", " + values(each.values) + ", " + text(each.units) + ", " +
+                          std::to_string(each.maxLength) + flagText(each.isRequired) + flagText(each.isOurs);
+        for (const bool flag : flags)
+            row += flagText(flag);
+        return row + '}';
+    }
+
+    std::map<std::string, std::size_t> begins_;
+    std::string texts_;
+    std::size_t textSize_ = 0;
+    Pool names_, values_, elements_, methods_, classes_;
+};
 
 // Served classes in the library's order, then the others by name.
 std::vector<const DeclaredClass*> inOrder(const std::vector<DeclaredClass>& served,
@@ -228,13 +258,11 @@ int main(int argc, char** argv) try {
     const std::vector<DeclaredClass> served = describeServed();
     merge(served, classes);
 
-    std::ofstream tableFile = create("class_tables.inc");
-    TableWriter tables(tableFile);
-    std::vector<std::string> rows;
+    TableWriter tables;
     for (const DeclaredClass* each : inOrder(served, classes))
-        rows.push_back(classRow(tables, *each));
-    const std::string all = tables.array("ClassTable", rows);
-    tableFile << "constexpr const auto& classTables = " << all << ";\n";
+        tables.add(*each);
+    std::ofstream tableFile = create("class_tables.inc");
+    tables.write(tableFile);
     std::ofstream superclasses = create("superclasses.inc");
     writeSuperclasses(superclasses, served, classes);
     const Names names = namesOf(served);

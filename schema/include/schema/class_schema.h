@@ -1,4 +1,4 @@
-// The schema: the classes that are served, and what DMTF declares around them.
+// The schema: the classes that are served, and what DMTF declares around them. Its texts end with a null character.
 #pragma once
 
 #include <cmpidt.h>
@@ -23,7 +23,7 @@ struct Element {
     std::string_view name;
     CMPIType type = CMPI_null;
     std::string_view className = {}; // of a reference or an embedded instance; empty there: of any
-    std::span<const Value> values = {};
+    std::vector<Value> values = {};
     std::string_view units = {}; // PUnit (DSP0004, Annex C): "volt * 10^-3"
     std::uint32_t maxLength = 0; // of a text; 0: not limited
     bool isRequired = false;
@@ -47,8 +47,8 @@ struct Property : Element {
 struct Method {
     std::string_view name;
     CMPIType type = CMPI_uint32;
-    std::span<const Parameter> parameters = {}; // in the order of the signature
-    std::span<const Value> values = {};
+    std::vector<Parameter> parameters = {}; // in the order of the signature
+    std::vector<Value> values = {};
     bool isOurs = false;
     std::string_view origin = {};
     std::string_view declaredBy = {};
@@ -65,8 +65,8 @@ struct Class {
     bool isOurs = false; // DMTF has no such class
     // Tells which operations beside getting are not refused.
     bool enumerates = false, modifies = false, creates = false, deletes = false;
-    std::string_view source = {};                      // IPMI commands, tables and files that tell of it
-    std::span<const std::string_view> nameSpaces = {}; // that serve it; none: others derive from it
+    std::string_view source = {};                  // IPMI commands, tables and files that tell of it
+    std::vector<std::string_view> nameSpaces = {}; // that serve it; none: others derive from it
 
     // Own features and inherited ones. Those that are served come first, in the order of publication.
     std::vector<Property> properties = {};
