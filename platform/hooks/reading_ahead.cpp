@@ -1,5 +1,6 @@
 #include "hooks/reading_ahead.h"
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <utility>
@@ -7,8 +8,12 @@
 namespace hooks {
 namespace {
 
-// Waking the other thread takes as long as making an instance: it is woken for so many answers at once.
+// Waking the other thread takes as long as making an instance: it is woken for so many answers at once, and for fewer near
+// the end, where little is left to do after the last answer.
 constexpr std::size_t batchSize = 16;
+std::size_t batchOf(std::size_t remaining) {
+    return std::clamp<std::size_t>(remaining / 4, 1, batchSize);
+}
 // A BMC that needs longer for a batch is waited for answer by answer.
 constexpr std::chrono::milliseconds patience{20};
 // A caller who is slower than the BMC finds readings no older than those that he works on.
@@ -94,7 +99,7 @@ std::optional<ipmi::Answer> ReadingAhead::take(std::uint8_t sensor) {
         {
             std::unique_lock lock(mutex_);
             const auto isEnough = [&] { return isFinished_ || answers_.size() >= wanted_; };
-            wanted_ = batchSize;
+            wanted_ = batchOf(sensors_.size() - taken_);
             if (!changed_.wait_for(lock, patience, isEnough)) {
                 wanted_ = 1;
                 changed_.wait(lock, isEnough);
