@@ -1,5 +1,6 @@
 // How long objects live, who shares them, and calls that are made to fail.
 #include "broker/broker.h"
+#include "chars.h"
 
 #include <cmpimacs.h>
 #include <gtest/gtest.h>
@@ -12,10 +13,6 @@ using broker::Broker;
 using broker::Instance;
 using broker::NamedValues;
 using broker::Scope;
-
-const CMPIValue* chars(const char* value) {
-    return reinterpret_cast<const CMPIValue*>(value);
-}
 
 TEST(Lifetime, objectsGoWithTheInnermostScope) {
     Broker broker;

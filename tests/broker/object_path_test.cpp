@@ -1,5 +1,6 @@
 // Object paths: their text form, and CMPIObjectPath.
 #include "broker/broker.h"
+#include "chars.h"
 
 #include <cmpimacs.h>
 #include <gmock/gmock.h>
@@ -99,10 +100,6 @@ TEST(ObjectPathText, syntaxErrorsSayWhere) {
             EXPECT_THAT(error.what(), HasSubstr("position " + std::to_string(row.position + 1)));
         }
     }
-}
-
-const CMPIValue* chars(const char* value) {
-    return reinterpret_cast<const CMPIValue*>(value);
 }
 
 TEST(ObjectPath, partsThroughCmpi) {

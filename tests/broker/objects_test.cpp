@@ -1,5 +1,6 @@
 // Instances, arrays, arguments and contexts, and what every function table has in common.
 #include "broker/broker.h"
+#include "chars.h"
 
 #include <cmpimacs.h>
 #include <cstddef>
@@ -13,10 +14,6 @@ using broker::Instance;
 using broker::NamedValues;
 using broker::ObjectPath;
 using broker::Scope;
-
-const CMPIValue* chars(const char* value) {
-    return reinterpret_cast<const CMPIValue*>(value);
-}
 
 class Objects : public testing::Test {
 protected:

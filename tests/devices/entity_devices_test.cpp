@@ -7,7 +7,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-constexpr const char* model = R"([
+constexpr const char* entityModel = R"([
     {"number": 1, "name": "FAN1", "type": "Fan", "entity": 29, "analog": {"unit": "RPM", "m": 100}, "reading": 5000},
     {"number": 2, "name": "FAN2", "type": "Fan", "entity": 29, "entityInstance": 2, "analog": {"unit": "RPM", "m": 100},
      "reading": 6000},
@@ -29,7 +29,7 @@ constexpr const char* frus = R"([
 
 class EntityDevices : public DeviceFixture {
 protected:
-    EntityDevices() { serve(model, cooling, frus); }
+    EntityDevices() { serve(entityModel, cooling, frus); }
 };
 
 TEST_F(EntityDevices, areDescribedByRowsAndSensors) {
@@ -46,7 +46,7 @@ TEST_F(EntityDevices, areDescribedByRowsAndSensors) {
                         "Range2InputVoltageHigh", "Range2InputFrequencyHigh"}),
         ElementsAre("Power Supply 1 880000 100000 127000 47 63 200000 240000 63",
                     "Power Supply 2 3000000 40000 72000 0 0 <none> <none> <none>"));
-    serve(model);
+    serve(entityModel);
     EXPECT_THAT(rows(supplies, {"TotalOutputPower", "Range1InputVoltageHigh"}),
                 ElementsAre("0 <none>", "0 <none>"));
 }

@@ -3,17 +3,17 @@
 
 namespace {
 
-constexpr std::uint8_t channel = 2;
+constexpr std::uint8_t alertChannel = 2;
 
 class AlertHooks : public HookTest {
 protected:
     static void answer(std::uint8_t parameter, std::uint8_t selector, const Bytes& value) {
-        Bytes& bytes = bmc.answers[{0x0C, 0x02, channel, parameter, selector, 0}];
+        Bytes& bytes = bmc.answers[{0x0C, 0x02, alertChannel, parameter, selector, 0}];
         bytes = {0x00, 0x11};
         bytes.insert(bytes.end(), value.begin(), value.end());
     }
     static void acceptChange(std::uint8_t parameter, const Bytes& value) {
-        Bytes request{0x0C, 0x01, channel, parameter};
+        Bytes request{0x0C, 0x01, alertChannel, parameter};
         request.insert(request.end(), value.begin(), value.end());
         bmc.answers[request] = {0x00};
     }
@@ -33,10 +33,10 @@ TEST_F(AlertHooks, tablesHoldWhatTheBmcHas) {
     answer(17, 0, {0xF3}); // the count has 4 bits
     answer(18, 1, {1, 0x86, 3, 2});
     answer(19, 1, {1, 0x00, 1, 192, 0, 2, 9, 2, 0, 0, 0, 0, 1});
-    bmc.answers[{0x0C, 0x02, channel, 18, 2, 0}] = {0xC9}; // a set that this BMC does not have
+    bmc.answers[{0x0C, 0x02, alertChannel, 18, 2, 0}] = {0xC9}; // a set that this BMC does not have
     answer(18, 3, {3, 0x00, 0, 0});
     answer(19, 3, ipv6Value(3));
-    ASSERT_EQ(CIM_GetLANDestinationType_AddrTable(&session, types, addresses, &count, channel, 30), 0);
+    ASSERT_EQ(CIM_GetLANDestinationType_AddrTable(&session, types, addresses, &count, alertChannel, 30), 0);
     EXPECT_EQ(count, 3);
     EXPECT_EQ(types[0].type, 0x86);
     EXPECT_EQ(types[0].acknowledgeTimeout, 3);
@@ -51,10 +51,10 @@ TEST_F(AlertHooks, tablesHoldWhatTheBmcHas) {
     EXPECT_EQ(addresses[2].selector, 0) << "no IPv4 address";
 
     CIM_LANDestinationV6Address address{};
-    ASSERT_EQ(CIM_GetLANDestinationV6Address(&session, channel, 3, &address, 30), 0);
+    ASSERT_EQ(CIM_GetLANDestinationV6Address(&session, alertChannel, 3, &address, 30), 0);
     EXPECT_EQ(address.isUsed, 1);
     EXPECT_TRUE(std::equal(ipv6, ipv6 + 16, address.address));
-    ASSERT_EQ(CIM_GetLANDestinationV6Address(&session, channel, 1, &address, 30), 0);
+    ASSERT_EQ(CIM_GetLANDestinationV6Address(&session, alertChannel, 1, &address, 30), 0);
     EXPECT_EQ(address.isUsed, 0);
     EXPECT_EQ(address.address[0], 0);
 }
@@ -64,10 +64,11 @@ TEST_F(AlertHooks, noIpv6AddressIsClearedWhereThereIsNone) {
     const std::uint8_t none[16] = {};
     answer(19, 4, {4, 0x00, 0, 192, 0, 2, 9, 0, 0, 0, 0, 0, 0});
     bmc.requests.clear();
-    EXPECT_EQ(CIM_SetLANDestinationV6Address(&session, channel, 4, 1, none, 30), 0);
+    EXPECT_EQ(CIM_SetLANDestinationV6Address(&session, alertChannel, 4, 1, none, 30), 0);
     EXPECT_EQ(bmc.requests.size(), 1u);
     answer(19, 4, ipv6Value(4));
-    EXPECT_EQ(CIM_SetLANDestinationV6Address(&session, channel, 4, 1, none, 30), -1) << "refused by this BMC";
+    EXPECT_EQ(CIM_SetLANDestinationV6Address(&session, alertChannel, 4, 1, none, 30), -1)
+        << "refused by this BMC";
 }
 
 TEST_F(AlertHooks, anotherSetThanTheOneAskedForIsNone) {
@@ -75,13 +76,13 @@ TEST_F(AlertHooks, anotherSetThanTheOneAskedForIsNone) {
     answer(17, 0, {2});
     answer(18, 1, {2, 6, 0, 0});
     answer(19, 1, ipv6Value(2));
-    EXPECT_EQ(CIM_GetLANDestinationType_AddrTable(&session, types, addresses, &count, channel, 30), -1);
-    EXPECT_EQ(CIM_SetLANDestinationType(&session, channel, 1, 6, 30), -1);
-    EXPECT_EQ(CIM_GetLANDestinationV6Address(&session, channel, 1, &address, 30), -1);
+    EXPECT_EQ(CIM_GetLANDestinationType_AddrTable(&session, types, addresses, &count, alertChannel, 30), -1);
+    EXPECT_EQ(CIM_SetLANDestinationType(&session, alertChannel, 1, 6, 30), -1);
+    EXPECT_EQ(CIM_GetLANDestinationV6Address(&session, alertChannel, 1, &address, 30), -1);
     answer(18, 1, {0, 0, 0, 0});
     answer(18, 2, {2, 6, 0, 0});
     answer(19, 2, {2, 0, 0, 192, 0, 2, 9, 0, 0, 0, 0, 0, 0});
-    EXPECT_EQ(CIM_GetLANDestinationType_AddrTable(&session, types, addresses, &count, channel, 30), 0);
+    EXPECT_EQ(CIM_GetLANDestinationType_AddrTable(&session, types, addresses, &count, alertChannel, 30), 0);
     EXPECT_EQ(types[0].selector, 0) << "not used";
     EXPECT_EQ(types[1].selector, 2);
 
@@ -98,14 +99,15 @@ TEST_F(AlertHooks, anotherSetThanTheOneAskedForIsNone) {
 TEST_F(AlertHooks, shortAnswersAndMissingArgumentsFail) {
     answer(17, 0, {1});
     answer(18, 1, {1, 0, 0});
-    EXPECT_EQ(CIM_GetLANDestinationType_AddrTable(&session, types, addresses, &count, channel, 30), -1);
-    EXPECT_EQ(CIM_SetLANDestinationType(&session, channel, 1, 6, 30), -1);
+    EXPECT_EQ(CIM_GetLANDestinationType_AddrTable(&session, types, addresses, &count, alertChannel, 30), -1);
+    EXPECT_EQ(CIM_SetLANDestinationType(&session, alertChannel, 1, 6, 30), -1);
     answer(19, 1, {1, 0x10, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}); // IPv6, and cut after 13 bytes
     CIM_LANDestinationV6Address address{};
-    EXPECT_EQ(CIM_GetLANDestinationV6Address(&session, channel, 1, &address, 30), -1);
-    EXPECT_EQ(CIM_GetLANDestinationType_AddrTable(&session, nullptr, addresses, &count, channel, 30), -1);
-    EXPECT_EQ(CIM_SetLANDestinationAddress(&session, channel, 1, 0, nullptr, 30), -1);
-    EXPECT_EQ(CIM_SetLANDestinationV6Address(&session, channel, 1, 1, nullptr, 30), -1);
+    EXPECT_EQ(CIM_GetLANDestinationV6Address(&session, alertChannel, 1, &address, 30), -1);
+    EXPECT_EQ(CIM_GetLANDestinationType_AddrTable(&session, nullptr, addresses, &count, alertChannel, 30),
+              -1);
+    EXPECT_EQ(CIM_SetLANDestinationAddress(&session, alertChannel, 1, 0, nullptr, 30), -1);
+    EXPECT_EQ(CIM_SetLANDestinationV6Address(&session, alertChannel, 1, 1, nullptr, 30), -1);
 }
 
 } // namespace

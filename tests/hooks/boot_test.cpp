@@ -21,7 +21,7 @@ Bytes answer(std::uint8_t parameter, const Bytes& value) {
     return bytes;
 }
 
-const Bytes begin = set(0, {1}), end = set(0, {0}), acknowledge = set(4, {0x1F, 0xFF});
+const Bytes beginWriting = set(0, {1}), endWriting = set(0, {0}), acknowledge = set(4, {0x1F, 0xFF});
 
 class BootHooks : public HookTest {
 protected:
@@ -29,7 +29,7 @@ protected:
     static void have(const Bytes& present) {
         bmc.answers[get(5)] = answer(5, present);
         bmc.answers[get(3)] = answer(3, {0x18});
-        for (const Bytes& request : {begin, end, acknowledge, set(3, {0x1F})})
+        for (const Bytes& request : {beginWriting, endWriting, acknowledge, set(3, {0x1F})})
             bmc.answers[request] = {0x00};
     }
     int write(const CIM_BootFlags& wanted) {
@@ -61,21 +61,23 @@ TEST_F(BootHooks, areWrittenBetweenTwoMarksAndHoldUntilTheBoot) {
     have({0x20, 0x88, 0x10, 0, 0}); // they do not hold, and would boot by EFI
     bmc.answers[set(5, {0xA0, 0x04, 0, 0, 0})] = {0x00};
     EXPECT_EQ(write({.isSupported = 1, .isValid = 1, .isPersistent = 0, .device = CIM_BOOT_NETWORK}), 0);
-    EXPECT_THAT(bmc.requests, ElementsAre(get(5), begin, set(5, {0xA0, 0x04, 0, 0, 0}), acknowledge, get(3),
-                                          set(3, {0x1F}), end));
+    EXPECT_THAT(bmc.requests, ElementsAre(get(5), beginWriting, set(5, {0xA0, 0x04, 0, 0, 0}), acknowledge,
+                                          get(3), set(3, {0x1F}), endWriting));
     // Flags that hold keep what else they say. Nothing has to last of flags that are cleared.
     have({0xA0, 0x87, 0x10, 1, 2});
     bmc.answers[set(5, {0x20, 0x83, 0x10, 1, 2})] = {0x00};
     EXPECT_EQ(write({.isSupported = 1, .isValid = 0, .isPersistent = 0, .device = 0}), 0);
-    EXPECT_THAT(bmc.requests, ElementsAre(get(5), begin, set(5, {0x20, 0x83, 0x10, 1, 2}), end));
+    EXPECT_THAT(bmc.requests,
+                ElementsAre(get(5), beginWriting, set(5, {0x20, 0x83, 0x10, 1, 2}), endWriting));
 }
 
 TEST_F(BootHooks, needNoParameterButTheirOwn) {
     bmc.answers[get(5)] = answer(5, {0, 0, 0, 0, 0});
     bmc.answers[set(5, {0xC0, 0x08, 0, 0, 0})] = {0x00};
-    bmc.answers[begin] = {notSupported};
+    bmc.answers[beginWriting] = {notSupported};
     EXPECT_EQ(write({.isSupported = 1, .isValid = 1, .isPersistent = 1, .device = CIM_BOOT_DISK}), 0);
-    EXPECT_THAT(bmc.requests, ElementsAre(get(5), begin, set(5, {0xC0, 0x08, 0, 0, 0}), acknowledge, get(3)));
+    EXPECT_THAT(bmc.requests,
+                ElementsAre(get(5), beginWriting, set(5, {0xC0, 0x08, 0, 0, 0}), acknowledge, get(3)));
 }
 
 TEST_F(BootHooks, thatAreRefusedLeaveNothingBehind) {
@@ -84,10 +86,10 @@ TEST_F(BootHooks, thatAreRefusedLeaveNothingBehind) {
     const CIM_BootFlags wanted{.isSupported = 1, .isValid = 1, .isPersistent = 0, .device = CIM_BOOT_CD};
     bmc.answers[refused] = {invalidData};
     EXPECT_EQ(write(wanted), -1);
-    EXPECT_THAT(bmc.requests, ElementsAre(get(5), begin, refused, end));
-    bmc.answers[begin] = {alreadyInProgress};
+    EXPECT_THAT(bmc.requests, ElementsAre(get(5), beginWriting, refused, endWriting));
+    bmc.answers[beginWriting] = {alreadyInProgress};
     EXPECT_EQ(write(wanted), -1);
-    EXPECT_THAT(bmc.requests, ElementsAre(get(5), begin)) << "somebody else ends what they began";
+    EXPECT_THAT(bmc.requests, ElementsAre(get(5), beginWriting)) << "somebody else ends what they began";
     EXPECT_EQ(write({.isSupported = 1, .isValid = 1, .isPersistent = 0, .device = 16}), -1);
     EXPECT_EQ(CIM_SetBootFlags(&session, nullptr, 30), -1);
 }

@@ -9,13 +9,13 @@ namespace {
 
 using testing::IsEmpty;
 
-constexpr std::uint8_t bytes[32] = {1};
+constexpr std::uint8_t someBytes[32] = {1};
 CIM_LANDestinationType types[CIM_MAX_LAN_DESTINATIONS];
 CIM_LANDestinationAddress addresses[CIM_MAX_LAN_DESTINATIONS];
 CIM_PEFEntry filters[CIM_MAX_PEF_ENTRIES];
 std::uint8_t u8[CIM_MAX_LANS];
 std::uint16_t u16 = 0;
-char text[CIM_EMAIL_MESSAGE_SIZE + 1];
+char someText[CIM_EMAIL_MESSAGE_SIZE + 1];
 struct {
     CIM_LANDestinationV6Address v6Destination;
     CIM_SELInfo selInfo;
@@ -55,9 +55,9 @@ const Hook hooks[] = {
     HOOK(CIM_PowerUp, None, t),
     HOOK(CIM_GetLANDestinationType_AddrTable, None, types, addresses, u8, 1, t),
     HOOK(CIM_SetLANDestinationType, None, 1, 1, 6, t),
-    HOOK(CIM_SetLANDestinationAddress, None, 1, 1, 0, bytes, t),
+    HOOK(CIM_SetLANDestinationAddress, None, 1, 1, 0, someBytes, t),
     HOOK(CIM_GetLANDestinationV6Address, None, 1, 1, &out.v6Destination, t),
-    HOOK(CIM_SetLANDestinationV6Address, None, 1, 1, 1, bytes, t),
+    HOOK(CIM_SetLANDestinationV6Address, None, 1, 1, 1, someBytes, t),
     HOOK(CIM_GetLANCount, None, u8, u8, t),
     HOOK(CIM_GetChannelNum, None, 1, u8, t),
     HOOK(CIM_Get_MACAddress, None, u8, 1, t),
@@ -65,15 +65,15 @@ const Hook hooks[] = {
     HOOK(CIM_GetVlanStatus, None, u8, &u16, u8, 1, t),
     HOOK(CIM_GetIPv4NetworkCfg, None, &out.ipv4, 1, t),
     HOOK(CIM_SetIPv4Source, None, 1, 1, t),
-    HOOK(CIM_SetIPv4Address, None, bytes, 1, t),
-    HOOK(CIM_SetIPv4NetMask, None, bytes, 1, t),
-    HOOK(CIM_SetIPv4Gateway, None, bytes, 1, t),
+    HOOK(CIM_SetIPv4Address, None, someBytes, 1, t),
+    HOOK(CIM_SetIPv4NetMask, None, someBytes, 1, t),
+    HOOK(CIM_SetIPv4Gateway, None, someBytes, 1, t),
     HOOK(CIM_GetIPv6NetworkCfg, None, &out.ipv6, 1, t),
     HOOK(CIM_GetAllIPv6Addresses, None, &out.ipv6Addresses, 1, t),
     HOOK(CIM_SetIPv6Source, None, 1, 1, t),
-    HOOK(CIM_SetIPv6Address, None, bytes, 1, t),
+    HOOK(CIM_SetIPv6Address, None, someBytes, 1, t),
     HOOK(CIM_SetIPv6Prefix, None, 64, 1, t),
-    HOOK(CIM_SetIPv6Gateway, None, bytes, 1, t),
+    HOOK(CIM_SetIPv6Gateway, None, someBytes, 1, t),
     HOOK(CIM_GetPEFTable, None, filters, u8, t),
     HOOK(CIM_GetPEFEntry, None, 1, filters, t),
     HOOK(CIM_SetPEFEntry, None, 1, &filter, t),
@@ -84,14 +84,14 @@ const Hook hooks[] = {
     HOOK(CIM_GetSELEntry, None, &entryRequest, &out.entryAnswer, t),
     HOOK(CIM_ClearSEL, None, t),
     HOOK(CIM_GetSensorReading, None, 1, &out.reading, t),
-    HOOK(CIM_ReadSensorsAhead, None, bytes, 0, t),
+    HOOK(CIM_ReadSensorsAhead, None, someBytes, 0, t),
     HOOK(CIM_GetMaxNumUsers, None, u8, t),
-    HOOK(CIM_GetUser, None, 2, text, t),
+    HOOK(CIM_GetUser, None, 2, someText, t),
     HOOK(CIM_GetUserAccess, None, 2, 1, u8, t),
     HOOK(CIM_ModUser, None, 5, 1, "eva", "secret", 2, 4, 1, 1, 1, t),
     HOOK(CIM_DelUser, None, 5, t),
     HOOK(CIM_GetSELPolicy, Oem, u8, t),
-    HOOK(CIM_GetLANIndex, Default, 1, text, t),
+    HOOK(CIM_GetLANIndex, Default, 1, someText, t),
     HOOK(CIM_GetLANEnable, Oem, 1, u8, t),
     HOOK(LIBIPMI_HL_GetLANEnable, Oem, 1, u8, t),
     HOOK(CIM_IsBondEnabled, Default, &out.bondInfo, t),
@@ -99,14 +99,14 @@ const Hook hooks[] = {
     HOOK(CIM_GetBondEnable, Oem, &out.bond, t),
     HOOK(CIM_SetBondEnable, Oem, &bond, t),
     HOOK(CIM_GetPHYConfig, Oem, 1, &out.phy, t),
-    HOOK(CIM_TRZGetEmailDest, Oem, 1, u8, text, text, 1, t),
+    HOOK(CIM_TRZGetEmailDest, Oem, 1, u8, someText, someText, 1, t),
     HOOK(CIM_TRZSetEmailDest, Oem, 1, 2, "subject", "message", 1, t),
-    HOOK(CIM_TRZGetUserEmail, Oem, 2, text, t),
+    HOOK(CIM_TRZGetUserEmail, Oem, 2, someText, t),
     HOOK(CIM_TRZGetSMTPInfo, Oem, &out.mailServer, 1, t),
-    HOOK(CIM_TRZGetSMTPServerInfo, Oem, text, 1, t),
+    HOOK(CIM_TRZGetSMTPServerInfo, Oem, someText, 1, t),
     HOOK(CIM_TRZGetSMTPServerInfoIPv6, Oem, u8, 1, t),
     HOOK(CIM_TRZGetSMTP2Info, Oem, &out.mailServer, 1, t),
-    HOOK(CIM_TRZGetSMTPServer2Info, Oem, text, 1, t),
+    HOOK(CIM_TRZGetSMTPServer2Info, Oem, someText, 1, t),
     HOOK(CIM_TRZGetSMTPServer2InfoIPv6, Oem, u8, 1, t),
     HOOK(CIM_GetFirmwareUpdate, Default, &out.firmware, t),
     HOOK(CIM_BeginFirmwareUpdate, Oem, 1000, u8, t),

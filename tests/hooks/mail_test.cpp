@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr std::uint8_t channel = 1;
+constexpr std::uint8_t mailChannel = 1;
 constexpr std::size_t blockSize = 32;
 
 // A BMC whose texts are kept by their names.
@@ -59,16 +59,17 @@ TEST_F(MailHooks, destinationsComeAndGo) {
          {std::pair{0, 0}, {5, 31}, {32, 32}, {64, 256}, {63, 255}, {80, 300}}) {
         const std::string longSubject(static_cast<std::size_t>(subjectSize), 's');
         const std::string longMessage(static_cast<std::size_t>(messageSize), 'm');
-        ASSERT_EQ(CIM_TRZSetEmailDest(&session, 3, 7, longSubject.c_str(), longMessage.c_str(), channel, 30),
-                  0);
-        ASSERT_EQ(CIM_TRZGetEmailDest(&session, 3, &read, subject, message, channel, 30), 0);
+        ASSERT_EQ(
+            CIM_TRZSetEmailDest(&session, 3, 7, longSubject.c_str(), longMessage.c_str(), mailChannel, 30),
+            0);
+        ASSERT_EQ(CIM_TRZGetEmailDest(&session, 3, &read, subject, message, mailChannel, 30), 0);
         EXPECT_EQ(read, 7);
         EXPECT_EQ(subject, longSubject.substr(0, 64));
         EXPECT_EQ(message, longMessage.substr(0, 256));
     }
-    EXPECT_EQ((texts[{1, channel, 3}].size()), 256u);
+    EXPECT_EQ((texts[{1, mailChannel, 3}].size()), 256u);
     bmc.requests.clear();
-    EXPECT_EQ(CIM_TRZSetEmailDest(&session, 3, 0, "", "", channel, 30), 0);
+    EXPECT_EQ(CIM_TRZSetEmailDest(&session, 3, 0, "", "", mailChannel, 30), 0);
     EXPECT_EQ(bmc.requests.size(), 3u) << "an empty text is one block";
 }
 
@@ -88,20 +89,20 @@ TEST_F(MailHooks, failWhereTheBmcDoesNot) {
     CIM_SMTPInfo info{};
     char text[CIM_EMAIL_MESSAGE_SIZE + 1];
     server = {0x00, 1, 0, 25, 0, 192, 0, 2, 25}; // cut
-    EXPECT_EQ(CIM_TRZGetSMTPInfo(&session, &info, channel, 30), -1);
-    EXPECT_EQ(CIM_TRZGetSMTPServerInfo(&session, text, channel, 30), -1);
-    texts[{4, channel, 0}] = "secret";
+    EXPECT_EQ(CIM_TRZGetSMTPInfo(&session, &info, mailChannel, 30), -1);
+    EXPECT_EQ(CIM_TRZGetSMTPServerInfo(&session, text, mailChannel, 30), -1);
+    texts[{4, mailChannel, 0}] = "secret";
     server.resize(25);
     for (std::uint8_t which = 3; which <= 6; ++which) {
         bmc.respond = [&](const Bytes& request) {
             return request[1] == 0x42 && request[2] == which ? Bytes{0xD4} : respond(request);
         };
-        EXPECT_EQ(CIM_TRZGetSMTPInfo(&session, &info, channel, 30), -1);
+        EXPECT_EQ(CIM_TRZGetSMTPInfo(&session, &info, mailChannel, 30), -1);
         EXPECT_STREQ(info.password, "") << "nothing of a record that is not whole";
     }
     EXPECT_THAT(bmc.debugLog, testing::Not(testing::HasSubstr("secret")));
-    EXPECT_EQ(CIM_TRZSetEmailDest(&session, 3, 1, nullptr, "", channel, 30), -1);
-    EXPECT_EQ(CIM_TRZGetSMTP2Info(&session, nullptr, channel, 30), -1);
+    EXPECT_EQ(CIM_TRZSetEmailDest(&session, 3, 1, nullptr, "", mailChannel, 30), -1);
+    EXPECT_EQ(CIM_TRZGetSMTP2Info(&session, nullptr, mailChannel, 30), -1);
 }
 
 } // namespace

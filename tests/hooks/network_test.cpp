@@ -5,13 +5,13 @@ namespace {
 
 using testing::ElementsAre;
 
-constexpr std::uint8_t channel = 2;
+constexpr std::uint8_t lanChannel = 2;
 
 Bytes getParameter(std::uint8_t parameter, std::uint8_t set = 0) {
-    return {0x0C, 0x02, channel, parameter, set, 0};
+    return {0x0C, 0x02, lanChannel, parameter, set, 0};
 }
 Bytes setParameter(std::uint8_t parameter, const Bytes& value) {
-    Bytes request{0x0C, 0x01, channel, parameter};
+    Bytes request{0x0C, 0x01, lanChannel, parameter};
     request.insert(request.end(), value.begin(), value.end());
     return request;
 }
@@ -65,8 +65,8 @@ TEST_F(NetworkHooks, lansAreTheChannelsOfMediumLan) {
 TEST_F(NetworkHooks, changeIsOneCommand) {
     const std::uint8_t bytes[] = {192, 0, 2, 9};
     acceptChange(3, {192, 0, 2, 9});
-    EXPECT_EQ(CIM_SetIPv4Address(&session, bytes, channel, 30), 0);
-    EXPECT_NE(CIM_SetIPv4NetMask(&session, bytes, channel, 30), 0);
+    EXPECT_EQ(CIM_SetIPv4Address(&session, bytes, lanChannel, 30), 0);
+    EXPECT_NE(CIM_SetIPv4NetMask(&session, bytes, lanChannel, 30), 0);
     EXPECT_THAT(bmc.requests, ElementsAre(setParameter(3, {192, 0, 2, 9}), setParameter(6, {192, 0, 2, 9})));
 }
 
@@ -74,16 +74,17 @@ TEST_F(NetworkHooks, vlanIsAnIdAndABit) {
     std::uint8_t enabled = 9;
     std::uint16_t id = 9;
     std::uint8_t priority = 9;
-    EXPECT_EQ(CIM_GetVlanStatus(&session, &enabled, &id, &priority, channel, 30), -1); // C1h: no LAN at all
+    EXPECT_EQ(CIM_GetVlanStatus(&session, &enabled, &id, &priority, lanChannel, 30),
+              -1); // C1h: no LAN at all
     bmc.answers[getParameter(20)] = {0x80};
     bmc.answers[getParameter(21)] = {0xCC};
-    EXPECT_EQ(CIM_GetVlanStatus(&session, &enabled, &id, &priority, channel, 30), 0);
+    EXPECT_EQ(CIM_GetVlanStatus(&session, &enabled, &id, &priority, lanChannel, 30), 0);
     EXPECT_EQ(enabled, 0);
     EXPECT_EQ(id, 0);
     EXPECT_EQ(priority, 0);
     bmc.answers[getParameter(20)] = value({0xD2, 0xF4});
     bmc.answers[getParameter(21)] = value({0xFD});
-    EXPECT_EQ(CIM_GetVlanStatus(&session, &enabled, &id, &priority, channel, 30), 0);
+    EXPECT_EQ(CIM_GetVlanStatus(&session, &enabled, &id, &priority, lanChannel, 30), 0);
     EXPECT_EQ(enabled, 1);
     EXPECT_EQ(id, 1234);
     EXPECT_EQ(priority, 5);
@@ -92,7 +93,7 @@ TEST_F(NetworkHooks, vlanIsAnIdAndABit) {
 TEST_F(NetworkHooks, ipv6AddressesInUseAreListed) {
     CIM_IPv6Addresses list{};
     bmc.answers[getParameter(51)] = {0x80};
-    EXPECT_EQ(CIM_GetAllIPv6Addresses(&session, &list, channel, 30), 0); // a BMC of IPv4
+    EXPECT_EQ(CIM_GetAllIPv6Addresses(&session, &list, lanChannel, 30), 0); // a BMC of IPv4
     EXPECT_EQ(list.count, 0);
 
     bmc.answers[getParameter(51)] = value({0x02});
@@ -104,7 +105,7 @@ TEST_F(NetworkHooks, ipv6AddressesInUseAreListed) {
     bmc.answers[getParameter(59, 1)] = value(address(1, 0x02, 0x0D, 128));
     bmc.answers[getParameter(59, 2)] = value(address(2, 0x02, 0x0E, 128, 3)); // failed
     bmc.answers[getParameter(59, 3)] = value(Bytes(20, 0));                   // "::"
-    ASSERT_EQ(CIM_GetAllIPv6Addresses(&session, &list, channel, 30), 0);
+    ASSERT_EQ(CIM_GetAllIPv6Addresses(&session, &list, lanChannel, 30), 0);
     ASSERT_EQ(list.count, 3);
     EXPECT_EQ(list.addresses[0].address[15], 0x0A);
     EXPECT_EQ(list.addresses[0].origin, 0);
@@ -114,7 +115,7 @@ TEST_F(NetworkHooks, ipv6AddressesInUseAreListed) {
     EXPECT_EQ(list.addresses[2].origin, 2);
 
     bmc.answers[getParameter(51)] = value({0x00});
-    ASSERT_EQ(CIM_GetAllIPv6Addresses(&session, &list, channel, 30), 0);
+    ASSERT_EQ(CIM_GetAllIPv6Addresses(&session, &list, lanChannel, 30), 0);
     EXPECT_EQ(list.count, 0);
     bmc.answers[getParameter(51)] = value({0x01});
     bmc.answers[getParameter(55)] =
@@ -124,7 +125,7 @@ TEST_F(NetworkHooks, ipv6AddressesInUseAreListed) {
             bmc.answers[getParameter(56, set)] = has ? value(address(set, 0x80, set, 64)) : Bytes{0xC9};
         bmc.answers[getParameter(59, 0)] = value(address(7, 0x01, 0x0C, 64)); // not the set asked for
         bmc.requests.clear();
-        EXPECT_EQ(CIM_GetAllIPv6Addresses(&session, &list, channel, 30) == 0, has);
+        EXPECT_EQ(CIM_GetAllIPv6Addresses(&session, &list, lanChannel, 30) == 0, has);
         EXPECT_LE(bmc.requests.size(), 2U + CIM_MAX_IPV6_ADDRESSES + 1);
     }
     EXPECT_EQ(list.count, CIM_MAX_IPV6_ADDRESSES);
@@ -156,7 +157,7 @@ TEST_F(NetworkHooks, ipv6RoutersInUseAreListed) {
     for (const auto& [control, expected] : cases) {
         bmc.answers[getParameter(64)] = control;
         CIM_IPv6Routers routers{};
-        ASSERT_EQ(CIM_GetIPv6Routers(&session, &routers, channel, 30), 0);
+        ASSERT_EQ(CIM_GetIPv6Routers(&session, &routers, lanChannel, 30), 0);
         Last found;
         for (int i = 0; i < routers.count; ++i)
             found.push_back(routers.addresses[i][15]);
@@ -164,20 +165,20 @@ TEST_F(NetworkHooks, ipv6RoutersInUseAreListed) {
     }
     bmc.answers[getParameter(51)] = value({0x00});
     CIM_IPv6Routers routers{9, {}};
-    EXPECT_EQ(CIM_GetIPv6Routers(&session, &routers, channel, 30), 0);
+    EXPECT_EQ(CIM_GetIPv6Routers(&session, &routers, lanChannel, 30), 0);
     EXPECT_EQ(routers.count, 0);
 }
 
 // Network function 30h, command 27h: what it says of servers and names is taken only as far as it makes sense.
 TEST_F(NetworkHooks, dnsSettingsAreReadBlockByBlock) {
-    const auto block = [](std::uint8_t number) { return Bytes{0x30, 0x27, channel, 4, 1, number}; };
+    const auto block = [](std::uint8_t number) { return Bytes{0x30, 0x27, lanChannel, 4, 1, number}; };
     const auto filled = [](Bytes bytes) {
         bytes.insert(bytes.begin(), 0x00);
         bytes.resize(33);
         return bytes;
     };
     CIM_DNSConfig dns{};
-    EXPECT_EQ(CIM_GetDNSConfig(&session, &dns, channel, 4, 1, 30), 0);
+    EXPECT_EQ(CIM_GetDNSConfig(&session, &dns, lanChannel, 4, 1, 30), 0);
     EXPECT_EQ(dns.isSupported, 0) << "a BMC without the command";
     bmc.answers[block(0)] = filled({0xFE, 0xFD, 9, 192, 0, 2, 53});
     bmc.answers[block(1)] = filled({});
@@ -185,7 +186,7 @@ TEST_F(NetworkHooks, dnsSettingsAreReadBlockByBlock) {
     bmc.answers[block(4)] = filled(Bytes(32, 'a'));
     bmc.answers[block(5)] = filled({'.', 'e', 'u', 0, 'x'});
     bmc.requests.clear();
-    ASSERT_EQ(CIM_GetDNSConfig(&session, &dns, channel, 4, 1, 30), 0);
+    ASSERT_EQ(CIM_GetDNSConfig(&session, &dns, lanChannel, 4, 1, 30), 0);
     EXPECT_EQ(bmc.requests.size(), 5U) << "names are read as far as they go";
     EXPECT_EQ(dns.isSupported, 1);
     EXPECT_EQ(dns.registersAddress, 0);
@@ -196,10 +197,10 @@ TEST_F(NetworkHooks, dnsSettingsAreReadBlockByBlock) {
     EXPECT_EQ(dns.domainName, std::string(32, 'a') + ".eu");
     for (const Bytes& wrong : {Bytes{0xC9}, Bytes{0x00, 'a'}, filled({'b', 0xFC}), filled({'b', '\n'})}) {
         bmc.answers[block(2)] = wrong;
-        EXPECT_NE(CIM_GetDNSConfig(&session, &dns, channel, 4, 1, 30), 0);
+        EXPECT_NE(CIM_GetDNSConfig(&session, &dns, lanChannel, 4, 1, 30), 0);
     }
     bmc.answers[block(2)] = bmc.answers[block(3)] = filled(Bytes(32, 'h'));
-    EXPECT_NE(CIM_GetDNSConfig(&session, &dns, channel, 4, 1, 30), 0) << "a name without an end";
+    EXPECT_NE(CIM_GetDNSConfig(&session, &dns, lanChannel, 4, 1, 30), 0) << "a name without an end";
 }
 
 TEST_F(NetworkHooks, ipv6SourceFollowsAddressAndRouters) {
@@ -213,7 +214,7 @@ TEST_F(NetworkHooks, ipv6SourceFollowsAddressAndRouters) {
         bmc.answers[getParameter(56)] = value(address(0, source, 1, 48));
         bmc.answers[getParameter(64)] = routers;
         CIM_IPv6NetworkCfg configuration{};
-        ASSERT_EQ(CIM_GetIPv6NetworkCfg(&session, &configuration, channel, 30), 0);
+        ASSERT_EQ(CIM_GetIPv6NetworkCfg(&session, &configuration, lanChannel, 30), 0);
         EXPECT_EQ(configuration.source, expected);
         EXPECT_EQ(configuration.prefixLength, 48);
     }
@@ -225,18 +226,18 @@ TEST_F(NetworkHooks, aBmcMayHaveNoStaticIpv6Address) {
     bmc.answers[getParameter(64)] = value({0x01});
     bmc.answers[getParameter(65)] = {0x80};
     CIM_IPv6NetworkCfg configuration{};
-    EXPECT_NE(CIM_GetIPv6NetworkCfg(&session, &configuration, channel, 30), 0) << "nor IPv6 at all";
+    EXPECT_NE(CIM_GetIPv6NetworkCfg(&session, &configuration, lanChannel, 30), 0) << "nor IPv6 at all";
     bmc.answers[getParameter(51)] = value({0x00});
-    ASSERT_EQ(CIM_GetIPv6NetworkCfg(&session, &configuration, channel, 30), 0);
+    ASSERT_EQ(CIM_GetIPv6NetworkCfg(&session, &configuration, lanChannel, 30), 0);
     EXPECT_EQ(configuration.source, CIM_ADDRESS_SOURCE_DYNAMIC);
     EXPECT_EQ(configuration.prefixLength, 0);
 
     acceptChange(51, {0x02});
     acceptChange(64, {0x02});
     bmc.requests.clear();
-    EXPECT_NE(CIM_SetIPv6Source(&session, CIM_ADDRESS_SOURCE_STATIC, channel, 30), 0);
+    EXPECT_NE(CIM_SetIPv6Source(&session, CIM_ADDRESS_SOURCE_STATIC, lanChannel, 30), 0);
     EXPECT_THAT(bmc.requests, ElementsAre(getParameter(56))) << "refused before anything is changed";
-    EXPECT_EQ(CIM_SetIPv6Source(&session, CIM_ADDRESS_SOURCE_DYNAMIC, channel, 30), 0);
+    EXPECT_EQ(CIM_SetIPv6Source(&session, CIM_ADDRESS_SOURCE_DYNAMIC, lanChannel, 30), 0);
     EXPECT_EQ(bmc.requests.back(), setParameter(64, {0x02}));
 }
 
@@ -246,19 +247,19 @@ TEST_F(NetworkHooks, ipv6ChangesKeepWhatTheyDoNotChange) {
     bmc.answers[getParameter(56)] = value(address(0, 0x80, 1, 48));
     acceptChange(51, {0x02});
     acceptChange(64, {0x01});
-    EXPECT_EQ(CIM_SetIPv6Source(&session, CIM_ADDRESS_SOURCE_STATIC, channel, 30), 0);
+    EXPECT_EQ(CIM_SetIPv6Source(&session, CIM_ADDRESS_SOURCE_STATIC, lanChannel, 30), 0);
 
     const std::uint8_t bytes[16] = {0x20, 0x01, 0x0D, 0xB8, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 9};
     acceptChange(56, address(0, 0x80, 9, 48));
-    EXPECT_EQ(CIM_SetIPv6Address(&session, bytes, channel, 30), 0);
+    EXPECT_EQ(CIM_SetIPv6Address(&session, bytes, lanChannel, 30), 0);
     acceptChange(56, address(0, 0x80, 1, 56));
-    EXPECT_EQ(CIM_SetIPv6Prefix(&session, 56, channel, 30), 0);
-    EXPECT_NE(CIM_SetIPv6Prefix(&session, 129, channel, 30), 0);
+    EXPECT_EQ(CIM_SetIPv6Prefix(&session, 56, lanChannel, 30), 0);
+    EXPECT_NE(CIM_SetIPv6Prefix(&session, 129, lanChannel, 30), 0);
 
     acceptChange(64, {0x02});
     acceptChange(56, address(0, 0x00, 1, 48));
-    EXPECT_EQ(CIM_SetIPv6Source(&session, CIM_ADDRESS_SOURCE_DYNAMIC, channel, 30), 0);
-    EXPECT_NE(CIM_SetIPv6Source(&session, 3, channel, 30), 0);
+    EXPECT_EQ(CIM_SetIPv6Source(&session, CIM_ADDRESS_SOURCE_DYNAMIC, lanChannel, 30), 0);
+    EXPECT_NE(CIM_SetIPv6Source(&session, 3, lanChannel, 30), 0);
 }
 
 // Names that would break keys and file names are not taken.

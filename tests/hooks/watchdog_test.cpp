@@ -5,7 +5,7 @@ namespace {
 
 using testing::ElementsAre;
 
-const Bytes get{0x06, 0x25};
+const Bytes getTimer{0x06, 0x25};
 
 class WatchdogHooks : public HookTest {
 protected:
@@ -13,7 +13,7 @@ protected:
 };
 
 TEST_F(WatchdogHooks, timerIsReadAndWrittenField) {
-    bmc.answers[get] = {0x00, 0xC4, 0x21, 30, 0x15, 0x70, 0x17, 0x34, 0x12};
+    bmc.answers[getTimer] = {0x00, 0xC4, 0x21, 30, 0x15, 0x70, 0x17, 0x34, 0x12};
     ASSERT_EQ(CIM_GetWatchdogTimer(&session, &timer, 30), 0);
     EXPECT_TRUE(timer.isSupported == 1 && timer.isRunning == 1 && timer.doesNotLog == 1);
     EXPECT_EQ(timer.use, CIM_WATCHDOG_OS);
@@ -39,11 +39,11 @@ TEST_F(WatchdogHooks, timerIsReadAndWrittenField) {
 TEST_F(WatchdogHooks, timerMayBeMissing) {
     ASSERT_EQ(CIM_GetWatchdogTimer(&session, &timer, 30), 0) << "C1h";
     EXPECT_EQ(timer.isSupported, 0);
-    bmc.answers[get] = {0x00, 0x04, 0x01, 0, 0, 0x64, 0x00}; // a BMC that does not say what remains
+    bmc.answers[getTimer] = {0x00, 0x04, 0x01, 0, 0, 0x64, 0x00}; // a BMC that does not say what remains
     ASSERT_EQ(CIM_GetWatchdogTimer(&session, &timer, 30), 0);
     EXPECT_TRUE(timer.isSupported == 1 && timer.interval == 100 && timer.remaining == 0);
     for (const Bytes& trouble : {Bytes{0xD4}, Bytes{0x00, 0x04, 0x01, 0, 0, 0x64}}) {
-        bmc.answers[get] = trouble;
+        bmc.answers[getTimer] = trouble;
         EXPECT_EQ(CIM_GetWatchdogTimer(&session, &timer, 30), -1);
     }
     bmc.answers[{0x06, 0x22}] = {0x80};

@@ -7,14 +7,13 @@ using broker::Instance;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr const char* destinationClass = "CIM_ListenerDestinationCIMXML";
 constexpr const char* url = "http://192.0.2.9:5988/listener";
 constexpr const char* invalidDestination = "Empty/Invalid value for property 'Destination'";
 
 class CimxmlDestinations : public Indications {
 protected:
     static Instance destination(const std::string& name, const std::string& value = url) {
-        return instance(destinationClass, name, {{"Destination", text(value)}});
+        return instance(cimxml, name, {{"Destination", text(value)}});
     }
     static std::string stored(const char* name) {
         CimxmlDestinationRow row{};
@@ -38,18 +37,18 @@ TEST(CimxmlUrl, hasAnAddressAndAPort) {
 }
 
 TEST_F(CimxmlDestinations, liveInTheDatabase) {
-    EXPECT_THAT(list(destinationClass), IsEmpty());
+    EXPECT_THAT(list(cimxml), IsEmpty());
     const broker::Reply created = create(destination("CIMXML-7"));
     ASSERT_THAT(created, Succeeds());
-    EXPECT_THAT(created.paths, ElementsAre(path(destinationClass, "CIMXML-7")));
+    EXPECT_THAT(created.paths, ElementsAre(path(cimxml, "CIMXML-7")));
     ASSERT_THAT(create(destination("CIMXML-")), Succeeds());
     EXPECT_THAT(create(destination("CIMXML-7")), Refuses(1, "Instance already exists"));
     EXPECT_EQ(stored("CIMXML-7"), url);
 
-    const auto all = list(destinationClass);
+    const auto all = list(cimxml);
     ASSERT_EQ(all.size(), 2U);
     EXPECT_EQ(textOf(all[0], "SystemCreationClassName"), "CIM_SPComputerSystem");
-    EXPECT_EQ(textOf(all[0], "CreationClassName"), destinationClass);
+    EXPECT_EQ(textOf(all[0], "CreationClassName"), cimxml);
     EXPECT_EQ(textOf(all[0], "SystemName"), "controller");
     EXPECT_EQ(textOf(all[0], "Name"), "CIMXML-7");
     EXPECT_EQ(textOf(all[0], "ElementName"), "CIMXML WBEM Destination");
@@ -59,9 +58,9 @@ TEST_F(CimxmlDestinations, liveInTheDatabase) {
 
     EXPECT_THAT(modify(destination("CIMXML-7", "http://192.0.2.10:80")), Succeeds());
     EXPECT_EQ(stored("CIMXML-7"), "http://192.0.2.10:80");
-    EXPECT_THAT(remove(path(destinationClass, "CIMXML-7")), Succeeds());
+    EXPECT_THAT(remove(path(cimxml, "CIMXML-7")), Succeeds());
     EXPECT_EQ(stored("CIMXML-7"), "(none)");
-    EXPECT_THAT(names(destinationClass), ElementsAre("CIMXML-"));
+    EXPECT_THAT(names(cimxml), ElementsAre("CIMXML-"));
 }
 
 TEST_F(CimxmlDestinations, whatCannotBeDoneIsRefusedWithItsReason) {
@@ -77,7 +76,7 @@ TEST_F(CimxmlDestinations, whatCannotBeDoneIsRefusedWithItsReason) {
     EXPECT_THAT(modify(destination("CIMXML-7", longUrl)), Refuses(1, "SetInstance Failed"));
     EXPECT_THAT(modify(destination("CIMXML-7", "http://host:80")), Refuses(7, invalidDestination));
     EXPECT_THAT(modify(destination("CIMXML-8")), Refuses(1, "Given instance does not exist"));
-    EXPECT_THAT(remove(path(destinationClass, "CIMXML-8")), Refuses(1, "Given instance does not exist"));
+    EXPECT_THAT(remove(path(cimxml, "CIMXML-8")), Refuses(1, "Given instance does not exist"));
 
     Instance bare = destination("CIMXML-8");
     bare.properties.clear();

@@ -5,10 +5,6 @@ namespace {
 
 using broker::Reply;
 
-constexpr const char* filterClass = "CIM_IndicationFilter";
-constexpr const char* cimxml = "CIM_ListenerDestinationCIMXML";
-constexpr const char* smtp = "CIM_ListenerDestinationSMTP";
-constexpr const char* snmp = "CIM_ListenerDestinationSNMP";
 constexpr const char* enabled = "IndicationFilter:IPMIPEF-1-3";
 constexpr const char* disabled = "IndicationFilter:IPMIPEF-1-4";
 constexpr const char* stored = "IndicationFilter:CIMXML-7";

@@ -12,7 +12,6 @@ using broker::Reply;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr const char* filterClass = "CIM_IndicationFilter";
 constexpr const char* critical = "select * from CIM_AlertIndication where PerceivedSeverity=6";
 constexpr const char* invalidQuery =
     "CQL QueryCompilation Error - Check syntax / filter properties NOTE : Only (AlertingManagedElement & "

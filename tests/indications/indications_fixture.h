@@ -12,6 +12,11 @@
 
 using Bytes = std::vector<std::uint8_t>;
 
+inline constexpr const char* filterClass = "CIM_IndicationFilter";
+inline constexpr const char* cimxml = "CIM_ListenerDestinationCIMXML";
+inline constexpr const char* smtp = "CIM_ListenerDestinationSMTP";
+inline constexpr const char* snmp = "CIM_ListenerDestinationSNMP";
+
 class Indications : public ManagedBmc {
 protected:
     const ClassRequests& requests(const broker::ObjectPath& object) const {

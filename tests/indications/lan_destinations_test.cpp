@@ -10,8 +10,6 @@ using broker::Instance;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr const char* smtp = "CIM_ListenerDestinationSMTP";
-constexpr const char* snmp = "CIM_ListenerDestinationSNMP";
 constexpr const char* invalidName = "Name Format Error / Index threshold error - Check the requested Name \n";
 constexpr const char* active = "Requested Destination Index already active\n";
 

@@ -6,7 +6,7 @@ namespace {
 
 using testing::ElementsAre;
 
-constexpr char model[] = R"({
+constexpr char hostModel[] = R"({
     "systemInfo": {"primaryOsName": "Debian GNU/Linux", "osName": "Example OS", "osVersion": "12.8"},
     "chassis": {"softOffDelay": 0},
     "sensors": [
@@ -19,7 +19,7 @@ constexpr char model[] = R"({
 
 class OperatingSystem : public ManagedBmc {
 protected:
-    OperatingSystem() : ManagedBmc(model) {}
+    OperatingSystem() : ManagedBmc(hostModel) {}
 
     // EnabledState, OperationalStatus, HealthState.
     std::vector<std::string> state() const {

@@ -15,7 +15,6 @@ using testing::IsEmpty;
 constexpr char settingClass[] = "CIM_StaticIPAssignmentSettingData";
 constexpr char serviceMethod[] = "ApplySettingToIPProtocolEndpoint";
 namespace parameter = ipmi::lan::parameter;
-constexpr CMPIrc invalid = CMPI_RC_ERR_INVALID_PARAMETER;
 
 class Assignment : public Network {
 protected:

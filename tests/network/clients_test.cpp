@@ -9,8 +9,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-constexpr CMPIrc invalid = CMPI_RC_ERR_INVALID_PARAMETER;
-constexpr char settingClass[] = "CIM_DNSSettingData";
+constexpr char dnsSettingClass[] = "CIM_DNSSettingData";
 constexpr char generalClass[] = "CIM_DNSGeneralSettingData";
 namespace oem = ipmi::oem;
 
@@ -125,8 +124,8 @@ TEST_F(Clients, ofDnsShowWhatIsUsedAndWhatIsSet) {
     EXPECT_THAT(all("CIM_DNSProtocolEndpoint", "RegisterThisConnectionsAddress"),
                 ElementsAre("TRUE", "FALSE", "FALSE"));
     EXPECT_EQ(get("CIM_DNSProtocolEndpoint", "DNSSuffixesToAppend"), "{\"example.com\", \"example.org\"}");
-    EXPECT_THAT(all(settingClass, "DomainName"), ElementsAre("lab.example.com", "", "old.example.com"));
-    EXPECT_THAT(all(settingClass, "DNSServerAddresses"),
+    EXPECT_THAT(all(dnsSettingClass, "DomainName"), ElementsAre("lab.example.com", "", "old.example.com"));
+    EXPECT_THAT(all(dnsSettingClass, "DNSServerAddresses"),
                 ElementsAre("{\"192.0.2.53\"}", "<none>", "{\"192.0.2.53\"}"));
     EXPECT_THAT(all("CIM_RemoteServiceAccessPoint", "ElementName"),
                 ElementsAre("Default Gateway 1 of eth0", "DNS Server 1 of eth0", "Default Gateway 1 of eth0",
@@ -144,27 +143,27 @@ TEST_F(Clients, ofDnsShowWhatIsUsedAndWhatIsSet) {
 // A BMC without the command has no DNS client; one that refuses it, as a busy one, does not tell.
 TEST_F(Clients, ofDnsAreThoseThatTheBmcTellsOf) {
     bmc().addFault({.netFn = oem::getDns.netFn, .command = oem::getDns.number, .value = 0xC1});
-    for (const char* className : {"CIM_DNSProtocolEndpoint", settingClass, generalClass})
+    for (const char* className : {"CIM_DNSProtocolEndpoint", dnsSettingClass, generalClass})
         EXPECT_THAT(list(className), IsEmpty()) << className;
     EXPECT_EQ(get("CIM_DHCPCapabilities", "OptionsSupported"), "{3, 5}");
     EXPECT_THAT(all("CIM_RemoteServiceAccessPoint", "AccessContext"), ElementsAre("2", "2", "2", "2"));
     bmc().clearFaults();
     failCommand(oem::getDns, 2); // behind the settings of all clients
-    EXPECT_THAT(all(settingClass, "InstanceID"), SizeIs(3));
+    EXPECT_THAT(all(dnsSettingClass, "InstanceID"), SizeIs(3));
     failCommand(oem::getDns, 2);
-    EXPECT_THAT(all(settingClass, "DomainName"), ElementsAre("<none>", "<none>", "<none>"));
+    EXPECT_THAT(all(dnsSettingClass, "DomainName"), ElementsAre("<none>", "<none>", "<none>"));
     failCommand(oem::getDns);
-    EXPECT_EQ(broker.enumerateInstances(path(settingClass)).code, CMPI_RC_ERR_FAILED);
+    EXPECT_EQ(broker.enumerateInstances(path(dnsSettingClass)).code, CMPI_RC_ERR_FAILED);
 }
 
 TEST_F(Clients, ofDnsTakeSettings) {
     const Reply reply =
-        modify(settingClass, {{"DomainName", text("new.example.com")},
-                              {"RequestedHostname", text("bmc-7")},
-                              {"UseSuffixWhenRegistering", {CMPI_boolean, true}},
-                              {"RegisterThisConnectionsAddress", {CMPI_boolean, false}},
-                              {"DNSServerAddresses", texts({"192.0.2.4", "192.0.2.5", "192.0.2.6"})},
-                              {"DHCPOptionsToUse", arrayOf(CMPI_uint16, {number(14)})}});
+        modify(dnsSettingClass, {{"DomainName", text("new.example.com")},
+                                 {"RequestedHostname", text("bmc-7")},
+                                 {"UseSuffixWhenRegistering", {CMPI_boolean, true}},
+                                 {"RegisterThisConnectionsAddress", {CMPI_boolean, false}},
+                                 {"DNSServerAddresses", texts({"192.0.2.4", "192.0.2.5", "192.0.2.6"})},
+                                 {"DHCPOptionsToUse", arrayOf(CMPI_uint16, {number(14)})}});
     EXPECT_TRUE(reply.ok()) << reply.message;
     const std::pair<const char*, const char*> expected[] = {
         {"DomainName", "new.example.com"},
@@ -174,14 +173,15 @@ TEST_F(Clients, ofDnsTakeSettings) {
         {"DNSServerAddresses", R"({"192.0.2.4", "192.0.2.5", "192.0.2.6"})"},
         {"DHCPOptionsToUse", "{14}"}};
     for (const auto& [property, value] : expected)
-        EXPECT_EQ(get(settingClass, property), value);
-    EXPECT_EQ(textOf(instance(settingClass, 2), "DomainName"), "old.example.com") << "that is another LAN's";
-    EXPECT_TRUE(modify(settingClass, {{"DNSServerAddresses", texts({"2001:db8::53"})}}, 1).ok());
-    EXPECT_EQ(textOf(instance(settingClass, 1), "DNSServerAddresses"), R"({"2001:db8::53"})");
-    EXPECT_TRUE(modify(settingClass, {{"DNSServerAddresses", texts({})}}, 1).ok());
-    EXPECT_EQ(textOf(instance(settingClass, 1), "DNSServerAddresses"), "<none>");
+        EXPECT_EQ(get(dnsSettingClass, property), value);
+    EXPECT_EQ(textOf(instance(dnsSettingClass, 2), "DomainName"), "old.example.com")
+        << "that is another LAN's";
+    EXPECT_TRUE(modify(dnsSettingClass, {{"DNSServerAddresses", texts({"2001:db8::53"})}}, 1).ok());
+    EXPECT_EQ(textOf(instance(dnsSettingClass, 1), "DNSServerAddresses"), R"({"2001:db8::53"})");
+    EXPECT_TRUE(modify(dnsSettingClass, {{"DNSServerAddresses", texts({})}}, 1).ok());
+    EXPECT_EQ(textOf(instance(dnsSettingClass, 1), "DNSServerAddresses"), "<none>");
 
-    EXPECT_TRUE(modify(settingClass, {}).ok());
+    EXPECT_TRUE(modify(dnsSettingClass, {}).ok());
     EXPECT_THAT(requests(oem::setDns), IsEmpty()) << "nothing is changed";
 
     const Reply general = modify(generalClass, {{"AppendParentSuffixes", {CMPI_boolean, true}},
@@ -205,24 +205,25 @@ TEST_F(Clients, ofDnsRefuseWhatIsWrongAndChangeNothing) {
         broker::Value value;
         std::string message;
     } cases[] = {
-        {settingClass, "RequestedHostname", text("bmc_7"), notHost},
-        {settingClass, "RequestedHostname", text("bmc.example"), notHost},
-        {settingClass, "RequestedHostname", text("-bmc"), notHost},
-        {settingClass, "RequestedHostname", text("b\xC3\xBC"), notHost},
-        {settingClass, "RequestedHostname", text(label), notHost},
-        {settingClass, "DomainName", text("example..com"), "DomainName is no domain name"},
-        {settingClass, "DomainName", text("example.com."), "DomainName is no domain name"},
-        {settingClass, "DomainName", text(domain), "DomainName is no domain name"},
-        {settingClass, "DomainName", number(1), "DomainName is no domain name"},
-        {settingClass, "DNSServerAddresses", texts({"192.0.2.4", "192.0.2.256"}), notServer},
-        {settingClass, "DNSServerAddresses", texts({"2001:db8::53"}), notServer},
-        {settingClass, "DNSServerAddresses", texts({"0.0.0.0"}), notServer},
-        {settingClass, "DNSServerAddresses", texts({"192.0.2.1", "192.0.2.2", "192.0.2.3", "192.0.2.4"}),
+        {dnsSettingClass, "RequestedHostname", text("bmc_7"), notHost},
+        {dnsSettingClass, "RequestedHostname", text("bmc.example"), notHost},
+        {dnsSettingClass, "RequestedHostname", text("-bmc"), notHost},
+        {dnsSettingClass, "RequestedHostname", text("b\xC3\xBC"), notHost},
+        {dnsSettingClass, "RequestedHostname", text(label), notHost},
+        {dnsSettingClass, "DomainName", text("example..com"), "DomainName is no domain name"},
+        {dnsSettingClass, "DomainName", text("example.com."), "DomainName is no domain name"},
+        {dnsSettingClass, "DomainName", text(domain), "DomainName is no domain name"},
+        {dnsSettingClass, "DomainName", number(1), "DomainName is no domain name"},
+        {dnsSettingClass, "DNSServerAddresses", texts({"192.0.2.4", "192.0.2.256"}), notServer},
+        {dnsSettingClass, "DNSServerAddresses", texts({"2001:db8::53"}), notServer},
+        {dnsSettingClass, "DNSServerAddresses", texts({"0.0.0.0"}), notServer},
+        {dnsSettingClass, "DNSServerAddresses", texts({"192.0.2.1", "192.0.2.2", "192.0.2.3", "192.0.2.4"}),
          "DNSServerAddresses has more than 3 addresses, which the BMC has no room for"},
-        {settingClass, "DHCPOptionsToUse", arrayOf(CMPI_uint16, {number(8), number(3)}),
+        {dnsSettingClass, "DHCPOptionsToUse", arrayOf(CMPI_uint16, {number(8), number(3)}),
          "DHCPOptionsToUse has another number than 8, 14 and 17"},
-        {settingClass, "UseSuffixWhenRegistering", text("perhaps"), "UseSuffixWhenRegistering is no boolean"},
-        {settingClass, "ElementName", text("Mine"), "Invalid Property(s): ElementName"},
+        {dnsSettingClass, "UseSuffixWhenRegistering", text("perhaps"),
+         "UseSuffixWhenRegistering is no boolean"},
+        {dnsSettingClass, "ElementName", text("Mine"), "Invalid Property(s): ElementName"},
         {generalClass, "DNSSuffixesToAppend", texts({"a", "b", "c", "d", "e", "f", "g"}),
          "DNSSuffixesToAppend has more than 6 names, which the BMC has no room for"},
         {generalClass, "DNSSuffixesToAppend", texts({"a b"}),
@@ -243,8 +244,8 @@ TEST_F(Clients, ofDnsRefuseWhatIsWrongAndChangeNothing) {
     }
     EXPECT_EQ(
         broker
-            .modifyInstance(path(settingClass, {{"InstanceID", text("DNSSettingData9*Channel-1*eth0-4")}}),
-                            instance(settingClass))
+            .modifyInstance(path(dnsSettingClass, {{"InstanceID", text("DNSSettingData9*Channel-1*eth0-4")}}),
+                            instance(dnsSettingClass))
             .code,
         CMPI_RC_ERR_NOT_FOUND);
 }
@@ -252,13 +253,13 @@ TEST_F(Clients, ofDnsRefuseWhatIsWrongAndChangeNothing) {
 // The settings change with their last block, whatever becomes of those before.
 TEST_F(Clients, ofDnsKeepTheirSettingsWhenTheBmcRefusesABlock) {
     bmc().addFault({.netFn = oem::setDns.netFn, .command = oem::setDns.number, .value = 0xD5, .skip = 11});
-    EXPECT_THAT(modify(settingClass, {{"DomainName", text("new.example.com")}}),
+    EXPECT_THAT(modify(dnsSettingClass, {{"DomainName", text("new.example.com")}}),
                 Refuses(CMPI_RC_ERR_FAILED, "The BMC refuses the DNS settings"));
     EXPECT_EQ(requests(oem::setDns).size(), 12U);
-    EXPECT_EQ(get(settingClass, "DomainName"), "lab.example.com");
+    EXPECT_EQ(get(dnsSettingClass, "DomainName"), "lab.example.com");
     bmc().clearFaults();
-    EXPECT_TRUE(modify(settingClass, {{"DomainName", text("new.example.com")}}).ok());
-    EXPECT_EQ(get(settingClass, "DomainName"), "new.example.com");
+    EXPECT_TRUE(modify(dnsSettingClass, {{"DomainName", text("new.example.com")}}).ok());
+    EXPECT_EQ(get(dnsSettingClass, "DomainName"), "new.example.com");
 }
 
 } // namespace

@@ -17,6 +17,8 @@ inline constexpr char twoLans[] = R"({"lans": [
      "ipv6": {"enables": "off"}}],
   "interfaces": {"bond": {"members": [1, 2]}, "ethernet": {"wakeOnLan": true, "mtu": 9000}}})";
 
+inline constexpr CMPIrc invalid = CMPI_RC_ERR_INVALID_PARAMETER;
+
 class Network : public ManagedBmc {
 protected:
     Network() : ManagedBmc(twoLans) { broker.loadProvider(paths::providerModule, "ProviderHelper"); }

@@ -7,10 +7,8 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr auto getConfiguration = ipmi::oem::getServiceConfiguration,
-               setConfiguration = ipmi::oem::setServiceConfiguration;
 constexpr const char* internalError = "Internal Error : Failed to invoke method";
-constexpr const char* jobName = "SSHProtocolService_RequestStateChange";
+constexpr const char* sshJob = "SSHProtocolService_RequestStateChange";
 
 class Services : public ServiceRequests {
 protected:
@@ -105,13 +103,13 @@ TEST_F(Services, theJobTellsHowItEnded) {
     const auto reply = request("SSHProtocolService", 3);
     EXPECT_EQ(reply.values, std::vector{number(0, CMPI_uint32)});
     EXPECT_FALSE(reply.done) << "the provider closes it";
-    EXPECT_EQ(jobOf(reply), Job::completed(jobName));
+    EXPECT_EQ(jobOf(reply), Job::completed(sshJob));
 
     failCommand(setConfiguration);
     const auto failed = request("SSHProtocolService", 3);
     EXPECT_EQ(failed.code, CMPI_RC_ERR_FAILED);
     EXPECT_EQ(failed.message, internalError);
-    EXPECT_EQ(jobOf(failed), Job::failed(jobName));
+    EXPECT_EQ(jobOf(failed), Job::failed(sshJob));
 }
 
 TEST_F(Services, everyCommandThatFailsFailsTheReset) {
@@ -167,7 +165,7 @@ TEST_F(Services, refuseWrongRequests) {
     const auto none = request("SSHProtocolService", 4);
     EXPECT_EQ(none.code, CMPI_RC_ERR_INVALID_PARAMETER);
     EXPECT_EQ(none.message, "Invalid Parameter value");
-    EXPECT_EQ(jobOf(none), Job::failed(jobName));
+    EXPECT_EQ(jobOf(none), Job::failed(sshJob));
     EXPECT_TRUE(isEnabled("ssh"));
 }
 

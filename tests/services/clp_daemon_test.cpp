@@ -13,7 +13,7 @@ constexpr char daemonAndClient[] = "  100 ?        Ss     0:00 /usr/local/bin/sm
 constexpr char unrelated[] = "  300 pts/1    S+     0:00 grep smashclpd\n"
                              "  400 pts/1    S+     0:00 vi notes\n";
 
-class ClpDaemon : public ServiceRequests {
+class ClpDaemonCommands : public ServiceRequests {
 protected:
     // The failure's text, "" for success.
     static std::string change(std::uint16_t state) {
@@ -24,7 +24,7 @@ protected:
     }
 };
 
-TEST_F(ClpDaemon, isFoundInTheProcessList) {
+TEST_F(ClpDaemonCommands, isFoundInTheProcessList) {
     const std::tuple<const char*, std::string, int, int> cases[] = {
         {"both", daemonAndClient, 0, 0},
         {"the daemon", daemonOnly, 0, -1},
@@ -42,7 +42,7 @@ TEST_F(ClpDaemon, isFoundInTheProcessList) {
     }
 }
 
-TEST_F(ClpDaemon, startsOnce) {
+TEST_F(ClpDaemonCommands, startsOnce) {
     write("/tmp/smash.pid", "1");
     std::filesystem::create_directories(sysroot.place("/tmp/smash-sessions/1"));
     write("/tmp/other", "stays");
@@ -57,7 +57,7 @@ TEST_F(ClpDaemon, startsOnce) {
     EXPECT_THAT(platformCalls.pauses, IsEmpty());
 }
 
-TEST_F(ClpDaemon, isHungUpOnAfterItsClients) {
+TEST_F(ClpDaemonCommands, isHungUpOnAfterItsClients) {
     write("/processes", daemonAndClient);
     EXPECT_EQ(change(3), "");
     EXPECT_THAT(commands(), ElementsAre("killall smashclp", "killall -1 smashclpd"));
@@ -70,7 +70,7 @@ TEST_F(ClpDaemon, isHungUpOnAfterItsClients) {
     EXPECT_THAT(commands(), IsEmpty());
 }
 
-TEST_F(ClpDaemon, isResetWhateverItsState) {
+TEST_F(ClpDaemonCommands, isResetWhateverItsState) {
     write("/tmp/smash.pid", "1");
     write("/processes", daemonAndClient);
     EXPECT_EQ(change(11), "");
@@ -84,7 +84,7 @@ TEST_F(ClpDaemon, isResetWhateverItsState) {
     EXPECT_EQ(change(11), "");
 }
 
-TEST_F(ClpDaemon, isAServiceLikeTheOthers) {
+TEST_F(ClpDaemonCommands, isAServiceLikeTheOthers) {
     constexpr const char* jobName = "CLPProtocolService_RequestStateChange";
     EXPECT_EQ(change(4), "RequestedState value is Invalid");
     EXPECT_THAT(commands(), IsEmpty());

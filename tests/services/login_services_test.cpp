@@ -11,9 +11,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-constexpr auto getConfiguration = ipmi::oem::getServiceConfiguration,
-               setConfiguration = ipmi::oem::setServiceConfiguration;
-
 constexpr char model[] = R"({"services": [
     {"name": "web", "port": 80, "securePort": 443}, {"name": "kvm", "port": 5900, "securePort": 5900},
     {"name": "ssh", "securePort": 22, "timeout": 600, "maxSessions": 8, "activeSessions": 2},

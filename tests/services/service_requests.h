@@ -1,8 +1,12 @@
 // Requests to CIM_ProtocolService.
 #pragma once
 
+#include "ipmi/oem_commands.h"
 #include "managed_bmc.h"
 #include "provider_helper/services.h"
+
+inline constexpr auto getConfiguration = ipmi::oem::getServiceConfiguration,
+                      setConfiguration = ipmi::oem::setServiceConfiguration;
 
 class ServiceRequests : public ManagedBmc {
 protected:

@@ -2,7 +2,7 @@
 
 namespace {
 
-constexpr std::uint8_t notSupported = 0x80, alreadyInProgress = 0x81, badLength = 0xC7, invalidData = 0xCC;
+constexpr std::uint8_t notSupported = 0x80, alreadyInProgress = 0x81, badLength = 0xC7;
 
 class BootOptions : public VirtualBmcFixture {
 protected:

@@ -3,8 +3,7 @@
 
 namespace {
 
-constexpr std::uint8_t oem = 0x30, getDns = 0x27, setDns = 0x28;
-constexpr std::size_t blockSize = 32;
+constexpr std::uint8_t getDns = 0x27, setDns = 0x28;
 
 class DnsCommands : public VirtualBmcFixture {
 protected:

@@ -10,10 +10,8 @@ using testing::IsEmpty;
 using testing::SizeIs;
 using vbmc::Fault;
 
-constexpr std::uint8_t sensorEvent = 0x04;
 constexpr std::uint8_t setSensorHysteresis = 0x24;
 constexpr std::uint8_t getSensorHysteresis = 0x25;
-constexpr std::uint8_t getSensorReading = 0x2D;
 
 class Faults : public VirtualBmcFixture {
 protected:

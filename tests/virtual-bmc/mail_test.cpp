@@ -3,16 +3,9 @@
 
 namespace {
 
-constexpr std::uint8_t transport = 0x0C, oem = 0x30;
+constexpr std::uint8_t transport = 0x0C;
 constexpr std::uint8_t getUser = 0x40, setUser = 0x41, getText = 0x42, setText = 0x43, getServer = 0x44,
                        setServer = 0x45;
-constexpr std::size_t blockSize = 32;
-
-Bytes with(Bytes head, std::string_view text, std::size_t size = blockSize) {
-    head.insert(head.end(), text.begin(), text.end());
-    head.resize(head.size() + size - text.size());
-    return head;
-}
 
 class MailCommands : public VirtualBmcFixture {
 protected:

@@ -5,11 +5,7 @@ namespace {
 
 using testing::ElementsAreArray;
 
-constexpr std::uint8_t sensorEvent = 0x04;
-constexpr std::uint8_t app = 0x06;
-constexpr std::uint8_t storage = 0x0A;
-
-constexpr char model[] = R"({
+constexpr char describedModel[] = R"({
     "device": {"deviceId": "0x21", "deviceRevision": 5, "firmwareMajor": 3, "firmwareMinor": 45,
                "manufacturerId": "0x12345", "productId": "0xABCD", "auxiliaryRevision": "01 02 03 04",
                "deviceGuid": "01020304-0506-0708-090a-0b0c0d0e0f10"},
@@ -43,7 +39,7 @@ protected:
         Bytes answer;
     };
 
-    void SetUp() override { create(model); }
+    void SetUp() override { create(describedModel); }
     static void expectAll(ipmi::Transport& bmc, std::uint8_t netFn, const std::vector<Exchange>& exchanges) {
         for (const auto& item : exchanges)
             EXPECT_THAT(ask(bmc, netFn, item.command, item.request), ElementsAreArray(item.answer))

@@ -72,9 +72,9 @@ TEST_F(PefAlerts, filtersMatchByEachOfTheirFields) {
         EXPECT_EQ(matches(expected.filter, temperature), expected.matchesAssertion) << expected.filter;
         EXPECT_EQ(matches(expected.filter, deasserted), expected.matchesDeassertion) << expected.filter;
     }
-    Record oem = temperature;
-    oem[2] = 0xC0;
-    EXPECT_FALSE(matches(cases[0].filter, oem)) << "no event";
+    Record oemRecord = temperature;
+    oemRecord[2] = 0xC0;
+    EXPECT_FALSE(matches(cases[0].filter, oemRecord)) << "no event";
 }
 
 TEST_F(PefAlerts, policiesNameTheDestinations) {

@@ -3,8 +3,6 @@
 
 namespace {
 
-constexpr std::uint8_t sensorEvent = 0x04;
-
 class Pef : public VirtualBmcFixture {
 protected:
     Bytes set(Bytes request) const { return ask(*open(), sensorEvent, 0x12, request); }

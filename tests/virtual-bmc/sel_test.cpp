@@ -7,7 +7,6 @@ namespace {
 
 using testing::ElementsAreArray;
 
-constexpr std::uint8_t storage = 0x0A;
 using Record = std::array<std::uint8_t, 16>;
 
 class SelCommands : public VirtualBmcFixture {
@@ -53,8 +52,8 @@ protected:
 TEST_F(SelCommands, recordsComeBackAsTheyWereAdded) {
     createSel("{}");
     EXPECT_EQ(ask(0x43, {0, 0, 0, 0, 0, 0xFF}), Bytes{0xCB});
-    const Record oem{9, 9, 0xE5, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13};
-    EXPECT_EQ(bmc->addSelRecord(oem), 1);
+    const Record oemRecord{9, 9, 0xE5, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13};
+    EXPECT_EQ(bmc->addSelRecord(oemRecord), 1);
     const Record event{0, 0, 0x02, 0x78, 0x56, 0x34, 0x12, 0x20, 0, 4, 1, 0x30, 0x81, 5, 255, 255};
     EXPECT_EQ(ask(0x44, Bytes(event.begin(), event.end())), (Bytes{0x00, 2, 0}));
     EXPECT_THAT(ask(0x43, {0, 0, 1, 0, 0, 0xFF}),

@@ -4,7 +4,7 @@
 namespace {
 
 constexpr std::uint8_t done = 0x00, noParameter = 0x80, inProgress = 0x81, readOnly = 0x82, tooShort = 0xC7,
-                       outOfRange = 0xC9, invalidData = 0xCC;
+                       outOfRange = 0xC9;
 
 class Sol : public VirtualBmcFixture {
 protected:

@@ -14,12 +14,10 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::ThrowsMessage;
 
-constexpr std::uint8_t sensorEvent = 0x04;
 constexpr std::uint8_t setSensorThresholds = 0x26;
 constexpr std::uint8_t getSensorThresholds = 0x27;
-constexpr std::uint8_t getSensorReading = 0x2D;
 
-constexpr char model[] = R"({"sensors": [
+constexpr char someSensors[] = R"({"sensors": [
     {"number": 1, "name": "Inlet", "thresholds": {"lowerCritical": 0, "upperCritical": 50}, "reading": 20},
     {"number": 2, "name": "Door", "readingType": "state", "supportedStates": [0, 1]},
     {"number": 3, "name": "Drive", "record": "compact", "readingType": "presence", "supportedStates": [0, 1],
@@ -29,7 +27,7 @@ constexpr char model[] = R"({"sensors": [
 
 class StateFile : public VirtualBmcFixture {
 protected:
-    void SetUp() override { create(model); }
+    void SetUp() override { create(someSensors); }
 
     std::string contents() const {
         std::ifstream file(stateFile);
@@ -187,7 +185,7 @@ TEST_F(StateFile, isNamedWhenItIsDamaged) {
             << name;
         EXPECT_THAT([&] { vbmc::VirtualBmc bmc(stateFile); }, ThrowsMessage<vbmc::Error>(names)) << name;
     }
-    create(model);
+    create(someSensors);
     EXPECT_THAT(ask(*session, sensorEvent, getSensorReading, {1}), ElementsAre(0, 20, 0xC0, 0xC0))
         << "mended";
 

@@ -11,16 +11,9 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 
-constexpr std::uint8_t app = 0x06;
 constexpr std::uint8_t setUserAccess = 0x43, getUserAccess = 0x44;
 constexpr std::uint8_t setUserName = 0x45, getUserName = 0x46, setUserPassword = 0x47;
-constexpr std::uint8_t oem = 0x30, getService = 0x10, setService = 0x11;
-
-Bytes with(Bytes head, std::string_view text, std::size_t size) {
-    head.insert(head.end(), text.begin(), text.end());
-    head.resize(head.size() + size - text.size());
-    return head;
-}
+constexpr std::uint8_t getService = 0x10, setService = 0x11;
 
 class Users : public VirtualBmcFixture {
 protected:

@@ -7,10 +7,23 @@
 #include <gmock/gmock.h>
 #include <initializer_list>
 #include <nlohmann/json.hpp>
+#include <string_view>
 #include <sysroot_fixture.h>
 #include <vector>
 
 using Bytes = std::vector<std::uint8_t>;
+
+inline constexpr std::uint8_t sensorEvent = 0x04, app = 0x06, storage = 0x0A, oem = 0x30; // network functions
+inline constexpr std::uint8_t getSensorReading = 0x2D;
+inline constexpr std::uint8_t invalidData = 0xCC;
+inline constexpr std::size_t blockSize = 32; // of a text in OEM commands
+
+// A request or an answer that ends with a text in a field of this size.
+inline Bytes with(Bytes head, std::string_view text, std::size_t size = blockSize) {
+    head.insert(head.end(), text.begin(), text.end());
+    head.resize(head.size() + size - text.size());
+    return head;
+}
 
 class VirtualBmcFixture : public SysrootFixture {
 protected:

@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr std::uint8_t notInitialized = 0x80, invalidData = 0xCC;
+constexpr std::uint8_t notInitialized = 0x80;
 
 class Watchdog : public VirtualBmcFixture {
 protected:
