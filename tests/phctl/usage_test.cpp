@@ -66,6 +66,8 @@ TEST_F(Usage, wrongCommandLinesEndWithStatus2AndSayWhatIsWrong) {
         {{"bmc", "sel", "add", "--record", "02 00000000 2000 04 01 30 01 59 7d 78 0"}, "is no record"},
         {{"bmc", "sel", "fill", "0"}, "COUNT"},
         {{"bmc", "sel", "policy", "halt"}, "not in {stop,wrap}"},
+        {{"bmc", "mail-server", "1", "--no-auth", "--auth"}, "--auth excludes --no-auth"},
+        {{"sensors", "--watch", "0.05"}, "not in range 0.1"},
     };
     for (const auto& each : cases)
         EXPECT_THAT(fail(each.arguments, 2), HasSubstr(each.reason));

@@ -97,65 +97,52 @@ int setEmail(const Options& options) {
 
 } // namespace
 
-void addAlertCommands(CLI::App& bmc, Chosen& chosen) {
+void addAlertCommands(Command bmc) {
     const auto options = std::make_shared<Options>();
     const auto add = [&](const char* name, const char* description, int (*run)(const Options&),
                          const char* footer) {
-        CLI::App* command = bmc.add_subcommand(name, description);
-        command->add_option("--state", options->stateFile,
-                            "State file of the machine, instead of the one that requests go to");
-        command->footer(footer);
-        command->callback([&chosen, options, run] { chosen = [options, run] { return run(*options); }; });
+        Command command = bmc.subcommand(name, description);
+        addMachineOption(command, options->stateFile);
+        command.footer(footer);
+        command.action([options, run] { return run(*options); });
         return command;
     };
-    const auto addChannel = [&](CLI::App* command, const char* name) {
-        return command->add_option(name, options->channel, "Channel of a LAN")
-            ->required()
-            ->check(CLI::Range(1, 11));
+    const auto addChannel = [&](Command command, const char* name) {
+        return command.option(name, options->channel, "Channel of a LAN").required().range(1, 11);
     };
-    const auto addSelector = [&](CLI::App* command, const char* name) {
-        command->add_option(name, options->selector, "Destination of the channel")
-            ->required()
-            ->check(CLI::Range(1, 15));
+    const auto addSelector = [&](Command command, const char* name) {
+        command.option(name, options->selector, "Destination of the channel").required().range(1, 15);
     };
 
-    CLI::App* command = add("alert-destination", "Set an alert destination of a LAN", setDestination,
-                            "Printed by `phctl bmc show alertDestinations`.\n\nExamples:\n"
-                            "  phctl bmc alert-destination 1 3 --mail 2\n"
-                            "  phctl bmc alert-destination 1 7 --listener\n"
-                            "  phctl bmc alert-destination 1 2 --trap 192.0.2.9");
+    Command command = add("alert-destination", "Set an alert destination of a LAN", setDestination,
+                          "Printed by `phctl bmc show alertDestinations`.\n\nExamples:\n"
+                          "  phctl bmc alert-destination 1 3 --mail 2\n"
+                          "  phctl bmc alert-destination 1 7 --listener\n"
+                          "  phctl bmc alert-destination 1 2 --trap 192.0.2.9");
     addChannel(command, "CHANNEL");
     addSelector(command, "SELECTOR");
-    auto* kind = command->add_option_group("What it is");
-    kind->add_option("--mail", options->mailedUser, "It mails this user of the BMC (0: nobody)")
-        ->check(CLI::Range(0, 63));
-    kind->add_flag("--listener", options->isListener,
-                   "It posts to CIM_ListenerDestinationCIMXML CIMXML-SELECTOR");
-    kind->add_option("--trap", options->trapAddress, "It sends traps to this address");
-    kind->add_flag("--off", options->isOff, "It has no address");
-    kind->require_option(1);
+    const auto kind = command.alternatives("What it is");
+    kind.option("--mail", options->mailedUser, "It mails this user of the BMC (0: nobody)").range(0, 63);
+    kind.flag("--listener", options->isListener, "It posts to CIM_ListenerDestinationCIMXML CIMXML-SELECTOR");
+    kind.option("--trap", options->trapAddress, "It sends traps to this address");
+    kind.flag("--off", options->isOff, "It has no address");
 
     command = add("alert-policy", "Set an entry of the alert policy table", setPolicy,
                   "Printed by `phctl bmc show pef`.\n\nExamples:\n"
                   "  phctl bmc alert-policy 2 --policy 1 --channel 1 --selector 3\n"
                   "  phctl bmc alert-policy 2 --off");
-    command->add_option("NUMBER", options->number, "The entry's place in the table")
-        ->required()
-        ->check(CLI::Range(1, 127));
-    auto* off = command->add_flag("--off", options->isOff, "The entry is not used");
-    for (auto* option :
-         {command->add_option("--policy", options->policy, "Alert policy number of filters")
-              ->check(CLI::Range(1, 15)),
-          command->add_option("--channel", options->channel, "Channel of the destination")
-              ->check(CLI::Range(1, 11)),
-          command->add_option("--selector", options->selector, "Selector of the destination")
-              ->check(CLI::Range(1, 15)),
+    command.option("NUMBER", options->number, "The entry's place in the table").required().range(1, 127);
+    const auto off = command.flag("--off", options->isOff, "The entry is not used");
+    for (const Option option :
+         {command.option("--policy", options->policy, "Alert policy number of filters").range(1, 15),
+          command.option("--channel", options->channel, "Channel of the destination").range(1, 11),
+          command.option("--selector", options->selector, "Selector of the destination").range(1, 15),
           command
-              ->add_option("--rule", options->rule,
-                           "When an earlier entry was sent: 0 send too, 1 do not, 2 stop here, 3 go "
-                           "on with another channel, 4 with another kind")
-              ->check(CLI::Range(0, 4))})
-        option->excludes(off);
+              .option("--rule", options->rule,
+                      "When an earlier entry was sent: 0 send too, 1 do not, 2 stop here, 3 go "
+                      "on with another channel, 4 with another kind")
+              .range(0, 4)})
+        option.excludes(off);
 
     command =
         add("mail-server", "Set a mail server of a LAN", setServer,
@@ -164,33 +151,24 @@ void addAlertCommands(CLI::App& bmc, Chosen& chosen) {
             "  phctl bmc mail-server 1 --secondary --port 587 --starttls --auth --user bmc --password-file "
             "secret");
     addChannel(command, "CHANNEL");
-    command->add_flag("--secondary", options->isSecondary, "The one that is tried when the first fails");
-    const auto addSwitch = [&](const char* yes, const char* no, std::optional<bool> Options::*value,
-                               const char* meaning) {
-        auto* option = command->add_flag_callback(
-            yes, [=] { (*options).*value = true; }, meaning);
-        command
-            ->add_flag_callback(
-                no, [=] { (*options).*value = false; }, "The contrary")
-            ->excludes(option);
-    };
-    addSwitch("--enable", "--disable", &Options::isEnabled, "It is used");
-    command->add_option("--address", options->address, "IPv4 or IPv6 address");
-    command->add_option("--port", options->port, "TCP port");
-    command->add_option("--sender", options->sender, "Mail address that mails come from");
-    command->add_option("--host-name", options->hostName, "Name of the BMC in its greeting");
-    addSwitch("--auth", "--no-auth", &Options::authenticates, "It wants a user name and a password");
-    command->add_option("--user", options->userName, "The user name");
-    command->add_option("--password-file", options->passwordFile,
-                        "File whose first line is the password; - is standard input");
-    addSwitch("--starttls", "--no-starttls", &Options::startsTls, "Mail goes encrypted, or not at all");
+    command.flag("--secondary", options->isSecondary, "The one that is tried when the first fails");
+    command.flags("--enable", "--disable", options->isEnabled, "It is used");
+    command.option("--address", options->address, "IPv4 or IPv6 address");
+    command.option("--port", options->port, "TCP port");
+    command.option("--sender", options->sender, "Mail address that mails come from");
+    command.option("--host-name", options->hostName, "Name of the BMC in its greeting");
+    command.flags("--auth", "--no-auth", options->authenticates, "It wants a user name and a password");
+    command.option("--user", options->userName, "The user name");
+    command.option("--password-file", options->passwordFile,
+                   "File whose first line is the password; - is standard input");
+    command.flags("--starttls", "--no-starttls", options->startsTls, "Mail goes encrypted, or not at all");
 
     command =
         add("user-email", "Set the mail address of a user of the BMC", setEmail,
             "Printed by `phctl bmc show users`.\n\nExamples:\n  phctl bmc user-email 2 root@example.com\n"
             "  phctl bmc user-email 2 ''");
-    command->add_option("USER", options->user, "User ID")->required()->check(CLI::Range(1, 63));
-    command->add_option("ADDRESS", options->email, "The address; empty: none")->required();
+    command.option("USER", options->user, "User ID").required().range(1, 63);
+    command.option("ADDRESS", options->email, "The address; empty: none").required();
 }
 
 } // namespace phctl

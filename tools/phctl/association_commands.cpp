@@ -62,42 +62,40 @@ int ask(const AssociationOptions& options, const Verb& verb) {
     return done;
 }
 
-void addAssociationOptions(CLI::App& command, const Verb& verb, Chosen& chosen) {
+void addAssociationOptions(Command command, const Verb& verb) {
     command.footer(std::string("Examples:\n  ") + verb.examples);
     const auto options = std::make_shared<AssociationOptions>();
     options->target.addTo(command);
     auto& filter = options->filter;
     if (verb.isReferences) {
-        command.add_option("--result-class,--assoc-class", filter.resultClass,
-                           "Class of the association, or one that it derives from");
+        command.option("--result-class,--assoc-class", filter.resultClass,
+                       "Class of the association, or one that it derives from");
     } else {
-        command.add_option("--assoc-class", filter.assocClass,
-                           "Class of the association, or one that it derives from");
-        command.add_option("--result-class", filter.resultClass,
-                           "Class of the associated objects, or one that they derive from");
+        command.option("--assoc-class", filter.assocClass,
+                       "Class of the association, or one that it derives from");
+        command.option("--result-class", filter.resultClass,
+                       "Class of the associated objects, or one that they derive from");
     }
-    command.add_option("--role", filter.role, "The object's role in the association, such as Antecedent");
+    command.option("--role", filter.role, "The object's role in the association, such as Antecedent");
     if (!verb.isReferences)
-        command.add_option("--result-role", filter.resultRole, "The role of the associated objects");
+        command.option("--result-role", filter.resultRole, "The role of the associated objects");
     if (!verb.isNames) {
         options->addPresentationTo(command);
-        command
-            .add_option("--properties", options->properties, "Names of the wanted properties, with commas")
-            ->delimiter(',')
-            ->allow_extra_args(false);
+        command.option("--properties", options->properties, "Names of the wanted properties, with commas")
+            .separatedByCommas();
     }
     options->addTo(command);
-    command.callback(
-        [&chosen, options, &verb] { chosen = [options, &verb] { return ask(*options, verb); }; });
+    command.action([options, &verb] { return ask(*options, verb); });
 }
 
 } // namespace
 
-void addAssociationCommands(CLI::App& app, Chosen& chosen) {
+void addAssociationCommands(Command program) {
     for (const Verb& verb : verbs)
-        addCommand(app, chosen, verb.name, verb.description, [&verb](CLI::App* command, Chosen& choice) {
-            addAssociationOptions(*command, verb, choice);
-        })->alias(verb.longName);
+        program
+            .subcommand(verb.name, verb.description,
+                        [&verb](Command command) { addAssociationOptions(command, verb); })
+            .alias(verb.longName);
 }
 
 } // namespace phctl

@@ -251,126 +251,118 @@ int clearFaults(const Options& options) {
     return done;
 }
 
-void addBmcOptions(CLI::App* bmc, Chosen& chosen) {
-    bmc->require_subcommand(1);
-    bmc->footer("Examples:\n"
-                "  phctl bmc create sample-server\n"
-                "  phctl bmc show sensors\n"
-                "  phctl bmc set-reading 'CPU1 Temp' 98\n"
-                "  phctl bmc fault get-sensor-reading --code 0xC3 --calls 1");
+void addBmcOptions(Command bmc) {
+    bmc.requireSubcommand();
+    bmc.footer("Examples:\n"
+               "  phctl bmc create sample-server\n"
+               "  phctl bmc show sensors\n"
+               "  phctl bmc set-reading 'CPU1 Temp' 98\n"
+               "  phctl bmc fault get-sensor-reading --code 0xC3 --calls 1");
     const auto options = std::make_shared<BmcOptions>();
     const auto add = [&](const char* name, const char* description, int (*run)(const Options&)) {
-        CLI::App* command = bmc->add_subcommand(name, description);
-        command->add_option("--state", options->stateFile,
-                            "State file of the machine, instead of the one that requests go to");
-        command->callback([&chosen, options, run] { chosen = [options, run] { return run(options); }; });
+        Command command = bmc.subcommand(name, description);
+        addMachineOption(command, options->stateFile);
+        command.action([options, run] { return run(options); });
         return command;
     };
-    const auto addSensor = [&](CLI::App* command) {
-        command->add_option("SENSOR", options->sensor, "Name or number of the sensor")->required();
+    const auto addSensor = [&](Command command) {
+        command.option("SENSOR", options->sensor, "Name or number of the sensor").required();
     };
 
-    CLI::App* command = add("create", "Make a virtual BMC", create);
-    command->add_option("MODEL", options->model, "Model file, or name of an installed model")->required();
-    command->add_flag("--replace", options->replace, "Replace a machine that is there");
-    command->footer(
+    Command command = add("create", "Make a virtual BMC", create);
+    command.option("MODEL", options->model, "Model file, or name of an installed model").required();
+    command.flag("--replace", options->replace, "Replace a machine that is there");
+    command.footer(
         "Where the database does not say which BMC there is, requests go to the new one.\n\nExamples:\n"
         "  phctl bmc create sample-server\n"
         "  phctl bmc create my-model.json --state /tmp/other.state");
 
     command = add("show", "Print the machine's state", show);
-    command->add_option("PART", options->parts, "Parts to print, such as device or sensors; else all");
-    command->add_flag("--json", options->json, "Print JSON");
-    command->footer("Example:\n  phctl bmc show sensors");
+    command.option("PART", options->parts, "Parts to print, such as device or sensors; else all");
+    command.flag("--json", options->json, "Print JSON");
+    command.footer("Example:\n  phctl bmc show sensors");
 
     command = add("set-reading", "Set the reading of a threshold sensor", setReading);
     addSensor(command);
-    command->add_option("VALUE", options->value, "Reading in the sensor's unit, or as its raw byte: 0x20")
-        ->required();
-    command->add_flag("--raw", options->isRaw, "VALUE is the raw byte");
-    command->footer("Examples:\n"
-                    "  phctl bmc set-reading 'CPU1 Temp' 98\n"
-                    "  phctl bmc set-reading 5 -12.5\n"
-                    "  phctl bmc set-reading 3 0x20         # the raw byte\n"
-                    "  phctl bmc set-reading 3 32 --raw     # the same");
+    command.option("VALUE", options->value, "Reading in the sensor's unit, or as its raw byte: 0x20")
+        .required();
+    command.flag("--raw", options->isRaw, "VALUE is the raw byte");
+    command.footer("Examples:\n"
+                   "  phctl bmc set-reading 'CPU1 Temp' 98\n"
+                   "  phctl bmc set-reading 5 -12.5\n"
+                   "  phctl bmc set-reading 3 0x20         # the raw byte\n"
+                   "  phctl bmc set-reading 3 32 --raw     # the same");
 
     command = add("set-states", "Set the states of a discrete sensor", setStates);
     addSensor(command);
-    command->add_option("OFFSET", options->states, "State offsets that are asserted; without any, none is")
-        ->check(CLI::Range(0, 14));
-    command->footer("Example:\n  phctl bmc set-states 'PSU1 Status' 0 1");
+    command.option("OFFSET", options->states, "State offsets that are asserted; without any, none is")
+        .range(0, 14);
+    command.footer("Example:\n  phctl bmc set-states 'PSU1 Status' 0 1");
 
     std::vector<std::string> names;
     for (const auto& [name, availability] : availabilities)
         names.emplace_back(name);
     command = add("set-availability", "Let a sensor have a reading, or none", setAvailability);
     addSensor(command);
-    command->add_option("HOW", options->availability, "What Get Sensor Reading answers")
-        ->required()
-        ->check(CLI::IsMember(names));
-    command->footer("Example:\n  phctl bmc set-availability 'CPU1 Temp' unavailable");
+    command.option("HOW", options->availability, "What Get Sensor Reading answers").required().oneOf(names);
+    command.footer("Example:\n  phctl bmc set-availability 'CPU1 Temp' unavailable");
 
     command = add("set-bond", "Bond the LANs that the machine has for it, or use each alone", setBond);
-    command->add_option("HOW", options->bond, "on or off")->required()->check(CLI::IsMember({"on", "off"}));
-    command->footer("Example:\n  phctl bmc set-bond on");
+    command.option("HOW", options->bond, "on or off").required().oneOf({"on", "off"});
+    command.footer("Example:\n  phctl bmc set-bond on");
 
     command = add("watchdog", "Do what the host does with its watchdog timer", setWatchdog);
-    command->add_option("--use", options->watchdogUse, "Who is watched over")
-        ->check(CLI::IsMember({"bios-frb2", "bios-post", "os-load", "os", "oem"}));
-    command->add_option("--action", options->watchdogAction, "What happens when it runs out")
-        ->check(CLI::IsMember({"none", "hard-reset", "power-down", "power-cycle"}));
-    command->add_option("--interval", options->watchdogSeconds, "Seconds until then, in steps of 0.1")
-        ->check(CLI::Range(0.0, 6553.5));
-    command->add_flag("--stop", options->isStopped, "Stop it")
-        ->excludes(command->add_flag("--start", options->isStarted, "Start it, or start it again"));
-    command->footer("Printed by `phctl bmc show watchdog`.\n\nExample:\n"
-                    "  phctl bmc watchdog --use os --action hard-reset --interval 30 --start");
+    command.option("--use", options->watchdogUse, "Who is watched over")
+        .oneOf({"bios-frb2", "bios-post", "os-load", "os", "oem"});
+    command.option("--action", options->watchdogAction, "What happens when it runs out")
+        .oneOf({"none", "hard-reset", "power-down", "power-cycle"});
+    command.option("--interval", options->watchdogSeconds, "Seconds until then, in steps of 0.1")
+        .range(0.0, 6553.5);
+    command.flag("--stop", options->isStopped, "Stop it")
+        .excludes(command.flag("--start", options->isStarted, "Start it, or start it again"));
+    command.footer("Printed by `phctl bmc show watchdog`.\n\nExample:\n"
+                   "  phctl bmc watchdog --use os --action hard-reset --interval 30 --start");
 
     command = add("restart-host", "Let the host restart by itself", restartHost);
-    command->footer(
+    command.footer(
         "What it boots from is printed by `phctl bmc show boot`.\n\nExample:\n  phctl bmc restart-host");
 
     command = add("fault", "Make commands fail", addFaults);
-    command->add_option("COMMAND", options->commands, "Name of an IPMI command, or NETFN:COMMAND")
-        ->required();
-    auto* kind = command->add_option_group("What goes wrong");
-    kind->add_option("--code", options->code, "The answer is this completion code")
-        ->check(CLI::Range(1, 255));
-    kind->add_option("--short", options->shortTo,
-                     "The answer is cut to so many bytes, completion code included")
-        ->check(CLI::Range(1, 255));
-    kind->add_option("--late", options->late, "The answer comes after so many milliseconds");
-    kind->add_flag("--silent", options->isSilent, "There is no answer");
-    kind->require_option(1);
-    command->add_option("--skip", options->skip, "So many calls go well first");
-    command->add_option("--calls", options->calls, "So many calls fail; 0: all until `bmc clear`")
-        ->capture_default_str();
-    command->footer("Names: " + ipmiCommandNames() +
-                    "\n\nExamples:\n"
-                    "  phctl bmc fault get-sensor-reading --code 0xC3\n"
-                    "  phctl bmc fault 0x0A:0x23 --short 5 --skip 2 --calls 1");
+    command.option("COMMAND", options->commands, "Name of an IPMI command, or NETFN:COMMAND").required();
+    const auto kind = command.alternatives("What goes wrong");
+    kind.option("--code", options->code, "The answer is this completion code").range(1, 255);
+    kind.option("--short", options->shortTo, "The answer is cut to so many bytes, completion code included")
+        .range(1, 255);
+    kind.option("--late", options->late, "The answer comes after so many milliseconds");
+    kind.flag("--silent", options->isSilent, "There is no answer");
+    command.option("--skip", options->skip, "So many calls go well first");
+    command.option("--calls", options->calls, "So many calls fail; 0: all until `bmc clear`").showsDefault();
+    command.footer("Names: " + ipmiCommandNames() +
+                   "\n\nExamples:\n"
+                   "  phctl bmc fault get-sensor-reading --code 0xC3\n"
+                   "  phctl bmc fault 0x0A:0x23 --short 5 --skip 2 --calls 1");
 
     command = add("faults", "List the faults that are set", listFaults);
-    command->add_flag("--json", options->json, "Print JSON");
-    command->footer("`phctl bmc fault` sets them, `phctl bmc clear` removes them.\n\nExamples:\n"
-                    "  phctl bmc faults\n"
-                    "  phctl bmc faults --json");
+    command.flag("--json", options->json, "Print JSON");
+    command.footer("`phctl bmc fault` sets them, `phctl bmc clear` removes them.\n\nExamples:\n"
+                   "  phctl bmc faults\n"
+                   "  phctl bmc faults --json");
     command = add("clear", "Remove all faults", clearFaults);
-    command->footer(
+    command.footer(
         "It takes back what `phctl bmc fault` set; the machine's state stays. The event log is cleared by "
         "`phctl bmc sel\nclear`.\n\nExample:\n  phctl bmc clear");
-    addSelCommand(*bmc, chosen);
-    addAlertCommands(*bmc, chosen);
-    addLoginCommand(*bmc, chosen);
-    addEventCommand(*bmc, chosen);
-    addImageCommand(*bmc, chosen);
+    addSelCommand(bmc);
+    addAlertCommands(bmc);
+    addLoginCommand(bmc);
+    addEventCommand(bmc);
+    addImageCommand(bmc);
 }
 
 } // namespace
 
-void addBmcCommand(CLI::App& app, Chosen& chosen) {
-    addCommand(app, chosen, "bmc", "Make the virtual BMC, look at it, change it, make its commands fail",
-               addBmcOptions);
+void addBmcCommand(Command program) {
+    program.subcommand("bmc", "Make the virtual BMC, look at it, change it, make its commands fail",
+                       addBmcOptions);
 }
 
 } // namespace phctl

@@ -4,11 +4,11 @@
 
 namespace phctl {
 
-void BmcConnection::addTo(CLI::App& command) {
+void BmcConnection::addTo(Command command) {
     session_.addTo(command);
-    command.add_option("--timeout", timeout_, "Seconds that the BMC has for an answer")
-        ->check(CLI::Range(1, 600))
-        ->capture_default_str();
+    command.option("--timeout", timeout_, "Seconds that the BMC has for an answer")
+        .range(1, 600)
+        .showsDefault();
 }
 
 SessionRow BmcConnection::row() const {

@@ -9,7 +9,7 @@ namespace phctl {
 
 class BmcConnection {
 public:
-    void addTo(CLI::App& command); // with --timeout
+    void addTo(Command command); // with --timeout
 
     // Whether options name the BMC, so that the database may be that of another one.
     bool isGiven() const { return session_.isGiven(); }

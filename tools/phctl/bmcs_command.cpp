@@ -43,10 +43,10 @@ int list(bool asJson) {
     return done;
 }
 
-void addBmcsOptions(CLI::App* command, Chosen& chosen) {
+void addBmcsOptions(Command command) {
     const auto json = std::make_shared<bool>(false);
-    command->add_flag("--json", *json, "Print JSON");
-    command->footer(
+    command.flag("--json", *json, "Print JSON");
+    command.footer(
         "A configuration is a folder in ${XDG_STATE_HOME:-~/.local/state}/provider-helper that stands for "
         "the root of\nthe BMC's machine: its database, and what the providers write. It is made by the "
         "first command below\nand gone when its folder is removed.\n\nExamples:\n"
@@ -54,14 +54,14 @@ void addBmcsOptions(CLI::App* command, Chosen& chosen) {
         "  phctl --bmc lab bmc create sample-server\n"
         "  phctl ei CIM_NumericSensor --bmc rack1\n"
         "  phctl bmcs");
-    command->callback([&chosen, json] { chosen = [json] { return list(*json); }; });
+    command.action([json] { return list(*json); });
 }
 
 } // namespace
 
-void addBmcsCommand(CLI::App& app, Chosen& chosen) {
-    addCommand(app, chosen, "bmcs", "List the BMCs that have a configuration of their own (--bmc)",
-               addBmcsOptions);
+void addBmcsCommand(Command program) {
+    program.subcommand("bmcs", "List the BMCs that have a configuration of their own (--bmc)",
+                       addBmcsOptions);
 }
 
 } // namespace phctl

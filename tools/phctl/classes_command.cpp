@@ -103,19 +103,18 @@ int listClasses(const ClassesOptions& options) {
     return done;
 }
 
-void addClassesOptions(CLI::App* command, Chosen& chosen) {
-    command->footer("Examples:\n  phctl classes\n  phctl classes CIM_NumericSensor");
+void addClassesOptions(Command command) {
+    command.footer("Examples:\n  phctl classes\n  phctl classes CIM_NumericSensor");
     const auto options = std::make_shared<ClassesOptions>();
-    command->add_option("CLASS", options->className, "Class to describe");
-    command->add_flag("--json", options->json, "Print JSON");
-    command->callback([&chosen, options] { chosen = [options] { return listClasses(*options); }; });
+    command.option("CLASS", options->className, "Class to describe");
+    command.flag("--json", options->json, "Print JSON");
+    command.action([options] { return listClasses(*options); });
 }
 
 } // namespace
 
-void addClassesCommand(CLI::App& app, Chosen& chosen) {
-    addCommand(app, chosen, "classes", "List the classes that are served, or describe one",
-               addClassesOptions);
+void addClassesCommand(Command program) {
+    program.subcommand("classes", "List the classes that are served, or describe one", addClassesOptions);
 }
 
 } // namespace phctl

@@ -6,6 +6,7 @@
 #include "instance_output.h"
 #include "ipmi/lan_configuration.h"
 #include "machine.h"
+#include "names.h"
 #include "numbers.h"
 
 #include <algorithm>
@@ -48,7 +49,7 @@ Delivery toListener(std::int32_t destination, std::int32_t channel) {
 // mail:CHANNEL:SELECTOR, cimxml:N
 Delivery parseDelivery(const std::string& text) {
     constexpr std::uint8_t lastChannel = 0x0F, lastSelector = 0x0F;
-    const auto parts = CLI::detail::split(text, ':');
+    const auto parts = split(text, ':');
     if (parts.size() == 3 && parts[0] == "mail") {
         const auto channel = readNumber<std::uint8_t>(parts[1]);
         const auto selector = readNumber<std::uint8_t>(parts[2]);
@@ -140,29 +141,27 @@ int run(const Options& options) {
     return done;
 }
 
-void addEventOptions(CLI::App* command, Chosen& chosen) {
+void addEventOptions(Command command) {
     const auto options = std::make_shared<Options>();
-    command->add_option("--state", options->stateFile,
-                        "State file of the machine, instead of the one that requests go to");
-    command->add_flag("--json", options->json, "Print JSON");
-    options->event.addTo(*command);
-    command->add_option("--to", options->destination,
-                        "Deliver to mail:CHANNEL:SELECTOR or cimxml:N, whatever the filters say");
-    command->footer("Writes to the indication monitor's pipe, " SEL_EVENT_PIPE
-                    ", what the machine's event filters and alert policies\nsend to e-mail destinations and "
-                    "listeners.\n\nExamples:\n"
-                    "  phctl monitor                   # in another shell\n"
-                    "  phctl bmc event 'CPU1 Temp' 9\n"
-                    "  phctl bmc event 'PSU1 Status' 3 --deasserted --to mail:1:3\n"
-                    "  phctl bmc event --record '02 00000000 2000 04 01 30 01 59 7d 78' --to cimxml:7");
-    command->callback([&chosen, options] { chosen = [options] { return run(*options); }; });
+    addMachineOption(command, options->stateFile);
+    command.flag("--json", options->json, "Print JSON");
+    options->event.addTo(command);
+    command.option("--to", options->destination,
+                   "Deliver to mail:CHANNEL:SELECTOR or cimxml:N, whatever the filters say");
+    command.footer("Writes to the indication monitor's pipe, " SEL_EVENT_PIPE
+                   ", what the machine's event filters and alert policies\nsend to e-mail destinations and "
+                   "listeners.\n\nExamples:\n"
+                   "  phctl monitor                   # in another shell\n"
+                   "  phctl bmc event 'CPU1 Temp' 9\n"
+                   "  phctl bmc event 'PSU1 Status' 3 --deasserted --to mail:1:3\n"
+                   "  phctl bmc event --record '02 00000000 2000 04 01 30 01 59 7d 78' --to cimxml:7");
+    command.action([options] { return run(*options); });
 }
 
 } // namespace
 
-void addEventCommand(CLI::App& bmc, Chosen& chosen) {
-    addCommand(bmc, chosen, "event", "Let an event happen: log it, filter it, have alerts delivered",
-               addEventOptions);
+void addEventCommand(Command bmc) {
+    bmc.subcommand("event", "Let an event happen: log it, filter it, have alerts delivered", addEventOptions);
 }
 
 } // namespace phctl

@@ -22,7 +22,7 @@ using nlohmann::ordered_json;
 struct LogOptions {
     BmcConnection connection;
     bool json = false;
-    std::size_t last = 0; // 0: all
+    unsigned last = 0; // 0: all
     std::vector<std::string> ids;
 };
 
@@ -120,21 +120,21 @@ int remove(const LogOptions& options) {
     return done;
 }
 
-void addEventLogOptions(CLI::App* sel, Chosen& chosen) {
-    sel->require_subcommand(1);
-    sel->footer("It asks the BMC that `phctl sync` knows, or the one that the options of its commands name. "
-                "Nothing is asked\nbefore records are removed.\n\nExamples:\n"
-                "  phctl sel list --last 20\n"
-                "  phctl sel info\n"
-                "  phctl sel clear");
+void addEventLogOptions(Command sel) {
+    sel.requireSubcommand();
+    sel.footer("It asks the BMC that `phctl sync` knows, or the one that the options of its commands name. "
+               "Nothing is asked\nbefore records are removed.\n\nExamples:\n"
+               "  phctl sel list --last 20\n"
+               "  phctl sel info\n"
+               "  phctl sel clear");
     const auto command = [&](const char* name, const char* description, int (*run)(const LogOptions&),
                              const char* examples) {
         const auto options = std::make_shared<LogOptions>();
-        CLI::App* added = sel->add_subcommand(name, description);
-        added->add_flag("--json", options->json, "Print JSON");
-        options->connection.addTo(*added);
-        added->footer(std::string("Examples:\n") + examples);
-        added->callback([&chosen, options, run] { chosen = [options, run] { return run(*options); }; });
+        Command added = sel.subcommand(name, description);
+        added.flag("--json", options->json, "Print JSON");
+        options->connection.addTo(added);
+        added.footer(std::string("Examples:\n") + examples);
+        added.action([options, run] { return run(*options); });
         return std::pair(added, options);
     };
 
@@ -143,18 +143,18 @@ void addEventLogOptions(CLI::App* sel, Chosen& chosen) {
                 "  phctl sel list --last 20\n"
                 "  phctl sel list --json\n"
                 "  phctl sel list --lan 192.0.2.7 --user admin --password-file bmc.password");
-    lister->add_option("--last", listed->last, "Only so many of the latest")->check(CLI::Range(1, 0xFFFF));
+    lister.option("--last", listed->last, "Only so many of the latest").range(1, 0xFFFF);
     command("info", "Tell how full the log is, and when it changed", tell, "  phctl sel info");
     command("clear", "Remove all records", clear, "  phctl sel clear");
     auto [remover, removed] = command("delete", "Remove some records", remove, "  phctl sel delete 17 0x12");
-    remover->add_option("ID", removed->ids, "ID of a record, as `phctl sel list` prints it")->required();
+    remover.option("ID", removed->ids, "ID of a record, as `phctl sel list` prints it").required();
 }
 
 } // namespace
 
-void addEventLogCommand(CLI::App& app, Chosen& chosen) {
-    addCommand(app, chosen, "sel", "List, count, clear or delete events of the BMC's log, over IPMI",
-               addEventLogOptions);
+void addEventLogCommand(Command program) {
+    program.subcommand("sel", "List, count, clear or delete events of the BMC's log, over IPMI",
+                       addEventLogOptions);
 }
 
 } // namespace phctl

@@ -30,19 +30,19 @@ SelRecord parseRecord(const std::string& text) {
 
 } // namespace
 
-void EventOptions::addTo(CLI::App& command) {
-    auto* sensor = command.add_option("SENSOR", sensor_, "Name or number of the sensor");
-    auto* offset = command
-                       .add_option("OFFSET", offset_,
-                                   "State offset: 9 is upper critical going high of a threshold sensor")
-                       ->check(CLI::Range(0, 14));
-    auto* deasserted = command.add_flag("--deasserted", isDeassertion_, "The sensor leaves the state");
+void EventOptions::addTo(Command command) {
+    const auto sensor = command.option("SENSOR", sensor_, "Name or number of the sensor");
+    const auto offset =
+        command
+            .option("OFFSET", offset_, "State offset: 9 is upper critical going high of a threshold sensor")
+            .range(0, 14);
+    const auto deasserted = command.flag("--deasserted", isDeassertion_, "The sensor leaves the state");
     command
-        .add_option("--record", record_,
-                    "14 bytes in hexadecimal, a record from its type on; a time of 0 is the present one")
-        ->excludes(sensor)
-        ->excludes(offset)
-        ->excludes(deasserted);
+        .option("--record", record_,
+                "14 bytes in hexadecimal, a record from its type on; a time of 0 is the present one")
+        .excludes(sensor)
+        .excludes(offset)
+        .excludes(deasserted);
 }
 
 std::uint16_t EventOptions::addEvent(vbmc::VirtualBmc& machine) const {

@@ -103,27 +103,26 @@ int run(const FruOptions& options) {
                                                                                                     : done;
 }
 
-void addFruOptions(CLI::App* command, Chosen& chosen) {
+void addFruOptions(Command command) {
     const auto options = std::make_shared<FruOptions>();
-    command->add_option(
-        "ID", options->ids,
-        "IDs of FRU devices, or list for a line each; without any, everything of all of them");
-    command->add_flag("--json", options->json, "Print JSON");
-    options->connection.addTo(*command);
-    command->footer(
+    command.option("ID", options->ids,
+                   "IDs of FRU devices, or list for a line each; without any, everything of all of them");
+    command.flag("--json", options->json, "Print JSON");
+    options->connection.addTo(command);
+    command.footer(
         "It asks the BMC that `phctl sync` knows, or the one that the options name. Status 1: a device "
         "that was asked for\nby its ID cannot be read.\n\nExamples:\n"
         "  phctl fru\n"
         "  phctl fru list\n"
         "  phctl fru 0 --json");
-    command->callback([&chosen, options] { chosen = [options] { return run(*options); }; });
+    command.action([options] { return run(*options); });
 }
 
 } // namespace
 
-void addFruCommand(CLI::App& app, Chosen& chosen) {
-    addCommand(app, chosen, "fru", "Print what FRU devices say of board, product and chassis, over IPMI",
-               addFruOptions);
+void addFruCommand(Command program) {
+    program.subcommand("fru", "Print what FRU devices say of board, product and chassis, over IPMI",
+                       addFruOptions);
 }
 
 } // namespace phctl

@@ -84,30 +84,28 @@ int makeImage(const ImageOptions& options) {
     return done;
 }
 
-void addImageOptions(CLI::App* command, Chosen& chosen) {
+void addImageOptions(Command command) {
     auto options = std::make_shared<ImageOptions>();
-    command->add_option("FILE", options->file, "The image")->required();
-    command->add_option("--firmware-version", options->version, "Its version, such as 2.15 or 2.15.00070002")
-        ->required();
-    auto* payload = command->add_option("--payload", options->payload, "File that the image holds");
-    command->add_option("--kilobytes", options->kilobytes, "Size of what it holds otherwise")
-        ->capture_default_str()
-        ->check(CLI::Range(1, 1024 * 1024))
-        ->excludes(payload);
-    command->add_option("--manufacturer", options->manufacturer, "Manufacturer ID of the BMC that it is for")
-        ->capture_default_str();
-    command->add_option("--product", options->product, "Its product ID")
-        ->capture_default_str()
-        ->check(CLI::Range(0, 0xFFFF));
-    command->footer("CIM_SoftwareInstallationService installs it.\n\nExample:\n"
-                    "  phctl bmc image /tmp/bmc.img --firmware-version 2.15");
-    command->callback([&chosen, options] { chosen = [options] { return makeImage(*options); }; });
+    command.option("FILE", options->file, "The image").required();
+    command.option("--firmware-version", options->version, "Its version, such as 2.15 or 2.15.00070002")
+        .required();
+    const auto payload = command.option("--payload", options->payload, "File that the image holds");
+    command.option("--kilobytes", options->kilobytes, "Size of what it holds otherwise")
+        .showsDefault()
+        .range(1, 1024 * 1024)
+        .excludes(payload);
+    command.option("--manufacturer", options->manufacturer, "Manufacturer ID of the BMC that it is for")
+        .showsDefault();
+    command.option("--product", options->product, "Its product ID").showsDefault().range(0, 0xFFFF);
+    command.footer("CIM_SoftwareInstallationService installs it.\n\nExample:\n"
+                   "  phctl bmc image /tmp/bmc.img --firmware-version 2.15");
+    command.action([options] { return makeImage(*options); });
 }
 
 } // namespace
 
-void addImageCommand(CLI::App& bmc, Chosen& chosen) {
-    addCommand(bmc, chosen, "image", "Make an image of firmware for it", addImageOptions);
+void addImageCommand(Command bmc) {
+    bmc.subcommand("image", "Make an image of firmware for it", addImageOptions);
 }
 
 } // namespace phctl

@@ -271,15 +271,15 @@ constexpr Verb verbs[] = {
      "  phctl di CIM_IndicationFilter IPMIPEF-4-9"},
 };
 
-void addInstanceOptions(CLI::App& command, const Verb& verb, Chosen& chosen) {
+void addInstanceOptions(Command command, const Verb& verb) {
     command.footer(std::string("Examples:\n") + verb.examples);
     const auto options = std::make_shared<InstanceOptions>();
     if (verb.isOfClass)
-        command.add_option("CLASS", options->target.text, "Class name")->required();
+        command.option("CLASS", options->target.text, "Class name").required();
     else
         options->target.addTo(command, !verb.takesValues);
     if (verb.takesValues) {
-        command.add_option(
+        command.option(
             "VALUES", options->values,
             std::string("Name=value, typed as the class says; arrays with commas (a\\,b is one element), or "
                         "repeated") +
@@ -287,24 +287,22 @@ void addInstanceOptions(CLI::App& command, const Verb& verb, Chosen& chosen) {
         options->secrets.addTo(command);
     }
     if (verb.takesProperties) {
-        command
-            .add_option("--properties", options->properties, "Names of the wanted properties, with commas")
-            ->delimiter(',')
-            ->allow_extra_args(false);
+        command.option("--properties", options->properties, "Names of the wanted properties, with commas")
+            .separatedByCommas();
         options->addPresentationTo(command);
     }
     options->addTo(command);
-    command.callback(
-        [&chosen, options, run = verb.run] { chosen = [options, run] { return run(options); }; });
+    command.action([options, run = verb.run] { return run(options); });
 }
 
 } // namespace
 
-void addInstanceCommands(CLI::App& app, Chosen& chosen) {
+void addInstanceCommands(Command program) {
     for (const Verb& verb : verbs)
-        addCommand(app, chosen, verb.name, verb.description, [&verb](CLI::App* command, Chosen& choice) {
-            addInstanceOptions(*command, verb, choice);
-        })->alias(verb.longName);
+        program
+            .subcommand(verb.name, verb.description,
+                        [&verb](Command command) { addInstanceOptions(command, verb); })
+            .alias(verb.longName);
 }
 
 } // namespace phctl

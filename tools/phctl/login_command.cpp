@@ -26,24 +26,23 @@ int logIn(const Options& options) {
     return done;
 }
 
-void addLoginOptions(CLI::App* command, Chosen& chosen) {
+void addLoginOptions(Command command) {
     const auto options = std::make_shared<Options>();
-    command->add_option("--state", options->stateFile,
-                        "State file of the machine, instead of the one that requests go to");
-    command->add_option("USER", options->user, "Name of the user")->required();
+    addMachineOption(command, options->stateFile);
+    command.option("USER", options->user, "Name of the user").required();
     command
-        ->add_option("--password-file", options->passwordFile,
-                     "File whose first line is the password; - is standard input")
-        ->required();
-    command->footer("Example:\n  phctl mi CIM_Account 'IPMI User-2' --from-file UserPassword=password.txt\n  "
-                    "phctl bmc login root --password-file password.txt");
-    command->callback([&chosen, options] { chosen = [options] { return logIn(*options); }; });
+        .option("--password-file", options->passwordFile,
+                "File whose first line is the password; - is standard input")
+        .required();
+    command.footer("Example:\n  phctl mi CIM_Account 'IPMI User-2' --from-file UserPassword=password.txt\n  "
+                   "phctl bmc login root --password-file password.txt");
+    command.action([options] { return logIn(*options); });
 }
 
 } // namespace
 
-void addLoginCommand(CLI::App& bmc, Chosen& chosen) {
-    addCommand(bmc, chosen, "login", "Try a user's name and password", addLoginOptions);
+void addLoginCommand(Command bmc) {
+    bmc.subcommand("login", "Try a user's name and password", addLoginOptions);
 }
 
 } // namespace phctl

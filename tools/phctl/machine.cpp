@@ -7,6 +7,10 @@ namespace phctl {
 
 namespace fs = std::filesystem;
 
+void addMachineOption(Command command, std::string& name) {
+    command.option("--state", name, "State file of the machine, instead of the one that requests go to");
+}
+
 fs::path machineFile(const std::string& name) {
     if (!name.empty())
         return fs::absolute(name);

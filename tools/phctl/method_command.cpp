@@ -191,33 +191,33 @@ int callMethod(const MethodOptions& options) {
     return succeeded ? done : failed;
 }
 
-void addMethodOptions(CLI::App* command, Chosen& chosen) {
-    command->footer(
+void addMethodOptions(Command command) {
+    command.footer(
         "Exit status 1 when the method's value is neither 0 (completed) nor 4096 (job started), or the "
         "awaited job\nended otherwise than completed.\n\nExamples:\n"
         "  phctl cm CIM_HostComputerSystem RequestStateChange RequestedState=2 --wait\n"
         "  phctl cm CIM_ConcreteJob '*' GetErrors");
     const auto options = std::make_shared<MethodOptions>();
-    options->target.addTo(*command, false);
+    options->target.addTo(command, false);
     command
-        ->add_option("METHOD", options->call,
-                     "Method, and its arguments as Name=value, typed as the class says; arrays with commas "
-                     "(a\\,b is one element), or repeated; "
-                     "embedded instances as JSON")
-        ->required();
-    options->secrets.addTo(*command);
-    command->add_flag("--words", options->words, "Print what a value means beside it, as in 5 (OK)");
-    command->add_flag("--wait", options->wait, "Follow the job that the method returns to its end");
-    options->addTo(*command);
-    command->callback([&chosen, options] { chosen = [options] { return callMethod(*options); }; });
+        .option("METHOD", options->call,
+                "Method, and its arguments as Name=value, typed as the class says; arrays with commas "
+                "(a\\,b is one element), or repeated; "
+                "embedded instances as JSON")
+        .required();
+    options->secrets.addTo(command);
+    command.flag("--words", options->words, "Print what a value means beside it, as in 5 (OK)");
+    command.flag("--wait", options->wait, "Follow the job that the method returns to its end");
+    options->addTo(command);
+    command.action([options] { return callMethod(*options); });
 }
 
 } // namespace
 
-void addMethodCommand(CLI::App& app, Chosen& chosen) {
-    addCommand(app, chosen, "cm", "Call a method of an instance", addMethodOptions)
-        ->alias("call-method")
-        ->alias("invoke-method");
+void addMethodCommand(Command program) {
+    program.subcommand("cm", "Call a method of an instance", addMethodOptions)
+        .alias("call-method")
+        .alias("invoke-method");
 }
 
 } // namespace phctl

@@ -32,33 +32,33 @@ int printMetrics(const MetricsOptions& options) {
     return done;
 }
 
-void addMetricsOptions(CLI::App* command, Chosen& chosen) {
+void addMetricsOptions(Command command) {
     const auto options = std::make_shared<MetricsOptions>();
     command
-        ->add_option("--timeout", options->timeout,
-                     "Seconds after which the metrics say that the BMC does not answer")
-        ->check(CLI::Range(1, 600))
-        ->capture_default_str();
+        .option("--timeout", options->timeout,
+                "Seconds after which the metrics say that the BMC does not answer")
+        .range(1, 600)
+        .showsDefault();
     command
-        ->add_option("--format", options->format,
-                     "openmetrics, or prometheus, the text format 0.0.4, as node_exporter's textfile "
-                     "collector reads it")
-        ->check(CLI::IsMember({"openmetrics", "prometheus"}))
-        ->capture_default_str();
-    command->footer(
+        .option("--format", options->format,
+                "openmetrics, or prometheus, the text format 0.0.4, as node_exporter's textfile "
+                "collector reads it")
+        .oneOf({"openmetrics", "prometheus"})
+        .showsDefault();
+    command.footer(
         "The BMC is the one that `phctl sync` read. One that does not answer is told by ipmi_up, with status "
         "0.\n`phctl serve` answers the same at /metrics.\n\n"
         "Examples:\n"
         "  phctl metrics\n"
         "  phctl metrics --format prometheus > ipmi.prom.new && mv ipmi.prom.new ipmi.prom");
-    command->callback([&chosen, options] { chosen = [options] { return printMetrics(*options); }; });
+    command.action([options] { return printMetrics(*options); });
 }
 
 } // namespace
 
-void addMetricsCommand(CLI::App& app, Chosen& chosen) {
-    addCommand(app, chosen, "metrics", "Print sensors, power and event log as metrics for Prometheus",
-               addMetricsOptions);
+void addMetricsCommand(Command program) {
+    program.subcommand("metrics", "Print sensors, power and event log as metrics for Prometheus",
+                       addMetricsOptions);
 }
 
 } // namespace phctl

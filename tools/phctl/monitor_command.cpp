@@ -151,27 +151,25 @@ int monitor(const Options& options) {
     std::_Exit(resultOf(host, *options, isEnded));
 }
 
-void addMonitorOptions(CLI::App* command, Chosen& chosen) {
+void addMonitorOptions(Command command) {
     const auto options = std::make_shared<MonitorOptions>();
-    command->add_flag("--json", options->json, "Print a line of JSON for each alert");
-    command->add_option("--module", options->module, "Provider module to load instead of the installed one");
-    command->add_option("--count", options->count, "End after so many alerts")->check(CLI::Range(1, 1000000));
-    command
-        ->add_option("--timeout", options->seconds, "End after so many seconds; short of --count, it fails")
-        ->check(CLI::Range(1, 86400));
-    command->add_flag(
-        "--subscribe", options->subscribe,
-        "Print what a client of the object manager gets that subscribes to alerts, too: all new "
-        "events of the BMC's log");
-    command->footer("Examples:\n  phctl monitor\n  phctl monitor --subscribe\n"
-                    "  phctl bmc event 'CPU1 Temp' 9   # in another shell");
-    command->callback([&chosen, options] { chosen = [options] { return monitor(options); }; });
+    command.flag("--json", options->json, "Print a line of JSON for each alert");
+    command.option("--module", options->module, "Provider module to load instead of the installed one");
+    command.option("--count", options->count, "End after so many alerts").range(1, 1000000);
+    command.option("--timeout", options->seconds, "End after so many seconds; short of --count, it fails")
+        .range(1, 86400);
+    command.flag("--subscribe", options->subscribe,
+                 "Print what a client of the object manager gets that subscribes to alerts, too: all new "
+                 "events of the BMC's log");
+    command.footer("Examples:\n  phctl monitor\n  phctl monitor --subscribe\n"
+                   "  phctl bmc event 'CPU1 Temp' 9   # in another shell");
+    command.action([options] { return monitor(options); });
 }
 
 } // namespace
 
-void addMonitorCommand(CLI::App& app, Chosen& chosen) {
-    addCommand(app, chosen, "monitor", "Deliver the BMC's alerts, and print them", addMonitorOptions);
+void addMonitorCommand(Command program) {
+    program.subcommand("monitor", "Deliver the BMC's alerts, and print them", addMonitorOptions);
 }
 
 } // namespace phctl

@@ -1,4 +1,4 @@
-// Suggestions for mistyped names.
+// Names of the command line: lists of them, and suggestions for those that are mistyped.
 #pragma once
 
 #include <string>
@@ -16,5 +16,8 @@ std::string didYouMean(std::string_view name, const std::vector<std::string>& ca
 
 // Returns all of them, with commas.
 std::string joined(const std::vector<std::string>& names);
+
+// Returns the parts between separators; a separator at the end has no part behind it.
+std::vector<std::string> split(const std::string& text, char separator);
 
 } // namespace phctl

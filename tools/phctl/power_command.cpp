@@ -119,36 +119,36 @@ int run(const PowerOptions& options) {
     return action == std::end(actions) ? showStatus(options) : change(options, *action);
 }
 
-void addPowerOptions(CLI::App* command, Chosen& chosen) {
+void addPowerOptions(Command command) {
     const auto options = std::make_shared<PowerOptions>();
     std::vector<std::string> names = {statusOnly};
     for (const Action& action : actions)
         names.emplace_back(action.name);
     command
-        ->add_option("ACTION", options->action,
-                     "status; on, off, cycle (off, then on), reset, soft (the operating system shuts down), "
-                     "diag (diagnostic interrupt)")
-        ->check(CLI::IsMember(names))
-        ->capture_default_str();
+        .option("ACTION", options->action,
+                "status; on, off, cycle (off, then on), reset, soft (the operating system shuts down), "
+                "diag (diagnostic interrupt)")
+        .oneOf(names)
+        .showsDefault();
     command
-        ->add_option("--wait", options->wait,
-                     "Seconds in which the change has to be done; status 1 when it is not. Without, the "
-                     "power is told after 5 seconds at most")
-        ->check(CLI::Range(0, 3600));
-    command->add_flag("--json", options->json, "Print JSON");
-    options->connection.addTo(*command);
-    command->footer("It asks the BMC that `phctl sync` knows, or the one that the options name. Changes are "
-                    "made at once, without a question.\n\nExamples:\n"
-                    "  phctl power\n"
-                    "  phctl power soft --wait 120\n"
-                    "  phctl power cycle --lan 192.0.2.7 --user admin --password-file bmc.password");
-    command->callback([&chosen, options] { chosen = [options] { return run(*options); }; });
+        .option("--wait", options->wait,
+                "Seconds in which the change has to be done; status 1 when it is not. Without, the "
+                "power is told after 5 seconds at most")
+        .range(0, 3600);
+    command.flag("--json", options->json, "Print JSON");
+    options->connection.addTo(command);
+    command.footer("It asks the BMC that `phctl sync` knows, or the one that the options name. Changes are "
+                   "made at once, without a question.\n\nExamples:\n"
+                   "  phctl power\n"
+                   "  phctl power soft --wait 120\n"
+                   "  phctl power cycle --lan 192.0.2.7 --user admin --password-file bmc.password");
+    command.action([options] { return run(*options); });
 }
 
 } // namespace
 
-void addPowerCommand(CLI::App& app, Chosen& chosen) {
-    addCommand(app, chosen, "power", "Show the host's power, or change it, over IPMI", addPowerOptions);
+void addPowerCommand(Command program) {
+    program.subcommand("power", "Show the host's power, or change it, over IPMI", addPowerOptions);
 }
 
 } // namespace phctl

@@ -82,18 +82,17 @@ void requireRightMachine() {
 
 } // namespace
 
-void RequestOptions::addTo(CLI::App& command) {
-    command.add_flag("--json", json, "Print JSON");
-    command.add_option("--namespace", nameSpace, "CIM namespace instead of the one that serves the class");
-    command.add_option("--module", module, "Provider module to load instead of the installed one");
-    command.add_option("--user", user, "Principal that the request comes from");
-    command.add_option("--timeout", timeout, "Seconds that the whole command may take")
-        ->check(CLI::Range(1, 86400));
+void RequestOptions::addTo(Command command) {
+    command.flag("--json", json, "Print JSON");
+    command.option("--namespace", nameSpace, "CIM namespace instead of the one that serves the class");
+    command.option("--module", module, "Provider module to load instead of the installed one");
+    command.option("--user", user, "Principal that the request comes from");
+    command.option("--timeout", timeout, "Seconds that the whole command may take").range(1, 86400);
 }
 
-void RequestOptions::addPresentationTo(CLI::App& command) {
-    command.add_flag("--words", words, "Print what a value means beside it, as in 5 (OK)");
-    command.add_flag("--wide", wide, "Make tables as wide as they are, not as the terminal is");
+void RequestOptions::addPresentationTo(Command command) {
+    command.flag("--words", words, "Print what a value means beside it, as in 5 (OK)");
+    command.flag("--wide", wide, "Make tables as wide as they are, not as the terminal is");
 }
 
 void loadProviders(broker::Broker& broker, const std::string& module) {

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "broker/broker.h"
+#include "command_line.h"
 #include "exchange_watch.h"
 #include "time_limit.h"
 
-#include <CLI/CLI.hpp>
 #include <memory>
 #include <optional>
 #include <string>
@@ -22,9 +22,9 @@ struct RequestOptions {
     std::string user;
     unsigned timeout = 0; // seconds; 0: none
 
-    void addTo(CLI::App& command);
+    void addTo(Command command);
     // --words and --wide, of commands that print instances.
-    void addPresentationTo(CLI::App& command);
+    void addPresentationTo(Command command);
 };
 
 // Loads the provider module, after making sure that it works on the right machine. Throws Failure.

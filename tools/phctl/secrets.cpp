@@ -59,13 +59,12 @@ std::string readSecret(const std::string& name, const std::string& file) {
     return line;
 }
 
-void SecretValues::addTo(CLI::App& command) {
+void SecretValues::addTo(Command command) {
     command
-        .add_option(
-            "--from-file", sources_,
-            "Name=FILE: a value that others must not see, such as a password, from the first line of a "
-            "file; - is standard input")
-        ->allow_extra_args(false);
+        .option("--from-file", sources_,
+                "Name=FILE: a value that others must not see, such as a password, from the first line of a "
+                "file; - is standard input")
+        .oneValueEachTime();
 }
 
 void SecretValues::appendTo(std::vector<std::string>& values) const {

@@ -1,7 +1,8 @@
 // Values that must not stand on the command line, where other users see them in the list of processes.
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include "command_line.h"
+
 #include <string>
 #include <vector>
 
@@ -15,7 +16,7 @@ std::string readSecret(const std::string& name, const std::string& file);
 // other values when these are read.
 class SecretValues {
 public:
-    void addTo(CLI::App& command);
+    void addTo(Command command);
     // Appends them. Throws UsageError.
     void appendTo(std::vector<std::string>& values) const;
     bool empty() const { return sources_.empty(); }

@@ -18,9 +18,9 @@ using nlohmann::ordered_json;
 struct SelOptions {
     std::string stateFile;
     bool json = false;
-    std::size_t last = 0; // 0: all
+    unsigned last = 0; // 0: all
     EventOptions event;
-    std::size_t count = 0;
+    unsigned count = 0;
     std::string policy;
 };
 
@@ -80,53 +80,52 @@ int policy(const SelOptions& options) {
     return done;
 }
 
-void addSelOptions(CLI::App* sel, Chosen& chosen) {
-    sel->require_subcommand(1);
-    sel->footer("Examples:\n"
-                "  phctl bmc sel add 'CPU1 Temp' 9\n"
-                "  phctl bmc sel list");
+void addSelOptions(Command sel) {
+    sel.requireSubcommand();
+    sel.footer("Examples:\n"
+               "  phctl bmc sel add 'CPU1 Temp' 9\n"
+               "  phctl bmc sel list");
     const auto options = std::make_shared<SelOptions>();
     const auto command = [&](const char* name, const char* description, int (*run)(const SelOptions&),
                              const char* examples) {
-        CLI::App* added = sel->add_subcommand(name, description);
-        added->add_option("--state", options->stateFile,
-                          "State file of the machine, instead of the one that requests go to");
-        added->footer(std::string("Examples:\n") + examples);
-        added->callback([&chosen, options, run] { chosen = [options, run] { return run(*options); }; });
+        Command added = sel.subcommand(name, description);
+        addMachineOption(added, options->stateFile);
+        added.footer(std::string("Examples:\n") + examples);
+        added.action([options, run] { return run(*options); });
         return added;
     };
-    const auto withJson = [&](CLI::App* each) {
-        each->add_flag("--json", options->json, "Print JSON");
+    const auto withJson = [&](Command each) {
+        each.flag("--json", options->json, "Print JSON");
         return each;
     };
 
-    CLI::App* each = withJson(command("list", "Print the records: time, sensor, event", list,
-                                      "  phctl bmc sel list --last 20\n  phctl bmc sel list --json"));
-    each->add_option("--last", options->last, "Only so many of the latest")->check(CLI::Range(1, 0xFFFF));
+    Command each = withJson(command("list", "Print the records: time, sensor, event", list,
+                                    "  phctl bmc sel list --last 20\n  phctl bmc sel list --json"));
+    each.option("--last", options->last, "Only so many of the latest").range(1, 0xFFFF);
 
     each = withJson(command("add", "Add an event of a sensor, or any record", add,
                             "  phctl bmc sel add 'CPU1 Temp' 9\n"
                             "  phctl bmc sel add 'PSU1 Status' 3 --deasserted\n"
                             "  phctl bmc sel add --record '02 00000000 2000 04 01 30 01 59 7d 78'"));
-    options->event.addTo(*each);
+    options->event.addTo(each);
 
     each = withJson(command("fill", "Add events of the machine's sensors, and OEM records", fill,
                             "  phctl bmc sel fill 1000"));
-    each->add_option("COUNT", options->count, "How many")->required()->check(CLI::Range(1, 1000000));
+    each.option("COUNT", options->count, "How many").required().range(1, 1000000);
 
     command("clear", "Remove all records", clear, "  phctl bmc sel clear");
 
     each = withJson(command("policy", "What a full log does", policy,
                             "  phctl bmc sel policy\n  phctl bmc sel policy wrap"));
-    each->add_option("POLICY", options->policy,
-                     "stop: it drops new events; wrap: it drops the oldest record; without, print it")
-        ->check(CLI::IsMember({"stop", "wrap"}));
+    each.option("POLICY", options->policy,
+                "stop: it drops new events; wrap: it drops the oldest record; without, print it")
+        .oneOf({"stop", "wrap"});
 }
 
 } // namespace
 
-void addSelCommand(CLI::App& bmc, Chosen& chosen) {
-    addCommand(bmc, chosen, "sel", "List the event log, add to it, fill it, clear it", addSelOptions);
+void addSelCommand(Command bmc) {
+    bmc.subcommand("sel", "List the event log, add to it, fill it, clear it", addSelOptions);
 }
 
 } // namespace phctl

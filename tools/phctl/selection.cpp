@@ -169,15 +169,15 @@ std::vector<Candidate> meant(Requester& requester, const Target& target, const s
 
 } // namespace
 
-void Target::addTo(CLI::App& command, bool withName) {
+void Target::addTo(Command command, bool withName) {
     command
-        .add_option("PATH", text,
-                    "Object path, in single quotes for the shell; or a class, and the name of an instance "
-                    "after it; or - for paths on standard input")
-        ->required();
+        .option("PATH", text,
+                "Object path, in single quotes for the shell; or a class, and the name of an instance "
+                "after it; or - for paths on standard input")
+        .required();
     if (withName)
-        command.add_option(
-            "NAME", name, "ElementName or key of an instance of the class; * and ? stand for any characters");
+        command.option("NAME", name,
+                       "ElementName or key of an instance of the class; * and ? stand for any characters");
 }
 
 bool Target::isClass() const {

@@ -19,7 +19,7 @@ struct Target {
     std::string name; // empty: none was given
 
     // Adds PATH to a command, and NAME unless the words after PATH may be others.
-    void addTo(CLI::App& command, bool withName = true);
+    void addTo(Command command, bool withName = true);
     // Tells whether the text is a class, after which a name may follow.
     bool isClass() const;
     bool isInput() const { return text == "-"; }

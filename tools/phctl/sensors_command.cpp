@@ -27,7 +27,7 @@ struct SensorsOptions {
     std::vector<std::string> names, types, states;
     bool json = false, wide = false;
     int timeout = 30;
-    CLI::Option* watch = nullptr;
+    Option watch;
     double pause = 0;   // seconds
     unsigned count = 0; // 0: until it is interrupted
 };
@@ -149,7 +149,7 @@ int showSensors(const SensorsOptions& options) {
     ipmi::SessionSettings settings = knownBmc();
     settings.timeout = options.timeout;
     const auto sensors = chosenSensors(options);
-    if (options.watch->count() > 0)
+    if (options.watch.isGiven())
         return watch(options, settings, sensors);
     const auto bmc = ipmi::openTransport(settings);
     print(options, read(*bmc, options, sensors));
@@ -157,29 +157,27 @@ int showSensors(const SensorsOptions& options) {
     return done;
 }
 
-void addSensorsOptions(CLI::App* command, Chosen& chosen) {
+void addSensorsOptions(Command command) {
     const auto options = std::make_shared<SensorsOptions>();
-    command->add_option("NAME", options->names, "Only sensors of these names; * and ? stand for characters");
-    command->add_option("--type", options->types, "Only these types of sensors, such as temperature,fan")
-        ->delimiter(',')
-        ->allow_extra_args(false);
+    command.option("NAME", options->names, "Only sensors of these names; * and ? stand for characters");
+    command.option("--type", options->types, "Only these types of sensors, such as temperature,fan")
+        .separatedByCommas();
     command
-        ->add_option("--state", options->states,
-                     "Only sensors in these states: nominal, warning, critical, na (not known)")
-        ->delimiter(',')
-        ->allow_extra_args(false);
-    options->watch = command->add_option("--watch", options->pause,
-                                         "Print them again every so many seconds, until interrupted");
-    options->watch->expected(0, 1)->default_str(usualPause)->check(CLI::Range(0.1, 86400.0));
-    command->add_option("--count", options->count, "End after so many times")
-        ->needs(options->watch)
-        ->check(CLI::Range(1, 1000000));
-    command->add_option("--timeout", options->timeout, "Seconds that the BMC has for an answer")
-        ->check(CLI::Range(1, 600))
-        ->capture_default_str();
-    command->add_flag("--json", options->json, "Print JSON");
-    command->add_flag("--wide", options->wide, "Make the table as wide as it is, not as the terminal is");
-    command->footer(
+        .option("--state", options->states,
+                "Only sensors in these states: nominal, warning, critical, na (not known)")
+        .separatedByCommas();
+    options->watch = command.option("--watch", options->pause,
+                                    "Print them again every so many seconds, until interrupted");
+    options->watch.mayLackValue(usualPause).range(0.1, 86400.0);
+    command.option("--count", options->count, "End after so many times")
+        .needs(options->watch)
+        .range(1, 1000000);
+    command.option("--timeout", options->timeout, "Seconds that the BMC has for an answer")
+        .range(1, 600)
+        .showsDefault();
+    command.flag("--json", options->json, "Print JSON");
+    command.flag("--wide", options->wide, "Make the table as wide as it is, not as the terminal is");
+    command.footer(
         "The BMC is the one that `phctl sync` read. A state is computed from the threshold or state bits of "
         "the "
         "reading:\na non-critical threshold is a warning, any other critical. CurrentState of CIM may say "
@@ -189,14 +187,14 @@ void addSensorsOptions(CLI::App* command, Chosen& chosen) {
         "  phctl sensors 'CPU*' --type temperature\n"
         "  phctl sensors --state warning,critical --watch 10\n"
         "  phctl sensors --json");
-    command->callback([&chosen, options] { chosen = [options] { return showSensors(*options); }; });
+    command.action([options] { return showSensors(*options); });
 }
 
 } // namespace
 
-void addSensorsCommand(CLI::App& app, Chosen& chosen) {
-    addCommand(app, chosen, "sensors", "Print the sensors with reading, state and thresholds, over IPMI",
-               addSensorsOptions);
+void addSensorsCommand(Command program) {
+    program.subcommand("sensors", "Print the sensors with reading, state and thresholds, over IPMI",
+                       addSensorsOptions);
 }
 
 } // namespace phctl

@@ -188,45 +188,44 @@ int serve(const Options& options) {
     return done;
 }
 
-void addServeOptions(CLI::App* command, Chosen& chosen) {
+void addServeOptions(Command command) {
     const auto options = std::make_shared<ServeOptions>();
-    command->add_option("--listen", options->listen, "Address and port; port 0 is one that is free")
-        ->capture_default_str();
-    CLI::Option* certificate =
-        command->add_option("--tls-certificate", options->certificate, "PEM file: answer over TLS alone");
-    CLI::Option* key = command->add_option("--tls-key", options->key, "PEM file with the certificate's key");
-    certificate->needs(key);
-    key->needs(certificate);
+    command.option("--listen", options->listen, "Address and port; port 0 is one that is free")
+        .showsDefault();
+    Option certificate =
+        command.option("--tls-certificate", options->certificate, "PEM file: answer over TLS alone");
+    Option key = command.option("--tls-key", options->key, "PEM file with the certificate's key");
+    certificate.needs(key);
+    key.needs(certificate);
     command
-        ->add_flag("--generate", options->generates,
-                   "Make the two files, where they are missing, with a self-signed certificate")
-        ->needs(certificate);
-    CLI::Option* bmcUsers = command->add_flag(
+        .flag("--generate", options->generates,
+              "Make the two files, where they are missing, with a self-signed certificate")
+        .needs(certificate);
+    Option bmcUsers = command.flag(
         "--bmc-users", options->bmcUsers,
         "Users of the BMC log in; operators may call methods of power and log, administrators change all");
     command
-        ->add_option(
-            "--users-file", options->usersFile,
-            "Users of a file log in: lines name:hash:access, the hash as of `openssl passwd -6`, the "
-            "access read, operate or administer")
-        ->check(CLI::ExistingFile)
-        ->excludes(bmcUsers);
+        .option("--users-file", options->usersFile,
+                "Users of a file log in: lines name:hash:access, the hash as of `openssl passwd -6`, the "
+                "access read, operate or administer")
+        .existingFile()
+        .excludes(bmcUsers);
     command
-        ->add_option("--metrics-timeout", options->metricsTimeout,
-                     "Seconds after which /metrics says that the BMC does not answer")
-        ->check(CLI::Range(1, 600))
-        ->capture_default_str();
-    command->add_option("--module", options->module, "Provider module to load instead of the installed one");
-    command->footer("Without --bmc-users and --users-file everybody may do everything: on loopback only.\n"
-                    "Example:\n  phctl serve &\n  wbemcli ein http://localhost:5988/root/cimv2:CIM_Sensor");
-    command->callback([&chosen, options] { chosen = [options] { return serve(options); }; });
+        .option("--metrics-timeout", options->metricsTimeout,
+                "Seconds after which /metrics says that the BMC does not answer")
+        .range(1, 600)
+        .showsDefault();
+    command.option("--module", options->module, "Provider module to load instead of the installed one");
+    command.footer("Without --bmc-users and --users-file everybody may do everything: on loopback only.\n"
+                   "Example:\n  phctl serve &\n  wbemcli ein http://localhost:5988/root/cimv2:CIM_Sensor");
+    command.action([options] { return serve(options); });
 }
 
 } // namespace
 
-void addServeCommand(CLI::App& app, Chosen& chosen) {
-    addCommand(app, chosen, "serve", "Answer WBEM clients, CIM-XML over HTTP, and Prometheus at /metrics",
-               addServeOptions);
+void addServeCommand(Command program) {
+    program.subcommand("serve", "Answer WBEM clients, CIM-XML over HTTP, and Prometheus at /metrics",
+                       addServeOptions);
 }
 
 } // namespace phctl

@@ -60,7 +60,7 @@ int numberOf(std::span<const Name> names, const std::string& text, const char* o
 
 int workarounds(const std::string& text) {
     int flags = 0;
-    for (const std::string& each : CLI::detail::split(text, ','))
+    for (const std::string& each : split(text, ','))
         if (!each.empty())
             flags |= numberOf(workaroundFlags, each, "--workaround");
     return flags;
@@ -91,40 +91,36 @@ void setHost(SessionSettings& settings, const std::string& text) {
 
 } // namespace
 
-void SessionOptions::addTo(CLI::App& command) {
-    virtual_ =
-        command.add_option("--virtual", stateFile_, "The virtual BMC [of this state file]")->expected(0, 1);
-    CLI::Option* local =
-        command.add_flag("--local", isLocal_, "The BMC of this machine, through its local device");
-    lan_ = command.add_option("--lan", host_, "A BMC over IPMI 2.0, as HOST[:PORT]");
-    virtual_->excludes(local)->excludes(lan_);
-    local->excludes(lan_);
+void SessionOptions::addTo(Command command) {
+    virtual_ = command.option("--virtual", stateFile_, "The virtual BMC [of this state file]").mayLackValue();
+    const Option local =
+        command.flag("--local", isLocal_, "The BMC of this machine, through its local device");
+    lan_ = command.option("--lan", host_, "A BMC over IPMI 2.0, as HOST[:PORT]");
+    virtual_.excludes(local).excludes(lan_);
+    local.excludes(lan_);
 
-    std::vector<CLI::Option*> passwords = {
-        command.add_option("--password-file", passwordFile_,
-                           "File whose first line is the password; - is standard input"),
-        command.add_option("--password-env", passwordVariable_,
-                           "Environment variable that holds the password"),
-        command.add_option("--password", password_,
-                           "The password; other users see it in the list of processes")};
-    passwords[0]->excludes(passwords[1])->excludes(passwords[2]);
-    passwords[1]->excludes(passwords[2]);
-    for (CLI::Option* option : passwords)
-        option->needs(lan_);
-    command.add_option("--user", user_, "User of the BMC")->needs(lan_);
-    command.add_option("--cipher-suite", cipherSuite_, "Cipher suite")->needs(lan_)->capture_default_str();
+    const Option passwords[] = {
+        command.option("--password-file", passwordFile_,
+                       "File whose first line is the password; - is standard input"),
+        command.option("--password-env", passwordVariable_, "Environment variable that holds the password"),
+        command.option("--password", password_, "The password; other users see it in the list of processes")};
+    passwords[0].excludes(passwords[1]).excludes(passwords[2]);
+    passwords[1].excludes(passwords[2]);
+    for (const Option option : passwords)
+        option.needs(lan_);
+    command.option("--user", user_, "User of the BMC").needs(lan_);
+    command.option("--cipher-suite", cipherSuite_, "Cipher suite").needs(lan_).showsDefault();
+    command.option("--privilege", privilege_, "Privilege level, a number or one of: " + listOf(privileges))
+        .needs(lan_)
+        .showsDefault();
     command
-        .add_option("--privilege", privilege_, "Privilege level, a number or one of: " + listOf(privileges))
-        ->needs(lan_)
-        ->capture_default_str();
-    command
-        .add_option("--workaround", workarounds_,
-                    "What the BMC does otherwise than IPMI 2.0; with commas, numbers or: " +
-                        listOf(workaroundFlags))
-        ->needs(lan_);
-    command.add_option("--retransmission", retransmission_, "Milliseconds before a message is repeated")
-        ->needs(lan_)
-        ->check(CLI::Range(0, 60000));
+        .option("--workaround", workarounds_,
+                "What the BMC does otherwise than IPMI 2.0; with commas, numbers or: " +
+                    listOf(workaroundFlags))
+        .needs(lan_);
+    command.option("--retransmission", retransmission_, "Milliseconds before a message is repeated")
+        .needs(lan_)
+        .range(0, 60000);
 }
 
 std::string SessionOptions::password() const {
@@ -144,13 +140,13 @@ std::string SessionOptions::password() const {
 
 std::optional<SessionSettings> SessionOptions::settings() const {
     SessionSettings settings;
-    if (virtual_->count() > 0) {
+    if (virtual_.isGiven()) {
         settings.interfaceType = SessionSettings::VirtualBmc;
         if (!stateFile_.empty())
             settings.address = std::filesystem::absolute(stateFile_);
     } else if (isLocal_) {
         settings.interfaceType = SessionSettings::LocalDevice;
-    } else if (lan_->count() > 0) {
+    } else if (lan_.isGiven()) {
         settings.interfaceType = SessionSettings::Lan;
         setHost(settings, host_);
         settings.userName = user_;

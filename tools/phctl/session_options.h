@@ -1,9 +1,9 @@
 // Options that name a BMC and how to reach it.
 #pragma once
 
+#include "command_line.h"
 #include "ipmi/transport.h"
 
-#include <CLI/CLI.hpp>
 #include <optional>
 #include <string>
 
@@ -11,17 +11,17 @@ namespace phctl {
 
 class SessionOptions {
 public:
-    void addTo(CLI::App& command);
+    void addTo(Command command);
 
-    bool isGiven() const { return isLocal_ || virtual_->count() > 0 || lan_->count() > 0; }
+    bool isGiven() const { return isLocal_ || virtual_.isGiven() || lan_.isGiven(); }
     // Returns the BMC that the options name, if they name one. Throws UsageError.
     std::optional<ipmi::SessionSettings> settings() const;
 
 private:
     std::string password() const;
 
-    CLI::Option* virtual_ = nullptr;
-    CLI::Option* lan_ = nullptr;
+    Option virtual_;
+    Option lan_;
     std::string stateFile_, host_, user_, password_, passwordFile_, passwordVariable_;
     std::string workarounds_, privilege_ = "administrator";
     bool isLocal_ = false;

@@ -117,8 +117,8 @@ int synchronise(const SyncOptions& options) {
                                    failed);
 }
 
-void addSyncOptions(CLI::App* command, Chosen& chosen) {
-    command->footer(
+void addSyncOptions(Command command) {
+    command.footer(
         "The options that name a BMC are kept in the database, for providers and later calls; without them "
         "the BMC\nthat is known is read. A damaged database is set aside, and made anew with what can be "
         "read of "
@@ -136,16 +136,16 @@ void addSyncOptions(CLI::App* command, Chosen& chosen) {
         "--workaround opensesspriv\n"
         "  phctl sync --smbios DMI");
     const auto options = std::make_shared<SyncOptions>();
-    options->connection.addTo(*command);
-    command->add_option("--smbios", options->smbiosFile, "The host's SMBIOS table")->type_name("FILE");
-    command->add_flag("--json", options->json, "Print the report as JSON");
-    command->callback([&chosen, options] { chosen = [options] { return synchronise(*options); }; });
+    options->connection.addTo(command);
+    command.option("--smbios", options->smbiosFile, "The host's SMBIOS table").valueName("FILE");
+    command.flag("--json", options->json, "Print the report as JSON");
+    command.action([options] { return synchronise(*options); });
 }
 
 } // namespace
 
-void addSyncCommand(CLI::App& app, Chosen& chosen) {
-    addCommand(app, chosen, "sync", "Read the BMC's inventory and sensors into the database", addSyncOptions);
+void addSyncCommand(Command program) {
+    program.subcommand("sync", "Read the BMC's inventory and sensors into the database", addSyncOptions);
 }
 
 } // namespace phctl

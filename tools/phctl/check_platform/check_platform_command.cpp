@@ -135,40 +135,39 @@ int checkPlatform(const CheckOptions& options) {
                : done;
 }
 
-void addCheckPlatformOptions(CLI::App* command, Chosen& chosen) {
-    command->footer("The functions are those of the libraries that libProviderHelper would load "
-                    "(LD_LIBRARY_PATH comes first), "
-                    "with the BMC and\nthe database that they reach. Each is checked in a process of its "
-                    "own. What becomes of a call:\n"
-                    "  works       it succeeds as its header says\n"
-                    "  refused     it fails, as it may where the BMC cannot do it\n"
-                    "  missing     nobody has written it yet: it is not there, or it is a stub\n"
-                    "  breaks      it does not keep to its header: a text without an end or not in UTF-8, "
-                    "more bytes than documented,\n"
-                    "              a value that there is not, more time than it was given, a crash\n"
-                    "  not called  the remark says why\n"
-                    "The exit status is 1 when anything breaks its contract.\n\nExamples:\n"
-                    "  phctl check-platform\n"
-                    "  phctl check-platform --only CIM_GetDeviceID --only CIM_GetSensorReading --all\n"
-                    "  phctl check-platform --change --json");
+void addCheckPlatformOptions(Command command) {
+    command.footer("The functions are those of the libraries that libProviderHelper would load "
+                   "(LD_LIBRARY_PATH comes first), "
+                   "with the BMC and\nthe database that they reach. Each is checked in a process of its "
+                   "own. What becomes of a call:\n"
+                   "  works       it succeeds as its header says\n"
+                   "  refused     it fails, as it may where the BMC cannot do it\n"
+                   "  missing     nobody has written it yet: it is not there, or it is a stub\n"
+                   "  breaks      it does not keep to its header: a text without an end or not in UTF-8, "
+                   "more bytes than documented,\n"
+                   "              a value that there is not, more time than it was given, a crash\n"
+                   "  not called  the remark says why\n"
+                   "The exit status is 1 when anything breaks its contract.\n\nExamples:\n"
+                   "  phctl check-platform\n"
+                   "  phctl check-platform --only CIM_GetDeviceID --only CIM_GetSensorReading --all\n"
+                   "  phctl check-platform --change --json");
     const auto options = std::make_shared<CheckOptions>();
-    command->add_option("--only", options->only, "Check this function only; may be given several times");
-    command->add_flag(
-        "--change", options->change,
-        "Also call functions that change the BMC or the database, and put back what they change");
-    command->add_option("--timeout", options->timeout, "Seconds that a call is given; the library gives 30")
-        ->check(CLI::Range(1, 600))
-        ->capture_default_str();
-    command->add_flag("--all", options->all, "Print a line for each call, also where several came out alike");
-    command->add_flag("--json", options->json, "Print the report as JSON, call by call");
-    command->callback([&chosen, options] { chosen = [options] { return checkPlatform(*options); }; });
+    command.option("--only", options->only, "Check this function only; may be given several times");
+    command.flag("--change", options->change,
+                 "Also call functions that change the BMC or the database, and put back what they change");
+    command.option("--timeout", options->timeout, "Seconds that a call is given; the library gives 30")
+        .range(1, 600)
+        .showsDefault();
+    command.flag("--all", options->all, "Print a line for each call, also where several came out alike");
+    command.flag("--json", options->json, "Print the report as JSON, call by call");
+    command.action([options] { return checkPlatform(*options); });
 }
 
 } // namespace
 
-void addCheckPlatformCommand(CLI::App& app, Chosen& chosen) {
-    addCommand(app, chosen, "check-platform", "Call the platform's functions and check what they do",
-               addCheckPlatformOptions);
+void addCheckPlatformCommand(Command program) {
+    program.subcommand("check-platform", "Call the platform's functions and check what they do",
+                       addCheckPlatformOptions);
 }
 
 } // namespace phctl
