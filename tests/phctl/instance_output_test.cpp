@@ -1,5 +1,6 @@
 // Instances as text and JSON.
 #include "instance_output.h"
+#include "json_text.h"
 #include "text_layout.h"
 
 #include <gmock/gmock.h>

@@ -2,7 +2,7 @@
 #include "broker/value.h"
 #include "commands.h"
 #include "errors.h"
-#include "instance_output.h"
+#include "json_text.h"
 #include "names.h"
 #include "schema/class_json.h"
 #include "served_classes.h"

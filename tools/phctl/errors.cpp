@@ -1,5 +1,6 @@
 #include "errors.h"
 
+#include "json_text.h"
 #include "text_layout.h"
 
 #include <iostream>
@@ -10,11 +11,6 @@ namespace {
 
 bool isJson = false;
 
-// Texts of a BMC may be no UTF-8.
-void print(const nlohmann::ordered_json& json) {
-    std::cerr << json.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
-}
-
 } // namespace
 
 void complainInJson() {
@@ -23,7 +19,7 @@ void complainInJson() {
 
 int complain(const std::string& text, int status) {
     if (isJson)
-        print({{"error", text}, {"status", status}});
+        std::cerr << jsonLine({{"error", text}, {"status", status}}) << '\n';
     else
         std::cerr << "phctl: " << printable(text) << '\n';
     return status;
@@ -31,7 +27,7 @@ int complain(const std::string& text, int status) {
 
 void warn(const std::string& text) {
     if (isJson)
-        print({{"warning", text}});
+        std::cerr << jsonLine({{"warning", text}}) << '\n';
     else
         std::cerr << "phctl: warning: " << printable(text) << '\n';
 }

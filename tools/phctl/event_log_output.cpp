@@ -1,6 +1,6 @@
 #include "event_log_output.h"
 
-#include "instance_output.h"
+#include "json_text.h"
 #include "text_layout.h"
 
 #include <iostream>

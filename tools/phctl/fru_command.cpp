@@ -2,8 +2,8 @@
 #include "bmc_connection.h"
 #include "commands.h"
 #include "errors.h"
-#include "instance_output.h"
 #include "ipmi-view/fru.h"
+#include "json_text.h"
 #include "numbers.h"
 #include "text_layout.h"
 

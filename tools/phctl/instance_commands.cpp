@@ -4,6 +4,7 @@
 #include "errors.h"
 #include "host_power.h"
 #include "instance_output.h"
+#include "json_text.h"
 #include "reply_output.h"
 #include "requests.h"
 #include "secrets.h"

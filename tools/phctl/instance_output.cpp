@@ -244,8 +244,4 @@ ordered_json toJson(const Instance& instance, const Presentation& how) {
     return json;
 }
 
-void printJson(std::ostream& out, const ordered_json& json) {
-    out << json.dump(2, ' ', false, ordered_json::error_handler_t::replace) << '\n';
-}
-
 } // namespace phctl

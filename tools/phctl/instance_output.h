@@ -56,6 +56,5 @@ nlohmann::ordered_json toJson(const broker::NamedValues& values);
 nlohmann::ordered_json toJson(const broker::Instance& instance);
 // With "words": {name: what the value map says}.
 nlohmann::ordered_json toJson(const broker::Instance& instance, const Presentation& how);
-void printJson(std::ostream& out, const nlohmann::ordered_json& json);
 
 } // namespace phctl

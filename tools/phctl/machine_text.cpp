@@ -1,5 +1,6 @@
 #include "machine_text.h"
 
+#include "json_text.h"
 #include "text_layout.h"
 
 #include <algorithm>
@@ -16,7 +17,7 @@ std::string plainText(const ordered_json& value) {
     if (value.is_string())
         return value.get<std::string>();
     if (!value.is_array())
-        return value.is_null() ? "-" : value.dump();
+        return value.is_null() ? "-" : jsonLine(value);
     std::string text;
     for (const auto& element : value)
         text += (text.empty() ? "" : ", ") + plainText(element);

@@ -4,6 +4,7 @@
 #include "database.h"
 #include "errors.h"
 #include "instance_output.h"
+#include "json_text.h"
 #include "secrets.h"
 #include "selection.h"
 #include "served_classes.h"

@@ -6,6 +6,7 @@
 #include "event_pipe.h"
 #include "indication_host.h"
 #include "instance_output.h"
+#include "json_text.h"
 #include "provider_output.h"
 #include "requests.h"
 #include "text_layout.h"
@@ -38,7 +39,7 @@ using Options = std::shared_ptr<MonitorOptions>;
 std::string toLine(const Delivery& delivery) {
     ordered_json json{{"to", delivery.to}, {"delivered", delivery.isDelivered}};
     json.update(delivery.content);
-    return json.dump(-1, ' ', false, ordered_json::error_handler_t::replace) + '\n';
+    return jsonLine(json) + '\n';
 }
 
 std::string toText(const Delivery& delivery) {

@@ -2,9 +2,9 @@
 #include "bmc_connection.h"
 #include "commands.h"
 #include "errors.h"
-#include "instance_output.h"
 #include "ipmi-view/chassis_status.h"
 #include "ipmi/command.h"
+#include "json_text.h"
 
 #include <algorithm>
 #include <iostream>

@@ -1,8 +1,10 @@
 #include "reply_output.h"
 
+#include "json_text.h"
 #include "sensor_labels.h"
 
 #include <iostream>
+#include <nlohmann/json.hpp>
 #include <unistd.h>
 
 namespace phctl {
@@ -24,18 +26,23 @@ Presentation presentationOf(const RequestOptions& options, const broker::Propert
 }
 
 InstancePrinter::InstancePrinter(const RequestOptions& options, const broker::PropertyList& wanted)
-    : asJson_(options.json), how_(presentationOf(options, wanted)), text_(how_) {}
+    : how_(presentationOf(options, wanted)),
+      text_(how_),
+      list_(options.json ? std::make_unique<nlohmann::ordered_json>(nlohmann::ordered_json::array())
+                         : nullptr) {}
+
+InstancePrinter::~InstancePrinter() = default;
 
 void InstancePrinter::add(const broker::Instance& instance) {
-    if (asJson_)
-        list_.push_back(toJson(instance, how_));
+    if (list_)
+        list_->push_back(toJson(instance, how_));
     else
         text_.add(instance);
 }
 
 void InstancePrinter::print() {
-    if (asJson_)
-        printJson(std::cout, list_);
+    if (list_)
+        printJson(std::cout, *list_);
     else
         text_.print(std::cout);
 }

@@ -5,7 +5,8 @@
 #include "instance_output.h"
 #include "requests.h"
 
-#include <nlohmann/json.hpp>
+#include <memory>
+#include <nlohmann/json_fwd.hpp>
 
 namespace phctl {
 
@@ -16,15 +17,17 @@ Presentation presentationOf(const RequestOptions& options, const broker::Propert
 class InstancePrinter {
 public:
     InstancePrinter(const RequestOptions& options, const broker::PropertyList& wanted);
+    ~InstancePrinter();
+    InstancePrinter(const InstancePrinter&) = delete;
+    InstancePrinter& operator=(const InstancePrinter&) = delete;
 
     void add(const broker::Instance& instance);
     void print();
 
 private:
-    const bool asJson_;
     const Presentation how_;
     InstanceText text_;
-    nlohmann::ordered_json list_ = nlohmann::ordered_json::array();
+    const std::unique_ptr<nlohmann::ordered_json> list_; // with --json
 };
 
 void printPaths(const std::vector<broker::ObjectPath>& paths, bool asJson);

@@ -3,7 +3,7 @@
 #include "errors.h"
 #include "event_log_output.h"
 #include "event_options.h"
-#include "instance_output.h"
+#include "json_text.h"
 #include "machine.h"
 
 #include <iostream>

@@ -3,7 +3,7 @@
 #include "commands.h"
 #include "database.h"
 #include "errors.h"
-#include "instance_output.h"
+#include "json_text.h"
 #include "private_root.h"
 #include "progress.h"
 #include "smash-db/inventory_tables.h"

@@ -17,14 +17,9 @@
 namespace phctl::check {
 namespace {
 
-using nlohmann::json;
+using nlohmann::ordered_json;
 
 constexpr int graceSeconds = 5; // that a function may be late before it counts as one that hangs
-
-void tell(int channel, const json& event) {
-    const std::string line = event.dump() + '\n';
-    [[maybe_unused]] const ssize_t written = write(channel, line.data(), line.size());
-}
 
 // What the process does that calls the platform. It prints nothing: the report is on standard output.
 [[noreturn]] void runChecks(const char* library, const char* function, Check check,
@@ -103,10 +98,10 @@ private:
     void take(std::string_view bytes) {
         text_ += bytes;
         for (std::size_t end; (end = text_.find('\n')) != std::string::npos; text_.erase(0, end + 1))
-            handle(json::parse(text_.substr(0, end)));
+            handle(ordered_json::parse(text_.substr(0, end)));
     }
 
-    void handle(const json& event) {
+    void handle(const ordered_json& event) {
         if (event.contains("call")) {
             open_ = Report{library_, function_, event["call"], Outcome::NotCalled, {}, 0};
             step_.clear();

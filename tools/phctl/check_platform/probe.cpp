@@ -1,5 +1,7 @@
 #include "check_platform/probe.h"
 
+#include "json_text.h"
+
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
@@ -26,6 +28,11 @@ int openLog() {
 }
 
 } // namespace
+
+void tell(int channel, const nlohmann::ordered_json& event) {
+    const std::string line = jsonLine(event) + '\n';
+    [[maybe_unused]] const ssize_t written = write(channel, line.data(), line.size());
+}
 
 // ---- One call
 
@@ -75,11 +82,6 @@ Probe::~Probe() {
             close(handle);
     if (sessionInfo_ != nullptr)
         explicit_bzero(sessionInfo_.get(), sizeof(IPMISessionInfo)); // it has a password
-}
-
-void Probe::tell(const nlohmann::json& event) const {
-    const std::string line = event.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + '\n';
-    [[maybe_unused]] const ssize_t written = write(settings_.channel, line.data(), line.size());
 }
 
 void Probe::allow(int seconds) const {

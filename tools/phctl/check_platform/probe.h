@@ -24,6 +24,9 @@ struct NotPossible : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+// Sends an event, as a line, to the process that reports.
+void tell(int channel, const nlohmann::ordered_json& event);
+
 class Probe;
 
 // One call that was made, until it is reported.
@@ -141,7 +144,7 @@ private:
     void makeOnce(Call& call, const std::vector<Output*>& outputs, std::uint8_t pattern,
                   const std::function<int()>& work);
     void report(const Call& call);
-    void tell(const nlohmann::json& event) const;
+    void tell(const nlohmann::ordered_json& event) const { check::tell(settings_.channel, event); }
     std::string reasonOfFailure();
 
     const char* library_;
