@@ -127,6 +127,7 @@ Option Command::option(std::string names, Value& variable, std::string about) co
     return Option(app_->add_option(std::move(names), variable, std::move(about)));
 }
 
+// What options set; a further type is a line here.
 template Option Command::option(std::string, std::string&, std::string) const;
 template Option Command::option(std::string, std::optional<std::string>&, std::string) const;
 template Option Command::option(std::string, std::vector<std::string>&, std::string) const;
@@ -155,9 +156,9 @@ Command Command::alternatives(std::string title) const {
     return {group->require_option(1), chosen_};
 }
 
-CommandLine::CommandLine(std::string program, std::string about, std::string version)
+CommandLine::CommandLine(std::string program, std::string about, const std::string& version)
     : app_(std::make_unique<CLI::App>(std::move(about), std::move(program))) {
-    app_->set_version_flag("--version", std::move(version));
+    app_->set_version_flag("--version", version);
     app_->fallthrough(); // its options may stand behind a command
 }
 

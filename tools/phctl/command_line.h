@@ -83,7 +83,7 @@ private:
 class CommandLine {
 public:
     // `version` is what --version prints.
-    CommandLine(std::string program, std::string about, std::string version);
+    CommandLine(std::string program, std::string about, const std::string& version);
     ~CommandLine();
     CommandLine(const CommandLine&) = delete;
     CommandLine& operator=(const CommandLine&) = delete;
