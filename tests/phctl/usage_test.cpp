@@ -58,6 +58,7 @@ TEST_F(Usage, wrongCommandLinesEndWithStatus2AndSayWhatIsWrong) {
         {{"bmc", "fault", "0x04:0x100", "--silent"}, "NETFN:COMMAND"},
         {{"bmc", "fault", "get-sdr"}, "1 option"},
         {{"bmc", "fault", "get-sdr", "--silent", "--code", "1"}, "1 option"},
+        {{"bmc", "fault", "get-sdr", "--silent", "--silently"}, "--silently"},
         {{"bmc", "show", "sensor"}, "no part sensor"},
         {{"bmc", "sel", "add"}, "name a sensor and a state offset, or give a --record"},
         {{"bmc", "sel", "add", "CPU1 Temp", "15"}, "OFFSET"},

@@ -153,7 +153,8 @@ void Command::flags(std::string yes, std::string no, std::optional<bool>& variab
 
 Command Command::alternatives(std::string title) const {
     CLI::App* group = app_->add_option_group(std::move(title));
-    return {group->require_option(1), chosen_};
+    // An unknown option would go from the group to the command, and back, without an end.
+    return {group->require_option(1)->fallthrough(false), chosen_};
 }
 
 CommandLine::CommandLine(std::string program, std::string about, const std::string& version)
