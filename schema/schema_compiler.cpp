@@ -108,9 +108,8 @@ private:
 
     template <class All, class RowOf>
     static std::string list(Pool& pool, const All& all, RowOf rowOf) {
-        std::vector<std::string> rows;
-        for (const auto& each : all)
-            rows.push_back(rowOf(each));
+        std::vector<std::string> rows(all.size());
+        std::ranges::transform(all, rows.begin(), rowOf);
         return pool.add(rows);
     }
     std::string names(const std::vector<std::string>& all) {
