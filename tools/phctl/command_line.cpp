@@ -145,10 +145,11 @@ Option Command::flag(std::string name, bool& variable, std::string about) const 
     return Option(app_->add_flag(std::move(name), variable, std::move(about)));
 }
 
-void Command::flags(std::string yes, std::string no, std::optional<bool>& variable, std::string about) const {
+void Command::flags(const std::string& yes, const std::string& no, std::optional<bool>& variable,
+                    const std::string& about) const {
     const auto sets = [&variable](bool value) { return [&variable, value] { variable = value; }; };
-    CLI::Option* option = app_->add_flag_callback(std::move(yes), sets(true), std::move(about));
-    app_->add_flag_callback(std::move(no), sets(false), "The contrary")->excludes(option);
+    CLI::Option* option = app_->add_flag_callback(yes, sets(true), about);
+    app_->add_flag_callback(no, sets(false), "The contrary")->excludes(option);
 }
 
 Command Command::alternatives(std::string title) const {

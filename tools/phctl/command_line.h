@@ -71,7 +71,8 @@ public:
     Option option(std::string names, Value& variable, std::string about) const;
     Option flag(std::string name, bool& variable, std::string about) const;
     // Adds a flag for true, and its contrary.
-    void flags(std::string yes, std::string no, std::optional<bool>& variable, std::string about) const;
+    void flags(const std::string& yes, const std::string& no, std::optional<bool>& variable,
+               const std::string& about) const;
     // Exactly one of the options that this gets has to be given. The title is that of --help.
     Command alternatives(std::string title) const;
 

@@ -49,7 +49,7 @@ Delivery toListener(std::int32_t destination, std::int32_t channel) {
 // mail:CHANNEL:SELECTOR, cimxml:N
 Delivery parseDelivery(const std::string& text) {
     constexpr std::uint8_t lastChannel = 0x0F, lastSelector = 0x0F;
-    const auto parts = split(text, ':');
+    const std::vector<std::string> parts = split(text, ':');
     if (parts.size() == 3 && parts[0] == "mail") {
         const auto channel = readNumber<std::uint8_t>(parts[1]);
         const auto selector = readNumber<std::uint8_t>(parts[2]);
