@@ -1,8 +1,8 @@
 // The TCP ports of services, and SSH and Telnet as rows of one table.
 #include "ipmi/oem_commands.h"
-#include "managed_bmc.h"
 #include "provider_helper/service_sessions.h"
 #include "provider_helper/services.h"
+#include "service_requests.h"
 
 namespace {
 
