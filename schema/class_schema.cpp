@@ -19,7 +19,7 @@ namespace {
 
 namespace {
 
-std::string_view textOf(tables::Text text) {
+std::string_view textOf(const tables::Text& text) {
     return {tables::texts + text.begin, text.size};
 }
 
@@ -39,10 +39,6 @@ std::vector<Read> read(std::span<const Row> rows, Read (*one)(const Row&)) {
 
 Value readValue(const tables::Value& row) {
     return {textOf(row.value), textOf(row.meaning)};
-}
-
-std::string_view readName(const tables::Text& row) {
-    return textOf(row);
 }
 
 Element readElement(const tables::Element& row) {
@@ -166,7 +162,7 @@ Class load(const tables::Class& table) {
                  .creates = table.creates,
                  .deletes = table.deletes,
                  .source = textOf(table.source),
-                 .nameSpaces = read(rowsOf(tables::names, table.nameSpaces), readName)};
+                 .nameSpaces = read(rowsOf(tables::names, table.nameSpaces), textOf)};
     addFeatures(loaded, table);
     loaded.servedPropertyCount = bringForward(loaded.properties, table.servedProperties);
     loaded.servedMethodCount = bringForward(loaded.methods, table.servedMethods);
