@@ -13,7 +13,7 @@ using Operation = Request::Operation;
 // The frames of an attached thread; one that forgets to detach loses them at its end.
 thread_local std::vector<std::unique_ptr<Frame>> attachedFrames;
 
-PropertyList listOf(const char** names) {
+PropertyList propertiesOf(const char** names) {
     if (names == nullptr)
         return std::nullopt;
     PropertyList list(std::in_place);
@@ -90,7 +90,7 @@ CMPIEnumeration* enumerateInstances(const CMPIBroker* broker, const CMPIContext*
                                     const CMPIObjectPath* path, const char** properties, CMPIStatus* status) {
     return obtain(broker, Call::enumerateInstances, status, [&](State& state) {
         Request request = requestOf(Operation::EnumerateInstances, path);
-        request.properties = listOf(properties);
+        request.properties = propertiesOf(properties);
         Reply reply = answer(state, context, request);
         return enumerationOf(state, CMPI_instance, std::move(reply.instances));
     });
@@ -100,7 +100,7 @@ CMPIInstance* getInstance(const CMPIBroker* broker, const CMPIContext* context, 
                           const char** properties, CMPIStatus* status) {
     return obtain(broker, Call::getInstance, status, [&](State& state) {
         Request request = requestOf(Operation::GetInstance, path);
-        request.properties = listOf(properties);
+        request.properties = propertiesOf(properties);
         Reply reply = answer(state, context, request);
         if (reply.instances.empty())
             throw Failure{CMPI_RC_ERR_NOT_FOUND};
@@ -125,7 +125,7 @@ CMPIStatus modifyInstance(const CMPIBroker* broker, const CMPIContext* context, 
     return perform(broker, Call::modifyInstance, [&](State& state) {
         Request request = requestOf(Operation::ModifyInstance, path);
         request.instance = objectOf(instance).content.get();
-        request.properties = listOf(properties);
+        request.properties = propertiesOf(properties);
         answer(state, context, request);
     });
 }
@@ -144,7 +144,7 @@ CMPIEnumeration* associators(const CMPIBroker* broker, const CMPIContext* contex
                              const char* resultRole, const char** properties, CMPIStatus* status) {
     return obtain(broker, Call::associators, status, [&](State& state) {
         Request request = requestOf(Operation::Associators, path);
-        request.properties = listOf(properties);
+        request.properties = propertiesOf(properties);
         request.filter = {textOf(assocClass), textOf(resultClass), textOf(role), textOf(resultRole)};
         return enumerationOf(state, CMPI_instance, answer(state, context, request).instances);
     });
@@ -165,7 +165,7 @@ CMPIEnumeration* references(const CMPIBroker* broker, const CMPIContext* context
                             CMPIStatus* status) {
     return obtain(broker, Call::references, status, [&](State& state) {
         Request request = requestOf(Operation::References, path);
-        request.properties = listOf(properties);
+        request.properties = propertiesOf(properties);
         request.filter = {.resultClass = textOf(resultClass), .role = textOf(role)};
         return enumerationOf(state, CMPI_instance, answer(state, context, request).instances);
     });

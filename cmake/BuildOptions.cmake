@@ -39,13 +39,17 @@ endif()
 add_library(ph_options INTERFACE)
 target_link_libraries(ph_options INTERFACE ph_build_options)
 if(PH_SANITIZE)
-    # Little optimization: the inline functions of the standard library are sanitized where they are called.
-    target_compile_options(ph_options INTERFACE -O1 -fsanitize=${PH_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    # Little optimization: the inline functions of the standard library are sanitized where they are called. What has the
+    # property PH_QUICK_WHEN_SANITIZED does without any.
+    target_compile_options(ph_options INTERFACE
+        $<IF:$<BOOL:$<TARGET_PROPERTY:PH_QUICK_WHEN_SANITIZED>>,-O0,-O1> -fsanitize=${PH_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     target_compile_definitions(ph_options INTERFACE _GLIBCXX_ASSERTIONS)
     add_link_options(-fsanitize=${PH_SANITIZE})
     # What a sanitizer knows of each place in the code is addresses, millions of them in a program, which each start of it would
     # relocate.
     add_link_options($<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:-no-pie>)
+    # What the sanitizers add makes the compiler take an empty value for one that is not initialized.
+    target_compile_options(ph_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
     if(PH_SANITIZE STREQUAL thread) # it has to see what synchronizes in tests, too
         add_compile_options(-fsanitize=thread)
         target_compile_options(ph_build_options INTERFACE -Wno-error) # its code has the compiler guess wrong

@@ -12,11 +12,6 @@ using hooks::LanParameters;
 namespace lan = ipmi::lan;
 namespace parameter = ipmi::lan::parameter;
 
-void require(bool isGiven) {
-    if (!isGiven)
-        throw std::invalid_argument("an argument is missing");
-}
-
 // Parameter 19 of either format.
 struct Address {
     std::uint8_t bytes[18] = {}; // set selector, format, then 11 bytes for IPv4 or 16 for IPv6
@@ -47,7 +42,7 @@ int CIM_GetLANDestinationType_AddrTable(IPMI20_SESSION_T* session, CIM_LANDestin
                                         CIM_LANDestinationAddress* addresses, uint8_t* count, uint8_t channel,
                                         int timeout) {
     return hooks::guarded(__func__, [&] {
-        require(types != nullptr && addresses != nullptr && count != nullptr);
+        hooks::require(types != nullptr && addresses != nullptr && count != nullptr);
         constexpr std::uint8_t countMask = 0x0F;
         const LanParameters bmc(hooks::sessionOf(session, timeout), channel);
         const std::uint8_t destinations = bmc.readByte(parameter::destinationCount) & countMask;
@@ -76,7 +71,7 @@ int CIM_SetLANDestinationType(IPMI20_SESSION_T* session, uint8_t channel, uint8_
 int CIM_SetLANDestinationAddress(IPMI20_SESSION_T* session, uint8_t channel, uint8_t selector, uint8_t format,
                                  const uint8_t* address, int timeout) {
     return hooks::guarded(__func__, [&] {
-        require(address != nullptr);
+        hooks::require(address != nullptr);
         std::uint8_t value[sizeof(CIM_LANDestinationAddress)] = {selector,
                                                                  static_cast<std::uint8_t>(format << 4)};
         std::copy_n(address, sizeof(CIM_LANDestinationAddress::address),
@@ -89,7 +84,7 @@ int CIM_SetLANDestinationAddress(IPMI20_SESSION_T* session, uint8_t channel, uin
 int CIM_GetLANDestinationV6Address(IPMI20_SESSION_T* session, uint8_t channel, uint8_t selector,
                                    CIM_LANDestinationV6Address* address, int timeout) {
     return hooks::guarded(__func__, [&] {
-        require(address != nullptr);
+        hooks::require(address != nullptr);
         const Address read = readAddress({hooks::sessionOf(session, timeout), channel}, selector);
         *address = {};
         if (read.isIpv6()) {
@@ -103,7 +98,7 @@ int CIM_GetLANDestinationV6Address(IPMI20_SESSION_T* session, uint8_t channel, u
 int CIM_SetLANDestinationV6Address(IPMI20_SESSION_T* session, uint8_t channel, uint8_t selector,
                                    uint8_t format, const uint8_t* address, int timeout) {
     return hooks::guarded(__func__, [&] {
-        require(address != nullptr);
+        hooks::require(address != nullptr);
         constexpr std::size_t size = sizeof(CIM_LANDestinationV6Address::address);
         const LanParameters bmc(hooks::sessionOf(session, timeout), channel);
         Address value;

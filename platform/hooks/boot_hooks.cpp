@@ -9,7 +9,6 @@ namespace {
 
 namespace boot = ipmi::boot;
 namespace completion = ipmi::completion;
-namespace parameter = ipmi::boot::parameter;
 
 using ipmi::command::getSystemBootOptions;
 using ipmi::command::setSystemBootOptions;
@@ -17,15 +16,15 @@ using ipmi::command::setSystemBootOptions;
 using FlagBytes = std::array<std::uint8_t, boot::flagsSize>;
 
 // BMCs answer so for a command or a parameter that they do not have.
-bool meansMissing(std::uint8_t code) {
+bool meansNoFlags(std::uint8_t code) {
     return code == boot::parameterNotSupported || code == completion::invalidCommand ||
            code == completion::invalidCommandForLun || completion::meansAbsent(code);
 }
 
-std::optional<ipmi::Answer> readParameter(ipmi::Transport& bmc, std::uint8_t number) {
+std::optional<ipmi::Answer> readBootParameter(ipmi::Transport& bmc, std::uint8_t number) {
     const std::uint8_t request[] = {number, 0, 0};
     auto answer = ipmi::ask(bmc, getSystemBootOptions, request);
-    if (meansMissing(answer.code()))
+    if (meansNoFlags(answer.code()))
         return std::nullopt;
     if (answer.code() != completion::success)
         throw ipmi::CompletionCodeError(getSystemBootOptions, answer.code());
@@ -60,7 +59,7 @@ std::uint8_t writeParameter(ipmi::Transport& bmc, std::uint8_t number,
 class Progress {
 public:
     explicit Progress(ipmi::Transport& bmc) : bmc_(bmc) {
-        const std::uint8_t code = writeParameter(bmc, parameter::setInProgress, {boot::inProgress});
+        const std::uint8_t code = writeParameter(bmc, boot::parameter::setInProgress, {boot::inProgress});
         if (code == boot::alreadyInProgress)
             throw std::runtime_error("somebody else is changing the boot options");
         isTold_ = code == completion::success;
@@ -69,7 +68,7 @@ public:
     ~Progress() {
         if (isTold_)
             hooks::guarded("CIM_SetBootFlags", [&] {
-                if (writeParameter(bmc_, parameter::setInProgress, {boot::setComplete}) !=
+                if (writeParameter(bmc_, boot::parameter::setInProgress, {boot::setComplete}) !=
                     completion::success)
                     throw std::runtime_error("the boot options stay in progress");
             });
@@ -87,12 +86,12 @@ private:
 // whatever begins it; only after the BMC's own emergencies it decides itself.
 void keepUntilBoot(ipmi::Transport& bmc) {
     constexpr std::uint8_t kept = boot::keepWithoutCommand | boot::keepOnSoftReset | boot::keepOnPowerButton;
-    const auto answer = readParameter(bmc, parameter::validBitClearing);
+    const auto answer = readBootParameter(bmc, boot::parameter::validBitClearing);
     if (!answer)
         return;
     const std::uint8_t bits = valueOf<1>(*answer)[0];
     if ((bits & kept) != kept)
-        writeParameter(bmc, parameter::validBitClearing, {static_cast<std::uint8_t>((bits & 0x1F) | kept)});
+        writeParameter(bmc, boot::parameter::validBitClearing, {static_cast<std::uint8_t>((bits & 0x1F) | kept)});
 }
 
 FlagBytes changed(FlagBytes bytes, const CIM_BootFlags& flags) {
@@ -106,17 +105,17 @@ FlagBytes changed(FlagBytes bytes, const CIM_BootFlags& flags) {
 }
 
 void writeFlags(ipmi::Transport& bmc, const CIM_BootFlags& flags) {
-    const auto answer = readParameter(bmc, parameter::flags);
+    const auto answer = readBootParameter(bmc, boot::parameter::flags);
     if (!answer)
         throw std::runtime_error("the BMC has no boot flags");
     const FlagBytes bytes = changed(valueOf<boot::flagsSize>(*answer), flags);
     const Progress progress(bmc);
     // They come first: when the BMC refuses them, nothing else has been changed.
-    if (const std::uint8_t code = writeParameter(bmc, parameter::flags, bytes); code != completion::success)
+    if (const std::uint8_t code = writeParameter(bmc, boot::parameter::flags, bytes); code != completion::success)
         throw ipmi::CompletionCodeError(setSystemBootOptions, code);
     if (flags.isValid == 0)
         return;
-    writeParameter(bmc, parameter::infoAcknowledge, {boot::everyParty, boot::notHandled});
+    writeParameter(bmc, boot::parameter::infoAcknowledge, {boot::everyParty, boot::notHandled});
     keepUntilBoot(bmc);
 }
 
@@ -127,7 +126,7 @@ int CIM_GetBootFlags(IPMI20_SESSION_T* session, CIM_BootFlags* flags, int timeou
         if (flags == nullptr)
             throw std::invalid_argument("no place for the flags given");
         *flags = {};
-        const auto answer = readParameter(hooks::sessionOf(session, timeout), parameter::flags);
+        const auto answer = readBootParameter(hooks::sessionOf(session, timeout), boot::parameter::flags);
         if (!answer)
             return;
         const FlagBytes bytes = valueOf<boot::flagsSize>(*answer);

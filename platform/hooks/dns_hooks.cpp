@@ -18,11 +18,6 @@ namespace oem = ipmi::oem;
 
 constexpr std::size_t addressSize = 16;
 
-void require(bool isGiven) {
-    if (!isGiven)
-        throw std::invalid_argument("an argument is missing");
-}
-
 // What the settings belong to: an IP version of a LAN, or all LANs.
 struct Owner {
     std::uint8_t channel = 0, ipVersion = 0;
@@ -107,7 +102,7 @@ Owner ownerOf(std::uint8_t channel, std::uint8_t ipVersion) {
 int CIM_GetDNSConfig(IPMI20_SESSION_T* session, CIM_DNSConfig* configuration, uint8_t channel,
                      uint8_t ipVersion, uint8_t inUse, int timeout) {
     return hooks::guarded(__func__, [&] {
-        require(configuration != nullptr);
+        hooks::require(configuration != nullptr);
         *configuration = {};
         BlockReader bmc(hooks::sessionOf(session, timeout), ownerOf(channel, ipVersion), inUse != 0);
         std::array<std::uint8_t, oem::dnsClientHeadSize> head;
@@ -131,7 +126,7 @@ int CIM_GetDNSConfig(IPMI20_SESSION_T* session, CIM_DNSConfig* configuration, ui
 int CIM_SetDNSConfig(IPMI20_SESSION_T* session, const CIM_DNSConfig* configuration, uint8_t channel,
                      uint8_t ipVersion, int timeout) {
     return hooks::guarded(__func__, [&] {
-        require(configuration != nullptr && configuration->serverCount <= CIM_MAX_DNS_SERVERS);
+        hooks::require(configuration != nullptr && configuration->serverCount <= CIM_MAX_DNS_SERVERS);
         std::array<std::uint8_t, oem::dnsClientSize> bytes;
         ipmi::Writer writer(bytes);
         writer
@@ -150,7 +145,7 @@ int CIM_SetDNSConfig(IPMI20_SESSION_T* session, const CIM_DNSConfig* configurati
 
 int CIM_GetDNSSearch(IPMI20_SESSION_T* session, CIM_DNSSearch* search, int timeout) {
     return hooks::guarded(__func__, [&] {
-        require(search != nullptr);
+        hooks::require(search != nullptr);
         *search = {};
         BlockReader bmc(hooks::sessionOf(session, timeout), {}, 0);
         std::array<std::uint8_t, oem::dnsSearchHeadSize> head;
@@ -165,7 +160,7 @@ int CIM_GetDNSSearch(IPMI20_SESSION_T* session, CIM_DNSSearch* search, int timeo
 
 int CIM_SetDNSSearch(IPMI20_SESSION_T* session, const CIM_DNSSearch* search, int timeout) {
     return hooks::guarded(__func__, [&] {
-        require(search != nullptr);
+        hooks::require(search != nullptr);
         std::array<std::uint8_t, oem::dnsSearchSize> bytes;
         ipmi::Writer writer(bytes);
         writer

@@ -16,7 +16,7 @@ using hooks::LanParameters;
 namespace lan = ipmi::lan;
 namespace parameter = ipmi::lan::parameter;
 
-constexpr std::size_t addressSize = 16;
+using Ipv6Address = std::array<std::uint8_t, 16>;
 constexpr std::uint8_t longestPrefix = 128;
 constexpr const char* noStaticAddress = "the BMC has no static IPv6 address";
 
@@ -24,7 +24,7 @@ constexpr const char* noStaticAddress = "the BMC has no static IPv6 address";
 struct AddressSet {
     std::uint8_t selector = 0;
     std::uint8_t source = 0; // with lan::addressEnabled
-    std::array<std::uint8_t, addressSize> address = {};
+    Ipv6Address address = {};
     std::uint8_t prefixLength = 0;
     std::uint8_t status = 0;
 
@@ -43,7 +43,7 @@ std::optional<AddressSet> readAddress(const LanParameters& bmc, std::uint8_t num
     AddressSet set;
     set.selector = reader.u8();
     set.source = reader.u8();
-    std::ranges::copy(reader.bytes(addressSize), set.address.begin());
+    std::ranges::copy(reader.bytes(set.address.size()), set.address.begin());
     set.prefixLength = reader.u8();
     set.status = reader.u8();
     return set;
@@ -95,10 +95,8 @@ void appendActive(CIM_IPv6Addresses& list, const LanParameters& bmc, std::uint8_
     }
 }
 
-using Address = std::array<std::uint8_t, addressSize>;
-
-void append(CIM_IPv6Routers& list, const Address& router) {
-    if (router != Address{} && list.count < CIM_MAX_IPV6_ROUTERS)
+void append(CIM_IPv6Routers& list, const Ipv6Address& router) {
+    if (router != Ipv6Address{} && list.count < CIM_MAX_IPV6_ROUTERS)
         std::ranges::copy(router, list.addresses[list.count++]);
 }
 
@@ -107,8 +105,8 @@ void appendDynamic(CIM_IPv6Routers& list, const LanParameters& bmc) {
     bmc.readIfPresent(parameter::ipv6DynamicRouterCount, std::span(&count, 1));
     count = std::min<std::uint8_t>(count, CIM_MAX_IPV6_ROUTERS); // which each cost a message
     for (std::uint8_t selector = 0; selector < count; ++selector) {
-        std::array<std::uint8_t, 1 + addressSize> set; // behind its selector
-        Address router{};
+        std::array<std::uint8_t, 1 + std::tuple_size_v<Ipv6Address>> set; // behind its selector
+        Ipv6Address router{};
         if (bmc.readSetIfPresent(parameter::ipv6DynamicRouters, selector, set))
             std::ranges::copy(std::span(set).subspan(1), router.begin());
         append(list, router);
@@ -171,7 +169,7 @@ int CIM_GetIPv6Routers(IPMI20_SESSION_T* session, CIM_IPv6Routers* routers, uint
             return;
         if ((control & lan::staticRouters) != 0)
             for (const std::uint8_t number : {parameter::ipv6StaticRouter1, parameter::ipv6StaticRouter2}) {
-                Address router{};
+                Ipv6Address router{};
                 bmc.readIfPresent(number, router);
                 append(*routers, router);
             }
@@ -203,7 +201,7 @@ int CIM_SetIPv6Address(IPMI20_SESSION_T* session, const uint8_t* address, uint8_
     return changeStaticAddress(__func__, session, timeout, channel, [&](AddressSet& set) {
         requireAddress(address);
         set.source = lan::addressEnabled;
-        std::copy_n(address, addressSize, set.address.begin());
+        std::copy_n(address, set.address.size(), set.address.begin());
     });
 }
 
@@ -220,6 +218,6 @@ int CIM_SetIPv6Gateway(IPMI20_SESSION_T* session, const uint8_t* gateway, uint8_
     return hooks::guarded(__func__, [&] {
         requireAddress(gateway);
         LanParameters(hooks::sessionOf(session, timeout), channel)
-            .write(parameter::ipv6StaticRouter1, std::span(gateway, addressSize));
+            .write(parameter::ipv6StaticRouter1, std::span(gateway, std::tuple_size_v<Ipv6Address>));
     });
 }

@@ -14,15 +14,10 @@ namespace parameter = ipmi::lan::parameter;
 constexpr std::size_t macSize = 6;
 constexpr std::size_t ipv4Size = 4;
 
-void require(bool isGiven) {
-    if (!isGiven)
-        throw std::invalid_argument("no place for the answer given");
-}
-
 int readMac(const char* hook, const IPMI20_SESSION_T* session, int timeout, std::uint8_t* mac,
             std::uint8_t channel) {
     return hooks::guarded(hook, [&] {
-        require(mac != nullptr);
+        hooks::require(mac != nullptr);
         LanParameters(hooks::sessionOf(session, timeout), channel)
             .read(parameter::macAddress, std::span(mac, macSize));
     });
@@ -42,7 +37,7 @@ int writeIpv4(const char* hook, const IPMI20_SESSION_T* session, int timeout, st
 
 int CIM_GetLANCount(IPMI20_SESSION_T* session, uint8_t* count, uint8_t* lanIndices, int timeout) {
     return hooks::guarded(__func__, [&] {
-        require(count != nullptr && lanIndices != nullptr);
+        hooks::require(count != nullptr && lanIndices != nullptr);
         auto& bmc = hooks::sessionOf(session, timeout);
         *count = static_cast<uint8_t>(bmc.lanChannels().size());
         for (std::uint8_t i = 0; i < *count; ++i)
@@ -52,7 +47,7 @@ int CIM_GetLANCount(IPMI20_SESSION_T* session, uint8_t* count, uint8_t* lanIndic
 
 int CIM_GetChannelNum(IPMI20_SESSION_T* session, uint8_t lanIndex, uint8_t* channel, int timeout) {
     return hooks::guarded(__func__, [&] {
-        require(channel != nullptr);
+        hooks::require(channel != nullptr);
         const auto& channels = hooks::sessionOf(session, timeout).lanChannels();
         if (lanIndex == 0 || channels.size() < lanIndex)
             throw std::out_of_range("the BMC has no LAN " + std::to_string(lanIndex));
@@ -71,7 +66,7 @@ int LIBIPMI_HL_GetMACAddress(IPMI20_SESSION_T* session, uint8_t* mac, uint8_t ch
 int CIM_GetVlanStatus(IPMI20_SESSION_T* session, uint8_t* enabled, uint16_t* vlanId, uint8_t* priority,
                       uint8_t channel, int timeout) {
     return hooks::guarded(__func__, [&] {
-        require(enabled != nullptr && vlanId != nullptr && priority != nullptr);
+        hooks::require(enabled != nullptr && vlanId != nullptr && priority != nullptr);
         const LanParameters lan(hooks::sessionOf(session, timeout), channel);
         std::uint8_t id[2] = {}; // 12 bits, and bit 15: enabled
         lan.readIfPresent(parameter::vlanId, id);
@@ -85,7 +80,7 @@ int CIM_GetVlanStatus(IPMI20_SESSION_T* session, uint8_t* enabled, uint16_t* vla
 int CIM_GetIPv4NetworkCfg(IPMI20_SESSION_T* session, CIM_IPv4NetworkCfg* configuration, uint8_t channel,
                           int timeout) {
     return hooks::guarded(__func__, [&] {
-        require(configuration != nullptr);
+        hooks::require(configuration != nullptr);
         const LanParameters lan(hooks::sessionOf(session, timeout), channel);
         // IPMI has no names for the sources beyond "other".
         configuration->source =

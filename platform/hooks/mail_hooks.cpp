@@ -15,11 +15,6 @@ namespace oem = ipmi::oem;
 
 enum Server : std::uint8_t { primary, secondary };
 
-void require(bool isGiven) {
-    if (!isGiven)
-        throw std::invalid_argument("an argument is missing");
-}
-
 // `text` holds the text's size, and one byte more unless `isTerminated` is false.
 void readText(Session& bmc, oem::MailText which, std::uint8_t owner, std::uint8_t part, char* text,
               bool isTerminated = true) {
@@ -89,7 +84,7 @@ void readInfo(Session& bmc, std::uint8_t channel, Server server, CIM_SMTPInfo& i
 int getInfo(const char* hook, const IPMI20_SESSION_T* session, CIM_SMTPInfo* info, std::uint8_t channel,
             Server server, int timeout) {
     return hooks::guarded(hook, [&] {
-        require(info != nullptr);
+        hooks::require(info != nullptr);
         readInfo(hooks::sessionOf(session, timeout), channel, server, *info);
     });
 }
@@ -97,7 +92,7 @@ int getInfo(const char* hook, const IPMI20_SESSION_T* session, CIM_SMTPInfo* inf
 int getIpv4(const char* hook, const IPMI20_SESSION_T* session, char* address, std::uint8_t channel,
             Server server, int timeout) {
     return hooks::guarded(hook, [&] {
-        require(address != nullptr);
+        hooks::require(address != nullptr);
         const ServerSettings settings = readServer(hooks::sessionOf(session, timeout), channel, server);
         inet_ntop(AF_INET, settings.ipv4, address, CIM_SMTP_ADDRESS_SIZE);
     });
@@ -106,7 +101,7 @@ int getIpv4(const char* hook, const IPMI20_SESSION_T* session, char* address, st
 int getIpv6(const char* hook, const IPMI20_SESSION_T* session, std::uint8_t* address, std::uint8_t channel,
             Server server, int timeout) {
     return hooks::guarded(hook, [&] {
-        require(address != nullptr);
+        hooks::require(address != nullptr);
         const ServerSettings settings = readServer(hooks::sessionOf(session, timeout), channel, server);
         std::ranges::copy(settings.ipv6, address);
     });
@@ -117,7 +112,7 @@ int getIpv6(const char* hook, const IPMI20_SESSION_T* session, std::uint8_t* add
 int CIM_TRZGetEmailDest(IPMI20_SESSION_T* session, uint8_t selector, uint8_t* userId, char* subject,
                         char* message, uint8_t channel, int timeout) {
     return hooks::guarded(__func__, [&] {
-        require(userId != nullptr && subject != nullptr && message != nullptr);
+        hooks::require(userId != nullptr && subject != nullptr && message != nullptr);
         auto& bmc = hooks::sessionOf(session, timeout);
         const auto answer = hooks::runOem(bmc, oem::getMailDestination, {channel, selector});
         auto reader = answer.reader();
@@ -131,7 +126,7 @@ int CIM_TRZGetEmailDest(IPMI20_SESSION_T* session, uint8_t selector, uint8_t* us
 int CIM_TRZSetEmailDest(IPMI20_SESSION_T* session, uint8_t selector, uint8_t userId, const char* subject,
                         const char* message, uint8_t channel, int timeout) {
     return hooks::guarded(__func__, [&] {
-        require(subject != nullptr && message != nullptr);
+        hooks::require(subject != nullptr && message != nullptr);
         auto& bmc = hooks::sessionOf(session, timeout);
         writeText(bmc, oem::mailSubject, channel, selector, subject);
         writeText(bmc, oem::mailMessage, channel, selector, message);
@@ -141,7 +136,7 @@ int CIM_TRZSetEmailDest(IPMI20_SESSION_T* session, uint8_t selector, uint8_t use
 
 int CIM_TRZGetUserEmail(IPMI20_SESSION_T* session, uint8_t userId, char* address, int timeout) {
     return hooks::guarded(__func__, [&] {
-        require(address != nullptr);
+        hooks::require(address != nullptr);
         readText(hooks::sessionOf(session, timeout), oem::userAddress, userId, 0, address);
     });
 }

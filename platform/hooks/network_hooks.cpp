@@ -20,11 +20,6 @@ namespace oem = ipmi::oem;
 constexpr std::size_t longestName = 16;
 constexpr int configuredTimeout = 30; // seconds, of the call that is not told how long it may take
 
-void require(bool isGiven) {
-    if (!isGiven)
-        throw std::invalid_argument("no place for the answer given");
-}
-
 // The name becomes part of keys and of a file's name.
 bool isName(std::span<const std::uint8_t> bytes) {
     return !bytes.empty() && bytes.size() <= longestName && std::ranges::all_of(bytes, [](std::uint8_t c) {
@@ -35,7 +30,7 @@ bool isName(std::span<const std::uint8_t> bytes) {
 int readLanEnable(const char* hook, const IPMI20_SESSION_T* session, int timeout, std::uint8_t lanIndex,
                   std::uint8_t* enable) {
     return hooks::guarded(hook, [&] {
-        require(enable != nullptr);
+        hooks::require(enable != nullptr);
         const auto answer = hooks::runOem(hooks::sessionOf(session, timeout), oem::getLanEnable, {lanIndex});
         auto reader = answer.reader();
         *enable = reader.u8() & CIM_LAN_BOTH;
@@ -64,7 +59,7 @@ Bond decodeBond(const Answer& answer) {
 
 int CIM_GetLANIndex(IPMI20_SESSION_T* session, uint8_t lanIndex, char* name, int timeout) {
     return hooks::guarded(__func__, [&] {
-        require(name != nullptr);
+        hooks::require(name != nullptr);
         std::snprintf(name, CIM_INTERFACE_NAME_SIZE, "eth%d", lanIndex - 1);
         if (const auto answer =
                 hooks::askOem(hooks::sessionOf(session, timeout), oem::getInterfaceName, {lanIndex})) {
@@ -92,7 +87,7 @@ int CIM_SetLANEnable(IPMI20_SESSION_T* session, uint8_t lanIndex, uint8_t enable
 
 int CIM_IsBondEnabled(IPMI20_SESSION_T* session, CIM_BondInfo* info, int timeout) {
     return hooks::guarded(__func__, [&] {
-        require(info != nullptr);
+        hooks::require(info != nullptr);
         *info = {};
         if (const auto answer = hooks::askOem(hooks::sessionOf(session, timeout), oem::getBond)) {
             const Bond bond = decodeBond(*answer);
@@ -103,7 +98,7 @@ int CIM_IsBondEnabled(IPMI20_SESSION_T* session, CIM_BondInfo* info, int timeout
 
 int CIM_GetBondEnable(IPMI20_SESSION_T* session, CIM_BondConfig* configuration, int timeout) {
     return hooks::guarded(__func__, [&] {
-        require(configuration != nullptr);
+        hooks::require(configuration != nullptr);
         *configuration =
             decodeBond(hooks::runOem(hooks::sessionOf(session, timeout), oem::getBond)).configuration;
     });
@@ -125,7 +120,7 @@ int CIM_SetBondEnable(IPMI20_SESSION_T* session, const CIM_BondConfig* configura
 
 int CIM_GetPHYConfig(IPMI20_SESSION_T* session, uint8_t channel, uint32_t* phy, int timeout) {
     return hooks::guarded(__func__, [&] {
-        require(phy != nullptr);
+        hooks::require(phy != nullptr);
         const auto answer = hooks::runOem(hooks::sessionOf(session, timeout), oem::getPhy, {channel});
         auto reader = answer.reader();
         *phy = reader.u32();
@@ -135,7 +130,7 @@ int CIM_GetPHYConfig(IPMI20_SESSION_T* session, uint8_t channel, uint32_t* phy, 
 
 int CIM_GetNWExtEthCfg(CIM_NWExtEthCfg* configuration, uint8_t* isDefault) {
     return hooks::guarded(__func__, [&] {
-        require(configuration != nullptr && isDefault != nullptr);
+        hooks::require(configuration != nullptr && isDefault != nullptr);
         *configuration = {
             .duplex = 1, .autoNegotiation = 1, .mtu = 1500, .capability = 0, .enabledCapability = 0};
         *isDefault = 1;

@@ -10,14 +10,14 @@ namespace {
 
 // Waking the other thread takes as long as making an instance: it is woken for so many answers at once, and for fewer near
 // the end, where little is left to do after the last answer.
-constexpr std::size_t batchSize = 16;
+constexpr std::size_t readingsHandedOver = 16;
 std::size_t batchOf(std::size_t remaining) {
-    return std::clamp<std::size_t>(remaining / 4, 1, batchSize);
+    return std::clamp<std::size_t>(remaining / 4, 1, readingsHandedOver);
 }
 // A BMC that needs longer for a batch is waited for answer by answer.
 constexpr std::chrono::milliseconds patience{20};
 // A caller who is slower than the BMC finds readings no older than those that he works on.
-constexpr std::size_t mostAhead = 2 * batchSize;
+constexpr std::size_t mostAhead = 2 * readingsHandedOver;
 
 // Threads that are made meanwhile leave signals to those of the program.
 class BlockedSignals {
@@ -38,7 +38,7 @@ private:
 } // namespace
 
 bool ReadingAhead::isWorth(std::size_t sensors) {
-    return sensors > batchSize;
+    return sensors > readingsHandedOver;
 }
 
 ReadingAhead::ReadingAhead(Session& session, std::vector<std::uint8_t> sensors, int timeout)

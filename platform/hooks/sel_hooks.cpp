@@ -10,13 +10,6 @@ namespace {
 namespace completion = ipmi::completion;
 namespace sel = hooks::sel;
 
-template <class T>
-T& required(T* argument) {
-    if (argument == nullptr)
-        throw std::invalid_argument("no place for the answer, or no request, given");
-    return *argument;
-}
-
 std::uint16_t capped(std::uint32_t count) {
     return static_cast<std::uint16_t>(std::min<std::uint32_t>(count, 0xFFFF));
 }
@@ -44,33 +37,33 @@ std::uint16_t maxEntries(ipmi::Transport& bmc) {
 
 int CIM_GetMaxPossibleSELEntries(IPMI20_SESSION_T* session, uint16_t* count, int timeout) {
     return hooks::guarded(__func__,
-                          [&] { required(count) = maxEntries(hooks::sessionOf(session, timeout)); });
+                          [&] { hooks::required(count) = maxEntries(hooks::sessionOf(session, timeout)); });
 }
 
 int CIM_GetSELInfo(IPMI20_SESSION_T* session, CIM_SELInfo* info, int timeout) {
     return hooks::guarded(__func__,
-                          [&] { required(info) = sel::readInfo(hooks::sessionOf(session, timeout)); });
+                          [&] { hooks::required(info) = sel::readInfo(hooks::sessionOf(session, timeout)); });
 }
 
 int CIM_GetNumOfSELEntries(IPMI20_SESSION_T* session, uint16_t* count, int timeout) {
     return hooks::guarded(
-        __func__, [&] { required(count) = sel::readInfo(hooks::sessionOf(session, timeout)).entries; });
+        __func__, [&] { hooks::required(count) = sel::readInfo(hooks::sessionOf(session, timeout)).entries; });
 }
 
 int CIM_GetSELRecords(IPMI20_SESSION_T* session, CIM_SELEntry* entries, uint16_t* count, int timeout) {
     return hooks::guarded(__func__, [&] {
         auto& bmc = hooks::sessionOf(session, timeout);
         *count =
-            sel::readLog(bmc, std::span(&required(entries), required(count)), [&] { bmc.begin(timeout); });
+            sel::readLog(bmc, std::span(&hooks::required(entries), hooks::required(count)), [&] { bmc.begin(timeout); });
     });
 }
 
 int CIM_GetSELEntry(IPMI20_SESSION_T* session, const CIM_SELEntryRequest* request, CIM_SELEntryAnswer* answer,
                     int timeout) {
     return hooks::guarded(__func__, [&] {
-        required(answer) = {};
+        hooks::required(answer) = {};
         hooks::SelReader reader(hooks::sessionOf(session, timeout));
-        answer->completionCode = reader.read(sel::idOf(required(request).recordId), answer->entry);
+        answer->completionCode = reader.read(sel::idOf(hooks::required(request).recordId), answer->entry);
         if (answer->completionCode != completion::success)
             throw ipmi::CompletionCodeError(ipmi::command::getSelEntry, answer->completionCode);
     });
@@ -81,7 +74,7 @@ int CIM_GetSELPolicy(IPMI20_SESSION_T* session, uint8_t* policy, int timeout) {
         const auto answer = hooks::runOem(hooks::sessionOf(session, timeout), ipmi::oem::getSelPolicy);
         if (answer.data().size() != 1 || answer.data()[0] > 1)
             throw std::runtime_error("the BMC's answer is no policy");
-        required(policy) = answer.data()[0];
+        hooks::required(policy) = answer.data()[0];
     });
 }
 

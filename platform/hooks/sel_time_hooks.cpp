@@ -3,24 +3,11 @@
 
 #include <stdexcept>
 
-namespace {
-
-namespace command = ipmi::command;
-
-template <class T>
-T& required(T* argument) {
-    if (argument == nullptr)
-        throw std::invalid_argument("no place for the answer given");
-    return *argument;
-}
-
-} // namespace
-
 int CIM_GetSELTime(IPMI20_SESSION_T* session, uint32_t* seconds, int timeout) {
     return hooks::guarded(__func__, [&] {
-        const auto answer = ipmi::run(hooks::sessionOf(session, timeout), command::getSelTime);
+        const auto answer = ipmi::run(hooks::sessionOf(session, timeout), ipmi::command::getSelTime);
         auto reader = answer.reader();
-        required(seconds) = reader.u32();
+        hooks::required(seconds) = reader.u32();
         answer.verify(reader);
     });
 }
@@ -29,15 +16,15 @@ int CIM_SetSELTime(IPMI20_SESSION_T* session, uint32_t seconds, int timeout) {
     return hooks::guarded(__func__, [&] {
         std::uint8_t request[4];
         ipmi::Writer(request).u32(seconds);
-        ipmi::run(hooks::sessionOf(session, timeout), command::setSelTime, request);
+        ipmi::run(hooks::sessionOf(session, timeout), ipmi::command::setSelTime, request);
     });
 }
 
 int CIM_GetSELTimeUTCOffset(IPMI20_SESSION_T* session, int16_t* minutes, int timeout) {
     return hooks::guarded(__func__, [&] {
-        required(minutes) = CIM_SEL_UTC_OFFSET_NONE;
+        hooks::required(minutes) = CIM_SEL_UTC_OFFSET_NONE;
         const auto answer =
-            ipmi::askIfKnown(hooks::sessionOf(session, timeout), command::getSelTimeUtcOffset);
+            ipmi::askIfKnown(hooks::sessionOf(session, timeout), ipmi::command::getSelTimeUtcOffset);
         if (!answer)
             return;
         auto reader = answer->reader();
@@ -52,6 +39,6 @@ int CIM_SetSELTimeUTCOffset(IPMI20_SESSION_T* session, int16_t minutes, int time
     return hooks::guarded(__func__, [&] {
         std::uint8_t request[2];
         ipmi::Writer(request).u16(static_cast<std::uint16_t>(minutes));
-        ipmi::run(hooks::sessionOf(session, timeout), command::setSelTimeUtcOffset, request);
+        ipmi::run(hooks::sessionOf(session, timeout), ipmi::command::setSelTimeUtcOffset, request);
     });
 }

@@ -7,6 +7,7 @@
 #include <platform/support.h>
 
 #include <optional>
+#include <stdexcept>
 #include <vector>
 
 namespace hooks {
@@ -62,6 +63,18 @@ Session& sessionOf(const IPMI20_SESSION_T* session, int timeout);
 
 // The debug log of the CIM hooks.
 inline constexpr int debugLog = 134;
+
+// Throws std::invalid_argument where a call lacks what it needs.
+inline void require(bool isGiven) {
+    if (!isGiven)
+        throw std::invalid_argument("an argument is missing");
+}
+
+template <class T>
+T& required(T* argument) {
+    require(argument != nullptr);
+    return *argument;
+}
 
 // Runs a hook's work and returns 0. When it throws, the result is -1 and the debug log has a line: no
 // exception leaves a C function.

@@ -14,16 +14,9 @@ namespace {
 
 namespace completion = ipmi::completion;
 namespace sol = ipmi::sol;
-namespace parameter = ipmi::sol::parameter;
-
-template <class Place>
-void require(const Place* place) {
-    if (place == nullptr)
-        throw std::invalid_argument("no place for the answer given");
-}
 
 // BMCs answer so for a command, a channel, a parameter or a payload that they do not have.
-bool meansMissing(std::uint8_t code) {
+bool meansNoSol(std::uint8_t code) {
     return code == sol::parameterNotSupported || completion::meansUnknown(code) ||
            completion::meansAbsent(code);
 }
@@ -32,7 +25,7 @@ bool meansMissing(std::uint8_t code) {
 std::optional<ipmi::Answer> askIfPresent(ipmi::Transport& bmc, ipmi::CommandCode command,
                                          std::initializer_list<std::uint8_t> request) {
     auto answer = ipmi::ask(bmc, command, std::span(request.begin(), request.size()));
-    if (meansMissing(answer.code()))
+    if (meansNoSol(answer.code()))
         return std::nullopt;
     if (answer.code() != completion::success)
         throw ipmi::CompletionCodeError(command, answer.code());
@@ -65,26 +58,26 @@ std::uint32_t bitsPerSecond(std::uint16_t code) {
 }
 
 void readConfig(ipmi::Transport& bmc, std::uint8_t channel, CIM_SOLConfig& config) {
-    const auto enable = readParameter(bmc, channel, parameter::enable);
+    const auto enable = readParameter(bmc, channel, sol::parameter::enable);
     if (!enable)
         return;
     config.isSupported = 1;
     config.isEnabled = (*enable & sol::isEnabled) != 0;
-    if (const auto bits = readParameter(bmc, channel, parameter::authentication)) {
+    if (const auto bits = readParameter(bmc, channel, sol::parameter::authentication)) {
         config.privilege = *bits & sol::privilegeMask;
         config.forcesEncryption = (*bits & sol::forcesEncryption) != 0;
         config.forcesAuthentication = (*bits & sol::forcesAuthentication) != 0;
     }
     config.bitRate =
-        bitsPerSecond(readParameter(bmc, channel, parameter::volatileBitRate).value_or(sol::bitRateOfSerial));
-    config.port = readParameter(bmc, channel, parameter::payloadPort, 2).value_or(0);
+        bitsPerSecond(readParameter(bmc, channel, sol::parameter::volatileBitRate).value_or(sol::bitRateOfSerial));
+    config.port = readParameter(bmc, channel, sol::parameter::payloadPort, 2).value_or(0);
 }
 
 } // namespace
 
 int CIM_GetSOLConfig(IPMI20_SESSION_T* session, uint8_t channel, CIM_SOLConfig* config, int timeout) {
     return hooks::guarded(__func__, [&] {
-        require(config);
+        hooks::require(config != nullptr);
         *config = {};
         readConfig(hooks::sessionOf(session, timeout), channel, *config);
     });
@@ -96,13 +89,13 @@ int CIM_SetSOLEnable(IPMI20_SESSION_T* session, uint8_t channel, uint8_t enable,
         if (enable > sol::isEnabled)
             throw std::invalid_argument("SOL is enabled or not");
         ipmi::run(hooks::sessionOf(session, timeout), ipmi::command::setSolConfiguration,
-                  {channel, parameter::enable, enable});
+                  {channel, sol::parameter::enable, enable});
     });
 }
 
 int CIM_GetSOLActivation(IPMI20_SESSION_T* session, CIM_SOLActivation* activation, int timeout) {
     return hooks::guarded(__func__, [&] {
-        require(activation);
+        hooks::require(activation != nullptr);
         *activation = {};
         const auto answer = askIfPresent(hooks::sessionOf(session, timeout),
                                          ipmi::command::getPayloadActivationStatus, {sol::payloadType});
@@ -119,7 +112,7 @@ int CIM_GetSOLActivation(IPMI20_SESSION_T* session, CIM_SOLActivation* activatio
 
 int CIM_GetSOLInstance(IPMI20_SESSION_T* session, uint8_t instance, CIM_SOLInstance* sol, int timeout) {
     return hooks::guarded(__func__, [&] {
-        require(sol);
+        hooks::require(sol != nullptr);
         const auto answer =
             ipmi::run(hooks::sessionOf(session, timeout), ipmi::command::getPayloadInstanceInfo,
                       {ipmi::sol::payloadType, instance});

@@ -17,20 +17,13 @@ constexpr std::uint8_t noAccess = 0x0F;
 constexpr std::size_t shortForm = 16;
 constexpr std::size_t longForm = 20;
 
-template <class Answer>
-Answer& place(Answer* answer) {
-    if (answer == nullptr)
-        throw std::invalid_argument("no place for the answer given");
-    return *answer;
-}
-
 std::uint8_t requireUserId(unsigned user) {
     if (user < hooks::firstUser || user > lastUser)
         throw std::out_of_range("there is no user " + std::to_string(user));
     return static_cast<std::uint8_t>(user);
 }
 
-void require(bool condition, const char* problem) {
+void requireThat(bool condition, const char* problem) {
     if (!condition)
         throw std::invalid_argument(problem);
 }
@@ -54,8 +47,8 @@ struct AccessSettings {
                linkAuthentication == CIM_USER_KEEP;
     }
     void check() const {
-        require(privilegeLimit == CIM_USER_KEEP || isPrivilegeLimit(), "the privilege limit is not allowed");
-        require(isSwitch(messaging) && isSwitch(linkAuthentication), "an access setting is not allowed");
+        requireThat(privilegeLimit == CIM_USER_KEEP || isPrivilegeLimit(), "the privilege limit is not allowed");
+        requireThat(isSwitch(messaging) && isSwitch(linkAuthentication), "an access setting is not allowed");
     }
 };
 
@@ -159,7 +152,7 @@ private:
 
 int CIM_GetMaxNumUsers(IPMI20_SESSION_T* session, uint8_t* count, int timeout) {
     return hooks::guarded(__func__, [&] {
-        place(count) =
+        hooks::required(count) =
             hooks::readUserAccess(hooks::sessionOf(session, timeout), hooks::presentChannel, hooks::firstUser)
                 .maxUsers;
     });
@@ -167,7 +160,7 @@ int CIM_GetMaxNumUsers(IPMI20_SESSION_T* session, uint8_t* count, int timeout) {
 
 int CIM_GetUser(IPMI20_SESSION_T* session, uint8_t slot, char* name, int timeout) {
     return hooks::guarded(__func__, [&] {
-        place(name) = '\0';
+        hooks::required(name) = '\0';
         const auto text = hooks::readUserName(hooks::sessionOf(session, timeout), requireUserId(slot));
         name[text.copy(name, CIM_USER_NAME_SIZE - 1)] = '\0';
     });
@@ -178,7 +171,7 @@ int CIM_GetUserAccess(IPMI20_SESSION_T* session, uint8_t slot, uint8_t channel, 
     return hooks::guarded(__func__, [&] {
         const auto user =
             hooks::readUserAccess(hooks::sessionOf(session, timeout), channel & 0x0F, requireUserId(slot));
-        place(access) = static_cast<uint8_t>((user.access & 0x3F) | (user.isDisabled ? 0 : 0x40) |
+        hooks::required(access) = static_cast<uint8_t>((user.access & 0x3F) | (user.isDisabled ? 0 : 0x40) |
                                              (user.access & 0x40) << 1);
     });
 }
@@ -191,13 +184,13 @@ int CIM_ModUser(IPMI20_SESSION_T* session, uint8_t slot, uint8_t channel, const 
         const AccessSettings access{static_cast<std::uint8_t>(channel & 0x0F), privilegeLimit, messaging,
                                     linkAuthentication};
         access.check();
-        require(isSwitch(enable), "a user is enabled or disabled");
-        require(name == nullptr || (*name != '\0' && std::strlen(name) <= hooks::userNameSize),
+        requireThat(isSwitch(enable), "a user is enabled or disabled");
+        requireThat(name == nullptr || (*name != '\0' && std::strlen(name) <= hooks::userNameSize),
                 "a user name has 1 to 16 bytes");
-        require(password == nullptr ||
+        requireThat(password == nullptr ||
                     std::strlen(password) <= ((slot & CIM_USER_PASSWORD_20) != 0 ? longForm : shortForm),
                 "the password is too long");
-        require(password == nullptr || operation == setPassword || operation == testPassword,
+        requireThat(password == nullptr || operation == setPassword || operation == testPassword,
                 "a password is set or tested");
 
         auto& bmc = hooks::sessionOf(session, timeout);
@@ -224,8 +217,8 @@ int CIM_DelUser(IPMI20_SESSION_T* session, uint8_t slot, int timeout) {
 // The sessions have numbers from 1 on, and each answer tells how many there are.
 int CIM_GetOpenSessions(IPMI20_SESSION_T* session, CIM_OpenSession* sessions, uint8_t* count, int timeout) {
     return hooks::guarded(__func__, [&] {
-        place(count) = 0;
-        place(sessions);
+        hooks::required(count) = 0;
+        hooks::required(sessions);
         auto& bmc = hooks::sessionOf(session, timeout);
         std::uint8_t open = 1;
         for (std::uint8_t number = 1; number <= open; ++number) {

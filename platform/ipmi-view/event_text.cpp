@@ -13,7 +13,6 @@
 namespace view {
 namespace {
 
-constexpr std::uint8_t sensorSpecific = 0x6F; // event type, IPMI 2.0 table 42-1
 constexpr std::uint32_t unspecifiedTime = CIM_SEL_TIME_NONE;
 
 std::string hexadecimal(unsigned byte) {
@@ -48,7 +47,7 @@ std::string stateName(const SensorEvent& event) {
     const unsigned offset = offsetOf(event);
     char text[256] = "";
     int length = 0;
-    if (type != sensorSpecific)
+    if (type != ipmi::sensorSpecific)
         length = ipmi_get_generic_event_message(type, offset, text, sizeof text);
     else if (event.sensorType)
         length = ipmi_get_sensor_type_message(*event.sensorType, offset, text, sizeof text);
@@ -134,7 +133,7 @@ EventText describeEvent(const SensorEvent& given, const SensorLabels& sensors) {
                    .threshold = {}};
     if (event.eventType == thresholdReadingType && label != nullptr && label->quantity)
         addQuantities(text, event, *label);
-    else if (event.eventType == sensorSpecific && event.sensorType)
+    else if (event.eventType == ipmi::sensorSpecific && event.sensorType)
         addExtension(text, event);
     return text;
 }

@@ -1,5 +1,7 @@
 #include "ipmi-view/sensor_state.h"
 
+#include "ipmi/sensor_types.h"
+
 #include <cstdio>
 #include <freeipmi/freeipmi.h>
 #include <freeipmi/interpret/ipmi-interpret.h>
@@ -9,7 +11,6 @@
 namespace view {
 namespace {
 
-constexpr std::uint8_t sensorSpecific = 0x6F;
 constexpr std::uint16_t nonCritical = 0x09;
 constexpr std::uint16_t beyond = 0x36; // critical and non-recoverable
 constexpr unsigned stateCount = 15;
@@ -33,13 +34,13 @@ constexpr Judgement judgements[] = {
     {0x0A, 0, 0x0072, 0x0100},              // in test, off line, off duty, degraded; install error
     {0x0B, 0, 0x00C4, 0x003A},              // redundancy degraded; lost, or not enough
     {0x0C, 0, 0, 0},                        // device power states D0 to D3
-    {sensorSpecific, 0x0E, 0, 0},           // POST memory resize
-    {sensorSpecific, 0x11, 0x0080, 0x007F}, // watchdog 1: before its end; run out
-    {sensorSpecific, 0x19, 0, 0x0003},      // chip set: soft power control failure, thermal trip
-    {sensorSpecific, 0x1D, 0, 0},           // system boot initiated
-    {sensorSpecific, 0x20, 0x0020, 0x0003}, // OS: agent does not respond; critical stops
-    {sensorSpecific, 0x24, 0, 0},           // platform alert
-    {sensorSpecific, 0x27, 0, 0x0001},      // LAN heartbeat lost
+    {ipmi::sensorSpecific, 0x0E, 0, 0},           // POST memory resize
+    {ipmi::sensorSpecific, 0x11, 0x0080, 0x007F}, // watchdog 1: before its end; run out
+    {ipmi::sensorSpecific, 0x19, 0, 0x0003},      // chip set: soft power control failure, thermal trip
+    {ipmi::sensorSpecific, 0x1D, 0, 0},           // system boot initiated
+    {ipmi::sensorSpecific, 0x20, 0x0020, 0x0003}, // OS: agent does not respond; critical stops
+    {ipmi::sensorSpecific, 0x24, 0, 0},           // platform alert
+    {ipmi::sensorSpecific, 0x27, 0, 0x0001},      // LAN heartbeat lost
 };
 
 Severity severityBetween(std::uint16_t states, std::uint16_t warning, std::uint16_t critical) {
@@ -96,7 +97,7 @@ std::string stateName(std::uint8_t readingType, std::uint8_t sensorType, unsigne
     if (readingType == thresholdReadingType && offset < thresholdCount)
         return thresholdNames[offset];
     char text[256] = "";
-    const int length = readingType == sensorSpecific
+    const int length = readingType == ipmi::sensorSpecific
                            ? ipmi_get_sensor_type_message(sensorType, offset, text, sizeof text)
                            : ipmi_get_generic_event_message(readingType, offset, text, sizeof text);
     if (length <= 0)

@@ -84,16 +84,12 @@ std::string createStatement(const Table& table) {
     return std::string("CREATE TABLE ") + table.name + " (" + columns + key + (key.empty() ? ")" : "))");
 }
 
-int number(SQLite::Database& database, const char* query) {
-    return database.execAndGet(query).getInt();
-}
-
 int versionOf(SQLite::Database& database) {
-    return number(database, "PRAGMA user_version");
+    return readNumber(database, "PRAGMA user_version");
 }
 
 bool isBlank(SQLite::Database& database) {
-    return versionOf(database) == 0 && number(database, "SELECT count(*) FROM sqlite_schema") == 0;
+    return versionOf(database) == 0 && readNumber(database, "SELECT count(*) FROM sqlite_schema") == 0;
 }
 
 bool lacksTables(SQLite::Database& database, const Schema& schema) {
@@ -145,7 +141,7 @@ void requireTables(SQLite::Database& database, const Schema& schema) {
 // are ours, and the file is as long as its header says. Damage within a page makes the reading of its rows fail.
 void verify(SQLite::Database& database, const Schema& schema) {
     requireVersion(database, schema);
-    const auto size = off_t{number(database, "PRAGMA page_count")} * number(database, "PRAGMA page_size");
+    const auto size = off_t{readNumber(database, "PRAGMA page_count")} * readNumber(database, "PRAGMA page_size");
     struct stat status = {};
     if (stat(database.getFilename().c_str(), &status) != 0)
         throw std::runtime_error(std::strerror(errno));
@@ -193,6 +189,10 @@ SQLite::Database openTemporary(const std::string& path, const Schema& schema, Op
 }
 
 } // namespace
+
+int readNumber(SQLite::Database& database, const char* query) {
+    return database.execAndGet(query).getInt();
+}
 
 std::string fileOf(const Schema& schema) {
     char path[4096];

@@ -20,6 +20,9 @@ enum class OpenMode { Existing, CreateMissing };
 // link or a pipe is refused.
 SQLite::Database open(const Schema& schema, OpenMode mode);
 
+// Returns the first column of the first row.
+int readNumber(SQLite::Database& database, const char* query);
+
 // Checks of a file that open() opened whether it can be read now. Throws std::runtime_error.
 void checkAgain(SQLite::Database& database, const Schema& schema);
 

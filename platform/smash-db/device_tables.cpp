@@ -3,7 +3,7 @@
 namespace smash {
 namespace {
 
-constexpr std::array deviceColumns = {
+constexpr std::array entityDeviceColumns = {
     SMASH_COLUMN(EntityDeviceRow, entityId),         SMASH_COLUMN(EntityDeviceRow, entityInstance),
     SMASH_COLUMN(EntityDeviceRow, tachometer),       SMASH_COLUMN(EntityDeviceRow, presenceSensor),
     SMASH_COLUMN(EntityDeviceRow, presentStates),    SMASH_COLUMN(EntityDeviceRow, absentStates),
@@ -19,7 +19,7 @@ constexpr std::array associationColumns = {
 
 } // namespace
 
-constexpr TableOf<EntityDeviceRow> entityDeviceTable{"entity_device", deviceColumns, 2};
+constexpr TableOf<EntityDeviceRow> entityDeviceTable{"entity_device", entityDeviceColumns, 2};
 constexpr TableOf<EntityAssociationRow> entityAssociationTable{"entity_association", associationColumns, 4};
 
 } // namespace smash

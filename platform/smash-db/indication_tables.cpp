@@ -14,7 +14,7 @@ constexpr std::array destinationColumns = {
     SMASH_COLUMN(CimxmlDestinationRow, destination),
 };
 
-constexpr std::array serviceColumns = {
+constexpr std::array indicationServiceColumns = {
     SMASH_COLUMN(IndicationServiceRow, name),
     SMASH_COLUMN(IndicationServiceRow, filterCreationEnabled),
     SMASH_COLUMN(IndicationServiceRow, deliveryRetryAttempts),
@@ -27,6 +27,6 @@ constexpr std::array serviceColumns = {
 
 constexpr TableOf<CimxmlFilterRow> cimxmlFilterTable{"cimxml_filter", filterColumns, 1};
 constexpr TableOf<CimxmlDestinationRow> cimxmlDestinationTable{"cimxml_destination", destinationColumns, 1};
-constexpr TableOf<IndicationServiceRow> indicationServiceTable{"indication_service", serviceColumns, 1};
+constexpr TableOf<IndicationServiceRow> indicationServiceTable{"indication_service", indicationServiceColumns, 1};
 
 } // namespace smash

@@ -12,7 +12,7 @@ constexpr std::array sessionColumns = {
     SMASH_COLUMN(IPMISessionInfo, privilegeLevel),
 };
 
-constexpr std::array deviceColumns = {
+constexpr std::array deviceRecordColumns = {
     SMASH_COLUMN(DeviceRecord, type),
     SMASH_COLUMN(DeviceRecord, deviceId),
     SMASH_COLUMN(DeviceRecord, guid),
@@ -75,7 +75,7 @@ constexpr std::array sdrRepositoryColumns = {
 } // namespace
 
 constexpr TableOf<IPMISessionInfo> sessionTable{"ipmi_session", sessionColumns, 0};
-constexpr TableOf<DeviceRecord> deviceTable{"device", deviceColumns, 1};
+constexpr TableOf<DeviceRecord> deviceTable{"device", deviceRecordColumns, 1};
 constexpr TableOf<FruRecord> fruTable{"fru", fruColumns, 2};
 constexpr TableOf<CompactSdr> compactSdrTable{"compact_sdr", compactSdrColumns, 1, SMASH_EVENT_NUMBER};
 constexpr TableOf<FullSdr> fullSdrTable{"full_sdr", fullSdrColumns, 1, SMASH_EVENT_NUMBER};

@@ -3,11 +3,11 @@
 namespace smash {
 namespace {
 
-constexpr std::array columns = {SMASH_COLUMN(EventMessageRow, description),
+constexpr std::array eventMessageColumns = {SMASH_COLUMN(EventMessageRow, description),
                                 SMASH_COLUMN(EventMessageRow, messageId)};
 
 } // namespace
 
-constexpr TableOf<EventMessageRow> eventMessageTable{"event_message", columns, 1};
+constexpr TableOf<EventMessageRow> eventMessageTable{"event_message", eventMessageColumns, 1};
 
 } // namespace smash

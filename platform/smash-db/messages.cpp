@@ -14,7 +14,7 @@ Rows<EventMessageRow> find(const SQLite::Database& database, const EventMessageR
     return read(std::move(selection), eventMessageTable);
 }
 
-int nextNumber(const SQLite::Database& database) {
+int nextMessageId(const SQLite::Database& database) {
     SQLite::Statement statement(database, "SELECT COALESCE(MAX(messageId), 0) + 1 FROM event_message");
     statement.executeStep();
     return statement.getColumn(0);
@@ -33,7 +33,7 @@ int db_get_MessageID(SMASH_DB_HANDLE handle, const char* description, int32_t* m
             SQLite::Transaction transaction(database, SQLite::TransactionBehavior::IMMEDIATE);
             known = find(database, message); // another process may have been first
             if (known.count == 0) {
-                message.messageId = nextNumber(database);
+                message.messageId = nextMessageId(database);
                 replace(database, eventMessageTable, message);
                 transaction.commit();
             }

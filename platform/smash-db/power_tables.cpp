@@ -3,7 +3,7 @@
 namespace smash {
 namespace {
 
-constexpr std::array serviceColumns = {
+constexpr std::array powerServiceColumns = {
     SMASH_COLUMN(PowerServiceRow, name),
     SMASH_COLUMN(PowerServiceRow, elementName),
     SMASH_COLUMN(PowerServiceRow, operationalStatus),
@@ -23,7 +23,7 @@ constexpr std::array capabilitiesColumns = {
 
 } // namespace
 
-constexpr TableOf<PowerServiceRow> powerServiceTable{"power_service", serviceColumns, 1};
+constexpr TableOf<PowerServiceRow> powerServiceTable{"power_service", powerServiceColumns, 1};
 constexpr TableOf<PowerCapabilitiesRow> powerCapabilitiesTable{"power_capabilities", capabilitiesColumns, 1};
 
 } // namespace smash

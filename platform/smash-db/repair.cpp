@@ -19,17 +19,13 @@ SQLite::Database openToLook(const std::string& path) {
     return {path, SQLite::OPEN_READONLY | SQLite::OPEN_NOMUTEX, busyTimeout};
 }
 
-int number(SQLite::Database& database, const char* query) {
-    return database.execAndGet(query).getInt();
-}
-
 // Throws SQLite::Exception for what SQLite cannot read at all.
 std::optional<std::string> look(SQLite::Database& database, const std::string& path, const Schema& schema) {
-    const int version = number(database, "PRAGMA user_version");
+    const int version = readNumber(database, "PRAGMA user_version");
     if (version < 1 || version > schema.version)
         return std::nullopt;
-    const auto size = static_cast<std::uintmax_t>(number(database, "PRAGMA page_count")) *
-                      static_cast<std::uintmax_t>(number(database, "PRAGMA page_size"));
+    const auto size = static_cast<std::uintmax_t>(readNumber(database, "PRAGMA page_count")) *
+                      static_cast<std::uintmax_t>(readNumber(database, "PRAGMA page_size"));
     if (std::filesystem::file_size(path) < size)
         return "the file is cut short";
     const std::string check = database.execAndGet("PRAGMA quick_check(1)").getString();

@@ -40,7 +40,7 @@ constexpr const char* ofIpInterface[] = {profileRegistration, dhcpClient, dnsCli
 constexpr const char* ofSoftwareUpdate[] = {profileRegistration, softwareInventory};
 constexpr const char* ofHostLanNetworkPort[] = {profileRegistration, ethernetPort};
 
-constexpr Profile table[] = {
+constexpr Profile profileTable[] = {
     {profileRegistration, "Profile Registration", "1.0.0", false},
     {baseServer, "Base Server", "1.0.0", true, ofBaseServer},
     {serviceProcessor, "Service Processor", "1.0.0", false, ofServiceProcessor},
@@ -93,7 +93,7 @@ constexpr ProfileProperty properties[] = {
 } // namespace
 
 std::span<const Profile> profiles() {
-    return table;
+    return profileTable;
 }
 
 std::span<const ProfileProperty> profileProperties() {
@@ -101,7 +101,7 @@ std::span<const ProfileProperty> profileProperties() {
 }
 
 bool isReferencedBy(std::string_view referenced, std::string_view referring) {
-    return std::ranges::any_of(table, [&](const Profile& each) {
+    return std::ranges::any_of(profileTable, [&](const Profile& each) {
         return referring == each.instanceId &&
                std::ranges::any_of(each.referenced, [&](const char* one) { return referenced == one; });
     });

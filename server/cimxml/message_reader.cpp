@@ -2,17 +2,12 @@
 #include "cimxml/value_reader.h"
 #include "interop/xml_text.h"
 
-#include <cstring>
 
 namespace cimxml {
 namespace {
 
 [[noreturn]] void refuse(const char* error, const std::string& description) {
     throw BadRequest(400, error, description);
-}
-
-bool is(pugi::xml_node element, const char* name) {
-    return std::strcmp(element.name(), name) == 0;
 }
 
 pugi::xml_node require(pugi::xml_node parent, const char* name) {

@@ -5,7 +5,6 @@
 #include "interop/xml_text.h"
 
 #include <algorithm>
-#include <cstring>
 #include <memory>
 
 namespace cimxml {
@@ -15,10 +14,6 @@ using broker::Value;
 
 [[noreturn]] void fail(const std::string& description) {
     throw CimError(ErrorCode::InvalidParameter, description);
-}
-
-bool is(pugi::xml_node element, const char* name) {
-    return std::strcmp(element.name(), name) == 0;
 }
 
 pugi::xml_node firstElement(pugi::xml_node parent) {
@@ -220,7 +215,7 @@ Value readValue(pugi::xml_node holder, const char* typeAttribute) {
         return type == CMPI_ref ? Value{CMPI_string, elementText(value)} : single(type, elementText(value));
     };
     const pugi::xml_node element = holder.find_child([](pugi::xml_node child) {
-        return child.type() == pugi::node_element && std::strcmp(child.name(), "QUALIFIER") != 0;
+        return child.type() == pugi::node_element && !is(child, "QUALIFIER");
     });
     if (element.empty())
         return {static_cast<CMPIType>(type | (isArray ? CMPI_ARRAY : 0)), {}};

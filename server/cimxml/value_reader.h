@@ -16,6 +16,10 @@ constexpr int deepest = 64;
 // Parses a text into the document. DOCTYPE is refused, so that nothing declares entities. Throws BadRequest.
 void parseDocument(pugi::xml_document& document, std::string_view text);
 
+inline bool is(pugi::xml_node element, std::string_view name) {
+    return element.name() == name;
+}
+
 // All below throw CimError for what does not fit.
 
 std::string elementText(pugi::xml_node element);

@@ -10,7 +10,6 @@ namespace server {
 namespace {
 
 using cimxml::XmlWriter;
-using Kind = ArgumentKind;
 using Request = broker::Request;
 
 constexpr const char* object = "ObjectName";
@@ -80,35 +79,38 @@ cimxml::Body paths(const Operation& operation) {
 }
 
 constexpr ArgumentRow associatorsArguments[] = {
-    {object, Kind::ObjectName, true},   {"AssocClass", Kind::ClassName},
-    {"ResultClass", Kind::ClassName},   {"Role", Kind::Text},
-    {"ResultRole", Kind::Text},         {"IncludeQualifiers", Kind::Flag},
-    {"IncludeClassOrigin", Kind::Flag}, {"PropertyList", Kind::Texts}};
-constexpr ArgumentRow associatorNamesArguments[] = {{object, Kind::ObjectName, true},
-                                                    {"AssocClass", Kind::ClassName},
-                                                    {"ResultClass", Kind::ClassName},
-                                                    {"Role", Kind::Text},
-                                                    {"ResultRole", Kind::Text}};
-constexpr ArgumentRow referencesArguments[] = {
-    {object, Kind::ObjectName, true},  {"ResultClass", Kind::ClassName},   {"Role", Kind::Text},
-    {"IncludeQualifiers", Kind::Flag}, {"IncludeClassOrigin", Kind::Flag}, {"PropertyList", Kind::Texts}};
-constexpr ArgumentRow referenceNamesArguments[] = {
-    {object, Kind::ObjectName, true}, {"ResultClass", Kind::ClassName}, {"Role", Kind::Text}};
-
-constexpr OperationRow rows[] = {
-    {"Associators", Access::Read, associatorsArguments,
-     objects<Request::Operation::Associators, associatedClasses>},
-    {"AssociatorNames", Access::Read, associatorNamesArguments,
-     paths<Request::Operation::AssociatorNames, associatedClasses>},
-    {"References", Access::Read, referencesArguments,
-     objects<Request::Operation::References, referringClasses>},
-    {"ReferenceNames", Access::Read, referenceNamesArguments,
-     paths<Request::Operation::ReferenceNames, referringClasses>},
-};
+    {object, ArgumentKind::ObjectName, true},   {"AssocClass", ArgumentKind::ClassName},
+    {"ResultClass", ArgumentKind::ClassName},   {"Role", ArgumentKind::Text},
+    {"ResultRole", ArgumentKind::Text},         {"IncludeQualifiers", ArgumentKind::Flag},
+    {"IncludeClassOrigin", ArgumentKind::Flag}, {"PropertyList", ArgumentKind::Texts}};
+constexpr ArgumentRow associatorNamesArguments[] = {{object, ArgumentKind::ObjectName, true},
+                                                    {"AssocClass", ArgumentKind::ClassName},
+                                                    {"ResultClass", ArgumentKind::ClassName},
+                                                    {"Role", ArgumentKind::Text},
+                                                    {"ResultRole", ArgumentKind::Text}};
+constexpr ArgumentRow referencesArguments[] = {{object, ArgumentKind::ObjectName, true},
+                                               {"ResultClass", ArgumentKind::ClassName},
+                                               {"Role", ArgumentKind::Text},
+                                               {"IncludeQualifiers", ArgumentKind::Flag},
+                                               {"IncludeClassOrigin", ArgumentKind::Flag},
+                                               {"PropertyList", ArgumentKind::Texts}};
+constexpr ArgumentRow referenceNamesArguments[] = {{object, ArgumentKind::ObjectName, true},
+                                                   {"ResultClass", ArgumentKind::ClassName},
+                                                   {"Role", ArgumentKind::Text}};
 
 } // namespace
 
 std::span<const OperationRow> associationOperations() {
+    static constexpr OperationRow rows[] = {
+        {"Associators", Access::Read, associatorsArguments,
+         objects<Request::Operation::Associators, associatedClasses>},
+        {"AssociatorNames", Access::Read, associatorNamesArguments,
+         paths<Request::Operation::AssociatorNames, associatedClasses>},
+        {"References", Access::Read, referencesArguments,
+         objects<Request::Operation::References, referringClasses>},
+        {"ReferenceNames", Access::Read, referenceNamesArguments,
+         paths<Request::Operation::ReferenceNames, referringClasses>},
+    };
     return rows;
 }
 

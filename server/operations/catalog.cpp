@@ -16,7 +16,8 @@ struct NameSpace {
     const char* name;
     const char* alias;
 };
-constexpr NameSpace served[] = {{elementNameSpace, elementNameSpace}, {interopNameSpace, "interop"}};
+constexpr NameSpace servedNameSpaces[] = {{elementNameSpace, elementNameSpace},
+                                          {interopNameSpace, "interop"}};
 
 bool isServedIn(const schema::Class& found, std::string_view nameSpace) {
     return std::find(found.nameSpaces.begin(), found.nameSpaces.end(), nameSpace) != found.nameSpaces.end();
@@ -52,7 +53,7 @@ std::vector<const schema::Class*> servedIn(std::string_view nameSpace) {
 
 std::vector<std::string> nameSpaces() {
     std::vector<std::string> names;
-    for (const NameSpace& each : served)
+    for (const NameSpace& each : servedNameSpaces)
         names.emplace_back(each.name);
     return names;
 }
@@ -63,7 +64,7 @@ std::string requireNameSpace(std::string_view nameSpace) {
         name.remove_prefix(1);
     while (name.ends_with('/'))
         name.remove_suffix(1);
-    for (const NameSpace& each : served)
+    for (const NameSpace& each : servedNameSpaces)
         if (broker::sameName(name, each.name) || broker::sameName(name, each.alias))
             return each.name;
     throw CimError(ErrorCode::InvalidNamespace, "there is no namespace " + std::string(nameSpace));
@@ -73,7 +74,7 @@ const std::set<const schema::Class*>& classesIn(std::string_view nameSpace) {
     using Classes = std::set<const schema::Class*>;
     static const auto byNameSpace = [] {
         std::map<std::string, Classes, std::less<>> all;
-        for (const NameSpace& each : served)
+        for (const NameSpace& each : servedNameSpaces)
             for (const schema::Class* found : servedIn(each.name))
                 for (const auto* up = found; up != nullptr; up = schema::find(up->superclass))
                     all[each.name].insert(up);

@@ -12,8 +12,6 @@ namespace {
 using cimxml::CimError;
 using cimxml::ErrorCode;
 using cimxml::XmlWriter;
-using Kind = ArgumentKind;
-
 ClassExtent extentOf(const Arguments& arguments) {
     return {.isLocal = arguments.flag("LocalOnly", true),
             .withQualifiers = arguments.flag("IncludeQualifiers", true),
@@ -75,30 +73,30 @@ cimxml::Body getQualifier(const Operation& operation) {
     throw CimError(ErrorCode::NotFound, "there is no qualifier " + name);
 }
 
-constexpr ArgumentRow getArguments[] = {{"ClassName", Kind::ClassName, true},
-                                        {"LocalOnly", Kind::Flag},
-                                        {"IncludeQualifiers", Kind::Flag},
-                                        {"IncludeClassOrigin", Kind::Flag},
-                                        {"PropertyList", Kind::Texts}};
-constexpr ArgumentRow enumerateArguments[] = {{"ClassName", Kind::ClassName},
-                                              {"DeepInheritance", Kind::Flag},
-                                              {"LocalOnly", Kind::Flag},
-                                              {"IncludeQualifiers", Kind::Flag},
-                                              {"IncludeClassOrigin", Kind::Flag}};
-constexpr ArgumentRow namesArguments[] = {{"ClassName", Kind::ClassName}, {"DeepInheritance", Kind::Flag}};
-constexpr ArgumentRow qualifierArguments[] = {{"QualifierName", Kind::Text, true}};
-
-constexpr OperationRow rows[] = {
-    {"GetClass", Access::Read, getArguments, getClass},
-    {"EnumerateClasses", Access::Read, enumerateArguments, enumerateClasses},
-    {"EnumerateClassNames", Access::Read, namesArguments, enumerateClassNames},
-    {"EnumerateQualifiers", Access::Read, {}, enumerateQualifiers},
-    {"GetQualifier", Access::Read, qualifierArguments, getQualifier},
-};
+constexpr ArgumentRow getClassArguments[] = {{"ClassName", ArgumentKind::ClassName, true},
+                                             {"LocalOnly", ArgumentKind::Flag},
+                                             {"IncludeQualifiers", ArgumentKind::Flag},
+                                             {"IncludeClassOrigin", ArgumentKind::Flag},
+                                             {"PropertyList", ArgumentKind::Texts}};
+constexpr ArgumentRow enumerateClassesArguments[] = {{"ClassName", ArgumentKind::ClassName},
+                                                     {"DeepInheritance", ArgumentKind::Flag},
+                                                     {"LocalOnly", ArgumentKind::Flag},
+                                                     {"IncludeQualifiers", ArgumentKind::Flag},
+                                                     {"IncludeClassOrigin", ArgumentKind::Flag}};
+constexpr ArgumentRow namesArguments[] = {{"ClassName", ArgumentKind::ClassName},
+                                          {"DeepInheritance", ArgumentKind::Flag}};
+constexpr ArgumentRow qualifierArguments[] = {{"QualifierName", ArgumentKind::Text, true}};
 
 } // namespace
 
 std::span<const OperationRow> classOperations() {
+    static constexpr OperationRow rows[] = {
+        {"GetClass", Access::Read, getClassArguments, getClass},
+        {"EnumerateClasses", Access::Read, enumerateClassesArguments, enumerateClasses},
+        {"EnumerateClassNames", Access::Read, namesArguments, enumerateClassNames},
+        {"EnumerateQualifiers", Access::Read, {}, enumerateQualifiers},
+        {"GetQualifier", Access::Read, qualifierArguments, getQualifier},
+    };
     return rows;
 }
 

@@ -12,7 +12,6 @@ namespace {
 using cimxml::CimError;
 using cimxml::ErrorCode;
 using cimxml::XmlWriter;
-using Kind = ArgumentKind;
 using Request = broker::Request;
 
 broker::ObjectPath instancePath(const Operation& operation, broker::ObjectPath path) {
@@ -120,33 +119,33 @@ cimxml::Body deleteInstance(const Operation& operation) {
     return returnNothing();
 }
 
-constexpr ArgumentRow enumerateArguments[] = {
-    {"ClassName", Kind::ClassName, true}, {"LocalOnly", Kind::Flag},          {"DeepInheritance", Kind::Flag},
-    {"IncludeQualifiers", Kind::Flag},    {"IncludeClassOrigin", Kind::Flag}, {"PropertyList", Kind::Texts}};
-constexpr ArgumentRow enumerateNamesArguments[] = {{"ClassName", Kind::ClassName, true}};
-constexpr ArgumentRow getArguments[] = {{"InstanceName", Kind::InstanceName, true},
-                                        {"LocalOnly", Kind::Flag},
-                                        {"IncludeQualifiers", Kind::Flag},
-                                        {"IncludeClassOrigin", Kind::Flag},
-                                        {"PropertyList", Kind::Texts}};
-constexpr ArgumentRow createArguments[] = {{"NewInstance", Kind::Instance, true}};
-constexpr ArgumentRow modifyArguments[] = {{"ModifiedInstance", Kind::Instance, true},
-                                           {"IncludeQualifiers", Kind::Flag},
-                                           {"PropertyList", Kind::Texts}};
-constexpr ArgumentRow deleteArguments[] = {{"InstanceName", Kind::InstanceName, true}};
-
-constexpr OperationRow rows[] = {
-    {"EnumerateInstances", Access::Read, enumerateArguments, runEnumerateInstances},
-    {"EnumerateInstanceNames", Access::Read, enumerateNamesArguments, runEnumerateNames},
-    {"GetInstance", Access::Read, getArguments, getInstance},
-    {"CreateInstance", Access::Administer, createArguments, createInstance},
-    {"ModifyInstance", Access::Administer, modifyArguments, modifyInstance},
-    {"DeleteInstance", Access::Administer, deleteArguments, deleteInstance},
-};
+constexpr ArgumentRow enumerateInstancesArguments[] = {
+    {"ClassName", ArgumentKind::ClassName, true}, {"LocalOnly", ArgumentKind::Flag},
+    {"DeepInheritance", ArgumentKind::Flag},      {"IncludeQualifiers", ArgumentKind::Flag},
+    {"IncludeClassOrigin", ArgumentKind::Flag},   {"PropertyList", ArgumentKind::Texts}};
+constexpr ArgumentRow enumerateNamesArguments[] = {{"ClassName", ArgumentKind::ClassName, true}};
+constexpr ArgumentRow getInstanceArguments[] = {{"InstanceName", ArgumentKind::InstanceName, true},
+                                                {"LocalOnly", ArgumentKind::Flag},
+                                                {"IncludeQualifiers", ArgumentKind::Flag},
+                                                {"IncludeClassOrigin", ArgumentKind::Flag},
+                                                {"PropertyList", ArgumentKind::Texts}};
+constexpr ArgumentRow createArguments[] = {{"NewInstance", ArgumentKind::Instance, true}};
+constexpr ArgumentRow modifyArguments[] = {{"ModifiedInstance", ArgumentKind::Instance, true},
+                                           {"IncludeQualifiers", ArgumentKind::Flag},
+                                           {"PropertyList", ArgumentKind::Texts}};
+constexpr ArgumentRow deleteArguments[] = {{"InstanceName", ArgumentKind::InstanceName, true}};
 
 } // namespace
 
 std::span<const OperationRow> instanceOperations() {
+    static constexpr OperationRow rows[] = {
+        {"EnumerateInstances", Access::Read, enumerateInstancesArguments, runEnumerateInstances},
+        {"EnumerateInstanceNames", Access::Read, enumerateNamesArguments, runEnumerateNames},
+        {"GetInstance", Access::Read, getInstanceArguments, getInstance},
+        {"CreateInstance", Access::Administer, createArguments, createInstance},
+        {"ModifyInstance", Access::Administer, modifyArguments, modifyInstance},
+        {"DeleteInstance", Access::Administer, deleteArguments, deleteInstance},
+    };
     return rows;
 }
 

@@ -10,7 +10,6 @@ namespace {
 using cimxml::CimError;
 using cimxml::ErrorCode;
 using cimxml::XmlWriter;
-using Kind = ArgumentKind;
 using Request = broker::Request;
 
 constexpr const char* instanceName = "InstanceName";
@@ -95,61 +94,63 @@ cimxml::Body closeEnumeration(const Operation& operation) {
 
 // clang-format off
 #define PULL_FILTER                                                                                          \
-    {"FilterQueryLanguage", Kind::Text}, {"FilterQuery", Kind::Text}, {"OperationTimeout", Kind::Number},    \
-    {"ContinueOnError", Kind::Flag}, {"MaxObjectCount", Kind::Number}
+    {"FilterQueryLanguage", ArgumentKind::Text}, {"FilterQuery", ArgumentKind::Text}, {"OperationTimeout", ArgumentKind::Number},    \
+    {"ContinueOnError", ArgumentKind::Flag}, {"MaxObjectCount", ArgumentKind::Number}
 // clang-format on
-constexpr ArgumentRow instancesArguments[] = {{"ClassName", Kind::ClassName, true},
-                                              {"DeepInheritance", Kind::Flag},
-                                              {"IncludeClassOrigin", Kind::Flag},
-                                              {"PropertyList", Kind::Texts},
+constexpr ArgumentRow instancesArguments[] = {{"ClassName", ArgumentKind::ClassName, true},
+                                              {"DeepInheritance", ArgumentKind::Flag},
+                                              {"IncludeClassOrigin", ArgumentKind::Flag},
+                                              {"PropertyList", ArgumentKind::Texts},
                                               PULL_FILTER};
-constexpr ArgumentRow pathsArguments[] = {{"ClassName", Kind::ClassName, true}, PULL_FILTER};
-constexpr ArgumentRow associatorsArguments[] = {{instanceName, Kind::InstanceName, true},
-                                                {"AssocClass", Kind::ClassName},
-                                                {"ResultClass", Kind::ClassName},
-                                                {"Role", Kind::Text},
-                                                {"ResultRole", Kind::Text},
-                                                {"IncludeClassOrigin", Kind::Flag},
-                                                {"PropertyList", Kind::Texts},
-                                                PULL_FILTER};
-constexpr ArgumentRow associatorPathsArguments[] = {{instanceName, Kind::InstanceName, true},
-                                                    {"AssocClass", Kind::ClassName},
-                                                    {"ResultClass", Kind::ClassName},
-                                                    {"Role", Kind::Text},
-                                                    {"ResultRole", Kind::Text},
+constexpr ArgumentRow pathsArguments[] = {{"ClassName", ArgumentKind::ClassName, true}, PULL_FILTER};
+constexpr ArgumentRow openAssociatorsArguments[] = {{instanceName, ArgumentKind::InstanceName, true},
+                                                    {"AssocClass", ArgumentKind::ClassName},
+                                                    {"ResultClass", ArgumentKind::ClassName},
+                                                    {"Role", ArgumentKind::Text},
+                                                    {"ResultRole", ArgumentKind::Text},
+                                                    {"IncludeClassOrigin", ArgumentKind::Flag},
+                                                    {"PropertyList", ArgumentKind::Texts},
                                                     PULL_FILTER};
-constexpr ArgumentRow referencesArguments[] = {
-    {instanceName, Kind::InstanceName, true}, {"ResultClass", Kind::ClassName}, {"Role", Kind::Text},
-    {"IncludeClassOrigin", Kind::Flag},       {"PropertyList", Kind::Texts},    PULL_FILTER};
-constexpr ArgumentRow referencePathsArguments[] = {{instanceName, Kind::InstanceName, true},
-                                                   {"ResultClass", Kind::ClassName},
-                                                   {"Role", Kind::Text},
+constexpr ArgumentRow associatorPathsArguments[] = {{instanceName, ArgumentKind::InstanceName, true},
+                                                    {"AssocClass", ArgumentKind::ClassName},
+                                                    {"ResultClass", ArgumentKind::ClassName},
+                                                    {"Role", ArgumentKind::Text},
+                                                    {"ResultRole", ArgumentKind::Text},
+                                                    PULL_FILTER};
+constexpr ArgumentRow openReferencesArguments[] = {{instanceName, ArgumentKind::InstanceName, true},
+                                                   {"ResultClass", ArgumentKind::ClassName},
+                                                   {"Role", ArgumentKind::Text},
+                                                   {"IncludeClassOrigin", ArgumentKind::Flag},
+                                                   {"PropertyList", ArgumentKind::Texts},
+                                                   PULL_FILTER};
+constexpr ArgumentRow referencePathsArguments[] = {{instanceName, ArgumentKind::InstanceName, true},
+                                                   {"ResultClass", ArgumentKind::ClassName},
+                                                   {"Role", ArgumentKind::Text},
                                                    PULL_FILTER};
 #undef PULL_FILTER
-constexpr ArgumentRow pullArguments[] = {{"EnumerationContext", Kind::Text, true},
-                                         {"MaxObjectCount", Kind::Number, true}};
-constexpr ArgumentRow closeArguments[] = {{"EnumerationContext", Kind::Text, true}};
-
-constexpr OperationRow rows[] = {
-    {"OpenEnumerateInstances", Access::Read, instancesArguments, openInstances},
-    {"OpenEnumerateInstancePaths", Access::Read, pathsArguments, openPaths},
-    {"OpenAssociatorInstances", Access::Read, associatorsArguments,
-     openAssociated<Request::Operation::Associators>},
-    {"OpenAssociatorInstancePaths", Access::Read, associatorPathsArguments,
-     openAssociated<Request::Operation::AssociatorNames>},
-    {"OpenReferenceInstances", Access::Read, referencesArguments,
-     openAssociated<Request::Operation::References>},
-    {"OpenReferenceInstancePaths", Access::Read, referencePathsArguments,
-     openAssociated<Request::Operation::ReferenceNames>},
-    {"PullInstancesWithPath", Access::Read, pullArguments, pull<Form::InstancesWithPath>},
-    {"PullInstances", Access::Read, pullArguments, pull<Form::Instances>},
-    {"PullInstancePaths", Access::Read, pullArguments, pull<Form::Paths>},
-    {"CloseEnumeration", Access::Read, closeArguments, closeEnumeration},
-};
+constexpr ArgumentRow pullArguments[] = {{"EnumerationContext", ArgumentKind::Text, true},
+                                         {"MaxObjectCount", ArgumentKind::Number, true}};
+constexpr ArgumentRow closeArguments[] = {{"EnumerationContext", ArgumentKind::Text, true}};
 
 } // namespace
 
 std::span<const OperationRow> pullOperations() {
+    static constexpr OperationRow rows[] = {
+        {"OpenEnumerateInstances", Access::Read, instancesArguments, openInstances},
+        {"OpenEnumerateInstancePaths", Access::Read, pathsArguments, openPaths},
+        {"OpenAssociatorInstances", Access::Read, openAssociatorsArguments,
+         openAssociated<Request::Operation::Associators>},
+        {"OpenAssociatorInstancePaths", Access::Read, associatorPathsArguments,
+         openAssociated<Request::Operation::AssociatorNames>},
+        {"OpenReferenceInstances", Access::Read, openReferencesArguments,
+         openAssociated<Request::Operation::References>},
+        {"OpenReferenceInstancePaths", Access::Read, referencePathsArguments,
+         openAssociated<Request::Operation::ReferenceNames>},
+        {"PullInstancesWithPath", Access::Read, pullArguments, pull<Form::InstancesWithPath>},
+        {"PullInstances", Access::Read, pullArguments, pull<Form::Instances>},
+        {"PullInstancePaths", Access::Read, pullArguments, pull<Form::Paths>},
+        {"CloseEnumeration", Access::Read, closeArguments, closeEnumeration},
+    };
     return rows;
 }
 

@@ -14,10 +14,10 @@ using cimxml::XmlWriter;
 using Texts = std::vector<std::string>;
 
 constexpr const char* anyClass = "CLASS ASSOCIATION INDICATION";
-constexpr const char* typed = "PROPERTY METHOD PARAMETER";
+constexpr const char* typedElements = "PROPERTY METHOD PARAMETER";
 constexpr const char* features = "PROPERTY REFERENCE METHOD PARAMETER";
 
-constexpr QualifierRow rows[] = {
+constexpr QualifierRow qualifierTable[] = {
     {.name = "Abstract",
      .type = CMPI_boolean,
      .defaultValue = "FALSE",
@@ -28,7 +28,7 @@ constexpr QualifierRow rows[] = {
      .defaultValue = "FALSE",
      .scopes = "ASSOCIATION",
      .isOverridable = false},
-    {.name = "EmbeddedInstance", .type = CMPI_string, .defaultValue = nullptr, .scopes = typed},
+    {.name = "EmbeddedInstance", .type = CMPI_string, .defaultValue = nullptr, .scopes = typedElements},
     {.name = "In",
      .type = CMPI_boolean,
      .defaultValue = "TRUE",
@@ -44,23 +44,23 @@ constexpr QualifierRow rows[] = {
      .defaultValue = "FALSE",
      .scopes = "PROPERTY REFERENCE",
      .isOverridable = false},
-    {.name = "MaxLen", .type = CMPI_uint32, .defaultValue = nullptr, .scopes = typed},
+    {.name = "MaxLen", .type = CMPI_uint32, .defaultValue = nullptr, .scopes = typedElements},
     {.name = "Out",
      .type = CMPI_boolean,
      .defaultValue = "FALSE",
      .scopes = "PARAMETER",
      .isOverridable = false},
-    {.name = "PUnit", .type = CMPI_string, .defaultValue = nullptr, .scopes = typed},
+    {.name = "PUnit", .type = CMPI_string, .defaultValue = nullptr, .scopes = typedElements},
     {.name = "Required",
      .type = CMPI_boolean,
      .defaultValue = "FALSE",
      .scopes = features,
      .isOverridable = false},
-    {.name = "ValueMap", .type = CMPI_stringA, .defaultValue = nullptr, .scopes = typed},
+    {.name = "ValueMap", .type = CMPI_stringA, .defaultValue = nullptr, .scopes = typedElements},
     {.name = "Values",
      .type = CMPI_stringA,
      .defaultValue = nullptr,
-     .scopes = typed,
+     .scopes = typedElements,
      .isTranslatable = true},
     {.name = "Write", .type = CMPI_boolean, .defaultValue = "FALSE", .scopes = "PROPERTY REFERENCE"},
 };
@@ -70,9 +70,9 @@ const char* yesNo(bool flag) {
 }
 
 const QualifierRow& rowOf(std::string_view name) {
-    const auto* row = std::find_if(std::begin(rows), std::end(rows),
+    const auto* row = std::find_if(std::begin(qualifierTable), std::end(qualifierTable),
                                    [&](const QualifierRow& each) { return each.name == name; });
-    if (row == std::end(rows))
+    if (row == std::end(qualifierTable))
         throw std::logic_error("no qualifier " + std::string(name));
     return *row;
 }
@@ -135,7 +135,7 @@ void writeElement(XmlWriter& xml, const schema::Element& element) {
 } // namespace
 
 std::span<const QualifierRow> qualifierRows() {
-    return rows;
+    return qualifierTable;
 }
 
 void writeDeclaration(XmlWriter& xml, const QualifierRow& row) {

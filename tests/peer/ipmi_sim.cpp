@@ -1,6 +1,7 @@
 #include "ipmi_sim.h"
 
-#include <arpa/inet.h>
+#include "loopback.h"
+
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -36,14 +37,6 @@ public:
 private:
     int descriptor_;
 };
-
-sockaddr_in loopback(std::uint16_t port) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    return address;
-}
 
 // A port that nothing listens on now. Another program may take it before the simulator does; then the next is
 // tried.

@@ -1,6 +1,7 @@
 #include "udp_relay.h"
 
-#include <arpa/inet.h>
+#include "loopback.h"
+
 #include <map>
 #include <poll.h>
 #include <stdexcept>
@@ -14,14 +15,6 @@ using Clock = std::chrono::steady_clock;
 
 int openSocket() {
     return ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-}
-
-sockaddr_in loopback(std::uint16_t port) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    return address;
 }
 
 } // namespace

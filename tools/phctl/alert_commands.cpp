@@ -14,7 +14,7 @@ namespace {
 
 using nlohmann::ordered_json;
 
-struct Options {
+struct AlertOptions {
     std::string stateFile;
     std::uint8_t channel = 0, selector = 0, number = 0, user = 0;
     std::optional<std::uint8_t> mailedUser;
@@ -43,7 +43,7 @@ ordered_json addresses(const std::string& text) {
     throw UsageError('"' + text + "\" is neither an IPv4 nor an IPv6 address");
 }
 
-int setDestination(const Options& options) {
+int setDestination(const AlertOptions& options) {
     ordered_json changes{
         {"kind", "trap"}, {"user", 0}, {"isIpv6", false}, {"ipv4", "0.0.0.0"}, {"ipv6", "::"}};
     if (options.mailedUser)
@@ -58,7 +58,7 @@ int setDestination(const Options& options) {
     return done;
 }
 
-int setPolicy(const Options& options) {
+int setPolicy(const AlertOptions& options) {
     if (!options.isOff && (options.policy == 0 || options.channel == 0 || options.selector == 0))
         throw UsageError("name --policy, --channel and --selector, or --off");
     const std::uint8_t entry[] = {static_cast<std::uint8_t>(options.policy << 4 |
@@ -69,7 +69,7 @@ int setPolicy(const Options& options) {
     return done;
 }
 
-int setServer(const Options& options) {
+int setServer(const AlertOptions& options) {
     auto changes = ordered_json::object();
     const auto add = [&](const char* name, const auto& value) {
         if (value)
@@ -90,7 +90,7 @@ int setServer(const Options& options) {
     return done;
 }
 
-int setEmail(const Options& options) {
+int setEmail(const AlertOptions& options) {
     openMachine(options.stateFile).setUserEmail(options.user, options.email);
     return done;
 }
@@ -98,8 +98,8 @@ int setEmail(const Options& options) {
 } // namespace
 
 void addAlertCommands(Command bmc) {
-    const auto options = std::make_shared<Options>();
-    const auto add = [&](const char* name, const char* description, int (*run)(const Options&),
+    const auto options = std::make_shared<AlertOptions>();
+    const auto add = [&](const char* name, const char* description, int (*run)(const AlertOptions&),
                          const char* footer) {
         Command command = bmc.subcommand(name, description);
         addMachineOption(command, options->stateFile);

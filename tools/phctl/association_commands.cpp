@@ -17,7 +17,7 @@ struct AssociationOptions : RequestOptions {
     std::vector<std::string> properties;
 };
 
-struct Verb {
+struct AssociationVerb {
     const char* name;
     const char* longName;
     const char* description;
@@ -27,7 +27,7 @@ struct Verb {
     const char* examples;
 };
 
-constexpr Verb verbs[] = {
+constexpr AssociationVerb associationVerbs[] = {
     {"ai", "associators", "Print the objects that an object is associated with", Operation::Associators,
      false, false,
      "phctl ai CIM_HostComputerSystem --assoc-class CIM_SystemDevice \\\n"
@@ -43,7 +43,7 @@ constexpr Verb verbs[] = {
      true, true, "phctl rin CIM_RecordLog --role Antecedent"},
 };
 
-int ask(const AssociationOptions& options, const Verb& verb) {
+int ask(const AssociationOptions& options, const AssociationVerb& verb) {
     const broker::PropertyList wanted =
         options.properties.empty() ? broker::PropertyList() : options.properties;
     Requester requester(options);
@@ -62,7 +62,7 @@ int ask(const AssociationOptions& options, const Verb& verb) {
     return done;
 }
 
-void addAssociationOptions(Command command, const Verb& verb) {
+void addAssociationOptions(Command command, const AssociationVerb& verb) {
     command.footer(std::string("Examples:\n  ") + verb.examples);
     const auto options = std::make_shared<AssociationOptions>();
     options->target.addTo(command);
@@ -91,7 +91,7 @@ void addAssociationOptions(Command command, const Verb& verb) {
 } // namespace
 
 void addAssociationCommands(Command program) {
-    for (const Verb& verb : verbs)
+    for (const AssociationVerb& verb : associationVerbs)
         program
             .subcommand(verb.name, verb.description,
                         [&verb](Command command) { addAssociationOptions(command, verb); })

@@ -43,9 +43,9 @@ struct BmcOptions {
     bool isSilent = false;
     unsigned skip = 0, calls = 0;
 };
-using Options = std::shared_ptr<BmcOptions>;
+using SharedBmcOptions = std::shared_ptr<BmcOptions>;
 
-vbmc::VirtualBmc machine(const Options& options) {
+vbmc::VirtualBmc machine(const SharedBmcOptions& options) {
     return openMachine(options->stateFile);
 }
 
@@ -76,7 +76,7 @@ fs::path modelFile(const std::string& model) {
                   "; or name a file (docs/virtual-bmc.md describes models)");
 }
 
-int create(const Options& options) {
+int create(const SharedBmcOptions& options) {
     const fs::path file = machineFile(options->stateFile);
     ipmi::SessionSettings settings;
     settings.interfaceType = ipmi::SessionSettings::VirtualBmc;
@@ -96,7 +96,7 @@ int create(const Options& options) {
     return done;
 }
 
-int show(const Options& options) {
+int show(const SharedBmcOptions& options) {
     auto description = machine(options).describe();
     if (!options->parts.empty()) {
         nlohmann::ordered_json wanted;
@@ -126,7 +126,7 @@ std::uint8_t rawReading(const std::string& text) {
     return *raw;
 }
 
-int setReading(const Options& options) {
+int setReading(const SharedBmcOptions& options) {
     auto bmc = machine(options);
     const std::string& text = options->value;
     // Raw readings are hexadecimal here as in models.
@@ -142,7 +142,7 @@ int setReading(const Options& options) {
     return done;
 }
 
-int setStates(const Options& options) {
+int setStates(const SharedBmcOptions& options) {
     std::uint16_t bits = 0;
     for (const unsigned state : options->states)
         bits = static_cast<std::uint16_t>(bits | 1U << state);
@@ -156,19 +156,19 @@ constexpr std::pair<const char*, vbmc::Availability> availabilities[] = {
     {"unreadable", vbmc::Availability::Unreadable},
 };
 
-int setAvailability(const Options& options) {
+int setAvailability(const SharedBmcOptions& options) {
     for (const auto& [name, availability] : availabilities)
         if (options->availability == name)
             machine(options).setAvailability(options->sensor, availability);
     return done;
 }
 
-int setBond(const Options& options) {
+int setBond(const SharedBmcOptions& options) {
     machine(options).setBond(options->bond == "on");
     return done;
 }
 
-int setWatchdog(const Options& options) {
+int setWatchdog(const SharedBmcOptions& options) {
     nlohmann::ordered_json changes = nlohmann::ordered_json::object();
     if (options->watchdogUse)
         changes["use"] = *options->watchdogUse;
@@ -186,12 +186,12 @@ int setWatchdog(const Options& options) {
     return done;
 }
 
-int restartHost(const Options& options) {
+int restartHost(const SharedBmcOptions& options) {
     machine(options).restartHost();
     return done;
 }
 
-int addFaults(const Options& options) {
+int addFaults(const SharedBmcOptions& options) {
     vbmc::Fault fault{.kind = vbmc::Fault::Silent, .skip = options->skip, .calls = options->calls};
     for (const auto& [value, kind] : {std::pair{options->code, vbmc::Fault::CompletionCode},
                                       {options->shortTo, vbmc::Fault::ShortAnswer},
@@ -212,7 +212,7 @@ int addFaults(const Options& options) {
     return done;
 }
 
-int listFaults(const Options& options) {
+int listFaults(const SharedBmcOptions& options) {
     Table table({"Command", "Fault", "After", "Calls"});
     auto list = nlohmann::ordered_json::array();
     for (const vbmc::Fault& fault : machine(options).faults()) {
@@ -246,7 +246,7 @@ int listFaults(const Options& options) {
     return done;
 }
 
-int clearFaults(const Options& options) {
+int clearFaults(const SharedBmcOptions& options) {
     machine(options).clearFaults();
     return done;
 }
@@ -259,7 +259,7 @@ void addBmcOptions(Command bmc) {
                "  phctl bmc set-reading 'CPU1 Temp' 98\n"
                "  phctl bmc fault get-sensor-reading --code 0xC3 --calls 1");
     const auto options = std::make_shared<BmcOptions>();
-    const auto add = [&](const char* name, const char* description, int (*run)(const Options&)) {
+    const auto add = [&](const char* name, const char* description, int (*run)(const SharedBmcOptions&)) {
         Command command = bmc.subcommand(name, description);
         addMachineOption(command, options->stateFile);
         command.action([options, run] { return run(options); });

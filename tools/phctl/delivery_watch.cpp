@@ -12,7 +12,7 @@
 namespace phctl {
 namespace {
 
-std::atomic<DeliveryWatch*> watch{nullptr};
+std::atomic<DeliveryWatch*> currentWatch{nullptr};
 
 // The SONAME is how the loader knows the library, wherever it was found.
 constexpr const char* providerHelper = "libProviderHelper.so.0";
@@ -34,12 +34,12 @@ Function replace(const char* variable, Function replacement) {
 }
 
 int generate(const CMPIInstance* indication, char** text) {
-    DeliveryWatch* const current = watch;
+    DeliveryWatch* const current = currentWatch;
     return current != nullptr ? current->generate(indication, text) : -1;
 }
 
 int send(const char* url, const char* text) {
-    DeliveryWatch* const current = watch;
+    DeliveryWatch* const current = currentWatch;
     return current != nullptr ? current->send(url, text) : -1;
 }
 
@@ -56,7 +56,7 @@ DeliveryWatch::DeliveryWatch(Report report) : report_(std::move(report)) {
     if (link == nullptr)
         throw Failure("the provider module is not one of libProviderHelper");
     link();
-    watch = this;
+    currentWatch = this;
     generate_ = replace("GenerateCIMXML", phctl::generate);
     send_ = replace("DeliverIndication", phctl::send);
 }
@@ -106,6 +106,6 @@ int DeliveryWatch::mail(const AlertMailRequest& request) noexcept {
 
 // The library finds this one before the mail library's.
 extern "C" __attribute__((visibility("default"))) int smtp_mail(const AlertMailRequest* request) {
-    phctl::DeliveryWatch* const watch = phctl::watch;
+    phctl::DeliveryWatch* const watch = phctl::currentWatch;
     return watch != nullptr ? watch->mail(*request) : -1;
 }

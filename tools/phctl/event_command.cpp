@@ -22,7 +22,7 @@ namespace {
 using nlohmann::ordered_json;
 using SelRecord = std::array<std::uint8_t, 16>;
 
-struct Options {
+struct EventCommandOptions {
     std::string stateFile;
     bool json = false;
     EventOptions event;
@@ -30,24 +30,24 @@ struct Options {
 };
 
 // Tells where one message goes.
-struct Delivery {
+struct Recipient {
     std::int32_t kind; // SEL_EVENT_TO_…; 0: the BMC delivers itself
     std::int32_t destination;
     std::int32_t channel;
     std::string text;
 };
 
-Delivery toMail(std::int32_t channel, std::int32_t selector) {
+Recipient toMail(std::int32_t channel, std::int32_t selector) {
     return {SEL_EVENT_TO_MAIL, selector, channel,
             "e-mail: destination " + std::to_string(selector) + " of channel " + std::to_string(channel)};
 }
 
-Delivery toListener(std::int32_t destination, std::int32_t channel) {
+Recipient toListener(std::int32_t destination, std::int32_t channel) {
     return {SEL_EVENT_TO_CIMXML, destination, channel, "listener: CIMXML-" + std::to_string(destination)};
 }
 
 // mail:CHANNEL:SELECTOR, cimxml:N
-Delivery parseDelivery(const std::string& text) {
+Recipient parseRecipient(const std::string& text) {
     constexpr std::uint8_t lastChannel = 0x0F, lastSelector = 0x0F;
     const std::vector<std::string> parts = split(text, ':');
     if (parts.size() == 3 && parts[0] == "mail") {
@@ -62,7 +62,7 @@ Delivery parseDelivery(const std::string& text) {
     throw UsageError("--to: \"" + text + "\" is neither mail:CHANNEL:SELECTOR nor cimxml:N");
 }
 
-Delivery deliveryOf(const vbmc::Alert& alert) {
+Recipient recipientOf(const vbmc::Alert& alert) {
     switch (alert.type) {
     case ipmi::lan::email:
         return toMail(alert.channel, alert.selector);
@@ -85,7 +85,7 @@ SelRecord recordOf(vbmc::VirtualBmc& machine, std::uint16_t id) {
     return *found;
 }
 
-void deliver(const SelRecord& record, const Delivery& delivery) {
+void deliver(const SelRecord& record, const Recipient& delivery) {
     SelEventMessage message{};
     std::ranges::copy(record, message.record);
     message.destination =
@@ -95,11 +95,11 @@ void deliver(const SelRecord& record, const Delivery& delivery) {
     writeToEventPipe(message);
 }
 
-void print(const Options& options, std::uint16_t id, const std::vector<std::uint8_t>& filters,
-           const std::vector<Delivery>& deliveries) {
+void print(const EventCommandOptions& options, std::uint16_t id, const std::vector<std::uint8_t>& filters,
+           const std::vector<Recipient>& deliveries) {
     if (options.json) {
         auto rows = ordered_json::array();
-        for (const Delivery& delivery : deliveries)
+        for (const Recipient& delivery : deliveries)
             rows.push_back({{"to", delivery.text},
                             {"kind", delivery.kind},
                             {"destination", delivery.destination},
@@ -112,14 +112,14 @@ void print(const Options& options, std::uint16_t id, const std::vector<std::uint
         std::cout << "No filter matches\n";
     for (const unsigned filter : filters)
         std::cout << "Filter " << filter << " matches\n";
-    for (const Delivery& delivery : deliveries)
+    for (const Recipient& delivery : deliveries)
         std::cout << (delivery.kind != 0 ? "Written for " : "Left to the BMC: ") << delivery.text << '\n';
 }
 
-int run(const Options& options) {
-    std::vector<Delivery> deliveries;
+int run(const EventCommandOptions& options) {
+    std::vector<Recipient> deliveries;
     if (!options.destination.empty())
-        deliveries.push_back(parseDelivery(options.destination));
+        deliveries.push_back(parseRecipient(options.destination));
     auto machine = openMachine(options.stateFile);
     const std::uint16_t id = options.event.addEvent(machine);
     const SelRecord record = recordOf(machine, id);
@@ -127,10 +127,10 @@ int run(const Options& options) {
     if (deliveries.empty()) {
         const vbmc::EventMatch match = machine.matchEvent(record);
         filters = match.filters;
-        std::ranges::transform(match.alerts, std::back_inserter(deliveries), deliveryOf);
+        std::ranges::transform(match.alerts, std::back_inserter(deliveries), recipientOf);
     }
     try {
-        for (const Delivery& delivery : deliveries)
+        for (const Recipient& delivery : deliveries)
             if (delivery.kind != 0)
                 deliver(record, delivery);
     } catch (const Failure& failure) {
@@ -142,7 +142,7 @@ int run(const Options& options) {
 }
 
 void addEventOptions(Command command) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<EventCommandOptions>();
     addMachineOption(command, options->stateFile);
     command.flag("--json", options->json, "Print JSON");
     options->event.addTo(command);

@@ -48,7 +48,7 @@ std::string versionText(std::uint8_t version) {
     return std::to_string(version & 0x0F) + '.' + std::to_string(version >> 4);
 }
 
-ordered_json toJson(const view::SelInfo& info) {
+ordered_json selInfoJson(const view::SelInfo& info) {
     ordered_json json = {{"version", versionText(info.version)},
                          {"entries", info.entries},
                          {"freeBytes", info.freeBytes},
@@ -69,7 +69,7 @@ ordered_json toJson(const view::SelInfo& info) {
 int tell(const LogOptions& options) {
     const view::SelInfo info = view::readSelInfo(*options.connection.open());
     if (options.json) {
-        printJson(std::cout, toJson(info));
+        printJson(std::cout, selInfoJson(info));
         return done;
     }
     std::cout << "Version: " << versionText(info.version) << "\nEntries: " << info.entries

@@ -23,7 +23,7 @@ std::string hexadecimal(std::span<const std::uint8_t> bytes) {
     return text;
 }
 
-ordered_json toJson(const view::SelRecord& record, const view::EventText& text) {
+ordered_json recordJson(const view::SelRecord& record, const view::EventText& text) {
     ordered_json json = {
         {"id", PH_SelRecordId(record.data())}, {"time", text.time},     {"sensor", text.sensor},
         {"sensorType", text.sensorType},       {"state", text.state()}, {"event", text.event}};
@@ -47,7 +47,7 @@ void printEventLog(std::span<const view::SelRecord> records, const view::SensorL
     for (const view::SelRecord& record : records) {
         const view::EventText text = view::describeRecord(record, sensors);
         if (json)
-            rows.push_back(toJson(record, text));
+            rows.push_back(recordJson(record, text));
         else
             table.add({std::to_string(PH_SelRecordId(record.data())), text.time, text.sensor, text.state(),
                        text.whole()});

@@ -23,7 +23,7 @@ struct Pipe {
 
     explicit Pipe(std::string name)
         : path(std::move(name)),
-          descriptor(open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC | O_NOFOLLOW)) {}
+          descriptor(::open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC | O_NOFOLLOW)) {}
     ~Pipe() {
         if (descriptor >= 0)
             close(descriptor);
@@ -92,7 +92,7 @@ bool EventPipeClaim::tryToClaim() {
         refuseSecondReader(path_);
     else if (errno != ENXIO && errno != ENOENT)
         fail(path_, std::strerror(errno));
-    descriptor_ = open(path_.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC | O_NOFOLLOW);
+    descriptor_ = ::open(path_.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC | O_NOFOLLOW);
     if (descriptor_ < 0 && errno != ENOENT)
         fail(path_, std::strerror(errno));
     const bool isLocked = descriptor_ >= 0 && flock(descriptor_, LOCK_EX | LOCK_NB) == 0;

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int noAnswer = -1, shortAnswer = -2;
 constexpr std::size_t shortestReading = 3; // completion code, reading, flags
-constexpr std::chrono::seconds patience(2);
+constexpr std::chrono::seconds mostSilence(2);
 constexpr std::chrono::seconds period(1);
 
 } // namespace
@@ -36,7 +36,7 @@ void ExchangeWatch::Wait::run(const std::stop_token& stop) {
             break;
         const auto waited =
             std::chrono::floor<std::chrono::seconds>(std::chrono::steady_clock::now() - last_);
-        const bool isWaiting = waited >= patience;
+        const bool isWaiting = waited >= mostSilence;
         if (line_.isTerminal && isWaiting)
             line_.show("Waiting for the BMC: " + std::to_string(waited.count()) + " s");
         else if (isWaiting && !isShown)

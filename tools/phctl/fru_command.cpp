@@ -30,7 +30,7 @@ std::string titleOf(const FruDevice& device) {
     return device.name.empty() ? id : id + ": " + device.name;
 }
 
-ordered_json toJson(const FruDevice& device) {
+ordered_json deviceJson(const FruDevice& device) {
     ordered_json json = {{"id", device.id}, {"name", device.name}, {"fields", ordered_json::array()}};
     if (device.contents)
         for (const view::FruField& field : view::fieldsOf(*device.contents))
@@ -89,7 +89,7 @@ int run(const FruOptions& options) {
     if (options.json) {
         auto json = ordered_json::array();
         for (const FruDevice& device : devices)
-            json.push_back(toJson(device));
+            json.push_back(deviceJson(device));
         printJson(std::cout, json);
     } else if (isList) {
         printList(devices);

@@ -11,11 +11,11 @@ namespace {
 
 constexpr const char* hostClass = "CIM_HostComputerSystem";
 constexpr const char* association = "CIM_AssociatedPowerManagementService";
-constexpr const char* property = "PowerState";
+constexpr const char* powerState = "PowerState";
 
 // Returns the state in the words of DMTF's value map, or as a number where that has no words.
 std::string meaningOf(const std::string& state) {
-    const auto& values = schema::find(association)->property(property)->values;
+    const auto& values = schema::find(association)->property(powerState)->values;
     const auto known = std::ranges::find(values, state, &schema::Value::value);
     return known != values.end() ? std::string(known->meaning) : state;
 }
@@ -25,7 +25,7 @@ broker::Reply ask(Requester& requester, const broker::ObjectPath& host) {
     try {
         return requester.execute({.operation = broker::Request::Operation::References,
                                   .path = host,
-                                  .properties = broker::PropertyList({property}),
+                                  .properties = broker::PropertyList({powerState}),
                                   .filter = {.resultClass = association}});
     } catch (const Failure&) {
         return {};
@@ -40,7 +40,7 @@ bool isHost(const broker::ObjectPath& path) {
 
 void printHostPower(Requester& requester, const broker::ObjectPath& host) {
     for (const broker::Instance& power : ask(requester, host).instances)
-        if (const broker::Value* state = broker::find(power.properties, property))
+        if (const broker::Value* state = broker::find(power.properties, powerState))
             std::cout << "Power: " << meaningOf(broker::toText(*state)) << '\n';
 }
 

@@ -28,11 +28,11 @@ struct InstanceOptions : RequestOptions {
     std::vector<std::string> properties, values;
     SecretValues secrets;
 };
-using Options = std::shared_ptr<InstanceOptions>;
+using SharedInstanceOptions = std::shared_ptr<InstanceOptions>;
 
 constexpr char systemClass[] = "CIM_SPComputerSystem";
 
-broker::PropertyList propertyList(const Options& options) {
+broker::PropertyList propertyList(const SharedInstanceOptions& options) {
     return options->properties.empty() ? broker::PropertyList() : options->properties;
 }
 
@@ -77,7 +77,7 @@ broker::Instance givenInstance(const InstanceOptions& options, broker::ObjectPat
     return instance;
 }
 
-int enumerateInstances(const Options& options) {
+int enumerateInstances(const SharedInstanceOptions& options) {
     const auto wanted = propertyList(options);
     Remarks remarks;
     const auto path = classPath(*options);
@@ -105,14 +105,14 @@ int enumerateInstances(const Options& options) {
     return done;
 }
 
-int enumerateNames(const Options& options) {
+int enumerateNames(const SharedInstanceOptions& options) {
     const auto reply = Requester(*options).execute(
         {.operation = Operation::EnumerateInstanceNames, .path = classPath(*options)});
     printPaths(reply.paths, options->json);
     return done;
 }
 
-int getInstance(const Options& options) {
+int getInstance(const SharedInstanceOptions& options) {
     const auto wanted = propertyList(options);
     Requester requester(*options);
     auto found = nlohmann::ordered_json::array();
@@ -159,7 +159,7 @@ void takeName(Target& target, std::vector<std::string>& values) {
     values.erase(values.begin());
 }
 
-int modifyInstance(const Options& options) {
+int modifyInstance(const SharedInstanceOptions& options) {
     takeName(options->target, options->values);
     // Values are read before anything is asked, unless only standard input tells their class.
     Remarks remarks;
@@ -209,7 +209,7 @@ void completeKeys(broker::Instance& instance, Requester& requester) {
     });
 }
 
-int createInstance(const Options& options) {
+int createInstance(const SharedInstanceOptions& options) {
     Remarks remarks;
     broker::Instance instance = givenInstance(*options, classPath(*options), remarks);
     Requester requester(*options);
@@ -227,7 +227,7 @@ int createInstance(const Options& options) {
     return done;
 }
 
-int deleteInstance(const Options& options) {
+int deleteInstance(const SharedInstanceOptions& options) {
     Requester requester(*options);
     const auto path = selectOne(requester, options->target, options->nameSpace);
     requester.execute({.operation = Operation::DeleteInstance, .path = path});
@@ -238,18 +238,18 @@ int deleteInstance(const Options& options) {
     return done;
 }
 
-struct Verb {
+struct InstanceVerb {
     const char* name;
     const char* longName;
     const char* description;
     bool isOfClass; // or else of an instance
     bool takesProperties;
     bool takesValues;
-    int (*run)(const Options&);
+    int (*run)(const SharedInstanceOptions&);
     const char* examples;
 };
 
-constexpr Verb verbs[] = {
+constexpr InstanceVerb instanceVerbs[] = {
     {"ei", "enumerate-instances", "Print all instances of a class", true, true, false, enumerateInstances,
      "  phctl ei CIM_HostComputerSystem --words\n"
      "  phctl ei CIM_NumericSensor --properties ElementName,CurrentReading,BaseUnits,CurrentState\n"
@@ -272,7 +272,7 @@ constexpr Verb verbs[] = {
      "  phctl di CIM_IndicationFilter IPMIPEF-4-9"},
 };
 
-void addInstanceOptions(Command command, const Verb& verb) {
+void addInstanceOptions(Command command, const InstanceVerb& verb) {
     command.footer(std::string("Examples:\n") + verb.examples);
     const auto options = std::make_shared<InstanceOptions>();
     if (verb.isOfClass)
@@ -299,7 +299,7 @@ void addInstanceOptions(Command command, const Verb& verb) {
 } // namespace
 
 void addInstanceCommands(Command program) {
-    for (const Verb& verb : verbs)
+    for (const InstanceVerb& verb : instanceVerbs)
         program
             .subcommand(verb.name, verb.description,
                         [&verb](Command command) { addInstanceOptions(command, verb); })

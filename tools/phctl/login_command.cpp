@@ -12,11 +12,11 @@
 namespace phctl {
 namespace {
 
-struct Options {
+struct LoginOptions {
     std::string stateFile, user, passwordFile;
 };
 
-int logIn(const Options& options) {
+int logIn(const LoginOptions& options) {
     std::string password = readSecret("--password-file", options.passwordFile);
     const bool isIn = openMachine(options.stateFile).letsIn(options.user, password);
     explicit_bzero(password.data(), password.size());
@@ -27,7 +27,7 @@ int logIn(const Options& options) {
 }
 
 void addLoginOptions(Command command) {
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<LoginOptions>();
     addMachineOption(command, options->stateFile);
     command.option("USER", options->user, "Name of the user").required();
     command

@@ -34,7 +34,7 @@ struct MonitorOptions : RequestOptions {
     unsigned seconds = 0; // 0: until it is interrupted
     bool subscribe = false;
 };
-using Options = std::shared_ptr<MonitorOptions>;
+using SharedMonitorOptions = std::shared_ptr<MonitorOptions>;
 
 std::string toLine(const Delivery& delivery) {
     ordered_json json{{"to", delivery.to}, {"delivered", delivery.isDelivered}};
@@ -130,7 +130,7 @@ int resultOf(const Host& host, const MonitorOptions& options, bool isEnded) {
                     failed);
 }
 
-int monitor(const Options& options) {
+int monitor(const SharedMonitorOptions& options) {
     // The signals are waited for below, whichever thread of ours or of a provider runs.
     sigset_t ending;
     sigemptyset(&ending);

@@ -41,7 +41,7 @@ const char* powerText(const view::ChassisStatus& status) {
     return status.isOn() ? "on" : "off";
 }
 
-ordered_json toJson(const view::ChassisStatus& status) {
+ordered_json statusJson(const view::ChassisStatus& status) {
     ordered_json json = {{"power", powerText(status)}, {"restorePolicy", status.restorePolicy()}};
     auto conditions = ordered_json::array();
     for (const view::ChassisCondition& condition : view::chassisConditions())
@@ -66,7 +66,7 @@ int showStatus(const PowerOptions& options) {
     const auto bmc = options.connection.open();
     const auto status = view::readChassisStatus(*bmc);
     if (options.json)
-        printJson(std::cout, toJson(status));
+        printJson(std::cout, statusJson(status));
     else
         print(status);
     return done;

@@ -16,6 +16,7 @@
 namespace phctl {
 namespace {
 
+using Operation = broker::Request::Operation;
 namespace fs = std::filesystem;
 
 constexpr char moduleName[] = "libProviderHelperProviders.so";
@@ -32,7 +33,6 @@ std::string findModule() {
 
 // Tells whether the provider has to look for associated elements.
 bool needsInstanceArrays(const broker::Request& request) {
-    using Operation = broker::Request::Operation;
     switch (request.operation) {
     case Operation::Associators:
     case Operation::AssociatorNames:
@@ -53,7 +53,6 @@ std::string_view withoutTail(std::string_view message) {
 // Tells of sensors that the reply lacks. Names are those of all sensors.
 std::string unreadableSensorsOf(const ExchangeWatch& watch, const broker::Request& request,
                                 const broker::Reply& reply) {
-    using Operation = broker::Request::Operation;
     if (request.operation == Operation::EnumerateInstanceNames)
         return {};
     const std::size_t known =

@@ -31,10 +31,10 @@ struct SensorsOptions {
     double pause = 0;   // seconds
     unsigned count = 0; // 0: until it is interrupted
 };
-using Options = std::shared_ptr<SensorsOptions>;
+using SharedSensorsOptions = std::shared_ptr<SensorsOptions>;
 
 // Names of types are taken in any case, with "-" for blanks.
-std::string plain(std::string name) {
+std::string plainName(std::string name) {
     for (char& character : name)
         character = character == '-' || character == '_'
                         ? ' '
@@ -52,7 +52,7 @@ std::vector<std::string> knownTypes() {
 }
 
 void require(const std::string& option, const std::string& value, const std::vector<std::string>& known) {
-    if (std::ranges::any_of(known, [&](const std::string& each) { return plain(each) == plain(value); }))
+    if (std::ranges::any_of(known, [&](const std::string& each) { return plainName(each) == plainName(value); }))
         return;
     throw UsageError(option + ": there is no " + value + didYouMean(value, known) + "; known are " +
                      joined(known));
@@ -67,7 +67,7 @@ void check(const SensorsOptions& options) {
 
 bool isOneOf(const std::vector<std::string>& wanted, const std::string& name) {
     return wanted.empty() ||
-           std::ranges::any_of(wanted, [&](const std::string& each) { return plain(each) == plain(name); });
+           std::ranges::any_of(wanted, [&](const std::string& each) { return plainName(each) == plainName(name); });
 }
 
 // Throws UsageError for a name that no sensor has.
@@ -112,7 +112,7 @@ void print(const SensorsOptions& options, const std::vector<SensorLine>& lines) 
 }
 
 // Goes on over a BMC that does not answer for a while.
-int watch(const SensorsOptions& options, const ipmi::SessionSettings& settings,
+int watchSensors(const SensorsOptions& options, const ipmi::SessionSettings& settings,
           const std::vector<view::SensorRow>& sensors) {
     constexpr const char* home = "\033[H\033[J";
     const bool isTerminal = isatty(STDOUT_FILENO) != 0;
@@ -150,7 +150,7 @@ int showSensors(const SensorsOptions& options) {
     settings.timeout = options.timeout;
     const auto sensors = chosenSensors(options);
     if (options.watch.isGiven())
-        return watch(options, settings, sensors);
+        return watchSensors(options, settings, sensors);
     const auto bmc = ipmi::openTransport(settings);
     print(options, read(*bmc, options, sensors));
     warnIfStale(*bmc);

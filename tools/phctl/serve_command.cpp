@@ -36,7 +36,7 @@ struct ServeOptions {
     std::string usersFile;
     unsigned metricsTimeout = 9; // seconds; Prometheus waits for 10 by default
 };
-using Options = std::shared_ptr<ServeOptions>;
+using SharedServeOptions = std::shared_ptr<ServeOptions>;
 
 // "127.0.0.1:5988", "[::1]:5988", "bmc:5988"
 void readListen(const std::string& text, server::HttpOptions& http) {
@@ -145,7 +145,7 @@ void answer(server::Service& service, const server::HttpOptions& http, const sig
     server->stop();
 }
 
-int serve(const Options& options) {
+int serve(const SharedServeOptions& options) {
     // Connections have a thread each. Heaps of their own would cost 8 MB more once all have worked.
     mallopt(M_ARENA_MAX, 2);
     // Taken below, whichever thread of ours or a provider's runs.

@@ -23,6 +23,7 @@ std::string defaultNameSpace(std::string_view className);
 template <class All>
 std::vector<std::string> namesOf(const All& all) {
     std::vector<std::string> names;
+    names.reserve(std::size(all));
     for (const auto& each : all)
         names.emplace_back(each.name);
     return names;

@@ -26,7 +26,7 @@ struct SyncOptions {
     bool json = false;
 };
 
-nlohmann::ordered_json toJson(const smash::SyncReport& report) {
+nlohmann::ordered_json reportJson(const smash::SyncReport& report) {
     auto remarks = nlohmann::ordered_json::array();
     for (const auto& [source, reason, isLoss] : report.remarks)
         remarks.push_back({{"source", source}, {"reason", reason}, {"dropped", isLoss}});
@@ -107,7 +107,7 @@ int synchronise(const SyncOptions& options) {
             options.smbiosFile);
     }
     if (options.json)
-        printJson(std::cout, toJson(report));
+        printJson(std::cout, reportJson(report));
     else
         print(report);
     const auto dropped = std::ranges::count_if(report.remarks, &smash::SyncRemark::isLoss);

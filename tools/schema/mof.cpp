@@ -73,7 +73,7 @@ private:
     Classes begun_;
 };
 
-std::string quoted(std::string_view text) {
+std::string quotedText(std::string_view text) {
     std::string result = "\"";
     for (const char each : text)
         result += (each == '"' || each == '\\' ? "\\" : "") + std::string(1, each);
@@ -85,7 +85,7 @@ std::string list(std::string_view name, const std::vector<std::string>& texts, c
     std::string result = std::string(name) + " {";
     std::size_t length = indent.size() + result.size();
     for (std::size_t i = 0; i < texts.size(); ++i) {
-        const std::string item = quoted(texts[i]) + (i + 1 < texts.size() ? "," : "}");
+        const std::string item = quotedText(texts[i]) + (i + 1 < texts.size() ? "," : "}");
         if (i > 0 && length + 1 + item.size() > lineLength) {
             result += '\n' + indent + "  ";
             length = indent.size() + 2;
@@ -121,11 +121,11 @@ void addElement(Qualifiers& qualifiers, const Element& element, const std::strin
     if (element.maxLength != 0)
         qualifiers.push_back("MaxLen (" + std::to_string(element.maxLength) + ')');
     if (!element.units.empty())
-        qualifiers.push_back("PUnit (" + quoted(element.units) + ')');
+        qualifiers.push_back("PUnit (" + quotedText(element.units) + ')');
     if ((element.type & ~CMPI_ARRAY) == CMPI_instance)
         qualifiers.push_back(element.className.empty()
                                  ? "EmbeddedObject"
-                                 : "EmbeddedInstance (" + quoted(element.className) + ')');
+                                 : "EmbeddedInstance (" + quotedText(element.className) + ')');
     addValues(qualifiers, element.values, indent);
 }
 
@@ -161,7 +161,7 @@ void write(std::ostream& out, const Property& property) {
     if (property.isWritable)
         qualifiers.emplace_back("Write");
     if (property.origin != property.declaredBy)
-        qualifiers.push_back("Override (" + quoted(property.name) + ')');
+        qualifiers.push_back("Override (" + quotedText(property.name) + ')');
     addElement(qualifiers, property, indent);
     out << text(qualifiers, indent) << indent << declaration(property) << ";\n";
 }
@@ -171,7 +171,7 @@ void write(std::ostream& out, const Method& method) {
     const std::string inner(8, ' ');
     Qualifiers qualifiers;
     if (method.origin != method.declaredBy)
-        qualifiers.push_back("Override (" + quoted(method.name) + ')');
+        qualifiers.push_back("Override (" + quotedText(method.name) + ')');
     addValues(qualifiers, method.values, indent);
     out << text(qualifiers, indent) << indent << schema::elementTypeName(method.type) << ' ' << method.name
         << '(';
@@ -246,7 +246,7 @@ void writeClass(std::ostream& out, const Class& declared, const Classes& known) 
         qualifiers.emplace_back("Indication");
     if (declared.isAbstract)
         qualifiers.emplace_back("Abstract");
-    qualifiers.push_back("Version (" + quoted(version) + ')');
+    qualifiers.push_back("Version (" + quotedText(version) + ')');
     out << text(qualifiers, "") << "class " << declared.name;
     if (!declared.superclass.empty())
         out << " : " << declared.superclass;

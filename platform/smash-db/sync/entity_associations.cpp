@@ -1,5 +1,6 @@
 #include "smash-db/sync/entity_associations.h"
 
+#include "ipmi/entity.h"
 #include "smash-db/sync/sdr_mapping.h"
 
 #include <algorithm>
@@ -8,21 +9,18 @@
 namespace smash {
 namespace {
 
-constexpr std::uint8_t bmcAddress = 0x20;
 constexpr std::uint8_t systemRelative = 0x00; // in place of an address
-constexpr std::size_t slots = 4;
+constexpr std::size_t associationSlots = 4;
 
-struct Entity {
-    std::uint8_t id; // 0: the slot is empty
-    std::uint8_t instance;
-};
+using ipmi::Entity;
 
 bool isOfBmc(std::uint8_t address) {
     address &= 0xFE;
     return address == bmcAddress || address == systemRelative;
 }
 
-// The BMC does not answer for the sensors of another controller: an entity of such a one leaves its slot empty.
+// The BMC does not answer for the sensors of another controller: an entity of such a one leaves its slot empty, as
+// ID 0 does.
 Entity readEntity(ipmi::Reader& record, bool isDeviceRelative) {
     bool isKnown = true;
     if (isDeviceRelative) {
@@ -54,7 +52,7 @@ void addEntityAssociations(ipmi::Reader& record, bool isDeviceRelative,
         record.skip(1); // channel
     }
     const bool areRanges = (record.u8() & 0x80) != 0;
-    std::array<Entity, slots> parts{};
+    std::array<Entity, associationSlots> parts{};
     for (Entity& part : parts)
         part = readEntity(record, isDeviceRelative);
     if (!record.ok())
@@ -67,7 +65,7 @@ void addEntityAssociations(ipmi::Reader& record, bool isDeviceRelative,
                 add(container, part, associations);
         return;
     }
-    for (std::size_t i = 0; i < slots; i += 2) {
+    for (std::size_t i = 0; i < associationSlots; i += 2) {
         const Entity first = parts[i];
         const Entity last = parts[i + 1];
         if (first.id != last.id || first.instance > last.instance)

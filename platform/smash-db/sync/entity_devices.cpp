@@ -1,5 +1,6 @@
 #include "smash-db/sync/entity_devices.h"
 
+#include "ipmi/entity.h"
 #include "smash-db/sync/presence_sensors.h"
 
 #include <algorithm>
@@ -20,11 +21,10 @@ struct DeviceKind {
     std::uint8_t entityId;
     std::uint8_t sensorType;
 };
-constexpr std::uint8_t powerSupply = 10;
 constexpr DeviceKind deviceKinds[] = {
-    {29, fanSensor}, // fan
+    {ipmi::entity::fan, fanSensor},
     {30, fanSensor}, // cooling unit
-    {powerSupply, powerSupplySensor},
+    {ipmi::entity::powerSupply, powerSupplySensor},
 };
 
 // Bit 7 of a sensor's entity instance says that its entity is no physical one, but a container of such.
@@ -120,7 +120,7 @@ std::vector<EntityDeviceRow> findEntityDevices(const SdrMapping& sensors) {
     for (const CompactSdr& sensor : sensors.sensors)
         add(sensor);
     for (EntityDeviceRow& device : devices) {
-        if (device.entityId == powerSupply) // the fan within it is no device of its own
+        if (device.entityId == ipmi::entity::powerSupply) // the fan within it is no device of its own
             continue;
         findTachometer(device, sensors);
         device.hasVariableSpeed = hasVariableSpeed(device, sensors) ? 1 : 0;

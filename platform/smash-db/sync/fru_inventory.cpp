@@ -1,5 +1,6 @@
 #include "smash-db/sync/fru_inventory.h"
 
+#include "ipmi/entity.h"
 #include "smash-db/rows.h"
 
 #include <algorithm>
@@ -50,11 +51,11 @@ std::vector<FruRecord> readFrus(FruDevices& devices, std::span<const EntityLocat
             frus.push_back(*fru);
         progress(++done, total);
     }
-    if (std::ranges::find(frus, systemBoard, &FruRecord::entityId) == frus.end()) {
+    if (std::ranges::find(frus, ipmi::entity::systemBoard, &FruRecord::entityId) == frus.end()) {
         FruRecord blank = {};
-        blank.entityId = systemBoard;
+        blank.entityId = ipmi::entity::systemBoard;
         blank.entityInstance = 1;
-        frus.push_back(makeRecord(devices.read(ownFruDevice), systemBoard, 1).value_or(blank));
+        frus.push_back(makeRecord(devices.read(ownFruDevice), ipmi::entity::systemBoard, 1).value_or(blank));
     }
     progress(total, total);
     return frus;

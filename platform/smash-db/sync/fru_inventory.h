@@ -10,7 +10,6 @@ namespace smash {
 
 // FRU device 0 is the BMC's own and needs no locator. It is assumed to be on the system board.
 inline constexpr std::uint8_t ownFruDevice = 0;
-inline constexpr std::uint8_t systemBoard = 7; // entity ID
 
 // Makes a row of the first FRU device of each entity that has a board or a product area. There is always a row of
 // the system board: where no locator leads to one, the row is that of FRU device 0, or blank.

@@ -1,5 +1,6 @@
 #include "smash-db/sync/host_hardware.h"
 
+#include "ipmi/entity.h"
 #include "smash-db/rows.h"
 #include "smash-db/sync/entity_devices.h"
 #include "smash-db/sync/hardware_codes.h"
@@ -19,9 +20,7 @@
 namespace smash {
 namespace {
 
-// IPMI 2.0 table 43-13.
-constexpr std::uint8_t processorEntity = 3, systemBoard = 7, addInCard = 11, systemChassis = 23,
-                       memoryEntity = 32;
+namespace entity = ipmi::entity;
 
 constexpr std::uint8_t systemMemory = 3;  // use of a memory array
 constexpr std::uint8_t inUse = 4;         // usage of a slot
@@ -42,17 +41,17 @@ std::string meaningful(const std::string& text) {
 }
 
 template <std::size_t N>
-void fillBlank(char (&field)[N], const std::string& text) {
+void fillUnknown(char (&field)[N], const std::string& text) {
     if (field[0] == '\0')
         copyText(field, meaningful(text));
 }
 
-void fillBlanks(PackageRow& package, const smbios::Identity& identity) {
-    fillBlank(package.manufacturer, identity.manufacturer);
-    fillBlank(package.model, identity.product);
-    fillBlank(package.serialNumber, identity.serialNumber);
-    fillBlank(package.partNumber, identity.partNumber);
-    fillBlank(package.assetTag, identity.assetTag);
+void fillUnknowns(PackageRow& package, const smbios::Identity& identity) {
+    fillUnknown(package.manufacturer, identity.manufacturer);
+    fillUnknown(package.model, identity.product);
+    fillUnknown(package.serialNumber, identity.serialNumber);
+    fillUnknown(package.partNumber, identity.partNumber);
+    fillUnknown(package.assetTag, identity.assetTag);
 }
 
 class HardwareMapping {
@@ -76,7 +75,7 @@ public:
         mapPorts();
         for (const smbios::OnboardDevice& device : bounded(hardware_.onboardDevices, "onboard devices"))
             addPciDevice(device.name, smbios::deviceTypeName(device.type), classCodeOf(device.type),
-                         device.isEnabled ? enabled : disabled, device.address, tagOf(systemBoard));
+                         device.isEnabled ? enabled : disabled, device.address, tagOf(entity::systemBoard));
         return std::move(rows_);
     }
 
@@ -112,15 +111,15 @@ private:
         if (hardware_.chassis.empty())
             return;
         const smbios::Chassis& described = hardware_.chassis.front();
-        PackageRow* const known = first(systemChassis);
-        PackageRow& chassis = known != nullptr ? *known : findOrAdd(systemChassis, 1);
-        fillBlanks(chassis, described.identity);
-        fillBlank(chassis.version, described.identity.version);
+        PackageRow* const known = first(entity::systemChassis);
+        PackageRow& chassis = known != nullptr ? *known : findOrAdd(entity::systemChassis, 1);
+        fillUnknowns(chassis, described.identity);
+        fillUnknown(chassis.version, described.identity.version);
         if (chassis.chassisType == 0)
             chassis.chassisType = described.type;
         if (hardware_.system) { // the model of the machine is that of its chassis
-            fillBlank(chassis.manufacturer, hardware_.system->identity.manufacturer);
-            fillBlank(chassis.model, hardware_.system->identity.product);
+            fillUnknown(chassis.manufacturer, hardware_.system->identity.manufacturer);
+            fillUnknown(chassis.model, hardware_.system->identity.product);
         }
     }
 
@@ -130,10 +129,10 @@ private:
         const auto hosting = std::ranges::find(hardware_.baseboards, true, &smbios::Baseboard::isHosting);
         const smbios::Baseboard& described =
             hosting != hardware_.baseboards.end() ? *hosting : hardware_.baseboards.front();
-        PackageRow* const known = first(systemBoard);
-        PackageRow& board = known != nullptr ? *known : findOrAdd(systemBoard, 1);
-        fillBlanks(board, described.identity);
-        fillBlank(board.version, described.identity.version);
+        PackageRow* const known = first(entity::systemBoard);
+        PackageRow& board = known != nullptr ? *known : findOrAdd(entity::systemBoard, 1);
+        fillUnknowns(board, described.identity);
+        fillUnknown(board.version, described.identity.version);
     }
 
     // A table may have thousands of structures of a kind; no machine has.
@@ -191,14 +190,14 @@ private:
         std::vector<std::string> names;
         for (const smbios::Processor& processor : processors)
             names.push_back(processor.socket);
-        const auto instances = instancesOf(processorEntity, names);
+        const auto instances = instancesOf(entity::processor, names);
         for (std::size_t i = 0; i < processors.size(); ++i) {
             const smbios::Processor& processor = processors[i];
             std::string content;
             if (processor.isInstalled) {
-                PackageRow& package = findOrAdd(processorEntity, instances[i], processor.socket);
-                fillBlank(package.name, processor.socket);
-                fillBlanks(package, processor.identity);
+                PackageRow& package = findOrAdd(entity::processor, instances[i], processor.socket);
+                fillUnknown(package.name, processor.socket);
+                fillUnknowns(package, processor.identity);
                 content = package.tag;
                 addProcessor(processor, instances[i]);
             }
@@ -208,7 +207,7 @@ private:
 
     void addProcessor(const smbios::Processor& processor, std::uint8_t instance) {
         ProcessorRow& row = rows_.processors.emplace_back();
-        row.entityId = processorEntity;
+        row.entityId = entity::processor;
         row.entityInstance = instance;
         row.family = processor.family;
         row.upgradeMethod = processor.upgrade;
@@ -227,7 +226,7 @@ private:
         row.enabledCores = std::min(processor.enabledCores, row.cores);
         copyText(row.role, smbios::processorTypeName(processor.type));
         copyText(row.version, meaningful(processor.identity.product));
-        devices_.push_back(makeEntityDevice(processorEntity, instance, sensors_));
+        devices_.push_back(makeEntityDevice(entity::processor, instance, sensors_));
     }
 
     bool isSystemMemory(const smbios::MemoryDevice& device) {
@@ -258,15 +257,15 @@ private:
                 remark("memory device " + device.socket, "it is no system memory");
             }
         remarkMissingArrays();
-        const auto instances = instancesOf(memoryEntity, names);
+        const auto instances = instancesOf(entity::memoryDevice, names);
         MemoryRow memory = {};
         for (std::size_t i = 0; i < devices.size(); ++i) {
             const smbios::MemoryDevice& device = *devices[i];
             std::string content;
             if (device.isInstalled) {
-                PackageRow& package = findOrAdd(memoryEntity, instances[i], device.socket);
-                fillBlank(package.name, device.socket);
-                fillBlanks(package, device.identity);
+                PackageRow& package = findOrAdd(entity::memoryDevice, instances[i], device.socket);
+                fillUnknown(package.name, device.socket);
+                fillUnknowns(package, device.identity);
                 content = package.tag;
                 addModule(device, instances[i]);
                 ++memory.modules;
@@ -280,7 +279,7 @@ private:
         for (const smbios::MemoryArray& array : hardware_.memoryArrays)
             if (array.use == systemMemory) {
                 memory.capacity = sum(memory.capacity, array.capacity);
-                fillBlank(memory.errorMethodology, smbios::correctionName(array.correction));
+                fillUnknown(memory.errorMethodology, smbios::correctionName(array.correction));
             }
         rows_.memory.push_back(memory);
     }
@@ -293,7 +292,7 @@ private:
 
     void addModule(const smbios::MemoryDevice& device, std::uint8_t instance) {
         MemoryModuleRow& row = rows_.memoryModules.emplace_back();
-        row.entityId = memoryEntity;
+        row.entityId = entity::memoryDevice;
         row.entityInstance = instance;
         row.formFactor = formFactorOf(device.formFactor);
         row.memoryType = memoryTypeOf(device.type);
@@ -336,10 +335,10 @@ private:
 
     // The card that the BMC names as the slot, or one of which nothing else is known.
     std::string cardIn(const ConnectorRow& slot) {
-        PackageRow card = makePackage(addInCard, 0, std::nullopt, slot.tag);
+        PackageRow card = makePackage(entity::addInCard, 0, std::nullopt, slot.tag);
         copyText(card.name, slot.name);
         const auto known = std::ranges::find_if(packages_, [&](const PackageRow& each) {
-            return (each.entityId != processorEntity && each.entityId != memoryEntity &&
+            return (each.entityId != entity::processor && each.entityId != entity::memoryDevice &&
                     isSame(slot.name, each.name)) ||
                    std::string_view(card.tag) == each.tag;
         });

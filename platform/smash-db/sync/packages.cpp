@@ -1,5 +1,6 @@
 #include "smash-db/sync/packages.h"
 
+#include "ipmi/entity.h"
 #include "ipmi/message.h"
 #include "smash-db/rows.h"
 #include "smash-db/sync/entity_presence.h"
@@ -12,17 +13,16 @@
 namespace smash {
 namespace {
 
-constexpr std::uint8_t systemChassis = 23;  // entity ID
 constexpr std::uint8_t instanceBits = 0x7F; // bit 7 tells a container from a physical entity
 
-using Entity = std::pair<std::uint8_t, std::uint8_t>; // ID and instance
+using ipmi::Entity;
 
 Entity entityOf(const PackageRow& row) {
     return {row.entityId, row.entityInstance};
 }
 
 PackageRow makeRow(Entity entity, std::optional<std::uint8_t> fruDeviceId, const std::string& name) {
-    return makePackage(entity.first, entity.second, fruDeviceId, name);
+    return makePackage(entity.id, entity.instance, fruDeviceId, name);
 }
 
 template <std::size_t N>
@@ -41,7 +41,7 @@ void noteFruData(PackageRow& row) {
 // A product area describes the part that its device is on, but the whole system where the device has the chassis
 // area too.
 void describe(PackageRow& row, const FruContents& contents) {
-    if (contents.chassis && row.entityId == systemChassis)
+    if (contents.chassis && row.entityId == ipmi::entity::systemChassis)
         return; // its area describes it, when all packages are known
     if (contents.board) {
         copyText(row.manufacturer, contents.board->manufacturer);
@@ -65,8 +65,8 @@ PowerSupplyInfoRow readPowerSupplyInfo(Entity entity, const std::vector<std::uin
     constexpr std::uint16_t notSpecified = 0xFFFF;
     ipmi::Reader reader(record);
     PowerSupplyInfoRow row = {};
-    row.entityId = entity.first;
-    row.entityInstance = entity.second;
+    row.entityId = entity.id;
+    row.entityInstance = entity.instance;
     row.capacity = reader.u16() & 0x0FFF;
     row.peakVoltAmperes = reader.u16();
     row.inrushCurrent = reader.u8();
@@ -99,7 +99,7 @@ public:
             if (locator.fruDeviceId)
                 addFru(entityOf(locator), *locator.fruDeviceId, locator.name);
         if (!isLocated(ownFruDevice))
-            addFru({systemBoard, 1}, ownFruDevice, "");
+            addFru({ipmi::entity::systemBoard, 1}, ownFruDevice, "");
         for (const EntityLocator& locator : records_.locators)
             if (!locator.fruDeviceId)
                 addEntity(entityOf(locator), locator.name);
@@ -122,9 +122,9 @@ private:
     }
 
     Presence presenceOf(Entity entity) {
-        if (entity.first == systemBoard || entity.first == systemChassis)
+        if (entity.id == ipmi::entity::systemBoard || entity.id == ipmi::entity::systemChassis)
             return Presence::Present;
-        return readPresence(bmc_, records_.sensors, entity.first, entity.second);
+        return readPresence(bmc_, records_.sensors, entity.id, entity.instance);
     }
 
     void addFru(Entity entity, std::uint8_t fruDeviceId, const std::string& name) {
@@ -155,7 +155,7 @@ private:
 
     void addPowerSupply(Entity entity, const std::vector<std::uint8_t>& record) {
         const bool isKnown = std::ranges::any_of(found_.powerSupplies, [&](const PowerSupplyInfoRow& each) {
-            return Entity(each.entityId, each.entityInstance) == entity;
+            return Entity{each.entityId, each.entityInstance} == entity;
         });
         if (!record.empty() && !isKnown)
             found_.powerSupplies.push_back(readPowerSupplyInfo(entity, record));
@@ -174,8 +174,7 @@ private:
 
     // Fans, and often supplies and processors, have no locator, but sensors.
     void addWatched(const CompactSdr& sensor) {
-        constexpr std::uint8_t processor = 3, powerSupply = 10, fan = 29;
-        for (const std::uint8_t id : {processor, powerSupply, fan})
+        for (const std::uint8_t id : {ipmi::entity::processor, ipmi::entity::powerSupply, ipmi::entity::fan})
             if (sensor.entityId == id && (sensor.entityInstance & ~instanceBits) == 0)
                 addEntity({sensor.entityId, sensor.entityInstance}, "");
     }
@@ -184,9 +183,9 @@ private:
     void describeChassis() {
         if (chassisFru_ == nullptr)
             return;
-        auto chassis = std::ranges::find(found_.packages, systemChassis, &PackageRow::entityId);
+        auto chassis = std::ranges::find(found_.packages, ipmi::entity::systemChassis, &PackageRow::entityId);
         if (chassis == found_.packages.end())
-            chassis = found_.packages.insert(chassis, makeRow({systemChassis, 1}, chassisFruDevice_, ""));
+            chassis = found_.packages.insert(chassis, makeRow({ipmi::entity::systemChassis, 1}, chassisFruDevice_, ""));
         chassis->chassisType = chassisFru_->chassis->type;
         if (chassisFru_->product && chassis->hasFruData == 0) {
             copyText(chassis->manufacturer, chassisFru_->product->manufacturer);

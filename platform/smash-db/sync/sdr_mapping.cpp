@@ -27,9 +27,7 @@ constexpr std::uint8_t controllerLocator = 0x12;
 
 // Event/reading types, IPMI 2.0 table 42-1.
 constexpr std::uint8_t threshold = 0x01;
-constexpr std::uint8_t sensorSpecific = 0x6F;
 
-constexpr std::uint8_t bmcAddress = 0x20;
 constexpr unsigned wholeSensor = 99; // offset of a row that stands for no single state
 constexpr unsigned stateOffsets = 15;
 
@@ -152,7 +150,7 @@ std::vector<CompactSdr> rowsOf(CompactSdr sensor) {
         setDeviceId(sensor, offset);
         rows.push_back(sensor);
     };
-    if (sensor.eventReadingType == sensorSpecific)
+    if (sensor.eventReadingType == ipmi::sensorSpecific)
         for (unsigned offset = 0; offset < stateOffsets; ++offset)
             if ((sensor.supportedStates >> offset & 1) != 0)
                 add(offset);

@@ -16,6 +16,8 @@
 
 namespace smash {
 
+inline constexpr std::uint8_t bmcAddress = 0x20; // slave address (IPMB)
+
 // A record that locates something of an entity: a FRU device, a management controller, or another device.
 struct EntityLocator {
     std::uint8_t entityId = 0;

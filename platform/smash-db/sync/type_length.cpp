@@ -7,12 +7,11 @@
 namespace smash {
 namespace {
 
-using Bytes = std::span<const std::uint8_t>;
 using ipmi::decodeLatin1;
 using ipmi::decodeUtf16;
 
 // Two digits a byte, the upper half first.
-std::string decodeBcdPlus(Bytes bytes) {
+std::string decodeBcdPlus(std::span<const std::uint8_t> bytes) {
     constexpr char digits[] = "0123456789 -.:,_";
     std::string text;
     for (const std::uint8_t byte : bytes) {
@@ -23,7 +22,7 @@ std::string decodeBcdPlus(Bytes bytes) {
 }
 
 // Four characters from 20h on in three bytes, the least significant bits first.
-std::string decodeSixBit(Bytes bytes) {
+std::string decodeSixBit(std::span<const std::uint8_t> bytes) {
     std::string text;
     unsigned bits = 0;
     unsigned count = 0;
@@ -35,7 +34,7 @@ std::string decodeSixBit(Bytes bytes) {
     return text;
 }
 
-std::string decodeHexadecimal(Bytes bytes) {
+std::string decodeHexadecimal(std::span<const std::uint8_t> bytes) {
     std::string text;
     char digits[3];
     for (const std::uint8_t byte : bytes) {
@@ -45,8 +44,8 @@ std::string decodeHexadecimal(Bytes bytes) {
     return text;
 }
 
-std::string decode(unsigned code, Bytes bytes, std::string (*first)(Bytes), std::string (*last)(Bytes)) {
-    std::string (*const decoders[])(Bytes) = {first, decodeBcdPlus, decodeSixBit, last};
+std::string decode(unsigned code, std::span<const std::uint8_t> bytes, std::string (*first)(std::span<const std::uint8_t>), std::string (*last)(std::span<const std::uint8_t>)) {
+    std::string (*const decoders[])(std::span<const std::uint8_t>) = {first, decodeBcdPlus, decodeSixBit, last};
     std::string text = decoders[code](bytes);
     text.erase(text.find_last_not_of(' ') + 1);
     return text;

@@ -11,7 +11,6 @@ namespace {
 
 namespace boot = ipmi::boot;
 namespace completion = ipmi::completion;
-namespace parameter = ipmi::boot::parameter;
 
 constexpr std::uint8_t invalidBit = 0x80;
 
@@ -29,7 +28,7 @@ const char* textOf(std::uint8_t device) {
     return name != nullptr ? name : "firmware's order";
 }
 
-std::uint8_t setProgress(BootOptions& options, std::uint8_t value) {
+std::uint8_t setBootProgress(BootOptions& options, std::uint8_t value) {
     if (value != boot::setComplete && value != boot::inProgress) // nothing is rolled back
         return completion::invalidDataField;
     if (value == boot::inProgress && options.progress == boot::inProgress)
@@ -66,18 +65,18 @@ std::uint8_t setBootOptions(State& state, ipmi::Reader request, ipmi::Writer&) {
         return completion::requestLengthInvalid;
     const auto value = request.rest();
     switch (number) {
-    case parameter::setInProgress:
-        return setProgress(options, value[0] & 0x03);
-    case parameter::servicePartitionSelector:
+    case boot::parameter::setInProgress:
+        return setBootProgress(options, value[0] & 0x03);
+    case boot::parameter::servicePartitionSelector:
         options.servicePartition = value[0];
         break;
-    case parameter::servicePartitionScan:
+    case boot::parameter::servicePartitionScan:
         options.servicePartitionScan = value[0] & 0x03;
         break;
-    case parameter::validBitClearing:
+    case boot::parameter::validBitClearing:
         options.validBitClearing = value[0] & 0x1F;
         break;
-    case parameter::infoAcknowledge:
+    case boot::parameter::infoAcknowledge:
         options.acknowledge =
             static_cast<std::uint8_t>((options.acknowledge & ~value[0]) | (value[0] & value[1]));
         break;
@@ -95,19 +94,19 @@ std::uint8_t getBootOptions(State& state, ipmi::Reader request, ipmi::Writer& an
     answer.u8(boot::parameterVersion)
         .u8(static_cast<std::uint8_t>(number | ((options.invalid >> number & 1) != 0 ? invalidBit : 0)));
     switch (number) {
-    case parameter::setInProgress:
+    case boot::parameter::setInProgress:
         answer.u8(options.progress);
         break;
-    case parameter::servicePartitionSelector:
+    case boot::parameter::servicePartitionSelector:
         answer.u8(options.servicePartition);
         break;
-    case parameter::servicePartitionScan:
+    case boot::parameter::servicePartitionScan:
         answer.u8(options.servicePartitionScan);
         break;
-    case parameter::validBitClearing:
+    case boot::parameter::validBitClearing:
         answer.u8(options.validBitClearing);
         break;
-    case parameter::infoAcknowledge:
+    case boot::parameter::infoAcknowledge:
         answer.u8(0).u8(options.acknowledge); // the mask is written only
         break;
     default:
@@ -115,11 +114,6 @@ std::uint8_t getBootOptions(State& state, ipmi::Reader request, ipmi::Writer& an
     }
     return completion::success;
 }
-
-constexpr Command commandTable[] = {
-    {ipmi::command::setSystemBootOptions, 1, setBootOptions, 3},
-    {ipmi::command::getSystemBootOptions, 3, getBootOptions, 3},
-};
 
 } // namespace
 
@@ -139,7 +133,11 @@ std::vector<BootDevice> BootOptions::everyDevice() {
 }
 
 std::span<const Command> BootOptions::commands() {
-    return commandTable;
+    static constexpr Command table[] = {
+        {ipmi::command::setSystemBootOptions, 1, setBootOptions, 3},
+        {ipmi::command::getSystemBootOptions, 3, getBootOptions, 3},
+    };
+    return table;
 }
 
 void BootOptions::fields(Fields& fields) {

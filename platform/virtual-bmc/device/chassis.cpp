@@ -96,17 +96,16 @@ std::uint8_t getSystemRestartCause(State& state, ipmi::Reader, ipmi::Writer& ans
     return completion::success;
 }
 
-constexpr Command commandTable[] = {
-    {ipmi::command::getChassisStatus, 0, getChassisStatus},
-    {ipmi::command::chassisControl, 1, chassisControl},
-    {ipmi::command::getAcpiPowerState, 0, getAcpiPowerState},
-    {ipmi::command::getSystemRestartCause, 0, getSystemRestartCause},
-};
-
 } // namespace
 
 std::span<const Command> Chassis::commands() {
-    return commandTable;
+    static constexpr Command table[] = {
+        {ipmi::command::getChassisStatus, 0, getChassisStatus},
+        {ipmi::command::chassisControl, 1, chassisControl},
+        {ipmi::command::getAcpiPowerState, 0, getAcpiPowerState},
+        {ipmi::command::getSystemRestartCause, 0, getSystemRestartCause},
+    };
+    return table;
 }
 
 void Chassis::fields(Fields& fields) {

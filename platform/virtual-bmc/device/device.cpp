@@ -54,13 +54,6 @@ std::uint8_t getSystemGuid(State& state, ipmi::Reader, ipmi::Writer& answer) {
     return answerGuid(state.get<Device>().systemGuid, answer);
 }
 
-constexpr Command commandTable[] = {
-    {ipmi::command::getDeviceId, 0, getDeviceId},
-    {ipmi::command::getSelfTestResults, 0, getSelfTestResults},
-    {ipmi::command::getDeviceGuid, 0, getDeviceGuid},
-    {ipmi::command::getSystemGuid, 0, getSystemGuid},
-};
-
 constexpr bool isHyphen(std::size_t position) {
     return position == 8 || position == 13 || position == 18 || position == 23;
 }
@@ -92,7 +85,13 @@ Json Guid::toJson() const {
 }
 
 std::span<const Command> Device::commands() {
-    return commandTable;
+    static constexpr Command table[] = {
+        {ipmi::command::getDeviceId, 0, getDeviceId},
+        {ipmi::command::getSelfTestResults, 0, getSelfTestResults},
+        {ipmi::command::getDeviceGuid, 0, getDeviceGuid},
+        {ipmi::command::getSystemGuid, 0, getSystemGuid},
+    };
+    return table;
 }
 
 void Device::fields(Fields& fields) {

@@ -19,7 +19,6 @@ namespace {
 namespace completion = ipmi::completion;
 namespace oem = ipmi::oem;
 
-constexpr std::uint8_t administrator = 4;
 // Codes of Finish Firmware Update.
 constexpr std::uint8_t notForThisDevice = 0x80;
 constexpr std::uint8_t damaged = 0x81;
@@ -125,18 +124,17 @@ std::uint8_t cancel(State& state, ipmi::Reader request, ipmi::Writer&) {
     return completion::success;
 }
 
-constexpr Command commandTable[] = {
-    {oem::getFirmwareUpdate, 0, getUpdate},
-    {oem::beginFirmwareUpdate, 4, begin, administrator},
-    {oem::writeFirmwareBlock, 5, writeBlock, administrator},
-    {oem::finishFirmwareUpdate, 1, finish, administrator},
-    {oem::cancelFirmwareUpdate, 1, cancel, administrator},
-};
-
 } // namespace
 
 std::span<const Command> Firmware::commands() {
-    return commandTable;
+    static constexpr Command table[] = {
+        {oem::getFirmwareUpdate, 0, getUpdate},
+        {oem::beginFirmwareUpdate, 4, begin, administratorLevel},
+        {oem::writeFirmwareBlock, 5, writeBlock, administratorLevel},
+        {oem::finishFirmwareUpdate, 1, finish, administratorLevel},
+        {oem::cancelFirmwareUpdate, 1, cancel, administratorLevel},
+    };
+    return table;
 }
 
 bool Firmware::answersWhileRestarting(ipmi::CommandCode command) {

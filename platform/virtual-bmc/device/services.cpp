@@ -12,10 +12,10 @@ namespace {
 
 namespace completion = ipmi::completion;
 
-constexpr std::size_t nameSize = 16;
+constexpr std::size_t serviceNameSize = 16;
 
-constexpr Choice names[] = {{0, "web"},      {1, "kvm"}, {2, "cd-media"}, {3, "fd-media"},
-                            {4, "hd-media"}, {5, "ssh"}, {6, "telnet"}};
+constexpr Choice serviceNames[] = {{0, "web"},      {1, "kvm"}, {2, "cd-media"}, {3, "fd-media"},
+                                   {4, "hd-media"}, {5, "ssh"}, {6, "telnet"}};
 
 // Finds the service of a mask; null for none or for several.
 NetworkService* find(std::vector<NetworkService>& list, std::uint32_t mask) {
@@ -30,7 +30,7 @@ std::uint8_t getConfiguration(State& state, ipmi::Reader request, ipmi::Writer& 
         return completion::notPresent;
     const std::string_view name = service->name();
     answer.bytes({reinterpret_cast<const std::uint8_t*>(name.data()), name.size()})
-        .fill(nameSize - name.size(), 0)
+        .fill(serviceNameSize - name.size(), 0)
         .u8(service->isEnabled)
         .u16(service->port)
         .u16(service->securePort)
@@ -44,7 +44,7 @@ std::uint8_t setConfiguration(State& state, ipmi::Reader request, ipmi::Writer&)
     NetworkService* const service = find(state.edit<Services>().list, request.u32());
     if (service == nullptr)
         return completion::notPresent;
-    const auto name = request.bytes(nameSize);
+    const auto name = request.bytes(serviceNameSize);
     const std::uint8_t enable = request.u8();
     if (std::string(name.begin(), std::ranges::find(name, 0)) != service->name() || enable > 1)
         return completion::invalidDataField;
@@ -58,15 +58,10 @@ std::uint8_t setConfiguration(State& state, ipmi::Reader request, ipmi::Writer&)
     return completion::success;
 }
 
-constexpr Command commandTable[] = {
-    {ipmi::oem::getServiceConfiguration, 4, getConfiguration},
-    {ipmi::oem::setServiceConfiguration, 28, setConfiguration},
-};
-
 } // namespace
 
 void NetworkService::fields(Fields& fields) {
-    fields.choice("name", number, names);
+    fields.choice("name", number, serviceNames);
     fields("enabled", isEnabled);
     fields("port", port);
     fields("securePort", securePort);
@@ -76,7 +71,7 @@ void NetworkService::fields(Fields& fields) {
 }
 
 const char* NetworkService::name() const {
-    return nameOf(names, number);
+    return nameOf(serviceNames, number);
 }
 
 std::vector<NetworkService> Services::everyService() {
@@ -92,7 +87,11 @@ std::vector<NetworkService> Services::everyService() {
 }
 
 std::span<const Command> Services::commands() {
-    return commandTable;
+    static constexpr Command table[] = {
+        {ipmi::oem::getServiceConfiguration, 4, getConfiguration},
+        {ipmi::oem::setServiceConfiguration, 28, setConfiguration},
+    };
+    return table;
 }
 
 void Services::check(const Place& place) const {

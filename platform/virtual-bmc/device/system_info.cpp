@@ -12,7 +12,7 @@ namespace completion = ipmi::completion;
 
 constexpr std::uint8_t notSupported = 0x80; // of these commands
 constexpr std::size_t blockSize = 16;
-constexpr std::size_t headSize = 2; // of the first block: encoding and length
+constexpr std::size_t blockHeadSize = 2; // of the first block: encoding and length
 constexpr std::size_t mostBytes = 0xFF;
 
 // A text parameter (IPMI 2.0 table 22-16c).
@@ -46,7 +46,7 @@ std::string current(const State& state, const Parameter& parameter) {
 
 // Returns where a block's part of the text begins.
 std::size_t offsetOf(std::size_t block) {
-    return block == 0 ? 0 : block * blockSize - headSize;
+    return block == 0 ? 0 : block * blockSize - blockHeadSize;
 }
 
 std::uint8_t getSystemInfo(State& state, ipmi::Reader request, ipmi::Writer& answer) {
@@ -71,7 +71,7 @@ std::uint8_t getSystemInfo(State& state, ipmi::Reader request, ipmi::Writer& ans
     answer.u8(block);
     if (block == 0)
         answer.u8(ascii).u8(static_cast<std::uint8_t>(text.size()));
-    const std::size_t room = blockSize - (block == 0 ? headSize : 0);
+    const std::size_t room = blockSize - (block == 0 ? blockHeadSize : 0);
     const std::string part = text.substr(offset, room);
     answer.bytes({reinterpret_cast<const std::uint8_t*>(part.data()), part.size()})
         .fill(room - part.size(), 0);
@@ -101,15 +101,14 @@ std::uint8_t setSystemInfo(State& state, ipmi::Reader request, ipmi::Writer&) {
     return completion::success;
 }
 
-constexpr Command commandTable[] = {
-    {ipmi::command::getSystemInfo, 4, getSystemInfo},
-    {ipmi::command::setSystemInfo, 3, setSystemInfo},
-};
-
 } // namespace
 
 std::span<const Command> SystemInfo::commands() {
-    return commandTable;
+    static constexpr Command table[] = {
+        {ipmi::command::getSystemInfo, 4, getSystemInfo},
+        {ipmi::command::setSystemInfo, 3, setSystemInfo},
+    };
+    return table;
 }
 
 void SystemInfo::fields(Fields& fields) {

@@ -122,16 +122,15 @@ std::uint8_t getTimer(State& state, ipmi::Reader, ipmi::Writer& answer) {
     return completion::success;
 }
 
-constexpr Command commandTable[] = {
-    {ipmi::command::resetWatchdogTimer, 0, resetTimer, 3},
-    {ipmi::command::setWatchdogTimer, 6, setTimer, 3},
-    {ipmi::command::getWatchdogTimer, 0, getTimer},
-};
-
 } // namespace
 
 std::span<const Command> Watchdog::commands() {
-    return commandTable;
+    static constexpr Command table[] = {
+        {ipmi::command::resetWatchdogTimer, 0, resetTimer, 3},
+        {ipmi::command::setWatchdogTimer, 6, setTimer, 3},
+        {ipmi::command::getWatchdogTimer, 0, getTimer},
+    };
+    return table;
 }
 
 void Watchdog::fields(Fields& fields) {

@@ -41,11 +41,6 @@ std::uint8_t readFruData(State& state, ipmi::Reader request, ipmi::Writer& answe
     return completion::success;
 }
 
-constexpr Command commandTable[] = {
-    {ipmi::command::getFruInventoryAreaInfo, 1, getFruInventoryAreaInfo},
-    {ipmi::command::readFruData, 4, readFruData},
-};
-
 } // namespace
 
 void ChassisArea::fields(Fields& fields) {
@@ -117,7 +112,11 @@ void Fru::check(const Place& place) {
 }
 
 std::span<const Command> Frus::commands() {
-    return commandTable;
+    static constexpr Command table[] = {
+        {ipmi::command::getFruInventoryAreaInfo, 1, getFruInventoryAreaInfo},
+        {ipmi::command::readFruData, 4, readFruData},
+    };
+    return table;
 }
 
 void Frus::check(const Place& place) const {

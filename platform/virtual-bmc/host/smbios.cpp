@@ -39,10 +39,6 @@ std::uint8_t readSmbiosTable(State& state, ipmi::Reader request, ipmi::Writer& a
     return completion::success;
 }
 
-constexpr Command commandTable[] = {
-    {ipmi::oem::readSmbiosTable, 5, readSmbiosTable},
-};
-
 } // namespace
 
 void SmbiosIdentity::fields(Fields& fields) {
@@ -142,7 +138,10 @@ void Smbios::fields(Fields& fields) {
 }
 
 std::span<const Command> Smbios::commands() {
-    return commandTable;
+    static constexpr Command table[] = {
+        {ipmi::oem::readSmbiosTable, 5, readSmbiosTable},
+    };
+    return table;
 }
 
 bool Smbios::hasStructures() const {

@@ -13,7 +13,6 @@ namespace {
 namespace completion = ipmi::completion;
 namespace oem = ipmi::oem;
 
-constexpr std::uint8_t administrator = 4;
 constexpr std::size_t mostSuffixes = 6;
 constexpr std::uint8_t serversBit = 1, hostNameBit = 2, domainNameBit = 4; // what is taken of the lease
 
@@ -58,7 +57,7 @@ bool areSuffixes(const std::vector<std::string>& names) {
            std::ranges::all_of(names, isDomainName);
 }
 
-auto isAt(std::uint8_t channel, std::uint8_t ipVersion) {
+auto isFor(std::uint8_t channel, std::uint8_t ipVersion) {
     return [=](const DnsClient& each) { return each.channel == channel && each.ipVersion == ipVersion; };
 }
 
@@ -174,11 +173,6 @@ std::uint8_t setDns(State& state, ipmi::Reader request, ipmi::Writer&) {
                : completion::invalidDataField;
 }
 
-constexpr Command commandTable[] = {
-    {oem::getDns, 4, getDns},
-    {oem::setDns, 3 + oem::dnsBlockSize, setDns, administrator},
-};
-
 Json textsOf(std::vector<DnsServer> servers) {
     return write(servers);
 }
@@ -250,7 +244,11 @@ DnsNames DnsClient::used(const State& state) const {
 }
 
 std::span<const Command> Dns::commands() {
-    return commandTable;
+    static constexpr Command table[] = {
+        {oem::getDns, 4, getDns},
+        {oem::setDns, 3 + oem::dnsBlockSize, setDns, administratorLevel},
+    };
+    return table;
 }
 
 void Dns::fields(Fields& fields) {
@@ -264,14 +262,14 @@ void Dns::fields(Fields& fields) {
 void Dns::check(const Place& place) const {
     const Place list{&place, "clients"};
     for (std::size_t i = 0; i < clients.size(); ++i)
-        if (std::ranges::count_if(clients, isAt(clients[i].channel, clients[i].ipVersion)) > 1)
+        if (std::ranges::count_if(clients, isFor(clients[i].channel, clients[i].ipVersion)) > 1)
             fail(Place{&list, nullptr, i}, "this client stands there twice");
     if (!areSuffixes(suffixes))
         fail(Place{&place, "suffixes"}, "there are at most 6 domain names, of 255 characters in all");
 }
 
 DnsClient Dns::get(std::uint8_t channel, std::uint8_t ipVersion) const {
-    const auto found = std::ranges::find_if(clients, isAt(channel, ipVersion));
+    const auto found = std::ranges::find_if(clients, isFor(channel, ipVersion));
     if (found != clients.end())
         return *found;
     DnsClient none;
@@ -281,7 +279,7 @@ DnsClient Dns::get(std::uint8_t channel, std::uint8_t ipVersion) const {
 }
 
 DnsClient& Dns::edit(std::uint8_t channel, std::uint8_t ipVersion) {
-    const auto found = std::ranges::find_if(clients, isAt(channel, ipVersion));
+    const auto found = std::ranges::find_if(clients, isFor(channel, ipVersion));
     return found != clients.end() ? *found : clients.emplace_back(get(channel, ipVersion));
 }
 

@@ -65,7 +65,7 @@ std::uint8_t getBond(State& state, ipmi::Reader, ipmi::Writer& answer) {
     return completion::success;
 }
 
-std::uint8_t setBond(State& state, ipmi::Reader request, ipmi::Writer&) {
+std::uint8_t setBondEnabled(State& state, ipmi::Reader request, ipmi::Writer&) {
     const std::uint8_t isEnabled = request.u8();
     const std::uint8_t mode = request.u8();
     const std::uint16_t milliseconds = request.u16();
@@ -105,16 +105,6 @@ std::uint8_t getEthernetSettings(State& state, ipmi::Reader, ipmi::Writer& answe
     return completion::success;
 }
 
-constexpr Command commandTable[] = {
-    {oem::getInterfaceName, 1, getInterfaceName},
-    {oem::getLanEnable, 1, getLanEnable},
-    {oem::setLanEnable, 2, setLanEnable},
-    {oem::getBond, 0, getBond},
-    {oem::setBond, 6, setBond},
-    {oem::getPhy, 1, getPhy},
-    {oem::getEthernetSettings, 0, getEthernetSettings},
-};
-
 } // namespace
 
 void Bond::fields(Fields& fields) {
@@ -147,7 +137,16 @@ void Ethernet::fields(Fields& fields) {
 }
 
 std::span<const Command> Interfaces::commands() {
-    return commandTable;
+    static constexpr Command table[] = {
+        {oem::getInterfaceName, 1, getInterfaceName},
+        {oem::getLanEnable, 1, getLanEnable},
+        {oem::setLanEnable, 2, setLanEnable},
+        {oem::getBond, 0, getBond},
+        {oem::setBond, 6, setBondEnabled},
+        {oem::getPhy, 1, getPhy},
+        {oem::getEthernetSettings, 0, getEthernetSettings},
+    };
+    return table;
 }
 
 void Interfaces::fields(Fields& fields) {

@@ -9,9 +9,6 @@ namespace vbmc {
 namespace {
 
 namespace completion = ipmi::completion;
-namespace parameter = ipmi::lan::parameter;
-
-constexpr std::uint8_t longestPrefix = 128;
 
 // ---- Transaction
 
@@ -205,31 +202,33 @@ std::uint8_t getDynamicRouter(const State&, const Lan& lan, LanSelector selector
     return completion::success;
 }
 
-constexpr LanParameter parameterTable[] = {
-    {parameter::setInProgress, 1, getProgress, setLanProgress},
-    {parameter::ipv4Address, 4, getIpv4<&Ipv4Setting::address>, setIpv4<&Ipv4Setting::address>},
-    {parameter::ipv4Source, 1, getSource, setSource},
-    {parameter::macAddress, 6, getMac, nullptr},
-    {parameter::subnetMask, 4, getIpv4<&Ipv4Setting::netmask>, setIpv4<&Ipv4Setting::netmask>},
-    {parameter::defaultGateway, 4, getIpv4<&Ipv4Setting::gateway>, setIpv4<&Ipv4Setting::gateway>},
-    {parameter::vlanId, 2, getVlanId, setVlanId},
-    {parameter::vlanPriority, 1, getVlanPriority, setVlanPriority},
-    {parameter::ipv6Support, 0, getIpv6Support, nullptr},
-    {parameter::ipv6Enables, 1, getIpv6Enables, setIpv6Enables},
-    {parameter::ipv6Status, 0, getIpv6Status, nullptr},
-    {parameter::ipv6StaticAddresses, 19, getStaticAddress, setStaticAddress},
-    {parameter::ipv6DynamicAddresses, 0, getDynamicAddress, nullptr},
-    {parameter::ipv6RouterControl, 1, getRouterControl, setRouterControl},
-    {parameter::ipv6StaticRouter1, 16, getRouter, setRouter},
-    {parameter::ipv6StaticRouter1PrefixLength, 1, getRouterPrefixLength, setRouterPrefixLength},
-    {parameter::ipv6DynamicRouterCount, 0, getDynamicRouterCount, nullptr},
-    {parameter::ipv6DynamicRouters, 0, getDynamicRouter, nullptr},
-};
-
 } // namespace
 
 std::span<const LanParameter> Lans::lanParameters() {
-    return parameterTable;
+    static constexpr LanParameter table[] = {
+        {ipmi::lan::parameter::setInProgress, 1, getProgress, setLanProgress},
+        {ipmi::lan::parameter::ipv4Address, 4, getIpv4<&Ipv4Setting::address>,
+         setIpv4<&Ipv4Setting::address>},
+        {ipmi::lan::parameter::ipv4Source, 1, getSource, setSource},
+        {ipmi::lan::parameter::macAddress, 6, getMac, nullptr},
+        {ipmi::lan::parameter::subnetMask, 4, getIpv4<&Ipv4Setting::netmask>, setIpv4<&Ipv4Setting::netmask>},
+        {ipmi::lan::parameter::defaultGateway, 4, getIpv4<&Ipv4Setting::gateway>,
+         setIpv4<&Ipv4Setting::gateway>},
+        {ipmi::lan::parameter::vlanId, 2, getVlanId, setVlanId},
+        {ipmi::lan::parameter::vlanPriority, 1, getVlanPriority, setVlanPriority},
+        {ipmi::lan::parameter::ipv6Support, 0, getIpv6Support, nullptr},
+        {ipmi::lan::parameter::ipv6Enables, 1, getIpv6Enables, setIpv6Enables},
+        {ipmi::lan::parameter::ipv6Status, 0, getIpv6Status, nullptr},
+        {ipmi::lan::parameter::ipv6StaticAddresses, 19, getStaticAddress, setStaticAddress},
+        {ipmi::lan::parameter::ipv6DynamicAddresses, 0, getDynamicAddress, nullptr},
+        {ipmi::lan::parameter::ipv6RouterControl, 1, getRouterControl, setRouterControl},
+        {ipmi::lan::parameter::ipv6StaticRouter1, 16, getRouter, setRouter},
+        {ipmi::lan::parameter::ipv6StaticRouter1PrefixLength, 1, getRouterPrefixLength,
+         setRouterPrefixLength},
+        {ipmi::lan::parameter::ipv6DynamicRouterCount, 0, getDynamicRouterCount, nullptr},
+        {ipmi::lan::parameter::ipv6DynamicRouters, 0, getDynamicRouter, nullptr},
+    };
+    return table;
 }
 
 } // namespace vbmc

@@ -12,10 +12,9 @@ namespace {
 namespace completion = ipmi::completion;
 
 constexpr std::size_t longestName = 15; // Linux IFNAMSIZ less the terminator
-constexpr std::uint8_t longestPrefix = 128;
 constexpr std::uint16_t lastVlan = 4095;
 
-constexpr Choice enables[] = {{0, "off"}, {1, "ipv4"}, {2, "ipv6"}, {3, "both"}};
+constexpr Choice enableWords[] = {{0, "off"}, {1, "ipv4"}, {2, "ipv6"}, {3, "both"}};
 constexpr Choice sources[] = {{1, "static"}, {2, "dhcp"}};
 constexpr Choice ipv6Enables[] = {{0, "off"}, {1, "only"}, {2, "both"}};
 constexpr Choice routers[] = {{0, "none"}, {1, "static"}, {2, "dynamic"}, {3, "both"}};
@@ -96,12 +95,6 @@ std::uint8_t setParameters(State& state, ipmi::Reader request, ipmi::Writer&) {
     return parameter->set(state, *state.edit<Lans>().find(channel), request);
 }
 
-constexpr Command commandTable[] = {
-    {ipmi::command::getChannelInfo, 1, getChannelInfo},
-    {ipmi::command::setLanConfiguration, 2, setParameters},
-    {ipmi::command::getLanConfiguration, 4, getParameters},
-};
-
 // The IPv6 addresses in use, as a text for people.
 std::string addressesOf(const Ipv6& ipv6) {
     std::string text;
@@ -174,7 +167,7 @@ void Lan::fields(Fields& fields) {
     fields.required("channel", channel);
     fields.required("name", name);
     fields("mac", mac);
-    fields.choice("enable", enable, enables);
+    fields.choice("enable", enable, enableWords);
     fields("linkUp", isLinkUp);
     fields("speed", speed);
     fields("fullDuplex", isFullDuplex);
@@ -195,7 +188,12 @@ void Lan::check(const Place& place) const {
 }
 
 std::span<const Command> Lans::commands() {
-    return commandTable;
+    static constexpr Command table[] = {
+        {ipmi::command::getChannelInfo, 1, getChannelInfo},
+        {ipmi::command::setLanConfiguration, 2, setParameters},
+        {ipmi::command::getLanConfiguration, 4, getParameters},
+    };
+    return table;
 }
 
 void Lans::check(const Place& place) const {
@@ -228,7 +226,7 @@ Json Lans::describe(const State&) const {
         row["channel"] = lan.channel;
         row["name"] = lan.name;
         row["mac"] = lan.mac.toJson();
-        row["enable"] = nameOf(enables, lan.enable);
+        row["enable"] = nameOf(enableWords, lan.enable);
         row["speed"] = lan.isLinkUp ? lan.speed : 0;
         row["vlan"] = lan.isInVlan ? lan.vlanId : 0;
         row["source"] = nameOf(sources, lan.ipv4.source);

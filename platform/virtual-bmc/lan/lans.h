@@ -13,6 +13,8 @@
 
 namespace vbmc {
 
+constexpr std::uint8_t longestPrefix = 128; // of IPv6
+
 struct Ipv4Setting {
     Ipv4Address address;
     Ipv4Address netmask;

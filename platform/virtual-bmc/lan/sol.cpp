@@ -13,17 +13,15 @@ namespace vbmc {
 namespace {
 
 namespace completion = ipmi::completion;
-namespace parameter = ipmi::sol::parameter;
 namespace sol = ipmi::sol;
 
-constexpr Choice privileges[] = {{2, "user"}, {3, "operator"}, {4, "administrator"}, {5, "oem"}};
+constexpr Choice sessionPrivileges[] = {{2, "user"}, {3, "operator"}, {4, "administrator"}, {5, "oem"}};
 constexpr Choice bitRates[] = {{sol::bitRateOfSerial, "serial"}, {sol::bitRate9600, "9600"},
                                {sol::bitRate19200, "19200"},     {sol::bitRate38400, "38400"},
                                {sol::bitRate57600, "57600"},     {sol::bitRate115200, "115200"}};
-constexpr std::uint8_t userLevel = 2, administratorLevel = 4; // of a session
 
 // A parameter of a channel (table 26-5): a row of a table. One without `set` is read-only.
-struct Parameter {
+struct SolParameter {
     std::uint8_t number;
     std::size_t leastRequest; // bytes for `set`; a shorter one is answered with C7h
     void (*get)(const SolChannel& channel, ipmi::Writer& answer);
@@ -39,7 +37,7 @@ void getAuthentication(const SolChannel& channel, ipmi::Writer& answer) {
 std::uint8_t setAuthentication(SolChannel& channel, ipmi::Reader request) {
     const std::uint8_t bits = request.u8();
     const std::uint8_t privilege = bits & sol::privilegeMask;
-    if (nameOf(privileges, privilege) == nullptr)
+    if (nameOf(sessionPrivileges, privilege) == nullptr)
         return completion::invalidDataField;
     channel.privilege = privilege;
     channel.forcesEncryption = (bits & sol::forcesEncryption) != 0;
@@ -79,52 +77,52 @@ std::uint8_t setPort(SolChannel& channel, ipmi::Reader request) {
     return completion::success;
 }
 
-constexpr Parameter parameters[] = {
-    {parameter::setInProgress, 1,
+constexpr SolParameter solParameters[] = {
+    {sol::parameter::setInProgress, 1,
      [](const SolChannel& channel, ipmi::Writer& answer) {
          answer.u8(channel.isSetInProgress ? ipmi::progress::started : ipmi::progress::complete);
      },
      [](SolChannel& channel, ipmi::Reader request) {
          return setProgress(channel.isSetInProgress, request.u8());
      }},
-    {parameter::enable, 1,
+    {sol::parameter::enable, 1,
      [](const SolChannel& channel, ipmi::Writer& answer) { answer.u8(channel.isEnabled); },
      [](SolChannel& channel, ipmi::Reader request) {
          channel.isEnabled = (request.u8() & sol::isEnabled) != 0;
          return completion::success;
      }},
-    {parameter::authentication, 1, getAuthentication, setAuthentication},
-    {parameter::accumulation, 2,
+    {sol::parameter::authentication, 1, getAuthentication, setAuthentication},
+    {sol::parameter::accumulation, 2,
      [](const SolChannel& channel, ipmi::Writer& answer) {
          answer.u8(channel.accumulateInterval).u8(channel.sendThreshold);
      },
      setAccumulation},
-    {parameter::retry, 2,
+    {sol::parameter::retry, 2,
      [](const SolChannel& channel, ipmi::Writer& answer) {
          answer.u8(channel.retryCount).u8(channel.retryInterval);
      },
      setRetry},
-    {parameter::nonVolatileBitRate, 1,
+    {sol::parameter::nonVolatileBitRate, 1,
      [](const SolChannel& channel, ipmi::Writer& answer) { answer.u8(channel.nonVolatileBitRate); },
      setBitRate<&SolChannel::nonVolatileBitRate>},
-    {parameter::volatileBitRate, 1,
+    {sol::parameter::volatileBitRate, 1,
      [](const SolChannel& channel, ipmi::Writer& answer) { answer.u8(channel.bitRate); },
      setBitRate<&SolChannel::bitRate>},
-    {parameter::payloadChannel, 1,
+    {sol::parameter::payloadChannel, 1,
      [](const SolChannel& channel, ipmi::Writer& answer) { answer.u8(channel.channel); }, nullptr},
-    {parameter::payloadPort, 2,
+    {sol::parameter::payloadPort, 2,
      [](const SolChannel& channel, ipmi::Writer& answer) { answer.u16(channel.port); }, setPort},
 };
 
-const Parameter* findParameter(std::uint8_t number) {
-    const auto* const found = std::ranges::find(parameters, number, &Parameter::number);
-    return found != std::end(parameters) ? found : nullptr;
+const SolParameter* findSolParameter(std::uint8_t number) {
+    const auto* const found = std::ranges::find(solParameters, number, &SolParameter::number);
+    return found != std::end(solParameters) ? found : nullptr;
 }
 
-std::uint8_t getParameters(State& state, ipmi::Reader request, ipmi::Writer& answer) {
+std::uint8_t getSolParameters(State& state, ipmi::Reader request, ipmi::Writer& answer) {
     constexpr std::uint8_t revisionOnly = 0x80;
     const std::uint8_t channel = request.u8();
-    const Parameter* const parameter = findParameter(request.u8());
+    const SolParameter* const parameter = findSolParameter(request.u8());
     const auto& sol = state.get<Sol>();
     const SolChannel* const found = sol.find(channel & 0x0F);
     if (sol.channels.empty())
@@ -139,9 +137,9 @@ std::uint8_t getParameters(State& state, ipmi::Reader request, ipmi::Writer& ans
     return completion::success;
 }
 
-std::uint8_t setParameters(State& state, ipmi::Reader request, ipmi::Writer&) {
+std::uint8_t setSolParameters(State& state, ipmi::Reader request, ipmi::Writer&) {
     const std::uint8_t channel = request.u8() & 0x0F;
-    const Parameter* const parameter = findParameter(request.u8());
+    const SolParameter* const parameter = findSolParameter(request.u8());
     auto& channels = state.edit<Sol>().channels;
     const auto found = std::ranges::find(channels, channel, &SolChannel::channel);
     if (channels.empty())
@@ -186,19 +184,12 @@ std::uint8_t getInstance(State& state, ipmi::Reader request, ipmi::Writer& answe
     return completion::success;
 }
 
-constexpr Command commandTable[] = {
-    {ipmi::command::setSolConfiguration, 2, setParameters, administratorLevel},
-    {ipmi::command::getSolConfiguration, 4, getParameters, userLevel},
-    {ipmi::command::getPayloadActivationStatus, 1, getActivation, userLevel},
-    {ipmi::command::getPayloadInstanceInfo, 2, getInstance, userLevel},
-};
-
 } // namespace
 
 void SolChannel::fields(Fields& fields) {
     fields.required("channel", channel);
     fields("enabled", isEnabled);
-    fields.choice("privilege", privilege, privileges);
+    fields.choice("privilege", privilege, sessionPrivileges);
     fields("encryption", forcesEncryption);
     fields("authentication", forcesAuthentication);
     fields.number("accumulateInterval", accumulateInterval, 1, 0xFF);
@@ -224,7 +215,13 @@ void Sol::fields(Fields& fields) {
 }
 
 std::span<const Command> Sol::commands() {
-    return commandTable;
+    static constexpr Command table[] = {
+        {ipmi::command::setSolConfiguration, 2, setSolParameters, administratorLevel},
+        {ipmi::command::getSolConfiguration, 4, getSolParameters, userLevel},
+        {ipmi::command::getPayloadActivationStatus, 1, getActivation, userLevel},
+        {ipmi::command::getPayloadInstanceInfo, 2, getInstance, userLevel},
+    };
+    return table;
 }
 
 void Sol::check(const Place& place) const {
@@ -244,7 +241,7 @@ Json Sol::describe(const State&) const {
         Json row = Json::object();
         row["channel"] = channel.channel;
         row["enabled"] = channel.isEnabled;
-        row["privilege"] = nameOf(privileges, channel.privilege);
+        row["privilege"] = nameOf(sessionPrivileges, channel.privilege);
         row["encryption"] = channel.forcesEncryption;
         row["authentication"] = channel.forcesAuthentication;
         row["bitRate"] = nameOf(bitRates, channel.bitRate);

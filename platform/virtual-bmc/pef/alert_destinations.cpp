@@ -18,7 +18,7 @@ constexpr std::uint8_t selectorMask = 0x0F;
 constexpr std::uint8_t acknowledged = 0x80;
 constexpr std::uint8_t mostRetries = 7;
 
-constexpr Choice kinds[] = {{lan::petTrap, "trap"}, {lan::email, "e-mail"}, {lan::listener, "listener"}};
+constexpr Choice kindNames[] = {{lan::petTrap, "trap"}, {lan::email, "e-mail"}, {lan::listener, "listener"}};
 
 std::uint8_t getCount(const State&, const Lan&, LanSelector, ipmi::Writer& answer) {
     answer.u8(AlertDestinations::slots);
@@ -84,12 +84,6 @@ std::uint8_t setAddress(State& state, Lan& lan, ipmi::Reader request) {
     return request.ok() ? completion::success : completion::requestLengthInvalid;
 }
 
-constexpr LanParameter parameterTable[] = {
-    {lan::parameter::destinationCount, 0, getCount, nullptr},
-    {lan::parameter::destinationType, 4, getType, setType},
-    {lan::parameter::destinationAddress, 13, getAddress, setAddress},
-};
-
 auto isAt(std::uint8_t channel, std::uint8_t selector) {
     return [=](const AlertDestination& each) { return each.channel == channel && each.selector == selector; };
 }
@@ -99,7 +93,7 @@ auto isAt(std::uint8_t channel, std::uint8_t selector) {
 void AlertDestination::fields(Fields& fields) {
     fields.required("channel", channel);
     fields.required("selector", selector);
-    fields.choice("kind", kind, kinds, true);
+    fields.choice("kind", kind, kindNames, true);
     fields("acknowledged", isAcknowledged);
     fields("timeout", timeout);
     fields.number("retries", retries, 0, mostRetries);
@@ -123,7 +117,12 @@ void AlertDestination::check(const Place& place) const {
 }
 
 std::span<const LanParameter> AlertDestinations::lanParameters() {
-    return parameterTable;
+    static constexpr LanParameter table[] = {
+        {lan::parameter::destinationCount, 0, getCount, nullptr},
+        {lan::parameter::destinationType, 4, getType, setType},
+        {lan::parameter::destinationAddress, 13, getAddress, setAddress},
+    };
+    return table;
 }
 
 void AlertDestinations::check(const Place& place) const {
@@ -163,7 +162,7 @@ Json AlertDestinations::describe(const State&) const {
 }
 
 const char* destinationKindName(std::uint8_t kind) {
-    return nameOf(kinds, kind);
+    return nameOf(kindNames, kind);
 }
 
 } // namespace vbmc

@@ -11,7 +11,6 @@ namespace {
 namespace completion = ipmi::completion;
 namespace oem = ipmi::oem;
 
-constexpr std::uint8_t administrator = 4;
 constexpr std::uint8_t authenticate = 0x01, startTls = 0x02; // bits of a server's security
 
 constexpr std::string AlertDestination::*destinationTexts[] = {&AlertDestination::subject,
@@ -19,7 +18,7 @@ constexpr std::string AlertDestination::*destinationTexts[] = {&AlertDestination
 constexpr std::string MailServer::*serverTexts[] = {&MailServer::userName, &MailServer::password,
                                                     &MailServer::sender, &MailServer::hostName};
 
-auto isAt(std::uint8_t channel, bool isSecondary) {
+auto isServer(std::uint8_t channel, bool isSecondary) {
     return [=](const MailServer& each) { return each.channel == channel && each.isSecondary == isSecondary; };
 }
 
@@ -157,15 +156,6 @@ std::uint8_t setServer(State& state, ipmi::Reader request, ipmi::Writer&) {
 
 constexpr std::size_t serverSize = 24;
 
-constexpr Command commandTable[] = {
-    {oem::getMailDestination, 2, getDestination},
-    {oem::setMailDestination, 3, setDestination, administrator},
-    {oem::getMailText, 4, getText, administrator},
-    {oem::setMailText, 4 + oem::mailBlockSize, setText, administrator},
-    {oem::getMailServer, 2, getServer},
-    {oem::setMailServer, 2 + serverSize, setServer, administrator},
-};
-
 } // namespace
 
 void MailServer::fields(Fields& fields) {
@@ -191,7 +181,15 @@ void MailServer::check(const Place& place) const {
 }
 
 std::span<const Command> Mail::commands() {
-    return commandTable;
+    static constexpr Command table[] = {
+        {oem::getMailDestination, 2, getDestination},
+        {oem::setMailDestination, 3, setDestination, administratorLevel},
+        {oem::getMailText, 4, getText, administratorLevel},
+        {oem::setMailText, 4 + oem::mailBlockSize, setText, administratorLevel},
+        {oem::getMailServer, 2, getServer},
+        {oem::setMailServer, 2 + serverSize, setServer, administratorLevel},
+    };
+    return table;
 }
 
 void Mail::fields(Fields& fields) {
@@ -202,12 +200,12 @@ void Mail::fields(Fields& fields) {
 void Mail::check(const Place& place) const {
     const Place list{&place, "servers"};
     for (std::size_t i = 0; i < servers.size(); ++i)
-        if (std::ranges::count_if(servers, isAt(servers[i].channel, servers[i].isSecondary)) > 1)
+        if (std::ranges::count_if(servers, isServer(servers[i].channel, servers[i].isSecondary)) > 1)
             fail(Place{&list, nullptr, i}, "this server stands there twice");
 }
 
 MailServer Mail::get(std::uint8_t channel, bool isSecondary) const {
-    const auto found = std::ranges::find_if(servers, isAt(channel, isSecondary));
+    const auto found = std::ranges::find_if(servers, isServer(channel, isSecondary));
     if (found != servers.end())
         return *found;
     MailServer none;
@@ -217,7 +215,7 @@ MailServer Mail::get(std::uint8_t channel, bool isSecondary) const {
 }
 
 MailServer& Mail::edit(std::uint8_t channel, bool isSecondary) {
-    const auto found = std::ranges::find_if(servers, isAt(channel, isSecondary));
+    const auto found = std::ranges::find_if(servers, isServer(channel, isSecondary));
     return found != servers.end() ? *found : servers.emplace_back(get(channel, isSecondary));
 }
 

@@ -11,9 +11,8 @@ namespace {
 
 namespace completion = ipmi::completion;
 namespace pef = ipmi::pef;
-namespace parameter = ipmi::pef::parameter;
 
-constexpr std::uint8_t selectorMask = 0x7F;
+constexpr std::uint8_t numberMask = 0x7F;
 
 // ---- Tables
 
@@ -30,7 +29,7 @@ bool isSlot(std::uint8_t number, std::uint8_t count) {
 template <class Entry>
 std::uint8_t readEntry(const std::vector<Entry>& entries, std::uint8_t count, std::uint8_t selector,
                        ipmi::Writer& answer) {
-    const std::uint8_t number = selector & selectorMask;
+    const std::uint8_t number = selector & numberMask;
     if (!isSlot(number, count))
         return completion::parameterOutOfRange;
     const Entry* const entry = find(entries, number);
@@ -52,7 +51,7 @@ bool put(std::vector<Entry>& entries, std::uint8_t count, std::uint8_t number,
 
 template <class Entry>
 std::uint8_t writeEntry(std::vector<Entry>& entries, std::uint8_t count, ipmi::Reader request) {
-    const std::uint8_t number = request.u8() & selectorMask;
+    const std::uint8_t number = request.u8() & numberMask;
     const auto bytes = request.bytes(Entry().bytes.size());
     if (!request.ok())
         return completion::requestLengthInvalid;
@@ -77,31 +76,31 @@ std::uint8_t getCapabilities(State& state, ipmi::Reader, ipmi::Writer& answer) {
     return completion::success;
 }
 
-std::uint8_t setParameters(State& state, ipmi::Reader request, ipmi::Writer&) {
+std::uint8_t setPefParameters(State& state, ipmi::Reader request, ipmi::Writer&) {
     auto& machine = state.edit<Pef>();
-    const std::uint8_t number = request.u8() & selectorMask;
+    const std::uint8_t number = request.u8() & numberMask;
     switch (number) {
-    case parameter::setInProgress:
+    case pef::parameter::setInProgress:
         return setProgress(machine.isSetInProgress, request.u8());
-    case parameter::control:
+    case pef::parameter::control:
         machine.control = request.u8();
         return completion::success;
-    case parameter::actionControl:
+    case pef::parameter::actionControl:
         machine.actionControl = request.u8();
         return completion::success;
-    case parameter::filter:
+    case pef::parameter::filter:
         return writeEntry(machine.filters, machine.filterCount, request);
-    case parameter::policy:
+    case pef::parameter::policy:
         return writeEntry(machine.policies, machine.policyCount, request);
-    case parameter::filterCount:
-    case parameter::policyCount:
+    case pef::parameter::filterCount:
+    case pef::parameter::policyCount:
         return pef::parameterIsReadOnly;
     default:
         return pef::parameterNotSupported;
     }
 }
 
-std::uint8_t getParameters(State& state, ipmi::Reader request, ipmi::Writer& answer) {
+std::uint8_t getPefParameters(State& state, ipmi::Reader request, ipmi::Writer& answer) {
     const auto& machine = state.get<Pef>();
     const std::uint8_t number = request.u8();
     const std::uint8_t selector = request.u8();
@@ -110,35 +109,29 @@ std::uint8_t getParameters(State& state, ipmi::Reader request, ipmi::Writer& ans
     if ((number & revisionOnly) != 0)
         return completion::success;
     switch (number) {
-    case parameter::setInProgress:
+    case pef::parameter::setInProgress:
         answer.u8(machine.isSetInProgress);
         return completion::success;
-    case parameter::control:
+    case pef::parameter::control:
         answer.u8(machine.control);
         return completion::success;
-    case parameter::actionControl:
+    case pef::parameter::actionControl:
         answer.u8(machine.actionControl);
         return completion::success;
-    case parameter::filterCount:
+    case pef::parameter::filterCount:
         answer.u8(machine.filterCount);
         return completion::success;
-    case parameter::filter:
+    case pef::parameter::filter:
         return readEntry(machine.filters, machine.filterCount, selector, answer);
-    case parameter::policyCount:
+    case pef::parameter::policyCount:
         answer.u8(machine.policyCount);
         return completion::success;
-    case parameter::policy:
+    case pef::parameter::policy:
         return readEntry(machine.policies, machine.policyCount, selector, answer);
     default:
         return pef::parameterNotSupported;
     }
 }
-
-constexpr Command commandTable[] = {
-    {ipmi::command::getPefCapabilities, 0, getCapabilities},
-    {ipmi::command::setPefConfiguration, 2, setParameters},
-    {ipmi::command::getPefConfiguration, 3, getParameters},
-};
 
 } // namespace
 
@@ -155,13 +148,18 @@ void PefEntry<Size>::check(const Place& place) const {
 }
 
 std::span<const Command> Pef::commands() {
-    return commandTable;
+    static constexpr Command table[] = {
+        {ipmi::command::getPefCapabilities, 0, getCapabilities},
+        {ipmi::command::setPefConfiguration, 2, setPefParameters},
+        {ipmi::command::getPefConfiguration, 3, getPefParameters},
+    };
+    return table;
 }
 
 void Pef::fields(Fields& fields) {
-    fields.number("filterCount", filterCount, 0, selectorMask);
+    fields.number("filterCount", filterCount, 0, numberMask);
     fields("filters", filters);
-    fields.number("policyCount", policyCount, 0, selectorMask);
+    fields.number("policyCount", policyCount, 0, numberMask);
     fields("policies", policies);
     fields("control", control);
     fields("actionControl", actionControl);

@@ -233,25 +233,24 @@ std::string timeText(std::uint32_t seconds) {
     return text;
 }
 
-constexpr Command commandTable[] = {
-    {ipmi::command::getSelInfo, 0, getSelInfo},
-    {ipmi::command::getSelAllocationInfo, 0, getSelAllocationInfo},
-    {ipmi::command::reserveSel, 0, reserveSel},
-    {ipmi::command::getSelEntry, 6, getSelEntry},
-    {ipmi::command::addSelEntry, 16, addSelEntry},
-    {ipmi::command::deleteSelEntry, 4, deleteSelEntry},
-    {ipmi::command::clearSel, 6, clearSel},
-    {ipmi::command::getSelTime, 0, getSelTime},
-    {ipmi::command::setSelTime, 4, setSelTime},
-    {ipmi::command::getSelTimeUtcOffset, 0, getSelTimeUtcOffset},
-    {ipmi::command::setSelTimeUtcOffset, 2, setSelTimeUtcOffset},
-    {ipmi::oem::getSelPolicy, 0, getSelPolicy},
-};
-
 } // namespace
 
 std::span<const Command> Sel::commands() {
-    return commandTable;
+    static constexpr Command table[] = {
+        {ipmi::command::getSelInfo, 0, getSelInfo},
+        {ipmi::command::getSelAllocationInfo, 0, getSelAllocationInfo},
+        {ipmi::command::reserveSel, 0, reserveSel},
+        {ipmi::command::getSelEntry, 6, getSelEntry},
+        {ipmi::command::addSelEntry, 16, addSelEntry},
+        {ipmi::command::deleteSelEntry, 4, deleteSelEntry},
+        {ipmi::command::clearSel, 6, clearSel},
+        {ipmi::command::getSelTime, 0, getSelTime},
+        {ipmi::command::setSelTime, 4, setSelTime},
+        {ipmi::command::getSelTimeUtcOffset, 0, getSelTimeUtcOffset},
+        {ipmi::command::setSelTimeUtcOffset, 2, setSelTimeUtcOffset},
+        {ipmi::oem::getSelPolicy, 0, getSelPolicy},
+    };
+    return table;
 }
 
 void Sel::fields(Fields& fields) {

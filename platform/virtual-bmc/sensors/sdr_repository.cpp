@@ -147,7 +147,7 @@ private:
     const SdrRepository& repository_;
 };
 
-constexpr std::uint8_t operations = 0x22; // non-modal update, reservations
+constexpr std::uint8_t supportedOperations = 0x22; // non-modal update, reservations
 
 std::uint8_t getSdrRepositoryInfo(State& state, ipmi::Reader, ipmi::Writer& answer) {
     constexpr std::uint16_t unspecified = 0xFFFF;
@@ -156,7 +156,7 @@ std::uint8_t getSdrRepositoryInfo(State& state, ipmi::Reader, ipmi::Writer& answ
         .u16(unspecified) // free space
         .u32(state.get<SdrRepository>().lastAddition)
         .u32(0) // time of the last erase
-        .u8(operations);
+        .u8(supportedOperations);
     return completion::success;
 }
 
@@ -201,12 +201,6 @@ std::uint8_t getSdr(State& state, ipmi::Reader request, ipmi::Writer& answer) {
         .bytes(record.subspan(offset, std::min(asked, left)));
     return completion::success;
 }
-
-constexpr Command commandTable[] = {
-    {ipmi::command::getSdrRepositoryInfo, 0, getSdrRepositoryInfo},
-    {ipmi::command::reserveSdrRepository, 0, reserveSdrRepository},
-    {ipmi::command::getSdr, 6, getSdr},
-};
 
 constexpr std::size_t idSize = 2;
 
@@ -270,7 +264,12 @@ void OemRecord::check(const Place& place) const {
 }
 
 std::span<const Command> SdrRepository::commands() {
-    return commandTable;
+    static constexpr Command table[] = {
+        {ipmi::command::getSdrRepositoryInfo, 0, getSdrRepositoryInfo},
+        {ipmi::command::reserveSdrRepository, 0, reserveSdrRepository},
+        {ipmi::command::getSdr, 6, getSdr},
+    };
+    return table;
 }
 
 void SdrRepository::fields(Fields& fields) {

@@ -144,22 +144,21 @@ std::uint8_t ofSensor(State& state, ipmi::Reader request, ipmi::Writer& answer) 
     return slot ? handler(state, *slot, request, answer) : completion::notPresent;
 }
 
-constexpr Command commandTable[] = {
-    {ipmi::command::getSensorReadingFactors, 2, ofSensor<getSensorReadingFactors>},
-    {ipmi::command::setSensorHysteresis, 4, ofSensor<setSensorHysteresis>},
-    {ipmi::command::getSensorHysteresis, 2, ofSensor<getSensorHysteresis>},
-    {ipmi::command::setSensorThresholds, 8, ofSensor<setSensorThresholds>},
-    {ipmi::command::getSensorThresholds, 1, ofSensor<getSensorThresholds>},
-    {ipmi::command::setSensorEventEnable, 2, ofSensor<setSensorEventEnable>},
-    {ipmi::command::getSensorEventEnable, 1, ofSensor<getSensorEventEnable>},
-    {ipmi::command::getSensorReading, 1, ofSensor<getSensorReading>},
-    {ipmi::command::getSensorType, 1, ofSensor<getSensorType>},
-};
-
 } // namespace
 
 std::span<const Command> Sensors::commands() {
-    return commandTable;
+    static constexpr Command table[] = {
+        {ipmi::command::getSensorReadingFactors, 2, ofSensor<getSensorReadingFactors>},
+        {ipmi::command::setSensorHysteresis, 4, ofSensor<setSensorHysteresis>},
+        {ipmi::command::getSensorHysteresis, 2, ofSensor<getSensorHysteresis>},
+        {ipmi::command::setSensorThresholds, 8, ofSensor<setSensorThresholds>},
+        {ipmi::command::getSensorThresholds, 1, ofSensor<getSensorThresholds>},
+        {ipmi::command::setSensorEventEnable, 2, ofSensor<setSensorEventEnable>},
+        {ipmi::command::getSensorEventEnable, 1, ofSensor<getSensorEventEnable>},
+        {ipmi::command::getSensorReading, 1, ofSensor<getSensorReading>},
+        {ipmi::command::getSensorType, 1, ofSensor<getSensorType>},
+    };
+    return table;
 }
 
 } // namespace vbmc

@@ -14,7 +14,7 @@ constexpr Choice linearizations[] = {
     {0x00, "linear"}, {0x01, "ln"},        {0x02, "log10"},      {0x03, "log2"},   {0x04, "e"},
     {0x05, "exp10"},  {0x06, "exp2"},      {0x07, "reciprocal"}, {0x08, "square"}, {0x09, "cube"},
     {0x0A, "sqrt"},   {0x0B, "cube-root"}, {0x70, "non-linear"}};
-constexpr Choice records[] = {{Sensor::Full, "full"}, {Sensor::Compact, "compact"}};
+constexpr Choice recordKinds[] = {{Sensor::Full, "full"}, {Sensor::Compact, "compact"}};
 constexpr Choice availabilities[] = {{static_cast<int>(Availability::Available), "available"},
                                      {static_cast<int>(Availability::Unavailable), "unavailable"},
                                      {static_cast<int>(Availability::Unreadable), "unreadable"}};
@@ -77,7 +77,7 @@ void Sensor::fields(Fields& fields) {
     fields.required("name", name);
     fields.choice("type", type, sensorTypeNames(), true);
     fields.choice("readingType", readingType, readingTypeNames(), true);
-    fields.choice("record", record, records);
+    fields.choice("record", record, recordKinds);
     fields("entity", entity);
     fields("entityInstance", entityInstance);
     fields("analog", analog);

@@ -7,7 +7,7 @@
 namespace vbmc {
 namespace {
 
-std::uint8_t low(unsigned value) {
+std::uint8_t lowByte(unsigned value) {
     return static_cast<std::uint8_t>(value);
 }
 
@@ -27,7 +27,7 @@ void writeCommon(ipmi::Writer& record, const Sensor& sensor) {
         .u8(sensor.entity)
         .u8(sensor.entityInstance)
         .u8(initialized)
-        .u8(low(autoRearm | hysteresisAccess << 4 | thresholdAccess << 2))
+        .u8(lowByte(autoRearm | hysteresisAccess << 4 | thresholdAccess << 2))
         .u8(sensor.type)
         .u8(sensor.readingType);
     const std::uint16_t events = sensor.eventMask();
@@ -41,14 +41,14 @@ void writeCommon(ipmi::Writer& record, const Sensor& sensor) {
     const unsigned upper = readable >> 3;
     record.u16(static_cast<std::uint16_t>(events | lower << 12))
         .u16(static_cast<std::uint16_t>(events | upper << 12))
-        .u8(low(readable))
+        .u8(lowByte(readable))
         .u8(thresholds.isSettable ? thresholds.mask() : 0);
 }
 
 void writeUnits(ipmi::Writer& record, const Analog& analog, AnalogFormat format) {
     record
-        .u8(low(static_cast<unsigned>(format) << 6 | analog.rate << 3 | analog.modifierUse << 1 |
-                static_cast<unsigned>(analog.isPercentage)))
+        .u8(lowByte(static_cast<unsigned>(format) << 6 | analog.rate << 3 | analog.modifierUse << 1 |
+                    static_cast<unsigned>(analog.isPercentage)))
         .u8(analog.unit)
         .u8(analog.modifierUnit);
 }
@@ -64,9 +64,9 @@ void writeAnalog(ipmi::Writer& record, const Sensor& sensor) {
         return level ? level->raw : otherwise;
     };
     record
-        .u8(low(static_cast<unsigned>(analog.nominal.has_value()) |
-                static_cast<unsigned>(analog.normalMax.has_value()) << 1 |
-                static_cast<unsigned>(analog.normalMin.has_value()) << 2))
+        .u8(lowByte(static_cast<unsigned>(analog.nominal.has_value()) |
+                    static_cast<unsigned>(analog.normalMax.has_value()) << 1 |
+                    static_cast<unsigned>(analog.normalMin.has_value()) << 2))
         .u8(raw(analog.nominal, 0))
         .u8(raw(analog.normalMax, 0))
         .u8(raw(analog.normalMin, 0))
@@ -83,8 +83,8 @@ void writeAnalog(ipmi::Writer& record, const Sensor& sensor) {
 void writeShared(ipmi::Writer& record, const Sensor& sensor) {
     const Sharing& sharing = sensor.sharing;
     writeUnits(record, sensor.analog, AnalogFormat::None);
-    record.u8(low(static_cast<unsigned>(sharing.isAlphabetic) << 4 | sharing.count))
-        .u8(low(static_cast<unsigned>(sharing.entityIncrements) << 7 | sharing.offset))
+    record.u8(lowByte(static_cast<unsigned>(sharing.isAlphabetic) << 4 | sharing.count))
+        .u8(lowByte(static_cast<unsigned>(sharing.entityIncrements) << 7 | sharing.offset))
         .u16(0)  // hysteresis
         .u24(0); // reserved
 }
@@ -100,13 +100,13 @@ void writeFactors(ipmi::Writer& bytes, const Analog& analog) {
     const auto m = static_cast<unsigned>(factors.m) & 0x3FF;
     const auto b = static_cast<unsigned>(factors.b) & 0x3FF;
     const unsigned accuracy = analog.accuracy;
-    bytes.u8(low(m))
-        .u8(low(m >> 8 << 6 | analog.tolerance))
-        .u8(low(b))
-        .u8(low(b >> 8 << 6 | (accuracy & 0x3F)))
-        .u8(low(accuracy >> 6 << 4 | analog.accuracyExponent << 2))
-        .u8(low((static_cast<unsigned>(factors.resultExponent) & 0x0F) << 4 |
-                (static_cast<unsigned>(factors.bExponent) & 0x0F)));
+    bytes.u8(lowByte(m))
+        .u8(lowByte(m >> 8 << 6 | analog.tolerance))
+        .u8(lowByte(b))
+        .u8(lowByte(b >> 8 << 6 | (accuracy & 0x3F)))
+        .u8(lowByte(accuracy >> 6 << 4 | analog.accuracyExponent << 2))
+        .u8(lowByte((static_cast<unsigned>(factors.resultExponent) & 0x0F) << 4 |
+                    (static_cast<unsigned>(factors.bExponent) & 0x0F)));
 }
 
 void writeIdString(ipmi::Writer& record, std::string_view text) {
@@ -115,7 +115,7 @@ void writeIdString(ipmi::Writer& record, std::string_view text) {
     if (padded.size() == 1)
         padded += ' ';
     constexpr unsigned eightBit = 0xC0;
-    record.u8(low(eightBit | static_cast<unsigned>(padded.size())));
+    record.u8(lowByte(eightBit | static_cast<unsigned>(padded.size())));
     for (const char character : padded)
         record.u8(static_cast<std::uint8_t>(character));
 }

@@ -29,7 +29,7 @@ void failWithErrno(const std::filesystem::path& path) {
 }
 
 FileHandle openPrivate(const std::filesystem::path& path, int flags) {
-    FileHandle file(open(path.c_str(), flags | O_CLOEXEC | O_NOFOLLOW, privateMode));
+    FileHandle file(::open(path.c_str(), flags | O_CLOEXEC | O_NOFOLLOW, privateMode));
     if (!file)
         failWithErrno(path);
     return file;
@@ -39,7 +39,7 @@ std::string readAll(const FileHandle& file, const std::filesystem::path& path) {
     std::string text;
     char buffer[64 * 1024];
     for (;;) {
-        const ssize_t count = read(file.get(), buffer, sizeof buffer);
+        const ssize_t count = ::read(file.get(), buffer, sizeof buffer);
         if (count == 0)
             return text;
         if (count > 0)
@@ -51,7 +51,7 @@ std::string readAll(const FileHandle& file, const std::filesystem::path& path) {
 
 bool writeAll(const FileHandle& file, std::string_view text) {
     while (!text.empty()) {
-        const ssize_t count = write(file.get(), text.data(), text.size());
+        const ssize_t count = ::write(file.get(), text.data(), text.size());
         if (count >= 0)
             text.remove_prefix(static_cast<std::size_t>(count));
         else if (errno != EINTR)

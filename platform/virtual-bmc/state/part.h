@@ -21,6 +21,9 @@ struct Place;
 // succeeds may have edited parts of the state; what one that fails has edited is undone.
 using Handler = std::uint8_t (*)(State& state, ipmi::Reader request, ipmi::Writer& answer);
 
+// Privileges of sessions (IPMI 2.0, table 22-18).
+constexpr std::uint8_t userLevel = 2, administratorLevel = 4;
+
 struct Command {
     ipmi::CommandCode code;
     std::size_t leastRequest; // bytes; a shorter one is answered with C7h

@@ -9,7 +9,7 @@ namespace vbmc {
 namespace {
 
 constexpr const char headName[] = "virtualBmcState"; // the head line: {"virtualBmcState": 1, "parts": 7}
-constexpr int formatVersion = 1;
+constexpr int stateFormatVersion = 1;
 
 template <class Part>
 void readPart(const Json& json, Part& part) {
@@ -68,7 +68,7 @@ std::size_t readHead(std::string_view line) {
     if (!head.is_object() || !head.contains(headName))
         throw Error("it is no state file of a virtual BMC");
     const Place place{nullptr, headName};
-    readInteger(head[headName], place, formatVersion, formatVersion);
+    readInteger(head[headName], place, stateFormatVersion, stateFormatVersion);
     if (!head.contains("parts"))
         fail(place, "'parts' is missing");
     return static_cast<std::size_t>(readInteger(head["parts"], Place{&place, "parts"}, 0, 0xFF));
@@ -136,7 +136,7 @@ void State::load(std::string_view text) {
 
 std::string State::text() {
     Json head = Json::object();
-    head[headName] = formatVersion;
+    head[headName] = stateFormatVersion;
     head["parts"] = partCount;
     std::string text = head.dump() + "\n";
     written_ = lines_;

@@ -30,8 +30,6 @@ std::uint8_t getSessionInfo(State& state, ipmi::Reader request, ipmi::Writer& an
     return completion::success;
 }
 
-constexpr Command commandTable[] = {{ipmi::command::getSessionInfo, 1, getSessionInfo}};
-
 } // namespace
 
 void OpenSession::fields(Fields& fields) {
@@ -47,7 +45,8 @@ void OpenSession::check(const Place& place) const {
 }
 
 std::span<const Command> Sessions::commands() {
-    return commandTable;
+    static constexpr Command table[] = {{ipmi::command::getSessionInfo, 1, getSessionInfo}};
+    return table;
 }
 
 void Sessions::check(const Place& place) const {

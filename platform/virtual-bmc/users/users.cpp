@@ -12,7 +12,7 @@ namespace {
 
 namespace completion = ipmi::completion;
 
-constexpr std::size_t nameSize = 16;
+constexpr std::size_t userNameSize = 16;
 
 constexpr Choice privileges[] = {{1, "callback"},      {2, "user"}, {3, "operator"},
                                  {4, "administrator"}, {5, "oem"},  {15, "none"}};
@@ -47,7 +47,7 @@ std::uint8_t getUserName(State& state, ipmi::Reader request, ipmi::Writer& answe
     const std::uint8_t id = request.u8() & 0x3F;
     if (!isSlot(id))
         return completion::parameterOutOfRange;
-    std::uint8_t bytes[nameSize] = {};
+    std::uint8_t bytes[userNameSize] = {};
     if (const User* const user = state.get<Users>().find(id))
         std::ranges::copy(user->name, bytes);
     answer.bytes(bytes);
@@ -75,7 +75,7 @@ std::uint8_t setUserAccess(State& state, ipmi::Reader request, ipmi::Writer&) {
 
 std::uint8_t setUserName(State& state, ipmi::Reader request, ipmi::Writer&) {
     const std::uint8_t id = request.u8() & 0x3F;
-    const auto bytes = request.bytes(nameSize);
+    const auto bytes = request.bytes(userNameSize);
     const std::string name(bytes.begin(), std::ranges::find(bytes, 0));
     if (!isSlot(id))
         return completion::parameterOutOfRange;
@@ -124,12 +124,6 @@ std::uint8_t setUserPassword(State& state, ipmi::Reader request, ipmi::Writer&) 
     return completion::success;
 }
 
-constexpr Command commandTable[] = {
-    {ipmi::command::setUserAccess, 3, setUserAccess},     {ipmi::command::getUserAccess, 2, getUserAccess},
-    {ipmi::command::setUserName, 17, setUserName},        {ipmi::command::getUserName, 1, getUserName},
-    {ipmi::command::setUserPassword, 2, setUserPassword},
-};
-
 } // namespace
 
 void User::fields(Fields& fields) {
@@ -150,13 +144,20 @@ void User::check(const Place& place) const {
     if (!isSlot(id))
         fail(Place{&place, "id"},
              std::to_string(id) + " is not allowed: 1 to " + std::to_string(Users::slots));
-    if (name.size() > nameSize)
-        fail(Place{&place, "name"}, "it has more than " + std::to_string(nameSize) + " bytes");
+    if (name.size() > userNameSize)
+        fail(Place{&place, "name"}, "it has more than " + std::to_string(userNameSize) + " bytes");
     checkMailText(Place{&place, "email"}, email, ipmi::oem::userAddress);
 }
 
 std::span<const Command> Users::commands() {
-    return commandTable;
+    static constexpr Command table[] = {
+        {ipmi::command::setUserAccess, 3, setUserAccess},
+        {ipmi::command::getUserAccess, 2, getUserAccess},
+        {ipmi::command::setUserName, 17, setUserName},
+        {ipmi::command::getUserName, 1, getUserName},
+        {ipmi::command::setUserPassword, 2, setUserPassword},
+    };
+    return table;
 }
 
 void Users::check(const Place& place) {

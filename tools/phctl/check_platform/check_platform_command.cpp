@@ -81,7 +81,7 @@ std::vector<Report> checkAll(const CheckOptions& options) {
     return reports;
 }
 
-nlohmann::ordered_json toJson(const std::vector<Report>& reports) {
+nlohmann::ordered_json reportsJson(const std::vector<Report>& reports) {
     auto list = nlohmann::ordered_json::array();
     for (const Report& report : reports)
         list.push_back({{"library", report.library},
@@ -126,7 +126,7 @@ void print(const std::vector<Report>& reports, bool all) {
 int checkPlatform(const CheckOptions& options) {
     const auto reports = checkAll(options);
     if (options.json)
-        printJson(std::cout, toJson(reports));
+        printJson(std::cout, reportsJson(reports));
     else
         print(reports, options.all);
     return std::ranges::any_of(reports,

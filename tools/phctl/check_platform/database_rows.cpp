@@ -160,13 +160,6 @@ void getNumericSensor(Probe& probe) {
     checkOne<FullSdr>(probe, "db_get_all_full_sdrs");
 }
 
-const CompactSdr& commonOf(const CompactSdr& sdr) {
-    return sdr;
-}
-const CompactSdr& commonOf(const FullSdr& sdr) {
-    return sdr.common;
-}
-
 // All sensors of a number are among those of its events; one with a '(' in its name has the number behind it.
 template <class Sdr>
 void checkOfEvent(Probe& probe, const char* all) {
@@ -198,34 +191,33 @@ void getNumericSensorsOfEvent(Probe& probe) {
 void getPackage(Probe& probe) {
     checkOne<PackageRow>(probe, "db_get_all_packages");
 }
-constexpr Row rows[] = {
-    {"db_init", openHandle},
-    {"tmp_db_init", openHandle},
-    {"smash_db_init", openHandle},
-    {"db_close", closeHandle},
-    {"db_get_ipmi_session_info", getSession},
-    {"db_set_ipmi_session_info", nullptr, true, "it says where the BMC is"},
-    {"db_get_device_bytype", getDevice},
-    {"db_set_device", nullptr, true, "the sync calls it"},
-    {"db_get_fru_by_entity_id", getFru},
-    {"db_get_all_compact_sdrs", getSensors},
-    {"db_get_compact_sdr", getSensor},
-    {"db_get_compact_sdrs_of_event", getSensorsOfEvent, false,
-     "without it, all sensors are read for an alert"},
-    {"db_get_all_full_sdrs", getNumericSensors},
-    {"db_get_full_sdr", getNumericSensor},
-    {"db_get_full_sdrs_of_event", getNumericSensorsOfEvent, false,
-     "without it, all sensors are read for an alert"},
-    {"db_get_all_entity_devices", getEntityDevices},
-    {"db_get_all_entity_associations", getEntityAssociations},
-    {"db_get_all_packages", getPackages},
-    {"db_get_package", getPackage},
-    {"db_get_power_supply_info", getSupplies},
-};
-
 } // namespace
 
 std::span<const Row> databaseRows() {
+    static constexpr Row rows[] = {
+        {"db_init", openHandle},
+        {"tmp_db_init", openHandle},
+        {"smash_db_init", openHandle},
+        {"db_close", closeHandle},
+        {"db_get_ipmi_session_info", getSession},
+        {"db_set_ipmi_session_info", nullptr, true, "it says where the BMC is"},
+        {"db_get_device_bytype", getDevice},
+        {"db_set_device", nullptr, true, "the sync calls it"},
+        {"db_get_fru_by_entity_id", getFru},
+        {"db_get_all_compact_sdrs", getSensors},
+        {"db_get_compact_sdr", getSensor},
+        {"db_get_compact_sdrs_of_event", getSensorsOfEvent, false,
+         "without it, all sensors are read for an alert"},
+        {"db_get_all_full_sdrs", getNumericSensors},
+        {"db_get_full_sdr", getNumericSensor},
+        {"db_get_full_sdrs_of_event", getNumericSensorsOfEvent, false,
+         "without it, all sensors are read for an alert"},
+        {"db_get_all_entity_devices", getEntityDevices},
+        {"db_get_all_entity_associations", getEntityAssociations},
+        {"db_get_all_packages", getPackages},
+        {"db_get_package", getPackage},
+        {"db_get_power_supply_info", getSupplies},
+    };
     return rows;
 }
 

@@ -63,7 +63,7 @@ void getRows(Probe& probe) {
     call.expect(!call || *count >= 0, "the count is no number of rows");
 }
 
-void getJob(Probe& probe) {
+void getClpJob(Probe& probe) {
     Out<StoredJobRow> job("the job");
     probe.call<decltype(SMP_Frame_Job_Req)>("a job that there is not", "clp-job-phctl", job)
         .expectFailure("a job that there is not");
@@ -101,7 +101,7 @@ constexpr Row posts[] = {
 };
 constexpr Row clpJobs[] = {
     {"SMP_Frame_Jobs_Req", getRows<StoredJobRow>, false, noClpJobs},
-    {"SMP_Frame_Job_Req", getJob, false, noClpJobs},
+    {"SMP_Frame_Job_Req", getClpJob, false, noClpJobs},
     {"SMP_Frame_DeleteJob_Req", nullptr, true, "it would end a job"},
     {"SMP_Frame_Sessions_Req", getRows<CLPSessionRow>, false, noClpSessions},
     {"SMP_Frame_Options_Req", getOptions, false, noClpOptions},

@@ -73,20 +73,19 @@ void getStoredFirmware(Probe& probe) {
 }
 
 constexpr const char* changesFirmware = "it is part of installing another firmware";
-constexpr Row rows[] = {
-    {"CIM_GetFirmwareUpdate", getFirmwareUpdate},
-    {"CIM_FetchFirmware", fetchFirmware},
-    {"CIM_CheckFirmware", checkFirmware},
-    {"CIM_GetStoredFirmware", getStoredFirmware},
-    {"CIM_BeginFirmwareUpdate", nullptr, true, changesFirmware},
-    {"CIM_WriteFirmware", nullptr, true, changesFirmware},
-    {"CIM_FinishFirmwareUpdate", nullptr, true, changesFirmware},
-    {"CIM_CancelFirmwareUpdate", nullptr, true, changesFirmware},
-};
-
 } // namespace
 
 std::span<const Row> firmwareRows() {
+    static constexpr Row rows[] = {
+        {"CIM_GetFirmwareUpdate", getFirmwareUpdate},
+        {"CIM_FetchFirmware", fetchFirmware},
+        {"CIM_CheckFirmware", checkFirmware},
+        {"CIM_GetStoredFirmware", getStoredFirmware},
+        {"CIM_BeginFirmwareUpdate", nullptr, true, changesFirmware},
+        {"CIM_WriteFirmware", nullptr, true, changesFirmware},
+        {"CIM_FinishFirmwareUpdate", nullptr, true, changesFirmware},
+        {"CIM_CancelFirmwareUpdate", nullptr, true, changesFirmware},
+    };
     return rows;
 }
 

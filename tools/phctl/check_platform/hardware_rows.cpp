@@ -87,19 +87,18 @@ void getPciDevices(Probe& probe) {
     });
 }
 
-constexpr Row rows[] = {
-    {"db_get_processor", getProcessor},
-    {"db_get_all_processors", checkEntities<ProcessorRow>},
-    {"db_get_memory", getMemory},
-    {"db_get_memory_module", getModule},
-    {"db_get_all_memory_modules", checkEntities<MemoryModuleRow>},
-    {"db_get_all_connectors", getConnectors},
-    {"db_get_all_pci_devices", getPciDevices},
-};
-
 } // namespace
 
 std::span<const Row> hardwareRows() {
+    static constexpr Row rows[] = {
+        {"db_get_processor", getProcessor},
+        {"db_get_all_processors", checkEntities<ProcessorRow>},
+        {"db_get_memory", getMemory},
+        {"db_get_memory_module", getModule},
+        {"db_get_all_memory_modules", checkEntities<MemoryModuleRow>},
+        {"db_get_all_connectors", getConnectors},
+        {"db_get_all_pci_devices", getPciDevices},
+    };
     return rows;
 }
 

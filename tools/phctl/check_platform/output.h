@@ -44,11 +44,12 @@ private:
     std::uint8_t pattern_ = 0;
 };
 
-// A number or a structure.
+// A number, a pointer or a structure.
 template <class T>
 class Out : public Output {
 public:
-    explicit Out(std::string name) : Output(std::move(name), sizeof(T)) {
+    explicit Out(std::string name)
+        : Output(std::move(name), sizeof(T)) { // NOLINT(bugprone-sizeof-expression)
         static_assert(std::is_trivially_copyable_v<T>);
     }
     Out(std::string name, const T& value) : Out(std::move(name)) { preset(&value); }

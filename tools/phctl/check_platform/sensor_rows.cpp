@@ -1,6 +1,7 @@
 // Sensors, as the database lists them, and the event log.
 #include "check_platform/probe.h"
 #include "check_platform/rows.h"
+#include "check_platform/table_check.h"
 
 #include <cstdlib>
 #include <map>
@@ -13,13 +14,6 @@ namespace {
 
 constexpr std::uint8_t bmcAddress = 0x20;
 constexpr std::uint16_t noRecord = 0xFFFF;
-
-const CompactSdr& commonOf(const CompactSdr& row) {
-    return row;
-}
-const CompactSdr& commonOf(const FullSdr& row) {
-    return row.common;
-}
 
 // Names by the numbers of the sensors that the reading command reaches.
 template <class Row>
@@ -188,20 +182,6 @@ void setOffset(Probe& probe) {
 constexpr Row sensors[] = {{"CIM_GetSensorReading", getSensorReading},
                            {"CIM_ReadSensorsAhead", readSensorsAhead, false,
                             "without it, each sensor is read when it is asked for"}};
-constexpr Row rows[] = {
-    {"CIM_GetNumOfSELEntries", countRecords},
-    {"CIM_GetMaxPossibleSELEntries", countRoom},
-    {"CIM_GetSELInfo", getInfo, false, "without it, the last record tells of changes"},
-    {"CIM_GetSELRecords", getRecords},
-    {"CIM_GetSELEntry", getRecord},
-    {"CIM_GetSELPolicy", getPolicy},
-    {"CIM_ClearSEL", nullptr, true, "it erases the log"},
-    {"CIM_GetSELTime", getTime},
-    {"CIM_SetSELTime", nullptr, true, "it moves the clock that records are stamped with"},
-    {"CIM_GetSELTimeUTCOffset", getOffset},
-    {"CIM_SetSELTimeUTCOffset", setOffset, true},
-};
-
 } // namespace
 
 std::span<const Row> sensorRows() {
@@ -209,6 +189,19 @@ std::span<const Row> sensorRows() {
 }
 
 std::span<const Row> logRows() {
+    static constexpr Row rows[] = {
+        {"CIM_GetNumOfSELEntries", countRecords},
+        {"CIM_GetMaxPossibleSELEntries", countRoom},
+        {"CIM_GetSELInfo", getInfo, false, "without it, the last record tells of changes"},
+        {"CIM_GetSELRecords", getRecords},
+        {"CIM_GetSELEntry", getRecord},
+        {"CIM_GetSELPolicy", getPolicy},
+        {"CIM_ClearSEL", nullptr, true, "it erases the log"},
+        {"CIM_GetSELTime", getTime},
+        {"CIM_SetSELTime", nullptr, true, "it moves the clock that records are stamped with"},
+        {"CIM_GetSELTimeUTCOffset", getOffset},
+        {"CIM_SetSELTimeUTCOffset", setOffset, true},
+    };
     return rows;
 }
 

@@ -6,7 +6,7 @@ namespace phctl::check {
 namespace {
 
 constexpr const char* jobs = "tmp_db_init";
-constexpr const char* settings = "smash_db_init";
+constexpr const char* settingsDatabase = "smash_db_init";
 constexpr const char* missingRow = "phctl checks this";
 
 // ---- Settings and jobs
@@ -48,7 +48,7 @@ void getJobs(Probe& probe) {
 
 template <class Row>
 void getAllSettings(Probe& probe) {
-    checkAll<Row>(probe, nullptr, settings);
+    checkAll<Row>(probe, nullptr, settingsDatabase);
 }
 
 void getPowerService(Probe& probe) {
@@ -78,12 +78,12 @@ void getError(Probe& probe) {
 // These fill a row whose name is given.
 template <class Row>
 void getByName(Probe& probe, const char* all) {
-    for (const Row& listed : rowsOf<Row>(probe, all, settings)) {
+    for (const Row& listed : rowsOf<Row>(probe, all, settingsDatabase)) {
         Row named{};
         std::memcpy(named.name, listed.name, sizeof named.name);
         Out<Row> row("the row", named);
         if (auto call = probe.call<int(SMASH_DB_HANDLE, Row*)>(textOf(listed, textsOf<Row>[0]),
-                                                               probe.database(settings), row)) {
+                                                               probe.database(settingsDatabase), row)) {
             judgeTexts(call, *row);
             for (const TextField& field : textsOf<Row>)
                 call.expect(textOf(*row, field) == textOf(listed, field),
@@ -93,8 +93,8 @@ void getByName(Probe& probe, const char* all) {
     Row none{};
     std::strncpy(none.name, missingRow, sizeof none.name - 1);
     Out<Row> row("the row", none);
-    auto call =
-        probe.call<int(SMASH_DB_HANDLE, Row*)>("a name that no row has", probe.database(settings), row);
+    auto call = probe.call<int(SMASH_DB_HANDLE, Row*)>("a name that no row has",
+                                                       probe.database(settingsDatabase), row);
     call.expectFailure("a name that no row has");
     call.expect(!call.isMade() || std::memcmp(&*row, &none, sizeof none) == 0,
                 "it fails and changes the row");
@@ -132,11 +132,12 @@ template <class Row>
 void setRow(Probe& probe, const NamedTable<Row>& table) {
     const Row row = newRow<Row>();
     if (auto call = probe.call<int(SMASH_DB_HANDLE, const Row*)>("a row, removed again",
-                                                                 probe.database(settings), &row)) {
+                                                                 probe.database(settingsDatabase), &row)) {
         Row stored = row;
-        probe.use<int(SMASH_DB_HANDLE, Row*)>(table.get, probe.database(settings), &stored);
+        probe.use<int(SMASH_DB_HANDLE, Row*)>(table.get, probe.database(settingsDatabase), &stored);
         call.expect(std::memcmp(&stored, &row, sizeof row) == 0, "what it stores is not read");
-        probe.use<int(SMASH_DB_HANDLE, const char*)>(table.remove, probe.database(settings), row.name);
+        probe.use<int(SMASH_DB_HANDLE, const char*)>(table.remove, probe.database(settingsDatabase),
+                                                     row.name);
     }
 }
 
@@ -144,11 +145,12 @@ template <class Row>
 void removeRow(Probe& probe, const NamedTable<Row>& table) {
     Row row = newRow<Row>();
     probe
-        .call<int(SMASH_DB_HANDLE, const char*)>("a name that no row has", probe.database(settings), row.name)
+        .call<int(SMASH_DB_HANDLE, const char*)>("a name that no row has", probe.database(settingsDatabase),
+                                                 row.name)
         .expectFailure("a name that no row has");
-    probe.use<int(SMASH_DB_HANDLE, const Row*)>(table.set, probe.database(settings), &row);
-    probe.call<int(SMASH_DB_HANDLE, const char*)>("a row that was stored for this", probe.database(settings),
-                                                  row.name);
+    probe.use<int(SMASH_DB_HANDLE, const Row*)>(table.set, probe.database(settingsDatabase), &row);
+    probe.call<int(SMASH_DB_HANDLE, const char*)>("a row that was stored for this",
+                                                  probe.database(settingsDatabase), row.name);
 }
 
 void setFilter(Probe& probe) {
@@ -180,39 +182,38 @@ void addJob(Probe& probe) {
 constexpr const char* staged = "it would change what clients have staged";
 constexpr const char* ofJobs = "methods call it for jobs of theirs";
 
-constexpr Row rows[] = {
-    {"db_get_all_power_mgt_service", getPowerServices},
-    {"db_get_power_mgt_service", getPowerService},
-    {"db_get_all_power_mgt_capabilities", getPowerCapabilities},
-    {"db_get_power_mgt_capabilities", getPowerCapability},
-    {"db_get_all_indication_service", getAllSettings<IndicationServiceRow>},
-    {"db_set_indication_service", nullptr, true, "it would change how alerts are delivered"},
-    {"db_get_all_indication_filter_cimxml", getAllSettings<CimxmlFilterRow>},
-    {"db_get_indication_filter_cimxml", getFilter},
-    {"db_set_indication_filter_cimxml", setFilter, true},
-    {"db_delete_indication_filter_cimxml", removeFilter, true},
-    {"db_get_all_listener_destination", getAllSettings<CimxmlDestinationRow>},
-    {"db_get_listener_destination", getDestination},
-    {"db_set_listener_destination", setDestination, true},
-    {"db_delete_listener_destination", removeDestination, true},
-    {"db_get_all_static_ip_assignment_settingdata", getAllSettings<StaticIPRow>},
-    {"db_init_static_ip_assignment_settingdata", nullptr, true, staged},
-    {"db_set_static_ip_assignment_settingdata", nullptr, true, staged},
-    {"db_delete_static_ip", nullptr, true, staged},
-    {"db_get_all_concretejob", getJobs},
-    {"db_get_concretejob", getJob},
-    {"db_set_concretejob", addJob, true},
-    {"db_modify_concretejob", nullptr, true, ofJobs},
-    {"db_delete_concretejob", nullptr, true, ofJobs},
-    {"db_get_error_info", getError},
-    {"db_set_error_info", nullptr, true, ofJobs},
-    {"db_get_clp_error_info", getError},
-    {"db_get_MessageID", nullptr, true, "it numbers a text for good"},
-};
-
 } // namespace
 
 std::span<const Row> settingRows() {
+    static constexpr Row rows[] = {
+        {"db_get_all_power_mgt_service", getPowerServices},
+        {"db_get_power_mgt_service", getPowerService},
+        {"db_get_all_power_mgt_capabilities", getPowerCapabilities},
+        {"db_get_power_mgt_capabilities", getPowerCapability},
+        {"db_get_all_indication_service", getAllSettings<IndicationServiceRow>},
+        {"db_set_indication_service", nullptr, true, "it would change how alerts are delivered"},
+        {"db_get_all_indication_filter_cimxml", getAllSettings<CimxmlFilterRow>},
+        {"db_get_indication_filter_cimxml", getFilter},
+        {"db_set_indication_filter_cimxml", setFilter, true},
+        {"db_delete_indication_filter_cimxml", removeFilter, true},
+        {"db_get_all_listener_destination", getAllSettings<CimxmlDestinationRow>},
+        {"db_get_listener_destination", getDestination},
+        {"db_set_listener_destination", setDestination, true},
+        {"db_delete_listener_destination", removeDestination, true},
+        {"db_get_all_static_ip_assignment_settingdata", getAllSettings<StaticIPRow>},
+        {"db_init_static_ip_assignment_settingdata", nullptr, true, staged},
+        {"db_set_static_ip_assignment_settingdata", nullptr, true, staged},
+        {"db_delete_static_ip", nullptr, true, staged},
+        {"db_get_all_concretejob", getJobs},
+        {"db_get_concretejob", getJob},
+        {"db_set_concretejob", addJob, true},
+        {"db_modify_concretejob", nullptr, true, ofJobs},
+        {"db_delete_concretejob", nullptr, true, ofJobs},
+        {"db_get_error_info", getError},
+        {"db_set_error_info", nullptr, true, ofJobs},
+        {"db_get_clp_error_info", getError},
+        {"db_get_MessageID", nullptr, true, "it numbers a text for good"},
+    };
     return rows;
 }
 

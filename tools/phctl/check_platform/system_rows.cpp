@@ -141,36 +141,35 @@ void setWatchdogTimer(Probe& probe) {
 
 constexpr const char* switchesPower = "it switches the host's power";
 
-constexpr Row sessions[] = {
-    {"CIM_Create_IPMI20_Session", createSession},
-    {"CIM_Create_IPMI20_Session_Ext", createSessionOfUser},
-    {"CIM_Close_Session", closeSession},
-};
-constexpr Row rows[] = {
-    {"CIM_GetDeviceID", getDeviceId},
-    {"CIM_GetSystemInfo", getSystemInfo},
-    {"CIM_GetChassisStatus", getChassisStatus},
-    {"CIM_GetACPIPowerState", getAcpiPowerState},
-    {"CIM_PowerUp", nullptr, true, switchesPower},
-    {"CIM_PowerOff", nullptr, true, switchesPower},
-    {"CIM_SoftOff", nullptr, true, switchesPower},
-    {"CIM_PowerCycle", nullptr, true, switchesPower},
-    {"CIM_HardReset", nullptr, true, switchesPower},
-    {"CIM_DiagnosticInt", nullptr, true, "it stops the host's operating system"},
-    {"CIM_GetBootFlags", getBootFlags},
-    {"CIM_SetBootFlags", setBootFlags, true},
-    {"CIM_GetWatchdogTimer", getWatchdogTimer},
-    {"CIM_SetWatchdogTimer", setWatchdogTimer, true},
-    {"CIM_ResetWatchdogTimer", nullptr, true, "it starts the timer"},
-};
-
 } // namespace
 
 std::span<const Row> sessionRows() {
-    return sessions;
+    static constexpr Row rows[] = {
+        {"CIM_Create_IPMI20_Session", createSession},
+        {"CIM_Create_IPMI20_Session_Ext", createSessionOfUser},
+        {"CIM_Close_Session", closeSession},
+    };
+    return rows;
 }
 
 std::span<const Row> systemRows() {
+    static constexpr Row rows[] = {
+        {"CIM_GetDeviceID", getDeviceId},
+        {"CIM_GetSystemInfo", getSystemInfo},
+        {"CIM_GetChassisStatus", getChassisStatus},
+        {"CIM_GetACPIPowerState", getAcpiPowerState},
+        {"CIM_PowerUp", nullptr, true, switchesPower},
+        {"CIM_PowerOff", nullptr, true, switchesPower},
+        {"CIM_SoftOff", nullptr, true, switchesPower},
+        {"CIM_PowerCycle", nullptr, true, switchesPower},
+        {"CIM_HardReset", nullptr, true, switchesPower},
+        {"CIM_DiagnosticInt", nullptr, true, "it stops the host's operating system"},
+        {"CIM_GetBootFlags", getBootFlags},
+        {"CIM_SetBootFlags", setBootFlags, true},
+        {"CIM_GetWatchdogTimer", getWatchdogTimer},
+        {"CIM_SetWatchdogTimer", setWatchdogTimer, true},
+        {"CIM_ResetWatchdogTimer", nullptr, true, "it starts the timer"},
+    };
     return rows;
 }
 

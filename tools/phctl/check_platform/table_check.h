@@ -10,6 +10,7 @@
 #include <functional>
 #include <malloc.h>
 #include <memory>
+#include <platform/smash_db.h>
 #include <set>
 #include <span>
 
@@ -28,6 +29,14 @@ struct TextField {
 // The texts of a row; the first identifies it, if it has one.
 template <class Row>
 inline constexpr std::span<const TextField> textsOf{};
+
+// What the records of all sensors have.
+inline const CompactSdr& commonOf(const CompactSdr& row) {
+    return row;
+}
+inline const CompactSdr& commonOf(const FullSdr& row) {
+    return row.common;
+}
 
 template <class Row>
 std::string textOf(const Row& row, const TextField& field) {

@@ -111,7 +111,7 @@ void deleteUser(Probe& probe) {
 
 // ---- Event filters
 
-void getFilters(Probe& probe) {
+void getPefFilters(Probe& probe) {
     OutArray<CIM_PEFEntry> table("the table", CIM_MAX_PEF_ENTRIES);
     Out<std::uint8_t> count("the count");
     if (auto call = probe.call<decltype(CIM_GetPEFTable)>("", probe.session(), table, count, probe.timeout()))
@@ -127,7 +127,7 @@ std::uint8_t filterCount(Probe& probe, std::array<CIM_PEFEntry, CIM_MAX_PEF_ENTR
     return std::min<std::uint8_t>(count, CIM_MAX_PEF_ENTRIES);
 }
 
-void getFilter(Probe& probe) {
+void getPefFilter(Probe& probe) {
     std::array<CIM_PEFEntry, CIM_MAX_PEF_ENTRIES> table{};
     for (std::uint8_t number = 1; number <= filterCount(probe, table); ++number) {
         Out<CIM_PEFEntry> entry("the filter");
@@ -139,7 +139,7 @@ void getFilter(Probe& probe) {
 }
 
 // What it writes was there before.
-void setFilter(Probe& probe) {
+void setPefFilter(Probe& probe) {
     std::array<CIM_PEFEntry, CIM_MAX_PEF_ENTRIES> before{};
     std::array<CIM_PEFEntry, CIM_MAX_PEF_ENTRIES> after{};
     const std::uint8_t number = filterCount(probe, before);
@@ -310,9 +310,9 @@ constexpr Row users[] = {
     {"CIM_GetOpenSessions", getSessions},
     {"CIM_ModUser", modifyUser, true},
     {"CIM_DelUser", deleteUser, true},
-    {"CIM_GetPEFTable", getFilters},
-    {"CIM_GetPEFEntry", getFilter},
-    {"CIM_SetPEFEntry", setFilter, true},
+    {"CIM_GetPEFTable", getPefFilters},
+    {"CIM_GetPEFEntry", getPefFilter},
+    {"CIM_SetPEFEntry", setPefFilter, true},
     {"CIM_GetServiceConf", getService},
     {"CIM_SetServiceConf", nullptr, true, "it may end sessions of the service"},
     {"CIM_GetSOLConfig", getSolConfig},
