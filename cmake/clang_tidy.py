@@ -18,53 +18,47 @@ from concurrent.futures import ThreadPoolExecutor
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 PRODUCT = ("src", "platform", "broker", "providers", "schema", "server", "tools")
 TOOL = "clang-tidy-14"
+# The files of a batch are included by its source, and looked at as headers are.
 OPTIONS = ["--quiet", "--extra-arg=-Wno-unknown-warning-option", "--checks=-bugprone-suspicious-include",
-           f"--header-filter=^{ROOT}/({'|'.join(PRODUCT)})/"]
-MOST_IN_BATCH = 12
+           f"--header-filter=^{ROOT}/({'|'.join(PRODUCT)})/", f"--config-file={ROOT}/.clang-tidy"]
 DAYS_KEPT = 60
 
 
-def sources():
-    """The product's C++ files; tests and benchmarks are left to the compiler's warnings."""
-    for directory in PRODUCT:
-        yield from map(str, (ROOT / directory).rglob("*.cpp"))
-
-
 class Batch(typing.NamedTuple):
-    """Files that are compiled alike, and how."""
+    """Files that are looked at together, as the build compiles them."""
 
+    source: str  # what is compiled: a file, or one that includes the files
     files: list[str]
-    command: str  # with {} for the source
+    command: str
 
 
-def batches(build, files):
-    """Puts files together, so that the headers which take most of the time are read once for all of them.
+def batches(build):
+    """The product's C++ files; tests and benchmarks are left to the compiler's warnings."""
+    for entry in json.loads((build / "compile_commands.json").read_text()):
+        source = entry["file"]
+        files = [source]
+        if source.startswith(f"{build}/"):
+            files = re.findall(r'#include "(.*)"', pathlib.Path(source).read_text())
+        if all(re.match(f"{ROOT}/({'|'.join(PRODUCT)})/.*\\.cpp$", file) for file in files):
+            yield Batch(source, files, entry["command"])
 
-    The classes of src/ stay apart: their files look alike, down to the names within them."""
-    alike = {}
-    commands = {entry["file"]: entry["command"] for entry in
-                json.loads((build / "compile_commands.json").read_text())}
+
+def chosen(build, files):
+    """The batches of the whole product, or each of some files alone."""
+    if not files:
+        return list(batches(build))
+    batch_of = {file: batch for batch in batches(build) for file in batch.files}
     for file in files:
-        if file not in commands:
+        if file not in batch_of:
             sys.exit(f"clang_tidy.py: {build} does not build {file}")
-        command = re.sub(r" -o \S+", "", commands[file]).replace(file, "{}")
-        is_class = file.startswith(f"{ROOT}/src/")
-        alike.setdefault((command, file if is_class else ""), []).append(file)
-    for (command, _), members in alike.items():
-        count = -(-len(members) // MOST_IN_BATCH)
-        for first in range(count):
-            yield Batch(members[first::count], command)
+    return [Batch(file, [file], batch_of[file].command.replace(batch_of[file].source, file)) for file in files]
 
 
 def dependencies(build):
-    """Which files an object of the build was made of, by the source that comes first among them."""
+    """The files that each object of the build was made of."""
     text = subprocess.run(["ninja", "-C", build, "-t", "deps"], check=True, capture_output=True, text=True).stdout
-    made_of = {}
     for block in text.split("\n\n"):
-        files = [os.path.normpath(os.path.join(build, line.strip())) for line in block.splitlines()[1:]]
-        if files:
-            made_of.setdefault(files[0], files)
-    return made_of
+        yield [os.path.normpath(os.path.join(build, line.strip())) for line in block.splitlines()[1:]]
 
 
 @functools.cache
@@ -76,9 +70,9 @@ def keys(build, jobs):
     """For each batch what its result depends on: the tool, its rules, the command, and all that is included."""
     common = subprocess.run([TOOL, "--version"], check=True, capture_output=True, text=True).stdout
     common += (ROOT / ".clang-tidy").read_text() + " ".join(OPTIONS)
-    made_of = dependencies(build)
+    made_of = {file: files for files in dependencies(build) for file in files if file.endswith(".cpp")}
     for batch in jobs:
-        parts = [common, batch.command]
+        parts = [common, batch.command, *batch.files]
         for file in batch.files:
             if file not in made_of:
                 sys.exit(f"clang_tidy.py: {file} is not built yet: build {build} first")
@@ -89,15 +83,9 @@ def keys(build, jobs):
 def check(build, batch, mark):
     """Prints what clang-tidy finds in a batch, and marks it as clean when that is nothing."""
     with tempfile.TemporaryDirectory() as folder:
-        source = batch.files[0]
-        if len(batch.files) > 1:
-            source = f"{folder}/batch.cpp"
-            pathlib.Path(source).write_text("".join(f'#include "{file}"\n' for file in batch.files))
-        entry = {"directory": str(build), "file": source, "command": batch.command.replace("{}", source)}
+        entry = {"directory": str(build), "file": batch.source, "command": batch.command}
         pathlib.Path(folder, "compile_commands.json").write_text(json.dumps([entry]))
-        # Rules are looked for above the source.
-        result = subprocess.run([TOOL, *OPTIONS, f"--config-file={ROOT}/.clang-tidy", "-p", folder, source],
-                                capture_output=True, text=True, check=False)
+        result = subprocess.run([TOOL, *OPTIONS, "-p", folder, batch.source], capture_output=True, text=True, check=False)
     if result.returncode == 0:
         mark.touch()
         return True
@@ -121,16 +109,16 @@ def main():
             old.unlink(missing_ok=True)
 
     build = options.build.resolve()
-    files = sorted(str(file.resolve()) for file in options.files) or sorted(sources())
+    jobs = chosen(build, [str(file.resolve()) for file in options.files])
     waiting = []
-    for batch, key in keys(build, batches(build, files)):
+    for batch, key in keys(build, jobs):
         mark = cache / key
         if mark.exists() and not options.fresh:
             mark.touch()
         else:
             waiting.append((batch, mark))
-    count = sum(len(batch.files) for batch, _ in waiting)
-    print(f"{len(files)} files, {count} of them not known to be clean", flush=True)
+    total, count = (sum(len(batch.files) for batch in each) for each in (jobs, [batch for batch, _ in waiting]))
+    print(f"{total} files, {count} of them not known to be clean", flush=True)
     with ThreadPoolExecutor(os.cpu_count()) as pool:
         clean = list(pool.map(lambda job: check(build, *job), waiting))
     if not all(clean):
