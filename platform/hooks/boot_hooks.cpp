@@ -91,7 +91,8 @@ void keepUntilBoot(ipmi::Transport& bmc) {
         return;
     const std::uint8_t bits = valueOf<1>(*answer)[0];
     if ((bits & kept) != kept)
-        writeParameter(bmc, boot::parameter::validBitClearing, {static_cast<std::uint8_t>((bits & 0x1F) | kept)});
+        writeParameter(bmc, boot::parameter::validBitClearing,
+                       {static_cast<std::uint8_t>((bits & 0x1F) | kept)});
 }
 
 FlagBytes changed(FlagBytes bytes, const CIM_BootFlags& flags) {
@@ -111,7 +112,8 @@ void writeFlags(ipmi::Transport& bmc, const CIM_BootFlags& flags) {
     const FlagBytes bytes = changed(valueOf<boot::flagsSize>(*answer), flags);
     const Progress progress(bmc);
     // They come first: when the BMC refuses them, nothing else has been changed.
-    if (const std::uint8_t code = writeParameter(bmc, boot::parameter::flags, bytes); code != completion::success)
+    if (const std::uint8_t code = writeParameter(bmc, boot::parameter::flags, bytes);
+        code != completion::success)
         throw ipmi::CompletionCodeError(setSystemBootOptions, code);
     if (flags.isValid == 0)
         return;

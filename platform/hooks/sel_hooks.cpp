@@ -46,15 +46,16 @@ int CIM_GetSELInfo(IPMI20_SESSION_T* session, CIM_SELInfo* info, int timeout) {
 }
 
 int CIM_GetNumOfSELEntries(IPMI20_SESSION_T* session, uint16_t* count, int timeout) {
-    return hooks::guarded(
-        __func__, [&] { hooks::required(count) = sel::readInfo(hooks::sessionOf(session, timeout)).entries; });
+    return hooks::guarded(__func__, [&] {
+        hooks::required(count) = sel::readInfo(hooks::sessionOf(session, timeout)).entries;
+    });
 }
 
 int CIM_GetSELRecords(IPMI20_SESSION_T* session, CIM_SELEntry* entries, uint16_t* count, int timeout) {
     return hooks::guarded(__func__, [&] {
         auto& bmc = hooks::sessionOf(session, timeout);
-        *count =
-            sel::readLog(bmc, std::span(&hooks::required(entries), hooks::required(count)), [&] { bmc.begin(timeout); });
+        *count = sel::readLog(bmc, std::span(&hooks::required(entries), hooks::required(count)),
+                              [&] { bmc.begin(timeout); });
     });
 }
 

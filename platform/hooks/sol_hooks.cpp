@@ -68,8 +68,8 @@ void readConfig(ipmi::Transport& bmc, std::uint8_t channel, CIM_SOLConfig& confi
         config.forcesEncryption = (*bits & sol::forcesEncryption) != 0;
         config.forcesAuthentication = (*bits & sol::forcesAuthentication) != 0;
     }
-    config.bitRate =
-        bitsPerSecond(readParameter(bmc, channel, sol::parameter::volatileBitRate).value_or(sol::bitRateOfSerial));
+    config.bitRate = bitsPerSecond(
+        readParameter(bmc, channel, sol::parameter::volatileBitRate).value_or(sol::bitRateOfSerial));
     config.port = readParameter(bmc, channel, sol::parameter::payloadPort, 2).value_or(0);
 }
 

@@ -47,7 +47,8 @@ struct AccessSettings {
                linkAuthentication == CIM_USER_KEEP;
     }
     void check() const {
-        requireThat(privilegeLimit == CIM_USER_KEEP || isPrivilegeLimit(), "the privilege limit is not allowed");
+        requireThat(privilegeLimit == CIM_USER_KEEP || isPrivilegeLimit(),
+                    "the privilege limit is not allowed");
         requireThat(isSwitch(messaging) && isSwitch(linkAuthentication), "an access setting is not allowed");
     }
 };
@@ -172,7 +173,7 @@ int CIM_GetUserAccess(IPMI20_SESSION_T* session, uint8_t slot, uint8_t channel, 
         const auto user =
             hooks::readUserAccess(hooks::sessionOf(session, timeout), channel & 0x0F, requireUserId(slot));
         hooks::required(access) = static_cast<uint8_t>((user.access & 0x3F) | (user.isDisabled ? 0 : 0x40) |
-                                             (user.access & 0x40) << 1);
+                                                       (user.access & 0x40) << 1);
     });
 }
 
@@ -186,12 +187,12 @@ int CIM_ModUser(IPMI20_SESSION_T* session, uint8_t slot, uint8_t channel, const 
         access.check();
         requireThat(isSwitch(enable), "a user is enabled or disabled");
         requireThat(name == nullptr || (*name != '\0' && std::strlen(name) <= hooks::userNameSize),
-                "a user name has 1 to 16 bytes");
+                    "a user name has 1 to 16 bytes");
         requireThat(password == nullptr ||
-                    std::strlen(password) <= ((slot & CIM_USER_PASSWORD_20) != 0 ? longForm : shortForm),
-                "the password is too long");
+                        std::strlen(password) <= ((slot & CIM_USER_PASSWORD_20) != 0 ? longForm : shortForm),
+                    "the password is too long");
         requireThat(password == nullptr || operation == setPassword || operation == testPassword,
-                "a password is set or tested");
+                    "a password is set or tested");
 
         auto& bmc = hooks::sessionOf(session, timeout);
         if (enable == 0)

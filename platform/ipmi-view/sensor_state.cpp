@@ -24,16 +24,16 @@ struct Judgement {
     std::uint16_t critical;
 };
 constexpr Judgement judgements[] = {
-    {0x02, 0, 0, 0},                        // usage: idle, active, busy
-    {0x04, 0, 0, 0x0002},                   // predictive failure
-    {0x05, 0, 0, 0x0002},                   // limit exceeded
-    {0x06, 0, 0, 0x0002},                   // performance lags
-    {0x07, 0, 0x0092, 0x006C},              // severity; a monitored one is a warning
-    {0x08, 0, 0, 0x0001},                   // device absent
-    {0x09, 0, 0, 0},                        // device disabled, enabled
-    {0x0A, 0, 0x0072, 0x0100},              // in test, off line, off duty, degraded; install error
-    {0x0B, 0, 0x00C4, 0x003A},              // redundancy degraded; lost, or not enough
-    {0x0C, 0, 0, 0},                        // device power states D0 to D3
+    {0x02, 0, 0, 0},                              // usage: idle, active, busy
+    {0x04, 0, 0, 0x0002},                         // predictive failure
+    {0x05, 0, 0, 0x0002},                         // limit exceeded
+    {0x06, 0, 0, 0x0002},                         // performance lags
+    {0x07, 0, 0x0092, 0x006C},                    // severity; a monitored one is a warning
+    {0x08, 0, 0, 0x0001},                         // device absent
+    {0x09, 0, 0, 0},                              // device disabled, enabled
+    {0x0A, 0, 0x0072, 0x0100},                    // in test, off line, off duty, degraded; install error
+    {0x0B, 0, 0x00C4, 0x003A},                    // redundancy degraded; lost, or not enough
+    {0x0C, 0, 0, 0},                              // device power states D0 to D3
     {ipmi::sensorSpecific, 0x0E, 0, 0},           // POST memory resize
     {ipmi::sensorSpecific, 0x11, 0x0080, 0x007F}, // watchdog 1: before its end; run out
     {ipmi::sensorSpecific, 0x19, 0, 0x0003},      // chip set: soft power control failure, thermal trip

@@ -141,7 +141,8 @@ void requireTables(SQLite::Database& database, const Schema& schema) {
 // are ours, and the file is as long as its header says. Damage within a page makes the reading of its rows fail.
 void verify(SQLite::Database& database, const Schema& schema) {
     requireVersion(database, schema);
-    const auto size = off_t{readNumber(database, "PRAGMA page_count")} * readNumber(database, "PRAGMA page_size");
+    const auto size =
+        off_t{readNumber(database, "PRAGMA page_count")} * readNumber(database, "PRAGMA page_size");
     struct stat status = {};
     if (stat(database.getFilename().c_str(), &status) != 0)
         throw std::runtime_error(std::strerror(errno));

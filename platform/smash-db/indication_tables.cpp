@@ -27,6 +27,7 @@ constexpr std::array indicationServiceColumns = {
 
 constexpr TableOf<CimxmlFilterRow> cimxmlFilterTable{"cimxml_filter", filterColumns, 1};
 constexpr TableOf<CimxmlDestinationRow> cimxmlDestinationTable{"cimxml_destination", destinationColumns, 1};
-constexpr TableOf<IndicationServiceRow> indicationServiceTable{"indication_service", indicationServiceColumns, 1};
+constexpr TableOf<IndicationServiceRow> indicationServiceTable{"indication_service", indicationServiceColumns,
+                                                               1};
 
 } // namespace smash

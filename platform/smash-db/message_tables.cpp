@@ -4,7 +4,7 @@ namespace smash {
 namespace {
 
 constexpr std::array eventMessageColumns = {SMASH_COLUMN(EventMessageRow, description),
-                                SMASH_COLUMN(EventMessageRow, messageId)};
+                                            SMASH_COLUMN(EventMessageRow, messageId)};
 
 } // namespace
 

@@ -2,7 +2,6 @@
 #include "cimxml/value_reader.h"
 #include "interop/xml_text.h"
 
-
 namespace cimxml {
 namespace {
 

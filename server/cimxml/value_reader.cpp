@@ -214,9 +214,8 @@ Value readValue(pugi::xml_node holder, const char* typeAttribute) {
             return readInstanceText(elementText(value));
         return type == CMPI_ref ? Value{CMPI_string, elementText(value)} : single(type, elementText(value));
     };
-    const pugi::xml_node element = holder.find_child([](pugi::xml_node child) {
-        return child.type() == pugi::node_element && !is(child, "QUALIFIER");
-    });
+    const pugi::xml_node element = holder.find_child(
+        [](pugi::xml_node child) { return child.type() == pugi::node_element && !is(child, "QUALIFIER"); });
     if (element.empty())
         return {static_cast<CMPIType>(type | (isArray ? CMPI_ARRAY : 0)), {}};
     if (is(element, "VALUE"))

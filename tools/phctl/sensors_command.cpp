@@ -52,7 +52,8 @@ std::vector<std::string> knownTypes() {
 }
 
 void require(const std::string& option, const std::string& value, const std::vector<std::string>& known) {
-    if (std::ranges::any_of(known, [&](const std::string& each) { return plainName(each) == plainName(value); }))
+    if (std::ranges::any_of(known,
+                            [&](const std::string& each) { return plainName(each) == plainName(value); }))
         return;
     throw UsageError(option + ": there is no " + value + didYouMean(value, known) + "; known are " +
                      joined(known));
@@ -66,8 +67,9 @@ void check(const SensorsOptions& options) {
 }
 
 bool isOneOf(const std::vector<std::string>& wanted, const std::string& name) {
-    return wanted.empty() ||
-           std::ranges::any_of(wanted, [&](const std::string& each) { return plainName(each) == plainName(name); });
+    return wanted.empty() || std::ranges::any_of(wanted, [&](const std::string& each) {
+               return plainName(each) == plainName(name);
+           });
 }
 
 // Throws UsageError for a name that no sensor has.
@@ -113,7 +115,7 @@ void print(const SensorsOptions& options, const std::vector<SensorLine>& lines) 
 
 // Goes on over a BMC that does not answer for a while.
 int watchSensors(const SensorsOptions& options, const ipmi::SessionSettings& settings,
-          const std::vector<view::SensorRow>& sensors) {
+                 const std::vector<view::SensorRow>& sensors) {
     constexpr const char* home = "\033[H\033[J";
     const bool isTerminal = isatty(STDOUT_FILENO) != 0;
     std::unique_ptr<ipmi::Transport> bmc;

@@ -185,7 +185,8 @@ private:
             return;
         auto chassis = std::ranges::find(found_.packages, ipmi::entity::systemChassis, &PackageRow::entityId);
         if (chassis == found_.packages.end())
-            chassis = found_.packages.insert(chassis, makeRow({ipmi::entity::systemChassis, 1}, chassisFruDevice_, ""));
+            chassis = found_.packages.insert(
+                chassis, makeRow({ipmi::entity::systemChassis, 1}, chassisFruDevice_, ""));
         chassis->chassisType = chassisFru_->chassis->type;
         if (chassisFru_->product && chassis->hasFruData == 0) {
             copyText(chassis->manufacturer, chassisFru_->product->manufacturer);

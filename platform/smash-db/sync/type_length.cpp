@@ -44,8 +44,11 @@ std::string decodeHexadecimal(std::span<const std::uint8_t> bytes) {
     return text;
 }
 
-std::string decode(unsigned code, std::span<const std::uint8_t> bytes, std::string (*first)(std::span<const std::uint8_t>), std::string (*last)(std::span<const std::uint8_t>)) {
-    std::string (*const decoders[])(std::span<const std::uint8_t>) = {first, decodeBcdPlus, decodeSixBit, last};
+std::string decode(unsigned code, std::span<const std::uint8_t> bytes,
+                   std::string (*first)(std::span<const std::uint8_t>),
+                   std::string (*last)(std::span<const std::uint8_t>)) {
+    std::string (*const decoders[])(std::span<const std::uint8_t>) = {first, decodeBcdPlus, decodeSixBit,
+                                                                      last};
     std::string text = decoders[code](bytes);
     text.erase(text.find_last_not_of(' ') + 1);
     return text;
