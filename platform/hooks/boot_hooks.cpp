@@ -125,8 +125,7 @@ void writeFlags(ipmi::Transport& bmc, const CIM_BootFlags& flags) {
 
 int CIM_GetBootFlags(IPMI20_SESSION_T* session, CIM_BootFlags* flags, int timeout) {
     return hooks::guarded(__func__, [&] {
-        if (flags == nullptr)
-            throw std::invalid_argument("no place for the flags given");
+        hooks::require(flags != nullptr);
         *flags = {};
         const auto answer = readBootParameter(hooks::sessionOf(session, timeout), boot::parameter::flags);
         if (!answer)

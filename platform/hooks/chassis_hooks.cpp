@@ -2,8 +2,6 @@
 #include "ipmi/chassis_control.h"
 #include "ipmi/command.h"
 
-#include <stdexcept>
-
 namespace {
 
 using Control = ipmi::ChassisControl;
@@ -43,8 +41,7 @@ int CIM_DiagnosticInt(IPMI20_SESSION_T* session, int timeout) {
 
 int CIM_GetChassisStatus(IPMI20_SESSION_T* session, CIM_ChassisStatus* status, int timeout) {
     return hooks::guarded(__func__, [&] {
-        if (status == nullptr)
-            throw std::invalid_argument("no place for the status given");
+        hooks::require(status != nullptr);
         const auto answer = ipmi::run(hooks::sessionOf(session, timeout), ipmi::command::getChassisStatus);
         auto reader = answer.reader();
         *status = {.power = reader.u8(), .lastEvent = reader.u8(), .state = reader.u8()};
@@ -54,8 +51,7 @@ int CIM_GetChassisStatus(IPMI20_SESSION_T* session, CIM_ChassisStatus* status, i
 
 int CIM_GetACPIPowerState(IPMI20_SESSION_T* session, uint8_t* system, uint8_t* device, int timeout) {
     return hooks::guarded(__func__, [&] {
-        if (system == nullptr || device == nullptr)
-            throw std::invalid_argument("no place for the states given");
+        hooks::require(system != nullptr && device != nullptr);
         constexpr std::uint8_t stateBits = 0x7F;
         *system = *device = CIM_ACPI_UNKNOWN;
         const auto answer =

@@ -159,8 +159,7 @@ std::optional<firmware::ImageHead> headOf(const fs::path& path) {
 
 int CIM_GetFirmwareUpdate(IPMI20_SESSION_T* session, CIM_FirmwareUpdate* update, int timeout) {
     return hooks::guarded(__func__, [&] {
-        if (update == nullptr)
-            throw std::invalid_argument("no place for the update given");
+        hooks::require(update != nullptr);
         *update = {};
         auto& bmc = hooks::sessionOf(session, timeout);
         const auto answer = hooks::askOem(bmc, oem::getFirmwareUpdate, {});
@@ -179,8 +178,7 @@ int CIM_GetFirmwareUpdate(IPMI20_SESSION_T* session, CIM_FirmwareUpdate* update,
 
 int CIM_FetchFirmware(const char* uri, const char* path, std::uint32_t largest, int timeout) {
     return hooks::guarded(__func__, [&] {
-        if (uri == nullptr)
-            throw std::invalid_argument("no URI given");
+        hooks::require(uri != nullptr);
         const File target(requirePath(path), O_WRONLY | O_CREAT | O_NOFOLLOW);
         if (ftruncate(target.get(), 0) != 0)
             throw std::runtime_error("the former image cannot be removed");
@@ -190,8 +188,7 @@ int CIM_FetchFirmware(const char* uri, const char* path, std::uint32_t largest, 
 
 int CIM_CheckFirmware(IPMI20_SESSION_T* session, const char* path, CIM_FirmwareImage* image, int timeout) {
     return hooks::guarded(__func__, [&] {
-        if (image == nullptr)
-            throw std::invalid_argument("no place for the image given");
+        hooks::require(image != nullptr);
         *image = {};
         const File file(requirePath(path), O_RDONLY | O_NOFOLLOW);
         firmware::ImageHead head;
@@ -208,8 +205,7 @@ int CIM_CheckFirmware(IPMI20_SESSION_T* session, const char* path, CIM_FirmwareI
 int CIM_GetStoredFirmware(IPMI20_SESSION_T* session, CIM_StoredFirmware* stored, std::uint8_t* count,
                           int timeout) {
     return hooks::guarded(__func__, [&] {
-        if (stored == nullptr || count == nullptr)
-            throw std::invalid_argument("no place for the images given");
+        hooks::require(stored != nullptr && count != nullptr);
         const Identity bmc = identify(hooks::sessionOf(session, timeout));
         *count = 0;
         for (const fs::path& file : storedFiles()) {
@@ -231,8 +227,7 @@ int CIM_GetStoredFirmware(IPMI20_SESSION_T* session, CIM_StoredFirmware* stored,
 int CIM_BeginFirmwareUpdate(IPMI20_SESSION_T* session, std::uint32_t size, std::uint8_t* transfer,
                             int timeout) {
     return hooks::guarded(__func__, [&] {
-        if (transfer == nullptr)
-            throw std::invalid_argument("no place for the number given");
+        hooks::require(transfer != nullptr);
         std::array<std::uint8_t, 4> request;
         const auto answer = hooks::runOem(hooks::sessionOf(session, timeout), oem::beginFirmwareUpdate,
                                           ipmi::Writer(request).u32(size).written());

@@ -113,17 +113,12 @@ void appendDynamic(CIM_IPv6Routers& list, const LanParameters& bmc) {
     }
 }
 
-void requireAddress(const void* address) {
-    if (address == nullptr)
-        throw std::invalid_argument("no address, or no place for it, given");
-}
-
 } // namespace
 
 int CIM_GetIPv6NetworkCfg(IPMI20_SESSION_T* session, CIM_IPv6NetworkCfg* configuration, uint8_t channel,
                           int timeout) {
     return hooks::guarded(__func__, [&] {
-        requireAddress(configuration);
+        hooks::require(configuration != nullptr);
         const LanParameters bmc(hooks::sessionOf(session, timeout), channel);
         const auto stored = readAddress(bmc, parameter::ipv6StaticAddresses, 0);
         if (!stored)
@@ -143,7 +138,7 @@ int CIM_GetIPv6NetworkCfg(IPMI20_SESSION_T* session, CIM_IPv6NetworkCfg* configu
 int CIM_GetAllIPv6Addresses(IPMI20_SESSION_T* session, CIM_IPv6Addresses* addresses, uint8_t channel,
                             int timeout) {
     return hooks::guarded(__func__, [&] {
-        requireAddress(addresses);
+        hooks::require(addresses != nullptr);
         addresses->count = 0;
         const LanParameters bmc(hooks::sessionOf(session, timeout), channel);
         std::uint8_t enables = lan::ipv6Disabled;
@@ -158,7 +153,7 @@ int CIM_GetAllIPv6Addresses(IPMI20_SESSION_T* session, CIM_IPv6Addresses* addres
 
 int CIM_GetIPv6Routers(IPMI20_SESSION_T* session, CIM_IPv6Routers* routers, uint8_t channel, int timeout) {
     return hooks::guarded(__func__, [&] {
-        requireAddress(routers);
+        hooks::require(routers != nullptr);
         *routers = {};
         const LanParameters bmc(hooks::sessionOf(session, timeout), channel);
         std::uint8_t enables = lan::ipv6Disabled;
@@ -199,7 +194,7 @@ int CIM_SetIPv6Source(IPMI20_SESSION_T* session, uint8_t source, uint8_t channel
 
 int CIM_SetIPv6Address(IPMI20_SESSION_T* session, const uint8_t* address, uint8_t channel, int timeout) {
     return changeStaticAddress(__func__, session, timeout, channel, [&](AddressSet& set) {
-        requireAddress(address);
+        hooks::require(address != nullptr);
         set.source = lan::addressEnabled;
         std::copy_n(address, set.address.size(), set.address.begin());
     });
@@ -216,7 +211,7 @@ int CIM_SetIPv6Prefix(IPMI20_SESSION_T* session, uint8_t prefixLength, uint8_t c
 
 int CIM_SetIPv6Gateway(IPMI20_SESSION_T* session, const uint8_t* gateway, uint8_t channel, int timeout) {
     return hooks::guarded(__func__, [&] {
-        requireAddress(gateway);
+        hooks::require(gateway != nullptr);
         LanParameters(hooks::sessionOf(session, timeout), channel)
             .write(parameter::ipv6StaticRouter1, std::span(gateway, std::tuple_size_v<Ipv6Address>));
     });

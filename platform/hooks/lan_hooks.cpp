@@ -26,8 +26,7 @@ int readMac(const char* hook, const IPMI20_SESSION_T* session, int timeout, std:
 int writeIpv4(const char* hook, const IPMI20_SESSION_T* session, int timeout, std::uint8_t channel,
               std::uint8_t number, const std::uint8_t* address) {
     return hooks::guarded(hook, [&] {
-        if (address == nullptr)
-            throw std::invalid_argument("no address given");
+        hooks::require(address != nullptr);
         LanParameters(hooks::sessionOf(session, timeout), channel)
             .write(number, std::span(address, ipv4Size));
     });

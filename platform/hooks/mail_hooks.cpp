@@ -6,7 +6,6 @@
 #include <arpa/inet.h>
 #include <cstring>
 #include <endian.h>
-#include <stdexcept>
 
 namespace {
 

@@ -106,8 +106,7 @@ int CIM_GetBondEnable(IPMI20_SESSION_T* session, CIM_BondConfig* configuration, 
 
 int CIM_SetBondEnable(IPMI20_SESSION_T* session, const CIM_BondConfig* configuration, int timeout) {
     return hooks::guarded(__func__, [&] {
-        if (configuration == nullptr)
-            throw std::invalid_argument("no bond configuration given");
+        hooks::require(configuration != nullptr);
         std::array<std::uint8_t, 6> storage;
         ipmi::Writer request(storage);
         request.u8(configuration->enabled)

@@ -11,11 +11,6 @@ namespace pef = ipmi::pef;
 
 constexpr std::uint8_t selectorMask = 0x7F;
 
-void requirePlace(const void* place) {
-    if (place == nullptr)
-        throw std::invalid_argument("no place for the filters given");
-}
-
 CIM_PEFEntry readEntry(ipmi::Transport& bmc, std::uint8_t filterNumber) {
     const auto answer =
         ipmi::run(bmc, ipmi::command::getPefConfiguration, {pef::parameter::filter, filterNumber, 0});
@@ -46,8 +41,8 @@ std::uint8_t readCount(ipmi::Transport& bmc) {
 
 int CIM_GetPEFTable(IPMI20_SESSION_T* session, CIM_PEFEntry* table, uint8_t* count, int timeout) {
     return hooks::guarded(__func__, [&] {
-        requirePlace(table);
-        requirePlace(count);
+        hooks::require(table != nullptr);
+        hooks::require(count != nullptr);
         auto& bmc = hooks::sessionOf(session, timeout);
         const std::uint8_t filters = readCount(bmc);
         for (std::uint8_t i = 0; i < std::min<std::uint8_t>(filters, CIM_MAX_PEF_ENTRIES); ++i)
@@ -58,7 +53,7 @@ int CIM_GetPEFTable(IPMI20_SESSION_T* session, CIM_PEFEntry* table, uint8_t* cou
 
 int CIM_GetPEFEntry(IPMI20_SESSION_T* session, uint8_t filterNumber, CIM_PEFEntry* entry, int timeout) {
     return hooks::guarded(__func__, [&] {
-        requirePlace(entry);
+        hooks::require(entry != nullptr);
         *entry = readEntry(hooks::sessionOf(session, timeout), filterNumber);
     });
 }
@@ -66,8 +61,7 @@ int CIM_GetPEFEntry(IPMI20_SESSION_T* session, uint8_t filterNumber, CIM_PEFEntr
 // One command writes the entry whole, so there is no transaction (parameter 0) to open.
 int CIM_SetPEFEntry(IPMI20_SESSION_T* session, uint8_t filterNumber, const CIM_PEFEntry* entry, int timeout) {
     return hooks::guarded(__func__, [&] {
-        if (entry == nullptr)
-            throw std::invalid_argument("no filter given");
+        hooks::require(entry != nullptr);
         std::uint8_t request[2 + pef::filterSize] = {pef::parameter::filter, filterNumber};
         std::memcpy(request + 2, entry, sizeof *entry);
         ipmi::run(hooks::sessionOf(session, timeout), ipmi::command::setPefConfiguration, request);

@@ -1,8 +1,6 @@
 #include "hooks/session.h"
 #include "ipmi/command.h"
 
-#include <stdexcept>
-
 int CIM_GetSELTime(IPMI20_SESSION_T* session, uint32_t* seconds, int timeout) {
     return hooks::guarded(__func__, [&] {
         const auto answer = ipmi::run(hooks::sessionOf(session, timeout), ipmi::command::getSelTime);

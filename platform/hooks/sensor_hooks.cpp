@@ -18,8 +18,7 @@ ipmi::Answer readingOf(const IPMI20_SESSION_T* session, std::uint8_t sensor, int
 int CIM_GetSensorReading(IPMI20_SESSION_T* session, uint8_t sensorNumber, CIM_SensorReading* answer,
                          int timeout) {
     return hooks::guarded(__func__, [&] {
-        if (answer == nullptr)
-            throw std::invalid_argument("no place for the reading given");
+        hooks::require(answer != nullptr);
         const auto reply = readingOf(session, sensorNumber, timeout);
         *answer = {};
         answer->completionCode = reply.code();

@@ -18,8 +18,7 @@ constexpr std::size_t nameSize = CIM_SERVICE_NAME_SIZE - 1;
 
 int CIM_GetServiceConf(IPMI20_SESSION_T* session, uint32_t service, CIM_ServiceConf* conf, int timeout) {
     return hooks::guarded(__func__, [&] {
-        if (conf == nullptr)
-            throw std::invalid_argument("no place for the configuration given");
+        hooks::require(conf != nullptr);
         std::array<std::uint8_t, 4> request;
         const auto answer =
             hooks::runOem(hooks::sessionOf(session, timeout), ipmi::oem::getServiceConfiguration,

@@ -17,8 +17,7 @@ void open(IPMI20_SESSION_T* session, const SessionSettings& settings, const char
 
 // The session is closed when opening fails, whatever its storage held before.
 void clear(IPMI20_SESSION_T* session) {
-    if (session == nullptr)
-        throw std::invalid_argument("no session given");
+    hooks::require(session != nullptr);
     hooks::store(*session, nullptr);
 }
 
@@ -68,8 +67,7 @@ int CIM_Create_IPMI20_Session_Ext(IPMI20_SESSION_T* session, const char* userNam
 
 int CIM_Close_Session(IPMI20_SESSION_T* session) {
     return hooks::guarded(__func__, [&] {
-        if (session == nullptr)
-            throw std::invalid_argument("no session given");
+        hooks::require(session != nullptr);
         hooks::release(*session);
     });
 }

@@ -4,12 +4,10 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <stdexcept>
 
 int CIM_GetDeviceID(IPMI20_SESSION_T* session, CIM_DeviceID* device, int timeout) {
     return hooks::guarded(__func__, [&] {
-        if (device == nullptr)
-            throw std::invalid_argument("no place for the device ID given");
+        hooks::require(device != nullptr);
         const auto answer = ipmi::run(hooks::sessionOf(session, timeout), ipmi::command::getDeviceId);
         auto reader = answer.reader();
         *device = {};
@@ -30,8 +28,7 @@ int CIM_GetDeviceID(IPMI20_SESSION_T* session, CIM_DeviceID* device, int timeout
 
 int CIM_GetSystemInfo(IPMI20_SESSION_T* session, uint8_t parameter, char* text, int timeout) {
     return hooks::guarded(__func__, [&] {
-        if (text == nullptr)
-            throw std::invalid_argument("no place for the text given");
+        hooks::require(text != nullptr);
         const std::string read = hooks::readSystemInfo(hooks::sessionOf(session, timeout), parameter);
         std::snprintf(text, CIM_SYSTEM_INFO_SIZE, "%s", read.c_str());
     });

@@ -45,8 +45,7 @@ void write(ipmi::Transport& bmc, const CIM_WatchdogTimer& timer) {
 
 int CIM_GetWatchdogTimer(IPMI20_SESSION_T* session, CIM_WatchdogTimer* timer, int timeout) {
     return hooks::guarded(__func__, [&] {
-        if (timer == nullptr)
-            throw std::invalid_argument("no place for the timer given");
+        hooks::require(timer != nullptr);
         *timer = {};
         const auto answer =
             ipmi::ask(hooks::sessionOf(session, timeout), ipmi::command::getWatchdogTimer, {});
