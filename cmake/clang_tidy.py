@@ -55,10 +55,11 @@ def chosen(build, files):
 
 
 def dependencies(build):
-    """The files that each object of the build was made of."""
+    """The files that each object of the build was made of, but for sources that only include others by their paths."""
     text = subprocess.run(["ninja", "-C", build, "-t", "deps"], check=True, capture_output=True, text=True).stdout
     for block in text.split("\n\n"):
-        yield [os.path.normpath(os.path.join(build, line.strip())) for line in block.splitlines()[1:]]
+        files = (os.path.normpath(os.path.join(build, line.strip())) for line in block.splitlines()[1:])
+        yield [file for file in files if "/Unity/" not in file]
 
 
 @functools.cache
