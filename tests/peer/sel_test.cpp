@@ -6,6 +6,7 @@
 #include <cctype>
 #include <cstdio>
 #include <cstring>
+#include <ctime>
 #include <platform/sel_record.h>
 #include <sstream>
 
@@ -34,9 +35,10 @@ protected:
                             &second) == 7)
                 std::snprintf(record, sizeof record, "%u %04u%02u%02u%02u%02u%02u", id,
                               year < 100 ? 2000 + year : year, month, day, hour, minute, second);
-            else if (std::sscanf(line.c_str(), "%x, Pre-Init ,%u", &id, &second) == 2) // of its first day
-                std::snprintf(record, sizeof record, "%u 19700101%02u%02u%02u", id, second / 3600,
-                              second / 60 % 60, second % 60);
+            else if (std::time_t seconds = 0; // the simulator's clock begins when this machine was started
+                     std::sscanf(line.c_str(), "%x, Pre-Init ,%ld", &id, &seconds) == 2)
+                std::strftime(record + std::snprintf(record, sizeof record, "%u ", id), sizeof record / 2,
+                              "%Y%m%d%H%M%S", std::gmtime(&seconds));
             else
                 std::snprintf(record, sizeof record, "%u", id);
             records.emplace_back(record);
