@@ -64,10 +64,10 @@ Session& sessionOf(const IPMI20_SESSION_T* session, int timeout);
 // The debug log of the CIM hooks.
 inline constexpr int debugLog = 134;
 
-// Throws std::invalid_argument where a call lacks what it needs.
-inline void require(bool isGiven) {
-    if (!isGiven)
-        throw std::invalid_argument("an argument is missing");
+// Throws std::invalid_argument where a call lacks what it needs, or has what is not allowed.
+inline void require(bool condition, const char* problem = "an argument is missing") {
+    if (!condition)
+        throw std::invalid_argument(problem);
 }
 
 template <class T>

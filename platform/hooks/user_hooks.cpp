@@ -23,11 +23,6 @@ std::uint8_t requireUserId(unsigned user) {
     return static_cast<std::uint8_t>(user);
 }
 
-void requireThat(bool condition, const char* problem) {
-    if (!condition)
-        throw std::invalid_argument(problem);
-}
-
 bool isSwitch(std::uint8_t value) {
     return value <= 1 || value == CIM_USER_KEEP;
 }
@@ -47,9 +42,10 @@ struct AccessSettings {
                linkAuthentication == CIM_USER_KEEP;
     }
     void check() const {
-        requireThat(privilegeLimit == CIM_USER_KEEP || isPrivilegeLimit(),
-                    "the privilege limit is not allowed");
-        requireThat(isSwitch(messaging) && isSwitch(linkAuthentication), "an access setting is not allowed");
+        hooks::require(privilegeLimit == CIM_USER_KEEP || isPrivilegeLimit(),
+                       "the privilege limit is not allowed");
+        hooks::require(isSwitch(messaging) && isSwitch(linkAuthentication),
+                       "an access setting is not allowed");
     }
 };
 
@@ -185,14 +181,14 @@ int CIM_ModUser(IPMI20_SESSION_T* session, uint8_t slot, uint8_t channel, const 
         const AccessSettings access{static_cast<std::uint8_t>(channel & 0x0F), privilegeLimit, messaging,
                                     linkAuthentication};
         access.check();
-        requireThat(isSwitch(enable), "a user is enabled or disabled");
-        requireThat(name == nullptr || (*name != '\0' && std::strlen(name) <= hooks::userNameSize),
-                    "a user name has 1 to 16 bytes");
-        requireThat(password == nullptr ||
-                        std::strlen(password) <= ((slot & CIM_USER_PASSWORD_20) != 0 ? longForm : shortForm),
-                    "the password is too long");
-        requireThat(password == nullptr || operation == setPassword || operation == testPassword,
-                    "a password is set or tested");
+        hooks::require(isSwitch(enable), "a user is enabled or disabled");
+        hooks::require(name == nullptr || (*name != '\0' && std::strlen(name) <= hooks::userNameSize),
+                       "a user name has 1 to 16 bytes");
+        hooks::require(password == nullptr || std::strlen(password) <=
+                                                  ((slot & CIM_USER_PASSWORD_20) != 0 ? longForm : shortForm),
+                       "the password is too long");
+        hooks::require(password == nullptr || operation == setPassword || operation == testPassword,
+                       "a password is set or tested");
 
         auto& bmc = hooks::sessionOf(session, timeout);
         if (enable == 0)

@@ -1,14 +1,13 @@
 // The SMASH database: its handles and the inventory, and how the tables refer to one another.
 #include "check_platform/database_texts.h"
 #include "check_platform/rows.h"
+#include "ipmi/entity.h"
 
 #include <cstring>
 #include <map>
 
 namespace phctl::check {
 namespace {
-
-constexpr std::uint8_t systemBoard = 7, powerSupply = 10; // IPMI entity IDs
 
 // ---- Handles
 
@@ -117,9 +116,9 @@ void getFru(Probe& probe) {
     checkByNumbers<FruRecord, decltype(db_get_fru_by_entity_id)>(
         probe, "the system board",
         [](Call& call, const FruRecord& fru) {
-            call.expect(fru.entityId == systemBoard, "it is another entity");
+            call.expect(fru.entityId == ipmi::entity::systemBoard, "it is another entity");
         },
-        static_cast<int>(systemBoard));
+        static_cast<int>(ipmi::entity::systemBoard));
 }
 
 void getPackages(Probe& probe) {
@@ -138,7 +137,7 @@ void getPackages(Probe& probe) {
 void getSupplies(Probe& probe) {
     bool isAny = false;
     for (const auto& package : rowsOf<PackageRow>(probe, "db_get_all_packages"))
-        if (package.entityId == powerSupply) {
+        if (package.entityId == ipmi::entity::powerSupply) {
             isAny = true;
             checkByNumbers<PowerSupplyInfoRow, decltype(db_get_power_supply_info)>(
                 probe, textOf(package, textsPackageRow[0]),
