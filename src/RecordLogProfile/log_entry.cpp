@@ -17,10 +17,10 @@
 constexpr const char* const g_LogEntryKeyList[1] = {"InstanceID"};
 std::uint16_t SELCount = 0;
 
+namespace ph::log_entry {
 namespace {
 
 using Record = LogEntryRecord;
-using ph::Property;
 
 constexpr std::uint16_t mostDetailed =
     1000; // records of a log whose entries have RecordFormat and RecordData
@@ -52,7 +52,7 @@ const char* formatOf(const std::uint8_t* sel) {
 // where the format has the sensor type, and a blank where it has a '*'.
 template <std::size_t N>
 void writeEventData(char (&text)[N], const std::uint8_t* sel) {
-    ph::TextWriter writer(text);
+    TextWriter writer(text);
     writer.text("*").number(sel[11]).text(".").number(sel[8]).text(".").number(sel[7]);
     writer.text("*").number(PH_SelRecordId(sel)).text(" ").number(PH_SelRecordType(sel));
     writer.text("*").number(PH_SelTime(sel)).text("*").number(sel[7]).number(sel[7]);
@@ -63,47 +63,47 @@ void writeEventData(char (&text)[N], const std::uint8_t* sel) {
 
 template <std::size_t N>
 void writeKey(char (&key)[N], const std::uint8_t* sel) {
-    ph::TextWriter(key).number(PH_SelRecordId(sel));
+    TextWriter(key).number(PH_SelRecordId(sel));
 }
 
-int fill(const std::uint8_t* sel, Record& entry, const char* logInstanceId, const ph::LogTime& time) {
+int fill(const std::uint8_t* sel, Record& entry, const char* logInstanceId, const LogTime& time) {
     writeKey(entry.InstanceID, sel);
-    ph::copyText(entry.LogInstanceID, logInstanceId);
-    ph::copyText(entry.LogName, ph::logName);
+    copyText(entry.LogInstanceID, logInstanceId);
+    copyText(entry.LogName, logName);
     writeKey(entry.RecordID, sel);
     entry.RecordFormat = formatOf(sel);
     entry.RecordData[0] = '\0';
     if (PH_IsSelSystemEvent(sel))
         writeEventData(entry.RecordData, sel);
-    ph::TextWriter(entry.ElementName).text("nBMC - Log ").number(PH_SelRecordId(sel));
+    TextWriter(entry.ElementName).text("nBMC - Log ").number(PH_SelRecordId(sel));
     return time.write(PH_SelTime(sel), entry.CreationTimeStamp) ? 0 : -1;
 }
 
 // What all entries of an enumeration share.
 struct Log {
     char instanceId[sizeof(Record::LogInstanceID)];
-    ph::LogTime time;
+    LogTime time;
 
-    bool open() { return ph::writeLogInstanceId(instanceId, sizeof(instanceId)); }
+    bool open() { return writeLogInstanceId(instanceId, sizeof(instanceId)); }
 };
 
-int stream(const std::function<bool(const Record&)>& take, ph::Detail detail) {
+int stream(const std::function<bool(const Record&)>& take, Detail detail) {
     std::uint16_t count = 0;
     CIM_SELEntry* entries = nullptr;
     {
-        ph::IpmiSession session;
+        IpmiSession session;
         if (!session.open() || GetSELEntries(session.get(), &count, &entries) != 0)
             return -1;
     }
-    const ph::HeapPtr<CIM_SELEntry> owner(entries);
+    const HeapPtr<CIM_SELEntry> owner(entries);
     selCount() = count;
     Log log;
-    if (detail == ph::Detail::All && count > 0 && !log.open())
+    if (detail == Detail::All && count > 0 && !log.open())
         return -1;
     Record entry{};
     for (const CIM_SELEntry& read : std::span(entries, count)) {
         const std::uint8_t* const sel = read.record;
-        if (detail == ph::Detail::Names)
+        if (detail == Detail::Names)
             writeKey(entry.InstanceID, sel);
         else if (fill(sel, entry, log.instanceId, log.time) != 0)
             return -1;
@@ -121,31 +121,32 @@ std::optional<std::uint16_t> recordIdOf(const char* text) {
 }
 
 // The IDs 0000h and FFFFh ask the BMC for its first and last record, which has another key then.
-int get(ph::RecordArray<Record>& entries, CMPIString** keyValues) {
+int get(RecordArray<Record>& entries, CMPIString** keyValues) {
     const char* const key = CMGetCharsPtr(keyValues[0], nullptr);
     const auto id = key != nullptr ? recordIdOf(key) : std::nullopt;
     std::uint8_t* bytes = nullptr;
-    ph::IpmiSession session;
+    IpmiSession session;
     if (!id || !session.open() || GetLogEntryData(session.get(), *id, &bytes) != 0)
         return -1;
-    const ph::HeapPtr<std::uint8_t> owner(bytes);
+    const HeapPtr<std::uint8_t> owner(bytes);
     Log log;
     Record* entry = entries.append();
     return entry != nullptr && log.open() ? fill(bytes, *entry, log.instanceId, log.time) : -1;
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = "CIM_LogEntry",
-                                                 .superclass = "CIM_RecordForLog",
-                                                 .source = "Get SEL Entry",
-                                                 .keys = g_LogEntryKeyList,
-                                                 .properties = properties,
-                                                 .stream = stream,
-                                                 .get = get};
+constexpr ClassDefinition<Record> definition{.name = "CIM_LogEntry",
+                                             .superclass = "CIM_RecordForLog",
+                                             .source = "Get SEL Entry",
+                                             .keys = g_LogEntryKeyList,
+                                             .properties = properties,
+                                             .stream = stream,
+                                             .get = get};
 
 } // namespace
+} // namespace ph::log_entry
 
-int PH_Fill_LogEntry(const std::uint8_t* selRecord, Record* record, const char* logInstanceId) {
-    return fill(selRecord, *record, logInstanceId, ph::LogTime());
+int PH_Fill_LogEntry(const std::uint8_t* selRecord, LogEntryRecord* record, const char* logInstanceId) {
+    return ph::log_entry::fill(selRecord, *record, logInstanceId, ph::LogTime());
 }
 
-PH_EXPORT_CLASS_FAMILY(LogEntry, Record, definition)
+PH_EXPORT_CLASS_FAMILY(LogEntry, LogEntryRecord, ph::log_entry::definition)

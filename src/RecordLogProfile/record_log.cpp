@@ -32,12 +32,12 @@ bool eraseLog() {
 
 } // namespace ph
 
+namespace ph::record_log {
 namespace {
 
 using Record = RecordLogRecord;
-using ph::Property;
 
-constexpr ph::Refusal notThisLog{CMPI_RC_ERR_INVALID_PARAMETER, "ObjectPath is not valid"};
+constexpr Refusal notThisLog{CMPI_RC_ERR_INVALID_PARAMETER, "ObjectPath is not valid"};
 
 constexpr Property properties[] = {
     PH_KEY(Record, InstanceID),
@@ -67,40 +67,40 @@ void fillPolicy(Record& log, std::uint8_t policy) {
         log.EnabledState = ph::EnabledState::EnabledButOffline;
 }
 
-int enumerate(ph::RecordArray<Record>& logs, ph::Detail detail) {
+int enumerate(RecordArray<Record>& logs, Detail detail) {
     Record* log = logs.append();
     if (log == nullptr)
         return -1;
-    if (detail == ph::Detail::Names)
-        return ph::writeLogInstanceId(log->InstanceID, sizeof(log->InstanceID)) ? 0 : -1;
+    if (detail == Detail::Names)
+        return writeLogInstanceId(log->InstanceID, sizeof(log->InstanceID)) ? 0 : -1;
     return PH_Fill_RecordLog(log);
 }
 
 // There is one log. While the service processor's name cannot be read it is told by the form of its name.
 bool namesThisLog(CMPIString* const* keyValues) {
-    const char* instanceId = ph::textOf(keyValues[0]);
+    const char* instanceId = textOf(keyValues[0]);
     if (instanceId == nullptr)
         return false;
     char own[sizeof(Record::InstanceID)];
-    if (ph::writeLogInstanceId(own, sizeof(own)))
+    if (writeLogInstanceId(own, sizeof(own)))
         return std::strcmp(instanceId, own) == 0;
     return std::string_view(instanceId).starts_with("IPMI:") &&
            std::string_view(instanceId).ends_with(" SEL Log");
 }
 
-ph::MethodAnswer clearLog(ph::MethodCall& call) {
-    return call.report("RecordLog_ClearLog", ph::eraseLog);
+MethodAnswer clearLog(MethodCall& call) {
+    return call.report("RecordLog_ClearLog", eraseLog);
 }
 
-constexpr ph::Parameter clearLogParameters[] = {
-    {"Job", CMPI_ref, ph::Direction::Out, "CIM_ConcreteJob"},
+constexpr Parameter clearLogParameters[] = {
+    {"Job", CMPI_ref, Direction::Out, "CIM_ConcreteJob"},
 };
-constexpr ph::Method methods[] = {{.name = "ClearLog",
-                                   .parameters = clearLogParameters,
-                                   .carryOut = clearLog,
-                                   .job = ph::JobReport{.notCreated = {CMPI_RC_ERR_FAILED, ph::noJobPath}}}};
+constexpr Method methods[] = {{.name = "ClearLog",
+                               .parameters = clearLogParameters,
+                               .carryOut = clearLog,
+                               .job = JobReport{.notCreated = {CMPI_RC_ERR_FAILED, noJobPath}}}};
 
-constexpr ph::ClassDefinition<Record> definition{
+constexpr ClassDefinition<Record> definition{
     .name = "CIM_RecordLog",
     .superclass = "CIM_Log",
     .source = "Get SEL Info, Get SEL Allocation Info, Clear SEL; what a full log does (OEM)",
@@ -108,16 +108,17 @@ constexpr ph::ClassDefinition<Record> definition{
     .properties = properties,
     .enumerate = enumerate,
     .methods = methods,
-    .invocation = {.keys = ph::Invocation::Keys::AfterName,
+    .invocation = {.keys = Invocation::Keys::AfterName,
                    .badKeys = notThisLog,
                    .exists = namesThisLog,
                    .missing = notThisLog}};
 
 } // namespace
+} // namespace ph::record_log
 
-PH_EXPORT_CLASS_FAMILY(RecordLog, Record, definition)
+PH_EXPORT_CLASS_FAMILY(RecordLog, RecordLogRecord, ph::record_log::definition)
 
-int PH_Fill_RecordLog(Record* record) {
+int PH_Fill_RecordLog(RecordLogRecord* record) {
     ph::IpmiSession session;
     std::uint16_t current = 0;
     std::uint16_t maximum = 0;
@@ -132,13 +133,13 @@ int PH_Fill_RecordLog(Record* record) {
     ph::copyText(record->ElementName, ph::logName);
     ph::setList(record->OperationalStatus, {ph::OperationalStatus::OK});
     if (CIM_GetSELPolicy(session.get(), &policy, ph::hookTimeout) == 0)
-        fillPolicy(*record, policy);
+        ph::record_log::fillPolicy(*record, policy);
     return ph::writeLogInstanceId(record->InstanceID, sizeof(record->InstanceID)) ? 0 : -1;
 }
 
 int PH_ClearLog(const CMPIBroker* broker, const CMPIContext* /*context*/, const CMPIResult* result,
                 const CMPIObjectPath* ref, CMPIArgs* out, CMPIStatus* status) {
-    return ph::engine::carryOut(ph::family_RecordLog, methods[0],
+    return ph::engine::carryOut(ph::family_RecordLog, ph::record_log::methods[0],
                                 {.broker = broker, .result = result, .ref = ref, .out = out}, nullptr, status)
                    .has_value()
                ? 0

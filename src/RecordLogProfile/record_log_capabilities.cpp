@@ -7,10 +7,10 @@
 
 constexpr const char* const g_RecordLogCapabilitiesKeyList[1] = {"InstanceID"};
 
+namespace ph::record_log_capabilities {
 namespace {
 
 using Record = RecordLogCapabilitiesRecord;
-using ph::Property;
 
 constexpr Property properties[] = {
     PH_KEY(Record, InstanceID),
@@ -21,24 +21,25 @@ constexpr Property properties[] = {
     PH_PROPERTY(Record, SupportedRecordTypes),
 };
 
-int enumerate(ph::RecordArray<Record>& all, ph::Detail detail) {
+int enumerate(RecordArray<Record>& all, Detail detail) {
     Record* capabilities = all.append();
     if (capabilities == nullptr)
         return -1;
-    ph::copyText(capabilities->InstanceID, "RecordLogCapabilities1");
-    return detail == ph::Detail::Names ? 0 : PH_Fill_RecordLogCapabilities(capabilities);
+    copyText(capabilities->InstanceID, "RecordLogCapabilities1");
+    return detail == Detail::Names ? 0 : PH_Fill_RecordLogCapabilities(capabilities);
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = "CIM_RecordLogCapabilities",
-                                                 .superclass = "CIM_EnabledLogicalElementCapabilities",
-                                                 .source = "one fixed instance",
-                                                 .keys = g_RecordLogCapabilitiesKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate};
+constexpr ClassDefinition<Record> definition{.name = "CIM_RecordLogCapabilities",
+                                             .superclass = "CIM_EnabledLogicalElementCapabilities",
+                                             .source = "one fixed instance",
+                                             .keys = g_RecordLogCapabilitiesKeyList,
+                                             .properties = properties,
+                                             .enumerate = enumerate};
 
 } // namespace
+} // namespace ph::record_log_capabilities
 
-int PH_Fill_RecordLogCapabilities(Record* record) {
+int PH_Fill_RecordLogCapabilities(RecordLogCapabilitiesRecord* record) {
     ph::copyText(record->ElementName, "RecordLog Capabilities");
     record->ElementNameEditSupported = false;
     record->MaxElementNameLen = 0;
@@ -47,4 +48,5 @@ int PH_Fill_RecordLogCapabilities(Record* record) {
     return 0;
 }
 
-PH_EXPORT_CLASS_FAMILY(RecordLogCapabilities, Record, definition)
+PH_EXPORT_CLASS_FAMILY(RecordLogCapabilities, RecordLogCapabilitiesRecord,
+                       ph::record_log_capabilities::definition)

@@ -14,19 +14,19 @@
 constexpr const char* const g_AccountKeyList[4] = {"SystemCreationClassName", "CreationClassName",
                                                    "SystemName", "Name"};
 
+namespace ph::account {
 namespace {
 
 using Record = AccountRecord;
-using ph::Property;
 
 constexpr const char* className = "CIM_Account";
 constexpr std::size_t nameKey = 3;
 constexpr std::uint32_t neverExpires = 99999; // days
 
-ph::DateTime passwordExpiration(const Record& record) {
+DateTime passwordExpiration(const Record& record) {
     constexpr std::uint64_t microseconds = 1'000'000;
     return {record.passwordExpiryDays == neverExpires
-                ? ph::DateTime::none
+                ? DateTime::none
                 : PH_GetPasswordExpiry(record.passwordExpiryDays) * microseconds};
 }
 
@@ -49,22 +49,21 @@ constexpr Property properties[] = {
     PH_PROPERTY(Record, OtherUserPasswordEncryptionAlgorithm),
 };
 
-int append(ph::RecordArray<Record>& accounts, const char* systemName, const PHUserEntry& user,
-           ph::Detail detail) {
+int append(RecordArray<Record>& accounts, const char* systemName, const PHUserEntry& user, Detail detail) {
     Record* record = accounts.append();
     if (record == nullptr)
         return -1;
-    ph::fillAccountKeys(*record, systemName, user.slot);
-    return detail == ph::Detail::Names ? 0 : PH_Fill_Account(&user, record);
+    fillAccountKeys(*record, systemName, user.slot);
+    return detail == Detail::Names ? 0 : PH_Fill_Account(&user, record);
 }
 
-int enumerate(ph::RecordArray<Record>& accounts, ph::Detail detail) {
+int enumerate(RecordArray<Record>& accounts, Detail detail) {
     char systemName[256] = "";
     PHUserEntry* list = nullptr;
     int count = 0;
     if (PH_GetSPSystemName(systemName) != 0 || PH_Get_All_Users(PH_USERS_WITH_ACCESS, &list, &count) != 0)
         return -1;
-    const ph::HeapPtr<PHUserEntry> users(list);
+    const HeapPtr<PHUserEntry> users(list);
     for (int i = 0; i < count; ++i)
         if (append(accounts, systemName, list[i], detail) != 0)
             return -1;
@@ -72,24 +71,23 @@ int enumerate(ph::RecordArray<Record>& accounts, ph::Detail detail) {
 }
 
 // Reads the one slot that the Name numbers.
-int get(ph::RecordArray<Record>& accounts, CMPIString** keyValues) {
-    const char* name = ph::textOf(keyValues[nameKey]);
+int get(RecordArray<Record>& accounts, CMPIString** keyValues) {
+    const char* name = textOf(keyValues[nameKey]);
     char systemName[256] = "";
     std::uint8_t slot = 0;
     PHUserEntry user;
-    ph::IpmiSession session;
-    if (name == nullptr || !ph::parseAccountName(name, slot) || PH_GetSPSystemName(systemName) != 0 ||
+    IpmiSession session;
+    if (name == nullptr || !parseAccountName(name, slot) || PH_GetSPSystemName(systemName) != 0 ||
         !session.open() || slot > PH_Get_Max_Users_Count(session.get()) ||
-        ph::readSlot(session.get(), PH_USERS_WITH_ACCESS, slot, user) != ph::Slot::Used)
+        readSlot(session.get(), PH_USERS_WITH_ACCESS, slot, user) != Slot::Used)
         return -1;
-    return append(accounts, systemName, user, ph::Detail::All);
+    return append(accounts, systemName, user, Detail::All);
 }
 
-constexpr ph::Method methods[] = {{.name = ph::requestStateChange,
-                                   .parameters = ph::requestStateChangeParameters,
-                                   .carryOut = ph::changeAccountState}};
+constexpr Method methods[] = {
+    {.name = requestStateChange, .parameters = requestStateChangeParameters, .carryOut = changeAccountState}};
 
-constexpr ph::ClassDefinition<Record> definition{
+constexpr ClassDefinition<Record> definition{
     .name = className,
     .superclass = "CIM_EnabledLogicalElement",
     .source = "Get and Set User Name, Get and Set User Access, Set User Password",
@@ -97,12 +95,13 @@ constexpr ph::ClassDefinition<Record> definition{
     .properties = properties,
     .enumerate = enumerate,
     .get = get,
-    .modify = ph::modifyAccount,
-    .remove = ph::deleteAccount,
+    .modify = modifyAccount,
+    .remove = deleteAccount,
     .methods = methods,
-    .invocation = {.keys = ph::Invocation::Keys::ByMethod, .unknownMethod = ph::noSuchAccountMethod}};
+    .invocation = {.keys = Invocation::Keys::ByMethod, .unknownMethod = noSuchAccountMethod}};
 
 } // namespace
+} // namespace ph::account
 
 namespace ph {
 
@@ -119,7 +118,7 @@ Account::Found Account::find(const CMPIBroker* broker, const CMPIObjectPath* ref
 }
 
 void fillAccountKeys(AccountRecord& record, const char* systemName, unsigned slot) {
-    setHostedKeys(record, processorClass, systemName, className);
+    setHostedKeys(record, processorClass, systemName, ph::account::className);
     std::snprintf(record.Name, sizeof(record.Name), "IPMI User-%u", slot);
 }
 
@@ -133,7 +132,7 @@ int PH_Fill_Account(const PHUserEntry* user, AccountRecord* record) {
     record->EnabledState = user->isEnabled != 0 && (user->access & ph::mayMessage) != 0
                                ? ph::EnabledState::Enabled
                                : ph::EnabledState::Disabled;
-    record->passwordExpiryDays = neverExpires;
+    record->passwordExpiryDays = ph::account::neverExpires;
     record->slot = user->slot;
     record->privilege = user->access & 0x0F;
     record->UserPasswordEncryptionAlgorithm = ph::PasswordEncryption::Other;
@@ -151,4 +150,4 @@ uint64_t PH_GetPasswordExpiry(uint32_t days) {
     return static_cast<std::uint64_t>(now) + day - sinceMidnight + days * day;
 }
 
-PH_EXPORT_CLASS_FAMILY(Account, Record, definition)
+PH_EXPORT_CLASS_FAMILY(Account, AccountRecord, ph::account::definition)

@@ -7,11 +7,12 @@
 
 constexpr const char* const g_AccountManagementCapabilitiesKeyList[1] = {"InstanceID"};
 
+namespace ph::account_management_capabilities {
 namespace {
 
 using Record = AccountManagementCapabilitiesRecord;
 
-constexpr ph::Property properties[] = {
+constexpr Property properties[] = {
     PH_KEY(Record, InstanceID),
     PH_PROPERTY(Record, ElementName),
     PH_PROPERTY(Record, ElementNameEditSupported),
@@ -20,25 +21,26 @@ constexpr ph::Property properties[] = {
     PH_PROPERTY(Record, SupportedUserPasswordEncryptionAlgorithms),
 };
 
-int enumerate(ph::RecordArray<Record>& all, ph::Detail detail) {
+int enumerate(RecordArray<Record>& all, Detail detail) {
     Record* capabilities = all.append();
     if (capabilities == nullptr)
         return -1;
-    ph::copyText(capabilities->InstanceID, "trz:AccountManagementCapabilities");
-    if (detail == ph::Detail::Names)
+    copyText(capabilities->InstanceID, "trz:AccountManagementCapabilities");
+    if (detail == Detail::Names)
         return 0;
-    ph::IpmiSession session;
+    IpmiSession session;
     return session.open() ? PH_Fill_AccountManagementCapabilities(session.get(), capabilities) : -1;
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = "CIM_AccountManagementCapabilities",
-                                                 .superclass = "CIM_EnabledLogicalElementCapabilities",
-                                                 .source = "one fixed instance; Get User Access",
-                                                 .keys = g_AccountManagementCapabilitiesKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate};
+constexpr ClassDefinition<Record> definition{.name = "CIM_AccountManagementCapabilities",
+                                             .superclass = "CIM_EnabledLogicalElementCapabilities",
+                                             .source = "one fixed instance; Get User Access",
+                                             .keys = g_AccountManagementCapabilitiesKeyList,
+                                             .properties = properties,
+                                             .enumerate = enumerate};
 
 } // namespace
+} // namespace ph::account_management_capabilities
 
 int PH_Fill_AccountManagementCapabilities(IPMI20_SESSION_T* session,
                                           AccountManagementCapabilitiesRecord* record) {
@@ -53,4 +55,5 @@ int PH_Fill_AccountManagementCapabilities(IPMI20_SESSION_T* session,
     return 0;
 }
 
-PH_EXPORT_CLASS_FAMILY(AccountManagementCapabilities, Record, definition)
+PH_EXPORT_CLASS_FAMILY(AccountManagementCapabilities, AccountManagementCapabilitiesRecord,
+                       ph::account_management_capabilities::definition)

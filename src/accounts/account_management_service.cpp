@@ -5,45 +5,47 @@
 constexpr const char* const g_AccountManagementServiceKeyList[4] = {
     "SystemCreationClassName", "CreationClassName", "SystemName", "Name"};
 
+namespace ph::account_management_service {
 namespace {
 
 using Record = AccountManagementServiceRecord;
-using ph::Direction;
 
 constexpr const char* className = "CIM_AccountManagementService";
 
 // It cannot be switched.
-constexpr std::uint16_t enabledState = ph::EnabledState::NotApplicable;
+constexpr std::uint16_t enabledState = EnabledState::NotApplicable;
 
-int enumerate(ph::RecordArray<Record>& services, ph::Detail detail) {
-    return ph::appendService(services, detail, className, "Account Management Service", enabledState);
+int enumerate(RecordArray<Record>& services, Detail detail) {
+    return appendService(services, detail, className, "Account Management Service", enabledState);
 }
 
-constexpr ph::Parameter createAccountParameters[] = {
+constexpr Parameter createAccountParameters[] = {
     {"System", CMPI_ref, Direction::In, "CIM_ComputerSystem"},
     {"AccountTemplate", CMPI_instance, Direction::In, "CIM_Account"},
     {"Account", CMPI_ref, Direction::Out, "CIM_Account"},
     {"Identities", CMPI_refA, Direction::Out, "CIM_Identity"}, // none is returned
 };
-constexpr ph::Method methods[] = {
-    {.name = "CreateAccount", .parameters = createAccountParameters, .carryOut = ph::createAccount}};
+constexpr Method methods[] = {
+    {.name = "CreateAccount", .parameters = createAccountParameters, .carryOut = createAccount}};
 
-constexpr ph::ClassDefinition<Record> definition{
+constexpr ClassDefinition<Record> definition{
     .name = className,
     .superclass = "CIM_SecurityService",
     .source = "one fixed instance; Set User Name, Access and Password",
     .keys = g_AccountManagementServiceKeyList,
-    .properties = ph::serviceProperties<Record>,
+    .properties = serviceProperties<Record>,
     .enumerate = enumerate,
     .methods = methods,
-    .invocation = {.keys = ph::Invocation::Keys::None, .unknownMethod = ph::noSuchAccountMethod}};
+    .invocation = {.keys = Invocation::Keys::None, .unknownMethod = noSuchAccountMethod}};
 
 } // namespace
+} // namespace ph::account_management_service
 
-PH_EXPORT_CLASS_FAMILY(AccountManagementService, Record, definition)
+PH_EXPORT_CLASS_FAMILY(AccountManagementService, AccountManagementServiceRecord,
+                       ph::account_management_service::definition)
 
 int PH_Fill_AccountManagementService(AccountManagementServiceRecord* record) {
-    ph::fillService(*record, record->Name, enabledState);
+    ph::fillService(*record, record->Name, ph::account_management_service::enabledState);
     return 0;
 }
 
@@ -51,7 +53,7 @@ CMPIStatus PH_Create_Account(const CMPIBroker* broker, const CMPIContext* contex
                              const CMPIObjectPath* ref, const CMPIArgs* in, CMPIArgs* out) {
     CMPIStatus status = ph::success;
     ph::engine::carryOut(
-        ph::family_AccountManagementService, methods[0],
+        ph::family_AccountManagementService, ph::account_management_service::methods[0],
         {.broker = broker, .context = context, .result = result, .ref = ref, .in = in, .out = out}, nullptr,
         &status);
     return status;

@@ -6,40 +6,39 @@
 constexpr const char* const g_BootServiceKeyList[4] = {"SystemCreationClassName", "CreationClassName",
                                                        "SystemName", "Name"};
 
+namespace ph::boot_service {
 namespace {
 
 using Record = BootServiceRecord;
-using ph::MethodAnswer;
-using ph::MethodCall;
-using ph::boot::Configuration;
+using boot::Configuration;
 
 constexpr const char* className = "CIM_BootService";
 
-int enumerate(ph::RecordArray<Record>& services, ph::Detail detail) {
-    ph::boot::Flags flags;
+int enumerate(RecordArray<Record>& services, Detail detail) {
+    boot::Flags flags;
     if (!flags.read())
         return -1;
-    return flags.areThere() ? ph::appendService(services, detail, className, "Boot Service") : 0;
+    return flags.areThere() ? appendService(services, detail, className, "Boot Service") : 0;
 }
 
 // ---- SetBootConfigRole
 
 constexpr const char* configurationClass = "CIM_BootConfigSetting";
-constexpr ph::Parameter setBootConfigRoleParameters[] = {
-    {"BootConfigSetting", CMPI_ref, ph::Direction::In, configurationClass},
+constexpr Parameter setBootConfigRoleParameters[] = {
+    {"BootConfigSetting", CMPI_ref, Direction::In, configurationClass},
     {"Role", CMPI_uint16},
-    {"Job", CMPI_ref, ph::Direction::Out, "CIM_ConcreteJob"},
+    {"Job", CMPI_ref, Direction::Out, "CIM_ConcreteJob"},
 };
 
 bool mayHave(const Configuration& configuration, std::uint16_t role) {
-    using namespace ph::BootRole;
+    using namespace BootRole;
     return configuration.isPersistent ? role == IsNext || role == IsDefault : role == IsNextSingleUse;
 }
 
 // The lasting configuration is the next one when no flags of the other hold. It lost its own source to them:
 // there is one set of flags.
 bool makeNext(const Configuration& configuration) {
-    ph::boot::Flags flags;
+    boot::Flags flags;
     if (!flags.read() || !flags.areThere())
         return false;
     if (flags.isNext(configuration))
@@ -49,9 +48,9 @@ bool makeNext(const Configuration& configuration) {
 
 MethodAnswer setBootConfigRole(MethodCall& call) {
     const CMPIArgs* const in = call.request.in;
-    const CMPIObjectPath* setting = ph::referenceArgument(in, "BootConfigSetting", configurationClass);
+    const CMPIObjectPath* setting = referenceArgument(in, "BootConfigSetting", configurationClass);
     const Configuration* configuration =
-        setting != nullptr ? ph::boot::findConfiguration(ph::keyText(setting, "InstanceID")) : nullptr;
+        setting != nullptr ? boot::findConfiguration(keyText(setting, "InstanceID")) : nullptr;
     if (configuration == nullptr)
         return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "BootConfigSetting is no boot configuration");
     const auto argument = ph::argument(in, "Role");
@@ -61,24 +60,25 @@ MethodAnswer setBootConfigRole(MethodCall& call) {
     if (!mayHave(*configuration, role))
         return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "The boot configuration cannot have this role");
     return call.report("SetBootConfigRole",
-                       [&] { return role == ph::BootRole::IsDefault || makeNext(*configuration); });
+                       [&] { return role == BootRole::IsDefault || makeNext(*configuration); });
 }
 
-constexpr ph::Method methods[] = {{.name = "SetBootConfigRole",
-                                   .parameters = setBootConfigRoleParameters,
-                                   .carryOut = setBootConfigRole,
-                                   .job = ph::JobReport{}}};
+constexpr Method methods[] = {{.name = "SetBootConfigRole",
+                               .parameters = setBootConfigRoleParameters,
+                               .carryOut = setBootConfigRole,
+                               .job = JobReport{}}};
 
-constexpr ph::ClassDefinition<Record> definition{
-    .name = className,
-    .superclass = "CIM_Service",
-    .source = "one fixed instance; Get and Set System Boot Options 0 to 5",
-    .keys = g_BootServiceKeyList,
-    .properties = ph::serviceProperties<Record>,
-    .enumerate = enumerate,
-    .methods = methods,
-    .invocation = {.isLookedUp = true, .missing = ph::noSuchInstance}};
+constexpr ClassDefinition<Record> definition{.name = className,
+                                             .superclass = "CIM_Service",
+                                             .source =
+                                                 "one fixed instance; Get and Set System Boot Options 0 to 5",
+                                             .keys = g_BootServiceKeyList,
+                                             .properties = serviceProperties<Record>,
+                                             .enumerate = enumerate,
+                                             .methods = methods,
+                                             .invocation = {.isLookedUp = true, .missing = noSuchInstance}};
 
 } // namespace
+} // namespace ph::boot_service
 
-PH_EXPORT_CLASS_FAMILY(BootService, Record, definition)
+PH_EXPORT_CLASS_FAMILY(BootService, BootServiceRecord, ph::boot_service::definition)

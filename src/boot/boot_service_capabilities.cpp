@@ -6,10 +6,10 @@
 
 constexpr const char* const g_BootServiceCapabilitiesKeyList[1] = {"InstanceID"};
 
+namespace ph::boot_service_capabilities {
 namespace {
 
 using Record = BootServiceCapabilitiesRecord;
-using ph::Property;
 
 constexpr Property properties[] = {
     PH_KEY(Record, InstanceID),
@@ -19,8 +19,8 @@ constexpr Property properties[] = {
     PH_PROPERTY(Record, BootStringsSupported),
 };
 
-int enumerate(ph::RecordArray<Record>& all, ph::Detail) {
-    ph::boot::Flags flags;
+int enumerate(RecordArray<Record>& all, Detail) {
+    boot::Flags flags;
     if (!flags.read())
         return -1;
     if (!flags.areThere())
@@ -28,20 +28,22 @@ int enumerate(ph::RecordArray<Record>& all, ph::Detail) {
     Record* capabilities = all.append();
     if (capabilities == nullptr)
         return -1;
-    ph::copyText(capabilities->InstanceID, "BootServiceCapabilities");
-    ph::copyText(capabilities->ElementName, "Boot Service Capabilities");
-    ph::setList(capabilities->BootConfigCapabilities, {ph::BootConfigCapabilities::SetsBootRole});
-    ph::setList(capabilities->BootStringsSupported, {ph::BootStringsSupported::StructuredBootString});
+    copyText(capabilities->InstanceID, "BootServiceCapabilities");
+    copyText(capabilities->ElementName, "Boot Service Capabilities");
+    setList(capabilities->BootConfigCapabilities, {ph::BootConfigCapabilities::SetsBootRole});
+    setList(capabilities->BootStringsSupported, {ph::BootStringsSupported::StructuredBootString});
     return 0;
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = "CIM_BootServiceCapabilities",
-                                                 .superclass = "CIM_EnabledLogicalElementCapabilities",
-                                                 .source = "one fixed instance; Get System Boot Options",
-                                                 .keys = g_BootServiceCapabilitiesKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate};
+constexpr ClassDefinition<Record> definition{.name = "CIM_BootServiceCapabilities",
+                                             .superclass = "CIM_EnabledLogicalElementCapabilities",
+                                             .source = "one fixed instance; Get System Boot Options",
+                                             .keys = g_BootServiceCapabilitiesKeyList,
+                                             .properties = properties,
+                                             .enumerate = enumerate};
 
 } // namespace
+} // namespace ph::boot_service_capabilities
 
-PH_EXPORT_CLASS_FAMILY(BootServiceCapabilities, Record, definition)
+PH_EXPORT_CLASS_FAMILY(BootServiceCapabilities, BootServiceCapabilitiesRecord,
+                       ph::boot_service_capabilities::definition)

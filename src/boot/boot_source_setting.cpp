@@ -6,10 +6,10 @@
 
 constexpr const char* const g_BootSourceSettingKeyList[1] = {"InstanceID"};
 
+namespace ph::boot_source_setting {
 namespace {
 
 using Record = BootSourceSettingRecord;
-using ph::Property;
 
 constexpr Property properties[] = {
     PH_KEY(Record, InstanceID),
@@ -18,22 +18,22 @@ constexpr Property properties[] = {
     PH_PROPERTY(Record, FailThroughSupported),
 };
 
-bool append(ph::RecordArray<Record>& records, const ph::boot::Source& source) {
+bool append(RecordArray<Record>& records, const boot::Source& source) {
     Record* record = records.append();
     if (record == nullptr)
         return false;
-    ph::copyText(record->InstanceID, source.instanceId);
-    ph::copyText(record->ElementName, source.elementName);
+    copyText(record->InstanceID, source.instanceId);
+    copyText(record->ElementName, source.elementName);
     record->StructuredBootString = source.structuredBootString;
     record->FailThroughSupported = ph::FailThroughSupported::Unknown;
     return true;
 }
 
-int enumerate(ph::RecordArray<Record>& records, ph::Detail) {
-    return ph::boot::appendAll(records, ph::boot::sources(), append);
+int enumerate(RecordArray<Record>& records, Detail) {
+    return boot::appendAll(records, boot::sources(), append);
 }
 
-constexpr ph::ClassDefinition<Record> definition{
+constexpr ClassDefinition<Record> definition{
     .name = "CIM_BootSourceSetting",
     .superclass = "CIM_SettingData",
     .source = "the device selectors of the boot flags (system boot options, parameter 5)",
@@ -42,5 +42,6 @@ constexpr ph::ClassDefinition<Record> definition{
     .enumerate = enumerate};
 
 } // namespace
+} // namespace ph::boot_source_setting
 
-PH_EXPORT_CLASS_FAMILY(BootSourceSetting, Record, definition)
+PH_EXPORT_CLASS_FAMILY(BootSourceSetting, BootSourceSettingRecord, ph::boot_source_setting::definition)

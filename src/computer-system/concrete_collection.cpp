@@ -7,11 +7,12 @@
 
 constexpr const char* const g_ConcreteCollectionKeyList[1] = {"InstanceID"};
 
+namespace ph::concrete_collection {
 namespace {
 
 using Record = ConcreteCollectionRecord;
 
-constexpr ph::Property properties[] = {
+constexpr Property properties[] = {
     PH_KEY(Record, InstanceID),
     PH_PROPERTY(Record, ElementName),
     PH_PROPERTY(Record, Description),
@@ -30,26 +31,27 @@ constexpr struct {
     {"SP", "Settings", "Settings of the service processor's services and networks"},
 };
 
-int enumerate(ph::RecordArray<Record>& all, ph::Detail) {
+int enumerate(RecordArray<Record>& all, Detail) {
     for (const auto& each : collections) {
         Record* collection = all.append();
         if (collection == nullptr)
             return -1;
         std::snprintf(collection->InstanceID, sizeof collection->InstanceID, "ConcreteCollection:%s %s",
                       each.system, each.name);
-        ph::copyText(collection->ElementName, each.name);
-        ph::copyText(collection->Description, each.description);
+        copyText(collection->ElementName, each.name);
+        copyText(collection->Description, each.description);
     }
     return 0;
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = "CIM_ConcreteCollection",
-                                                 .superclass = "CIM_Collection",
-                                                 .source = "a fixed instance of each kind and system",
-                                                 .keys = g_ConcreteCollectionKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate};
+constexpr ClassDefinition<Record> definition{.name = "CIM_ConcreteCollection",
+                                             .superclass = "CIM_Collection",
+                                             .source = "a fixed instance of each kind and system",
+                                             .keys = g_ConcreteCollectionKeyList,
+                                             .properties = properties,
+                                             .enumerate = enumerate};
 
 } // namespace
+} // namespace ph::concrete_collection
 
-PH_EXPORT_CLASS_FAMILY(ConcreteCollection, Record, definition)
+PH_EXPORT_CLASS_FAMILY(ConcreteCollection, ConcreteCollectionRecord, ph::concrete_collection::definition)

@@ -8,12 +8,13 @@
 
 constexpr const char* const g_EnabledLogicalElementCapabilitiesKeyList[1] = {"InstanceID"};
 
+namespace ph::enabled_logical_element_capabilities {
 namespace {
 
-using namespace ph::RequestedState;
+using namespace RequestedState;
 using Record = EnabledLogicalElementCapabilitiesRecord;
 
-constexpr ph::Property properties[] = {
+constexpr Property properties[] = {
     PH_KEY(Record, InstanceID),
     PH_PROPERTY(Record, ElementName),
     PH_PROPERTY(Record, ElementNameEditSupported),
@@ -35,7 +36,7 @@ constexpr struct {
     {"SP", "Service Processor", onlyReset},   {"Watchdog", "Watchdog", onOffAndReset},
 };
 
-int enumerate(ph::RecordArray<Record>& all, ph::Detail) {
+int enumerate(RecordArray<Record>& all, Detail) {
     for (const auto& row : rows) {
         Record* capabilities = all.append();
         if (capabilities == nullptr)
@@ -49,13 +50,15 @@ int enumerate(ph::RecordArray<Record>& all, ph::Detail) {
     return 0;
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = "CIM_EnabledLogicalElementCapabilities",
-                                                 .superclass = "CIM_Capabilities",
-                                                 .source = "a fixed instance for each class",
-                                                 .keys = g_EnabledLogicalElementCapabilitiesKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate};
+constexpr ClassDefinition<Record> definition{.name = "CIM_EnabledLogicalElementCapabilities",
+                                             .superclass = "CIM_Capabilities",
+                                             .source = "a fixed instance for each class",
+                                             .keys = g_EnabledLogicalElementCapabilitiesKeyList,
+                                             .properties = properties,
+                                             .enumerate = enumerate};
 
 } // namespace
+} // namespace ph::enabled_logical_element_capabilities
 
-PH_EXPORT_CLASS_FAMILY(EnabledLogicalElementCapabilities, Record, definition)
+PH_EXPORT_CLASS_FAMILY(EnabledLogicalElementCapabilities, EnabledLogicalElementCapabilitiesRecord,
+                       ph::enabled_logical_element_capabilities::definition)

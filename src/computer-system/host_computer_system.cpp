@@ -6,24 +6,25 @@
 
 constexpr const char* const g_HostComputerSystemKeyList[2] = {"Name", "CreationClassName"};
 
+namespace ph::host_computer_system {
 namespace {
 
-using ph::computer::Record;
+using computer::Record;
 
-constexpr const char* className = ph::hostClass;
+constexpr const char* className = hostClass;
 constexpr int systemBoard = 7; // IPMI entity ID
 
-int enumerate(ph::RecordArray<Record>& hosts, ph::Detail detail) {
-    ph::computer::Source source;
+int enumerate(RecordArray<Record>& hosts, Detail detail) {
+    computer::Source source;
     if (!source.open(PH_GetHostSystemName, SMASH_DEVICE_HOST))
         return -1;
-    const auto fru = ph::record(db_get_fru_by_entity_id, source.database(), systemBoard);
+    const auto fru = record(db_get_fru_by_entity_id, source.database(), systemBoard);
     if (fru == nullptr)
         return -1;
     Record* host = source.append(hosts, className);
     if (host == nullptr)
         return -1;
-    return detail == ph::Detail::Names ? 0 : PH_Fill_HostComputerSystem(source.device(), host, fru.get());
+    return detail == Detail::Names ? 0 : PH_Fill_HostComputerSystem(source.device(), host, fru.get());
 }
 
 constexpr int notCarriedOut = 7;
@@ -40,30 +41,33 @@ void recordState(CMPIString** keyValues, std::uint16_t state) {
 }
 
 bool exists(CMPIString* const* keyValues) {
-    return ph::computer::isNamed(keyValues, className, PH_GetHostSystemName);
+    return computer::isNamed(keyValues, className, PH_GetHostSystemName);
 }
 
-constexpr ph::Method methods[] = {ph::computer::stateChangeMethod(ph::computer::changeHostState)};
+constexpr Method methods[] = {computer::stateChangeMethod(computer::changeHostState)};
 
-constexpr ph::ClassDefinition<Record> definition{
+constexpr ClassDefinition<Record> definition{
     .name = className,
     .superclass = "CIM_ComputerSystem",
     .source = "tables device (Get System GUID) and fru (FRU of the system board); Chassis Control",
     .keys = g_HostComputerSystemKeyList,
-    .properties = ph::computer::properties,
+    .properties = computer::properties,
     .enumerate = enumerate,
     .methods = methods,
-    .invocation = ph::computer::invocation(exists)};
+    .invocation = computer::invocation(exists)};
 
 } // namespace
+} // namespace ph::host_computer_system
 
-PH_EXPORT_CLASS_FAMILY(HostComputerSystem, Record, definition)
+PH_EXPORT_CLASS_FAMILY(HostComputerSystem, HostComputerSystemRecord, ph::host_computer_system::definition)
 
 ph::MethodAnswer ph::computer::changeHostState(MethodCall& call) {
-    return changeState(call, {"Host_RequestStateChange", changeHost, recordState});
+    return changeState(call, {"Host_RequestStateChange", ph::host_computer_system::changeHost,
+                              ph::host_computer_system::recordState});
 }
 
-int PH_Fill_HostComputerSystem(const DeviceRecord* device, Record* record, const FruRecord* fru) {
+int PH_Fill_HostComputerSystem(const DeviceRecord* device, HostComputerSystemRecord* record,
+                               const FruRecord* fru) {
     char info[256];
     std::snprintf(info, sizeof(info), "CIM:%s, CIM:%s:%s, CIM:%d:%d", device->guid, fru->model,
                   fru->serialNumber, device->tag[0], device->tag[1]);
@@ -83,7 +87,7 @@ int SetHostPowerState(CMPIString** /*keyValues*/, uint16_t requestedState) {
     case ph::RequestedState::Reset:
         return ph::switchPower(CIM_PowerCycle);
     default:
-        return notCarriedOut;
+        return ph::host_computer_system::notCarriedOut;
     }
 }
 
@@ -94,6 +98,6 @@ int RequestStateChangeforHost(CMPIString** /*keyValues*/, uint16_t requestedStat
 int PH_HostRequestStateChange(const CMPIBroker* broker, const CMPIResult* result, const CMPIObjectPath* ref,
                               const CMPIArgs* in, CMPIArgs* out, CMPIString** keyValues, CMPIStatus* status) {
     return ph::resultOf(ph::engine::carryOut(
-        ph::family_HostComputerSystem, methods[0],
+        ph::family_HostComputerSystem, ph::host_computer_system::methods[0],
         {.broker = broker, .result = result, .ref = ref, .in = in, .out = out}, keyValues, status));
 }

@@ -6,10 +6,10 @@
 
 constexpr const char* const g_PowerManagementCapabilitiesKeyList[1] = {"InstanceID"};
 
+namespace ph::power_management_capabilities {
 namespace {
 
 using Record = PowerManagementCapabilitiesRecord;
-using ph::Property;
 
 constexpr Property properties[] = {
     PH_KEY(Record, InstanceID),
@@ -19,16 +19,16 @@ constexpr Property properties[] = {
     PH_PROPERTY(Record, RequestedPowerStatesSupported),
 };
 
-int append(ph::RecordArray<Record>& all, const PowerCapabilitiesRow& row, ph::Detail detail) {
+int append(RecordArray<Record>& all, const PowerCapabilitiesRow& row, Detail detail) {
     Record* capabilities = all.append();
     if (capabilities == nullptr)
         return -1;
-    ph::copyText(capabilities->InstanceID, row.instanceId);
-    return detail == ph::Detail::Names ? 0 : PH_Fill_PowerManagementCapabilities(&row, capabilities);
+    copyText(capabilities->InstanceID, row.instanceId);
+    return detail == Detail::Names ? 0 : PH_Fill_PowerManagementCapabilities(&row, capabilities);
 }
 
-int enumerate(ph::RecordArray<Record>& all, ph::Detail detail) {
-    ph::Rows<PowerCapabilitiesRow> rows;
+int enumerate(RecordArray<Record>& all, Detail detail) {
+    Rows<PowerCapabilitiesRow> rows;
     if (!rows.read(db_get_all_power_mgt_capabilities))
         return -1;
     for (const PowerCapabilitiesRow& row : rows.all())
@@ -37,22 +37,24 @@ int enumerate(ph::RecordArray<Record>& all, ph::Detail detail) {
     return 0;
 }
 
-int get(ph::RecordArray<Record>& all, CMPIString** keyValues) {
-    const auto row = ph::storedRow(db_get_power_mgt_capabilities, CMGetCharsPtr(keyValues[0], nullptr));
-    return row != nullptr ? append(all, *row, ph::Detail::All) : -1;
+int get(RecordArray<Record>& all, CMPIString** keyValues) {
+    const auto row = storedRow(db_get_power_mgt_capabilities, CMGetCharsPtr(keyValues[0], nullptr));
+    return row != nullptr ? append(all, *row, Detail::All) : -1;
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = "CIM_PowerManagementCapabilities",
-                                                 .superclass = "CIM_Capabilities",
-                                                 .source = "table power_capabilities",
-                                                 .keys = g_PowerManagementCapabilitiesKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate,
-                                                 .get = get};
+constexpr ClassDefinition<Record> definition{.name = "CIM_PowerManagementCapabilities",
+                                             .superclass = "CIM_Capabilities",
+                                             .source = "table power_capabilities",
+                                             .keys = g_PowerManagementCapabilitiesKeyList,
+                                             .properties = properties,
+                                             .enumerate = enumerate,
+                                             .get = get};
 
 } // namespace
+} // namespace ph::power_management_capabilities
 
-int PH_Fill_PowerManagementCapabilities(const PowerCapabilitiesRow* row, Record* record) {
+int PH_Fill_PowerManagementCapabilities(const PowerCapabilitiesRow* row,
+                                        PowerManagementCapabilitiesRecord* record) {
     ph::copyText(record->ElementName, row->elementName);
     ph::parseList(record->PowerChangeCapabilities, row->powerChangeCapabilities);
     ph::parseList(record->PowerStatesSupported, row->powerStatesSupported);
@@ -60,4 +62,5 @@ int PH_Fill_PowerManagementCapabilities(const PowerCapabilitiesRow* row, Record*
     return 0;
 }
 
-PH_EXPORT_CLASS_FAMILY(PowerManagementCapabilities, Record, definition)
+PH_EXPORT_CLASS_FAMILY(PowerManagementCapabilities, PowerManagementCapabilitiesRecord,
+                       ph::power_management_capabilities::definition)

@@ -14,35 +14,33 @@
 constexpr const char* const g_PowerManagementServiceKeyList[4] = {"SystemCreationClassName",
                                                                   "CreationClassName", "SystemName", "Name"};
 
+namespace ph::power_management_service {
 namespace {
 
 using Record = PowerManagementServiceRecord;
-using ph::MethodAnswer;
-using ph::MethodCall;
 
 constexpr const char* className = "CIM_PowerManagementService";
 constexpr int nameKey = 3; // its place in the key list
 
-constexpr ph::Parameter requestPowerStateChangeParameters[] = {
-    {"PowerState", CMPI_uint16},      {"ManagedElement", CMPI_ref, ph::Direction::In, "CIM_ManagedElement"},
-    {"Time", CMPI_dateTime},          {"Job", CMPI_ref, ph::Direction::Out, "CIM_ConcreteJob"},
+constexpr Parameter requestPowerStateChangeParameters[] = {
+    {"PowerState", CMPI_uint16},      {"ManagedElement", CMPI_ref, Direction::In, "CIM_ManagedElement"},
+    {"Time", CMPI_dateTime},          {"Job", CMPI_ref, Direction::Out, "CIM_ConcreteJob"},
     {"TimeoutPeriod", CMPI_dateTime},
 };
 constexpr const char* methodName = "RequestPowerStateChange";
 
-int append(ph::RecordArray<Record>& services, const PowerServiceRow& row, const char* systemName,
-           ph::Detail detail) {
+int append(RecordArray<Record>& services, const PowerServiceRow& row, const char* systemName, Detail detail) {
     Record* service = services.append();
     if (service == nullptr)
         return -1;
-    ph::setHostedKeys(*service, ph::processorClass, systemName, className);
-    ph::copyText(service->Name, row.name);
-    return detail == ph::Detail::Names ? 0 : PH_Fill_PowerManagementService(&row, service);
+    setHostedKeys(*service, processorClass, systemName, className);
+    copyText(service->Name, row.name);
+    return detail == Detail::Names ? 0 : PH_Fill_PowerManagementService(&row, service);
 }
 
-int enumerate(ph::RecordArray<Record>& services, ph::Detail detail) {
+int enumerate(RecordArray<Record>& services, Detail detail) {
     char systemName[256] = "";
-    ph::Rows<PowerServiceRow> rows;
+    Rows<PowerServiceRow> rows;
     if (PH_GetSPSystemName(systemName) != 0 || !rows.read(db_get_all_power_mgt_service))
         return -1;
     for (const PowerServiceRow& row : rows.all())
@@ -51,12 +49,12 @@ int enumerate(ph::RecordArray<Record>& services, ph::Detail detail) {
     return 0;
 }
 
-int get(ph::RecordArray<Record>& services, CMPIString** keyValues) {
+int get(RecordArray<Record>& services, CMPIString** keyValues) {
     char systemName[256] = "";
     if (PH_GetSPSystemName(systemName) != 0)
         return -1;
-    const auto row = ph::storedRow(db_get_power_mgt_service, CMGetCharsPtr(keyValues[nameKey], nullptr));
-    return row != nullptr ? append(services, *row, systemName, ph::Detail::All) : -1;
+    const auto row = storedRow(db_get_power_mgt_service, CMGetCharsPtr(keyValues[nameKey], nullptr));
+    return row != nullptr ? append(services, *row, systemName, Detail::All) : -1;
 }
 
 // ---- RequestPowerStateChange
@@ -77,28 +75,28 @@ std::optional<PowerRequest> read(MethodCall& call) {
     const CMPIArgs* const in = call.request.in;
     if (in == nullptr || CMGetArgCount(in, nullptr) == 0)
         return refuse(CMPI_RC_ERR_INVALID_PARAMETER, "Invalid or Empty Input");
-    const char* serviceName = ph::keyText(call.request.ref, "Name");
+    const char* serviceName = keyText(call.request.ref, "Name");
     if (serviceName == nullptr)
         return refuse(CMPI_RC_ERR_FAILED, "Key Property Missing");
-    const auto powerState = ph::argument(in, "PowerState");
+    const auto powerState = argument(in, "PowerState");
     if (!powerState)
         return refuse(CMPI_RC_ERR_INVALID_PARAMETER, "CMPI_RC_ERR_INVALID_PARAMETER");
-    const auto element = ph::argument(in, "ManagedElement");
+    const auto element = argument(in, "ManagedElement");
     if (!element || element->type != CMPI_ref || element->value.ref == nullptr)
         return refuse(CMPI_RC_ERR_INVALID_PARAMETER, "ManagedElement Param is Missing");
     std::uint16_t state = 0;
-    if (ph::keyText(element->value.ref, "Name") == nullptr || GetUINT16Value(*powerState, &state) != 0)
+    if (keyText(element->value.ref, "Name") == nullptr || GetUINT16Value(*powerState, &state) != 0)
         return refuse(CMPI_RC_ERR_TYPE_MISMATCH, "PowerState Parameter is mismatched");
     return PowerRequest{serviceName, element->value.ref, state};
 }
 
 bool restartProcessor(std::uint16_t powerState) {
-    return powerState == ph::PowerState::PowerCycleOffSoft && ph::runCommand("reboot") == 0;
+    return powerState == PowerState::PowerCycleOffSoft && runCommand("reboot") == 0;
 }
 
 bool change(MethodCall& call, const PowerRequest& request) {
     const bool isProcessor = std::strcmp(request.serviceName, "SP Power Management Service") == 0;
-    if (!ph::isOfClass(request.managedElement, isProcessor ? ph::processorClass : ph::hostClass)) {
+    if (!isOfClass(request.managedElement, isProcessor ? processorClass : hostClass)) {
         call.refuse(CMPI_RC_ERR_TYPE_MISMATCH, "ManagedElement Param is Missing or incorrect");
         return false;
     }
@@ -127,27 +125,29 @@ MethodAnswer changePowerState(MethodCall& call) {
         jobName, [&] { return change(call, *request); }, [&] { writePowerState(request->powerState); });
 }
 
-constexpr ph::Method methods[] = {{.name = methodName,
-                                   .parameters = requestPowerStateChangeParameters,
-                                   .carryOut = changePowerState,
-                                   .job = ph::JobReport{.handsOutUnrecorded = false},
-                                   .refusedValue = ph::methodDone,
-                                   .valueType = CMPI_sint32}};
+constexpr Method methods[] = {{.name = methodName,
+                               .parameters = requestPowerStateChangeParameters,
+                               .carryOut = changePowerState,
+                               .job = JobReport{.handsOutUnrecorded = false},
+                               .refusedValue = methodDone,
+                               .valueType = CMPI_sint32}};
 
-constexpr ph::ClassDefinition<Record> definition{.name = className,
-                                                 .superclass = "CIM_Service",
-                                                 .source = "table power_service; Chassis Control",
-                                                 .keys = g_PowerManagementServiceKeyList,
-                                                 .properties = ph::serviceProperties<Record>,
-                                                 .enumerate = enumerate,
-                                                 .get = get,
-                                                 .methods = methods};
+constexpr ClassDefinition<Record> definition{.name = className,
+                                             .superclass = "CIM_Service",
+                                             .source = "table power_service; Chassis Control",
+                                             .keys = g_PowerManagementServiceKeyList,
+                                             .properties = serviceProperties<Record>,
+                                             .enumerate = enumerate,
+                                             .get = get,
+                                             .methods = methods};
 
 } // namespace
+} // namespace ph::power_management_service
 
-PH_EXPORT_CLASS_FAMILY(PowerManagementService, Record, definition)
+PH_EXPORT_CLASS_FAMILY(PowerManagementService, PowerManagementServiceRecord,
+                       ph::power_management_service::definition)
 
-int PH_Fill_PowerManagementService(const PowerServiceRow* row, Record* record) {
+int PH_Fill_PowerManagementService(const PowerServiceRow* row, PowerManagementServiceRecord* record) {
     ph::copyText(record->ElementName, row->elementName);
     ph::parseList(record->OperationalStatus, row->operationalStatus);
     record->HealthState = row->healthState;
@@ -161,6 +161,6 @@ int PH_RequestPowerStateChange(const CMPIBroker* broker, const CMPIResult* resul
                                const CMPIArgs* in, CMPIArgs* out, CMPIString** keyValues,
                                CMPIStatus* status) {
     return ph::resultOf(ph::engine::carryOut(
-        ph::family_PowerManagementService, methods[0],
+        ph::family_PowerManagementService, ph::power_management_service::methods[0],
         {.broker = broker, .result = result, .ref = ref, .in = in, .out = out}, keyValues, status));
 }

@@ -9,21 +9,22 @@
 
 constexpr const char* const g_SPComputerSystemKeyList[2] = {"Name", "CreationClassName"};
 
+namespace ph::sp_computer_system {
 namespace {
 
-using ph::computer::Record;
+using computer::Record;
 
-constexpr const char* className = ph::processorClass;
+constexpr const char* className = processorClass;
 constexpr const char* restartMarker = "/conf/spcs_reqstatechange_reboot";
 
-int enumerate(ph::RecordArray<Record>& processors, ph::Detail detail) {
-    ph::computer::Source source;
+int enumerate(RecordArray<Record>& processors, Detail detail) {
+    computer::Source source;
     if (!source.open(PH_GetSPSystemName, SMASH_DEVICE_SP))
         return -1;
     Record* processor = source.append(processors, className);
     if (processor == nullptr)
         return -1;
-    return detail == ph::Detail::Names ? 0 : PH_Fill_SPComputerSystem(source.device(), processor);
+    return detail == Detail::Names ? 0 : PH_Fill_SPComputerSystem(source.device(), processor);
 }
 
 bool isRestartRequested() {
@@ -33,60 +34,61 @@ bool isRestartRequested() {
 
 // The controller restarts even when the marker or the device record could not be written.
 bool restart() {
-    ph::computer::storeRequestedState(SMASH_DEVICE_SP, ph::RequestedState::Reset);
+    computer::storeRequestedState(SMASH_DEVICE_SP, RequestedState::Reset);
     char touch[64];
     std::snprintf(touch, sizeof(touch), "touch %s", restartMarker);
-    ph::runCommand(touch);
-    return ph::runCommand("reboot") == 0;
+    runCommand(touch);
+    return runCommand("reboot") == 0;
 }
 
 bool changeProcessor(CMPIString** keyValues, std::uint16_t state) {
-    return state == ph::RequestedState::Reset && RequstStateChangeforSP(keyValues) == 0;
+    return state == RequestedState::Reset && RequstStateChangeforSP(keyValues) == 0;
 }
 
-ph::MethodAnswer changeState(ph::MethodCall& call) {
-    return ph::computer::changeState(call, {"SP_RequestStateChange", changeProcessor, nullptr});
+MethodAnswer changeState(MethodCall& call) {
+    return computer::changeState(call, {"SP_RequestStateChange", changeProcessor, nullptr});
 }
 
 bool exists(CMPIString* const* keyValues) {
-    return ph::computer::isNamed(keyValues, className, PH_GetSPSystemName);
+    return computer::isNamed(keyValues, className, PH_GetSPSystemName);
 }
 
-constexpr ph::Method methods[] = {ph::computer::stateChangeMethod(changeState)};
+constexpr Method methods[] = {computer::stateChangeMethod(changeState)};
 
-constexpr ph::ClassDefinition<Record> definition{
+constexpr ClassDefinition<Record> definition{
     .name = className,
     .superclass = "CIM_ComputerSystem",
     .source = "table device (Get Device ID, Get Device GUID); the file /conf/spcs_reqstatechange_reboot",
     .keys = g_SPComputerSystemKeyList,
-    .properties = ph::computer::properties,
+    .properties = computer::properties,
     .enumerate = enumerate,
     .methods = methods,
-    .invocation = ph::computer::invocation(exists)};
+    .invocation = computer::invocation(exists)};
 
 } // namespace
+} // namespace ph::sp_computer_system
 
-PH_EXPORT_CLASS_FAMILY(SPComputerSystem, Record, definition)
+PH_EXPORT_CLASS_FAMILY(SPComputerSystem, HostComputerSystemRecord, ph::sp_computer_system::definition)
 
-int PH_Fill_SPComputerSystem(const DeviceRecord* device, Record* record) {
+int PH_Fill_SPComputerSystem(const DeviceRecord* device, HostComputerSystemRecord* record) {
     char info[32];
     std::snprintf(info, sizeof(info), "%u-%u", device->manufacturerId, device->productId);
-    return ph::computer::fill(record,
-                              {.identifyingDescriptions = "Manufacturer ID-Product ID",
-                               .otherIdentifyingInfo = info,
-                               .requestedState = isRestartRequested() ? ph::RequestedState::Reset
-                                                                      : ph::RequestedState::NotApplicable,
-                               .dedicated = ph::Dedicated::ManagementController,
-                               .operationalStatus = ph::OperationalStatus::InService});
+    return ph::computer::fill(record, {.identifyingDescriptions = "Manufacturer ID-Product ID",
+                                       .otherIdentifyingInfo = info,
+                                       .requestedState = ph::sp_computer_system::isRestartRequested()
+                                                             ? ph::RequestedState::Reset
+                                                             : ph::RequestedState::NotApplicable,
+                                       .dedicated = ph::Dedicated::ManagementController,
+                                       .operationalStatus = ph::OperationalStatus::InService});
 }
 
 int RequstStateChangeforSP(CMPIString** /*keyValues*/) {
-    return ph::guarded(false, restart) ? 0 : -1;
+    return ph::guarded(false, ph::sp_computer_system::restart) ? 0 : -1;
 }
 
 int PH_SPRequestStateChange(const CMPIBroker* broker, const CMPIResult* result, const CMPIObjectPath* ref,
                             const CMPIArgs* in, CMPIArgs* out, CMPIString** keyValues, CMPIStatus* status) {
     return ph::resultOf(ph::engine::carryOut(
-        ph::family_SPComputerSystem, methods[0],
+        ph::family_SPComputerSystem, ph::sp_computer_system::methods[0],
         {.broker = broker, .result = result, .ref = ref, .in = in, .out = out}, keyValues, status));
 }

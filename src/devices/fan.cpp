@@ -4,10 +4,10 @@
 constexpr const char* const g_FanKeyList[4] = {ph::entityDeviceKeys[0], ph::entityDeviceKeys[1],
                                                ph::entityDeviceKeys[2], ph::entityDeviceKeys[3]};
 
+namespace ph::fan {
 namespace {
 
 using Record = FanRecord;
-using ph::Property;
 
 static_assert(offsetof(Record, device) == 0, "the properties of every device lie where they are shared");
 
@@ -15,22 +15,22 @@ constexpr Property fanProperties[] = {
     PH_PROPERTY(Record, VariableSpeed),
     PH_PROPERTY(Record, ActiveCooling),
 };
-constexpr auto properties = ph::joined(ph::entityDeviceProperties, fanProperties);
+constexpr auto properties = joined(entityDeviceProperties, fanProperties);
 
-constexpr ph::EntityDeviceClass<Record> deviceClass{
+constexpr EntityDeviceClass<Record> deviceClass{
     "CIM_Fan",
     [](const EntityDeviceRow& row, SMASH_DB_HANDLE, Record& fan) { return PH_Fill_Fan(&row, &fan); },
-    &ph::DeviceReader::readTachometer};
+    &DeviceReader::readTachometer};
 
-int enumerate(ph::RecordArray<Record>& fans, ph::Detail detail) {
-    return ph::enumerateEntityDevices(deviceClass, fans, detail);
+int enumerate(RecordArray<Record>& fans, Detail detail) {
+    return enumerateEntityDevices(deviceClass, fans, detail);
 }
 
-int get(ph::RecordArray<Record>& fans, CMPIString** keyValues) {
-    return ph::getEntityDevice(deviceClass, fans, keyValues);
+int get(RecordArray<Record>& fans, CMPIString** keyValues) {
+    return getEntityDevice(deviceClass, fans, keyValues);
 }
 
-constexpr ph::ClassDefinition<Record> definition{
+constexpr ClassDefinition<Record> definition{
     .name = deviceClass.name,
     .superclass = "CIM_CoolingDevice",
     .source = "table entity_device (sensors of SDR types 01h and 02h); Get Sensor Reading",
@@ -40,6 +40,7 @@ constexpr ph::ClassDefinition<Record> definition{
     .get = get};
 
 } // namespace
+} // namespace ph::fan
 
 int PH_Fill_Fan(const EntityDeviceRow* row, FanRecord* record) {
     ph::fillEntityDevice(*row, record->device);
@@ -48,4 +49,4 @@ int PH_Fill_Fan(const EntityDeviceRow* row, FanRecord* record) {
     return 0;
 }
 
-PH_EXPORT_CLASS_FAMILY(Fan, Record, definition)
+PH_EXPORT_CLASS_FAMILY(Fan, FanRecord, ph::fan::definition)

@@ -4,10 +4,10 @@
 constexpr const char* const g_MemoryKeyList[4] = {ph::entityDeviceKeys[0], ph::entityDeviceKeys[1],
                                                   ph::entityDeviceKeys[2], ph::entityDeviceKeys[3]};
 
+namespace ph::memory {
 namespace {
 
 using Record = MemoryRecord;
-using ph::Property;
 
 static_assert(offsetof(Record, device) == 0, "the properties of every device lie where they are shared");
 
@@ -24,12 +24,12 @@ constexpr Property memoryProperties[] = {
     PH_PROPERTY(Record, NumberOfBlocks),
     PH_PROPERTY_IF(Record, ErrorMethodology, hasErrorMethodology),
 };
-constexpr auto properties = ph::joined(ph::entityDeviceProperties, memoryProperties);
+constexpr auto properties = joined(entityDeviceProperties, memoryProperties);
 
 // Rolls the health of the modules up.
 int readHealth(SMASH_DB_HANDLE database, EntityDeviceRecord& device) {
-    ph::Rows<MemoryModuleRow> modules;
-    ph::DeviceReader reader;
+    Rows<MemoryModuleRow> modules;
+    DeviceReader reader;
     if (!modules.read(database, db_get_all_memory_modules) || !reader.open())
         return -1;
     EntityDeviceRow row{};
@@ -43,23 +43,23 @@ int readHealth(SMASH_DB_HANDLE database, EntityDeviceRecord& device) {
     return 0;
 }
 
-int enumerate(ph::RecordArray<Record>& records, ph::Detail detail) {
+int enumerate(RecordArray<Record>& records, Detail detail) {
     char systemName[256] = "";
-    ph::Database database;
+    Database database;
     MemoryRow* row = nullptr;
     if (PH_GetHostSystemName(systemName) != 0 || !database.open() || db_get_memory(database.get(), &row) != 0)
         return -1;
-    const ph::HeapPtr<MemoryRow> owner(row);
+    const HeapPtr<MemoryRow> owner(row);
     if (row == nullptr)
         return 0;
     Record* memory = records.append();
     if (memory == nullptr || PH_Fill_Memory(row, memory) != 0)
         return -1;
-    ph::setHostedKeys(memory->device, ph::hostClass, systemName, className);
-    return detail == ph::Detail::Names ? 0 : readHealth(database.get(), memory->device);
+    setHostedKeys(memory->device, hostClass, systemName, className);
+    return detail == Detail::Names ? 0 : readHealth(database.get(), memory->device);
 }
 
-constexpr ph::ClassDefinition<Record> definition{
+constexpr ClassDefinition<Record> definition{
     .name = className,
     .superclass = "CIM_StorageExtent",
     .source = "tables memory and memory_module (SMBIOS types 16 and 17); Get Sensor Reading",
@@ -68,6 +68,7 @@ constexpr ph::ClassDefinition<Record> definition{
     .enumerate = enumerate};
 
 } // namespace
+} // namespace ph::memory
 
 int PH_Fill_Memory(const MemoryRow* row, MemoryRecord* record) {
     constexpr std::uint16_t readAndWrite = 3;
@@ -80,4 +81,4 @@ int PH_Fill_Memory(const MemoryRow* row, MemoryRecord* record) {
     return 0;
 }
 
-PH_EXPORT_CLASS_FAMILY(Memory, Record, definition)
+PH_EXPORT_CLASS_FAMILY(Memory, MemoryRecord, ph::memory::definition)

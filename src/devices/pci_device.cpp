@@ -4,10 +4,10 @@
 constexpr const char* const g_PCIDeviceKeyList[4] = {ph::entityDeviceKeys[0], ph::entityDeviceKeys[1],
                                                      ph::entityDeviceKeys[2], ph::entityDeviceKeys[3]};
 
+namespace ph::pci_device {
 namespace {
 
 using Record = PCIDeviceRecord;
-using ph::Property;
 
 static_assert(offsetof(Record, device) == 0, "the properties of every device lie where they are shared");
 
@@ -23,30 +23,31 @@ constexpr Property deviceProperties[] = {
     PH_PROPERTY(Record, BusNumber),      PH_PROPERTY(Record, DeviceNumber),
     PH_PROPERTY(Record, FunctionNumber),
 };
-constexpr auto properties = ph::joined(ph::entityDeviceProperties, deviceProperties);
+constexpr auto properties = joined(entityDeviceProperties, deviceProperties);
 
-int enumerate(ph::RecordArray<Record>& devices, ph::Detail) {
+int enumerate(RecordArray<Record>& devices, Detail) {
     char systemName[256] = "";
-    ph::Rows<PciDeviceRow> rows;
+    Rows<PciDeviceRow> rows;
     if (PH_GetHostSystemName(systemName) != 0 || !rows.read(db_get_all_pci_devices))
         return -1;
     for (const PciDeviceRow& row : rows.all()) {
         Record* device = devices.append();
         if (device == nullptr || PH_Fill_PCIDevice(&row, device) != 0)
             return -1;
-        ph::setHostedKeys(device->device, ph::hostClass, systemName, className);
+        setHostedKeys(device->device, hostClass, systemName, className);
     }
     return 0;
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = className,
-                                                 .superclass = "CIM_PCIController",
-                                                 .source = "table pci_device (SMBIOS types 9 and 41)",
-                                                 .keys = g_PCIDeviceKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate};
+constexpr ClassDefinition<Record> definition{.name = className,
+                                             .superclass = "CIM_PCIController",
+                                             .source = "table pci_device (SMBIOS types 9 and 41)",
+                                             .keys = g_PCIDeviceKeyList,
+                                             .properties = properties,
+                                             .enumerate = enumerate};
 
 } // namespace
+} // namespace ph::pci_device
 
 int PH_Fill_PCIDevice(const PciDeviceRow* row, PCIDeviceRecord* record) {
     ph::fillDevice(row->deviceId, row->name, record->device);
@@ -59,4 +60,4 @@ int PH_Fill_PCIDevice(const PciDeviceRow* row, PCIDeviceRecord* record) {
     return 0;
 }
 
-PH_EXPORT_CLASS_FAMILY(PCIDevice, Record, definition)
+PH_EXPORT_CLASS_FAMILY(PCIDevice, PCIDeviceRecord, ph::pci_device::definition)

@@ -4,10 +4,10 @@
 constexpr const char* const g_PowerSupplyKeyList[4] = {ph::entityDeviceKeys[0], ph::entityDeviceKeys[1],
                                                        ph::entityDeviceKeys[2], ph::entityDeviceKeys[3]};
 
+namespace ph::power_supply {
 namespace {
 
 using Record = PowerSupplyRecord;
-using ph::Property;
 
 static_assert(offsetof(Record, device) == 0, "the properties of every device lie where they are shared");
 
@@ -30,27 +30,27 @@ constexpr Property supplyProperties[] = {
     PH_PROPERTY_IF(Record, Range2InputFrequencyLow, hasRange2),
     PH_PROPERTY_IF(Record, Range2InputFrequencyHigh, hasRange2),
 };
-constexpr auto properties = ph::joined(ph::entityDeviceProperties, supplyProperties);
+constexpr auto properties = joined(entityDeviceProperties, supplyProperties);
 
 int fill(const EntityDeviceRow& row, SMASH_DB_HANDLE database, Record& supply) {
     PowerSupplyInfoRow* info = nullptr;
     if (db_get_power_supply_info(database, row.entityId, row.entityInstance, &info) != 0)
         return -1;
-    const ph::HeapPtr<PowerSupplyInfoRow> owner(info);
+    const HeapPtr<PowerSupplyInfoRow> owner(info);
     return PH_Fill_PowerSupply(&row, info, &supply);
 }
 
-constexpr ph::EntityDeviceClass<Record> deviceClass{"CIM_PowerSupply", fill, &ph::DeviceReader::rollUp};
+constexpr EntityDeviceClass<Record> deviceClass{"CIM_PowerSupply", fill, &DeviceReader::rollUp};
 
-int enumerate(ph::RecordArray<Record>& supplies, ph::Detail detail) {
-    return ph::enumerateEntityDevices(deviceClass, supplies, detail);
+int enumerate(RecordArray<Record>& supplies, Detail detail) {
+    return enumerateEntityDevices(deviceClass, supplies, detail);
 }
 
-int get(ph::RecordArray<Record>& supplies, CMPIString** keyValues) {
-    return ph::getEntityDevice(deviceClass, supplies, keyValues);
+int get(RecordArray<Record>& supplies, CMPIString** keyValues) {
+    return getEntityDevice(deviceClass, supplies, keyValues);
 }
 
-constexpr ph::ClassDefinition<Record> definition{
+constexpr ClassDefinition<Record> definition{
     .name = deviceClass.name,
     .superclass = "CIM_LogicalDevice",
     .source = "tables entity_device and power_supply_info (sensors, FRU multirecord 00h); Get Sensor Reading",
@@ -60,6 +60,7 @@ constexpr ph::ClassDefinition<Record> definition{
     .get = get};
 
 } // namespace
+} // namespace ph::power_supply
 
 int PH_Fill_PowerSupply(const EntityDeviceRow* row, const PowerSupplyInfoRow* info,
                         PowerSupplyRecord* record) {
@@ -78,4 +79,4 @@ int PH_Fill_PowerSupply(const EntityDeviceRow* row, const PowerSupplyInfoRow* in
     return 0;
 }
 
-PH_EXPORT_CLASS_FAMILY(PowerSupply, Record, definition)
+PH_EXPORT_CLASS_FAMILY(PowerSupply, PowerSupplyRecord, ph::power_supply::definition)

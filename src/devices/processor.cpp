@@ -4,10 +4,10 @@
 constexpr const char* const g_ProcessorKeyList[4] = {ph::entityDeviceKeys[0], ph::entityDeviceKeys[1],
                                                      ph::entityDeviceKeys[2], ph::entityDeviceKeys[3]};
 
+namespace ph::processor {
 namespace {
 
 using Record = ProcessorRecord;
-using ph::Property;
 
 static_assert(offsetof(Record, device) == 0, "the properties of every device lie where they are shared");
 
@@ -37,44 +37,44 @@ constexpr Property processorProperties[] = {
     PH_PROPERTY_IF(Record, Characteristics, hasCharacteristics),
     PH_PROPERTY_IF(Record, NumberOfEnabledCores, isKnown<&Record::NumberOfEnabledCores>),
 };
-constexpr auto properties = ph::joined(ph::entityDeviceProperties, processorProperties);
+constexpr auto properties = joined(entityDeviceProperties, processorProperties);
 
 int fill(const EntityDeviceRow& row, SMASH_DB_HANDLE database, Record& record) {
     ProcessorRow* processor = nullptr;
     if (db_get_processor(database, row.entityId, row.entityInstance, &processor) != 0)
         return -1;
-    const ph::HeapPtr<ProcessorRow> owner(processor);
+    const HeapPtr<ProcessorRow> owner(processor);
     return PH_Fill_Processor(&row, processor, &record);
 }
 
 // What the firmware did with a processor counts more than that its sensors are content.
 void finish(Record& processor) {
     EntityDeviceRecord& device = processor.device;
-    if (device.Availability == ph::Availability::NotInstalled)
+    if (device.Availability == Availability::NotInstalled)
         return;
     if (processor.CPUStatus == ph::CPUStatus::DisabledByUser ||
         processor.CPUStatus == ph::CPUStatus::DisabledByFirmware) {
-        device.EnabledState = ph::EnabledState::Disabled;
-        device.Availability = ph::Availability::OffLine;
-    } else if (device.EnabledState == ph::EnabledState::NotApplicable &&
+        device.EnabledState = EnabledState::Disabled;
+        device.Availability = Availability::OffLine;
+    } else if (device.EnabledState == EnabledState::NotApplicable &&
                (processor.CPUStatus == ph::CPUStatus::Enabled ||
                 processor.CPUStatus == ph::CPUStatus::Idle)) {
-        device.EnabledState = ph::EnabledState::Enabled;
-        device.Availability = ph::Availability::Running;
+        device.EnabledState = EnabledState::Enabled;
+        device.Availability = Availability::Running;
     }
 }
 
-constexpr ph::EntityDeviceClass<Record> deviceClass{"CIM_Processor", fill, &ph::DeviceReader::rollUp, finish};
+constexpr EntityDeviceClass<Record> deviceClass{"CIM_Processor", fill, &DeviceReader::rollUp, finish};
 
-int enumerate(ph::RecordArray<Record>& processors, ph::Detail detail) {
-    return ph::enumerateEntityDevices(deviceClass, processors, detail);
+int enumerate(RecordArray<Record>& processors, Detail detail) {
+    return enumerateEntityDevices(deviceClass, processors, detail);
 }
 
-int get(ph::RecordArray<Record>& processors, CMPIString** keyValues) {
-    return ph::getEntityDevice(deviceClass, processors, keyValues);
+int get(RecordArray<Record>& processors, CMPIString** keyValues) {
+    return getEntityDevice(deviceClass, processors, keyValues);
 }
 
-constexpr ph::ClassDefinition<Record> definition{
+constexpr ClassDefinition<Record> definition{
     .name = deviceClass.name,
     .superclass = "CIM_LogicalDevice",
     .source = "tables entity_device and processor (SMBIOS type 4); Get Sensor Reading",
@@ -93,6 +93,7 @@ constexpr Characteristic characteristics[] = {
     {is64BitCapable, 2}, {1U << 6U, 4}, {1U << 4U, 5}, {1U << 5U, 6}, {1U << 7U, 7}};
 
 } // namespace
+} // namespace ph::processor
 
 int PH_Fill_Processor(const EntityDeviceRow* row, const ProcessorRow* processor, ProcessorRecord* record) {
     ph::fillEntityDevice(*row, record->device);
@@ -110,15 +111,15 @@ int PH_Fill_Processor(const EntityDeviceRow* row, const ProcessorRow* processor,
     record->MaxClockSpeed = processor->maxClock;
     record->CurrentClockSpeed = processor->currentClock;
     record->ExternalBusClockSpeed = processor->externalBusClock;
-    record->DataWidth = (processor->characteristics & is64BitCapable) != 0 ? 64 : 0;
+    record->DataWidth = (processor->characteristics & ph::processor::is64BitCapable) != 0 ? 64 : 0;
     record->CPUStatus = processor->status;
     record->NumberOfEnabledCores = processor->enabledCores;
     record->threads = processor->threads;
     int* next = record->Characteristics;
-    for (const Characteristic& each : characteristics)
+    for (const ph::processor::Characteristic& each : ph::processor::characteristics)
         if ((processor->characteristics & each.bit) != 0)
             *next++ = each.value;
     return 0;
 }
 
-PH_EXPORT_CLASS_FAMILY(Processor, Record, definition)
+PH_EXPORT_CLASS_FAMILY(Processor, ProcessorRecord, ph::processor::definition)

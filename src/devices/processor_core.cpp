@@ -5,10 +5,10 @@
 
 constexpr const char* const g_ProcessorCoreKeyList[1] = {"InstanceID"};
 
+namespace ph::processor_core {
 namespace {
 
 using Record = ProcessorCoreRecord;
-using ph::Property;
 
 constexpr Property properties[] = {
     PH_KEY(Record, InstanceID),
@@ -21,9 +21,9 @@ constexpr Property properties[] = {
 };
 
 // There may be thousands of them.
-int stream(const std::function<bool(const Record&)>& take, ph::Detail) {
+int stream(const std::function<bool(const Record&)>& take, Detail) {
     char systemName[256] = "";
-    ph::Rows<ProcessorRow> processors;
+    Rows<ProcessorRow> processors;
     if (PH_GetHostSystemName(systemName) != 0 || !processors.read(db_get_all_processors))
         return -1;
     for (const ProcessorRow& row : processors.all())
@@ -33,24 +33,25 @@ int stream(const std::function<bool(const Record&)>& take, ph::Detail) {
             std::snprintf(core.InstanceID, sizeof core.InstanceID, "SMBIOS:%s %d.%d.%d", systemName,
                           row.entityId, row.entityInstance, number);
             std::snprintf(core.ElementName, sizeof core.ElementName, "Core %d of %s %d", number,
-                          ph::mappingOf(row.entityId).name, row.entityInstance);
+                          mappingOf(row.entityId).name, row.entityInstance);
             core.EnabledState = areEnabled ? ph::EnabledState::Enabled : ph::EnabledState::Unknown;
             core.CoreEnabledState = core.EnabledState;
             core.RequestedState = ph::RequestedState::NotApplicable;
-            ph::setList(core.OperationalStatus, {ph::OperationalStatus::Unknown});
+            setList(core.OperationalStatus, {ph::OperationalStatus::Unknown});
             if (!take(core))
                 return -1;
         }
     return 0;
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = "CIM_ProcessorCore",
-                                                 .superclass = "CIM_EnabledLogicalElement",
-                                                 .source = "table processor (SMBIOS type 4)",
-                                                 .keys = g_ProcessorCoreKeyList,
-                                                 .properties = properties,
-                                                 .stream = stream};
+constexpr ClassDefinition<Record> definition{.name = "CIM_ProcessorCore",
+                                             .superclass = "CIM_EnabledLogicalElement",
+                                             .source = "table processor (SMBIOS type 4)",
+                                             .keys = g_ProcessorCoreKeyList,
+                                             .properties = properties,
+                                             .stream = stream};
 
 } // namespace
+} // namespace ph::processor_core
 
-PH_EXPORT_CLASS_FAMILY(ProcessorCore, Record, definition)
+PH_EXPORT_CLASS_FAMILY(ProcessorCore, ProcessorCoreRecord, ph::processor_core::definition)

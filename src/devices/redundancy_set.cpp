@@ -7,10 +7,10 @@
 
 constexpr const char* const g_RedundancySetKeyList[1] = {"InstanceID"};
 
+namespace ph::redundancy_set {
 namespace {
 
 using Record = RedundancySetRecord;
-using ph::Property;
 
 constexpr int redundancy = 0x0B; // event/reading type (IPMI 2.0 table 42-2)
 
@@ -37,9 +37,9 @@ constexpr std::uint16_t statusOfState[] = {
 };
 
 // The worst of the asserted states counts, which DMTF numbers highest.
-std::uint16_t statusOf(const ph::Reading& reading) {
+std::uint16_t statusOf(const Reading& reading) {
     std::uint16_t status = ph::RedundancyStatus::Unknown;
-    if (reading.availability == ph::ReadingAvailability::Available)
+    if (reading.availability == ReadingAvailability::Available)
         for (unsigned offset = 0; offset < std::size(statusOfState); ++offset)
             if ((reading.answer.statesLow >> offset & 1U) != 0)
                 status = std::max(status, statusOfState[offset]);
@@ -61,7 +61,7 @@ using Devices = std::vector<const EntityDeviceRow*>;
 class Source {
 public:
     bool open() {
-        ph::Database database;
+        Database database;
         return PH_GetHostSystemName(systemName_) == 0 && database.open() &&
                sensors_.read(database.get(), db_get_all_compact_sdrs) &&
                devices_.read(database.get(), db_get_all_entity_devices) &&
@@ -103,7 +103,7 @@ private:
         });
     }
     static bool isOfOneClass(std::uint8_t entityId, std::uint8_t otherId) {
-        return std::strcmp(ph::mappingOf(entityId).logicalClass, ph::mappingOf(otherId).logicalClass) == 0;
+        return std::strcmp(mappingOf(entityId).logicalClass, mappingOf(otherId).logicalClass) == 0;
     }
     static const MemberKind* kindOf(const CompactSdr& sensor) {
         for (const MemberKind& kind : memberKinds)
@@ -116,16 +116,16 @@ private:
     }
 
     char systemName_[256] = "";
-    ph::Rows<CompactSdr> sensors_;
-    ph::Rows<EntityDeviceRow> devices_;
-    ph::Rows<EntityAssociationRow> associations_;
+    Rows<CompactSdr> sensors_;
+    Rows<EntityDeviceRow> devices_;
+    Rows<EntityAssociationRow> associations_;
 };
 
 // Names as many members as there is room for, which is more than a hundred.
 void listMembers(Record& set, const Devices& members) {
     std::size_t length = 0;
     for (const EntityDeviceRow* device : members) {
-        const ph::EntityDeviceId id = ph::idOf(*device);
+        const EntityDeviceId id = idOf(*device);
         const std::size_t needed = std::strlen(id.text) + (length > 0);
         if (length + needed >= sizeof(set.VendorIdentifyingInfo))
             return;
@@ -134,11 +134,11 @@ void listMembers(Record& set, const Devices& members) {
     }
 }
 
-int enumerate(ph::RecordArray<Record>& sets, ph::Detail detail) {
+int enumerate(RecordArray<Record>& sets, Detail detail) {
     Source source;
     if (!source.open())
         return -1;
-    ph::SensorReader reader;
+    SensorReader reader;
     bool isOpen = false;
     for (const CompactSdr& sensor : source.sensors()) {
         if (sensor.eventReadingType != redundancy)
@@ -148,22 +148,22 @@ int enumerate(ph::RecordArray<Record>& sets, ph::Detail detail) {
             return -1;
         std::snprintf(set->InstanceID, sizeof(set->InstanceID), "IPMI:%s %s", source.systemName(),
                       sensor.deviceId);
-        if (detail == ph::Detail::Names)
+        if (detail == Detail::Names)
             continue;
         if (!isOpen && !(isOpen = reader.open()))
             return -1;
         const Devices members = source.membersOf(sensor);
-        ph::copyText(set->ElementName, sensor.name);
+        copyText(set->ElementName, sensor.name);
         set->RedundancyStatus = statusOf(reader.read(sensor.sensorNumber));
         // IPMI does not say how many are needed. One that is too many is the least which is redundant.
-        ph::setList(set->TypeOfSet, {ph::TypeOfSet::NPlus1});
+        setList(set->TypeOfSet, {ph::TypeOfSet::NPlus1});
         set->MinNumberNeeded = members.empty() ? 0 : static_cast<std::uint32_t>(members.size() - 1);
         listMembers(*set, members);
     }
     return 0;
 }
 
-constexpr ph::ClassDefinition<Record> definition{
+constexpr ClassDefinition<Record> definition{
     .name = "CIM_RedundancySet",
     .superclass = "CIM_SystemSpecificCollection",
     .source = "tables compact_sdr, entity_device and entity_association (SDR types 08h and 09h); Get Sensor "
@@ -173,5 +173,6 @@ constexpr ph::ClassDefinition<Record> definition{
     .enumerate = enumerate};
 
 } // namespace
+} // namespace ph::redundancy_set
 
-PH_EXPORT_CLASS_FAMILY(RedundancySet, Record, definition)
+PH_EXPORT_CLASS_FAMILY(RedundancySet, RedundancySetRecord, ph::redundancy_set::definition)

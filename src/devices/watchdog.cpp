@@ -18,12 +18,10 @@ namespace ph {
 extern const ClassFamily family_Watchdog;
 }
 
+namespace ph::watchdog {
 namespace {
 
 using Record = WatchdogRecord;
-using ph::MethodAnswer;
-using ph::MethodCall;
-using ph::Property;
 
 constexpr const char* className = "CIM_Watchdog";
 
@@ -56,28 +54,28 @@ constexpr Property properties[] = {
 class Timer {
 public:
     bool read() {
-        return session_.open() && CIM_GetWatchdogTimer(session_.get(), &settings_, ph::hookTimeout) == 0;
+        return session_.open() && CIM_GetWatchdogTimer(session_.get(), &settings_, hookTimeout) == 0;
     }
     bool isThere() const { return settings_.isSupported != 0; }
     bool isRunning() const { return settings_.isRunning != 0; }
     const CIM_WatchdogTimer& settings() const { return settings_; }
 
-    bool start() { return CIM_ResetWatchdogTimer(session_.get(), ph::hookTimeout) == 0; }
+    bool start() { return CIM_ResetWatchdogTimer(session_.get(), hookTimeout) == 0; }
     bool stop() {
         CIM_WatchdogTimer stopped = settings_;
         stopped.isRunning = 0;
         return write(stopped);
     }
     bool write(const CIM_WatchdogTimer& settings) {
-        return CIM_SetWatchdogTimer(session_.get(), &settings, ph::hookTimeout) == 0;
+        return CIM_SetWatchdogTimer(session_.get(), &settings, hookTimeout) == 0;
     }
 
 private:
-    ph::IpmiSession session_;
+    IpmiSession session_;
     CIM_WatchdogTimer settings_{};
 };
 
-int enumerate(ph::RecordArray<Record>& watchdogs, ph::Detail) {
+int enumerate(RecordArray<Record>& watchdogs, Detail) {
     char systemName[256] = "";
     Timer timer;
     if (PH_GetHostSystemName(systemName) != 0 || !timer.read())
@@ -87,8 +85,8 @@ int enumerate(ph::RecordArray<Record>& watchdogs, ph::Detail) {
     Record* watchdog = watchdogs.append();
     if (watchdog == nullptr)
         return -1;
-    ph::setHostedKeys(*watchdog, ph::hostClass, systemName, className);
-    ph::copyText(watchdog->DeviceID, "Watchdog1");
+    setHostedKeys(*watchdog, hostClass, systemName, className);
+    copyText(watchdog->DeviceID, "Watchdog1");
     return PH_Fill_Watchdog(&timer.settings(), watchdog);
 }
 
@@ -110,7 +108,7 @@ constexpr Settable settables[] = {
 };
 
 bool numberOf(const PHPropertyRow& row, CMPIType type, std::uint64_t& number) {
-    const CMPIData data = ph::valueOf(row);
+    const CMPIData data = valueOf(row);
     std::uint32_t wide = 0;
     std::uint16_t narrow = 0;
     if (data.state != CMPI_goodValue ||
@@ -138,22 +136,22 @@ const char* apply(const PHPropertyList& changes, CIM_WatchdogTimer& timer) {
     return timer.use == 0 ? "The timer was never used: MonitoredEntity has to be set" : nullptr;
 }
 
-CMPIStatus modify(const ph::Request& request) {
-    ph::CurrentRecord current(ph::family_Watchdog);
+CMPIStatus modify(const Request& request) {
+    CurrentRecord current(family_Watchdog);
     PHPropertyList changes{};
-    if (const CMPIStatus status = current.readChanges(request, ph::namesOf(settables), changes);
+    if (const CMPIStatus status = current.readChanges(request, namesOf(settables), changes);
         status.rc != CMPI_RC_OK || changes.count == 0)
         return status;
     Timer timer;
     if (!timer.read())
-        return ph::fail(request.broker, "The watchdog timer cannot be read");
+        return fail(request.broker, "The watchdog timer cannot be read");
     CIM_WatchdogTimer settings = timer.settings();
     if (const char* refusal = apply(changes, settings))
-        return ph::fail(request.broker, CMPI_RC_ERR_INVALID_PARAMETER, refusal);
+        return fail(request.broker, CMPI_RC_ERR_INVALID_PARAMETER, refusal);
     // To write what it has would start a timer that runs anew.
     if (std::memcmp(&settings, &timer.settings(), sizeof(settings)) == 0)
-        return ph::success;
-    return timer.write(settings) ? ph::success : ph::fail(request.broker, "The BMC refuses the settings");
+        return success;
+    return timer.write(settings) ? success : fail(request.broker, "The BMC refuses the settings");
 }
 
 // ---- Methods
@@ -185,33 +183,33 @@ MethodAnswer changeState(MethodCall& call) {
 
 MethodAnswer keepAlive(MethodCall&) {
     Timer timer;
-    return timer.read() && timer.isRunning() && timer.start() ? ph::methodDone : ph::methodFailed;
+    return timer.read() && timer.isRunning() && timer.start() ? methodDone : methodFailed;
 }
 
-constexpr ph::Method methods[] = {
-    {.name = ph::requestStateChange,
-     .parameters = ph::requestStateChangeParameters,
+constexpr Method methods[] = {
+    {.name = requestStateChange,
+     .parameters = requestStateChangeParameters,
      .carryOut = changeState,
-     .job = ph::JobReport{}},
+     .job = JobReport{}},
     {.name = "KeepAlive", .parameters = {}, .carryOut = keepAlive},
 };
 
-constexpr ph::ClassDefinition<Record> definition{
-    .name = className,
-    .superclass = "CIM_LogicalDevice",
-    .source = "Get, Set and Reset Watchdog Timer",
-    .keys = g_WatchdogKeyList,
-    .properties = properties,
-    .enumerate = enumerate,
-    .modify = modify,
-    .methods = methods,
-    .invocation = {.isLookedUp = true, .missing = ph::noSuchInstance}};
+constexpr ClassDefinition<Record> definition{.name = className,
+                                             .superclass = "CIM_LogicalDevice",
+                                             .source = "Get, Set and Reset Watchdog Timer",
+                                             .keys = g_WatchdogKeyList,
+                                             .properties = properties,
+                                             .enumerate = enumerate,
+                                             .modify = modify,
+                                             .methods = methods,
+                                             .invocation = {.isLookedUp = true, .missing = noSuchInstance}};
 
 } // namespace
+} // namespace ph::watchdog
 
-PH_EXPORT_CLASS_FAMILY(Watchdog, Record, definition)
+PH_EXPORT_CLASS_FAMILY(Watchdog, WatchdogRecord, ph::watchdog::definition)
 
-int PH_Fill_Watchdog(const CIM_WatchdogTimer* timer, Record* record) {
+int PH_Fill_Watchdog(const CIM_WatchdogTimer* timer, WatchdogRecord* record) {
     ph::copyText(record->ElementName, "Watchdog Timer");
     ph::setList(record->OperationalStatus, {ph::OperationalStatus::OK});
     record->HealthState = ph::HealthState::OK;

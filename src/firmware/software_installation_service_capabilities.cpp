@@ -6,15 +6,16 @@
 
 constexpr const char* const g_SoftwareInstallationServiceCapabilitiesKeyList[1] = {"InstanceID"};
 
+namespace ph::software_installation_service_capabilities {
 namespace {
 
 using Record = SoftwareInstallationServiceCapabilitiesRecord;
 
 bool installs(const Record& record) {
-    return record.SupportedAsynchronousActions[0] != ph::InstallAction::None;
+    return record.SupportedAsynchronousActions[0] != InstallAction::None;
 }
 
-constexpr ph::Property properties[] = {
+constexpr Property properties[] = {
     PH_KEY(Record, InstanceID),
     PH_PROPERTY(Record, ElementName),
     PH_PROPERTY(Record, SupportedAsynchronousActions),
@@ -26,39 +27,40 @@ constexpr ph::Property properties[] = {
     PH_PROPERTY_IF(Record, SupportedURISchemes, installs),
 };
 
-int enumerate(ph::RecordArray<Record>& all, ph::Detail detail) {
+int enumerate(RecordArray<Record>& all, Detail detail) {
     Record* capabilities = all.append();
     if (capabilities == nullptr)
         return -1;
-    ph::copyText(capabilities->InstanceID, "SoftwareInstallationServiceCapabilities");
-    if (detail == ph::Detail::Names)
+    copyText(capabilities->InstanceID, "SoftwareInstallationServiceCapabilities");
+    if (detail == Detail::Names)
         return 0;
     CIM_FirmwareUpdate update{};
-    if (!ph::firmware::readUpdate(update))
+    if (!firmware::readUpdate(update))
         return -1;
-    ph::copyText(capabilities->ElementName, "Software Installation Service Capabilities");
+    copyText(capabilities->ElementName, "Software Installation Service Capabilities");
     if (update.isSupported != 0)
-        ph::setList(capabilities->SupportedAsynchronousActions,
-                    {ph::InstallAction::FromSoftwareIdentity, ph::InstallAction::FromUri});
+        setList(capabilities->SupportedAsynchronousActions,
+                {InstallAction::FromSoftwareIdentity, InstallAction::FromUri});
     else
-        ph::setList(capabilities->SupportedAsynchronousActions, {ph::InstallAction::None});
-    ph::setList(capabilities->SupportedSynchronousActions, {ph::InstallAction::None});
-    ph::setList(capabilities->SupportedExtendedResourceTypes, {ph::ExtendedResourceType::NotApplicable});
-    ph::setList(capabilities->SupportedInstallOptions,
-                {ph::InstallOption::Install, ph::InstallOption::Update});
-    ph::setList(capabilities->SupportedURISchemes, {ph::UriScheme::File, ph::UriScheme::Http});
+        setList(capabilities->SupportedAsynchronousActions, {InstallAction::None});
+    setList(capabilities->SupportedSynchronousActions, {InstallAction::None});
+    setList(capabilities->SupportedExtendedResourceTypes, {ExtendedResourceType::NotApplicable});
+    setList(capabilities->SupportedInstallOptions, {InstallOption::Install, InstallOption::Update});
+    setList(capabilities->SupportedURISchemes, {UriScheme::File, UriScheme::Http});
     capabilities->SupportedTargetTypes[0] = strdup("BMC firmware");
     return capabilities->SupportedTargetTypes[0] != nullptr ? 0 : -1;
 }
 
-constexpr ph::ClassDefinition<Record> definition{
-    .name = "CIM_SoftwareInstallationServiceCapabilities",
-    .superclass = "CIM_Capabilities",
-    .source = "one fixed instance; the platform's functions for firmware",
-    .keys = g_SoftwareInstallationServiceCapabilitiesKeyList,
-    .properties = properties,
-    .enumerate = enumerate};
+constexpr ClassDefinition<Record> definition{.name = "CIM_SoftwareInstallationServiceCapabilities",
+                                             .superclass = "CIM_Capabilities",
+                                             .source =
+                                                 "one fixed instance; the platform's functions for firmware",
+                                             .keys = g_SoftwareInstallationServiceCapabilitiesKeyList,
+                                             .properties = properties,
+                                             .enumerate = enumerate};
 
 } // namespace
+} // namespace ph::software_installation_service_capabilities
 
-PH_EXPORT_CLASS_FAMILY(SoftwareInstallationServiceCapabilities, Record, definition)
+PH_EXPORT_CLASS_FAMILY(SoftwareInstallationServiceCapabilities, SoftwareInstallationServiceCapabilitiesRecord,
+                       ph::software_installation_service_capabilities::definition)

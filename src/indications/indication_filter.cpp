@@ -11,10 +11,10 @@
 constexpr const char* const g_IndicationFilterKeyList[4] = {"SystemCreationClassName", "CreationClassName",
                                                             "SystemName", "Name"};
 
+namespace ph::indication_filter {
 namespace {
 
-using namespace ph::indications;
-using ph::Property;
+using namespace indications;
 using Record = IndicationFilterRecord;
 
 constexpr const char* className = "CIM_IndicationFilter";
@@ -47,8 +47,8 @@ struct PefTable {
     CIM_PEFEntry entries[CIM_MAX_PEF_ENTRIES] = {};
     std::uint8_t count = 0; // that the BMC has
 
-    bool read(ph::IpmiSession& session) {
-        return CIM_GetPEFTable(session.get(), entries, &count, ph::hookTimeout) == 0;
+    bool read(IpmiSession& session) {
+        return CIM_GetPEFTable(session.get(), entries, &count, hookTimeout) == 0;
     }
     int held() const { return std::min<int>(count, CIM_MAX_PEF_ENTRIES); }
 };
@@ -59,16 +59,16 @@ bool isEnabled(const CIM_PEFEntry& entry) {
 
 // ---- Enumeration
 
-int add(ph::RecordArray<Record>& filters, const char* systemName, const char* name, const char* query,
-        ph::Detail detail) {
+int add(RecordArray<Record>& filters, const char* systemName, const char* name, const char* query,
+        Detail detail) {
     Record* filter = append(filters, className, systemName, name);
     if (filter == nullptr)
         return -1;
-    return detail == ph::Detail::Names ? 0 : PH_Fill_IndicationFilter(query, filter);
+    return detail == Detail::Names ? 0 : PH_Fill_IndicationFilter(query, filter);
 }
 
-int addPefFilters(ph::RecordArray<Record>& filters, const PefTable& table, const char* systemName,
-                  ph::Detail detail) {
+int addPefFilters(RecordArray<Record>& filters, const PefTable& table, const char* systemName,
+                  Detail detail) {
     for (int i = 0; i < table.held(); ++i) {
         const CIM_PEFEntry& entry = table.entries[i];
         if (!isEnabled(entry))
@@ -83,12 +83,12 @@ int addPefFilters(ph::RecordArray<Record>& filters, const PefTable& table, const
     return 0;
 }
 
-int enumerate(ph::RecordArray<Record>& filters, ph::Detail detail) {
-    ph::IpmiSession session;
-    ph::Database database;
+int enumerate(RecordArray<Record>& filters, Detail detail) {
+    IpmiSession session;
+    Database database;
     char systemName[256] = "";
     PefTable table;
-    ph::Rows<CimxmlFilterRow> rows;
+    Rows<CimxmlFilterRow> rows;
     if (!session.open() || PH_GetSPSystemName(systemName) != 0 || !table.read(session) ||
         addPefFilters(filters, table, systemName, detail) != 0 || !database.open() ||
         !rows.read(database.get(), db_get_all_indication_filter_cimxml))
@@ -101,52 +101,52 @@ int enumerate(ph::RecordArray<Record>& filters, ph::Detail detail) {
 
 // ---- Changes of platform event filters
 
-bool writeEntry(ph::IpmiSession& session, std::uint8_t filterNumber, const CIM_PEFEntry& entry) {
-    return CIM_SetPEFEntry(session.get(), filterNumber, &entry, ph::hookTimeout) == 0;
+bool writeEntry(IpmiSession& session, std::uint8_t filterNumber, const CIM_PEFEntry& entry) {
+    return CIM_SetPEFEntry(session.get(), filterNumber, &entry, hookTimeout) == 0;
 }
 
-CMPIStatus createPefFilter(const ph::Request& request, const char* name, const char* query) {
-    ph::IpmiSession session;
+CMPIStatus createPefFilter(const Request& request, const char* name, const char* query) {
+    IpmiSession session;
     PefTable table;
     if (!session.open() || !table.read(session))
-        return ph::fail(request.broker, createFailed);
+        return fail(request.broker, createFailed);
     const auto filter = parsePefFilter(name);
     if (!filter)
-        return ph::fail(request.broker, CMPI_RC_ERR_INVALID_PARAMETER, invalidName);
+        return fail(request.broker, CMPI_RC_ERR_INVALID_PARAMETER, invalidName);
     const auto [policy, filterNumber] = *filter;
     if (table.count < filterNumber)
-        return ph::fail(request.broker, "CreateInstance Failed - Max Filter limit exceeded \n");
+        return fail(request.broker, "CreateInstance Failed - Max Filter limit exceeded \n");
     if (filterNumber < 1 || filterNumber > table.held())
-        return ph::fail(request.broker, createFailed);
+        return fail(request.broker, createFailed);
     CIM_PEFEntry entry = table.entries[filterNumber - 1];
     if (isEnabled(entry))
-        return ph::fail(request.broker, "CreateInstance Failed - Filter already exists and active \n");
+        return fail(request.broker, "CreateInstance Failed - Filter already exists and active \n");
     if (CompileQueryAndSeverity(query, &entry) != 0)
-        return ph::fail(request.broker, invalidQuery);
+        return fail(request.broker, invalidQuery);
     entry.filterConfiguration |= filterEnabled;
     entry.eventFilterAction |= alertAction;
     entry.alertPolicyNumber = static_cast<std::uint8_t>(policy);
     return writeEntry(session, static_cast<std::uint8_t>(filterNumber), entry)
                ? returnPath(request)
-               : ph::fail(request.broker, createFailed);
+               : fail(request.broker, createFailed);
 }
 
-CMPIStatus modifyPefFilter(const ph::Request& request, const char* name, const char* query) {
-    ph::IpmiSession session;
+CMPIStatus modifyPefFilter(const Request& request, const char* name, const char* query) {
+    IpmiSession session;
     CIM_PEFEntry entry{};
     const std::uint8_t filterNumber = filterNumberOf(name);
-    if (!session.open() || CIM_GetPEFEntry(session.get(), filterNumber, &entry, ph::hookTimeout) != 0)
-        return ph::fail(request.broker, modifyFailed);
+    if (!session.open() || CIM_GetPEFEntry(session.get(), filterNumber, &entry, hookTimeout) != 0)
+        return fail(request.broker, modifyFailed);
     if (CompileQueryAndSeverity(query, &entry) != 0)
-        return ph::fail(request.broker, invalidQuery);
-    return writeEntry(session, filterNumber, entry) ? ph::success : ph::fail(request.broker, modifyFailed);
+        return fail(request.broker, invalidQuery);
+    return writeEntry(session, filterNumber, entry) ? success : fail(request.broker, modifyFailed);
 }
 
 bool removePefFilter(const char* name) {
-    ph::IpmiSession session;
+    IpmiSession session;
     CIM_PEFEntry entry{};
     const std::uint8_t filterNumber = filterNumberOf(name);
-    return session.open() && CIM_GetPEFEntry(session.get(), filterNumber, &entry, ph::hookTimeout) == 0 &&
+    return session.open() && CIM_GetPEFEntry(session.get(), filterNumber, &entry, hookTimeout) == 0 &&
            writeEntry(session, filterNumber, {});
 }
 
@@ -158,127 +158,128 @@ std::optional<CimxmlFilterRow> makeRow(const char* name, const char* query) {
     if (CompileQueryAndSeverity(query, &entry) != 0)
         return std::nullopt;
     CimxmlFilterRow row{};
-    ph::copyText(row.name, name);
-    ph::copyText(row.query, query);
+    copyText(row.name, name);
+    copyText(row.query, query);
     row.sensorNumber = entry.sensorNumber;
     row.sensorType = entry.sensorType;
     row.severity = entry.eventSeverity;
     return row;
 }
 
-CMPIStatus createCimxmlFilter(const ph::Request& request, const char* name, const char* query) {
+CMPIStatus createCimxmlFilter(const Request& request, const char* name, const char* query) {
     if (!isCimxmlFilter(name))
-        return ph::fail(request.broker, CMPI_RC_ERR_INVALID_PARAMETER, invalidName);
+        return fail(request.broker, CMPI_RC_ERR_INVALID_PARAMETER, invalidName);
     CimxmlFilterRow stored{};
-    ph::copyText(stored.name, name);
-    ph::Database database;
-    if (!ph::fits(stored.name, name) || !database.open())
-        return ph::fail(request.broker, createFailed);
+    copyText(stored.name, name);
+    Database database;
+    if (!fits(stored.name, name) || !database.open())
+        return fail(request.broker, createFailed);
     if (db_get_indication_filter_cimxml(database.get(), &stored) == 0)
-        return ph::fail(request.broker, "Filter already exists and active\n");
+        return fail(request.broker, "Filter already exists and active\n");
     const auto row = makeRow(name, query);
     if (!row)
-        return ph::fail(request.broker, invalidQuery);
-    if (!ph::fits(row->query, query))
-        return ph::fail(request.broker, createFailed);
+        return fail(request.broker, invalidQuery);
+    if (!fits(row->query, query))
+        return fail(request.broker, createFailed);
     (void)db_set_indication_filter_cimxml(database.get(), &*row); // not part of the answer
     return returnPath(request);
 }
 
-CMPIStatus modifyCimxmlFilter(const ph::Request& request, const char* name, const char* query) {
+CMPIStatus modifyCimxmlFilter(const Request& request, const char* name, const char* query) {
     const auto row = makeRow(name, query);
     if (!row)
-        return ph::fail(request.broker, invalidQuery);
-    ph::Database database;
-    return ph::fits(row->query, query) && database.open() &&
+        return fail(request.broker, invalidQuery);
+    Database database;
+    return fits(row->query, query) && database.open() &&
                    db_set_indication_filter_cimxml(database.get(), &*row) == 0
-               ? ph::success
-               : ph::fail(request.broker, modifyFailed);
+               ? success
+               : fail(request.broker, modifyFailed);
 }
 
 bool removeCimxmlFilter(const char* name) {
-    ph::Database database;
+    Database database;
     return database.open() && db_delete_indication_filter_cimxml(database.get(), name) == 0;
 }
 
 // ---- Requests
 
-CMPIStatus create(const ph::Request& request) {
-    ph::KeyValues keys;
+CMPIStatus create(const Request& request) {
+    KeyValues keys;
     if (!readKeys(request, g_IndicationFilterKeyList, keys))
-        return ph::fail(request.broker, keysMissing);
+        return fail(request.broker, keysMissing);
     if (ValidateConstantKeyPropertiesIF(request.ref) != 0)
-        return ph::fail(request.broker, CMPI_RC_ERR_INVALID_PARAMETER,
-                        "Invalid key properties : Only 'Name' prop is variable, refer other instances of IF");
-    const char* const query = ph::propertyText(request.instance, "Query");
+        return fail(request.broker, CMPI_RC_ERR_INVALID_PARAMETER,
+                    "Invalid key properties : Only 'Name' prop is variable, refer other instances of IF");
+    const char* const query = propertyText(request.instance, "Query");
     if (query == nullptr)
-        return ph::fail(request.broker, queryMissing);
-    const char* const name = ph::propertyText(request.instance, "Name");
+        return fail(request.broker, queryMissing);
+    const char* const name = propertyText(request.instance, "Name");
     if (name == nullptr)
-        return ph::fail(request.broker, "Required Name property");
+        return fail(request.broker, "Required Name property");
     const auto kind = kindOfFilter(name);
     if (!kind)
-        return ph::fail(request.broker, CMPI_RC_ERR_INVALID_PARAMETER, invalidName);
+        return fail(request.broker, CMPI_RC_ERR_INVALID_PARAMETER, invalidName);
     switch (*kind) {
     case FilterKind::Pef:
         return createPefFilter(request, name, query);
     case FilterKind::Cimxml:
         return createCimxmlFilter(request, name, query);
     default:
-        return ph::fail(request.broker, createFailed);
+        return fail(request.broker, createFailed);
     }
 }
 
-CMPIStatus modify(const ph::Request& request) {
-    ph::KeyValues keys;
+CMPIStatus modify(const Request& request) {
+    KeyValues keys;
     if (!readKeys(request, g_IndicationFilterKeyList, keys))
-        return ph::fail(request.broker, keysMissing);
+        return fail(request.broker, keysMissing);
     const auto filter = find(PH_Get_IndicationFilter, keys);
     if (filter == nullptr)
-        return ph::fail(request.broker, "ModifyInstance Failed - Given instance does not exist \n");
-    const char* const query = ph::propertyText(request.instance, "Query");
+        return fail(request.broker, "ModifyInstance Failed - Given instance does not exist \n");
+    const char* const query = propertyText(request.instance, "Query");
     if (query == nullptr)
-        return ph::fail(request.broker, queryMissing);
+        return fail(request.broker, queryMissing);
     switch (kindOfFilter(filter->Name).value_or(FilterKind::Other)) {
     case FilterKind::Pef:
         return modifyPefFilter(request, filter->Name, query);
     case FilterKind::Cimxml:
         return modifyCimxmlFilter(request, filter->Name, query);
     default:
-        return ph::fail(request.broker, modifyFailed);
+        return fail(request.broker, modifyFailed);
     }
 }
 
-CMPIStatus remove(const ph::Request& request) {
-    ph::KeyValues keys;
+CMPIStatus remove(const Request& request) {
+    KeyValues keys;
     if (!readKeys(request, g_IndicationFilterKeyList, keys))
-        return ph::fail(request.broker, keysMissing);
+        return fail(request.broker, keysMissing);
     const auto filter = find(PH_Get_IndicationFilter, keys);
     if (filter == nullptr)
-        return ph::fail(request.broker, "DeleteInstance Failed - Given instance does not exist \n");
+        return fail(request.broker, "DeleteInstance Failed - Given instance does not exist \n");
     const auto kind = kindOfFilter(filter->Name);
     const bool isRemoved = kind == FilterKind::Pef      ? removePefFilter(filter->Name)
                            : kind == FilterKind::Cimxml ? removeCimxmlFilter(filter->Name)
                                                         : kind.has_value();
-    return isRemoved ? ph::success : ph::fail(request.broker, deleteFailed);
+    return isRemoved ? success : fail(request.broker, deleteFailed);
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = className,
-                                                 .superclass = "CIM_ManagedElement",
-                                                 .source =
-                                                     "PEF configuration parameters 5 and 6 (Get and Set PEF "
-                                                     "Configuration Parameters); table cimxml_filter",
-                                                 .keys = g_IndicationFilterKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate,
-                                                 .failureFreesAll = true,
-                                                 .modify = modify,
-                                                 .create = create,
-                                                 .remove = remove};
+constexpr ClassDefinition<Record> definition{.name = className,
+                                             .superclass = "CIM_ManagedElement",
+                                             .source =
+                                                 "PEF configuration parameters 5 and 6 (Get and Set PEF "
+                                                 "Configuration Parameters); table cimxml_filter",
+                                             .keys = g_IndicationFilterKeyList,
+                                             .properties = properties,
+                                             .enumerate = enumerate,
+                                             .failureFreesAll = true,
+                                             .modify = modify,
+                                             .create = create,
+                                             .remove = remove};
 
 } // namespace
+} // namespace ph::indication_filter
 
-int PH_Fill_IndicationFilter(const char* query, Record* record) {
+int PH_Fill_IndicationFilter(const char* query, IndicationFilterRecord* record) {
     ph::copyText(record->SourceNamespace, PH_INTEROP_NAMESPACE);
     ph::copyText(record->QueryLanguage, "WQL");
     ph::copyText(record->Query, query);
@@ -286,17 +287,20 @@ int PH_Fill_IndicationFilter(const char* query, Record* record) {
     return 0;
 }
 
-int PH_Create_IndicationFilterInstance(Record** records, int* count, const char* systemName, const char* name,
-                                       const char* query, int namesOnly) {
-    return appendTo(records, count, properties, [&](ph::RecordArray<Record>& filters) {
-        if (systemName == nullptr || name == nullptr || query == nullptr)
-            return -1;
-        return add(filters, systemName, name, query, namesOnly != 0 ? ph::Detail::Names : ph::Detail::All);
-    });
+int PH_Create_IndicationFilterInstance(IndicationFilterRecord** records, int* count, const char* systemName,
+                                       const char* name, const char* query, int namesOnly) {
+    return ph::indications::appendTo(records, count, ph::indication_filter::properties,
+                                     [&](ph::RecordArray<IndicationFilterRecord>& filters) {
+                                         if (systemName == nullptr || name == nullptr || query == nullptr)
+                                             return -1;
+                                         return ph::indication_filter::add(filters, systemName, name, query,
+                                                                           namesOnly != 0 ? ph::Detail::Names
+                                                                                          : ph::Detail::All);
+                                     });
 }
 
 int ValidateConstantKeyPropertiesIF(const CMPIObjectPath* ref) {
-    return hasConstantKeys(ref, className) ? 0 : -1;
+    return ph::indications::hasConstantKeys(ref, ph::indication_filter::className) ? 0 : -1;
 }
 
-PH_EXPORT_CLASS_FAMILY(IndicationFilter, Record, definition)
+PH_EXPORT_CLASS_FAMILY(IndicationFilter, IndicationFilterRecord, ph::indication_filter::definition)

@@ -10,14 +10,15 @@ namespace ph {
 extern const ClassFamily family_IndicationService;
 }
 
+namespace ph::indication_service {
 namespace {
 
-using namespace ph::indications;
+using namespace indications;
 using Record = IndicationServiceRecord;
 
 constexpr const char* className = "CIM_IndicationService";
 
-constexpr ph::Property properties[] = {
+constexpr Property properties[] = {
     PH_KEY(Record, SystemCreationClassName),
     PH_KEY(Record, CreationClassName),
     PH_KEY(Record, SystemName),
@@ -35,7 +36,7 @@ constexpr ph::Property properties[] = {
     PH_PROPERTY(Record, Started),
 };
 
-int enumerate(ph::RecordArray<Record>& services, ph::Detail detail) {
+int enumerate(RecordArray<Record>& services, Detail detail) {
     char systemName[256] = "";
     if (PH_GetSPSystemName(systemName) != 0)
         return -1;
@@ -43,29 +44,30 @@ int enumerate(ph::RecordArray<Record>& services, ph::Detail detail) {
         Record* service = append(services, className, systemName, row.name);
         if (service == nullptr)
             return -1;
-        return detail == ph::Detail::Names ? 0 : PH_Fill_IndicationService(&row, service);
+        return detail == Detail::Names ? 0 : PH_Fill_IndicationService(&row, service);
     });
 }
 
-CMPIStatus modify(const ph::Request& request) {
-    return modifyDelivery(request, ph::family_IndicationService, &Record::Name);
+CMPIStatus modify(const Request& request) {
+    return modifyDelivery(request, family_IndicationService, &Record::Name);
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = className,
-                                                 .superclass = "CIM_Service",
-                                                 .source = "table indication_service",
-                                                 .keys = g_IndicationServiceKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate,
-                                                 .modify = modify,
-                                                 .isInInterop = true};
+constexpr ClassDefinition<Record> definition{.name = className,
+                                             .superclass = "CIM_Service",
+                                             .source = "table indication_service",
+                                             .keys = g_IndicationServiceKeyList,
+                                             .properties = properties,
+                                             .enumerate = enumerate,
+                                             .modify = modify,
+                                             .isInInterop = true};
 
 } // namespace
+} // namespace ph::indication_service
 
-PH_EXPORT_CLASS_FAMILY(IndicationService, Record, definition)
+PH_EXPORT_CLASS_FAMILY(IndicationService, IndicationServiceRecord, ph::indication_service::definition)
 
 int PH_Fill_IndicationService(const IndicationServiceRow* row, IndicationServiceRecord* record) {
-    fillDelivery(*record, *row);
+    ph::indications::fillDelivery(*record, *row);
     ph::fillService(*record, row->name);
     return 0;
 }

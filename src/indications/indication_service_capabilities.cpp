@@ -5,11 +5,12 @@
 
 constexpr const char* const g_IndicationServiceCapabilitiesKeyList[1] = {"InstanceID"};
 
+namespace ph::indication_service_capabilities {
 namespace {
 
 using Record = IndicationServiceCapabilitiesRecord;
 
-constexpr ph::Property properties[] = {
+constexpr Property properties[] = {
     PH_KEY(Record, InstanceID),
     PH_PROPERTY(Record, ElementName),
     PH_PROPERTY(Record, FilterCreationEnabledIsSettable),
@@ -19,25 +20,27 @@ constexpr ph::Property properties[] = {
     PH_PROPERTY(Record, SubscriptionRemovalTimeIntervalIsSettable),
 };
 
-int enumerate(ph::RecordArray<Record>& all, ph::Detail detail) {
+int enumerate(RecordArray<Record>& all, Detail detail) {
     Record* capabilities = all.append();
     if (capabilities == nullptr)
         return -1;
-    ph::copyText(capabilities->InstanceID, "IndicationServiceCapabilities1");
-    return detail == ph::Detail::Names ? 0 : PH_Fill_IndicationServiceCapabilities(capabilities);
+    copyText(capabilities->InstanceID, "IndicationServiceCapabilities1");
+    return detail == Detail::Names ? 0 : PH_Fill_IndicationServiceCapabilities(capabilities);
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = "CIM_IndicationServiceCapabilities",
-                                                 .superclass = "CIM_Capabilities",
-                                                 .source = "one fixed instance",
-                                                 .keys = g_IndicationServiceCapabilitiesKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate,
-                                                 .isInInterop = true};
+constexpr ClassDefinition<Record> definition{.name = "CIM_IndicationServiceCapabilities",
+                                             .superclass = "CIM_Capabilities",
+                                             .source = "one fixed instance",
+                                             .keys = g_IndicationServiceCapabilitiesKeyList,
+                                             .properties = properties,
+                                             .enumerate = enumerate,
+                                             .isInInterop = true};
 
 } // namespace
+} // namespace ph::indication_service_capabilities
 
-PH_EXPORT_CLASS_FAMILY(IndicationServiceCapabilities, Record, definition)
+PH_EXPORT_CLASS_FAMILY(IndicationServiceCapabilities, IndicationServiceCapabilitiesRecord,
+                       ph::indication_service_capabilities::definition)
 
 int PH_Fill_IndicationServiceCapabilities(IndicationServiceCapabilitiesRecord* record) {
     ph::copyText(record->ElementName, "Indication Service Capabilities");

@@ -10,14 +10,15 @@ namespace ph {
 extern const ClassFamily family_IndicationServiceSettingData;
 }
 
+namespace ph::indication_service_setting {
 namespace {
 
-using namespace ph::indications;
+using namespace indications;
 using Record = IndicationServiceSettingDataRecord;
 
 constexpr const char* className = "CIM_IndicationServiceSettingData";
 
-constexpr ph::Property properties[] = {
+constexpr Property properties[] = {
     PH_KEY(Record, InstanceID),
     PH_PROPERTY(Record, ElementName),
     PH_PROPERTY(Record, FilterCreationEnabled),
@@ -27,36 +28,38 @@ constexpr ph::Property properties[] = {
     PH_PROPERTY(Record, SubscriptionRemovalTimeInterval),
 };
 
-int enumerate(ph::RecordArray<Record>& settings, ph::Detail detail) {
+int enumerate(RecordArray<Record>& settings, Detail detail) {
     return forEachService([&](const IndicationServiceRow& row) {
         Record* setting = settings.append();
         if (setting == nullptr)
             return -1;
         std::snprintf(setting->InstanceID, sizeof(setting->InstanceID), "%s Settings", row.name);
-        return detail == ph::Detail::Names ? 0 : PH_Fill_IndicationServiceSettingData(&row, setting);
+        return detail == Detail::Names ? 0 : PH_Fill_IndicationServiceSettingData(&row, setting);
     });
 }
 
-CMPIStatus modify(const ph::Request& request) {
-    return modifyDelivery(request, ph::family_IndicationServiceSettingData, &Record::serviceName);
+CMPIStatus modify(const Request& request) {
+    return modifyDelivery(request, family_IndicationServiceSettingData, &Record::serviceName);
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = className,
-                                                 .superclass = "CIM_SettingData",
-                                                 .source = "table indication_service",
-                                                 .keys = g_IndicationServiceSettingDataKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate,
-                                                 .modify = modify,
-                                                 .isInInterop = true};
+constexpr ClassDefinition<Record> definition{.name = className,
+                                             .superclass = "CIM_SettingData",
+                                             .source = "table indication_service",
+                                             .keys = g_IndicationServiceSettingDataKeyList,
+                                             .properties = properties,
+                                             .enumerate = enumerate,
+                                             .modify = modify,
+                                             .isInInterop = true};
 
 } // namespace
+} // namespace ph::indication_service_setting
 
-PH_EXPORT_CLASS_FAMILY(IndicationServiceSettingData, Record, definition)
+PH_EXPORT_CLASS_FAMILY(IndicationServiceSettingData, IndicationServiceSettingDataRecord,
+                       ph::indication_service_setting::definition)
 
 int PH_Fill_IndicationServiceSettingData(const IndicationServiceRow* row,
                                          IndicationServiceSettingDataRecord* record) {
-    fillDelivery(*record, *row);
+    ph::indications::fillDelivery(*record, *row);
     ph::copyText(record->ElementName, record->InstanceID);
     ph::copyText(record->serviceName, row->name);
     return 0;

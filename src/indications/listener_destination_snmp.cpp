@@ -9,9 +9,10 @@
 constexpr const char* const g_ListenerDestinationSNMPKeyList[4] = {"SystemCreationClassName",
                                                                    "CreationClassName", "SystemName", "Name"};
 
+namespace ph::listener_destination_snmp {
 namespace {
 
-using namespace ph::indications;
+using namespace indications;
 using Record = ListenerDestinationRecord;
 
 constexpr const char* noIpv4 = "0.0.0.0";
@@ -19,19 +20,19 @@ constexpr const char* noIpv6 = "::";
 
 enum : std::uint8_t { ipv4Format = 0, ipv6Format = 1 };
 
-bool setIpv4(ph::IpmiSession& session, const LanDestinationName& name, const std::uint8_t (&address)[4]) {
+bool setIpv4(IpmiSession& session, const LanDestinationName& name, const std::uint8_t (&address)[4]) {
     return CIM_SetLANDestinationAddress(session.get(), name.channel, name.selector, ipv4Format, address,
-                                        ph::hookTimeout) == 0;
+                                        hookTimeout) == 0;
 }
 
-bool setIpv6(ph::IpmiSession& session, const LanDestinationName& name, const std::uint8_t (&address)[16]) {
+bool setIpv6(IpmiSession& session, const LanDestinationName& name, const std::uint8_t (&address)[16]) {
     return CIM_SetLANDestinationV6Address(session.get(), name.channel, name.selector, ipv6Format, address,
-                                          ph::hookTimeout) == 0;
+                                          hookTimeout) == 0;
 }
 
-bool readIpv6(ph::IpmiSession& session, std::uint8_t channel, std::uint8_t selector,
+bool readIpv6(IpmiSession& session, std::uint8_t channel, std::uint8_t selector,
               CIM_LANDestinationV6Address& address) {
-    return CIM_GetLANDestinationV6Address(session.get(), channel, selector, &address, ph::hookTimeout) == 0;
+    return CIM_GetLANDestinationV6Address(session.get(), channel, selector, &address, hookTimeout) == 0;
 }
 
 template <std::size_t N>
@@ -39,7 +40,7 @@ bool isSet(const std::uint8_t (&address)[N]) {
     return std::any_of(address, address + N, [](std::uint8_t byte) { return byte != 0; });
 }
 
-std::optional<bool> describe(ph::IpmiSession& session, std::uint8_t channel, std::uint8_t selector,
+std::optional<bool> describe(IpmiSession& session, std::uint8_t channel, std::uint8_t selector,
                              const CIM_LANDestinationAddress& address, char* text) {
     constexpr socklen_t size = sizeof(Record::Destination);
     if (address.selector != 0)
@@ -50,7 +51,7 @@ std::optional<bool> describe(ph::IpmiSession& session, std::uint8_t channel, std
     return ipv6.isUsed != 0 && inet_ntop(AF_INET6, ipv6.address, text, size) != nullptr;
 }
 
-std::optional<bool> isActive(ph::IpmiSession& session, const LanDestinationName& name,
+std::optional<bool> isActive(IpmiSession& session, const LanDestinationName& name,
                              const CIM_LANDestinationAddress& address) {
     if (isSet(address.address))
         return true;
@@ -60,8 +61,8 @@ std::optional<bool> isActive(ph::IpmiSession& session, const LanDestinationName&
     return isSet(ipv6.address);
 }
 
-const char* write(ph::IpmiSession& session, const LanDestinationName& name, const char* destination,
-                  bool isNew, const char* failed) {
+const char* write(IpmiSession& session, const LanDestinationName& name, const char* destination, bool isNew,
+                  const char* failed) {
     if (std::strcmp(destination, noIpv4) == 0 || std::strcmp(destination, noIpv6) == 0)
         return "Invalid Destination Address\n";
     std::uint8_t ipv4[4];
@@ -74,7 +75,7 @@ const char* write(ph::IpmiSession& session, const LanDestinationName& name, cons
     return isWritten ? nullptr : failed;
 }
 
-bool clear(ph::IpmiSession& session, const LanDestinationName& name) {
+bool clear(IpmiSession& session, const LanDestinationName& name) {
     return setIpv6(session, name, {}) && setIpv4(session, name, {}) &&
            setType(session, name, CIM_DESTINATION_PET_TRAP);
 }
@@ -92,18 +93,22 @@ constexpr LanDestinationClass family{.name = "CIM_ListenerDestinationSNMP",
                                      .get = PH_Get_ListenerDestinationSNMP};
 
 } // namespace
+} // namespace ph::listener_destination_snmp
 
-int PH_Fill_ListenerDestinationSNMP(const char* destination, Record* record) {
-    return fillLanDestination(family, destination, record);
+int PH_Fill_ListenerDestinationSNMP(const char* destination, ListenerDestinationRecord* record) {
+    return ph::indications::fillLanDestination(ph::listener_destination_snmp::family, destination, record);
 }
 
-int PH_Create_ListenerDestinationSNMPInstance(Record** records, int* count, const char* systemName,
-                                              const char* name, const char* destination, int namesOnly) {
-    return appendLanDestination(family, records, count, systemName, name, destination, namesOnly);
+int PH_Create_ListenerDestinationSNMPInstance(ListenerDestinationRecord** records, int* count,
+                                              const char* systemName, const char* name,
+                                              const char* destination, int namesOnly) {
+    return ph::indications::appendLanDestination(ph::listener_destination_snmp::family, records, count,
+                                                 systemName, name, destination, namesOnly);
 }
 
 int ValidateConstantKeyPropertiesLDSNMP(const CMPIObjectPath* ref) {
-    return hasConstantKeys(ref, family.name) ? 0 : -1;
+    return ph::indications::hasConstantKeys(ref, ph::listener_destination_snmp::family.name) ? 0 : -1;
 }
 
-PH_EXPORT_CLASS_FAMILY(ListenerDestinationSNMP, Record, lanDestinationDefinition<family>)
+PH_EXPORT_CLASS_FAMILY(ListenerDestinationSNMP, ListenerDestinationRecord,
+                       ph::indications::lanDestinationDefinition<ph::listener_destination_snmp::family>)

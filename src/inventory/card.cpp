@@ -3,24 +3,26 @@
 
 constexpr const char* const g_CardKeyList[2] = {ph::inventory::elementKeys[0], ph::inventory::elementKeys[1]};
 
+namespace ph::card {
 namespace {
 
-using ph::inventory::Record;
+using inventory::Record;
 
-constexpr ph::Property cardProperties[] = {
+constexpr Property cardProperties[] = {
     PH_PROPERTY(Record, HostingBoard),
 };
-constexpr auto properties = ph::joined(ph::inventory::packageElementProperties, cardProperties);
+constexpr auto properties = joined(inventory::packageElementProperties, cardProperties);
 
-constexpr ph::inventory::PhysicalClass<Record> physicalClass{
+constexpr inventory::PhysicalClass<Record> physicalClass{
     "CIM_Card",
     [](const PackageRow& row, SMASH_DB_HANDLE, Record& element) { return PH_Fill_Card(&row, &element); }};
 
-constexpr auto definition = ph::inventory::define<physicalClass>(
+constexpr auto definition = inventory::define<physicalClass>(
     "CIM_PhysicalPackage", "table package (FRU inventory, SDR types 10h, 11h and 12h)", g_CardKeyList,
     properties);
 
 } // namespace
+} // namespace ph::card
 
 int PH_Fill_Card(const PackageRow* row, PhysicalElementRecord* record) {
     constexpr std::uint8_t systemBoard = 7; // IPMI entity ID
@@ -30,4 +32,4 @@ int PH_Fill_Card(const PackageRow* row, PhysicalElementRecord* record) {
     return 0;
 }
 
-PH_EXPORT_CLASS_FAMILY(Card, Record, definition)
+PH_EXPORT_CLASS_FAMILY(Card, PhysicalElementRecord, ph::card::definition)

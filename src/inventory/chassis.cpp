@@ -9,9 +9,10 @@
 constexpr const char* const g_ChassisKeyList[2] = {ph::inventory::elementKeys[0],
                                                    ph::inventory::elementKeys[1]};
 
+namespace ph::chassis {
 namespace {
 
-using ph::inventory::Record;
+using inventory::Record;
 
 constexpr std::uint16_t notKnown = 0, isSo = 1; // DMTF RackMountable and MultipleSystemSupport
 
@@ -58,33 +59,34 @@ bool isMountingKnown(const Record& chassis) {
     return chassis.RackMountable != notKnown;
 }
 
-constexpr ph::Property chassisProperties[] = {
+constexpr Property chassisProperties[] = {
     PH_PROPERTY(Record, ChassisPackageType),
-    PH_PROPERTY_IF(Record, ChassisTypeDescription, ph::inventory::isGiven<&Record::ChassisTypeDescription>),
+    PH_PROPERTY_IF(Record, ChassisTypeDescription, inventory::isGiven<&Record::ChassisTypeDescription>),
     PH_PROPERTY_IF(Record, MultipleSystemSupport, isMultipleKnown),
     PH_PROPERTY_IF(Record, RackMountable, isMountingKnown),
 };
-constexpr auto properties = ph::joined(ph::inventory::packageElementProperties, chassisProperties);
+constexpr auto properties = joined(inventory::packageElementProperties, chassisProperties);
 
-constexpr ph::inventory::PhysicalClass<Record> physicalClass{
+constexpr inventory::PhysicalClass<Record> physicalClass{
     "CIM_Chassis",
     [](const PackageRow& row, SMASH_DB_HANDLE, Record& element) { return PH_Fill_Chassis(&row, &element); }};
 
-constexpr auto definition = ph::inventory::define<physicalClass>(
+constexpr auto definition = inventory::define<physicalClass>(
     "CIM_PhysicalFrame", "table package (FRU inventory, SDR types 10h, 11h and 12h)", g_ChassisKeyList,
     properties);
 
 } // namespace
+} // namespace ph::chassis
 
 int PH_Fill_Chassis(const PackageRow* row, PhysicalElementRecord* record) {
     ph::inventory::fillElement(*row, *record);
     ph::inventory::fillPackageType(*row, *record);
-    const ChassisType type = chassisType(row->chassisType);
+    const ph::chassis::ChassisType type = ph::chassis::chassisType(row->chassisType);
     record->ChassisPackageType = type.cim;
     ph::copyText(record->ChassisTypeDescription, type.description);
-    record->MultipleSystemSupport = type.holdsSystems ? isSo : notKnown;
-    record->RackMountable = type.isRackMountable ? isSo : notKnown;
+    record->MultipleSystemSupport = type.holdsSystems ? ph::chassis::isSo : ph::chassis::notKnown;
+    record->RackMountable = type.isRackMountable ? ph::chassis::isSo : ph::chassis::notKnown;
     return 0;
 }
 
-PH_EXPORT_CLASS_FAMILY(Chassis, Record, definition)
+PH_EXPORT_CLASS_FAMILY(Chassis, PhysicalElementRecord, ph::chassis::definition)

@@ -10,6 +10,7 @@
 constexpr const char* const g_OperatingSystemKeyList[4] = {"CSCreationClassName", "CSName",
                                                            "CreationClassName", "Name"};
 
+namespace ph::operating_system {
 namespace {
 
 using Record = OperatingSystemRecord;
@@ -24,7 +25,7 @@ bool isOfOtherType(const Record& record) {
     return record.OSType == ph::OSType::Other;
 }
 
-constexpr ph::Property properties[] = {
+constexpr Property properties[] = {
     PH_KEY(Record, CSCreationClassName),
     PH_KEY(Record, CSName),
     PH_KEY(Record, CreationClassName),
@@ -40,30 +41,30 @@ constexpr ph::Property properties[] = {
     PH_PROPERTY(Record, HealthState),
 };
 
-int enumerate(ph::RecordArray<Record>& systems, ph::Detail detail) {
+int enumerate(RecordArray<Record>& systems, Detail detail) {
     char hostName[256] = "";
     Record* system = systems.append();
     if (system == nullptr || PH_GetHostSystemName(hostName) != 0)
         return -1;
-    ph::copyText(system->CSCreationClassName, ph::hostClass);
-    ph::copyText(system->CSName, hostName);
-    ph::copyText(system->CreationClassName, className);
-    ph::copyText(system->Name, systemName);
-    return detail == ph::Detail::Names ? 0 : PH_Fill_OperatingSystem(system);
+    copyText(system->CSCreationClassName, hostClass);
+    copyText(system->CSName, hostName);
+    copyText(system->CreationClassName, className);
+    copyText(system->Name, systemName);
+    return detail == Detail::Names ? 0 : PH_Fill_OperatingSystem(system);
 }
 
 bool shutDown(CMPIString** /*keyValues*/, std::uint16_t state) {
     using namespace ph::RequestedState;
-    return (state == Disabled || state == ShutDown) && ph::switchPower(CIM_SoftOff) == 0;
+    return (state == Disabled || state == ShutDown) && switchPower(CIM_SoftOff) == 0;
 }
 
-ph::MethodAnswer changeState(ph::MethodCall& call) {
-    return ph::computer::changeState(call, {"OperatingSystem_RequestStateChange", shutDown, nullptr});
+MethodAnswer changeState(MethodCall& call) {
+    return computer::changeState(call, {"OperatingSystem_RequestStateChange", shutDown, nullptr});
 }
 
-constexpr ph::Method methods[] = {ph::computer::stateChangeMethod(changeState)};
+constexpr Method methods[] = {computer::stateChangeMethod(changeState)};
 
-constexpr ph::ClassDefinition<Record> definition{
+constexpr ClassDefinition<Record> definition{
     .name = className,
     .superclass = "CIM_EnabledLogicalElement",
     .source = "Get System Info Parameters 2 to 5; Get Chassis Status, Get ACPI Power State, Get Sensor "
@@ -78,8 +79,8 @@ constexpr ph::ClassDefinition<Record> definition{
 
 // A system info parameter; the text is empty where the BMC does not tell.
 struct InfoText {
-    InfoText(ph::IpmiSession& session, std::uint8_t parameter) {
-        if (CIM_GetSystemInfo(session.get(), parameter, text, ph::hookTimeout) != 0)
+    InfoText(IpmiSession& session, std::uint8_t parameter) {
+        if (CIM_GetSystemInfo(session.get(), parameter, text, hookTimeout) != 0)
             text[0] = '\0';
     }
     bool isEmpty() const { return text[0] == '\0'; }
@@ -87,21 +88,21 @@ struct InfoText {
     char text[CIM_SYSTEM_INFO_SIZE] = "";
 };
 
-void fillNames(ph::IpmiSession& session, Record& record) {
+void fillNames(IpmiSession& session, Record& record) {
     const InfoText running(session, CIM_SYSTEM_OS_NAME);
     const InfoText version(session, CIM_SYSTEM_OS_VERSION);
-    ph::copyText(record.ElementName, systemName);
-    ph::copyText(record.Version, version.text);
+    copyText(record.ElementName, systemName);
+    copyText(record.Version, version.text);
     if (!running.isEmpty())
-        ph::copyText(record.ElementName, running.text);
+        copyText(record.ElementName, running.text);
     const InfoText primary(session, CIM_SYSTEM_PRIMARY_OS_NAME);
     if (running.isEmpty() && !primary.isEmpty())
-        ph::copyText(record.ElementName, primary.text);
+        copyText(record.ElementName, primary.text);
     if (running.isEmpty() && primary.isEmpty())
         return;
     const bool isLinux = strcasestr(record.ElementName, "Linux") != nullptr;
     record.OSType = isLinux ? ph::OSType::Linux : ph::OSType::Other;
-    ph::copyText(record.OtherTypeDescription, record.ElementName);
+    copyText(record.OtherTypeDescription, record.ElementName);
 }
 
 // Returns whether an ACPI state, as IPMI numbers them, is one of sleep.
@@ -111,33 +112,34 @@ bool isAsleep(std::uint8_t acpiState) {
 }
 constexpr std::uint8_t hibernated = 4; // S4
 
-void fillState(bool isOn, std::uint8_t acpiState, const ph::OsCondition& condition, Record& record) {
+void fillState(bool isOn, std::uint8_t acpiState, const OsCondition& condition, Record& record) {
     namespace Available = ph::RequestedState;
     if (!isOn) {
         record.EnabledState =
             acpiState == hibernated ? ph::EnabledState::EnabledButOffline : ph::EnabledState::Disabled;
         record.HealthState = ph::HealthState::OK;
-        ph::setList(record.OperationalStatus, {ph::OperationalStatus::Stopped});
+        setList(record.OperationalStatus, {ph::OperationalStatus::Stopped});
         return;
     }
     record.EnabledState = condition.isShuttingDown ? ph::EnabledState::ShuttingDown
                           : isAsleep(acpiState)    ? ph::EnabledState::Quiesce
                                                    : ph::EnabledState::Enabled;
     record.HealthState = condition.healthState;
-    ph::setList(record.OperationalStatus, {condition.operationalStatus});
-    ph::setSlots(record.AvailableRequestedStates, {Available::Disabled, Available::ShutDown});
+    setList(record.OperationalStatus, {condition.operationalStatus});
+    setSlots(record.AvailableRequestedStates, {Available::Disabled, Available::ShutDown});
 }
 
 } // namespace
+} // namespace ph::operating_system
 
-PH_EXPORT_CLASS_FAMILY(OperatingSystem, Record, definition)
+PH_EXPORT_CLASS_FAMILY(OperatingSystem, OperatingSystemRecord, ph::operating_system::definition)
 
 int PH_Fill_OperatingSystem(OperatingSystemRecord* record) {
     ph::IpmiSession session;
     ph::OsCondition condition;
     if (!session.open() || !condition.read(session))
         return -1;
-    fillNames(session, *record);
+    ph::operating_system::fillNames(session, *record);
     ph::setSlots(record->AvailableRequestedStates, {});
     ph::setList(record->OperationalStatus, {ph::OperationalStatus::Unknown});
     std::uint8_t acpiState = CIM_ACPI_UNKNOWN, deviceState = CIM_ACPI_UNKNOWN;
@@ -146,6 +148,6 @@ int PH_Fill_OperatingSystem(OperatingSystemRecord* record) {
         acpiState = condition.acpiState;
     CIM_ChassisStatus chassis{};
     if (CIM_GetChassisStatus(session.get(), &chassis, ph::hookTimeout) == 0)
-        fillState(ph::isPowerOn(chassis), acpiState, condition, *record);
+        ph::operating_system::fillState(ph::isPowerOn(chassis), acpiState, condition, *record);
     return 0;
 }

@@ -6,10 +6,10 @@
 
 constexpr const char* const g_PhysicalAssetCapabilitiesKeyList[1] = {"InstanceID"};
 
+namespace ph::physical_asset_capabilities {
 namespace {
 
 using Record = PhysicalAssetCapabilitiesRecord;
-using ph::Property;
 
 constexpr Property properties[] = {
     PH_KEY(Record, InstanceID),
@@ -17,7 +17,7 @@ constexpr Property properties[] = {
     PH_PROPERTY(Record, FRUInfoSupported),
 };
 
-Record* append(ph::RecordArray<Record>& all, const char* tag) {
+Record* append(RecordArray<Record>& all, const char* tag) {
     Record* capabilities = all.append();
     if (capabilities != nullptr)
         std::snprintf(capabilities->InstanceID, sizeof capabilities->InstanceID,
@@ -25,39 +25,40 @@ Record* append(ph::RecordArray<Record>& all, const char* tag) {
     return capabilities;
 }
 
-int enumerate(ph::RecordArray<Record>& all, ph::Detail detail) {
-    ph::Database database;
-    ph::Rows<PackageRow> rows;
-    ph::Rows<ConnectorRow> connectors;
+int enumerate(RecordArray<Record>& all, Detail detail) {
+    Database database;
+    Rows<PackageRow> rows;
+    Rows<ConnectorRow> connectors;
     if (!database.open() || !rows.read(database.get(), db_get_all_packages) ||
         !connectors.read(database.get(), db_get_all_connectors))
         return -1;
     for (const PackageRow& row : rows.all()) {
-        if (!ph::inventory::isServed(row))
+        if (!inventory::isServed(row))
             continue;
         Record* capabilities = append(all, row.tag);
         if (capabilities == nullptr)
             return -1;
-        if (detail == ph::Detail::All && PH_Fill_PhysicalAssetCapabilities(&row, capabilities) != 0)
+        if (detail == Detail::All && PH_Fill_PhysicalAssetCapabilities(&row, capabilities) != 0)
             return -1;
     }
     for (const ConnectorRow& row : connectors.all()) { // none has a FRU device
         Record* capabilities = append(all, row.tag);
         if (capabilities == nullptr)
             return -1;
-        ph::copyText(capabilities->ElementName, row.name);
+        copyText(capabilities->ElementName, row.name);
     }
     return 0;
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = "CIM_PhysicalAssetCapabilities",
-                                                 .superclass = "CIM_Capabilities",
-                                                 .source = "tables package and connector",
-                                                 .keys = g_PhysicalAssetCapabilitiesKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate};
+constexpr ClassDefinition<Record> definition{.name = "CIM_PhysicalAssetCapabilities",
+                                             .superclass = "CIM_Capabilities",
+                                             .source = "tables package and connector",
+                                             .keys = g_PhysicalAssetCapabilitiesKeyList,
+                                             .properties = properties,
+                                             .enumerate = enumerate};
 
 } // namespace
+} // namespace ph::physical_asset_capabilities
 
 int PH_Fill_PhysicalAssetCapabilities(const PackageRow* row, PhysicalAssetCapabilitiesRecord* record) {
     ph::copyText(record->ElementName, ph::inventory::nameOf(*row).text);
@@ -65,4 +66,5 @@ int PH_Fill_PhysicalAssetCapabilities(const PackageRow* row, PhysicalAssetCapabi
     return 0;
 }
 
-PH_EXPORT_CLASS_FAMILY(PhysicalAssetCapabilities, Record, definition)
+PH_EXPORT_CLASS_FAMILY(PhysicalAssetCapabilities, PhysicalAssetCapabilitiesRecord,
+                       ph::physical_asset_capabilities::definition)

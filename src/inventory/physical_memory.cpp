@@ -5,6 +5,7 @@
 constexpr const char* const g_PhysicalMemoryKeyList[2] = {ph::inventory::elementKeys[0],
                                                           ph::inventory::elementKeys[1]};
 
+namespace ph::physical_memory {
 namespace {
 
 using Record = PhysicalMemoryRecord;
@@ -20,7 +21,7 @@ bool isFast(const Record&) {
     return true;
 }
 
-constexpr ph::Property memoryProperties[] = {
+constexpr Property memoryProperties[] = {
     PH_PROPERTY(Record, FormFactor),
     PH_PROPERTY(Record, MemoryType),
     PH_PROPERTY_IF(Record, TotalWidth, isKnown<&Record::TotalWidth>),
@@ -31,23 +32,24 @@ constexpr ph::Property memoryProperties[] = {
     PH_COMPUTED_IF("IsSpeedInMhz", isFast, isKnown<&Record::MaxMemorySpeed>),
     PH_PROPERTY_IF(Record, MaxMemorySpeed, isKnown<&Record::MaxMemorySpeed>),
 };
-constexpr auto properties = ph::joined(ph::inventory::elementProperties, memoryProperties);
+constexpr auto properties = joined(inventory::elementProperties, memoryProperties);
 
 int fill(const PackageRow& row, SMASH_DB_HANDLE database, Record& memory) {
     MemoryModuleRow* module = nullptr;
     if (db_get_memory_module(database, row.entityId, row.entityInstance, &module) != 0)
         return -1;
-    const ph::HeapPtr<MemoryModuleRow> owner(module);
+    const HeapPtr<MemoryModuleRow> owner(module);
     return PH_Fill_PhysicalMemory(&row, module, &memory);
 }
 
-constexpr ph::inventory::PhysicalClass<Record> physicalClass{"CIM_PhysicalMemory", fill};
+constexpr inventory::PhysicalClass<Record> physicalClass{"CIM_PhysicalMemory", fill};
 
-constexpr auto definition = ph::inventory::define<physicalClass, Record>(
+constexpr auto definition = inventory::define<physicalClass, Record>(
     "CIM_Chip", "tables package and memory_module (FRU inventory, SDR types 10h and 11h, SMBIOS type 17)",
     g_PhysicalMemoryKeyList, properties);
 
 } // namespace
+} // namespace ph::physical_memory
 
 int PH_Fill_PhysicalMemory(const PackageRow* row, const MemoryModuleRow* module,
                            PhysicalMemoryRecord* record) {
@@ -65,4 +67,4 @@ int PH_Fill_PhysicalMemory(const PackageRow* row, const MemoryModuleRow* module,
     return 0;
 }
 
-PH_EXPORT_CLASS_FAMILY(PhysicalMemory, Record, definition)
+PH_EXPORT_CLASS_FAMILY(PhysicalMemory, PhysicalMemoryRecord, ph::physical_memory::definition)

@@ -5,34 +5,36 @@
 constexpr const char* const g_PhysicalPackageKeyList[2] = {ph::inventory::elementKeys[0],
                                                            ph::inventory::elementKeys[1]};
 
+namespace ph::physical_package {
 namespace {
 
-using ph::inventory::Record;
+using inventory::Record;
 
 bool isRemovalKnown(const Record& element) {
     return element.RemovalConditions != ph::RemovalConditions::Unknown;
 }
 
-constexpr ph::Property removalProperties[] = {
+constexpr Property removalProperties[] = {
     PH_PROPERTY_IF(Record, RemovalConditions, isRemovalKnown),
 };
-constexpr auto properties = ph::joined(ph::inventory::packageElementProperties, removalProperties);
+constexpr auto properties = joined(inventory::packageElementProperties, removalProperties);
 
 int fill(const PackageRow& row, SMASH_DB_HANDLE database, Record& element) {
     PowerSupplyInfoRow* supply = nullptr;
     if (db_get_power_supply_info(database, row.entityId, row.entityInstance, &supply) != 0)
         return -1;
-    const ph::HeapPtr<PowerSupplyInfoRow> owner(supply);
+    const HeapPtr<PowerSupplyInfoRow> owner(supply);
     return PH_Fill_PhysicalPackage(&row, supply, &element);
 }
 
-constexpr ph::inventory::PhysicalClass<Record> physicalClass{"CIM_PhysicalPackage", fill};
+constexpr inventory::PhysicalClass<Record> physicalClass{"CIM_PhysicalPackage", fill};
 
-constexpr auto definition = ph::inventory::define<physicalClass>(
+constexpr auto definition = inventory::define<physicalClass>(
     "CIM_PhysicalElement", "tables package and power_supply_info (FRU inventory, SDR types 10h, 11h and 12h)",
     g_PhysicalPackageKeyList, properties);
 
 } // namespace
+} // namespace ph::physical_package
 
 int PH_Fill_PhysicalPackage(const PackageRow* row, const PowerSupplyInfoRow* supply,
                             PhysicalElementRecord* record) {
@@ -45,4 +47,4 @@ int PH_Fill_PhysicalPackage(const PackageRow* row, const PowerSupplyInfoRow* sup
     return 0;
 }
 
-PH_EXPORT_CLASS_FAMILY(PhysicalPackage, Record, definition)
+PH_EXPORT_CLASS_FAMILY(PhysicalPackage, PhysicalElementRecord, ph::physical_package::definition)

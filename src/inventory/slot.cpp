@@ -3,30 +3,30 @@
 
 constexpr const char* const g_SlotKeyList[2] = {ph::inventory::elementKeys[0], ph::inventory::elementKeys[1]};
 
+namespace ph::slot {
 namespace {
 
 constexpr const char* className = "CIM_Slot";
 
-constexpr ph::Property slotProperties[] = {
+constexpr Property slotProperties[] = {
     PH_PROPERTY(ConnectorRecord, SupportsHotPlug),
-    PH_PROPERTY_IF(ConnectorRecord, MaxDataWidth,
-                   ph::inventory::isNumberKnown<&ConnectorRecord::MaxDataWidth>),
-    PH_PROPERTY_IF(ConnectorRecord, MaxLinkWidth,
-                   ph::inventory::isNumberKnown<&ConnectorRecord::MaxLinkWidth>),
-    PH_PROPERTY_IF(ConnectorRecord, Number, ph::inventory::isNumberKnown<&ConnectorRecord::Number>),
+    PH_PROPERTY_IF(ConnectorRecord, MaxDataWidth, inventory::isNumberKnown<&ConnectorRecord::MaxDataWidth>),
+    PH_PROPERTY_IF(ConnectorRecord, MaxLinkWidth, inventory::isNumberKnown<&ConnectorRecord::MaxLinkWidth>),
+    PH_PROPERTY_IF(ConnectorRecord, Number, inventory::isNumberKnown<&ConnectorRecord::Number>),
 };
-constexpr auto properties = ph::joined(ph::inventory::connectorProperties, slotProperties);
+constexpr auto properties = joined(inventory::connectorProperties, slotProperties);
 
-constexpr ph::ClassDefinition<ConnectorRecord> definition{
+constexpr ClassDefinition<ConnectorRecord> definition{
     .name = className,
     .superclass = "CIM_PhysicalConnector",
     .source = "table connector (SMBIOS types 4, 9 and 17)",
     .keys = g_SlotKeyList,
     .properties = properties,
-    .enumerate = [](ph::RecordArray<ConnectorRecord>& connectors, ph::Detail) {
-        return ph::inventory::enumerateConnectors(connectors, true, className);
+    .enumerate = [](RecordArray<ConnectorRecord>& connectors, Detail) {
+        return inventory::enumerateConnectors(connectors, true, className);
     }};
 
 } // namespace
+} // namespace ph::slot
 
-PH_EXPORT_CLASS_FAMILY(Slot, ConnectorRecord, definition)
+PH_EXPORT_CLASS_FAMILY(Slot, ConnectorRecord, ph::slot::definition)

@@ -12,6 +12,7 @@
 
 constexpr const char* const g_SoftwareIdentityKeyList[1] = {"InstanceID"};
 
+namespace ph::software_identity {
 namespace {
 
 using Record = SoftwareIdentityRecord;
@@ -21,7 +22,7 @@ bool knows(const Record& record) {
     return (record.known & bit) != 0;
 }
 
-constexpr ph::Property properties[] = {
+constexpr Property properties[] = {
     PH_KEY(Record, InstanceID),
     PH_PROPERTY(Record, ElementName),
     PH_PROPERTY_IF(Record, MajorVersion, knows<PH_VERSION_KNOWN>),
@@ -35,43 +36,43 @@ constexpr ph::Property properties[] = {
     PH_PROPERTY(Record, IsEntity),
 };
 
-Record* append(ph::RecordArray<Record>& identities, const char* name) {
+Record* append(RecordArray<Record>& identities, const char* name) {
     Record* identity = identities.append();
     if (identity == nullptr)
         return nullptr;
     std::snprintf(identity->InstanceID, sizeof(identity->InstanceID), "IPMI:%s", name);
-    ph::copyText(identity->ElementName, name);
+    copyText(identity->ElementName, name);
     identity->IsEntity = true;
     return identity;
 }
 
 // A platform that keeps no images need not have the function.
-int appendStored(ph::RecordArray<Record>& identities, ph::IpmiSession& session) {
+int appendStored(RecordArray<Record>& identities, IpmiSession& session) {
     CIM_StoredFirmware images[CIM_MAX_STORED_FIRMWARE] = {};
     std::uint8_t count = 0;
-    if (CIM_GetStoredFirmware(session.get(), images, &count, ph::hookTimeout) != 0)
+    if (CIM_GetStoredFirmware(session.get(), images, &count, hookTimeout) != 0)
         return 0;
     for (int i = 0; i < std::min<int>(count, CIM_MAX_STORED_FIRMWARE); ++i) {
         Record* identity = append(identities, images[i].name);
         if (identity == nullptr || PH_Fill_SystemFirmware(images[i].version, identity) != 0)
             return -1;
-        ph::writeStoredId(images[i], identity->InstanceID);
-        ph::setList(identity->Classifications, {ph::Classifications::Firmware});
+        writeStoredId(images[i], identity->InstanceID);
+        setList(identity->Classifications, {ph::Classifications::Firmware});
     }
     return 0;
 }
 
 // The host's version is asked for first: a BMC that falls silent then fails the second question too, and is
 // not taken for one that does not know the host's version.
-int enumerate(ph::RecordArray<Record>& identities, ph::Detail /*detail*/) {
-    ph::IpmiSession session;
+int enumerate(RecordArray<Record>& identities, Detail /*detail*/) {
+    IpmiSession session;
     char version[CIM_SYSTEM_INFO_SIZE] = "";
     CIM_DeviceID device{};
     if (!session.open())
         return -1;
-    if (CIM_GetSystemInfo(session.get(), CIM_SYSTEM_FIRMWARE_VERSION, version, ph::hookTimeout) != 0)
+    if (CIM_GetSystemInfo(session.get(), CIM_SYSTEM_FIRMWARE_VERSION, version, hookTimeout) != 0)
         version[0] = '\0';
-    if (CIM_GetDeviceID(session.get(), &device, ph::hookTimeout) != 0)
+    if (CIM_GetDeviceID(session.get(), &device, hookTimeout) != 0)
         return -1;
     Record* firmware = append(identities, "BMC Firmware");
     if (firmware == nullptr || PH_Fill_BMCFirmware(&device, firmware) != 0)
@@ -84,7 +85,7 @@ int enumerate(ph::RecordArray<Record>& identities, ph::Detail /*detail*/) {
     return appendStored(identities, session);
 }
 
-constexpr ph::ClassDefinition<Record> definition{
+constexpr ClassDefinition<Record> definition{
     .name = "CIM_SoftwareIdentity",
     .superclass = "CIM_LogicalElement",
     .source = "Get Device ID; Get System Info Parameters 1; images that are kept",
@@ -97,13 +98,14 @@ constexpr unsigned fromBcd(std::uint8_t byte) {
 }
 
 } // namespace
+} // namespace ph::software_identity
 
-PH_EXPORT_CLASS_FAMILY(SoftwareIdentity, Record, definition)
+PH_EXPORT_CLASS_FAMILY(SoftwareIdentity, SoftwareIdentityRecord, ph::software_identity::definition)
 
 int PH_Fill_BMCFirmware(const CIM_DeviceID* device, SoftwareIdentityRecord* record) {
     record->known = PH_VERSION_KNOWN;
     record->MajorVersion = device->firmwareMajor;
-    record->MinorVersion = static_cast<std::uint16_t>(fromBcd(device->firmwareMinor));
+    record->MinorVersion = static_cast<std::uint16_t>(ph::software_identity::fromBcd(device->firmwareMinor));
     char build[10] = "";
     if (device->hasAuxiliary != 0) {
         record->known |= PH_LARGE_BUILD_KNOWN;

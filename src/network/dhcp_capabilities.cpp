@@ -4,11 +4,12 @@
 
 constexpr const char* const g_DHCPCapabilitiesKeyList[1] = {"InstanceID"};
 
+namespace ph::dhcp_capabilities {
 namespace {
 
 using Record = DHCPCapabilitiesRecord;
 
-constexpr ph::Property properties[] = {
+constexpr Property properties[] = {
     PH_KEY(Record, InstanceID),
     PH_PROPERTY(Record, ElementName),
     PH_PROPERTY(Record, ElementNameEditSupported),
@@ -16,29 +17,30 @@ constexpr ph::Property properties[] = {
     PH_PROPERTY(Record, OptionsSupported),
 };
 
-int enumerate(ph::RecordArray<Record>& all, ph::Detail detail) {
+int enumerate(RecordArray<Record>& all, Detail detail) {
     Record* capabilities = all.append();
     if (capabilities == nullptr)
         return -1;
-    ph::copyText(capabilities->InstanceID, "DHCPCapabilities1");
-    if (detail == ph::Detail::Names)
+    copyText(capabilities->InstanceID, "DHCPCapabilities1");
+    if (detail == Detail::Names)
         return 0;
     ph::dns::Settings dns;
     return dns.read() ? PH_Fill_DHCPCapabilities(capabilities, dns.areThere()) : -1;
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = "CIM_DHCPCapabilities",
-                                                 .superclass = "CIM_EnabledLogicalElementCapabilities",
-                                                 .source = "one fixed instance; DNS settings (OEM)",
-                                                 .keys = g_DHCPCapabilitiesKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate};
+constexpr ClassDefinition<Record> definition{.name = "CIM_DHCPCapabilities",
+                                             .superclass = "CIM_EnabledLogicalElementCapabilities",
+                                             .source = "one fixed instance; DNS settings (OEM)",
+                                             .keys = g_DHCPCapabilitiesKeyList,
+                                             .properties = properties,
+                                             .enumerate = enumerate};
 
 } // namespace
+} // namespace ph::dhcp_capabilities
 
-PH_EXPORT_CLASS_FAMILY(DHCPCapabilities, Record, definition)
+PH_EXPORT_CLASS_FAMILY(DHCPCapabilities, DHCPCapabilitiesRecord, ph::dhcp_capabilities::definition)
 
-int PH_Fill_DHCPCapabilities(Record* record, int hasDns) {
+int PH_Fill_DHCPCapabilities(DHCPCapabilitiesRecord* record, int hasDns) {
     using namespace ph::DhcpOption;
     ph::copyText(record->ElementName, "DHCP Client Capabilities");
     ph::setSlots(record->RequestedStatesSupported,

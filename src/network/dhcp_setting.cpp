@@ -4,13 +4,14 @@
 
 constexpr const char* const g_DHCPSettingDataKeyList[1] = {"InstanceID"};
 
+namespace ph::dhcp_setting {
 namespace {
 
 using Record = DHCPSettingDataRecord;
 
 constexpr const char* className = "CIM_DHCPSettingData";
 
-constexpr ph::Property properties[] = {
+constexpr Property properties[] = {
     PH_KEY(Record, InstanceID),
     PH_PROPERTY(Record, ElementName),
     PH_PROPERTY(Record, AddressOrigin),
@@ -18,27 +19,27 @@ constexpr ph::Property properties[] = {
     PH_PROPERTY(Record, RequestedOptions),
 };
 
-int enumerate(ph::RecordArray<Record>& settings, ph::Detail detail) {
-    ph::IpmiSession session;
+int enumerate(RecordArray<Record>& settings, Detail detail) {
+    IpmiSession session;
     if (!session.open())
         return -1;
-    return ph::dns::appendConfigured(settings, className, session.get(), detail, false,
-                                     PH_Fill_DHCPSettingData);
+    return dns::appendConfigured(settings, className, session.get(), detail, false, PH_Fill_DHCPSettingData);
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = className,
-                                                 .superclass = "CIM_IPAssignmentSettingData",
-                                                 .source = "LAN configuration parameters 3, 51, 56 and 59; "
-                                                           "DNS settings (OEM)",
-                                                 .keys = g_DHCPSettingDataKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate};
+constexpr ClassDefinition<Record> definition{.name = className,
+                                             .superclass = "CIM_IPAssignmentSettingData",
+                                             .source = "LAN configuration parameters 3, 51, 56 and 59; "
+                                                       "DNS settings (OEM)",
+                                             .keys = g_DHCPSettingDataKeyList,
+                                             .properties = properties,
+                                             .enumerate = enumerate};
 
 } // namespace
+} // namespace ph::dhcp_setting
 
-PH_EXPORT_CLASS_FAMILY(DHCPSettingData, Record, definition)
+PH_EXPORT_CLASS_FAMILY(DHCPSettingData, DHCPSettingDataRecord, ph::dhcp_setting::definition)
 
-int PH_Fill_DHCPSettingData(Record* record, const char* interfaceName, int ipVersion,
+int PH_Fill_DHCPSettingData(DHCPSettingDataRecord* record, const char* interfaceName, int ipVersion,
                             const CIM_DNSConfig* dns) {
     ph::fillClientSetting(*record, "DHCP", interfaceName, ipVersion);
     ph::setSlots(record->RequestedOptions, {});

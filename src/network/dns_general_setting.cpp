@@ -13,11 +13,12 @@ namespace ph {
 extern const ClassFamily family_DNSGeneralSettingData;
 }
 
+namespace ph::dns_general_setting {
 namespace {
 
 using Record = DNSGeneralSettingDataRecord;
 
-constexpr ph::Property properties[] = {
+constexpr Property properties[] = {
     PH_KEY(Record, InstanceID),
     PH_PROPERTY(Record, ElementName),
     PH_PROPERTY(Record, AddressOrigin),
@@ -26,13 +27,13 @@ constexpr ph::Property properties[] = {
     PH_PROPERTY(Record, DNSSuffixesToAppend),
 };
 
-int enumerate(ph::RecordArray<Record>& settings, ph::Detail detail) {
+int enumerate(RecordArray<Record>& settings, Detail detail) {
     return ph::dns::appendWhereThere([&](ph::dns::Settings& dns) {
         Record* setting = settings.append();
         if (setting == nullptr)
             return -1;
-        ph::copyText(setting->InstanceID, "DNSGeneralSettingData1");
-        return detail == ph::Detail::Names ? 0 : PH_Fill_DNSGeneralSettingData(setting, &dns.search());
+        copyText(setting->InstanceID, "DNSGeneralSettingData1");
+        return detail == Detail::Names ? 0 : PH_Fill_DNSGeneralSettingData(setting, &dns.search());
     });
 }
 
@@ -45,7 +46,7 @@ public:
         search = dns_.search();
         return isRead;
     }
-    bool write() override { return CIM_SetDNSSearch(dns_.session(), &search, ph::hookTimeout) == 0; }
+    bool write() override { return CIM_SetDNSSearch(dns_.session(), &search, hookTimeout) == 0; }
     std::span<const std::uint8_t> bytes() const override {
         return {reinterpret_cast<const std::uint8_t*>(&search), sizeof(search)};
     }
@@ -78,13 +79,13 @@ const char* setSuffixes(ph::dns::Changeable& settings, const CMPIData& value) {
     CMPICount count = 0;
     if (!ph::dns::isCleared(value) && GetStringAValue(value, &texts, &count) != 0)
         return "DNSSuffixesToAppend is no array of texts";
-    const ph::HeapPtr<CMPIString*> owner(texts);
+    const HeapPtr<CMPIString*> owner(texts);
     if (count > CIM_MAX_DNS_SUFFIXES)
         return "DNSSuffixesToAppend has more than 6 names, which the BMC has no room for";
     char list[sizeof(CIM_DNSSearch::suffixes)] = "";
     std::size_t length = 0;
     for (CMPICount i = 0; i < count; ++i) {
-        const char* name = ph::textOf(texts[i]);
+        const char* name = textOf(texts[i]);
         if (name == nullptr || !ph::dns::isDomainName(name))
             return "DNSSuffixesToAppend has a text that is no domain name";
         length += static_cast<std::size_t>(
@@ -92,7 +93,7 @@ const char* setSuffixes(ph::dns::Changeable& settings, const CMPIData& value) {
         if (length >= sizeof(list))
             return "DNSSuffixesToAppend has more than 255 characters in all, which the BMC has no room for";
     }
-    ph::copyText(searchOf(settings).suffixes, list);
+    copyText(searchOf(settings).suffixes, list);
     return nullptr;
 }
 
@@ -102,29 +103,31 @@ constexpr ph::dns::Settable settables[] = {
     {"DNSSuffixesToAppend", setSuffixes},
 };
 
-CMPIStatus modify(const ph::Request& request) {
-    ph::CurrentRecord current(ph::family_DNSGeneralSettingData);
+CMPIStatus modify(const Request& request) {
+    CurrentRecord current(family_DNSGeneralSettingData);
     PHPropertyList changes{};
-    if (const CMPIStatus status = current.readChanges(request, ph::namesOf(settables), changes);
+    if (const CMPIStatus status = current.readChanges(request, namesOf(settables), changes);
         status.rc != CMPI_RC_OK)
         return status;
     Search search;
     return ph::dns::modify(request, changes, settables, search);
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = "CIM_DNSGeneralSettingData",
-                                                 .superclass = "CIM_IPAssignmentSettingData",
-                                                 .source = "DNS settings (OEM)",
-                                                 .keys = g_DNSGeneralSettingDataKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate,
-                                                 .modify = modify};
+constexpr ClassDefinition<Record> definition{.name = "CIM_DNSGeneralSettingData",
+                                             .superclass = "CIM_IPAssignmentSettingData",
+                                             .source = "DNS settings (OEM)",
+                                             .keys = g_DNSGeneralSettingDataKeyList,
+                                             .properties = properties,
+                                             .enumerate = enumerate,
+                                             .modify = modify};
 
 } // namespace
+} // namespace ph::dns_general_setting
 
-PH_EXPORT_CLASS_FAMILY(DNSGeneralSettingData, Record, definition)
+PH_EXPORT_CLASS_FAMILY(DNSGeneralSettingData, DNSGeneralSettingDataRecord,
+                       ph::dns_general_setting::definition)
 
-int PH_Fill_DNSGeneralSettingData(Record* record, const CIM_DNSSearch* search) {
+int PH_Fill_DNSGeneralSettingData(DNSGeneralSettingDataRecord* record, const CIM_DNSSearch* search) {
     ph::copyText(record->ElementName, "DNS Settings of all LANs");
     record->AddressOrigin = ph::AddressOrigin::NotApplicable;
     record->AppendPrimarySuffixes = search->appendsPrimarySuffix != 0;

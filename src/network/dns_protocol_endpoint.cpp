@@ -5,6 +5,7 @@
 constexpr const char* const g_DNSProtocolEndpointKeyList[4] = {"SystemCreationClassName", "CreationClassName",
                                                                "SystemName", "Name"};
 
+namespace ph::dns_protocol_endpoint {
 namespace {
 
 using Record = DNSProtocolEndpointRecord;
@@ -21,7 +22,7 @@ bool hasDomain(const Record& endpoint) {
     return endpoint.DomainName[0] != '\0';
 }
 
-constexpr ph::Property ownProperties[] = {
+constexpr Property ownProperties[] = {
     PH_PROPERTY_IF(Record, Hostname, hasHostname),
     PH_PROPERTY_IF(Record, DomainName, hasDomain),
     PH_PROPERTY(Record, DHCPOptionsToUse),
@@ -31,9 +32,9 @@ constexpr ph::Property ownProperties[] = {
     PH_PROPERTY(Record, AppendParentSuffixes),
     PH_PROPERTY(Record, DNSSuffixesToAppend),
 };
-constexpr auto properties = ph::joined(ph::endpointProperties<Record>, ownProperties);
+constexpr auto properties = joined(endpointProperties<Record>, ownProperties);
 
-int enumerate(ph::RecordArray<Record>& endpoints, ph::Detail detail) {
+int enumerate(RecordArray<Record>& endpoints, Detail detail) {
     return ph::dns::appendWhereThere([&](ph::dns::Settings& dns) {
         const auto fill = [&](Record* endpoint, const char* interfaceName, int ipVersion,
                               const CIM_DNSConfig* inUse) {
@@ -43,7 +44,7 @@ int enumerate(ph::RecordArray<Record>& endpoints, ph::Detail detail) {
     });
 }
 
-constexpr ph::ClassDefinition<Record> definition{
+constexpr ClassDefinition<Record> definition{
     .name = className,
     .superclass = "CIM_ProtocolEndpoint",
     .source = "DNS settings (OEM); LAN configuration parameters 3, 51, 56 and 59",
@@ -52,10 +53,11 @@ constexpr ph::ClassDefinition<Record> definition{
     .enumerate = enumerate};
 
 } // namespace
+} // namespace ph::dns_protocol_endpoint
 
-PH_EXPORT_CLASS_FAMILY(DNSProtocolEndpoint, Record, definition)
+PH_EXPORT_CLASS_FAMILY(DNSProtocolEndpoint, DNSProtocolEndpointRecord, ph::dns_protocol_endpoint::definition)
 
-int PH_Fill_DNSProtocolEndpoint(Record* record, const char* interfaceName, int ipVersion,
+int PH_Fill_DNSProtocolEndpoint(DNSProtocolEndpointRecord* record, const char* interfaceName, int ipVersion,
                                 const CIM_DNSConfig* inUse, const CIM_DNSSearch* search) {
     ph::fillClientEndpoint(*record, "DNS", interfaceName, ipVersion, ph::EnabledState::Enabled);
     ph::setSlots(record->DHCPOptionsToUse, {});

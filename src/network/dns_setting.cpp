@@ -14,6 +14,7 @@ namespace ph {
 extern const ClassFamily family_DNSSettingData;
 }
 
+namespace ph::dns_setting {
 namespace {
 
 using Record = DNSSettingDataRecord;
@@ -24,7 +25,7 @@ bool isTold(const Record& setting) {
     return setting.isTold;
 }
 
-constexpr ph::Property properties[] = {
+constexpr Property properties[] = {
     PH_KEY(Record, InstanceID),
     PH_PROPERTY(Record, ElementName),
     PH_PROPERTY(Record, AddressOrigin),
@@ -37,7 +38,7 @@ constexpr ph::Property properties[] = {
     PH_PROPERTY(Record, DHCPOptionsToUse),
 };
 
-int enumerate(ph::RecordArray<Record>& settings, ph::Detail detail) {
+int enumerate(RecordArray<Record>& settings, Detail detail) {
     return ph::dns::appendWhereThere([&](ph::dns::Settings& dns) {
         return ph::dns::appendConfigured(settings, className, dns.session(), detail, false,
                                          PH_Fill_DNSSettingData);
@@ -50,21 +51,20 @@ int enumerate(ph::RecordArray<Record>& settings, ph::Detail detail) {
 class Configuration final : public ph::dns::Changeable {
 public:
     explicit Configuration(const char* instanceId)
-        : channel_(ph::channelOf(instanceId).value_or(0)),
-          ipVersion(ph::ipVersionOf(instanceId) == '4' ? 4 : 6) {}
+        : channel_(channelOf(instanceId).value_or(0)), ipVersion(ipVersionOf(instanceId) == '4' ? 4 : 6) {}
 
     bool read() override {
         return session_.open() && ph::dns::readConfig(session_.get(), channel_, ipVersion, false, dns);
     }
     bool write() override {
-        return CIM_SetDNSConfig(session_.get(), &dns, channel_, ipVersion, ph::hookTimeout) == 0;
+        return CIM_SetDNSConfig(session_.get(), &dns, channel_, ipVersion, hookTimeout) == 0;
     }
     std::span<const std::uint8_t> bytes() const override {
         return {reinterpret_cast<const std::uint8_t*>(&dns), sizeof(dns)};
     }
 
 private:
-    ph::IpmiSession session_;
+    IpmiSession session_;
     std::uint8_t channel_;
 
 public:
@@ -80,7 +80,7 @@ const char* setDomain(ph::dns::Changeable& settings, const CMPIData& value) {
     const char* name = ph::dns::textOrCleared(value);
     if (name == nullptr || (*name != '\0' && !ph::dns::isDomainName(name)))
         return "DomainName is no domain name";
-    ph::copyText(configurationOf(settings).dns.domainName, name);
+    copyText(configurationOf(settings).dns.domainName, name);
     return nullptr;
 }
 
@@ -88,7 +88,7 @@ const char* setHostName(ph::dns::Changeable& settings, const CMPIData& value) {
     const char* name = ph::dns::textOrCleared(value);
     if (name == nullptr || (*name != '\0' && !ph::dns::isHostName(name)))
         return "RequestedHostname is no host name: letters, digits and hyphens, at most 63";
-    ph::copyText(configurationOf(settings).dns.hostName, name);
+    copyText(configurationOf(settings).dns.hostName, name);
     return nullptr;
 }
 
@@ -115,14 +115,14 @@ const char* setServers(ph::dns::Changeable& settings, const CMPIData& value) {
     CMPICount count = 0;
     if (!ph::dns::isCleared(value) && GetStringAValue(value, &texts, &count) != 0)
         return "DNSServerAddresses is no array of texts";
-    const ph::HeapPtr<CMPIString*> owner(texts);
+    const HeapPtr<CMPIString*> owner(texts);
     if (count > CIM_MAX_DNS_SERVERS)
         return "DNSServerAddresses has more than 3 addresses, which the BMC has no room for";
     const std::uint8_t ipVersion = configurationOf(settings).ipVersion;
     CIM_DNSConfig& dns = configurationOf(settings).dns;
     std::memset(dns.servers, 0, sizeof(dns.servers));
     for (CMPICount i = 0; i < count; ++i)
-        if (!readServer(ph::textOf(texts[i]), ipVersion, dns.servers[i]))
+        if (!readServer(textOf(texts[i]), ipVersion, dns.servers[i]))
             return ipVersion == 4 ? "DNSServerAddresses has a text that is no IPv4 address of a server"
                                   : "DNSServerAddresses has a text that is no IPv6 address of a server";
     dns.serverCount = static_cast<std::uint8_t>(count);
@@ -134,7 +134,7 @@ const char* setOptions(ph::dns::Changeable& settings, const CMPIData& value) {
     CMPICount count = 0;
     if (!ph::dns::isCleared(value) && GetUINT16AValue(value, &numbers, &count) != 0)
         return "DHCPOptionsToUse is no array of numbers";
-    const ph::HeapPtr<std::uint16_t> owner(numbers);
+    const HeapPtr<std::uint16_t> owner(numbers);
     std::uint8_t& fromDhcp = configurationOf(settings).dns.fromDhcp;
     fromDhcp = 0;
     for (const std::uint16_t number : std::span(numbers, count)) {
@@ -156,17 +156,17 @@ constexpr ph::dns::Settable settables[] = {
     {"DHCPOptionsToUse", setOptions},
 };
 
-CMPIStatus modify(const ph::Request& request) {
-    ph::CurrentRecord current(ph::family_DNSSettingData);
+CMPIStatus modify(const Request& request) {
+    CurrentRecord current(family_DNSSettingData);
     PHPropertyList changes{};
-    if (const CMPIStatus status = current.readChanges(request, ph::namesOf(settables), changes);
+    if (const CMPIStatus status = current.readChanges(request, namesOf(settables), changes);
         status.rc != CMPI_RC_OK)
         return status;
     Configuration configuration(current.as<Record>().InstanceID);
     return ph::dns::modify(request, changes, settables, configuration);
 }
 
-constexpr ph::ClassDefinition<Record> definition{
+constexpr ClassDefinition<Record> definition{
     .name = className,
     .superclass = "CIM_IPAssignmentSettingData",
     .source = "DNS settings (OEM); LAN configuration parameters 3, 51, 56 and 59",
@@ -176,10 +176,11 @@ constexpr ph::ClassDefinition<Record> definition{
     .modify = modify};
 
 } // namespace
+} // namespace ph::dns_setting
 
-PH_EXPORT_CLASS_FAMILY(DNSSettingData, Record, definition)
+PH_EXPORT_CLASS_FAMILY(DNSSettingData, DNSSettingDataRecord, ph::dns_setting::definition)
 
-int PH_Fill_DNSSettingData(Record* record, const char* interfaceName, int ipVersion,
+int PH_Fill_DNSSettingData(DNSSettingDataRecord* record, const char* interfaceName, int ipVersion,
                            const CIM_DNSConfig* configuration) {
     ph::fillClientSetting(*record, "DNS", interfaceName, ipVersion);
     record->AddressOrigin = ph::AddressOrigin::NotApplicable;

@@ -16,11 +16,10 @@
 constexpr const char* const g_EthernetPortKeyList[4] = {"DeviceID", "SystemCreationClassName",
                                                         "CreationClassName", "SystemName"};
 
+namespace ph::ethernet_port {
 namespace {
 
 using Record = EthernetPortRecord;
-using ph::Lan;
-using ph::Property;
 
 constexpr const char* className = "CIM_EthernetPort";
 
@@ -33,7 +32,7 @@ bool hasState(const Record& port) {
 }
 // A port with settings has capabilities, if only unknown ones.
 bool hasSettings(const Record& port) {
-    return port.Capabilities[0] != ph::noSlot;
+    return port.Capabilities[0] != noSlot;
 }
 
 constexpr Property properties[] = {
@@ -64,7 +63,7 @@ constexpr std::uint32_t bitsPerMegabit = 1024 * 1024 * 8; // per Mb/s, as client
 // Returns nothing when the BMC does not tell.
 std::optional<bool> isEnabled(IPMI20_SESSION_T* session, const Lan& lan) {
     std::uint8_t enable = CIM_LAN_BOTH;
-    if (!lan.isBond && LIBIPMI_HL_GetLANEnable(session, lan.index, &enable, ph::hookTimeout) != 0)
+    if (!lan.isBond && LIBIPMI_HL_GetLANEnable(session, lan.index, &enable, hookTimeout) != 0)
         return std::nullopt;
     return enable != CIM_LAN_DISABLED;
 }
@@ -72,14 +71,14 @@ std::optional<bool> isEnabled(IPMI20_SESSION_T* session, const Lan& lan) {
 // The speed in Mb/s is in bits 8 to 23 of the PHY word.
 std::uint16_t readSpeed(IPMI20_SESSION_T* session, const Lan& lan) {
     std::uint32_t phy = 0;
-    return CIM_GetPHYConfig(session, lan.channel, &phy, ph::hookTimeout) == 0
+    return CIM_GetPHYConfig(session, lan.channel, &phy, hookTimeout) == 0
                ? static_cast<std::uint16_t>(phy >> 8)
                : 0;
 }
 
 int fill(Record& port, IPMI20_SESSION_T* session, const Lan& lan, const CIM_NWExtEthCfg& configuration,
          bool isDefault) {
-    const ph::MacText mac = ph::readMac(LIBIPMI_HL_GetMACAddress, session, lan);
+    const MacText mac = readMac(LIBIPMI_HL_GetMACAddress, session, lan);
     const auto enabled = isEnabled(session, lan);
     const std::uint16_t speed = readSpeed(session, lan);
     const int result = PH_Fill_EthernetPort(&port, mac.text, lan.interfaceName, &configuration, &speed,
@@ -87,31 +86,31 @@ int fill(Record& port, IPMI20_SESSION_T* session, const Lan& lan, const CIM_NWEx
     if (!enabled)
         port.EnabledState = ph::EnabledState::Unknown;
     if (isDefault) { // the platform's guess
-        ph::setSlots(port.Capabilities, {});
-        ph::setSlots(port.EnabledCapabilities, {});
+        setSlots(port.Capabilities, {});
+        setSlots(port.EnabledCapabilities, {});
     }
     return result;
 }
 
-int enumerate(ph::RecordArray<Record>& ports, ph::Detail detail) {
+int enumerate(RecordArray<Record>& ports, Detail detail) {
     char systemName[256] = "";
     CIM_NWExtEthCfg configuration{};
     std::uint8_t isDefault = 0;
-    ph::IpmiSession session;
+    IpmiSession session;
     if (PH_GetSPSystemName(systemName) != 0 ||
-        (detail == ph::Detail::All && CIM_GetNWExtEthCfg(&configuration, &isDefault) != 0) || !session.open())
+        (detail == Detail::All && CIM_GetNWExtEthCfg(&configuration, &isDefault) != 0) || !session.open())
         return -1;
     int position = 0;
-    for (Lan& lan : ph::listLans(session.get())) {
-        ph::readName(session.get(), lan);
+    for (Lan& lan : listLans(session.get())) {
+        readName(session.get(), lan);
         Record* port = ports.append();
         if (port == nullptr)
             return -1;
         position = lan.isBond ? ports.count() : position + 1;
-        ph::setHostedKeys(*port, ph::processorClass, systemName, className);
+        setHostedKeys(*port, processorClass, systemName, className);
         std::snprintf(port->DeviceID, sizeof(port->DeviceID), "%s%d:%s:%d", "EthernetPort", position,
                       lan.interfaceName, lan.index);
-        if (detail == ph::Detail::All && fill(*port, session.get(), lan, configuration, isDefault != 0) != 0)
+        if (detail == Detail::All && fill(*port, session.get(), lan, configuration, isDefault != 0) != 0)
             return -1;
     }
     return 0;
@@ -123,7 +122,7 @@ int enumerate(ph::RecordArray<Record>& ports, ph::Detail detail) {
 int requestedState(const CMPIData& argument) {
     if (argument.type == CMPI_uint16)
         return argument.value.uint16;
-    const char* text = ph::textOf(argument);
+    const char* text = textOf(argument);
     const long state = text != nullptr ? std::strtol(text, nullptr, 10) : 0;
     return state >= 0 && state <= UINT16_MAX ? static_cast<int>(state) : 0; // 4294967298 is not 2
 }
@@ -152,8 +151,8 @@ bool isStateOfPort(int state) {
     return state == Enabled || state == Disabled || state == Reset;
 }
 
-ph::MethodAnswer changeState(ph::MethodCall& call) {
-    const ph::Request& request = call.request;
+MethodAnswer changeState(MethodCall& call) {
+    const Request& request = call.request;
     const auto argument = ph::argument(request.in, "RequestedState");
     if (!argument)
         return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "Invalid Parameter");
@@ -163,7 +162,7 @@ ph::MethodAnswer changeState(ph::MethodCall& call) {
         return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "Given instance does not exist");
     PortName port;
     if (!parse(deviceId, port))
-        return ph::methodFailed;
+        return methodFailed;
     const std::string jobName = std::string("EthernetPort_RequestStateChange_") + port.interfaceName;
     return call.report(jobName.c_str(), [&] {
         return isStateOfPort(state) &&
@@ -172,13 +171,13 @@ ph::MethodAnswer changeState(ph::MethodCall& call) {
     });
 }
 
-constexpr ph::Method methods[] = {{.name = ph::requestStateChange,
-                                   .parameters = ph::requestStateChangeParameters,
-                                   .carryOut = changeState,
-                                   .job = ph::JobReport{.notCreated = {}},
-                                   .refusedValue = ph::methodFailed}};
+constexpr Method methods[] = {{.name = requestStateChange,
+                               .parameters = requestStateChangeParameters,
+                               .carryOut = changeState,
+                               .job = JobReport{.notCreated = {}},
+                               .refusedValue = methodFailed}};
 
-constexpr ph::ClassDefinition<Record> definition{
+constexpr ClassDefinition<Record> definition{
     .name = className,
     .superclass = "CIM_NetworkPort",
     .source = "Get Channel Info; LAN configuration parameter 5; LAN, bond, PHY and Ethernet settings (OEM)",
@@ -188,11 +187,12 @@ constexpr ph::ClassDefinition<Record> definition{
     .methods = methods,
     .invocation = {.unknownMethod = {CMPI_RC_ERR_NOT_SUPPORTED, "Invalid Method Name"},
                    .isTakenUpFirst = true,
-                   .closes = ph::Invocation::Closes::Always}};
+                   .closes = Invocation::Closes::Always}};
 
 } // namespace
+} // namespace ph::ethernet_port
 
-int PH_Fill_EthernetPort(Record* record, const char* macAddress, const char* interfaceName,
+int PH_Fill_EthernetPort(EthernetPortRecord* record, const char* macAddress, const char* interfaceName,
                          const CIM_NWExtEthCfg* configuration, const uint16_t* speed, int enabled) {
     constexpr std::size_t shownOfMac = 15; // as clients of these ports know it
     record->NetworkAddresses[0] = strndup(macAddress, shownOfMac);
@@ -201,8 +201,9 @@ int PH_Fill_EthernetPort(Record* record, const char* macAddress, const char* int
     ph::copyText(record->ElementName, "Logical representation of Network Communications");
     ph::copyText(record->Name, "EthernetPort");
     ph::copyText(record->PermanentAddress, macAddress);
-    const std::uint32_t bits = *speed * bitsPerMegabit; // 32 bits: 1000 Mb/s wraps
-    record->PortType = bits == 100 * bitsPerMegabit ? ph::PortType::T10Or100 : ph::PortType::T10;
+    const std::uint32_t bits = *speed * ph::ethernet_port::bitsPerMegabit; // 32 bits: 1000 Mb/s wraps
+    record->PortType =
+        bits == 100 * ph::ethernet_port::bitsPerMegabit ? ph::PortType::T10Or100 : ph::PortType::T10;
     record->Speed = record->MaxSpeed = record->RequestedSpeed = bits;
     const auto wakeOnLan = [](int isSet) -> std::uint16_t {
         return isSet != 0 ? ph::PortCapabilities::WakeOnLan : ph::PortCapabilities::Unknown;
@@ -218,4 +219,4 @@ int PH_Fill_EthernetPort(Record* record, const char* macAddress, const char* int
     return 0;
 }
 
-PH_EXPORT_CLASS_FAMILY(EthernetPort, Record, definition)
+PH_EXPORT_CLASS_FAMILY(EthernetPort, EthernetPortRecord, ph::ethernet_port::definition)

@@ -7,46 +7,49 @@
 constexpr const char* const g_IPConfigurationServiceKeyList[4] = {"SystemCreationClassName",
                                                                   "CreationClassName", "SystemName", "Name"};
 
+namespace ph::ip_configuration_service {
 namespace {
 
 using Record = IPConfigurationServiceRecord;
 
 constexpr const char* className = "CIM_IPConfigurationService";
 
-int enumerate(ph::RecordArray<Record>& services, ph::Detail) {
-    Record* service = ph::appendOnProcessor(services, className);
+int enumerate(RecordArray<Record>& services, Detail) {
+    Record* service = appendOnProcessor(services, className);
     return service != nullptr ? PH_Fill_IPConfigurationService(service) : -1;
 }
 
-constexpr ph::Parameter parameters[] = {
-    {"Configuration", CMPI_ref, ph::Direction::In, "CIM_IPAssignmentSettingData"},
-    {"Endpoint", CMPI_ref, ph::Direction::In, "CIM_IPProtocolEndpoint"},
-    {"Job", CMPI_ref, ph::Direction::Out, "CIM_ConcreteJob"},
+constexpr Parameter parameters[] = {
+    {"Configuration", CMPI_ref, Direction::In, "CIM_IPAssignmentSettingData"},
+    {"Endpoint", CMPI_ref, Direction::In, "CIM_IPProtocolEndpoint"},
+    {"Job", CMPI_ref, Direction::Out, "CIM_ConcreteJob"},
 };
-constexpr ph::Method methods[] = {{.name = "ApplySettingToIPProtocolEndpoint",
-                                   .parameters = parameters,
-                                   .carryOut = ph::applySetting,
-                                   .job = ph::JobReport{.notCreated = {}},
-                                   .refusedValue = ph::methodFailed}};
+constexpr Method methods[] = {{.name = "ApplySettingToIPProtocolEndpoint",
+                               .parameters = parameters,
+                               .carryOut = applySetting,
+                               .job = JobReport{.notCreated = {}},
+                               .refusedValue = methodFailed}};
 
-constexpr ph::ClassDefinition<Record> definition{
+constexpr ClassDefinition<Record> definition{
     .name = className,
     .superclass = "CIM_Service",
     .source = "one fixed instance; Set LAN Configuration Parameters",
     .keys = g_IPConfigurationServiceKeyList,
-    .properties = ph::serviceProperties<Record>,
+    .properties = serviceProperties<Record>,
     .enumerate = enumerate,
     .methods = methods,
     .invocation = {.badKeys = {CMPI_RC_ERR_INVALID_PARAMETER, "Invalid Key Properties"},
                    .unknownMethod = {CMPI_RC_ERR_NOT_SUPPORTED, "Invalid Method name"}}};
 
 } // namespace
+} // namespace ph::ip_configuration_service
 
-PH_EXPORT_CLASS_FAMILY(IPConfigurationService, Record, definition)
+PH_EXPORT_CLASS_FAMILY(IPConfigurationService, IPConfigurationServiceRecord,
+                       ph::ip_configuration_service::definition)
 
-int PH_Fill_IPConfigurationService(Record* record) {
+int PH_Fill_IPConfigurationService(IPConfigurationServiceRecord* record) {
     ph::copyText(record->SystemCreationClassName, ph::processorClass);
-    ph::copyText(record->CreationClassName, className);
+    ph::copyText(record->CreationClassName, ph::ip_configuration_service::className);
     ph::copyText(record->Name, "IPConfigurationService1");
     ph::fillService(*record, "IP Configuration Service");
     return 0;
@@ -56,7 +59,7 @@ int PH_ApplySettingToIPProtocolEndpoint(const CMPIBroker* broker, const CMPIResu
                                         const CMPIObjectPath* ref, const CMPIContext* context,
                                         const CMPIArgs* in, CMPIArgs* out, CMPIStatus* status) {
     return ph::resultOf(ph::engine::carryOut(
-        ph::family_IPConfigurationService, methods[0],
+        ph::family_IPConfigurationService, ph::ip_configuration_service::methods[0],
         {.broker = broker, .context = context, .result = result, .ref = ref, .in = in, .out = out}, nullptr,
         status));
 }

@@ -16,11 +16,10 @@
 constexpr const char* const g_IPProtocolEndpointKeyList[4] = {"SystemCreationClassName", "CreationClassName",
                                                               "SystemName", "Name"};
 
+namespace ph::ip_protocol_endpoint {
 namespace {
 
 using Record = IPProtocolEndpointRecord;
-using ph::Lan;
-using ph::Property;
 
 constexpr const char* className = "CIM_IPProtocolEndpoint";
 
@@ -64,14 +63,14 @@ struct Address {
 
 void setKeys(Record& endpoint, const char* systemName, const char* interfaceName, int channel, int ipVersion,
              int count) {
-    ph::setHostedKeys(endpoint, ph::processorClass, systemName, className);
-    ph::writeEndpointName(endpoint.Name, "IPProtocolEndpoint", count, interfaceName, channel, ipVersion);
+    setHostedKeys(endpoint, processorClass, systemName, className);
+    writeEndpointName(endpoint.Name, "IPProtocolEndpoint", count, interfaceName, channel, ipVersion);
 }
 
 Address readIpv4(IPMI20_SESSION_T* session, const Lan& lan) {
     CIM_IPv4NetworkCfg configuration{};
     Address address;
-    if (CIM_GetIPv4NetworkCfg(session, &configuration, lan.channel, ph::hookTimeout) != 0)
+    if (CIM_GetIPv4NetworkCfg(session, &configuration, lan.channel, hookTimeout) != 0)
         return address;
     address.origin = configuration.source == CIM_ADDRESS_SOURCE_DYNAMIC ? ph::AddressOrigin::Dhcp
                                                                         : ph::AddressOrigin::Static;
@@ -84,7 +83,7 @@ Address readIpv4(IPMI20_SESSION_T* session, const Lan& lan) {
 // one, or when no static address is left in the configuration.
 int ipv6Origin(IPMI20_SESSION_T* session, const Lan& lan) {
     CIM_IPv6NetworkCfg configuration{};
-    if (CIM_GetIPv6NetworkCfg(session, &configuration, lan.channel, ph::hookTimeout) != 0)
+    if (CIM_GetIPv6NetworkCfg(session, &configuration, lan.channel, hookTimeout) != 0)
         return ph::AddressOrigin::Unknown;
     if (configuration.source != CIM_ADDRESS_SOURCE_DYNAMIC)
         return ph::AddressOrigin::Static;
@@ -98,7 +97,7 @@ int ipv6Origin(IPMI20_SESSION_T* session, const Lan& lan) {
 std::vector<Address> readAddresses(IPMI20_SESSION_T* session, const Lan& lan) {
     std::vector<Address> addresses{readIpv4(session, lan)};
     CIM_IPv6Addresses list{};
-    if (CIM_GetAllIPv6Addresses(session, &list, lan.channel, ph::hookTimeout) != 0 || list.count == 0)
+    if (CIM_GetAllIPv6Addresses(session, &list, lan.channel, hookTimeout) != 0 || list.count == 0)
         return addresses;
     const int origin = ipv6Origin(session, lan);
     for (std::size_t i = 0; i < std::min<std::size_t>(list.count, CIM_MAX_IPV6_ADDRESSES); ++i) {
@@ -111,20 +110,20 @@ std::vector<Address> readAddresses(IPMI20_SESSION_T* session, const Lan& lan) {
     return addresses;
 }
 
-int enumerate(ph::RecordArray<Record>& endpoints, ph::Detail detail) {
+int enumerate(RecordArray<Record>& endpoints, Detail detail) {
     char systemName[256] = "";
-    ph::IpmiSession session;
+    IpmiSession session;
     if (PH_GetSPSystemName(systemName) != 0 || !session.open())
         return -1;
-    for (Lan& lan : ph::listLans(session.get())) {
-        ph::readName(session.get(), lan);
+    for (Lan& lan : listLans(session.get())) {
+        readName(session.get(), lan);
         for (const Address& address : readAddresses(session.get(), lan)) {
             Record* endpoint = endpoints.append();
             if (endpoint == nullptr)
                 return -1;
             setKeys(*endpoint, systemName, lan.interfaceName, lan.channel, address.ipVersion,
                     endpoints.count());
-            if (detail == ph::Detail::All)
+            if (detail == Detail::All)
                 PH_Fill_IPProtocolEndpoint(endpoint, address.origin, address.text, address.subnetMask,
                                            address.prefixLength, address.ipVersion);
         }
@@ -132,7 +131,7 @@ int enumerate(ph::RecordArray<Record>& endpoints, ph::Detail detail) {
     return 0;
 }
 
-constexpr ph::ClassDefinition<Record> definition{
+constexpr ClassDefinition<Record> definition{
     .name = className,
     .superclass = "CIM_ProtocolEndpoint",
     .source = "Get LAN Configuration Parameters 3, 4, 6, 12, 51, 56, 59 and 64",
@@ -141,9 +140,10 @@ constexpr ph::ClassDefinition<Record> definition{
     .enumerate = enumerate};
 
 } // namespace
+} // namespace ph::ip_protocol_endpoint
 
-int PH_Fill_IPProtocolEndpoint(Record* record, int addressOrigin, const char* address, const char* subnetMask,
-                               int prefixLength, int ipVersion) {
+int PH_Fill_IPProtocolEndpoint(IPProtocolEndpointRecord* record, int addressOrigin, const char* address,
+                               const char* subnetMask, int prefixLength, int ipVersion) {
     ph::copyText(record->NameFormat, ph::endpointNameFormat);
     record->EnabledState = ph::EnabledState::Enabled;
     record->RequestedState = ph::RequestedState::NotApplicable;
@@ -162,24 +162,24 @@ int PH_Fill_IPProtocolEndpoint(Record* record, int addressOrigin, const char* ad
     return 0;
 }
 
-int PH_CreateIPProtocolEndpointInstance(Record** records, int* count, const char* systemName,
-                                        const char* interfaceName, int channel, int addressOrigin,
-                                        const char* address, const char* subnetMask, int prefixLength,
-                                        int namesOnly, int ipVersion) {
+int PH_CreateIPProtocolEndpointInstance(IPProtocolEndpointRecord** records, int* count,
+                                        const char* systemName, const char* interfaceName, int channel,
+                                        int addressOrigin, const char* address, const char* subnetMask,
+                                        int prefixLength, int namesOnly, int ipVersion) {
     void* const former = *count == 0 ? nullptr : *records;
-    auto* const grown =
-        static_cast<Record*>(std::realloc(former, sizeof(Record) * (static_cast<std::size_t>(*count) + 1)));
+    auto* const grown = static_cast<IPProtocolEndpointRecord*>(
+        std::realloc(former, sizeof(IPProtocolEndpointRecord) * (static_cast<std::size_t>(*count) + 1)));
     if (grown == nullptr) {
         std::free(former);
         *records = nullptr;
         *count = 0;
         return -1;
     }
-    Record& endpoint = grown[*count];
+    IPProtocolEndpointRecord& endpoint = grown[*count];
     endpoint = {};
     *records = grown;
     ++*count;
-    setKeys(endpoint, systemName, interfaceName, channel, ipVersion, *count);
+    ph::ip_protocol_endpoint::setKeys(endpoint, systemName, interfaceName, channel, ipVersion, *count);
     return namesOnly != 0 ? 0
                           : PH_Fill_IPProtocolEndpoint(&endpoint, addressOrigin, address, subnetMask,
                                                        prefixLength, ipVersion);
@@ -192,4 +192,4 @@ int PH_IsDHCPServerAddressFilePresent(const char* interfaceName) {
     return PH_SysrootPath(name, path, sizeof(path)) == 0 && access(path, F_OK) == 0;
 }
 
-PH_EXPORT_CLASS_FAMILY(IPProtocolEndpoint, Record, definition)
+PH_EXPORT_CLASS_FAMILY(IPProtocolEndpoint, IPProtocolEndpointRecord, ph::ip_protocol_endpoint::definition)

@@ -12,11 +12,10 @@
 constexpr const char* const g_LANEndpointKeyList[4] = {"Name", "SystemCreationClassName", "CreationClassName",
                                                        "SystemName"};
 
+namespace ph::lan_endpoint {
 namespace {
 
 using Record = LANEndpointRecord;
-using ph::Lan;
-using ph::Property;
 
 constexpr const char* className = "CIM_LANEndpoint";
 
@@ -45,8 +44,8 @@ constexpr int unknownEnable = 0xFF; // none of CIM_LAN_…
 
 int readEnable(IPMI20_SESSION_T* session, const Lan& lan) {
     std::uint8_t enable = CIM_LAN_BOTH;
-    return lan.isBond || CIM_GetLANEnable(session, lan.index, &enable, ph::hookTimeout) == 0 ? enable
-                                                                                             : unknownEnable;
+    return lan.isBond || CIM_GetLANEnable(session, lan.index, &enable, hookTimeout) == 0 ? enable
+                                                                                         : unknownEnable;
 }
 
 struct LanId {
@@ -58,26 +57,26 @@ LanId readLanId(IPMI20_SESSION_T* session, const Lan& lan) {
     std::uint16_t id = 0;
     std::uint8_t priority = 0;
     LanId lanId;
-    if (CIM_GetVlanStatus(session, &enabled, &id, &priority, lan.channel, ph::hookTimeout) == 0)
+    if (CIM_GetVlanStatus(session, &enabled, &id, &priority, lan.channel, hookTimeout) == 0)
         std::snprintf(lanId.text, sizeof(lanId.text), "%d", id);
     return lanId;
 }
 
-int enumerate(ph::RecordArray<Record>& endpoints, ph::Detail detail) {
+int enumerate(RecordArray<Record>& endpoints, Detail detail) {
     char systemName[256] = "";
-    ph::IpmiSession session;
+    IpmiSession session;
     if (PH_GetSPSystemName(systemName) != 0 || !session.open())
         return -1;
-    for (Lan& lan : ph::listLans(session.get())) {
-        ph::readName(session.get(), lan);
+    for (Lan& lan : listLans(session.get())) {
+        readName(session.get(), lan);
         Record* endpoint = endpoints.append();
         if (endpoint == nullptr)
             return -1;
-        ph::setHostedKeys(*endpoint, ph::processorClass, systemName, className);
+        setHostedKeys(*endpoint, processorClass, systemName, className);
         std::snprintf(endpoint->Name, sizeof(endpoint->Name), "%s-%s", "LANEndpoint", lan.interfaceName);
-        if (detail == ph::Detail::Names)
+        if (detail == Detail::Names)
             continue;
-        const ph::MacText mac = ph::readMac(CIM_Get_MACAddress, session.get(), lan);
+        const MacText mac = readMac(CIM_Get_MACAddress, session.get(), lan);
         if (PH_Fill_LANEndpoint(lan.interfaceName, endpoint, mac.text, readEnable(session.get(), lan),
                                 readLanId(session.get(), lan).text) != 0)
             return -1;
@@ -91,7 +90,7 @@ std::uint16_t enabledState(int enable) {
     return enable == CIM_LAN_DISABLED ? ph::EnabledState::Disabled : ph::EnabledState::Enabled;
 }
 
-constexpr ph::ClassDefinition<Record> definition{
+constexpr ClassDefinition<Record> definition{
     .name = className,
     .superclass = "CIM_ProtocolEndpoint",
     .source = "Get Channel Info; LAN configuration parameters 5, 20 and 21; LAN enables (OEM)",
@@ -100,17 +99,18 @@ constexpr ph::ClassDefinition<Record> definition{
     .enumerate = enumerate};
 
 } // namespace
+} // namespace ph::lan_endpoint
 
-int PH_Fill_LANEndpoint(const char* interfaceName, Record* record, const char* macAddress, int enable,
-                        const char* lanId) {
+int PH_Fill_LANEndpoint(const char* interfaceName, LANEndpointRecord* record, const char* macAddress,
+                        int enable, const char* lanId) {
     ph::copyText(record->NameFormat, "ClassName-InterfaceName");
     record->ProtocolIFType = ph::ProtocolIFType::EthernetCsmaCd;
     ph::copyText(record->MACAddress, macAddress);
     ph::copyText(record->LANID, lanId);
-    record->EnabledState = enabledState(enable);
+    record->EnabledState = ph::lan_endpoint::enabledState(enable);
     record->RequestedState = ph::RequestedState::NotApplicable;
     std::snprintf(record->ElementName, sizeof(record->ElementName), "LANEndPoint for %s", interfaceName);
     return 0;
 }
 
-PH_EXPORT_CLASS_FAMILY(LANEndpoint, Record, definition)
+PH_EXPORT_CLASS_FAMILY(LANEndpoint, LANEndpointRecord, ph::lan_endpoint::definition)

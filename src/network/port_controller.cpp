@@ -6,10 +6,10 @@
 constexpr const char* const g_PortControllerKeyList[4] = {"DeviceID", "SystemCreationClassName",
                                                           "CreationClassName", "SystemName"};
 
+namespace ph::port_controller {
 namespace {
 
 using Record = PortControllerRecord;
-using ph::Property;
 
 constexpr const char* className = "CIM_PortController";
 
@@ -27,23 +27,24 @@ constexpr Property properties[] = {
     PH_PROPERTY(Record, RequestedState),
 };
 
-int enumerate(ph::RecordArray<Record>& controllers, ph::Detail) {
-    Record* controller = ph::appendOnProcessor(controllers, className);
+int enumerate(RecordArray<Record>& controllers, Detail) {
+    Record* controller = appendOnProcessor(controllers, className);
     return controller != nullptr ? PH_Fill_PortController(controller) : -1;
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = className,
-                                                 .superclass = "CIM_Controller",
-                                                 .source = "one fixed instance",
-                                                 .keys = g_PortControllerKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate};
+constexpr ClassDefinition<Record> definition{.name = className,
+                                             .superclass = "CIM_Controller",
+                                             .source = "one fixed instance",
+                                             .keys = g_PortControllerKeyList,
+                                             .properties = properties,
+                                             .enumerate = enumerate};
 
 } // namespace
+} // namespace ph::port_controller
 
-int PH_Fill_PortController(Record* record) {
+int PH_Fill_PortController(PortControllerRecord* record) {
     ph::copyText(record->SystemCreationClassName, ph::processorClass);
-    ph::copyText(record->CreationClassName, className);
+    ph::copyText(record->CreationClassName, ph::port_controller::className);
     ph::copyText(record->DeviceID, "PortController-1.0.0");
     ph::copyText(record->Name, "PortController1");
     ph::copyText(record->ElementName, "Controller for the Network Port");
@@ -55,4 +56,4 @@ int PH_Fill_PortController(Record* record) {
     return 0;
 }
 
-PH_EXPORT_CLASS_FAMILY(PortController, Record, definition)
+PH_EXPORT_CLASS_FAMILY(PortController, PortControllerRecord, ph::port_controller::definition)

@@ -11,13 +11,14 @@
 constexpr const char* const g_RemoteServiceAccessPointKeyList[4] = {
     "SystemCreationClassName", "CreationClassName", "SystemName", "Name"};
 
+namespace ph::remote_access_point {
 namespace {
 
 using Record = RemoteServiceAccessPointRecord;
 
 constexpr const char* className = "CIM_RemoteServiceAccessPoint";
 
-constexpr ph::Property properties[] = {
+constexpr Property properties[] = {
     PH_KEY(Record, SystemCreationClassName),
     PH_KEY(Record, CreationClassName),
     PH_KEY(Record, SystemName),
@@ -42,21 +43,21 @@ void addPeer(std::vector<Peer>& peers, int context, int place, std::span<const s
     std::ranges::copy(address, peer.address);
 }
 
-void addGateways(std::vector<Peer>& peers, IPMI20_SESSION_T* session, const ph::AddressedLan& each) {
+void addGateways(std::vector<Peer>& peers, IPMI20_SESSION_T* session, const AddressedLan& each) {
     CIM_IPv4NetworkCfg configuration{};
     CIM_IPv6Routers routers{};
     if (each.ipVersion == 4) {
-        if (CIM_GetIPv4NetworkCfg(session, &configuration, each.lan.channel, ph::hookTimeout) == 0)
+        if (CIM_GetIPv4NetworkCfg(session, &configuration, each.lan.channel, hookTimeout) == 0)
             addPeer(peers, ph::AccessContext::DefaultGateway, 1, configuration.gateway);
-    } else if (CIM_GetIPv6Routers(session, &routers, each.lan.channel, ph::hookTimeout) == 0) {
+    } else if (CIM_GetIPv6Routers(session, &routers, each.lan.channel, hookTimeout) == 0) {
         for (int i = 0; i < std::min<int>(routers.count, CIM_MAX_IPV6_ROUTERS); ++i)
             addPeer(peers, ph::AccessContext::DefaultGateway, i + 1, routers.addresses[i]);
     }
 }
 
-void addDnsServers(std::vector<Peer>& peers, IPMI20_SESSION_T* session, const ph::AddressedLan& each) {
+void addDnsServers(std::vector<Peer>& peers, IPMI20_SESSION_T* session, const AddressedLan& each) {
     CIM_DNSConfig inUse{};
-    if (!ph::dns::readConfig(session, each.lan.channel, each.ipVersion, true, inUse))
+    if (!dns::readConfig(session, each.lan.channel, each.ipVersion, true, inUse))
         return;
     const std::size_t size = each.ipVersion == 4 ? 4 : 16;
     for (int i = 0; i < std::min<int>(inUse.serverCount, CIM_MAX_DNS_SERVERS); ++i)
@@ -64,26 +65,26 @@ void addDnsServers(std::vector<Peer>& peers, IPMI20_SESSION_T* session, const ph
 }
 
 // The client notes the server's address in the file, or nothing that is one.
-void addDhcpServer(std::vector<Peer>& peers, const ph::AddressedLan& each) {
+void addDhcpServer(std::vector<Peer>& peers, const AddressedLan& each) {
     if (each.ipVersion != 6 || std::strchr(each.lan.interfaceName, '/') != nullptr)
         return;
     char path[64];
     std::snprintf(path, sizeof(path), "/tmp/dhcp6_server_%s", each.lan.interfaceName);
     char text[INET6_ADDRSTRLEN] = "";
     std::uint8_t address[16];
-    const ph::FilePtr file = ph::readShared(path);
+    const FilePtr file = readShared(path);
     if (file != nullptr && std::fscanf(file.get(), "%45s", text) == 1 &&
         inet_pton(AF_INET6, text, address) == 1)
         addPeer(peers, ph::AccessContext::DhcpServer, 1, address);
 }
 
-int enumerate(ph::RecordArray<Record>& points, ph::Detail detail) {
+int enumerate(RecordArray<Record>& points, Detail detail) {
     char systemName[256] = "";
-    ph::IpmiSession session;
+    IpmiSession session;
     if (PH_GetSPSystemName(systemName) != 0 || !session.open())
         return -1;
     int count = 0;
-    for (const ph::AddressedLan& each : ph::addressedLans(session.get())) {
+    for (const AddressedLan& each : addressedLans(session.get())) {
         std::vector<Peer> peers;
         addGateways(peers, session.get(), each);
         addDnsServers(peers, session.get(), each);
@@ -92,10 +93,10 @@ int enumerate(ph::RecordArray<Record>& points, ph::Detail detail) {
             Record* point = points.append();
             if (point == nullptr)
                 return -1;
-            ph::setHostedKeys(*point, ph::processorClass, systemName, className);
-            ph::writeEndpointName(point->Name, "RemoteServiceAccessPoint", ++count, each.lan.interfaceName,
-                                  each.lan.channel, each.ipVersion);
-            if (detail == ph::Detail::All)
+            setHostedKeys(*point, processorClass, systemName, className);
+            writeEndpointName(point->Name, "RemoteServiceAccessPoint", ++count, each.lan.interfaceName,
+                              each.lan.channel, each.ipVersion);
+            if (detail == Detail::All)
                 PH_Fill_RemoteServiceAccessPoint(point, each.lan.interfaceName, peer.context, peer.place,
                                                  peer.address, each.ipVersion);
         }
@@ -114,7 +115,7 @@ const char* nameOf(int context) {
     }
 }
 
-constexpr ph::ClassDefinition<Record> definition{
+constexpr ClassDefinition<Record> definition{
     .name = className,
     .superclass = "CIM_ServiceAccessPoint",
     .source =
@@ -124,13 +125,15 @@ constexpr ph::ClassDefinition<Record> definition{
     .enumerate = enumerate};
 
 } // namespace
+} // namespace ph::remote_access_point
 
-PH_EXPORT_CLASS_FAMILY(RemoteServiceAccessPoint, Record, definition)
+PH_EXPORT_CLASS_FAMILY(RemoteServiceAccessPoint, RemoteServiceAccessPointRecord,
+                       ph::remote_access_point::definition)
 
-int PH_Fill_RemoteServiceAccessPoint(Record* record, const char* interfaceName, int accessContext, int place,
-                                     const uint8_t* address, int ipVersion) {
-    std::snprintf(record->ElementName, sizeof(record->ElementName), "%s %d of %s", nameOf(accessContext),
-                  place, interfaceName);
+int PH_Fill_RemoteServiceAccessPoint(RemoteServiceAccessPointRecord* record, const char* interfaceName,
+                                     int accessContext, int place, const uint8_t* address, int ipVersion) {
+    std::snprintf(record->ElementName, sizeof(record->ElementName), "%s %d of %s",
+                  ph::remote_access_point::nameOf(accessContext), place, interfaceName);
     inet_ntop(ipVersion == 4 ? AF_INET : AF_INET6, address, record->AccessInfo, sizeof(record->AccessInfo));
     record->InfoFormat = ipVersion == 4 ? ph::InfoFormat::IPv4Address : ph::InfoFormat::IPv6Address;
     record->AccessContext = static_cast<uint16_t>(accessContext);

@@ -13,10 +13,10 @@
 
 constexpr const char* const g_StaticIPAssignmentSettingDataKeyList[1] = {"InstanceID"};
 
+namespace ph::static_ip_setting {
 namespace {
 
 using Record = StaticIPAssignmentSettingDataRecord;
-using ph::Property;
 
 constexpr const char* className = "CIM_StaticIPAssignmentSettingData";
 constexpr const char* rowKey = "1";
@@ -44,28 +44,28 @@ constexpr Property properties[] = {
     PH_PROPERTY(Record, GatewayIPv6Address),
 };
 
-int append(ph::RecordArray<Record>& settings, const StaticIPRow* rows, int count, ph::Detail detail) {
+int append(RecordArray<Record>& settings, const StaticIPRow* rows, int count, Detail detail) {
     for (int i = 0; i < count; ++i) {
         Record* setting = settings.append();
         if (setting == nullptr)
             return -1;
         std::snprintf(setting->InstanceID, sizeof(setting->InstanceID), "StaticIPAssignmentSettingData%d",
                       i + 1);
-        if (detail == ph::Detail::All && PH_Fill_StaticIPAssignmentSettingData(&rows[i], setting) != 0)
+        if (detail == Detail::All && PH_Fill_StaticIPAssignmentSettingData(&rows[i], setting) != 0)
             return -1;
     }
     return 0;
 }
 
-int appendStored(ph::RecordArray<Record>& settings, SMASH_DB_HANDLE database, ph::Detail detail, int& count) {
+int appendStored(RecordArray<Record>& settings, SMASH_DB_HANDLE database, Detail detail, int& count) {
     StaticIPRow* rows = nullptr;
     const int result = db_get_all_static_ip_assignment_settingdata(database, &rows, &count);
-    const ph::HeapPtr<StaticIPRow> owner(rows);
+    const HeapPtr<StaticIPRow> owner(rows);
     return result == 0 ? append(settings, rows, count, detail) : -1;
 }
 
-int enumerate(ph::RecordArray<Record>& settings, ph::Detail detail) {
-    ph::Database database;
+int enumerate(RecordArray<Record>& settings, Detail detail) {
+    Database database;
     int count = 0;
     if (!database.open(PH_CreateSmashDBHandle) || appendStored(settings, database.get(), detail, count) != 0)
         return -1;
@@ -112,7 +112,7 @@ bool mayBe(const Settable& settable, const CMPIData& data) {
     std::uint16_t number = 0;
     if (settable.form == Form::Number)
         return GetUINT16Value(data, &number) == 0 && number <= settable.most;
-    const char* text = ph::textOf(data);
+    const char* text = textOf(data);
     if (text == nullptr)
         return false;
     in6_addr address;
@@ -142,15 +142,15 @@ struct Current {
     ~Current() { PH_Clean_StaticIPAssignmentSettingData(&record, 1); }
 };
 
-bool readCurrent(const ph::Request& request, Current& current) {
-    ph::KeyValues keyValues;
-    return ph::isOfClass(request.ref, className) &&
+bool readCurrent(const Request& request, Current& current) {
+    KeyValues keyValues;
+    return isOfClass(request.ref, className) &&
            keyValues.areRead(request.broker, request.ref, g_StaticIPAssignmentSettingDataKeyList) &&
            PH_Get_StaticIPAssignmentSettingData(&current.record, keyValues) == 0;
 }
 
 // Sorts out what the request changes.
-bool findChanges(const ph::Request& request, const Record& record, PHPropertyList& modifiable,
+bool findChanges(const Request& request, const Record& record, PHPropertyList& modifiable,
                  CMPIStatus& status) {
     const CMPIInstance* instance = PH_MakeInst_StaticIPAssignmentSettingData(
         request.broker, request.context, request.ref, nullptr, &record, 0, 2, &status);
@@ -160,19 +160,19 @@ bool findChanges(const ph::Request& request, const Record& record, PHPropertyLis
     char refused[PH_REFUSED_NAMES_SIZE];
     if (getModifiableProperties(request.instance, instance, request.properties, &defaults, &modifiable,
                                 refused) != 0) {
-        status = ph::fail(request.broker, CMPI_RC_ERR_INVALID_PARAMETER,
-                          "Invalid parameter or Invalid Property(Not Settable)");
+        status = fail(request.broker, CMPI_RC_ERR_INVALID_PARAMETER,
+                      "Invalid parameter or Invalid Property(Not Settable)");
         return false;
     }
     if (*refused != '\0') {
-        status = ph::refuseProperties(request.broker, refused);
+        status = refuseProperties(request.broker, refused);
         return false;
     }
     return SIPASD_Modify_Condition(request.broker, &modifiable, &status) == 0;
 }
 
 bool store(const Record& setting) {
-    ph::Database database;
+    Database database;
     return database.open(PH_CreateSmashDBHandle) &&
            UpdateStaticIPTable(
                database.get(), setting.IPv4Address, setting.SubnetMask, setting.GatewayIPv4Address,
@@ -180,34 +180,35 @@ bool store(const Record& setting) {
                static_cast<int>(setting.IPv6SubnetPrefixLength), setting.GatewayIPv6Address) == 0;
 }
 
-CMPIStatus modify(const ph::Request& request) {
+CMPIStatus modify(const Request& request) {
     Current current;
     if (!readCurrent(request, current))
-        return ph::fail(request.broker, CMPI_RC_ERR_NOT_SUPPORTED, "CIM_ERR_NOT_SUPPORTED");
+        return fail(request.broker, CMPI_RC_ERR_NOT_SUPPORTED, "CIM_ERR_NOT_SUPPORTED");
     CMPIStatus status{CMPI_RC_ERR_FAILED, nullptr};
     PHPropertyList modifiable{};
     if (!findChanges(request, *current.record, modifiable, status))
         return status;
     bool done = true;
     for (int i = 0; done && i < modifiable.count; ++i)
-        done = SetProperty(current.record, modifiable.rows[i].name, ph::valueOf(modifiable.rows[i])) == 0;
-    return done && store(*current.record)
-               ? ph::success
-               : ph::fail(request.broker, CMPI_RC_ERR_FAILED,
-                          "Failed in SetProperty in StaticIPAssignmentSettingData");
+        done = SetProperty(current.record, modifiable.rows[i].name, valueOf(modifiable.rows[i])) == 0;
+    return done && store(*current.record) ? success
+                                          : fail(request.broker, CMPI_RC_ERR_FAILED,
+                                                 "Failed in SetProperty in StaticIPAssignmentSettingData");
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = className,
-                                                 .superclass = "CIM_IPAssignmentSettingData",
-                                                 .source = "table static_ip",
-                                                 .keys = g_StaticIPAssignmentSettingDataKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate,
-                                                 .modify = modify};
+constexpr ClassDefinition<Record> definition{.name = className,
+                                             .superclass = "CIM_IPAssignmentSettingData",
+                                             .source = "table static_ip",
+                                             .keys = g_StaticIPAssignmentSettingDataKeyList,
+                                             .properties = properties,
+                                             .enumerate = enumerate,
+                                             .modify = modify};
 
 } // namespace
+} // namespace ph::static_ip_setting
 
-int PH_Fill_StaticIPAssignmentSettingData(const StaticIPRow* row, Record* record) {
+int PH_Fill_StaticIPAssignmentSettingData(const StaticIPRow* row,
+                                          StaticIPAssignmentSettingDataRecord* record) {
     record->AddressOrigin = 3; // static
     ph::copyText(record->ElementName, "Static IP Configuration");
     ph::copyText(record->IPv4Address, row->IPv4Address);
@@ -223,8 +224,8 @@ int PH_Fill_StaticIPAssignmentSettingData(const StaticIPRow* row, Record* record
 int SIPASD_Modify_Condition(const CMPIBroker* broker, const PHPropertyList* modifiable, CMPIStatus* status) {
     for (int i = 0; i < modifiable->count; ++i) {
         const PHPropertyRow& row = modifiable->rows[i];
-        const Settable* settable = findSettable(row.name);
-        if (settable != nullptr && mayBe(*settable, ph::valueOf(row)))
+        const ph::static_ip_setting::Settable* settable = ph::static_ip_setting::findSettable(row.name);
+        if (settable != nullptr && ph::static_ip_setting::mayBe(*settable, ph::valueOf(row)))
             continue;
         char message[128];
         std::snprintf(message, sizeof(message), "%s Parameter is Invalid",
@@ -235,11 +236,11 @@ int SIPASD_Modify_Condition(const CMPIBroker* broker, const PHPropertyList* modi
     return 0;
 }
 
-int SetProperty(Record* record, const char* name, CMPIData value) {
-    const Settable* settable = findSettable(name);
+int SetProperty(StaticIPAssignmentSettingDataRecord* record, const char* name, CMPIData value) {
+    const ph::static_ip_setting::Settable* settable = ph::static_ip_setting::findSettable(name);
     if (settable == nullptr)
         return -1;
-    if (settable->form == Form::Number) {
+    if (settable->form == ph::static_ip_setting::Form::Number) {
         std::uint16_t number = 0;
         if (GetUINT16Value(value, &number) != 0)
             return -1;
@@ -255,12 +256,12 @@ int SetProperty(Record* record, const char* name, CMPIData value) {
 
 int InitializeStaticIPTable(SMASH_DB_HANDLE handle) {
     StaticIPRow row{};
-    ph::copyText(row.key, rowKey);
-    ph::copyText(row.IPv4Address, noIpv4);
-    ph::copyText(row.GatewayIPv4Address, noIpv4);
-    ph::copyText(row.SubnetMask, noIpv4);
-    ph::copyText(row.IPv6Address, noIpv6);
-    ph::copyText(row.GatewayIPv6Address, noIpv6);
+    ph::copyText(row.key, ph::static_ip_setting::rowKey);
+    ph::copyText(row.IPv4Address, ph::static_ip_setting::noIpv4);
+    ph::copyText(row.GatewayIPv4Address, ph::static_ip_setting::noIpv4);
+    ph::copyText(row.SubnetMask, ph::static_ip_setting::noIpv4);
+    ph::copyText(row.IPv6Address, ph::static_ip_setting::noIpv6);
+    ph::copyText(row.GatewayIPv6Address, ph::static_ip_setting::noIpv6);
     return db_init_static_ip_assignment_settingdata(handle, &row) == 0 ? 0 : -1;
 }
 
@@ -268,7 +269,7 @@ int UpdateStaticIPTable(SMASH_DB_HANDLE handle, const char* ipv4Address, const c
                         const char* gatewayIPv4Address, const char* ipv6Address, int ipv6AddressType,
                         int ipv6SubnetPrefixLength, const char* gatewayIPv6Address) {
     StaticIPRow row{};
-    ph::copyText(row.key, rowKey);
+    ph::copyText(row.key, ph::static_ip_setting::rowKey);
     ph::copyText(row.IPv4Address, ipv4Address);
     ph::copyText(row.GatewayIPv4Address, gatewayIPv4Address);
     ph::copyText(row.SubnetMask, subnetMask);
@@ -279,4 +280,5 @@ int UpdateStaticIPTable(SMASH_DB_HANDLE handle, const char* ipv4Address, const c
     return db_set_static_ip_assignment_settingdata(handle, &row) == 0 ? 0 : -1;
 }
 
-PH_EXPORT_CLASS_FAMILY(StaticIPAssignmentSettingData, Record, definition)
+PH_EXPORT_CLASS_FAMILY(StaticIPAssignmentSettingData, StaticIPAssignmentSettingDataRecord,
+                       ph::static_ip_setting::definition)

@@ -5,24 +5,26 @@ constexpr const char* const g_KVMRedirectionSAPKeyList[4] = {
     ph::redirection::elementKeys[0], ph::redirection::elementKeys[1], ph::redirection::elementKeys[2],
     ph::redirection::elementKeys[3]};
 
+namespace ph::kvm_redirection_sap {
 namespace {
 
 using Record = RedirectionSAPRecord;
 
-constexpr ph::Property kvmProperties[] = {
+constexpr Property kvmProperties[] = {
     PH_PROPERTY(Record, KVMProtocol),
 };
-constexpr auto properties = ph::joined(ph::redirection::accessPointProperties, kvmProperties);
+constexpr auto properties = joined(redirection::accessPointProperties, kvmProperties);
 
-constexpr ph::redirection::AccessPointClass accessPointClass{ph::redirection::kvmAccessPointClass,
-                                                             PH_Fill_KVMRedirectionSAP};
-constexpr auto definition = ph::redirection::define<accessPointClass>(g_KVMRedirectionSAPKeyList, properties);
+constexpr redirection::AccessPointClass accessPointClass{redirection::kvmAccessPointClass,
+                                                         PH_Fill_KVMRedirectionSAP};
+constexpr auto definition = redirection::define<accessPointClass>(g_KVMRedirectionSAPKeyList, properties);
 
 } // namespace
+} // namespace ph::kvm_redirection_sap
 
-PH_EXPORT_CLASS_FAMILY(KVMRedirectionSAP, Record, definition)
+PH_EXPORT_CLASS_FAMILY(KVMRedirectionSAP, RedirectionSAPRecord, ph::kvm_redirection_sap::definition)
 
 int PH_Fill_KVMRedirectionSAP(IPMI20_SESSION_T* session, RedirectionSAPRecord* record) {
     record->KVMProtocol = ph::KVMProtocol::Unknown;
-    return ph::redirection::fillAccessPoint(accessPointClass.name, session, *record);
+    return ph::redirection::fillAccessPoint(ph::kvm_redirection_sap::accessPointClass.name, session, *record);
 }

@@ -4,7 +4,7 @@ namespace ph::redirection {
 namespace {
 
 // One of them is enough for the service to be enabled; it is disabled when the BMC says so of each.
-std::uint16_t stateOf(IPMI20_SESSION_T* session, std::span<const std::uint32_t> services) {
+std::uint16_t stateOfServices(IPMI20_SESSION_T* session, std::span<const std::uint32_t> services) {
     bool isTold = true;
     for (const std::uint32_t bit : services) {
         const auto conf = readService(session, bit);
@@ -22,7 +22,7 @@ int fillService(const char* className, IPMI20_SESSION_T* session, RedirectionSer
     if (row == nullptr)
         return -1;
     copyText(record.ElementName, row->elementName);
-    setState(record, stateOf(session, row->services));
+    setState(record, stateOfServices(session, row->services));
     setList(record.RedirectionServiceType, {row->type});
     record.MaxCurrentEnabledSAPs = static_cast<std::uint16_t>(row->services.size());
     record.SharingMode = sharingMode(mostSessions(session, row->services));

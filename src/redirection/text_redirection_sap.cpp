@@ -9,10 +9,11 @@ constexpr const char* const g_TextRedirectionSAPKeyList[4] = {
     ph::redirection::elementKeys[0], ph::redirection::elementKeys[1], ph::redirection::elementKeys[2],
     ph::redirection::elementKeys[3]};
 
+namespace ph::text_redirection_sap {
 namespace {
 
 using Record = RedirectionSAPRecord;
-using ph::redirection::Sol;
+using redirection::Sol;
 
 constexpr const char* className = "CIM_TextRedirectionSAP";
 
@@ -21,18 +22,18 @@ const char* terminateSequence(const Record&) {
     return "";
 }
 
-constexpr ph::Property textProperties[] = {
+constexpr Property textProperties[] = {
     PH_COMPUTED("SessionTerminateSequence", terminateSequence),
     PH_PROPERTY(Record, TextFlowType),
 };
-constexpr auto properties = ph::joined(ph::redirection::accessPointProperties, textProperties);
+constexpr auto properties = joined(redirection::accessPointProperties, textProperties);
 
 bool isActive(const CIM_SOLActivation& activation, std::uint8_t instance) {
     return (activation.active >> (instance - 1) & 1) != 0;
 }
 
 // A BMC that does not tell how often SOL can be active has it once.
-int enumerate(ph::RecordArray<Record>& accessPoints, ph::Detail detail) {
+int enumerate(RecordArray<Record>& accessPoints, Detail detail) {
     char systemName[256] = "";
     Sol sol;
     if (PH_GetSPSystemName(systemName) != 0 || !sol.read())
@@ -45,9 +46,9 @@ int enumerate(ph::RecordArray<Record>& accessPoints, ph::Detail detail) {
         Record* accessPoint = accessPoints.append();
         if (accessPoint == nullptr)
             return -1;
-        ph::setHostedKeys(*accessPoint, ph::processorClass, systemName, className);
-        ph::TextWriter(accessPoint->Name).text("TextRedirectionSAP-").number(number);
-        if (detail == ph::Detail::Names)
+        setHostedKeys(*accessPoint, processorClass, systemName, className);
+        TextWriter(accessPoint->Name).text("TextRedirectionSAP-").number(number);
+        if (detail == Detail::Names)
             continue;
         const auto instance = isActive(activation, number) ? sol.instance(number) : std::nullopt;
         PH_Fill_TextRedirectionSAP(number, sol.isEnabled(), &activation, instance ? &*instance : nullptr,
@@ -56,7 +57,7 @@ int enumerate(ph::RecordArray<Record>& accessPoints, ph::Detail detail) {
     return 0;
 }
 
-constexpr ph::ClassDefinition<Record> definition{
+constexpr ClassDefinition<Record> definition{
     .name = className,
     .superclass = "CIM_ServiceAccessPoint",
     .source = "Get Payload Activation Status, Get Payload Instance Info; Get SOL Configuration Parameters",
@@ -65,18 +66,20 @@ constexpr ph::ClassDefinition<Record> definition{
     .enumerate = enumerate};
 
 } // namespace
+} // namespace ph::text_redirection_sap
 
-PH_EXPORT_CLASS_FAMILY(TextRedirectionSAP, Record, definition)
+PH_EXPORT_CLASS_FAMILY(TextRedirectionSAP, RedirectionSAPRecord, ph::text_redirection_sap::definition)
 
 int PH_Fill_TextRedirectionSAP(uint8_t instance, bool isEnabled, const CIM_SOLActivation* activation,
-                               const CIM_SOLInstance* sol, Record* record) {
+                               const CIM_SOLInstance* sol, RedirectionSAPRecord* record) {
     const bool isTold = activation->isSupported != 0 || !isEnabled;
     ph::TextWriter(record->ElementName).text("Serial over LAN ").number(instance);
     if (sol != nullptr && sol->serialPort != 0)
         ph::TextWriter(record->Description).text("serial port ").number(sol->serialPort);
-    ph::redirection::setState(*record,
-                              isTold ? ph::redirection::stateOf(isEnabled, isActive(*activation, instance))
-                                     : std::uint16_t{ph::EnabledState::Unknown});
+    ph::redirection::setState(
+        *record, isTold ? ph::redirection::stateOf(isEnabled,
+                                                   ph::text_redirection_sap::isActive(*activation, instance))
+                        : std::uint16_t{ph::EnabledState::Unknown});
     record->TextFlowType = ph::TextFlowType::CharacterStream;
     return 0;
 }

@@ -11,27 +11,28 @@ constexpr const char* const g_TextRedirectionServiceKeyList[4] = {
     ph::redirection::elementKeys[0], ph::redirection::elementKeys[1], ph::redirection::elementKeys[2],
     ph::redirection::elementKeys[3]};
 
+namespace ph::text_redirection_service {
 namespace {
 
 using Record = RedirectionServiceRecord;
-using ph::redirection::Sol;
+using redirection::Sol;
 
 constexpr const char* className = "CIM_TextRedirectionService";
 constexpr std::string_view namePrefix = "TextRedirectionService*Channel-";
 
-int enumerate(ph::RecordArray<Record>& services, ph::Detail detail) {
+int enumerate(RecordArray<Record>& services, Detail detail) {
     char systemName[256] = "";
     Sol sol;
     if (PH_GetSPSystemName(systemName) != 0 || !sol.read())
         return -1;
-    const bool asksMore = detail == ph::Detail::All && sol.isThere();
+    const bool asksMore = detail == Detail::All && sol.isThere();
     const CIM_SOLActivation activation = asksMore ? sol.activation() : CIM_SOLActivation{};
     for (const auto& [channel, config] : sol.channels()) {
         Record* service = services.append();
         if (service == nullptr)
             return -1;
-        ph::setHostedKeys(*service, ph::processorClass, systemName, className);
-        ph::TextWriter(service->Name).text(namePrefix).number(channel);
+        setHostedKeys(*service, processorClass, systemName, className);
+        TextWriter(service->Name).text(namePrefix).number(channel);
         if (asksMore)
             PH_Fill_TextRedirectionService(channel, &config, &activation, service);
     }
@@ -51,13 +52,13 @@ std::uint8_t channelOf(const char* name) {
 }
 
 bool enable(std::uint8_t channel, bool isEnabled) {
-    ph::IpmiSession session;
-    return session.open() && CIM_SetSOLEnable(session.get(), channel, isEnabled, ph::hookTimeout) == 0;
+    IpmiSession session;
+    return session.open() && CIM_SetSOLEnable(session.get(), channel, isEnabled, hookTimeout) == 0;
 }
 
-ph::MethodAnswer changeState(ph::MethodCall& call) {
-    using namespace ph::RequestedState;
-    const char* const name = call.key(ph::redirection::nameKey);
+MethodAnswer changeState(MethodCall& call) {
+    using namespace RequestedState;
+    const char* const name = call.key(redirection::nameKey);
     if (name == nullptr)
         return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "Key Value Missing");
     std::uint16_t state = 0;
@@ -66,31 +67,33 @@ ph::MethodAnswer changeState(ph::MethodCall& call) {
     if (state != Enabled && state != Disabled)
         return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "The service has no such state");
     char jobName[64];
-    ph::TextWriter(jobName).text(name).text("_").text(ph::requestStateChange);
+    TextWriter(jobName).text(name).text("_").text(requestStateChange);
     return call.report(jobName, [&] { return enable(channelOf(name), state == Enabled); });
 }
 
-constexpr ph::Method methods[] = {{.name = ph::requestStateChange,
-                                   .parameters = ph::requestStateChangeParameters,
-                                   .carryOut = changeState,
-                                   .job = ph::JobReport{}}};
+constexpr Method methods[] = {{.name = requestStateChange,
+                               .parameters = requestStateChangeParameters,
+                               .carryOut = changeState,
+                               .job = JobReport{}}};
 
-constexpr ph::ClassDefinition<Record> definition{
+constexpr ClassDefinition<Record> definition{
     .name = className,
     .superclass = "CIM_RedirectionService",
     .source = "Get and Set SOL Configuration Parameters 1, 2, 6 and 8; Get Payload Activation Status",
     .keys = g_TextRedirectionServiceKeyList,
-    .properties = ph::redirection::serviceProperties,
+    .properties = redirection::serviceProperties,
     .enumerate = enumerate,
     .methods = methods,
-    .invocation = {.isLookedUp = true, .missing = ph::noSuchInstance}};
+    .invocation = {.isLookedUp = true, .missing = noSuchInstance}};
 
 } // namespace
+} // namespace ph::text_redirection_service
 
-PH_EXPORT_CLASS_FAMILY(TextRedirectionService, Record, definition)
+PH_EXPORT_CLASS_FAMILY(TextRedirectionService, RedirectionServiceRecord,
+                       ph::text_redirection_service::definition)
 
 int PH_Fill_TextRedirectionService(uint8_t channel, const CIM_SOLConfig* config,
-                                   const CIM_SOLActivation* activation, Record* record) {
+                                   const CIM_SOLActivation* activation, RedirectionServiceRecord* record) {
     ph::TextWriter(record->ElementName).text("Serial over LAN on channel ").number(channel);
     ph::TextWriter description(record->Description);
     description.text(record->ElementName);
@@ -98,7 +101,7 @@ int PH_Fill_TextRedirectionService(uint8_t channel, const CIM_SOLConfig* config,
         description.text("; UDP port ").number(config->port);
     if (config->bitRate != 0)
         description.text("; ").number(config->bitRate).text(" bit/s");
-    if (const char* const privilege = privilegeName(config->privilege))
+    if (const char* const privilege = ph::text_redirection_service::privilegeName(config->privilege))
         description.text("; privilege level ").text(privilege);
     if (config->forcesEncryption != 0)
         description.text("; encryption required");

@@ -3,40 +3,42 @@
 
 constexpr const char* const g_USBRedirectionCapabilitiesKeyList[1] = {"InstanceID"};
 
+namespace ph::usb_redirection_capabilities {
 namespace {
 
 using Record = RedirectionCapabilitiesRecord;
 
-constexpr ph::Property usbProperties[] = {
+constexpr Property usbProperties[] = {
     PH_PROPERTY(Record, ConnectionModesSupported),
     PH_PROPERTY(Record, SAPCapabilitiesSupported),
     PH_PROPERTY(Record, SingleClassPerSAP),
 };
-constexpr auto properties = ph::joined(ph::redirection::capabilitiesProperties, usbProperties);
+constexpr auto properties = joined(redirection::capabilitiesProperties, usbProperties);
 
-int enumerate(ph::RecordArray<Record>& all, ph::Detail detail) {
-    ph::IpmiSession session;
-    const bool asksMore = detail == ph::Detail::All;
+int enumerate(RecordArray<Record>& all, Detail detail) {
+    IpmiSession session;
+    const bool asksMore = detail == Detail::All;
     if (asksMore && !session.open())
         return -1;
-    Record* usb = ph::redirection::append(
-        all, "USB",
-        asksMore ? ph::redirection::mostSessions(session.get(), ph::redirection::mediaServices) : 0);
+    Record* usb = redirection::append(
+        all, "USB", asksMore ? redirection::mostSessions(session.get(), redirection::mediaServices) : 0);
     if (usb == nullptr)
         return -1;
-    ph::setList(usb->ConnectionModesSupported, {ph::ConnectionMode::Listen});
-    ph::setList(usb->SAPCapabilitiesSupported, {ph::SAPCapabilitiesSupported::PreConfigured});
+    setList(usb->ConnectionModesSupported, {ConnectionMode::Listen});
+    setList(usb->SAPCapabilitiesSupported, {ph::SAPCapabilitiesSupported::PreConfigured});
     usb->SingleClassPerSAP = true;
     return 0;
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = "CIM_USBRedirectionCapabilities",
-                                                 .superclass = "CIM_RedirectionServiceCapabilities",
-                                                 .source = "Get Service Configuration (OEM)",
-                                                 .keys = g_USBRedirectionCapabilitiesKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate};
+constexpr ClassDefinition<Record> definition{.name = "CIM_USBRedirectionCapabilities",
+                                             .superclass = "CIM_RedirectionServiceCapabilities",
+                                             .source = "Get Service Configuration (OEM)",
+                                             .keys = g_USBRedirectionCapabilitiesKeyList,
+                                             .properties = properties,
+                                             .enumerate = enumerate};
 
 } // namespace
+} // namespace ph::usb_redirection_capabilities
 
-PH_EXPORT_CLASS_FAMILY(USBRedirectionCapabilities, Record, definition)
+PH_EXPORT_CLASS_FAMILY(USBRedirectionCapabilities, RedirectionCapabilitiesRecord,
+                       ph::usb_redirection_capabilities::definition)

@@ -12,10 +12,10 @@
 
 constexpr const char* const g_IdentityKeyList[1] = {"InstanceID"};
 
+namespace ph::identity {
 namespace {
 
 using Record = IdentityRecord;
-using ph::Property;
 
 bool knowsSessions(const Record& record) {
     return record.knowsSessions;
@@ -35,7 +35,7 @@ public:
         CIM_OpenSession sessions[CIM_MAX_OPEN_SESSIONS] = {};
         std::uint8_t count = 0;
         isKnown_ = CIM_GetOpenSessions != nullptr &&
-                   CIM_GetOpenSessions(session, sessions, &count, ph::hookTimeout) == 0;
+                   CIM_GetOpenSessions(session, sessions, &count, hookTimeout) == 0;
         for (int i = 0; isKnown_ && i < count && i < CIM_MAX_OPEN_SESSIONS; ++i)
             slots_.set(sessions[i].user);
     }
@@ -47,37 +47,37 @@ private:
     std::bitset<256> slots_;
 };
 
-void describe(Record& record, const std::vector<ph::ChannelAccess>& channels) {
+void describe(Record& record, const std::vector<ChannelAccess>& channels) {
     std::size_t used = 0;
-    for (const ph::ChannelAccess& each : channels)
-        if (const ph::PrivilegeLevel* level = each.level(); level != nullptr)
+    for (const ChannelAccess& each : channels)
+        if (const PrivilegeLevel* level = each.level(); level != nullptr)
             used += std::snprintf(record.Description + used, sizeof(record.Description) - used,
                                   "%s%s on channel %u", used != 0 ? ", " : "", level->name, each.channel);
     if (used == 0)
-        ph::copyText(record.Description, "no access");
+        copyText(record.Description, "no access");
 }
 
-Record* append(ph::RecordArray<Record>& identities, const PHUserEntry& user) {
+Record* append(RecordArray<Record>& identities, const PHUserEntry& user) {
     Record* record = identities.append();
     if (record == nullptr)
         return nullptr;
-    ph::nameIdentity(*record, user.slot);
+    nameIdentity(*record, user.slot);
     record->slot = user.slot;
     return record;
 }
 
-void fill(Record& record, const PHUserEntry& user, const ph::RoleMembers& members, const LoggedIn& loggedIn) {
-    ph::copyText(record.ElementName, user.userName);
+void fill(Record& record, const PHUserEntry& user, const RoleMembers& members, const LoggedIn& loggedIn) {
+    copyText(record.ElementName, user.userName);
     describe(record, members.accessOf(user.slot));
     record.knowsSessions = loggedIn.isKnown();
     record.CurrentlyAuthenticated = loggedIn.includes(user.slot);
 }
 
-int enumerate(ph::RecordArray<Record>& identities, ph::Detail detail) {
-    ph::IpmiSession session;
+int enumerate(RecordArray<Record>& identities, Detail detail) {
+    IpmiSession session;
     if (!session.open())
         return -1;
-    const ph::RoleMembers members(session.get());
+    const RoleMembers members(session.get());
     std::vector<PHUserEntry> users;
     if (!members.readUsers(users))
         return -1;
@@ -86,19 +86,19 @@ int enumerate(ph::RecordArray<Record>& identities, ph::Detail detail) {
         Record* record = append(identities, user);
         if (record == nullptr)
             return -1;
-        if (detail == ph::Detail::All)
+        if (detail == Detail::All)
             fill(*record, user, members, loggedIn);
     }
     return 0;
 }
 
 // Reads the one slot that the InstanceID numbers.
-int get(ph::RecordArray<Record>& identities, CMPIString** keyValues) {
+int get(RecordArray<Record>& identities, CMPIString** keyValues) {
     std::uint8_t slot = 0;
-    ph::IpmiSession session;
-    if (!ph::parseIdentityName(ph::textOf(keyValues[0]), slot) || !session.open())
+    IpmiSession session;
+    if (!parseIdentityName(textOf(keyValues[0]), slot) || !session.open())
         return -1;
-    const ph::RoleMembers members(session.get());
+    const RoleMembers members(session.get());
     PHUserEntry user;
     Record* record = members.readUser(slot, user) ? append(identities, user) : nullptr;
     if (record == nullptr)
@@ -107,18 +107,19 @@ int get(ph::RecordArray<Record>& identities, CMPIString** keyValues) {
     return 0;
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = "CIM_Identity",
-                                                 .superclass = "CIM_ManagedElement",
-                                                 .source = "Get User Name, Get User Access, Get Session Info",
-                                                 .keys = g_IdentityKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate,
-                                                 .get = get};
+constexpr ClassDefinition<Record> definition{.name = "CIM_Identity",
+                                             .superclass = "CIM_ManagedElement",
+                                             .source = "Get User Name, Get User Access, Get Session Info",
+                                             .keys = g_IdentityKeyList,
+                                             .properties = properties,
+                                             .enumerate = enumerate,
+                                             .get = get};
 
 } // namespace
+} // namespace ph::identity
 
 void ph::nameIdentity(IdentityRecord& record, std::uint8_t slot) {
     std::snprintf(record.InstanceID, sizeof(record.InstanceID), "%sIPMI User-%u", identityPrefix, slot);
 }
 
-PH_EXPORT_CLASS_FAMILY(Identity, Record, definition)
+PH_EXPORT_CLASS_FAMILY(Identity, IdentityRecord, ph::identity::definition)

@@ -8,10 +8,10 @@
 
 constexpr const char* const g_PrivilegeKeyList[1] = {"InstanceID"};
 
+namespace ph::privilege {
 namespace {
 
 using Record = PrivilegeRecord;
-using ph::Property;
 
 constexpr Property properties[] = {
     PH_KEY(Record, InstanceID),
@@ -21,24 +21,25 @@ constexpr Property properties[] = {
     PH_PROPERTY(Record, RepresentsAuthorizationRights),
 };
 
-int enumerate(ph::RecordArray<Record>& privileges, ph::Detail) {
-    for (const ph::PrivilegeLevel& level : ph::privilegeLevels()) {
+int enumerate(RecordArray<Record>& privileges, Detail) {
+    for (const PrivilegeLevel& level : privilegeLevels()) {
         Record* privilege = privileges.append();
         if (privilege == nullptr)
             return -1;
-        *privilege = ph::privilegeOf(level);
+        *privilege = privilegeOf(level);
     }
     return 0;
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = "CIM_Privilege",
-                                                 .superclass = "CIM_ManagedElement",
-                                                 .source = "the privilege levels of IPMI 2.0, 6.8",
-                                                 .keys = g_PrivilegeKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate};
+constexpr ClassDefinition<Record> definition{.name = "CIM_Privilege",
+                                             .superclass = "CIM_ManagedElement",
+                                             .source = "the privilege levels of IPMI 2.0, 6.8",
+                                             .keys = g_PrivilegeKeyList,
+                                             .properties = properties,
+                                             .enumerate = enumerate};
 
 } // namespace
+} // namespace ph::privilege
 
 PrivilegeRecord ph::privilegeOf(const PrivilegeLevel& level) {
     PrivilegeRecord privilege{};
@@ -49,4 +50,4 @@ PrivilegeRecord ph::privilegeOf(const PrivilegeLevel& level) {
     return privilege;
 }
 
-PH_EXPORT_CLASS_FAMILY(Privilege, Record, definition)
+PH_EXPORT_CLASS_FAMILY(Privilege, PrivilegeRecord, ph::privilege::definition)

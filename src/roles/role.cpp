@@ -7,10 +7,10 @@
 
 constexpr const char* const g_RoleKeyList[2] = {"CreationClassName", "Name"};
 
+namespace ph::role {
 namespace {
 
 using Record = RoleRecord;
-using ph::Property;
 
 constexpr const char* className = "CIM_Role";
 
@@ -20,28 +20,29 @@ constexpr Property properties[] = {
     PH_PROPERTY(Record, RoleCharacteristics),
 };
 
-int enumerate(ph::RecordArray<Record>& roles, ph::Detail) {
-    for (const ph::PrivilegeLevel& level : ph::privilegeLevels()) {
+int enumerate(RecordArray<Record>& roles, Detail) {
+    for (const PrivilegeLevel& level : privilegeLevels()) {
         Record* role = roles.append();
         if (role == nullptr)
             return -1;
-        *role = ph::roleOf(level);
+        *role = roleOf(level);
     }
     return 0;
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = className,
-                                                 .superclass = "CIM_Collection",
-                                                 .source = "the privilege levels of IPMI 2.0, 6.8",
-                                                 .keys = g_RoleKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate};
+constexpr ClassDefinition<Record> definition{.name = className,
+                                             .superclass = "CIM_Collection",
+                                             .source = "the privilege levels of IPMI 2.0, 6.8",
+                                             .keys = g_RoleKeyList,
+                                             .properties = properties,
+                                             .enumerate = enumerate};
 
 } // namespace
+} // namespace ph::role
 
 RoleRecord ph::roleOf(const PrivilegeLevel& level) {
     RoleRecord role{};
-    copyText(role.CreationClassName, className);
+    copyText(role.CreationClassName, ph::role::className);
     copyText(role.Name, level.name);
     copyText(role.CommonName, level.name);
     copyText(role.ElementName, level.title);
@@ -50,4 +51,4 @@ RoleRecord ph::roleOf(const PrivilegeLevel& level) {
     return role;
 }
 
-PH_EXPORT_CLASS_FAMILY(Role, Record, definition)
+PH_EXPORT_CLASS_FAMILY(Role, RoleRecord, ph::role::definition)

@@ -6,24 +6,23 @@
 constexpr const char* const g_RoleBasedAuthorizationServiceKeyList[4] = {
     "SystemCreationClassName", "CreationClassName", "SystemName", "Name"};
 
+namespace ph::role_based_authorization_service {
 namespace {
 
 using Record = RoleBasedAuthorizationServiceRecord;
-using ph::Direction;
-using ph::Parameter;
 
 constexpr const char* className = "CIM_RoleBasedAuthorizationService";
 
 // It cannot be switched.
-int enumerate(ph::RecordArray<Record>& services, ph::Detail detail) {
-    return ph::appendService(services, detail, className, "Role Based Authorization Service",
-                             ph::EnabledState::NotApplicable);
+int enumerate(RecordArray<Record>& services, Detail detail) {
+    return appendService(services, detail, className, "Role Based Authorization Service",
+                         EnabledState::NotApplicable);
 }
 
-constexpr ph::MethodValue notSupported{1};
+constexpr MethodValue notSupported{1};
 
 // The levels of IPMI are what they are.
-ph::MethodAnswer refuse(ph::MethodCall&) {
+MethodAnswer refuse(MethodCall&) {
     return notSupported;
 }
 
@@ -31,13 +30,13 @@ constexpr const char* elementClass = "CIM_ManagedElement";
 constexpr const char* privilegeClass = "CIM_Privilege";
 
 constexpr Parameter assignRoles[] = {
-    {"Identity", CMPI_ref, Direction::In, ph::identityClass},
-    {"Roles", CMPI_refA, Direction::In, ph::roleClass},
+    {"Identity", CMPI_ref, Direction::In, identityClass},
+    {"Roles", CMPI_refA, Direction::In, roleClass},
 };
 constexpr Parameter showRoles[] = {
-    {"Subject", CMPI_ref, Direction::In, ph::identityClass},
+    {"Subject", CMPI_ref, Direction::In, identityClass},
     {"Target", CMPI_ref, Direction::In, elementClass},
-    {"Roles", CMPI_instanceA, Direction::Out, ph::roleClass},
+    {"Roles", CMPI_instanceA, Direction::Out, roleClass},
     {"Privileges", CMPI_instanceA, Direction::Out, privilegeClass},
 };
 constexpr Parameter showAccess[] = {
@@ -48,20 +47,20 @@ constexpr Parameter showAccess[] = {
     {"Privileges", CMPI_instanceA, Direction::Out, nullptr},
 };
 constexpr Parameter createRole[] = {
-    {"RoleTemplate", CMPI_instance, Direction::In, ph::roleClass},
+    {"RoleTemplate", CMPI_instance, Direction::In, roleClass},
     {"OwningSystem", CMPI_ref, Direction::In, "CIM_System"},
     {"Privileges", CMPI_instanceA, Direction::In, privilegeClass},
     {"RoleLimitedToTargets", CMPI_refA, Direction::In, elementClass},
-    {"Role", CMPI_ref, Direction::Out, ph::roleClass},
+    {"Role", CMPI_ref, Direction::Out, roleClass},
 };
 constexpr Parameter modifyRole[] = {
     {"Privileges", CMPI_instanceA, Direction::In, privilegeClass},
     {"RoleLimitedToTargets", CMPI_refA, Direction::In, elementClass},
-    {"Role", CMPI_ref, Direction::In, ph::roleClass},
+    {"Role", CMPI_ref, Direction::In, roleClass},
 };
-constexpr Parameter deleteRole[] = {{"Role", CMPI_ref, Direction::In, ph::roleClass}};
+constexpr Parameter deleteRole[] = {{"Role", CMPI_ref, Direction::In, roleClass}};
 
-constexpr ph::Method methods[] = {
+constexpr Method methods[] = {
     {.name = "AssignRoles", .parameters = assignRoles, .carryOut = ph::assignRoles},
     {.name = "ShowRoles", .parameters = showRoles, .carryOut = ph::showRoles},
     {.name = "ShowAccess", .parameters = showAccess, .carryOut = ph::showAccess},
@@ -70,16 +69,17 @@ constexpr ph::Method methods[] = {
     {.name = "DeleteRole", .parameters = deleteRole, .carryOut = refuse},
 };
 
-constexpr ph::ClassDefinition<Record> definition{
-    .name = className,
-    .superclass = "CIM_PrivilegeManagementService",
-    .source = "one fixed instance; Get and Set User Access",
-    .keys = g_RoleBasedAuthorizationServiceKeyList,
-    .properties = ph::serviceProperties<Record>,
-    .enumerate = enumerate,
-    .methods = methods,
-    .invocation = {.isLookedUp = true, .missing = ph::noSuchInstance}};
+constexpr ClassDefinition<Record> definition{.name = className,
+                                             .superclass = "CIM_PrivilegeManagementService",
+                                             .source = "one fixed instance; Get and Set User Access",
+                                             .keys = g_RoleBasedAuthorizationServiceKeyList,
+                                             .properties = serviceProperties<Record>,
+                                             .enumerate = enumerate,
+                                             .methods = methods,
+                                             .invocation = {.isLookedUp = true, .missing = noSuchInstance}};
 
 } // namespace
+} // namespace ph::role_based_authorization_service
 
-PH_EXPORT_CLASS_FAMILY(RoleBasedAuthorizationService, Record, definition)
+PH_EXPORT_CLASS_FAMILY(RoleBasedAuthorizationService, RoleBasedAuthorizationServiceRecord,
+                       ph::role_based_authorization_service::definition)

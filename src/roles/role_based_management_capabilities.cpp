@@ -7,10 +7,10 @@
 
 constexpr const char* const g_RoleBasedManagementCapabilitiesKeyList[1] = {"InstanceID"};
 
+namespace ph::role_based_management_capabilities {
 namespace {
 
 using Record = RoleBasedManagementCapabilitiesRecord;
-using ph::Property;
 
 constexpr Property properties[] = {
     PH_KEY(Record, InstanceID),
@@ -20,26 +20,28 @@ constexpr Property properties[] = {
     PH_PROPERTY(Record, SupportedMethods),
 };
 
-int enumerate(ph::RecordArray<Record>& all, ph::Detail) {
+int enumerate(RecordArray<Record>& all, Detail) {
     Record* capabilities = all.append();
     if (capabilities == nullptr)
         return -1;
-    ph::copyText(capabilities->InstanceID, "RoleBasedManagementCapabilities");
-    ph::copyText(capabilities->ElementName, "Role Based Management Capabilities");
+    copyText(capabilities->InstanceID, "RoleBasedManagementCapabilities");
+    copyText(capabilities->ElementName, "Role Based Management Capabilities");
     capabilities->SharedPrivilegeSupported = true;
-    capabilities->ActivitiesSupported = ph::privilegeActivities;
-    ph::setList(capabilities->SupportedMethods,
-                {ph::RoleMethods::ShowAccess, ph::RoleMethods::AssignRoles, ph::RoleMethods::ShowRoles});
+    capabilities->ActivitiesSupported = privilegeActivities;
+    setList(capabilities->SupportedMethods,
+            {RoleMethods::ShowAccess, RoleMethods::AssignRoles, RoleMethods::ShowRoles});
     return 0;
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = "CIM_RoleBasedManagementCapabilities",
-                                                 .superclass = "CIM_PrivilegeManagementCapabilities",
-                                                 .source = "one fixed instance",
-                                                 .keys = g_RoleBasedManagementCapabilitiesKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate};
+constexpr ClassDefinition<Record> definition{.name = "CIM_RoleBasedManagementCapabilities",
+                                             .superclass = "CIM_PrivilegeManagementCapabilities",
+                                             .source = "one fixed instance",
+                                             .keys = g_RoleBasedManagementCapabilitiesKeyList,
+                                             .properties = properties,
+                                             .enumerate = enumerate};
 
 } // namespace
+} // namespace ph::role_based_management_capabilities
 
-PH_EXPORT_CLASS_FAMILY(RoleBasedManagementCapabilities, Record, definition)
+PH_EXPORT_CLASS_FAMILY(RoleBasedManagementCapabilities, RoleBasedManagementCapabilitiesRecord,
+                       ph::role_based_management_capabilities::definition)

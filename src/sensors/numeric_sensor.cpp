@@ -10,10 +10,10 @@
 constexpr const char* const g_NumericSensorKeyList[4] = {ph::sensorKeys[0], ph::sensorKeys[1],
                                                          ph::sensorKeys[2], ph::sensorKeys[3]};
 
+namespace ph::numeric_sensor {
 namespace {
 
 using Record = NumericSensorRecord;
-using ph::Property;
 
 static_assert(offsetof(Record, sensor) == 0, "the properties of every sensor lie where CIM_Sensor has them");
 
@@ -23,7 +23,7 @@ using Uint32 = std::numeric_limits<std::uint32_t>;
 // Converts the value and multiplies it by 100; rounds a half to even, and gives at most `highest`.
 std::int64_t hundredfold(const Record& record, std::int32_t raw, double highest = Int32::max()) {
     float value = 0;
-    ph::convert({record.analogFormat, record.m, record.b, record.exponents}, raw, value);
+    convert({record.analogFormat, record.m, record.b, record.exponents}, raw, value);
     return static_cast<std::int64_t>(
         std::clamp<double>(std::nearbyint(value * 100.0F), Int32::min(), highest));
 }
@@ -82,7 +82,7 @@ constexpr Property numericProperties[] = {
     PH_PROPERTY(Record, IsLinear),
     PH_COMPUTED("Hysteresis", hysteresis),
     PH_PROPERTY(Record, SupportedThresholds),
-    ph::stored("EnabledThresholds", ph::Kind::Uint16List, offsetof(Record, SupportedThresholds)),
+    stored("EnabledThresholds", Kind::Uint16List, offsetof(Record, SupportedThresholds)),
     PH_PROPERTY(Record, SettableThresholds),
     PH_COMPUTED_IF("LowerThresholdNonCritical", threshold<&Record::rawLowerNonCritical>,
                    supports<lowerNonCritical>),
@@ -93,65 +93,72 @@ constexpr Property numericProperties[] = {
     PH_COMPUTED_IF("LowerThresholdFatal", threshold<&Record::rawLowerFatal>, supports<lowerFatal>),
     PH_COMPUTED_IF("UpperThresholdFatal", threshold<&Record::rawUpperFatal>, supports<upperFatal>),
 };
-constexpr auto properties = ph::joined(ph::sensorProperties, numericProperties);
+constexpr auto properties = joined(sensorProperties, numericProperties);
 
-int publish(Record& record, const ph::Reading& reading) {
-    const bool isAvailable = reading.availability == ph::ReadingAvailability::Available;
+int publish(Record& record, const Reading& reading) {
+    const bool isAvailable = reading.availability == ReadingAvailability::Available;
     record.rawReading = isAvailable ? reading.answer.reading : 0;
-    return ph::publishReading(record.sensor, reading, [&](const CIM_SensorReading& answer) {
+    return publishReading(record.sensor, reading, [&](const CIM_SensorReading& answer) {
         PH_Get_Analog_CurrentState(&record, answer.statesLow & 0x3F);
     });
 }
 
-constexpr ph::SensorClass<Record, FullSdr> sensorClass{"CIM_NumericSensor", db_get_all_full_sdrs,
-                                                       db_get_full_sdr, PH_Fill_NumericSensor, publish};
+constexpr SensorClass<Record, FullSdr> sensorClass{"CIM_NumericSensor", db_get_all_full_sdrs, db_get_full_sdr,
+                                                   PH_Fill_NumericSensor, publish};
 
-int enumerate(ph::RecordArray<Record>& sensors, ph::Detail detail) {
-    return ph::enumerateSensors(sensorClass, sensors, detail);
+int enumerate(RecordArray<Record>& sensors, Detail detail) {
+    return enumerateSensors(sensorClass, sensors, detail);
 }
 
-int stream(const std::function<bool(const Record&)>& take, ph::Detail detail) {
-    return ph::streamSensors(sensorClass, properties, take, detail);
+int stream(const std::function<bool(const Record&)>& take, Detail detail) {
+    return streamSensors(sensorClass, properties, take, detail);
 }
 
-int get(ph::RecordArray<Record>& sensors, CMPIString** keyValues) {
-    return ph::getSensor(sensorClass, sensors, keyValues);
+int get(RecordArray<Record>& sensors, CMPIString** keyValues) {
+    return getSensor(sensorClass, sensors, keyValues);
 }
 
 bool skip(const Record& record) {
-    return ph::isUnreadable(record.sensor);
+    return isUnreadable(record.sensor);
 }
 
-constexpr ph::ClassDefinition<Record> definition{.name = sensorClass.name,
-                                                 .superclass = "CIM_Sensor",
-                                                 .source =
-                                                     "table full_sdr (SDR type 01h); Get Sensor Reading",
-                                                 .keys = g_NumericSensorKeyList,
-                                                 .properties = properties,
-                                                 .enumerate = enumerate,
-                                                 .stream = stream,
-                                                 .get = get,
-                                                 .skip = skip};
+constexpr ClassDefinition<Record> definition{.name = sensorClass.name,
+                                             .superclass = "CIM_Sensor",
+                                             .source = "table full_sdr (SDR type 01h); Get Sensor Reading",
+                                             .keys = g_NumericSensorKeyList,
+                                             .properties = properties,
+                                             .enumerate = enumerate,
+                                             .stream = stream,
+                                             .get = get,
+                                             .skip = skip};
 
 } // namespace
+} // namespace ph::numeric_sensor
 
 // CurrentState tells of lower thresholds only, and of no upper one.
 std::uint16_t ph::healthByThresholds(const NumericSensorRecord& sensor) {
+    using enum numeric_sensor::Threshold;
     constexpr std::uint16_t minor = 15, critical = 25, nonRecoverable = 30; // DMTF HealthState
     constexpr struct {
-        bool (*isSupported)(const Record&);
-        std::int32_t (*value)(const Record&);
+        bool (*isSupported)(const NumericSensorRecord&);
+        std::int32_t (*value)(const NumericSensorRecord&);
         bool isUpper;
         std::uint16_t health;
     } thresholds[] = {
-        {supports<lowerNonCritical>, threshold<&Record::rawLowerNonCritical>, false, minor},
-        {supports<upperNonCritical>, threshold<&Record::rawUpperNonCritical>, true, minor},
-        {supports<lowerCritical>, threshold<&Record::rawLowerCritical>, false, critical},
-        {supports<upperCritical>, threshold<&Record::rawUpperCritical>, true, critical},
-        {supports<lowerFatal>, threshold<&Record::rawLowerFatal>, false, nonRecoverable},
-        {supports<upperFatal>, threshold<&Record::rawUpperFatal>, true, nonRecoverable},
+        {numeric_sensor::supports<lowerNonCritical>,
+         numeric_sensor::threshold<&NumericSensorRecord::rawLowerNonCritical>, false, minor},
+        {numeric_sensor::supports<upperNonCritical>,
+         numeric_sensor::threshold<&NumericSensorRecord::rawUpperNonCritical>, true, minor},
+        {numeric_sensor::supports<lowerCritical>,
+         numeric_sensor::threshold<&NumericSensorRecord::rawLowerCritical>, false, critical},
+        {numeric_sensor::supports<upperCritical>,
+         numeric_sensor::threshold<&NumericSensorRecord::rawUpperCritical>, true, critical},
+        {numeric_sensor::supports<lowerFatal>, numeric_sensor::threshold<&NumericSensorRecord::rawLowerFatal>,
+         false, nonRecoverable},
+        {numeric_sensor::supports<upperFatal>, numeric_sensor::threshold<&NumericSensorRecord::rawUpperFatal>,
+         true, nonRecoverable},
     };
-    const std::int32_t value = threshold<&Record::rawReading>(sensor);
+    const std::int32_t value = numeric_sensor::threshold<&NumericSensorRecord::rawReading>(sensor);
     std::uint16_t health = HealthState::OK;
     for (const auto& each : thresholds)
         if (each.isSupported(sensor) &&
@@ -161,11 +168,11 @@ std::uint16_t ph::healthByThresholds(const NumericSensorRecord& sensor) {
 }
 
 std::int32_t ph::publishedReading(const NumericSensorRecord& sensor) {
-    return reading<&Record::rawReading>(sensor);
+    return numeric_sensor::reading<&NumericSensorRecord::rawReading>(sensor);
 }
 
 std::int32_t ph::publishedUnitModifier(const NumericSensorRecord& sensor) {
-    return unitModifier(sensor);
+    return numeric_sensor::unitModifier(sensor);
 }
 
 int PH_Fill_NumericSensor(const FullSdr* sdr, NumericSensorRecord* record) {
@@ -198,8 +205,9 @@ int PH_Fill_NumericSensor(const FullSdr* sdr, NumericSensorRecord* record) {
 }
 
 int PH_Fill_Settable_SupportedThresholds_NumericSensor(NumericSensorRecord* record) {
-    constexpr Threshold byBit[] = {lowerNonCritical, lowerCritical, lowerFatal,
-                                   upperNonCritical, upperCritical, upperFatal};
+    using enum ph::numeric_sensor::Threshold;
+    constexpr ph::numeric_sensor::Threshold byBit[] = {lowerNonCritical, lowerCritical, lowerFatal,
+                                                       upperNonCritical, upperCritical, upperFatal};
     int count = 0;
     std::fill_n(record->SupportedThresholds, std::size(record->SupportedThresholds), -1);
     for (unsigned bit = 0; bit < std::size(byBit); ++bit)
@@ -210,4 +218,4 @@ int PH_Fill_Settable_SupportedThresholds_NumericSensor(NumericSensorRecord* reco
     return 0;
 }
 
-PH_EXPORT_CLASS_FAMILY(NumericSensor, Record, definition)
+PH_EXPORT_CLASS_FAMILY(NumericSensor, NumericSensorRecord, ph::numeric_sensor::definition)

@@ -28,41 +28,43 @@ bool isUnreadable(const SensorRecord& sensor) {
 
 } // namespace ph
 
+namespace ph::sensor {
 namespace {
 
 using Record = SensorRecord;
 
-constexpr ph::SensorClass<Record, CompactSdr> sensorClass{
-    "CIM_Sensor", db_get_all_compact_sdrs, db_get_compact_sdr, PH_Fill_Sensor, ph::publishDiscrete};
+constexpr SensorClass<Record, CompactSdr> sensorClass{"CIM_Sensor", db_get_all_compact_sdrs,
+                                                      db_get_compact_sdr, PH_Fill_Sensor, publishDiscrete};
 
-int enumerate(ph::RecordArray<Record>& sensors, ph::Detail detail) {
-    return ph::enumerateSensors(sensorClass, sensors, detail);
+int enumerate(RecordArray<Record>& sensors, Detail detail) {
+    return enumerateSensors(sensorClass, sensors, detail);
 }
 
-int stream(const std::function<bool(const Record&)>& take, ph::Detail detail) {
-    return ph::streamSensors(sensorClass, ph::sensorProperties, take, detail);
+int stream(const std::function<bool(const Record&)>& take, Detail detail) {
+    return streamSensors(sensorClass, sensorProperties, take, detail);
 }
 
-int get(ph::RecordArray<Record>& sensors, CMPIString** keyValues) {
-    return ph::getSensor(sensorClass, sensors, keyValues);
+int get(RecordArray<Record>& sensors, CMPIString** keyValues) {
+    return getSensor(sensorClass, sensors, keyValues);
 }
 
 bool skip(const Record& record) {
-    return ph::isUnreadable(record);
+    return isUnreadable(record);
 }
 
-constexpr ph::ClassDefinition<Record> definition{
+constexpr ClassDefinition<Record> definition{
     .name = sensorClass.name,
     .superclass = "CIM_LogicalDevice",
     .source = "table compact_sdr (SDR types 01h and 02h); Get Sensor Reading",
     .keys = g_SensorKeyList,
-    .properties = ph::sensorProperties,
+    .properties = sensorProperties,
     .enumerate = enumerate,
     .stream = stream,
     .get = get,
     .skip = skip};
 
 } // namespace
+} // namespace ph::sensor
 
 int PH_Fill_Sensor(const CompactSdr* sdr, SensorRecord* record) {
     ph::fillCommon(*sdr, *record);
@@ -70,4 +72,4 @@ int PH_Fill_Sensor(const CompactSdr* sdr, SensorRecord* record) {
     return PH_Fill_PossibleStates_Sensor(record);
 }
 
-PH_EXPORT_CLASS_FAMILY(Sensor, Record, definition)
+PH_EXPORT_CLASS_FAMILY(Sensor, SensorRecord, ph::sensor::definition)

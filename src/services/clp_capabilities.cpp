@@ -3,14 +3,16 @@
 
 constexpr const char* const g_CLPCapabilitiesKeyList[1] = {"InstanceID"};
 
+namespace ph::clp_capabilities {
 namespace {
 
 constexpr char name[] = "CIM_CLPCapabilities";
 
-constexpr auto definition = ph::defineServiceCapabilities<name>(
+constexpr auto definition = defineServiceCapabilities<name>(
     "CIM_ProtocolServiceCapabilities", "one fixed instance; the daemon smashclpd is of this system",
-    g_CLPCapabilitiesKeyList, ph::serviceCapabilitiesProperties);
+    g_CLPCapabilitiesKeyList, serviceCapabilitiesProperties);
 
 } // namespace
+} // namespace ph::clp_capabilities
 
-PH_EXPORT_CLASS_FAMILY(CLPCapabilities, ProtocolServiceCapabilitiesRecord, definition)
+PH_EXPORT_CLASS_FAMILY(CLPCapabilities, ProtocolServiceCapabilitiesRecord, ph::clp_capabilities::definition)

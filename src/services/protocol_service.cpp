@@ -15,6 +15,7 @@
 constexpr const char* const g_ProtocolServiceKeyList[4] = {"SystemCreationClassName", "CreationClassName",
                                                            "SystemName", "Name"};
 
+namespace ph::protocol_service {
 namespace {
 
 using Record = ProtocolServiceRecord;
@@ -27,7 +28,7 @@ bool isKnown(const Record& service) {
     return service.OperationalStatus[0] != ph::OperationalStatus::Unknown;
 }
 
-constexpr ph::Property properties[] = {
+constexpr Property properties[] = {
     PH_KEY(Record, SystemCreationClassName),
     PH_KEY(Record, CreationClassName),
     PH_KEY(Record, SystemName),
@@ -47,13 +48,13 @@ class Source {
 public:
     bool open() { return PH_GetSPSystemName(systemName_) == 0; }
 
-    int append(ph::RecordArray<Record>& records, const ph::Service& service, ph::Detail detail) {
+    int append(RecordArray<Record>& records, const Service& service, Detail detail) {
         Record* record = records.append();
         if (record == nullptr)
             return -1;
-        ph::setHostedKeys(*record, ph::processorClass, systemName_, className);
-        ph::copyText(record->Name, service.name);
-        if (detail == ph::Detail::Names)
+        setHostedKeys(*record, processorClass, systemName_, className);
+        copyText(record->Name, service.name);
+        if (detail == Detail::Names)
             return 0;
         if (!service.isClp() && !session_.has_value() && !session_.emplace().open())
             return -1;
@@ -62,32 +63,32 @@ public:
 
 private:
     char systemName_[256] = "";
-    std::optional<ph::IpmiSession> session_;
+    std::optional<IpmiSession> session_;
 };
 
-int enumerate(ph::RecordArray<Record>& records, ph::Detail detail) {
+int enumerate(RecordArray<Record>& records, Detail detail) {
     Source source;
     if (!source.open())
         return -1;
-    for (const ph::Service& service : ph::allServices())
+    for (const Service& service : allServices())
         if (source.append(records, service, detail) != 0)
             return -1;
     return 0;
 }
 
-int get(ph::RecordArray<Record>& records, CMPIString** keyValues) {
-    const char* name = ph::textOf(keyValues[nameKey]);
-    const ph::Service* service = name != nullptr ? ph::findService(name) : nullptr;
+int get(RecordArray<Record>& records, CMPIString** keyValues) {
+    const char* name = textOf(keyValues[nameKey]);
+    const Service* service = name != nullptr ? findService(name) : nullptr;
     Source source;
-    return service != nullptr && source.open() ? source.append(records, *service, ph::Detail::All) : -1;
+    return service != nullptr && source.open() ? source.append(records, *service, Detail::All) : -1;
 }
 
 // ---- RequestStateChange
 
 // Any other name would switch the web service.
 bool exists(CMPIString* const* keyValues) {
-    const char* name = ph::textOf(keyValues[nameKey]);
-    return name != nullptr && ph::findService(name) != nullptr;
+    const char* name = textOf(keyValues[nameKey]);
+    return name != nullptr && findService(name) != nullptr;
 }
 
 bool isCarriedOut(std::uint16_t state) {
@@ -95,14 +96,14 @@ bool isCarriedOut(std::uint16_t state) {
     return state == Enabled || state == Disabled || state == Reset;
 }
 
-ph::MethodAnswer changeState(ph::MethodCall& call) {
+MethodAnswer changeState(MethodCall& call) {
     const CMPIArgs* const in = call.request.in;
     const char* const serviceName = call.key(nameKey);
     if (serviceName == nullptr)
         return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "Key Value Missing");
     if (in == nullptr || CMGetArgCount(in, nullptr) == 0)
         return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "Input Parameter is empty");
-    const auto requested = ph::argument(in, "RequestedState");
+    const auto requested = argument(in, "RequestedState");
     if (!requested)
         return call.refuse(CMPI_RC_ERR_INVALID_PARAMETER, "RequestedState Parameter is Invalid");
     std::uint16_t state = 0;
@@ -112,23 +113,23 @@ ph::MethodAnswer changeState(ph::MethodCall& call) {
     char jobName[64];
     std::snprintf(jobName, sizeof(jobName), "%.40s_RequestStateChange", serviceName);
     char message[PH_SERVICE_MESSAGE_SIZE] = "Unable to record how the job ended."; // unless the change fails
-    const ph::MethodAnswer answer = call.report(jobName, [&] {
+    const MethodAnswer answer = call.report(jobName, [&] {
         return isCarriedOut(state)
                    ? PH_RequestStateChange_DB(state, serviceName, message) == 0
-                   : ph::explain(message, PH_SERVICE_MESSAGE_SIZE, "Invalid Parameter value") == 0;
+                   : explain(message, PH_SERVICE_MESSAGE_SIZE, "Invalid Parameter value") == 0;
     });
-    if (answer == ph::methodFailed)
+    if (answer == methodFailed)
         call.refuse(isCarriedOut(state) ? CMPI_RC_ERR_FAILED : CMPI_RC_ERR_INVALID_PARAMETER, message);
     return answer;
 }
 
-constexpr ph::Method methods[] = {{.name = ph::requestStateChange,
-                                   .parameters = ph::requestStateChangeParameters,
-                                   .carryOut = changeState,
-                                   .job = ph::JobReport{},
-                                   .refusedValue = ph::methodDone}};
+constexpr Method methods[] = {{.name = requestStateChange,
+                               .parameters = requestStateChangeParameters,
+                               .carryOut = changeState,
+                               .job = JobReport{},
+                               .refusedValue = methodDone}};
 
-constexpr ph::ClassDefinition<Record> definition{
+constexpr ClassDefinition<Record> definition{
     .name = className,
     .superclass = "CIM_Service",
     .source = "Get Service Configuration (OEM); for CLPProtocolService the processes of smashclpd",
@@ -145,24 +146,25 @@ struct State {
     std::uint16_t maxConnections;
 };
 
-State readState(IPMI20_SESSION_T* session, const ph::Service& service) {
+State readState(IPMI20_SESSION_T* session, const Service& service) {
     if (service.isClp())
         return {true, PH_IsSmashclpdRunning() == 0, 1};
     CIM_ServiceConf conf;
-    if (CIM_GetServiceConf(session, service.bit, &conf, ph::hookTimeout) != 0)
+    if (CIM_GetServiceConf(session, service.bit, &conf, hookTimeout) != 0)
         return {false, false, 0};
     return {true, conf.currentState != 0, conf.maxSessions};
 }
 
 } // namespace
+} // namespace ph::protocol_service
 
-PH_EXPORT_CLASS_FAMILY(ProtocolService, Record, definition)
+PH_EXPORT_CLASS_FAMILY(ProtocolService, ProtocolServiceRecord, ph::protocol_service::definition)
 
 int PH_Fill_ProtocolService(IPMI20_SESSION_T* session, ProtocolServiceRecord* record) {
     const ph::Service* service = ph::findService(record->Name);
     if (service == nullptr)
         return -1;
-    const State state = readState(session, *service);
+    const ph::protocol_service::State state = ph::protocol_service::readState(session, *service);
     ph::copyText(record->ElementName, service->elementName);
     ph::copyText(record->OtherProtocol, service->word);
     record->Protocol = service->protocol;
@@ -180,6 +182,6 @@ int PH_ProtocolServiceRequestStateChange(const CMPIBroker* broker, const CMPIRes
                                          const CMPIObjectPath* ref, const CMPIArgs* in, CMPIArgs* out,
                                          CMPIString** keyValues, CMPIStatus* status) {
     return ph::resultOf(ph::engine::carryOut(
-        ph::family_ProtocolService, methods[0],
+        ph::family_ProtocolService, ph::protocol_service::methods[0],
         {.broker = broker, .result = result, .ref = ref, .in = in, .out = out}, keyValues, status));
 }

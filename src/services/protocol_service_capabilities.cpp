@@ -3,14 +3,17 @@
 
 constexpr const char* const g_ProtocolServiceCapabilitiesKeyList[1] = {"InstanceID"};
 
+namespace ph::protocol_service_capabilities {
 namespace {
 
 constexpr char name[] = "CIM_ProtocolServiceCapabilities";
 
-constexpr auto definition = ph::defineServiceCapabilities<name>(
+constexpr auto definition = defineServiceCapabilities<name>(
     "CIM_EnabledLogicalElementCapabilities", "Get Service Configuration (OEM)",
-    g_ProtocolServiceCapabilitiesKeyList, ph::serviceCapabilitiesProperties);
+    g_ProtocolServiceCapabilitiesKeyList, serviceCapabilitiesProperties);
 
 } // namespace
+} // namespace ph::protocol_service_capabilities
 
-PH_EXPORT_CLASS_FAMILY(ProtocolServiceCapabilities, ProtocolServiceCapabilitiesRecord, definition)
+PH_EXPORT_CLASS_FAMILY(ProtocolServiceCapabilities, ProtocolServiceCapabilitiesRecord,
+                       ph::protocol_service_capabilities::definition)

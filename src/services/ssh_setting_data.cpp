@@ -7,17 +7,19 @@ namespace ph {
 extern const ClassFamily family_SSHSettingData;
 }
 
+namespace ph::ssh_setting_data {
 namespace {
 
-constexpr auto properties = ph::joined(ph::loginSettingProperties, ph::ssh::properties<LoginSettingRecord>);
+constexpr auto properties = joined(loginSettingProperties, ssh::properties<LoginSettingRecord>);
 
-constexpr auto definition = ph::defineSettings<ph::sshLogin, ph::family_SSHSettingData>(
+constexpr auto definition = defineSettings<sshLogin, family_SSHSettingData>(
     "CIM_SSHSettingData", "Get and Set Service Configuration (OEM); /etc/ssh/sshd_config",
     g_SSHSettingDataKeyList, properties);
 
 } // namespace
+} // namespace ph::ssh_setting_data
 
-PH_EXPORT_CLASS_FAMILY(SSHSettingData, LoginSettingRecord, definition)
+PH_EXPORT_CLASS_FAMILY(SSHSettingData, LoginSettingRecord, ph::ssh_setting_data::definition)
 
 int PH_Fill_SSHSettingData(const CIM_ServiceConf* conf, LoginSettingRecord* record) {
     return ph::guarded(-1, [&] { return ph::fillSetting(ph::sshLogin, *conf, *record); });

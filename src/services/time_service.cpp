@@ -13,6 +13,7 @@
 constexpr const char* const g_TimeServiceKeyList[4] = {"SystemCreationClassName", "CreationClassName",
                                                        "SystemName", "Name"};
 
+namespace ph::time_service {
 namespace {
 
 using Record = TimeServiceRecord;
@@ -20,7 +21,7 @@ using Record = TimeServiceRecord;
 constexpr const char* className = "CIM_TimeService";
 constexpr const char* serviceName = "Time Service";
 
-constexpr ph::Property properties[] = {
+constexpr Property properties[] = {
     PH_KEY(Record, SystemCreationClassName),
     PH_KEY(Record, CreationClassName),
     PH_KEY(Record, SystemName),
@@ -33,24 +34,24 @@ constexpr ph::Property properties[] = {
     PH_PROPERTY(Record, Started),
 };
 
-int enumerate(ph::RecordArray<Record>& services, ph::Detail detail) {
-    return ph::appendService(services, detail, className, serviceName);
+int enumerate(RecordArray<Record>& services, Detail detail) {
+    return appendService(services, detail, className, serviceName);
 }
 
 // ---- ManageTime
 
-constexpr ph::Refusal notTold{CMPI_RC_ERR_FAILED, "The BMC does not tell the time"};
-constexpr ph::Refusal neverSet{CMPI_RC_ERR_FAILED, "The BMC's clock was not set"};
-constexpr ph::Refusal notSet{CMPI_RC_ERR_FAILED, "The BMC did not set its clock"};
-constexpr ph::Refusal wrongRequest{CMPI_RC_ERR_INVALID_PARAMETER, "GetRequest Parameter is Invalid"};
-constexpr ph::Refusal wrongElement{CMPI_RC_ERR_INVALID_PARAMETER, "ManagedElement Parameter is Invalid"};
-constexpr ph::Refusal wrongTime{CMPI_RC_ERR_INVALID_PARAMETER, "TimeData Parameter is Invalid"};
+constexpr Refusal notTold{CMPI_RC_ERR_FAILED, "The BMC does not tell the time"};
+constexpr Refusal neverSet{CMPI_RC_ERR_FAILED, "The BMC's clock was not set"};
+constexpr Refusal notSet{CMPI_RC_ERR_FAILED, "The BMC did not set its clock"};
+constexpr Refusal wrongRequest{CMPI_RC_ERR_INVALID_PARAMETER, "GetRequest Parameter is Invalid"};
+constexpr Refusal wrongElement{CMPI_RC_ERR_INVALID_PARAMETER, "ManagedElement Parameter is Invalid"};
+constexpr Refusal wrongTime{CMPI_RC_ERR_INVALID_PARAMETER, "TimeData Parameter is Invalid"};
 
 constexpr const char* timeParameter = "TimeData";
 
 bool isThisProcessor(const CMPIObjectPath* element) {
     char systemName[256] = "";
-    const char* given = element != nullptr ? ph::keyText(element, "Name") : nullptr;
+    const char* given = element != nullptr ? keyText(element, "Name") : nullptr;
     return given != nullptr && PH_GetSPSystemName(systemName) == 0 && std::strcmp(given, systemName) == 0;
 }
 
@@ -58,88 +59,87 @@ bool isClockTime(std::int64_t seconds) {
     return seconds > CIM_SEL_TIME_FIRST_SET && seconds < CIM_SEL_TIME_NONE;
 }
 
-bool returnTime(const ph::Request& request, const char* text) {
-    const ph::CmpiPtr<CMPIDateTime> time(CMNewDateTimeFromChars(request.broker, text, nullptr));
+bool returnTime(const Request& request, const char* text) {
+    const CmpiPtr<CMPIDateTime> time(CMNewDateTimeFromChars(request.broker, text, nullptr));
     CMPIValue value{};
     value.dateTime = time.get();
     return time != nullptr && CMAddArg(request.out, timeParameter, &value, CMPI_dateTime).rc == CMPI_RC_OK;
 }
 
-ph::MethodAnswer readClock(ph::MethodCall& call) {
-    ph::IpmiSession session;
+MethodAnswer readClock(MethodCall& call) {
+    IpmiSession session;
     std::uint32_t seconds = 0;
     std::int16_t offset = CIM_SEL_UTC_OFFSET_NONE;
-    if (!session.open() || CIM_GetSELTime(session.get(), &seconds, ph::hookTimeout) != 0 ||
-        CIM_GetSELTimeUTCOffset(session.get(), &offset, ph::hookTimeout) != 0)
+    if (!session.open() || CIM_GetSELTime(session.get(), &seconds, hookTimeout) != 0 ||
+        CIM_GetSELTimeUTCOffset(session.get(), &offset, hookTimeout) != 0)
         return call.refuse(notTold);
     if (!isClockTime(seconds))
         return call.refuse(neverSet);
-    char text[ph::clockTextSize] = "";
+    char text[clockTextSize] = "";
     if (offset == CIM_SEL_UTC_OFFSET_NONE)
-        ph::LogTime().write(seconds, text);
+        LogTime().write(seconds, text);
     else
-        ph::writeClockTime({seconds, offset}, text);
-    return returnTime(call.request, text) ? ph::MethodAnswer(ph::methodDone) : call.refuse(notTold);
+        writeClockTime({seconds, offset}, text);
+    return returnTime(call.request, text) ? MethodAnswer(methodDone) : call.refuse(notTold);
 }
 
 // Returns nothing where TimeData is no point in time.
-std::optional<ph::ClockTime> givenTime(const CMPIArgs* in) {
-    const auto time = ph::argument(in, timeParameter);
+std::optional<ClockTime> givenTime(const CMPIArgs* in) {
+    const auto time = argument(in, timeParameter);
     if (!time || time->type != CMPI_dateTime || time->value.dateTime == nullptr)
         return std::nullopt;
-    const ph::CmpiPtr<CMPIString> text(CMGetStringFormat(time->value.dateTime, nullptr));
-    const char* characters = ph::textOf(text.get());
-    return characters != nullptr ? ph::parseClockTime(characters) : std::nullopt;
+    const CmpiPtr<CMPIString> text(CMGetStringFormat(time->value.dateTime, nullptr));
+    const char* characters = textOf(text.get());
+    return characters != nullptr ? parseClockTime(characters) : std::nullopt;
 }
 
-bool setSeconds(ph::IpmiSession& session, std::int64_t seconds) {
+bool setSeconds(IpmiSession& session, std::int64_t seconds) {
     return isClockTime(seconds) &&
-           CIM_SetSELTime(session.get(), static_cast<std::uint32_t>(seconds), ph::hookTimeout) == 0;
+           CIM_SetSELTime(session.get(), static_cast<std::uint32_t>(seconds), hookTimeout) == 0;
 }
 
 // Sets the offset first, because an offset can be put back, but a clock that has moved on cannot.
-bool setClock(ph::IpmiSession& session, ph::ClockTime time) {
+bool setClock(IpmiSession& session, ClockTime time) {
     std::int16_t former = CIM_SEL_UTC_OFFSET_NONE;
-    if (CIM_GetSELTimeUTCOffset(session.get(), &former, ph::hookTimeout) != 0)
+    if (CIM_GetSELTimeUTCOffset(session.get(), &former, hookTimeout) != 0)
         return false;
     if (former == time.offset)
         return setSeconds(session, time.seconds);
-    if (CIM_SetSELTimeUTCOffset(session.get(), static_cast<std::int16_t>(time.offset), ph::hookTimeout) != 0)
+    if (CIM_SetSELTimeUTCOffset(session.get(), static_cast<std::int16_t>(time.offset), hookTimeout) != 0)
         return former == CIM_SEL_UTC_OFFSET_NONE && // a BMC without offsets
-               setSeconds(session, ph::LogTime().at(time.utcSeconds()));
+               setSeconds(session, LogTime().at(time.utcSeconds()));
     if (setSeconds(session, time.seconds))
         return true;
-    (void)CIM_SetSELTimeUTCOffset(session.get(), former, ph::hookTimeout);
+    (void)CIM_SetSELTimeUTCOffset(session.get(), former, hookTimeout);
     return false;
 }
 
-ph::MethodAnswer manageTime(ph::MethodCall& call) {
+MethodAnswer manageTime(MethodCall& call) {
     const CMPIArgs* const in = call.request.in;
-    const auto getRequest = ph::argument(in, "GetRequest");
+    const auto getRequest = argument(in, "GetRequest");
     CMPIBoolean reads = 0;
     if (!getRequest || GetBoolValue(*getRequest, &reads) != 0)
         return call.refuse(wrongRequest);
-    if (!isThisProcessor(ph::referenceArgument(in, "ManagedElement", ph::processorClass)))
+    if (!isThisProcessor(referenceArgument(in, "ManagedElement", processorClass)))
         return call.refuse(wrongElement);
     if (reads != 0)
         return readClock(call);
     const auto time = givenTime(in);
     if (!time || !isClockTime(time->seconds))
         return call.refuse(wrongTime);
-    ph::IpmiSession session;
-    return session.open() && setClock(session, *time) ? ph::MethodAnswer(ph::methodDone)
-                                                      : call.refuse(notSet);
+    IpmiSession session;
+    return session.open() && setClock(session, *time) ? MethodAnswer(methodDone) : call.refuse(notSet);
 }
 
-constexpr ph::Parameter manageTimeParameters[] = {
+constexpr Parameter manageTimeParameters[] = {
     {"GetRequest", CMPI_boolean},
-    {timeParameter, CMPI_dateTime, ph::Direction::InOut},
-    {"ManagedElement", CMPI_ref, ph::Direction::In, "CIM_ManagedElement"},
+    {timeParameter, CMPI_dateTime, Direction::InOut},
+    {"ManagedElement", CMPI_ref, Direction::In, "CIM_ManagedElement"},
 };
-constexpr ph::Method methods[] = {
+constexpr Method methods[] = {
     {.name = "ManageTime", .parameters = manageTimeParameters, .carryOut = manageTime}};
 
-constexpr ph::ClassDefinition<Record> definition{
+constexpr ClassDefinition<Record> definition{
     .name = className,
     .superclass = "CIM_Service",
     .source = "one fixed instance; Get and Set SEL Time, Get and Set SEL Time UTC Offset",
@@ -150,10 +150,11 @@ constexpr ph::ClassDefinition<Record> definition{
     .invocation = {.isLookedUp = true, .missing = {CMPI_RC_ERR_NOT_FOUND, "No such service"}}};
 
 } // namespace
+} // namespace ph::time_service
 
-PH_EXPORT_CLASS_FAMILY(TimeService, Record, definition)
+PH_EXPORT_CLASS_FAMILY(TimeService, TimeServiceRecord, ph::time_service::definition)
 
 int PH_Fill_TimeService(TimeServiceRecord* record) {
-    ph::fillService(*record, serviceName);
+    ph::fillService(*record, ph::time_service::serviceName);
     return 0;
 }

@@ -9,6 +9,7 @@
 
 constexpr const char* const g_PhysicalComputerSystemViewKeyList[1] = {"InstanceID"};
 
+namespace ph::physical_computer_system_view {
 namespace {
 
 using Record = PhysicalComputerSystemViewRecord;
@@ -47,7 +48,7 @@ std::span<const std::uint8_t> bootOrder(const Record& view) {
 #define IF_NUMBER(name) PH_PROPERTY_IF(Record, name, isNumber<&Record::name>)
 #define IF_TEXT(name) PH_PROPERTY_IF(Record, name, has<&Record::name>)
 
-constexpr ph::Property properties[] = {
+constexpr Property properties[] = {
     PH_KEY(Record, InstanceID),
     PH_PROPERTY(Record, ElementName),
     PH_PROPERTY(Record, EnabledState),
@@ -104,43 +105,43 @@ constexpr ph::Property properties[] = {
     IF_KNOWN(OSEnabledState, PH_VIEW_OS),
 };
 
-int enumerate(ph::RecordArray<Record>& views, ph::Detail detail) {
+int enumerate(RecordArray<Record>& views, Detail detail) {
     char systemName[256] = "";
     Record* view = PH_GetHostSystemName(systemName) == 0 ? views.append() : nullptr;
     if (view == nullptr)
         return -1;
     std::snprintf(view->InstanceID, sizeof(view->InstanceID), "PhysicalComputerSystemView:%s", systemName);
-    return detail == ph::Detail::Names ? 0 : ph::view::fill(*view);
+    return detail == Detail::Names ? 0 : ph::view::fill(*view);
 }
 
-constexpr ph::Parameter job{"Job", CMPI_ref, ph::Direction::Out, "CIM_ConcreteJob"};
-constexpr ph::Parameter clearLogParameters[] = {{"LogInstanceID", CMPI_string}};
-constexpr ph::Parameter installParameters[] = {job,
-                                               {"Classifications", CMPI_uint16A},
-                                               {"URI", CMPI_string},
-                                               {"InstallOptions", CMPI_uint16A},
-                                               {"InstallOptionsValues", CMPI_stringA}};
-constexpr ph::Parameter bootOrderParameters[] = {{"StructuredBootString", CMPI_stringA}, job};
-constexpr ph::Parameter bootSourceParameters[] = {{"StructuredBootString", CMPI_string}, job};
+constexpr Parameter job{"Job", CMPI_ref, Direction::Out, "CIM_ConcreteJob"};
+constexpr Parameter clearLogParameters[] = {{"LogInstanceID", CMPI_string}};
+constexpr Parameter installParameters[] = {job,
+                                           {"Classifications", CMPI_uint16A},
+                                           {"URI", CMPI_string},
+                                           {"InstallOptions", CMPI_uint16A},
+                                           {"InstallOptionsValues", CMPI_stringA}};
+constexpr Parameter bootOrderParameters[] = {{"StructuredBootString", CMPI_stringA}, job};
+constexpr Parameter bootSourceParameters[] = {{"StructuredBootString", CMPI_string}, job};
 
-constexpr ph::Method methods[] = {
-    ph::computer::stateChangeMethod(ph::computer::changeHostState),
+constexpr Method methods[] = {
+    computer::stateChangeMethod(computer::changeHostState),
     {.name = "ClearLog", .parameters = clearLogParameters, .carryOut = ph::view::clearLog},
     {.name = "InstallSoftwareFromURI",
      .parameters = installParameters,
      .carryOut = ph::view::installSoftware,
-     .job = ph::JobReport{}},
+     .job = JobReport{}},
     {.name = "ModifyPersistentBootConfigOrder",
      .parameters = bootOrderParameters,
      .carryOut = ph::view::modifyBootOrder,
-     .job = ph::JobReport{}},
+     .job = JobReport{}},
     {.name = "SetOneTimeBootSource",
      .parameters = bootSourceParameters,
      .carryOut = ph::view::setBootSource,
-     .job = ph::JobReport{}},
+     .job = JobReport{}},
 };
 
-constexpr ph::ClassDefinition<Record> definition{
+constexpr ClassDefinition<Record> definition{
     .name = "CIM_PhysicalComputerSystemView",
     .superclass = "CIM_View",
     .source =
@@ -149,8 +150,10 @@ constexpr ph::ClassDefinition<Record> definition{
     .properties = properties,
     .enumerate = enumerate,
     .methods = methods,
-    .invocation = {.isLookedUp = true, .missing = ph::noSuchInstance}};
+    .invocation = {.isLookedUp = true, .missing = noSuchInstance}};
 
 } // namespace
+} // namespace ph::physical_computer_system_view
 
-PH_EXPORT_CLASS_FAMILY(PhysicalComputerSystemView, Record, definition)
+PH_EXPORT_CLASS_FAMILY(PhysicalComputerSystemView, PhysicalComputerSystemViewRecord,
+                       ph::physical_computer_system_view::definition)

@@ -1,10 +1,16 @@
 // One class of the library: its data, what is peculiar to it, and the exported functions that follow from
 // them.
 //
+//     namespace ph::x {
+//     namespace {
+//     using Record = XRecord;
 //     constexpr Property properties[] = {PH_KEY(Record, Name), PH_PROPERTY(Record, EnabledState)};
-//     constexpr ph::ClassDefinition<Record> definition{.name = "CIM_X", .keys = g_XKeyList, ...};
-//     PH_EXPORT_CLASS_FAMILY(X, Record, definition)
+//     constexpr ClassDefinition<Record> definition{.name = "CIM_X", .keys = g_XKeyList, ...};
+//     } // namespace
+//     } // namespace ph::x
+//     PH_EXPORT_CLASS_FAMILY(X, XRecord, ph::x::definition)
 //
+// A namespace of its own lets every class use these names, in files that are compiled together.
 // The engine (class_engine.cpp) runs every class from its ClassFamily, the same description without types.
 #pragma once
 

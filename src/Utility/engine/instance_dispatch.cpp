@@ -78,7 +78,7 @@ CacheEntry* findEntry(const char* className) {
 }
 
 // A clone of an array that is not too old; nullptr where there is none.
-CMPIArray* stored(const CacheEntry& entry) {
+CMPIArray* freshClone(const CacheEntry& entry) {
     const std::lock_guard lock(cacheMutex);
     const time_t now = std::time(nullptr);
     const bool isFresh = entry.array != nullptr && now >= entry.stored && now - entry.stored < cacheSeconds;
@@ -114,7 +114,7 @@ CMPIArray* PH_GetInstArray(const CMPIObjectPath* ref, const CMPIBroker* broker, 
     ph::CacheEntry* entry = ph::findEntry(className);
     if (entry == nullptr)
         return getter(ref, broker, context, properties);
-    if (CMPIArray* const cached = ph::stored(*entry)) {
+    if (CMPIArray* const cached = ph::freshClone(*entry)) {
         PH_LOG("\n %s Cached \n", className);
         return cached;
     }

@@ -12,10 +12,10 @@
 
 constexpr const char* const g_ConcreteJobKeyList[1] = {"InstanceID"};
 
+namespace ph::concrete_job {
 namespace {
 
 using Record = ConcreteJobRecord;
-using ph::Property;
 
 constexpr Property properties[] = {
     PH_KEY(Record, InstanceID),
@@ -29,41 +29,41 @@ constexpr Property properties[] = {
     PH_PROPERTY(Record, OperationalStatus),
 };
 
-int enumerate(ph::RecordArray<Record>& jobs, ph::Detail detail) {
-    ph::Rows<StoredJobRow> rows;
+int enumerate(RecordArray<Record>& jobs, Detail detail) {
+    Rows<StoredJobRow> rows;
     if (!rows.read(db_get_all_concretejob, PH_CreateTmpDBHandle))
         return -1;
     for (const StoredJobRow& row : rows.all())
-        if (ph::appendJob(jobs, row, detail) != 0)
+        if (appendJob(jobs, row, detail) != 0)
             return -1;
-    return ph::clp::appendAll(jobs, detail);
+    return clp::appendAll(jobs, detail);
 }
 
-int get(ph::RecordArray<Record>& jobs, CMPIString** keyValues) {
+int get(RecordArray<Record>& jobs, CMPIString** keyValues) {
     const char* instanceId = CMGetCharsPtr(keyValues[0], nullptr);
-    if (ph::clp::isJob(instanceId))
-        return ph::clp::append(jobs, instanceId);
-    const auto row = ph::storedRow(db_get_concretejob, instanceId, PH_CreateTmpDBHandle);
-    return row != nullptr ? ph::appendJob(jobs, *row, ph::Detail::All) : -1;
+    if (clp::isJob(instanceId))
+        return clp::append(jobs, instanceId);
+    const auto row = storedRow(db_get_concretejob, instanceId, PH_CreateTmpDBHandle);
+    return row != nullptr ? appendJob(jobs, *row, Detail::All) : -1;
 }
 
 bool removeJob(const char* instanceId) {
-    const bool isDaemons = ph::clp::isJob(instanceId);
+    const bool isDaemons = clp::isJob(instanceId);
     if (isDaemons && PH_Delete_CLPJob(instanceId) != 0)
         return false;
-    ph::Database database;
+    Database database;
     const bool isRemoved =
         database.open(PH_CreateTmpDBHandle) && db_delete_concretejob(database.get(), instanceId) == 0;
     return isRemoved || isDaemons; // of whose job only the error is here
 }
 
 // Clients know this failure by the words of a modify request.
-CMPIStatus remove(const ph::Request& request) {
-    ph::KeyValues keyValues;
+CMPIStatus remove(const Request& request) {
+    KeyValues keyValues;
     if (!keyValues.areRead(request.broker, request.ref, g_ConcreteJobKeyList) || keyValues[0] == nullptr ||
-        !removeJob(ph::textOf(keyValues[0])))
-        return ph::fail(request.broker, "SetInstance Failed");
-    return ph::success;
+        !removeJob(textOf(keyValues[0])))
+        return fail(request.broker, "SetInstance Failed");
+    return success;
 }
 
 // ---- GetErrors
@@ -71,7 +71,7 @@ CMPIStatus remove(const ph::Request& request) {
 // The job's errors as an array of instances: one, or none for a job that has not failed.
 CMPIArray* errorArray(const CMPIBroker* broker, const CMPIContext* context, const CMPIObjectPath* ref,
                       const JobErrorRow* row) {
-    CMPIStatus status = ph::success;
+    CMPIStatus status = success;
     CMPIArray* array = CMNewArray(broker, row != nullptr ? 1 : 0, CMPI_instance, &status);
     if (array == nullptr || status.rc != CMPI_RC_OK || row == nullptr)
         return array;
@@ -87,17 +87,17 @@ CMPIArray* errorArray(const CMPIBroker* broker, const CMPIContext* context, cons
 
 struct JobError {
     bool isRead = false;
-    ph::HeapPtr<JobErrorRow> row; // nullptr: the job has none
+    HeapPtr<JobErrorRow> row; // nullptr: the job has none
 };
 
 JobError readError(const char* instanceId) {
-    ph::Database database;
+    Database database;
     if (!database.open(PH_CreateTmpDBHandle))
         return {};
     JobErrorRow* row = nullptr;
-    const int result = ph::clp::isJob(instanceId) ? db_get_clp_error_info(database.get(), instanceId, &row)
-                                                  : db_get_error_info(database.get(), instanceId, &row);
-    return {result == 0, ph::HeapPtr<JobErrorRow>(row)};
+    const int result = clp::isJob(instanceId) ? db_get_clp_error_info(database.get(), instanceId, &row)
+                                              : db_get_error_info(database.get(), instanceId, &row);
+    return {result == 0, HeapPtr<JobErrorRow>(row)};
 }
 
 bool exists(CMPIString** keyValues) {
@@ -107,8 +107,8 @@ bool exists(CMPIString** keyValues) {
     return known;
 }
 
-ph::MethodAnswer getErrors(ph::MethodCall& call) {
-    const ph::Request& request = call.request;
+MethodAnswer getErrors(MethodCall& call) {
+    const Request& request = call.request;
     // No job has a key that is a number, which the key check lets pass without a value.
     const char* const instanceId = call.key(0);
     const JobError error =
@@ -121,16 +121,16 @@ ph::MethodAnswer getErrors(ph::MethodCall& call) {
         value.array = errorArray(request.broker, request.context, request.ref, error.row.get());
     if (value.array == nullptr || CMAddArg(request.out, "Errors", &value, CMPI_instanceA).rc != CMPI_RC_OK)
         return call.refuse(CMPI_RC_ERR_FAILED, "Failed to Get Errors");
-    return ph::methodDone;
+    return methodDone;
 }
 
-constexpr ph::Parameter getErrorsParameters[] = {
-    {"Errors", CMPI_instanceA, ph::Direction::Out, "CIM_Error"},
+constexpr Parameter getErrorsParameters[] = {
+    {"Errors", CMPI_instanceA, Direction::Out, "CIM_Error"},
 };
-constexpr ph::Method methods[] = {
+constexpr Method methods[] = {
     {.name = "GetErrors", .parameters = getErrorsParameters, .carryOut = getErrors}};
 
-constexpr ph::ClassDefinition<Record> definition{
+constexpr ClassDefinition<Record> definition{
     .name = "CIM_ConcreteJob",
     .superclass = "CIM_Job",
     .source = "table concrete_job of the temporary database; the CLP daemon",
@@ -140,16 +140,17 @@ constexpr ph::ClassDefinition<Record> definition{
     .get = get,
     .remove = remove,
     .methods = methods,
-    .invocation = {.keys = ph::Invocation::Keys::AfterName}};
+    .invocation = {.keys = Invocation::Keys::AfterName}};
 
 } // namespace
+} // namespace ph::concrete_job
 
-PH_EXPORT_CLASS_FAMILY(ConcreteJob, Record, definition)
+PH_EXPORT_CLASS_FAMILY(ConcreteJob, ConcreteJobRecord, ph::concrete_job::definition)
 
 namespace ph {
 
 int appendJob(RecordArray<ConcreteJobRecord>& jobs, const StoredJobRow& row, Detail detail) {
-    Record* job = jobs.append();
+    ConcreteJobRecord* job = jobs.append();
     if (job == nullptr)
         return -1;
     copyText(job->InstanceID, row.instanceId);
@@ -158,7 +159,7 @@ int appendJob(RecordArray<ConcreteJobRecord>& jobs, const StoredJobRow& row, Det
 
 } // namespace ph
 
-int PH_Fill_ConcreteJob(const StoredJobRow* row, Record* record) {
+int PH_Fill_ConcreteJob(const StoredJobRow* row, ConcreteJobRecord* record) {
     const ConcreteJobRow& job = row->job;
     ph::copyText(record->ElementName, job.elementName);
     ph::copyText(record->Name, job.kind);
@@ -177,6 +178,6 @@ int PH_Fill_ConcreteJob(const StoredJobRow* row, Record* record) {
 int PH_GetErrors(const CMPIBroker* broker, const CMPIContext* context, const CMPIResult* result,
                  const CMPIObjectPath* ref, CMPIArgs* out, CMPIStatus* status) {
     return ph::resultOf(ph::engine::carryOut(
-        ph::family_ConcreteJob, methods[0],
+        ph::family_ConcreteJob, ph::concrete_job::methods[0],
         {.broker = broker, .context = context, .result = result, .ref = ref, .out = out}, nullptr, status));
 }

@@ -6,10 +6,10 @@
 
 #include <algorithm>
 
+namespace ph::job_error {
 namespace {
 
 using Record = ErrorRecord;
-using ph::Property;
 
 struct Message {
     std::uint16_t errorType;
@@ -48,16 +48,17 @@ constexpr Property properties[] = {
     PH_COMPUTED("Message", messageText),
 };
 
-constexpr ph::ClassDefinition<Record> definition{
-    .name = "CIM_Error",
-    .superclass = nullptr,
-    .source = "table job_error of the temporary database; the CLP daemon",
-    .keys = {},
-    .properties = properties};
+constexpr ClassDefinition<Record> definition{.name = "CIM_Error",
+                                             .superclass = nullptr,
+                                             .source =
+                                                 "table job_error of the temporary database; the CLP daemon",
+                                             .keys = {},
+                                             .properties = properties};
 
 } // namespace
+} // namespace ph::job_error
 
-int PH_Fill_Error_Data(const JobErrorRow* row, Record* record) {
+int PH_Fill_Error_Data(const JobErrorRow* row, ErrorRecord* record) {
     if (row == nullptr || record == nullptr)
         return -1;
     ph::copyText(record->ErrorSource, row->errorSource);
@@ -69,4 +70,4 @@ int PH_Fill_Error_Data(const JobErrorRow* row, Record* record) {
     return 0;
 }
 
-PH_EXPORT_EMBEDDED_CLASS_FAMILY(Error, Record, definition)
+PH_EXPORT_EMBEDDED_CLASS_FAMILY(Error, ErrorRecord, ph::job_error::definition)
