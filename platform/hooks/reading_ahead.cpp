@@ -14,6 +14,9 @@ constexpr std::size_t readingsHandedOver = 16;
 std::size_t batchOf(std::size_t remaining) {
     return std::clamp<std::size_t>(remaining / 4, 1, readingsHandedOver);
 }
+// Before it sleeps, the caller looks out for the next answer so long. A processor that falls idle between readings draws
+// the processes to it that answer: they are farther from the reader then, and in the way of the caller when it wakes.
+constexpr std::chrono::milliseconds lookout{1};
 // A BMC that needs longer for a batch is waited for answer by answer.
 constexpr std::chrono::milliseconds patience{20};
 // A caller who is slower than the BMC finds readings no older than those that he works on.
@@ -92,26 +95,38 @@ bool ReadingAhead::waitForRoom() {
     return !isStopping_;
 }
 
+bool ReadingAhead::hasNews() {
+    const std::lock_guard lock(mutex_);
+    return isFinished_ || !answers_.empty();
+}
+
+void ReadingAhead::fetch() {
+    const auto end = ipmi::Clock::now() + lookout;
+    while (!hasNews() && ipmi::Clock::now() < end)
+        std::this_thread::yield();
+    std::unique_lock lock(mutex_);
+    if (answers_.empty()) {
+        const auto isEnough = [&] { return isFinished_ || answers_.size() >= wanted_; };
+        wanted_ = batchOf(sensors_.size() - taken_);
+        if (!changed_.wait_for(lock, patience, isEnough)) {
+            wanted_ = 1;
+            changed_.wait(lock, isEnough);
+        }
+    }
+    batch_.swap(answers_);
+    if (batch_.empty() && failure_ != nullptr)
+        std::rethrow_exception(std::exchange(failure_, nullptr));
+    lock.unlock();
+    changed_.notify_all();
+}
+
 std::optional<ipmi::Answer> ReadingAhead::take(std::uint8_t sensor) {
     if (taken_ == sensors_.size() || sensors_[taken_] != sensor)
         return std::nullopt;
-    if (batch_.empty()) {
-        {
-            std::unique_lock lock(mutex_);
-            const auto isEnough = [&] { return isFinished_ || answers_.size() >= wanted_; };
-            wanted_ = batchOf(sensors_.size() - taken_);
-            if (!changed_.wait_for(lock, patience, isEnough)) {
-                wanted_ = 1;
-                changed_.wait(lock, isEnough);
-            }
-            batch_.swap(answers_);
-            if (batch_.empty() && failure_ != nullptr)
-                std::rethrow_exception(std::exchange(failure_, nullptr));
-        }
-        changed_.notify_all();
-        if (batch_.empty())
-            return std::nullopt;
-    }
+    if (batch_.empty())
+        fetch();
+    if (batch_.empty())
+        return std::nullopt;
     ++taken_;
     std::optional<ipmi::Answer> answer = std::move(batch_.front());
     batch_.pop_front();

@@ -37,6 +37,10 @@ private:
     void read();
     // Returns false when nothing more is wanted.
     bool waitForRoom();
+    // Tells whether there are answers, or there will be none.
+    bool hasNews();
+    // Fills the batch: with what has been read, or else with what is read next.
+    void fetch();
 
     Session& session_;
     const std::vector<std::uint8_t> sensors_;
