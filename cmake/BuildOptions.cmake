@@ -42,7 +42,8 @@ if(PH_SANITIZE)
     # Little optimization: the inline functions of the standard library are sanitized where they are called. What has the
     # property PH_QUICK_WHEN_SANITIZED does without any.
     target_compile_options(ph_options INTERFACE
-        $<IF:$<BOOL:$<TARGET_PROPERTY:PH_QUICK_WHEN_SANITIZED>>,-O0,-O1> -fsanitize=${PH_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+        $<IF:$<BOOL:$<TARGET_PROPERTY:PH_QUICK_WHEN_SANITIZED>>,-O0,-O1> -fsanitize=${PH_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all
+        -g1) # reports name lines; variables, too, would take a third of a compiler's time
     target_compile_definitions(ph_options INTERFACE _GLIBCXX_ASSERTIONS)
     add_link_options(-fsanitize=${PH_SANITIZE})
     # What a sanitizer knows of each place in the code is addresses, millions of them in a program, which each start of it would
