@@ -1,6 +1,5 @@
 #include "hooks/reading_ahead.h"
 
-#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <utility>
@@ -8,19 +7,13 @@
 namespace hooks {
 namespace {
 
-// Waking the other thread takes as long as making an instance: it is woken for so many answers at once, and for fewer near
-// the end, where little is left to do after the last answer.
-constexpr std::size_t readingsHandedOver = 16;
-std::size_t batchOf(std::size_t remaining) {
-    return std::clamp<std::size_t>(remaining / 4, 1, readingsHandedOver);
-}
-// Before it sleeps, the caller looks out for the next answer so long. A processor that falls idle between readings draws
-// the processes to it that answer: they are farther from the reader then, and in the way of the caller when it wakes.
-constexpr std::chrono::milliseconds lookout{1};
-// A BMC that needs longer for a batch is waited for answer by answer.
-constexpr std::chrono::milliseconds patience{20};
+// Starting a thread takes as long as reading some sensors.
+constexpr std::size_t fewSensors = 16;
 // A caller who is slower than the BMC finds readings no older than those that he works on.
-constexpr std::size_t mostAhead = 2 * readingsHandedOver;
+constexpr std::size_t mostAhead = 32;
+// So long the caller looks out for an answer before it sleeps. The scheduler moves processes to a processor that falls idle
+// between two answers, those that give them too: each exchange wakes two processors then, and the caller is in their way.
+constexpr std::chrono::milliseconds lookout{1};
 
 // Threads that are made meanwhile leave signals to those of the program.
 class BlockedSignals {
@@ -41,7 +34,7 @@ private:
 } // namespace
 
 bool ReadingAhead::isWorth(std::size_t sensors) {
-    return sensors > readingsHandedOver;
+    return sensors > fewSensors;
 }
 
 ReadingAhead::ReadingAhead(Session& session, std::vector<std::uint8_t> sensors, int timeout)
@@ -80,12 +73,11 @@ void ReadingAhead::read() {
             return;
         session_.begin(timeout_);
         auto answer = ipmi::ask(session_, ipmi::command::getSensorReading, std::span(&sensor, 1));
-        std::unique_lock lock(mutex_);
-        answers_.push_back(std::move(answer));
-        const bool isEnough = answers_.size() == wanted_;
-        lock.unlock();
-        if (isEnough)
-            changed_.notify_all();
+        {
+            const std::lock_guard lock(mutex_);
+            answers_.push_back(std::move(answer));
+        }
+        changed_.notify_all();
     }
 }
 
@@ -95,24 +87,16 @@ bool ReadingAhead::waitForRoom() {
     return !isStopping_;
 }
 
-bool ReadingAhead::hasNews() {
-    const std::lock_guard lock(mutex_);
-    return isFinished_ || !answers_.empty();
-}
-
 void ReadingAhead::fetch() {
+    const auto hasNews = [&] { return isFinished_ || !answers_.empty(); };
     const auto end = ipmi::Clock::now() + lookout;
-    while (!hasNews() && ipmi::Clock::now() < end)
-        std::this_thread::yield();
     std::unique_lock lock(mutex_);
-    if (answers_.empty()) {
-        const auto isEnough = [&] { return isFinished_ || answers_.size() >= wanted_; };
-        wanted_ = batchOf(sensors_.size() - taken_);
-        if (!changed_.wait_for(lock, patience, isEnough)) {
-            wanted_ = 1;
-            changed_.wait(lock, isEnough);
-        }
+    while (!hasNews() && ipmi::Clock::now() < end) {
+        lock.unlock();
+        std::this_thread::yield();
+        lock.lock();
     }
+    changed_.wait(lock, hasNews);
     batch_.swap(answers_);
     if (batch_.empty() && failure_ != nullptr)
         std::rethrow_exception(std::exchange(failure_, nullptr));

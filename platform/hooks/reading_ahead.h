@@ -37,9 +37,7 @@ private:
     void read();
     // Returns false when nothing more is wanted.
     bool waitForRoom();
-    // Tells whether there are answers, or there will be none.
-    bool hasNews();
-    // Fills the batch: with what has been read, or else with what is read next.
+    // Waits until something has been read, and fills the batch with it. It stays empty when there is nothing more.
     void fetch();
 
     Session& session_;
@@ -53,7 +51,6 @@ private:
     std::mutex mutex_; // of what follows
     std::condition_variable changed_;
     std::deque<ipmi::Answer> answers_;
-    std::size_t wanted_ = 1; // so many answers wake the caller
     std::exception_ptr failure_;
     bool isFinished_ = false;
     bool isStopping_ = false;
