@@ -9,8 +9,8 @@ namespace {
 
 // Starting a thread takes as long as reading some sensors.
 constexpr std::size_t fewSensors = 16;
-// A caller who is slower than the BMC finds readings no older than those that he works on.
-constexpr std::size_t mostAhead = 32;
+// So many answers wait, beside as many that the caller works on: one who is slower than the BMC gets no old readings.
+constexpr std::size_t mostAhead = 16;
 // So long the caller looks out for an answer before it sleeps. The scheduler moves processes to a processor that falls idle
 // between two answers, those that give them too: each exchange wakes two processors then, and the caller is in their way.
 constexpr std::chrono::milliseconds lookout{1};
