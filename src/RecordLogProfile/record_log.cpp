@@ -55,16 +55,16 @@ constexpr Property properties[] = {
 // DMTF values of a log with this SEL policy.
 void fillPolicy(Record& log, std::uint8_t policy) {
     constexpr std::uint8_t wraps = 1;
-    log.EnabledState = ph::EnabledState::Enabled;
+    log.EnabledState = EnabledState::Enabled;
     if (policy == wraps) {
-        log.OverwritePolicy = ph::OverwritePolicy::WrapsWhenFull;
-        log.LogState = ph::LogState::Normal;
+        log.OverwritePolicy = OverwritePolicy::WrapsWhenFull;
+        log.LogState = LogState::Normal;
         return;
     }
-    log.OverwritePolicy = ph::OverwritePolicy::NeverOverwrites;
-    log.LogState = ph::LogState::NotApplicable;
+    log.OverwritePolicy = OverwritePolicy::NeverOverwrites;
+    log.LogState = LogState::NotApplicable;
     if (log.CurrentNumberOfRecords == log.MaxNumberOfRecords)
-        log.EnabledState = ph::EnabledState::EnabledButOffline;
+        log.EnabledState = EnabledState::EnabledButOffline;
 }
 
 int enumerate(RecordArray<Record>& logs, Detail detail) {

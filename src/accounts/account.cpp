@@ -118,7 +118,7 @@ Account::Found Account::find(const CMPIBroker* broker, const CMPIObjectPath* ref
 }
 
 void fillAccountKeys(AccountRecord& record, const char* systemName, unsigned slot) {
-    setHostedKeys(record, processorClass, systemName, ph::account::className);
+    setHostedKeys(record, processorClass, systemName, account::className);
     std::snprintf(record.Name, sizeof(record.Name), "IPMI User-%u", slot);
 }
 

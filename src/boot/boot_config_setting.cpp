@@ -29,7 +29,7 @@ bool append(RecordArray<Record>& records, const Configuration& configuration) {
     copyText(record->InstanceID, configuration.instanceId);
     copyText(record->ElementName, configuration.elementName);
     record->ChangeableType =
-        configuration.isPersistent ? ph::ChangeableType::Persistent : ph::ChangeableType::Transient;
+        configuration.isPersistent ? ChangeableType::Persistent : ChangeableType::Transient;
     return true;
 }
 

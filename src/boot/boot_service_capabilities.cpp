@@ -30,8 +30,8 @@ int enumerate(RecordArray<Record>& all, Detail) {
         return -1;
     copyText(capabilities->InstanceID, "BootServiceCapabilities");
     copyText(capabilities->ElementName, "Boot Service Capabilities");
-    setList(capabilities->BootConfigCapabilities, {ph::BootConfigCapabilities::SetsBootRole});
-    setList(capabilities->BootStringsSupported, {ph::BootStringsSupported::StructuredBootString});
+    setList(capabilities->BootConfigCapabilities, {BootConfigCapabilities::SetsBootRole});
+    setList(capabilities->BootStringsSupported, {BootStringsSupported::StructuredBootString});
     return 0;
 }
 

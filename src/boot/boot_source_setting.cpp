@@ -25,7 +25,7 @@ bool append(RecordArray<Record>& records, const boot::Source& source) {
     copyText(record->InstanceID, source.instanceId);
     copyText(record->ElementName, source.elementName);
     record->StructuredBootString = source.structuredBootString;
-    record->FailThroughSupported = ph::FailThroughSupported::Unknown;
+    record->FailThroughSupported = FailThroughSupported::Unknown;
     return true;
 }
 

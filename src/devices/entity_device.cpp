@@ -49,7 +49,7 @@ bool DeviceReader::isAbsent(const EntityDeviceRow& row) {
     if (row.presenceSensor == SMASH_NO_SENSOR)
         return false;
     const Reading& reading = sensors_.read(row.presenceSensor);
-    if (reading.availability != ph::ReadingAvailability::Available)
+    if (reading.availability != ReadingAvailability::Available)
         return false;
     const unsigned states = reading.answer.statesLow;
     return (states & row.absentStates) != 0 || (row.presentStates != 0 && (states & row.presentStates) == 0);

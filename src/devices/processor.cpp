@@ -52,13 +52,12 @@ void finish(Record& processor) {
     EntityDeviceRecord& device = processor.device;
     if (device.Availability == Availability::NotInstalled)
         return;
-    if (processor.CPUStatus == ph::CPUStatus::DisabledByUser ||
-        processor.CPUStatus == ph::CPUStatus::DisabledByFirmware) {
+    if (processor.CPUStatus == CPUStatus::DisabledByUser ||
+        processor.CPUStatus == CPUStatus::DisabledByFirmware) {
         device.EnabledState = EnabledState::Disabled;
         device.Availability = Availability::OffLine;
     } else if (device.EnabledState == EnabledState::NotApplicable &&
-               (processor.CPUStatus == ph::CPUStatus::Enabled ||
-                processor.CPUStatus == ph::CPUStatus::Idle)) {
+               (processor.CPUStatus == CPUStatus::Enabled || processor.CPUStatus == CPUStatus::Idle)) {
         device.EnabledState = EnabledState::Enabled;
         device.Availability = Availability::Running;
     }

@@ -34,10 +34,10 @@ int stream(const std::function<bool(const Record&)>& take, Detail) {
                           row.entityId, row.entityInstance, number);
             std::snprintf(core.ElementName, sizeof core.ElementName, "Core %d of %s %d", number,
                           mappingOf(row.entityId).name, row.entityInstance);
-            core.EnabledState = areEnabled ? ph::EnabledState::Enabled : ph::EnabledState::Unknown;
+            core.EnabledState = areEnabled ? EnabledState::Enabled : EnabledState::Unknown;
             core.CoreEnabledState = core.EnabledState;
-            core.RequestedState = ph::RequestedState::NotApplicable;
-            setList(core.OperationalStatus, {ph::OperationalStatus::Unknown});
+            core.RequestedState = RequestedState::NotApplicable;
+            setList(core.OperationalStatus, {OperationalStatus::Unknown});
             if (!take(core))
                 return -1;
         }

@@ -30,15 +30,14 @@ constexpr Property properties[] = {
 // The index is the state offset. Non-redundant with sufficient resources is what DMTF calls lost: the next failure
 // is one of the whole.
 constexpr std::uint16_t statusOfState[] = {
-    ph::RedundancyStatus::FullyRedundant, ph::RedundancyStatus::Lost,
-    ph::RedundancyStatus::Degraded,       ph::RedundancyStatus::Lost,
-    ph::RedundancyStatus::Lost,           ph::RedundancyStatus::OverallFailure,
-    ph::RedundancyStatus::Degraded,       ph::RedundancyStatus::Degraded,
+    RedundancyStatus::FullyRedundant, RedundancyStatus::Lost,     RedundancyStatus::Degraded,
+    RedundancyStatus::Lost,           RedundancyStatus::Lost,     RedundancyStatus::OverallFailure,
+    RedundancyStatus::Degraded,       RedundancyStatus::Degraded,
 };
 
 // The worst of the asserted states counts, which DMTF numbers highest.
 std::uint16_t statusOf(const Reading& reading) {
-    std::uint16_t status = ph::RedundancyStatus::Unknown;
+    std::uint16_t status = RedundancyStatus::Unknown;
     if (reading.availability == ReadingAvailability::Available)
         for (unsigned offset = 0; offset < std::size(statusOfState); ++offset)
             if ((reading.answer.statesLow >> offset & 1U) != 0)
@@ -156,7 +155,7 @@ int enumerate(RecordArray<Record>& sets, Detail detail) {
         copyText(set->ElementName, sensor.name);
         set->RedundancyStatus = statusOf(reader.read(sensor.sensorNumber));
         // IPMI does not say how many are needed. One that is too many is the least which is redundant.
-        setList(set->TypeOfSet, {ph::TypeOfSet::NPlus1});
+        setList(set->TypeOfSet, {TypeOfSet::NPlus1});
         set->MinNumberNeeded = members.empty() ? 0 : static_cast<std::uint32_t>(members.size() - 1);
         listMembers(*set, members);
     }

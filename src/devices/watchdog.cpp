@@ -101,9 +101,9 @@ struct Settable {
 };
 // In this order: an action brings its interrupt, which an interval has to be longer than.
 constexpr Settable settables[] = {
-    {"MonitoredEntity", CMPI_uint16, ph::watchdog::setEntity, "The timer cannot watch over this entity"},
-    {"ActionOnExpiration", CMPI_uint16, ph::watchdog::setAction, "The timer has no such action"},
-    {"TimeoutInterval", CMPI_uint32, ph::watchdog::setInterval,
+    {"MonitoredEntity", CMPI_uint16, setEntity, "The timer cannot watch over this entity"},
+    {"ActionOnExpiration", CMPI_uint16, setAction, "The timer has no such action"},
+    {"TimeoutInterval", CMPI_uint32, setInterval,
      "TimeoutInterval is no multiple of TimerResolution, or out of range"},
 };
 
@@ -162,9 +162,9 @@ bool changeTimer(std::uint16_t state) {
     if (!timer.read() || !timer.isThere())
         return false;
     switch (state) {
-    case ph::RequestedState::Enabled:
+    case RequestedState::Enabled:
         return timer.isRunning() || timer.start();
-    case ph::RequestedState::Disabled:
+    case RequestedState::Disabled:
         return !timer.isRunning() || timer.stop();
     default:
         return timer.start();
@@ -172,7 +172,7 @@ bool changeTimer(std::uint16_t state) {
 }
 
 MethodAnswer changeState(MethodCall& call) {
-    using namespace ph::RequestedState;
+    using namespace RequestedState;
     std::uint16_t state = 0;
     if (!call.readRequestedState(state))
         return std::nullopt;

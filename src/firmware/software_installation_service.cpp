@@ -181,7 +181,7 @@ constexpr ClassDefinition<Record> definition{
 PH_EXPORT_CLASS_FAMILY(SoftwareInstallationService, SoftwareInstallationServiceRecord,
                        ph::software_installation_service::definition)
 
-ph::MethodAnswer ph::firmware::installFromUri(ph::MethodCall& call) {
+ph::MethodAnswer ph::firmware::installFromUri(MethodCall& call) {
     const auto argument = ph::argument(call.request.in, "URI");
     const char* const uri = argument ? textOf(*argument) : nullptr;
     if (uri == nullptr || *uri == '\0' || std::strlen(uri) > longestUri)

@@ -26,15 +26,15 @@ struct ChassisType {
 };
 
 constexpr ChassisType chassisTypes[] = {
-    {0x01, ph::ChassisPackageType::Other, ""},
-    {0x17, ph::ChassisPackageType::Other, "Rack Mount Chassis", true},
-    {0x19, ph::ChassisPackageType::Other, "Multi-system Chassis", false, true},
-    {0x1C, ph::ChassisPackageType::Other, "Blade"},
-    {0x1D, ph::ChassisPackageType::BladeEnclosure, "", false, true},
-    {0x21, ph::ChassisPackageType::Other, "IoT Gateway"},
-    {0x22, ph::ChassisPackageType::Other, "Embedded PC"},
-    {0x23, ph::ChassisPackageType::Other, "Mini PC"},
-    {0x24, ph::ChassisPackageType::Other, "Stick PC"},
+    {0x01, ChassisPackageType::Other, ""},
+    {0x17, ChassisPackageType::Other, "Rack Mount Chassis", true},
+    {0x19, ChassisPackageType::Other, "Multi-system Chassis", false, true},
+    {0x1C, ChassisPackageType::Other, "Blade"},
+    {0x1D, ChassisPackageType::BladeEnclosure, "", false, true},
+    {0x21, ChassisPackageType::Other, "IoT Gateway"},
+    {0x22, ChassisPackageType::Other, "Embedded PC"},
+    {0x23, ChassisPackageType::Other, "Mini PC"},
+    {0x24, ChassisPackageType::Other, "Stick PC"},
 };
 
 // These numbers mean the same in SMBIOS and CIM.
@@ -48,8 +48,7 @@ ChassisType chassisType(std::uint8_t smbios) {
     if (isShared(smbios))
         return {smbios, smbios, ""};
     const auto* const found = std::ranges::find(chassisTypes, smbios, &ChassisType::smbios);
-    return found != std::end(chassisTypes) ? *found
-                                           : ChassisType{smbios, ph::ChassisPackageType::Unknown, ""};
+    return found != std::end(chassisTypes) ? *found : ChassisType{smbios, ChassisPackageType::Unknown, ""};
 }
 
 bool isMultipleKnown(const Record& chassis) {

@@ -22,7 +22,7 @@ bool hasVersion(const Record& record) {
     return record.Version[0] != '\0';
 }
 bool isOfOtherType(const Record& record) {
-    return record.OSType == ph::OSType::Other;
+    return record.OSType == OSType::Other;
 }
 
 constexpr Property properties[] = {
@@ -54,7 +54,7 @@ int enumerate(RecordArray<Record>& systems, Detail detail) {
 }
 
 bool shutDown(CMPIString** /*keyValues*/, std::uint16_t state) {
-    using namespace ph::RequestedState;
+    using namespace RequestedState;
     return (state == Disabled || state == ShutDown) && switchPower(CIM_SoftOff) == 0;
 }
 
@@ -101,7 +101,7 @@ void fillNames(IpmiSession& session, Record& record) {
     if (running.isEmpty() && primary.isEmpty())
         return;
     const bool isLinux = strcasestr(record.ElementName, "Linux") != nullptr;
-    record.OSType = isLinux ? ph::OSType::Linux : ph::OSType::Other;
+    record.OSType = isLinux ? OSType::Linux : OSType::Other;
     copyText(record.OtherTypeDescription, record.ElementName);
 }
 
@@ -113,17 +113,17 @@ bool isAsleep(std::uint8_t acpiState) {
 constexpr std::uint8_t hibernated = 4; // S4
 
 void fillState(bool isOn, std::uint8_t acpiState, const OsCondition& condition, Record& record) {
-    namespace Available = ph::RequestedState;
+    namespace Available = RequestedState;
     if (!isOn) {
         record.EnabledState =
-            acpiState == hibernated ? ph::EnabledState::EnabledButOffline : ph::EnabledState::Disabled;
-        record.HealthState = ph::HealthState::OK;
-        setList(record.OperationalStatus, {ph::OperationalStatus::Stopped});
+            acpiState == hibernated ? EnabledState::EnabledButOffline : EnabledState::Disabled;
+        record.HealthState = HealthState::OK;
+        setList(record.OperationalStatus, {OperationalStatus::Stopped});
         return;
     }
-    record.EnabledState = condition.isShuttingDown ? ph::EnabledState::ShuttingDown
-                          : isAsleep(acpiState)    ? ph::EnabledState::Quiesce
-                                                   : ph::EnabledState::Enabled;
+    record.EnabledState = condition.isShuttingDown ? EnabledState::ShuttingDown
+                          : isAsleep(acpiState)    ? EnabledState::Quiesce
+                                                   : EnabledState::Enabled;
     record.HealthState = condition.healthState;
     setList(record.OperationalStatus, {condition.operationalStatus});
     setSlots(record.AvailableRequestedStates, {Available::Disabled, Available::ShutDown});

@@ -11,7 +11,7 @@ namespace {
 using inventory::Record;
 
 bool isRemovalKnown(const Record& element) {
-    return element.RemovalConditions != ph::RemovalConditions::Unknown;
+    return element.RemovalConditions != RemovalConditions::Unknown;
 }
 
 constexpr Property removalProperties[] = {

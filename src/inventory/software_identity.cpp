@@ -57,7 +57,7 @@ int appendStored(RecordArray<Record>& identities, IpmiSession& session) {
         if (identity == nullptr || PH_Fill_SystemFirmware(images[i].version, identity) != 0)
             return -1;
         writeStoredId(images[i], identity->InstanceID);
-        setList(identity->Classifications, {ph::Classifications::Firmware});
+        setList(identity->Classifications, {Classifications::Firmware});
     }
     return 0;
 }

@@ -24,7 +24,7 @@ int enumerate(RecordArray<Record>& all, Detail detail) {
     copyText(capabilities->InstanceID, "DHCPCapabilities1");
     if (detail == Detail::Names)
         return 0;
-    ph::dns::Settings dns;
+    dns::Settings dns;
     return dns.read() ? PH_Fill_DHCPCapabilities(capabilities, dns.areThere()) : -1;
 }
 

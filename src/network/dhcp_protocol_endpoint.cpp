@@ -50,7 +50,7 @@ void fillIpv4(IPMI20_SESSION_T* session, Record& endpoint, std::uint8_t channel)
     setEnabled(endpoint, configuration.source);
     if (endpoint.EnabledState != EnabledState::Enabled || !isSet(configuration.address))
         return;
-    endpoint.ClientState = ph::ClientState::Bound;
+    endpoint.ClientState = ClientState::Bound;
     std::uint16_t* received = endpoint.OptionsReceived;
     if (isSet(configuration.netmask))
         *received++ = DhcpOption::SubnetMask;
@@ -75,7 +75,7 @@ void fillIpv6(IPMI20_SESSION_T* session, Record& endpoint, const char* interface
         list.addresses, list.addresses + std::min<std::size_t>(list.count, CIM_MAX_IPV6_ADDRESSES),
         [](const auto& entry) { return entry.origin == ofDhcpV6; });
     if (isLeased || PH_IsDHCPServerAddressFilePresent(interfaceName) != 0)
-        endpoint.ClientState = ph::ClientState::Bound;
+        endpoint.ClientState = ClientState::Bound;
 }
 
 // ---- RequestStateChange

@@ -28,7 +28,7 @@ constexpr Property properties[] = {
 };
 
 int enumerate(RecordArray<Record>& settings, Detail detail) {
-    return ph::dns::appendWhereThere([&](ph::dns::Settings& dns) {
+    return dns::appendWhereThere([&](dns::Settings& dns) {
         Record* setting = settings.append();
         if (setting == nullptr)
             return -1;
@@ -39,7 +39,7 @@ int enumerate(RecordArray<Record>& settings, Detail detail) {
 
 // ---- Modify
 
-class Search final : public ph::dns::Changeable {
+class Search final : public dns::Changeable {
 public:
     bool read() override {
         const bool isRead = dns_.read() && dns_.areThere();
@@ -52,32 +52,32 @@ public:
     }
 
 private:
-    ph::dns::Settings dns_;
+    dns::Settings dns_;
 
 public:
     CIM_DNSSearch search{};
 };
 
-CIM_DNSSearch& searchOf(ph::dns::Changeable& settings) {
+CIM_DNSSearch& searchOf(dns::Changeable& settings) {
     return static_cast<Search&>(settings).search;
 }
 
-const char* setPrimary(ph::dns::Changeable& settings, const CMPIData& value) {
-    return ph::dns::readFlag(value, searchOf(settings).appendsPrimarySuffix)
+const char* setPrimary(dns::Changeable& settings, const CMPIData& value) {
+    return dns::readFlag(value, searchOf(settings).appendsPrimarySuffix)
                ? nullptr
                : "AppendPrimarySuffixes is no boolean";
 }
 
-const char* setParents(ph::dns::Changeable& settings, const CMPIData& value) {
-    return ph::dns::readFlag(value, searchOf(settings).appendsParentSuffixes)
+const char* setParents(dns::Changeable& settings, const CMPIData& value) {
+    return dns::readFlag(value, searchOf(settings).appendsParentSuffixes)
                ? nullptr
                : "AppendParentSuffixes is no boolean";
 }
 
-const char* setSuffixes(ph::dns::Changeable& settings, const CMPIData& value) {
+const char* setSuffixes(dns::Changeable& settings, const CMPIData& value) {
     CMPIString** texts = nullptr;
     CMPICount count = 0;
-    if (!ph::dns::isCleared(value) && GetStringAValue(value, &texts, &count) != 0)
+    if (!dns::isCleared(value) && GetStringAValue(value, &texts, &count) != 0)
         return "DNSSuffixesToAppend is no array of texts";
     const HeapPtr<CMPIString*> owner(texts);
     if (count > CIM_MAX_DNS_SUFFIXES)
@@ -86,7 +86,7 @@ const char* setSuffixes(ph::dns::Changeable& settings, const CMPIData& value) {
     std::size_t length = 0;
     for (CMPICount i = 0; i < count; ++i) {
         const char* name = textOf(texts[i]);
-        if (name == nullptr || !ph::dns::isDomainName(name))
+        if (name == nullptr || !dns::isDomainName(name))
             return "DNSSuffixesToAppend has a text that is no domain name";
         length += static_cast<std::size_t>(
             std::snprintf(list + length, sizeof(list) - length, "%s%s", i > 0 ? " " : "", name));
@@ -97,7 +97,7 @@ const char* setSuffixes(ph::dns::Changeable& settings, const CMPIData& value) {
     return nullptr;
 }
 
-constexpr ph::dns::Settable settables[] = {
+constexpr dns::Settable settables[] = {
     {"AppendPrimarySuffixes", setPrimary},
     {"AppendParentSuffixes", setParents},
     {"DNSSuffixesToAppend", setSuffixes},
@@ -110,7 +110,7 @@ CMPIStatus modify(const Request& request) {
         status.rc != CMPI_RC_OK)
         return status;
     Search search;
-    return ph::dns::modify(request, changes, settables, search);
+    return dns::modify(request, changes, settables, search);
 }
 
 constexpr ClassDefinition<Record> definition{.name = "CIM_DNSGeneralSettingData",

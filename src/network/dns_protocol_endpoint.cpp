@@ -35,12 +35,12 @@ constexpr Property ownProperties[] = {
 constexpr auto properties = joined(endpointProperties<Record>, ownProperties);
 
 int enumerate(RecordArray<Record>& endpoints, Detail detail) {
-    return ph::dns::appendWhereThere([&](ph::dns::Settings& dns) {
+    return dns::appendWhereThere([&](dns::Settings& dns) {
         const auto fill = [&](Record* endpoint, const char* interfaceName, int ipVersion,
                               const CIM_DNSConfig* inUse) {
             return PH_Fill_DNSProtocolEndpoint(endpoint, interfaceName, ipVersion, inUse, &dns.search());
         };
-        return ph::dns::appendConfigured(endpoints, className, dns.session(), detail, true, fill);
+        return dns::appendConfigured(endpoints, className, dns.session(), detail, true, fill);
     });
 }
 

@@ -39,22 +39,22 @@ constexpr Property properties[] = {
 };
 
 int enumerate(RecordArray<Record>& settings, Detail detail) {
-    return ph::dns::appendWhereThere([&](ph::dns::Settings& dns) {
-        return ph::dns::appendConfigured(settings, className, dns.session(), detail, false,
-                                         PH_Fill_DNSSettingData);
+    return dns::appendWhereThere([&](dns::Settings& dns) {
+        return dns::appendConfigured(settings, className, dns.session(), detail, false,
+                                     PH_Fill_DNSSettingData);
     });
 }
 
 // ---- Modify
 
 // The configuration of the client that an instance names.
-class Configuration final : public ph::dns::Changeable {
+class Configuration final : public dns::Changeable {
 public:
     explicit Configuration(const char* instanceId)
         : channel_(channelOf(instanceId).value_or(0)), ipVersion(ipVersionOf(instanceId) == '4' ? 4 : 6) {}
 
     bool read() override {
-        return session_.open() && ph::dns::readConfig(session_.get(), channel_, ipVersion, false, dns);
+        return session_.open() && dns::readConfig(session_.get(), channel_, ipVersion, false, dns);
     }
     bool write() override {
         return CIM_SetDNSConfig(session_.get(), &dns, channel_, ipVersion, hookTimeout) == 0;
@@ -72,34 +72,34 @@ public:
     CIM_DNSConfig dns{};
 };
 
-Configuration& configurationOf(ph::dns::Changeable& settings) {
+Configuration& configurationOf(dns::Changeable& settings) {
     return static_cast<Configuration&>(settings);
 }
 
-const char* setDomain(ph::dns::Changeable& settings, const CMPIData& value) {
-    const char* name = ph::dns::textOrCleared(value);
-    if (name == nullptr || (*name != '\0' && !ph::dns::isDomainName(name)))
+const char* setDomain(dns::Changeable& settings, const CMPIData& value) {
+    const char* name = dns::textOrCleared(value);
+    if (name == nullptr || (*name != '\0' && !dns::isDomainName(name)))
         return "DomainName is no domain name";
     copyText(configurationOf(settings).dns.domainName, name);
     return nullptr;
 }
 
-const char* setHostName(ph::dns::Changeable& settings, const CMPIData& value) {
-    const char* name = ph::dns::textOrCleared(value);
-    if (name == nullptr || (*name != '\0' && !ph::dns::isHostName(name)))
+const char* setHostName(dns::Changeable& settings, const CMPIData& value) {
+    const char* name = dns::textOrCleared(value);
+    if (name == nullptr || (*name != '\0' && !dns::isHostName(name)))
         return "RequestedHostname is no host name: letters, digits and hyphens, at most 63";
     copyText(configurationOf(settings).dns.hostName, name);
     return nullptr;
 }
 
-const char* setRegisters(ph::dns::Changeable& settings, const CMPIData& value) {
-    return ph::dns::readFlag(value, configurationOf(settings).dns.registersAddress)
+const char* setRegisters(dns::Changeable& settings, const CMPIData& value) {
+    return dns::readFlag(value, configurationOf(settings).dns.registersAddress)
                ? nullptr
                : "RegisterThisConnectionsAddress is no boolean";
 }
 
-const char* setRegistersWithDomain(ph::dns::Changeable& settings, const CMPIData& value) {
-    return ph::dns::readFlag(value, configurationOf(settings).dns.registersWithDomain)
+const char* setRegistersWithDomain(dns::Changeable& settings, const CMPIData& value) {
+    return dns::readFlag(value, configurationOf(settings).dns.registersWithDomain)
                ? nullptr
                : "UseSuffixWhenRegistering is no boolean";
 }
@@ -110,10 +110,10 @@ bool readServer(const char* text, int ipVersion, std::uint8_t (&address)[16]) {
            std::ranges::any_of(address, [](std::uint8_t byte) { return byte != 0; });
 }
 
-const char* setServers(ph::dns::Changeable& settings, const CMPIData& value) {
+const char* setServers(dns::Changeable& settings, const CMPIData& value) {
     CMPIString** texts = nullptr;
     CMPICount count = 0;
-    if (!ph::dns::isCleared(value) && GetStringAValue(value, &texts, &count) != 0)
+    if (!dns::isCleared(value) && GetStringAValue(value, &texts, &count) != 0)
         return "DNSServerAddresses is no array of texts";
     const HeapPtr<CMPIString*> owner(texts);
     if (count > CIM_MAX_DNS_SERVERS)
@@ -129,17 +129,17 @@ const char* setServers(ph::dns::Changeable& settings, const CMPIData& value) {
     return nullptr;
 }
 
-const char* setOptions(ph::dns::Changeable& settings, const CMPIData& value) {
+const char* setOptions(dns::Changeable& settings, const CMPIData& value) {
     std::uint16_t* numbers = nullptr;
     CMPICount count = 0;
-    if (!ph::dns::isCleared(value) && GetUINT16AValue(value, &numbers, &count) != 0)
+    if (!dns::isCleared(value) && GetUINT16AValue(value, &numbers, &count) != 0)
         return "DHCPOptionsToUse is no array of numbers";
     const HeapPtr<std::uint16_t> owner(numbers);
     std::uint8_t& fromDhcp = configurationOf(settings).dns.fromDhcp;
     fromDhcp = 0;
     for (const std::uint16_t number : std::span(numbers, count)) {
-        const auto options = ph::dns::options();
-        const auto option = std::ranges::find(options, number, &ph::dns::Option::dmtf);
+        const auto options = dns::options();
+        const auto option = std::ranges::find(options, number, &dns::Option::dmtf);
         if (option == options.end())
             return "DHCPOptionsToUse has another number than 8, 14 and 17";
         fromDhcp |= option->bit;
@@ -147,7 +147,7 @@ const char* setOptions(ph::dns::Changeable& settings, const CMPIData& value) {
     return nullptr;
 }
 
-constexpr ph::dns::Settable settables[] = {
+constexpr dns::Settable settables[] = {
     {"DomainName", setDomain},
     {"RequestedHostname", setHostName},
     {"RegisterThisConnectionsAddress", setRegisters},
@@ -163,7 +163,7 @@ CMPIStatus modify(const Request& request) {
         status.rc != CMPI_RC_OK)
         return status;
     Configuration configuration(current.as<Record>().InstanceID);
-    return ph::dns::modify(request, changes, settables, configuration);
+    return dns::modify(request, changes, settables, configuration);
 }
 
 constexpr ClassDefinition<Record> definition{

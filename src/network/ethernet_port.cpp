@@ -28,7 +28,7 @@ bool hasMac(const Record& port) {
     return port.PermanentAddress[0] != '\0';
 }
 bool hasState(const Record& port) {
-    return port.EnabledState != ph::EnabledState::Unknown;
+    return port.EnabledState != EnabledState::Unknown;
 }
 // A port with settings has capabilities, if only unknown ones.
 bool hasSettings(const Record& port) {
@@ -84,7 +84,7 @@ int fill(Record& port, IPMI20_SESSION_T* session, const Lan& lan, const CIM_NWEx
     const int result = PH_Fill_EthernetPort(&port, mac.text, lan.interfaceName, &configuration, &speed,
                                             enabled.value_or(false));
     if (!enabled)
-        port.EnabledState = ph::EnabledState::Unknown;
+        port.EnabledState = EnabledState::Unknown;
     if (isDefault) { // the platform's guess
         setSlots(port.Capabilities, {});
         setSlots(port.EnabledCapabilities, {});
@@ -147,7 +147,7 @@ bool parse(const std::string& deviceId, PortName& name) {
 }
 
 bool isStateOfPort(int state) {
-    using namespace ph::RequestedState;
+    using namespace RequestedState;
     return state == Enabled || state == Disabled || state == Reset;
 }
 

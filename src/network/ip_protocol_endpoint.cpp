@@ -25,13 +25,13 @@ constexpr const char* className = "CIM_IPProtocolEndpoint";
 
 // A LAN whose configuration the BMC does not tell has an endpoint without these.
 bool hasIpv4Address(const Record& endpoint) {
-    return endpoint.ProtocolIFType == ph::ProtocolIFType::IPv4 && endpoint.IPv4Address[0] != '\0';
+    return endpoint.ProtocolIFType == ProtocolIFType::IPv4 && endpoint.IPv4Address[0] != '\0';
 }
 bool hasOrigin(const Record& endpoint) {
-    return endpoint.AddressOrigin != ph::AddressOrigin::Unknown;
+    return endpoint.AddressOrigin != AddressOrigin::Unknown;
 }
 bool isIpv6(const Record& endpoint) {
-    return endpoint.ProtocolIFType == ph::ProtocolIFType::IPv6;
+    return endpoint.ProtocolIFType == ProtocolIFType::IPv6;
 }
 
 constexpr Property properties[] = {
@@ -55,7 +55,7 @@ constexpr Property properties[] = {
 // One address of a LAN, as it becomes an endpoint.
 struct Address {
     int ipVersion = 4;
-    int origin = ph::AddressOrigin::Unknown;
+    int origin = AddressOrigin::Unknown;
     char text[64] = "";
     char subnetMask[64] = ""; // version 4
     int prefixLength = 0;     // version 6
@@ -72,8 +72,8 @@ Address readIpv4(IPMI20_SESSION_T* session, const Lan& lan) {
     Address address;
     if (CIM_GetIPv4NetworkCfg(session, &configuration, lan.channel, hookTimeout) != 0)
         return address;
-    address.origin = configuration.source == CIM_ADDRESS_SOURCE_DYNAMIC ? ph::AddressOrigin::Dhcp
-                                                                        : ph::AddressOrigin::Static;
+    address.origin =
+        configuration.source == CIM_ADDRESS_SOURCE_DYNAMIC ? AddressOrigin::Dhcp : AddressOrigin::Static;
     ConvertIPnumToStr(configuration.address, address.text);
     ConvertIPnumToStr(configuration.netmask, address.subnetMask);
     return address;
@@ -84,14 +84,14 @@ Address readIpv4(IPMI20_SESSION_T* session, const Lan& lan) {
 int ipv6Origin(IPMI20_SESSION_T* session, const Lan& lan) {
     CIM_IPv6NetworkCfg configuration{};
     if (CIM_GetIPv6NetworkCfg(session, &configuration, lan.channel, hookTimeout) != 0)
-        return ph::AddressOrigin::Unknown;
+        return AddressOrigin::Unknown;
     if (configuration.source != CIM_ADDRESS_SOURCE_DYNAMIC)
-        return ph::AddressOrigin::Static;
+        return AddressOrigin::Static;
     char configured[64] = "";
     ConvertIP6numToStr(configuration.address, configured);
     return PH_IsDHCPServerAddressFilePresent(lan.interfaceName) != 0 || std::string_view(configured) == "::"
-               ? ph::AddressOrigin::DhcpV6
-               : ph::AddressOrigin::IPv6Auto;
+               ? AddressOrigin::DhcpV6
+               : AddressOrigin::IPv6Auto;
 }
 
 std::vector<Address> readAddresses(IPMI20_SESSION_T* session, const Lan& lan) {

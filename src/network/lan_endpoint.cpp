@@ -86,8 +86,8 @@ int enumerate(RecordArray<Record>& endpoints, Detail detail) {
 
 std::uint16_t enabledState(int enable) {
     if (enable > CIM_LAN_BOTH)
-        return ph::EnabledState::Unknown;
-    return enable == CIM_LAN_DISABLED ? ph::EnabledState::Disabled : ph::EnabledState::Enabled;
+        return EnabledState::Unknown;
+    return enable == CIM_LAN_DISABLED ? EnabledState::Disabled : EnabledState::Enabled;
 }
 
 constexpr ClassDefinition<Record> definition{

@@ -48,10 +48,10 @@ void addGateways(std::vector<Peer>& peers, IPMI20_SESSION_T* session, const Addr
     CIM_IPv6Routers routers{};
     if (each.ipVersion == 4) {
         if (CIM_GetIPv4NetworkCfg(session, &configuration, each.lan.channel, hookTimeout) == 0)
-            addPeer(peers, ph::AccessContext::DefaultGateway, 1, configuration.gateway);
+            addPeer(peers, AccessContext::DefaultGateway, 1, configuration.gateway);
     } else if (CIM_GetIPv6Routers(session, &routers, each.lan.channel, hookTimeout) == 0) {
         for (int i = 0; i < std::min<int>(routers.count, CIM_MAX_IPV6_ROUTERS); ++i)
-            addPeer(peers, ph::AccessContext::DefaultGateway, i + 1, routers.addresses[i]);
+            addPeer(peers, AccessContext::DefaultGateway, i + 1, routers.addresses[i]);
     }
 }
 
@@ -61,7 +61,7 @@ void addDnsServers(std::vector<Peer>& peers, IPMI20_SESSION_T* session, const Ad
         return;
     const std::size_t size = each.ipVersion == 4 ? 4 : 16;
     for (int i = 0; i < std::min<int>(inUse.serverCount, CIM_MAX_DNS_SERVERS); ++i)
-        addPeer(peers, ph::AccessContext::DnsServer, i + 1, std::span(inUse.servers[i], size));
+        addPeer(peers, AccessContext::DnsServer, i + 1, std::span(inUse.servers[i], size));
 }
 
 // The client notes the server's address in the file, or nothing that is one.
@@ -75,7 +75,7 @@ void addDhcpServer(std::vector<Peer>& peers, const AddressedLan& each) {
     const FilePtr file = readShared(path);
     if (file != nullptr && std::fscanf(file.get(), "%45s", text) == 1 &&
         inet_pton(AF_INET6, text, address) == 1)
-        addPeer(peers, ph::AccessContext::DhcpServer, 1, address);
+        addPeer(peers, AccessContext::DhcpServer, 1, address);
 }
 
 int enumerate(RecordArray<Record>& points, Detail detail) {
@@ -106,9 +106,9 @@ int enumerate(RecordArray<Record>& points, Detail detail) {
 
 const char* nameOf(int context) {
     switch (context) {
-    case ph::AccessContext::DefaultGateway:
+    case AccessContext::DefaultGateway:
         return "Default Gateway";
-    case ph::AccessContext::DnsServer:
+    case AccessContext::DnsServer:
         return "DNS Server";
     default:
         return "DHCP Server";

@@ -24,7 +24,7 @@ constexpr Property mediaProperties[] = {
 constexpr auto properties = joined(redirection::capabilitiesProperties, mediaProperties);
 
 int enumerate(RecordArray<Record>& all, Detail detail) {
-    using namespace ph::DevicesSupported;
+    using namespace DevicesSupported;
     using redirection::mediaServices;
     IpmiSession session;
     const bool asksMore = detail == Detail::All;

@@ -25,7 +25,7 @@ int enumerate(RecordArray<Record>& all, Detail detail) {
     if (usb == nullptr)
         return -1;
     setList(usb->ConnectionModesSupported, {ConnectionMode::Listen});
-    setList(usb->SAPCapabilitiesSupported, {ph::SAPCapabilitiesSupported::PreConfigured});
+    setList(usb->SAPCapabilitiesSupported, {SAPCapabilitiesSupported::PreConfigured});
     usb->SingleClassPerSAP = true;
     return 0;
 }

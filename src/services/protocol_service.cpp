@@ -25,7 +25,7 @@ constexpr std::size_t nameKey = 3;
 
 // A service whose state the BMC does not tell is not disabled: it has no state.
 bool isKnown(const Record& service) {
-    return service.OperationalStatus[0] != ph::OperationalStatus::Unknown;
+    return service.OperationalStatus[0] != OperationalStatus::Unknown;
 }
 
 constexpr Property properties[] = {
@@ -92,7 +92,7 @@ bool exists(CMPIString* const* keyValues) {
 }
 
 bool isCarriedOut(std::uint16_t state) {
-    using namespace ph::RequestedState;
+    using namespace RequestedState;
     return state == Enabled || state == Disabled || state == Reset;
 }
 

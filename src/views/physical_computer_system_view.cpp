@@ -111,7 +111,7 @@ int enumerate(RecordArray<Record>& views, Detail detail) {
     if (view == nullptr)
         return -1;
     std::snprintf(view->InstanceID, sizeof(view->InstanceID), "PhysicalComputerSystemView:%s", systemName);
-    return detail == Detail::Names ? 0 : ph::view::fill(*view);
+    return detail == Detail::Names ? 0 : view::fill(*view);
 }
 
 constexpr Parameter job{"Job", CMPI_ref, Direction::Out, "CIM_ConcreteJob"};
@@ -126,18 +126,18 @@ constexpr Parameter bootSourceParameters[] = {{"StructuredBootString", CMPI_stri
 
 constexpr Method methods[] = {
     computer::stateChangeMethod(computer::changeHostState),
-    {.name = "ClearLog", .parameters = clearLogParameters, .carryOut = ph::view::clearLog},
+    {.name = "ClearLog", .parameters = clearLogParameters, .carryOut = view::clearLog},
     {.name = "InstallSoftwareFromURI",
      .parameters = installParameters,
-     .carryOut = ph::view::installSoftware,
+     .carryOut = view::installSoftware,
      .job = JobReport{}},
     {.name = "ModifyPersistentBootConfigOrder",
      .parameters = bootOrderParameters,
-     .carryOut = ph::view::modifyBootOrder,
+     .carryOut = view::modifyBootOrder,
      .job = JobReport{}},
     {.name = "SetOneTimeBootSource",
      .parameters = bootSourceParameters,
-     .carryOut = ph::view::setBootSource,
+     .carryOut = view::setBootSource,
      .job = JobReport{}},
 };
 

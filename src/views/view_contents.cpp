@@ -62,7 +62,7 @@ bool addHost(View& view) {
     const auto& host = hosts.all().front();
     copyText(view.ElementName, host.ElementName);
     view.EnabledState = PH_GetHostPowerState(&power) != 0 ? EnabledState::Unknown
-                        : power == ph::PowerState::On     ? EnabledState::Enabled
+                        : power == PowerState::On         ? EnabledState::Enabled
                                                           : EnabledState::Disabled;
     view.RequestedState = host.RequestedState;
     std::ranges::copy(host.OperationalStatus, view.OperationalStatus);

@@ -18,12 +18,12 @@ struct Message {
 };
 // What clients look up by these IDs stays as it is.
 constexpr Message messages[] = {
-    {ph::ErrorType::Communications, "JOB0002", "The job has failed: what it needs could not be fetched."},
-    {ph::ErrorType::Software, "JOB0003",
+    {ErrorType::Communications, "JOB0002", "The job has failed: what it needs could not be fetched."},
+    {ErrorType::Software, "JOB0003",
      "The job has failed: it was given what is not valid, or was interrupted."},
-    {ph::ErrorType::Hardware, "JOB0004", "The job has failed: the BMC did not do what it was asked for."},
+    {ErrorType::Hardware, "JOB0004", "The job has failed: the BMC did not do what it was asked for."},
 };
-constexpr Message otherFailure{ph::ErrorType::Unknown, "JOB0001", "The job has failed."};
+constexpr Message otherFailure{ErrorType::Unknown, "JOB0001", "The job has failed."};
 
 const Message& messageOf(const Record& record) {
     const auto* const found = std::ranges::find(messages, record.ErrorType, &Message::errorType);
